@@ -1,0 +1,136 @@
+// From the opaque pointers of the interface to objects, and from exceptions to failure values:
+// every exported function goes through here.
+#ifndef ZON_API_ZONCHECK_H
+#define ZON_API_ZONCHECK_H
+
+#include <cstdint>
+#include <cstring>
+
+#include "api/zonhandl.h"
+#include "base/zonerror.h"
+#include "base/zonhook.h"
+#include "tree/zonclob.h"
+#include "tree/zontarli.h"
+
+namespace zon {
+
+// What a failed check tells.
+template <class T>
+struct HandleKind;
+
+template <>
+struct HandleKind<CzonData> {
+  static constexpr int kCode = kErrHandle;
+  static constexpr char kText[] = "Invalid zonHandle (CzonData)";
+};
+template <>
+struct HandleKind<CzonLoad> {
+  static constexpr int kCode = kErrHandle;
+  static constexpr char kText[] = "Invalid zonHandle (CzonLoad)";
+};
+template <>
+struct HandleKind<CzonCreate> {
+  static constexpr int kCode = kErrHandle;
+  static constexpr char kText[] = "Invalid zonHandle (CzonCreate)";
+};
+template <>
+struct HandleKind<CzonNode> {
+  static constexpr int kCode = kErrNode;
+  static constexpr char kText[] = "Invalid zonNode";
+};
+template <>
+struct HandleKind<CzonClob> {
+  static constexpr int kCode = kErrNode;
+  static constexpr char kText[] = "Invalid CLOB object";
+};
+
+// The object as a T; null for a null pointer and for an object of another class. A class that the
+// general cast has once passed is known again by its table of virtual operations.
+template <class T>
+T* As(void* handle) {
+  constexpr std::size_t kRemembered = 64;
+  static const void* remembered[kRemembered];
+  if (handle == nullptr) return nullptr;
+  auto* base = static_cast<CzonBase*>(handle);
+  const void* table;
+  std::memcpy(&table, handle, sizeof table);
+  const void*& known = remembered[(reinterpret_cast<std::uintptr_t>(table) >> 5) % kRemembered];
+  if (known == table) return static_cast<T*>(base);
+  T* object = dynamic_cast<T*>(base);
+  if (object != nullptr) known = table;
+  return object;
+}
+
+template <class T>
+void ReportBad() {
+  RaiseError(HandleKind<T>::kCode);
+  MessageHook(HandleKind<T>::kText);
+}
+
+// The same with a report.
+template <class T>
+T* Check(void* handle) {
+  T* object = As<T>(handle);
+  if (object == nullptr) ReportBad<T>();
+  return object;
+}
+
+inline constexpr char kNoMemory[] = "No memory";  // short enough to be kept without any
+
+// Runs the body of an exported function. No exception gets past: for want of memory, or whatever a
+// hook of the host may throw, the failure value comes back and `code` is stored.
+template <class R, class F>
+R Guarded(int code, R failure, F&& body) {
+  try {
+    return body();
+  } catch (...) {
+    RaiseError(code);
+  }
+  try {
+    MessageHook(kNoMemory);
+  } catch (...) {
+  }
+  return failure;
+}
+
+// Checks the handle and asks the object.
+template <class T, class R, class F>
+R Ask(void* handle, R failure, F&& question) {
+  return Guarded(HandleKind<T>::kCode, failure, [&]() -> R {
+    T* object = Check<T>(handle);
+    return object != nullptr ? question(*object) : failure;
+  });
+}
+
+template <class T, class F>
+void Tell(void* handle, F&& body) {
+  Ask<T>(handle, 0, [&](T& object) {
+    body(object);
+    return 0;
+  });
+}
+
+// The root of a file handle, checked as a node; null after a report.
+inline CzonTargetList* CheckRoot(CzonData& data) {
+  if (data.GetRoot() == nullptr) ReportBad<CzonNode>();
+  return data.GetRoot();
+}
+
+// A null text counts as the empty text.
+inline const char* TextOf(const char* text) {
+  return text != nullptr ? text : "";
+}
+
+// Copies a text into the buffer of a caller, as the functions with a 2 at their end do: 0, or -1 if
+// there is no room for it, or -2 if there is no text.
+inline int CopyOut(const char* text, char* buffer, int size) {
+  if (text == nullptr) return -2;
+  const std::size_t length = std::strlen(text);
+  if (buffer == nullptr || size <= 0 || length >= static_cast<std::size_t>(size)) return -1;
+  std::memcpy(buffer, text, length + 1);
+  return 0;
+}
+
+}  // namespace zon
+
+#endif

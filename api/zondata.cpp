@@ -1,0 +1,94 @@
+// Tested by tests/build_test.cpp.
+#include "api/zondata.h"
+
+#include "base/zonerror.h"
+#include "base/zonhook.h"
+#include "tree/zonclob.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+CzonData::~CzonData() {
+  if (root_ != nullptr) CzonNode::Free(root_);
+}
+
+void CzonData::AddTarget(const std::string& name) {
+  if (section_ != nullptr) return Error("Previous section was not completed");
+  if (root_ == nullptr) return Error("Missing list");
+  root_->SetHandle(this);
+  auto* section = CzonNode::Make<CzonSection>(*store_);
+  section->SetName(name);
+  root_->AddSection(section);
+  OpenSection(section);
+}
+
+void CzonData::AddSection(const std::string& name) {
+  if (!HasSection()) return;
+  auto* section = CzonNode::Make<CzonSection>(*store_);
+  section->SetName(name);
+  section_->AddSection(section);
+  OpenSection(section);
+}
+
+void CzonData::AddKeyword(const std::string& name) {
+  if (!HasSection()) return;
+  auto* keyword = CzonNode::Make<CzonKeyword>(*store_);
+  keyword->SetName(name);
+  section_->AddKeyword(keyword);
+  keyword_ = keyword;
+  clob_ = nullptr;
+}
+
+void CzonData::AddParam(CzonParam* param) {
+  if (!HasKeyword()) return CzonNode::Free(param);
+  if (param == nullptr) return;
+  keyword_->AddParam(param);
+  clob_ = param->IsClob() ? static_cast<CzonClob*>(param) : nullptr;
+}
+
+void CzonData::EndSection() {
+  if (!HasSection()) return;
+  CzonNamedNode* owner = section_->GetOwner();
+  OpenSection(owner != root_ ? static_cast<CzonSection*>(owner) : nullptr);
+}
+
+void CzonData::UpdateCurrentNode(CzonNode* node) {
+  if (node == nullptr) return;
+  if (node == section_) EndSection();
+  if (node == keyword_) {
+    keyword_ = nullptr;
+    clob_ = nullptr;
+  }
+}
+
+void CzonData::Error(const std::string& message) {
+  if (quiet_ == 0) MessageHook(message.c_str());
+  errorCode_ = zon::kErrBuilder;
+  errorMessage_ = message;
+}
+
+int CzonData::GetErrorCode() {
+  const unsigned int code = errorCode_;
+  errorCode_ = 0;
+  return static_cast<int>(code);
+}
+
+void CzonData::OpenSection(CzonSection* section) {
+  section_ = section;
+  keyword_ = nullptr;
+  clob_ = nullptr;
+}
+
+void CzonData::OpenKeyword(CzonKeyword* keyword) {
+  keyword_ = keyword;
+}
+
+bool CzonData::HasSection() {
+  if (section_ == nullptr) Error("Missing current section");
+  return section_ != nullptr;
+}
+
+bool CzonData::HasKeyword() {
+  if (keyword_ == nullptr) Error("Missing current keyword");
+  return keyword_ != nullptr;
+}

@@ -1,0 +1,68 @@
+// The exported functions over file names and the name of the parameter file. Tested by
+// tests/paths_test.cpp.
+#include <string>
+
+#include "api/zon.h"
+#include "api/zoncheck.h"
+#include "base/zonassert.h"
+#include "base/zonempst.h"
+#include "paths/zonfilen.h"
+
+using zon::Ask;
+using zon::EmpSt;
+using zon::Tell;
+using zon::TextOf;
+
+extern "C" {
+
+char* zonGetFilename(void* node) {
+  return Ask<CzonNode>(node, EmpSt(), [](CzonNode& n) { return n.GetFilename(); });
+}
+
+const char* zonGetFilenameString(void* node) {
+  return Ask<CzonNode, const char*>(node, EmpSt(),
+                                    [](CzonNode& n) { return n.GetFilenameString(); });
+}
+
+void zonSetFilename(void* node, const char* text) {
+  Tell<CzonNode>(node, [&](CzonNode& n) {
+    if (auto* filename = dynamic_cast<CzonFilename*>(&n)) filename->SetFilename(TextOf(text));
+  });
+}
+
+void zonFileCopyCallBack(void* node) {
+  if (zonIsFilename(node)) zonSetFilename(node, zonGetFilename(node));
+}
+
+const char* zonGetAnchorFilename(void* node) {
+  return Ask<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) -> const char* {
+    const auto* root = dynamic_cast<CzonTargetList*>(&n);
+    const bool isRoot = root != nullptr && root->GetSyntaxClass() == kZonTargetList;
+    return isRoot ? root->GetZonFilename().c_str() : EmpSt();
+  });
+}
+
+const char* zonGetZonFileName(void* node) {
+  const CzonNode* pOwner = zon::Check<CzonNode>(node);
+  ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
+  return zonGetAnchorFilename(static_cast<CzonBase*>(pOwner->GetTopNode()));
+}
+
+void zonSetAnchorFilename(void* node, const char* name) {
+  Tell<CzonNode>(node, [&](CzonNode& n) {
+    CzonNode* pOwner = n.GetTopNode();
+    auto* root = dynamic_cast<CzonTargetList*>(pOwner);
+    ZON_ASSERT_TEXT(root != nullptr, "zondll", "dynamic_cast<CzonTargetList*>(pOwner) != 0");
+    root->SetZonFilename(TextOf(name));
+  });
+}
+
+int zonGetAnchorFilename2(void* node, char* buffer, int size) {
+  return zon::CopyOut(zonGetAnchorFilename(node), buffer, size);
+}
+
+int zonGetFilename2(void* node, char* buffer, int size) {
+  return zon::CopyOut(zonGetFilename(node), buffer, size);
+}
+
+}  // extern "C"

@@ -1,0 +1,45 @@
+// The texts of the error codes.
+#include <cstring>
+
+#include "api/zon.h"
+
+namespace {
+
+struct ErrorText {
+  int code;
+  const char* text;
+};
+
+constexpr ErrorText kErrorTexts[] = {
+    {1000, "Error starting. (ERR_START, 1000)"},
+    {1001, "Error opening file. (ERR_FILE_OPEN , 1001)"},  // Kept: the blank before the comma
+    {1002, "Error initialising file. (ERR_FILE_INIT, 1002)"},
+    {1003, "Error parsing. (ERR_PARSE, 1003)"},
+    {1004, "Error initialising parsing. (ERR_PARSER_INIT, 1004)"},
+    {1005, "Handle error (ERR_HANDLE, 1005)"},
+    {1006, "Node error (ERR_NODE, 1006)"},
+    {1007, "Invalid named node error"},
+    {1008, "Invalid keyword error"},
+    {1009, "Invalid section error"},
+    {1010, "Invalid index error"},
+    {1011, "Invalid target list error"},
+    {1012, "Invalid parameter error"},
+    {1013, "Not an independent node error"},
+    {1014, "Invalid parameter type error"},
+};
+
+const char* TextOfCode(int code) {
+  for (const ErrorText& row : kErrorTexts) {
+    if (row.code == code) return row.text;
+  }
+  return "unknown error code";
+}
+
+char ZonErrorMessage[64];
+
+}  // namespace
+
+extern "C" const char* zonGetErrorMessageFromErrorCode(int code) {
+  std::strncpy(ZonErrorMessage, TextOfCode(code), sizeof ZonErrorMessage - 1);
+  return ZonErrorMessage;
+}

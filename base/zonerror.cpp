@@ -1,0 +1,24 @@
+#include "base/zonerror.h"
+
+namespace zon {
+namespace {
+
+int zonErrorGlb = kErrNone;
+
+}  // namespace
+
+void RaiseError(int code) {
+  if (zonErrorGlb == kErrNone) zonErrorGlb = code;
+}
+
+int PeekError() {
+  return zonErrorGlb;
+}
+
+int TakeError() {
+  const int code = zonErrorGlb;
+  zonErrorGlb = kErrNone;
+  return code;
+}
+
+}  // namespace zon

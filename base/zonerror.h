@@ -1,0 +1,29 @@
+// The process-wide error code. The first error stays until somebody takes it: every store in the
+// library goes through RaiseError, so that rule is kept in one place.
+#ifndef ZON_BASE_ZONERROR_H
+#define ZON_BASE_ZONERROR_H
+
+namespace zon {
+
+enum ErrorCode : int {
+  kErrNone = 0,
+  kErrFileOpen = 1001,
+  kErrFileInit = 1002,
+  kErrParse = 1003,
+  kErrParserInit = 1004,
+  kErrHandle = 1005,
+  kErrNode = 1006,
+  kErrNamedNode = 1007,
+  kErrSection = 1009,
+  kErrTargetList = 1011,
+  kErrParameter = 1012,
+  kErrBuilder = 2000,  // a handle's own code, never the process-wide one
+};
+
+void RaiseError(int code);  // stored only while none is pending
+int PeekError();
+int TakeError();  // returns the code and clears it
+
+}  // namespace zon
+
+#endif

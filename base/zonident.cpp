@@ -1,0 +1,7 @@
+#include "base/zonident.h"
+
+namespace zon {
+
+const char zonCompDate[] = __DATE__ " " __TIME__;
+
+}  // namespace zon

@@ -1,0 +1,191 @@
+// Tested by tests/values_test.cpp, which holds the conversions against a table of hard cases.
+#include "base/zonnumtx.h"
+
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <iterator>
+#include <system_error>
+
+#include "base/zonchars.h"
+
+namespace zon {
+namespace {
+
+struct Cursor {
+  const char* at;
+  const char* end;
+
+  int Peek() const { return at < end ? static_cast<unsigned char>(*at) : -1; }
+  bool Accept(char c) {
+    if (Peek() != c) return false;
+    ++at;
+    return true;
+  }
+};
+
+Cursor SkipSpace(std::string_view text) {
+  Cursor cursor{text.data(), text.data() + text.size()};
+  while (IsClass(cursor.Peek(), kSpace)) ++cursor.at;
+  return cursor;
+}
+
+bool AcceptSign(Cursor& cursor) {
+  if (cursor.Accept('-')) return true;
+  cursor.Accept('+');
+  return false;
+}
+
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kLargestExactPower = 22;
+constexpr int kSafeDigits = 18;  // as many digits always fit into 64 bits
+
+// Up to 2^53 and with a power of ten that a double holds exactly, one multiplication or division
+// rounds once and so correctly. That is nearly every number that people write; the rest is left to
+// the general conversion. The text must end with the number.
+bool ConvertShort(Cursor cursor, double* value) {
+  std::uint64_t digits = 0;
+  int count = 0;
+  int scale = 0;
+  const char* start = cursor.at;
+  for (; IsClass(cursor.Peek(), kDigit); ++cursor.at, ++count) {
+    digits = digits * 10 + static_cast<unsigned>(*cursor.at - '0');
+    if (count == kSafeDigits) return false;
+  }
+  if (cursor.Accept('.')) {
+    for (; IsClass(cursor.Peek(), kDigit); ++cursor.at, ++count, --scale) {
+      digits = digits * 10 + static_cast<unsigned>(*cursor.at - '0');
+      if (count == kSafeDigits) return false;
+    }
+  }
+  if (cursor.at == start || count == 0) return false;
+  if (cursor.Accept('e') || cursor.Accept('E')) {
+    const bool negative = AcceptSign(cursor);
+    if (!IsClass(cursor.Peek(), kDigit)) return false;
+    int exponent = 0;
+    for (; IsClass(cursor.Peek(), kDigit); ++cursor.at) {
+      exponent = exponent * 10 + (*cursor.at - '0');
+      if (exponent > 1000) return false;
+    }
+    scale += negative ? -exponent : exponent;
+  }
+  if (cursor.at != cursor.end || digits > (std::uint64_t{1} << 53)) return false;
+  if (scale < -kLargestExactPower || scale > kLargestExactPower) return false;
+  const auto mantissa = static_cast<double>(digits);
+  *value = scale < 0 ? mantissa / kPowersOfTen[-scale] : mantissa * kPowersOfTen[scale];
+  return true;
+}
+
+// Where a number lies beyond the range of a double, whether that is above it. The place of its
+// first digit that is not 0 and its exponent decide; so far out neither can mislead.
+bool IsAboveRange(Cursor cursor, bool hexadecimal) {
+  const auto isDigit = [hexadecimal](int c) {
+    return IsClass(c, kDigit) || (hexadecimal && Lower(static_cast<char>(c)) >= 'a' &&
+                                  Lower(static_cast<char>(c)) <= 'f');
+  };
+  long place = 0;  // of the first significant digit, 1 standing directly before the point
+  bool found = false;
+  for (; isDigit(cursor.Peek()); ++cursor.at) {
+    found = found || *cursor.at != '0';
+    if (found) ++place;
+  }
+  if (cursor.Accept('.')) {
+    for (; isDigit(cursor.Peek()); ++cursor.at) {
+      found = found || *cursor.at != '0';
+      if (!found) --place;
+    }
+  }
+  if (hexadecimal) place *= 4;
+  long exponent = 0;
+  const char mark = hexadecimal ? 'p' : 'e';
+  if (cursor.Peek() >= 0 && Lower(*cursor.at) == static_cast<unsigned char>(mark)) {
+    ++cursor.at;
+    const bool negative = AcceptSign(cursor);
+    for (; IsClass(cursor.Peek(), kDigit) && exponent < LONG_MAX / 20; ++cursor.at) {
+      exponent = exponent * 10 + (*cursor.at - '0');
+    }
+    if (negative) exponent = -exponent;
+  }
+  return place + exponent > 0;
+}
+
+// False when no number stands there.
+bool ConvertUnsigned(Cursor cursor, double* value) {
+  if (ConvertShort(cursor, value)) return true;
+  bool hexadecimal = false;
+  std::from_chars_result result{};
+  if (cursor.end - cursor.at > 2 && cursor.at[0] == '0' && Lower(cursor.at[1]) == 'x' &&
+      cursor.at[2] != '-') {
+    result = std::from_chars(cursor.at + 2, cursor.end, *value, std::chars_format::hex);
+    if (result.ec == std::errc::invalid_argument) return true;  // the 0 before the x
+    hexadecimal = true;
+  } else {
+    // from_chars takes a second sign; strtod does not.
+    if (cursor.Peek() == '-' || cursor.Peek() == '+') return false;
+    result = std::from_chars(cursor.at, cursor.end, *value);
+    if (result.ec == std::errc::invalid_argument) return false;
+  }
+  if (result.ec == std::errc()) return true;
+  if (hexadecimal) cursor.at += 2;
+  *value = IsAboveRange(cursor, hexadecimal) ? HUGE_VAL : 0.0;
+  return true;
+}
+
+}  // namespace
+
+double TextToDouble(std::string_view text) {
+  Cursor cursor = SkipSpace(text);
+  const bool negative = AcceptSign(cursor);
+  double value = 0.0;
+  if (!ConvertUnsigned(cursor, &value)) return 0.0;
+  return negative ? -value : value;
+}
+
+NumberText NumberText::OfInt(int value) {
+  NumberText text;
+  text.EndAt(std::to_chars(text.text_, std::end(text.text_), value).ptr);
+  return text;
+}
+
+NumberText NumberText::OfFloat(float value) {
+  NumberText text;
+  const auto wide = static_cast<double>(value);
+  text.EndAt(
+      std::to_chars(text.text_, std::end(text.text_), wide, std::chars_format::general, 6).ptr);
+  return text;
+}
+
+NumberText NumberText::OfDouble(double value) {
+  long long whole = 0;
+  // 2^63 is whole too, but a conversion of it is not defined: it takes the general form.
+  if (!WholeNumber(value, &whole)) return OfDoubleDigits(value);
+  NumberText text;
+  text.EndAt(
+      std::to_chars(text.text_, std::end(text.text_), value, std::chars_format::fixed, 1).ptr);
+  return text;
+}
+
+NumberText NumberText::OfDoubleDigits(double value) {
+  NumberText text;
+  text.EndAt(
+      std::to_chars(text.text_, std::end(text.text_), value, std::chars_format::general, 16).ptr);
+  return text;
+}
+
+long TextToLong(std::string_view text) {
+  Cursor cursor = SkipSpace(text);
+  const bool negative = AcceptSign(cursor);
+  // Gathered on the negative side, which reaches one further.
+  long value = 0;
+  for (; IsClass(cursor.Peek(), kDigit); ++cursor.at) {
+    const int digit = *cursor.at - '0';
+    if (value < (LONG_MIN + digit) / 10) return negative ? LONG_MIN : LONG_MAX;
+    value = value * 10 - digit;
+  }
+  if (negative) return value;
+  return value == LONG_MIN ? LONG_MAX : -value;
+}
+
+}  // namespace zon

@@ -1,0 +1,53 @@
+// Numbers as text, both ways, as in the "C" locale whatever locale the host has set.
+#ifndef ZON_BASE_ZONNUMTX_H
+#define ZON_BASE_ZONNUMTX_H
+
+#include <cstdint>
+#include <string_view>
+
+namespace zon {
+
+// The number at the start of a text by the rules of strtod: white space in front and text behind
+// are passed over, a text that starts with no number gives 0, one too large an infinity.
+double TextToDouble(std::string_view text);
+
+// The same by the rules of strtol in base 10: beyond 64 bits the nearest end of the range.
+long TextToLong(std::string_view text);
+
+// The low 32 bits of a whole number, as the integer views of values keep them.
+inline int LowBits(long long value) {
+  return static_cast<int>(static_cast<std::uint32_t>(static_cast<unsigned long long>(value)));
+}
+
+// A number as it is written into a file. The text lives as long as the object.
+class NumberText {
+ public:
+  static NumberText OfInt(int value);
+  static NumberText OfFloat(float value);  // as "%g": six digits, no trailing zeros
+
+  // As "%#.1f" for a whole number, else as "%.16g".
+  static NumberText OfDouble(double value);
+  static NumberText OfDoubleDigits(double value);  // as "%.16g" always
+
+  std::string_view View() const { return {text_, size_}; }
+
+ private:
+  NumberText() = default;
+  void EndAt(const char* end) { size_ = static_cast<unsigned>(end - text_); }
+
+  char text_[44];
+  unsigned size_ = 0;
+};
+
+// Whether the value is whole and within 64 bits; if so stores it. 2^63 itself is outside.
+inline bool WholeNumber(double value, long long* whole) {
+  if (!(value >= -9223372036854775808.0 && value < 9223372036854775808.0)) return false;
+  const auto truncated = static_cast<long long>(value);
+  if (static_cast<double>(truncated) != value) return false;
+  *whole = truncated;
+  return true;
+}
+
+}  // namespace zon
+
+#endif

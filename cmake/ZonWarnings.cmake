@@ -1,0 +1,7 @@
+# The warnings that every target of the project is built with. CI makes them errors (ZON_WERROR).
+option(ZON_WERROR "Treat warnings as errors" OFF)
+
+function(zon_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    $<$<BOOL:${ZON_WERROR}>:-Werror>)
+endfunction()

@@ -1,0 +1,81 @@
+#include "reader/zonload.h"
+
+#include "base/zonerror.h"
+#include "base/zonhook.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+namespace zon {
+namespace {
+
+constexpr int kSeverity = 1;
+
+void Report(const char* pattern, void* arguments) {
+  ReportHook(pattern, kSeverity, arguments);
+}
+
+void ReportSyntaxError(const CzonParser& parser, const char* fileName) {
+  Report("Error: %\n in % near line % position %",
+         ReportArgString(
+             parser.GetError().c_str(),
+             ReportArgString(fileName,
+                             ReportArgInt(static_cast<int>(parser.GetErrorLine()),
+                                          ReportArgInt(static_cast<int>(parser.GetErrorPosition()),
+                                                       nullptr)))));
+}
+
+// The first value of the first keyword of that name; null where either is missing.
+const CzonParam* Setting(const CzonSection& system, const char* name) {
+  const CzonKeyword* keyword = system.KeywordByName(name);
+  return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
+}
+
+// The section stays in the tree; the settings are copies of its values.
+void TakeSettings(CzonTargetList& root) {
+  const CzonSection* system = root.SectionByName("SYSTEM");
+  if (system == nullptr) return;
+  if (const CzonParam* value = Setting(*system, "ResultRootFolder")) {
+    if (const char* folder = value->GetFilename()) root.SetResultRoot(folder);
+  }
+  const CzonParam* use = Setting(*system, "UseCustomResultFolder");
+  const int useCustomFolder = use != nullptr ? use->GetBool() : 0;
+  if (const CzonParam* value = Setting(*system, "CustomResultFolder")) {
+    if (const char* folder = value->GetFilename()) {
+      root.SetCustomResultFolder(useCustomFolder, folder);
+    }
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
+  if (fileName == nullptr) fileName = "";
+  auto input = std::make_unique<CyyStream>(fileName);
+  if (input->GetStatus() != 0) {
+    RaiseError(kErrFileOpen);
+    if (!quiet) Report("Open error: %", ReportArgString(fileName, nullptr));
+    return nullptr;
+  }
+  const CyyStream& stream = *input;
+  auto parser = std::make_unique<CzonParser>(input.get());
+  static_cast<void>(input.release());  // the parser's now
+  const int failed = parser->Parse(0);
+  if (stream.HasFailed()) {
+    // Whatever was read is a part of the file at best.
+    RaiseError(kErrFileInit);
+    if (!quiet) Report("CyyStream", nullptr);
+    return nullptr;
+  }
+  if (failed != 0) {
+    RaiseError(kErrParse);
+    if (!quiet) ReportSyntaxError(*parser, fileName);
+  }
+  if (CzonTargetList* root = parser->GetRoot()) {
+    root->SetZonFilename(fileName);
+    TakeSettings(*root);
+  }
+  return parser;
+}
+
+}  // namespace zon

@@ -1,0 +1,162 @@
+#include "host.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <utility>
+
+namespace host {
+
+void (*onMessage)(const char* text) = nullptr;
+
+namespace {
+
+std::vector<std::string> messages;
+std::vector<std::string> reports;
+
+struct Word {
+  std::string text;
+  Word* next;
+};
+std::vector<Word*> words;  // freed with the report
+
+void* NewWord(std::string text, void* rest) {
+  words.push_back(new Word{std::move(text), static_cast<Word*>(rest)});
+  return words.back();
+}
+
+struct Folder {
+  Folder() {
+    char pattern[] = "/tmp/zon-test-XXXXXX";
+    path = mkdtemp(pattern);
+  }
+  ~Folder() { std::filesystem::remove_all(path); }
+  std::string path;
+};
+
+const char* KindOf(const CzonNode* value) {
+  switch (value->GetSyntaxClass()) {
+    case kZonInt:
+      return "int ";
+    case kZonReal:
+      return "real ";
+    case kZonBool:
+      return "bool ";
+    case kZonString:
+      return "string ";
+    case kZonFilename:
+      return value->IsFilename() ? "file " : "date ";
+    case kZonDefaultPar:
+      return "default";
+    case kZonSubstit:
+      return "subst ";
+    case kZonUnknown:
+      return "unknown";
+    case kZonUndefinedPar:
+      return "undef";
+    default:
+      return value->IsClob() ? "clob " : "other ";
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> Messages() {
+  return std::exchange(messages, {});
+}
+std::vector<std::string> Reports() {
+  return std::exchange(reports, {});
+}
+
+std::string FolderPath() {
+  static const Folder folder;
+  return folder.path;
+}
+
+std::string WriteFile(const std::string& name, const std::string& content) {
+  std::string path = FolderPath() + "/" + name;
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << content;
+  return path;
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+File::~File() {
+  if (handle_ != nullptr) zonClose(&handle_);
+}
+
+void* Load(const std::string& content) {
+  return zonLoadFile(WriteFile("load.zon", content).c_str(), 0);
+}
+
+std::string Show(const CzonNode* node) {
+  if (node == nullptr) return "null";
+  std::string text;
+  std::string remark = node->GetRemark().empty() ? "" : "{" + node->GetRemark() + "}";
+  if (node->IsParam()) {
+    const std::string value = static_cast<const CzonParam*>(node)->GetText();
+    return KindOf(node) + value + remark;
+  }
+  if (node->IsDefaultDef()) text += "default ";
+  text += node->GetName();
+  const auto* named = static_cast<const CzonNamedNode*>(node);
+  if ((named->GetFlags() & CzonNamedNode::kMulti) != 0) text += "()";
+  if (node->GetInstanceNo() > 1) text += "<" + std::to_string(node->GetInstanceNo()) + ">";
+  text += remark + (node->IsKeyword() ? "(" : "{");
+  const char* separator = "";
+  for (unsigned n = 1; n <= node->GetNoNodes(); ++n) {
+    text += separator + Show(node->NodeByNum(n));
+    separator = node->IsKeyword() ? ", " : " ";
+  }
+  return text + (node->IsKeyword() ? ")" : "}");
+}
+
+std::string SyntaxError(void* handle) {
+  unsigned line = 0;
+  unsigned position = 0;
+  const std::string message = zonGetSyntaxErr(handle, &line, &position, nullptr);
+  if (message.empty()) return {};
+  return std::to_string(line) + ":" + std::to_string(position) + " " + message;
+}
+
+}  // namespace host
+
+extern "C" {
+
+void MessageHook(const char* text) {
+  host::messages.emplace_back(text);
+  if (host::onMessage != nullptr) host::onMessage(text);
+}
+
+void ReportHook(const char* pattern, int severity, void* arguments) {
+  std::string text = std::to_string(severity) + ": ";
+  const auto* word = static_cast<host::Word*>(arguments);
+  for (; *pattern != '\0'; ++pattern) {
+    if (*pattern != '%' || word == nullptr) {
+      text += *pattern;
+      continue;
+    }
+    text += word->text;
+    word = word->next;
+  }
+  host::reports.push_back(text);
+  for (const host::Word* used : host::words) delete used;
+  host::words.clear();
+}
+
+void* ReportArgString(const char* text, void* rest) {
+  return host::NewWord(text, rest);
+}
+void* ReportArgInt(int value, void* rest) {
+  return host::NewWord(std::to_string(value), rest);
+}
+
+}  // extern "C"

@@ -1,0 +1,44 @@
+#include "tree/zonbool.h"
+
+#include "base/zonassert.h"
+#include "base/zonchars.h"
+#include "base/zonout.h"
+
+CzonBool::CzonBool(const std::string& text) : CzonParam(text) {
+  ReadText();
+}
+CzonNode* CzonBool::CreateObj() {
+  return new CzonBool;
+}
+int CzonBool::IsBool() const {
+  return 1;
+}
+int CzonBool::GetBool() const {
+  return value_;
+}
+
+std::ostream& CzonBool::Write(std::ostream& out) const {
+  zon::Put(out, GetBool() != 0 ? "true" : "false");
+  return out;
+}
+
+int CzonBool::GetSyntaxClass() const {
+  return kZonBool;
+}
+
+void CzonBool::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonBool*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonbool", "Node");
+  CzonParam::Copy(source);
+  value_ = Node->value_;
+}
+
+void CzonBool::SetBool(bool value, zon::Store* store) {
+  SetText(value ? "true" : "false", store);
+  value_ = value ? 1 : 0;
+}
+
+void CzonBool::ReadText() {
+  value_ = zon::EqualNoCase(GetTextView(), "true") ? 1 : 0;
+}

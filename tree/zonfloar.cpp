@@ -1,0 +1,23 @@
+#include "base/zonassert.h"
+#include "tree/zonrefs.h"
+
+CzonFloatRef::CzonFloatRef(float* variable) : variable_(variable) {
+  Init();
+}
+CzonNode* CzonFloatRef::CreateObj() {
+  return new CzonFloatRef;
+}
+int CzonFloatRef::IsFloat() const {
+  return variable_ != nullptr;
+}
+float CzonFloatRef::GetFloat() const {
+  return variable_ != nullptr ? *variable_ : 0.0F;
+}
+
+void CzonFloatRef::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonFloatRef*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonfloar", "Node");
+  CzonFloat::Copy(source);
+  variable_ = Node->variable_;
+}

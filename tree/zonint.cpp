@@ -1,0 +1,76 @@
+#include "tree/zonint.h"
+
+#include "base/zonassert.h"
+#include "base/zonchars.h"
+#include "base/zonnumtx.h"
+#include "base/zonout.h"
+
+CzonInt::CzonInt(const std::string& text) : CzonNumeric(text) {}
+
+CzonNode* CzonInt::CreateObj() {
+  return new CzonInt;
+}
+
+int CzonInt::IsInt() const {
+  return Has(kHasInt);
+}
+
+int CzonInt::GetInt() const {
+  return integer_;
+}
+
+std::ostream& CzonInt::Write(std::ostream& out) const {
+  zon::Put(out, zon::NumberText::OfInt(GetInt()).View());
+  return out;
+}
+
+int CzonInt::GetSyntaxClass() const {
+  return kZonInt;
+}
+
+void CzonInt::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonInt*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonint", "Node");
+  CzonNumeric::Copy(source);
+  Set(kHasInt, Node->Has(kHasInt));
+  integer_ = Node->integer_;
+}
+
+long CzonInt::CStoInt() {
+  const long value = zon::TextToLong(GetTextView());
+  integer_ = zon::LowBits(value);
+  Set(kHasInt);
+  return value;
+}
+
+void CzonInt::SetInt(int value, zon::Store* store) {
+  SetText(zon::NumberText::OfInt(value).View(), store);
+  Double(value);
+  integer_ = value;
+  Set(kHasInt);
+}
+
+void CzonInt::ReadText() {
+  // Digits that the scanner has passed: up to 2^53 the integer is the double as well.
+  constexpr long kExact = 1L << 53;
+  const long value = CStoInt();
+  if (value >= -kExact && value <= kExact && value != 0) {
+    Double(static_cast<double>(value));
+  } else {
+    CStoReals();  // also for -0
+  }
+}
+
+CzonIntDef::CzonIntDef() {
+  Init();
+  Set(kHasInt);
+}
+
+CzonIntDef::CzonIntDef(const std::string& text) : CzonInt(text) {}
+CzonNode* CzonIntDef::CreateObj() {
+  return new CzonIntDef;
+}
+int CzonIntDef::isInt() const {
+  return 1;
+}

@@ -1,0 +1,40 @@
+// Integers.
+#ifndef ZON_TREE_ZONINT_H
+#define ZON_TREE_ZONINT_H
+
+#include <string>
+
+#include "tree/zonnumer.h"
+
+/** An integer; it also has the views of a real. */
+class ZON_API CzonInt : public CzonNumeric {
+ public:
+  CzonInt() = default;
+  explicit CzonInt(const std::string& text);
+
+  CzonNode* CreateObj() override;
+  int IsInt() const override;
+  int GetInt() const override;
+  std::ostream& Write(std::ostream& out) const override;
+  int GetSyntaxClass() const override;
+  void Copy(const CzonNode* source) override;
+
+  /** Sets the integer view from the text, by the rules of strtol in base 10; the view keeps the low
+   * 32 bits. Gives the whole number. */
+  long CStoInt();
+
+  // For the library's own use.
+  void SetInt(int value, zon::Store* store);  // all views and the text
+  void ReadText();                            // CStoReals and CStoInt in one pass
+};
+
+/** The integer of a definition made through the builder. */
+class ZON_API CzonIntDef : public CzonInt {
+ public:
+  CzonIntDef();  ///< the value 0, with the integer view alone
+  explicit CzonIntDef(const std::string& text);
+  CzonNode* CreateObj() override;
+  virtual int isInt() const;  ///< always true
+};
+
+#endif

@@ -1,0 +1,23 @@
+#include "base/zonassert.h"
+#include "tree/zonrefs.h"
+
+CzonIntRef::CzonIntRef(int* variable) : variable_(variable) {
+  Init();
+}
+CzonNode* CzonIntRef::CreateObj() {
+  return new CzonIntRef;
+}
+int CzonIntRef::IsInt() const {
+  return variable_ != nullptr;
+}
+int CzonIntRef::GetInt() const {
+  return variable_ != nullptr ? *variable_ : 0;
+}
+
+void CzonIntRef::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonIntRef*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonintr", "Node");
+  CzonInt::Copy(source);
+  variable_ = Node->variable_;
+}

@@ -1,0 +1,47 @@
+// Keywords and default definitions: named lists of values.
+#ifndef ZON_TREE_ZONKEYW_H
+#define ZON_TREE_ZONKEYW_H
+
+#include <string>
+
+#include "tree/zonnamno.h"
+
+class ZON_API CzonKeyword : public CzonNamedNode {
+ public:
+  CzonKeyword();
+  CzonKeyword(const std::string& name, int multi, int mandat);
+
+  CzonNode* CreateObj() override;
+  unsigned int GetNoParams() const override;
+  unsigned int GetNoInstances() const override;
+  int IsKeyword() const override;
+
+  /** The n-th value; where that is a default placeholder, the default value that it stands for, or
+   *  the placeholder itself when there is none. */
+  CzonParam* ParamByNum(unsigned int n) const override;
+  std::ostream& Write(std::ostream& out) const override;
+  void Explore(void (*visit)(CzonNode*)) override;
+  int GetSyntaxClass() const override;
+
+  /** Appends a value and numbers it. Null is ignored. */
+  void AddParam(CzonParam* param);
+
+  /** Writes the values, separated by ", ", and the end of the line. */
+  std::ostream& WriteParms(std::ostream& out) const;
+};
+
+/** A default definition: the values that placeholders of keywords of its name stand for. */
+class ZON_API CzonDefaultDef : public CzonKeyword {
+ public:
+  CzonDefaultDef() = default;
+  CzonDefaultDef(const std::string& name, int multi, int mandat);
+
+  CzonNode* CreateObj() override;
+  const std::string& GetNameGlb() const override;  ///< Kept: always empty
+  int IsDefaultDef() const override;
+  CzonParam* ParamByNum(unsigned int n) const override;  ///< as stored, never resolved
+  std::ostream& Write(std::ostream& out) const override;
+  int GetSyntaxClass() const override;
+};
+
+#endif

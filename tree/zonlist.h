@@ -1,0 +1,61 @@
+// A compact list of node pointers: 16 bytes while empty, no block of its own for a single entry.
+// The owner passes the store that blocks come from, null for the free store. The list owns no node.
+#ifndef ZON_TREE_ZONLIST_H
+#define ZON_TREE_ZONLIST_H
+
+#include <cstdint>
+
+#include "base/zonstore.h"
+
+class CzonNode;
+
+namespace zon {
+
+class NodeList {
+ public:
+  NodeList() : one_(nullptr) {}
+  NodeList(const NodeList&) = delete;
+  NodeList& operator=(const NodeList&) = delete;
+
+  std::uint32_t Size() const { return size_; }
+  CzonNode* operator[](std::uint32_t index) const { return Items()[index]; }
+  CzonNode* const* begin() const { return Items(); }
+  CzonNode* const* end() const { return Items() + size_; }
+
+  // Afterwards one Append or Insert cannot fail. Throws std::bad_alloc, the list unchanged.
+  void Reserve(Store* store) {
+    if (size_ == Room()) Grow(store);
+  }
+
+  void Append(CzonNode* node, Store* store) {
+    Reserve(store);
+    Items()[size_++] = node;
+  }
+
+  void Insert(std::uint32_t index, CzonNode* node, Store* store);
+  void Erase(std::uint32_t index);
+
+  // Where the node stands; Size() when it does not. `guess` is looked at first.
+  std::uint32_t Find(const CzonNode* node, std::uint32_t guess) const;
+
+  void Release(Store* store);
+
+ private:
+  static constexpr std::uint32_t kNoBlock = 0;
+
+  std::uint32_t Room() const { return power_ == kNoBlock ? 1 : std::uint32_t{1} << power_; }
+  CzonNode** Items() { return power_ == kNoBlock ? &one_ : many_; }
+  CzonNode* const* Items() const { return power_ == kNoBlock ? &one_ : many_; }
+  void Grow(Store* store);
+
+  union {
+    CzonNode* one_;
+    CzonNode** many_;  // 1 << power_ places
+  };
+  std::uint32_t size_ = 0;
+  std::uint32_t power_ = kNoBlock;
+};
+
+}  // namespace zon
+
+#endif

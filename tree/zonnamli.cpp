@@ -1,0 +1,239 @@
+#include "tree/zonnamli.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "base/zonchars.h"
+#include "base/zonerror.h"
+#include "tree/zonkeyw.h"
+#include "tree/zontarli.h"
+
+namespace zon {
+namespace {
+
+const CzonNamedNode& FirstOf(const NameIndex::Queue& queue) {
+  return *static_cast<const CzonNamedNode*>(queue.nodes[0]);
+}
+
+bool IsNamed(const NameIndex::Queue& queue, std::string_view name, std::uint32_t hash) {
+  return queue.hash == hash && queue.nodes.Size() != 0 &&
+         EqualNoCase(FiledName(FirstOf(queue).GetNameView()), FiledName(name));
+}
+
+// The block of a table: 8 << power bytes for `room` queues of up to 32 bytes.
+unsigned TablePower(std::uint32_t room) {
+  static_assert(sizeof(NameIndex::Queue) <= 32);
+  unsigned power = 2;
+  for (; room > 1; room /= 2) ++power;
+  return power;
+}
+
+// Queues may lie anywhere in memory; they are moved as bytes, without a copy of their lists.
+void MoveQueue(NameIndex::Queue* to, const NameIndex::Queue* from) {
+  std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof *to);
+}
+
+}  // namespace
+
+NameIndex::Queue* NameIndex::Find(std::string_view name) const {
+  return Find(name, HashNoCase(name));
+}
+
+NameIndex::Queue* NameIndex::Find(const CzonNamedNode& node) const {
+  return Find(node.GetNameView(), node.GetNameHash());
+}
+
+NameIndex::Queue* NameIndex::Find(std::string_view name, std::uint32_t hash) const {
+  if (!IsHashed()) {
+    for (Queue* queue = queues_; queue != queues_ + used_; ++queue) {
+      if (IsNamed(*queue, name, hash)) return queue;
+    }
+    return nullptr;
+  }
+  for (std::uint32_t at = hash & (room_ - 1); queues_[at].nodes.Size() != 0;
+       at = (at + 1) & (room_ - 1)) {
+    if (IsNamed(queues_[at], name, hash)) return &queues_[at];
+  }
+  return nullptr;
+}
+
+NameIndex::Queue* NameIndex::FreePlace(std::uint32_t hash) const {
+  if (!IsHashed()) return queues_ + used_;
+  std::uint32_t at = hash & (room_ - 1);
+  while (queues_[at].nodes.Size() != 0) at = (at + 1) & (room_ - 1);
+  return &queues_[at];
+}
+
+void NameIndex::Grow(Store* store) {
+  Queue* const old = queues_;
+  const std::uint32_t oldRoom = room_;
+  const std::uint32_t room = oldRoom == 0 ? 1 : oldRoom * 2;
+  auto* fresh = static_cast<Queue*>(TakeBlock(store, TablePower(room)));
+  for (std::uint32_t at = 0; at < room; ++at) new (&fresh[at]) Queue{};
+  queues_ = fresh;
+  room_ = room;
+  used_ = 0;
+  for (std::uint32_t at = 0; at < oldRoom; ++at) {
+    if (old[at].nodes.Size() == 0) continue;
+    MoveQueue(FreePlace(old[at].hash), &old[at]);
+    ++used_;
+  }
+  if (old != nullptr) GiveBlock(store, old, TablePower(oldRoom));
+}
+
+NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, Store* store) {
+  Queue* queue = Find(node);
+  if (queue == nullptr) {
+    // A quarter of a hashed table stays free, so that a search soon ends.
+    if (used_ == room_ || (IsHashed() && used_ >= room_ - room_ / 4)) Grow(store);
+    queue = FreePlace(node.GetNameHash());
+    queue->hash = node.GetNameHash();
+    ++used_;
+  }
+  queue->nodes.Append(&node, store);  // the first one of a queue cannot fail
+  return queue;
+}
+
+void NameIndex::Drop(Queue* queue, Store* store) {
+  queue->nodes.Release(store);
+  --used_;
+  if (!IsHashed()) {
+    if (queue != queues_ + used_) MoveQueue(queue, queues_ + used_);
+    new (queues_ + used_) Queue{};
+    return;
+  }
+  // Whatever stands behind the gap and could stand in it moves up, so that no search ends early.
+  const std::uint32_t mask = room_ - 1;
+  auto gap = static_cast<std::uint32_t>(queue - queues_);
+  for (std::uint32_t at = (gap + 1) & mask; queues_[at].nodes.Size() != 0; at = (at + 1) & mask) {
+    const std::uint32_t home = queues_[at].hash & mask;
+    if (((at - home) & mask) < ((at - gap) & mask)) continue;
+    MoveQueue(&queues_[gap], &queues_[at]);
+    gap = at;
+  }
+  new (&queues_[gap]) Queue{};
+}
+
+void NameIndex::Release(Store* store) {
+  if (queues_ == nullptr) return;
+  for (std::uint32_t at = 0; at < room_; ++at) queues_[at].nodes.Release(store);
+  GiveBlock(store, queues_, TablePower(room_));
+  queues_ = nullptr;
+  used_ = 0;
+  room_ = 0;
+}
+
+}  // namespace zon
+
+template <class T>
+CzonNameList<T>::~CzonNameList() {
+  Forget();
+}
+
+template <class T>
+void CzonNameList<T>::Forget() {
+  index_.Release(store_);
+  ordered_.Release(store_);
+}
+
+template <class T>
+int CzonNameList<T>::AddToIndex(T* node) {
+  if (node == nullptr) return 0;
+  const zon::NameIndex::Queue* queue = index_.Append(*node, store_);
+  static_cast<CzonNode*>(node)->instance_ = static_cast<std::int32_t>(queue->nodes.Size());
+  return 1;
+}
+
+template <class T>
+int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
+  if (node == nullptr) return 1;
+  zon::NameIndex::Queue* queue = index_.Find(*node);
+  if (queue == nullptr) {
+    AddToIndex(node);
+    return 0;
+  }
+  // The nearest namesake in front of the place tells how many there are.
+  std::uint32_t before = 0;
+  for (std::uint32_t at = std::min(pos == 0 ? 0 : pos - 1, ordered_.Size()); at > 0; --at) {
+    const CzonNode* other = ordered_[at - 1];
+    const auto place = static_cast<std::uint32_t>(other->instance_ - 1);
+    if (place < queue->nodes.Size() && queue->nodes[place] == other) {
+      before = place + 1;
+      break;
+    }
+  }
+  queue->nodes.Insert(before, node, store_);
+  Renumber(*queue, before);
+  return 0;
+}
+
+template <class T>
+int CzonNameList<T>::EraseFromHashtable(T* node) {
+  zon::NameIndex::Queue* queue = node != nullptr ? index_.Find(*node) : nullptr;
+  if (queue == nullptr) return zon::kErrNode;
+  const auto guess = static_cast<std::uint32_t>(static_cast<CzonNode*>(node)->instance_ - 1);
+  const std::uint32_t place = queue->nodes.Find(node, guess);
+  if (place == queue->nodes.Size()) return zon::kErrNode;
+  queue->nodes.Erase(place);
+  Renumber(*queue, place);
+  if (queue->nodes.Size() == 0) index_.Drop(queue, store_);
+  return 0;
+}
+
+template <class T>
+void CzonNameList<T>::Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from) {
+  for (std::uint32_t at = from; at < queue.nodes.Size(); ++at) {
+    queue.nodes[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  }
+}
+
+template <class T>
+T* CzonNameList<T>::ByNum(unsigned int n) const {
+  return n - 1 < ordered_.Size() ? static_cast<T*>(ordered_[n - 1]) : nullptr;
+}
+
+template <class T>
+T* CzonNameList<T>::ByNameNum(std::string_view name, unsigned int n) const {
+  const zon::NameIndex::Queue* queue = index_.Find(name);
+  if (queue == nullptr || n - 1 >= queue->nodes.Size()) return nullptr;
+  return static_cast<T*>(queue->nodes[n - 1]);
+}
+
+template <class T>
+unsigned int CzonNameList<T>::CountOf(const CzonNamedNode& namesake) const {
+  const zon::NameIndex::Queue* queue = index_.Find(namesake);
+  return queue != nullptr ? queue->nodes.Size() : 0;
+}
+
+template <class T>
+void CzonNameList<T>::Append(T* node) {
+  ordered_.Reserve(store_);
+  AddToIndex(node);
+  ordered_.Append(node, store_);
+}
+
+template <class T>
+void CzonNameList<T>::Insert(T* node, unsigned int pos) {
+  ordered_.Reserve(store_);
+  InsertIntoHashtable(node, pos);
+  ordered_.Insert(pos - 1, node, store_);
+}
+
+template <class T>
+int CzonNameList<T>::Remove(T* node) {
+  const int code = EraseFromHashtable(node);
+  const unsigned int place = PlaceOf(node);
+  if (place != 0) ordered_.Erase(place - 1);
+  return code;
+}
+
+template <class T>
+unsigned int CzonNameList<T>::PlaceOf(const T* node) const {
+  // Deletions mostly come from the end.
+  const std::uint32_t place = ordered_.Find(node, ordered_.Size() - 1);
+  return place < ordered_.Size() ? place + 1 : 0;
+}
+
+template class CzonNameList<CzonSection>;
+template class CzonNameList<CzonKeyword>;

@@ -1,0 +1,102 @@
+// The children of one kind: in the order of the file, and by name.
+//
+// The index files a node under its name in lower case, the empty name under one blank, in a queue
+// with its namesakes; a node's instance number is its place in that queue. Up to eight names are
+// looked through one by one, more are hashed. The hash of a name is made once, by its node.
+#ifndef ZON_TREE_ZONNAMLI_H
+#define ZON_TREE_ZONNAMLI_H
+
+#include <cstdint>
+#include <string_view>
+
+#include "base/zonexport.h"
+#include "base/zonstore.h"
+#include "tree/zonlist.h"
+
+class CzonNamedNode;
+
+namespace zon {
+
+// Names and their queues; knows nothing of instance numbers.
+class NameIndex {
+ public:
+  // The nodes of one name. A queue of one has no block.
+  struct Queue {
+    std::uint32_t hash;
+    NodeList nodes;
+  };
+
+  NameIndex() = default;
+  NameIndex(const NameIndex&) = delete;
+  NameIndex& operator=(const NameIndex&) = delete;
+
+  Queue* Find(std::string_view name) const;
+  Queue* Find(const CzonNamedNode& node) const;
+
+  // Files the node at the end of its queue, which is given back. Throws std::bad_alloc, the index
+  // unchanged.
+  Queue* Append(CzonNamedNode& node, Store* store);
+
+  // Takes an empty queue out.
+  void Drop(Queue* queue, Store* store);
+
+  void Release(Store* store);
+
+ private:
+  static constexpr std::uint32_t kScanned = 8;  // as many queues are not hashed
+
+  Queue* Find(std::string_view name, std::uint32_t hash) const;
+  Queue* FreePlace(std::uint32_t hash) const;
+  void Grow(Store* store);
+  bool IsHashed() const { return room_ > kScanned; }
+
+  Queue* queues_ = nullptr;
+  std::uint32_t used_ = 0;
+  std::uint32_t room_ = 0;  // a power of two
+};
+
+}  // namespace zon
+
+/** The list of the sections or of the keywords of an owner, which alone owns the nodes. T is
+ *  CzonSection or CzonKeyword. */
+template <class T>
+class ZON_API CzonNameList {
+ public:
+  CzonNameList() = default;
+  CzonNameList(const CzonNameList&) = delete;
+  CzonNameList& operator=(const CzonNameList&) = delete;
+  ~CzonNameList();
+
+  /** Files the node by its name and numbers it. Gives 1; 0 for null. The ordered list stays. */
+  int AddToIndex(T* node);
+
+  /** Files a node that is about to stand at place `pos` (from 1) of the ordered list, and renumbers
+   *  its namesakes behind it. Gives 0; 1 for null. The ordered list stays. */
+  int InsertIntoHashtable(T* node, unsigned int pos);
+
+  /** Takes the node out of the index and renumbers its namesakes. Gives 0, or 1006 when the index
+   *  does not hold it. The ordered list stays and the node lives on. */
+  int EraseFromHashtable(T* node);
+
+  unsigned int Count() const { return ordered_.Size(); }
+  T* ByNum(unsigned int n) const;                             ///< null for a number out of range
+  T* ByNameNum(std::string_view name, unsigned int n) const;  ///< null for a miss
+  unsigned int CountOf(const CzonNamedNode& namesake) const;
+
+  // For the owners of lists.
+  void EnterStore(zon::Store& store) { store_ = &store; }
+  void Append(T* node);                       // index and end of the ordered list: all or nothing
+  void Insert(T* node, unsigned int pos);     // the same at a place
+  int Remove(T* node);                        // from both
+  unsigned int PlaceOf(const T* node) const;  // from 1; 0 when it is not in the list
+  void Forget();                              // empties both
+
+ private:
+  void Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from);
+
+  zon::NameIndex index_;
+  zon::NodeList ordered_;
+  zon::Store* store_ = nullptr;
+};
+
+#endif

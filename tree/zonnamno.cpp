@@ -1,0 +1,261 @@
+// Tested by tests/tree_test.cpp and tests/values_test.cpp.
+#include "tree/zonnamno.h"
+
+#include <memory>
+#include <ostream>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+#include "base/zonassert.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
+  Set(kNamed);
+  SetName(name);
+  SetMultiMandat(multi, mandat);
+}
+
+CzonNamedNode::~CzonNamedNode() {
+  FreeChildren();
+  children_.Release(store_);
+  if (store_ == nullptr) delete nameGlb_;
+  name_.Release();
+}
+
+CzonNode* CzonNamedNode::CreateObj() {
+  return new CzonNamedNode;
+}
+
+const std::string& CzonNamedNode::GetName() const {
+  return name_.AsString(store_);
+}
+
+void CzonNamedNode::SetName(std::string_view name) {
+  nameHash_ = zon::HashNoCase(name);
+  name_.Assign(name, store_);
+}
+
+void CzonNamedNode::SetStoredName(std::string_view name) {
+  nameHash_ = zon::HashNoCase(name);
+  name_.SetStored(name);
+}
+
+// A name is made of the owner's, and stays as it was first made. So an owner that has not been
+// asked yet is asked first, from the top down and without recursion.
+const std::string& CzonNamedNode::GetNameGlb() const {
+  if (nameGlb_ != nullptr) return *nameGlb_;
+  std::vector<const CzonNamedNode*> unasked;
+  for (const CzonNamedNode* node = this; node->nameGlb_ == nullptr; node = node->GetOwner()) {
+    unasked.push_back(node);
+    if (node->GetOwner() == nullptr || node->GetOwner()->GetOwner() == nullptr) break;
+  }
+  for (; !unasked.empty(); unasked.pop_back()) {
+    const CzonNamedNode* node = unasked.back();
+    const CzonNamedNode* owner = node->GetOwner();
+    std::string name;
+    if (owner != nullptr) {
+      const std::string_view prefix =
+          owner->GetOwner() != nullptr ? std::string_view(*owner->nameGlb_) : std::string_view();
+      name.reserve(prefix.size() + 1 + node->GetNameView().size());
+      if (owner->GetOwner() != nullptr) name.append(prefix).append(1, '.');
+      name.append(node->GetNameView());
+    }
+    node->nameGlb_ = node->store_ != nullptr ? node->store_->Keep(std::move(name))
+                                             : new std::string(std::move(name));
+  }
+  return *nameGlb_;
+}
+
+unsigned int CzonNamedNode::GetNoNodes() const {
+  return children_.Size();
+}
+
+CzonNode* CzonNamedNode::NodeByNum(unsigned int n) const {
+  return n - 1 < children_.Size() ? children_[n - 1] : nullptr;
+}
+
+void CzonNamedNode::AddNode(CzonNode* node) {
+  if (node == nullptr) return;
+  children_.Append(node, store_);
+  node->owner_ = this;
+  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = children_.Size() - 1;
+  if (node->WantsDestructor()) MarkDeep();
+}
+
+void CzonNamedNode::SetMultiMandat(int multi, int mandat) {
+  flags_ &= ~(kMulti | kMandat);
+  if (multi != 0) flags_ |= kMulti;
+  if (mandat != 0) flags_ |= kMandat;
+}
+
+void CzonNamedNode::Clear() {
+  if (auto* list = dynamic_cast<CzonTargetList*>(this)) list->ForgetNames();
+  FreeChildren();
+  children_.Release(store_);
+  if (store_ == nullptr) {
+    delete nameGlb_;
+  } else if (nameGlb_ != nullptr) {
+    std::string().swap(*nameGlb_);  // the store keeps the string itself
+  }
+  nameGlb_ = nullptr;
+  flags_ = 0;
+}
+
+// Takes the subtree down from a list of nodes that still wait, linked by their owner fields, which
+// nobody needs any more: no recursion, and no memory that could be missing.
+void CzonNamedNode::FreeChildren() {
+  if (!Has(kDeep)) return;  // nothing below but store memory
+  CzonNode* waiting = nullptr;
+  const auto enlist = [&waiting](const CzonNamedNode& owner) {
+    for (CzonNode* child : owner.children_) {
+      if (!child->WantsDestructor()) continue;
+      child->owner_ = waiting;
+      waiting = child;
+    }
+  };
+  enlist(*this);
+  while (waiting != nullptr) {
+    CzonNode* node = waiting;
+    waiting = node->owner_;
+    node->owner_ = nullptr;
+    if (node->Has(kNamed)) {
+      auto* named = static_cast<CzonNamedNode*>(node);
+      enlist(*named);
+      named->children_.Release(named->store_);
+    }
+    Free(node);
+  }
+}
+
+// Without recursion, so that the depth of a tree costs no stack. The list of children may grow
+// behind the current one while the visitor is at work, so places are counted, not pointed at.
+void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
+  struct Position {
+    CzonNamedNode* node;
+    std::uint32_t next;
+  };
+  std::vector<Position> path{{this, 0}};
+  while (!path.empty()) {
+    Position& position = path.back();
+    if (position.next >= position.node->children_.Size()) {
+      path.pop_back();
+      continue;
+    }
+    CzonNode* child = position.node->children_[position.next++];
+    if (!child->Has(kExploresItself)) {
+      child->Explore(visit);
+      continue;
+    }
+    visit(child);
+    path.push_back({static_cast<CzonNamedNode*>(child), 0});
+  }
+}
+
+std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
+  const std::uint32_t guess = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child)->place_
+                                                 : static_cast<std::uint32_t>(child->instance_ - 1);
+  if (guess < children_.Size() && children_[guess] == child) return guess;
+  // Children have moved since the places were noted: note them all anew, so that asking for one
+  // after the other stays linear.
+  std::uint32_t found = children_.Size();
+  for (std::uint32_t at = 0; at < children_.Size(); ++at) {
+    if (children_[at] == child) found = at;
+    if (children_[at]->Has(kNamed)) static_cast<CzonNamedNode*>(children_[at])->place_ = at;
+  }
+  return found;
+}
+
+// Goes outward from section to section; never at the level of the root.
+CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
+                                      unsigned int n) const {
+  const CzonNamedNode* node = this;
+  const CzonNode* from = start;
+  if (node->IsKeyword()) {
+    from = node;
+    node = node->GetOwner();
+    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
+  }
+  for (;;) {
+    const std::uint32_t place = node->PlaceOf(from);
+    const bool Ok = place < node->children_.Size();
+    ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
+    // Kept: of several definitions the first one of the section decides, even if it has no such
+    // value.
+    const CzonNamedNode* definition = node->FirstDefinition(name);
+    if (definition != nullptr && node->PlaceOf(definition) <= place) {
+      CzonParam* value = definition->ParamByNum(n);
+      if (value != nullptr && !value->IsDefaultPar()) return value;
+    }
+    from = node;
+    node = node->GetOwner();
+    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
+  }
+}
+
+const CzonNamedNode* CzonNamedNode::FirstDefinition(std::string_view name) const {
+  if (const auto* section = dynamic_cast<const CzonSection*>(this)) {
+    return section->FirstIndexedDefinition(name);
+  }
+  for (const CzonNode* child : children_) {
+    if (!child->IsDefaultDef()) continue;
+    const auto* definition = static_cast<const CzonNamedNode*>(child);
+    if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
+  }
+  return nullptr;
+}
+
+void CzonNamedNode::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
+  ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
+  CopyOwn(*Src);
+  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, Src}};
+  while (!open.empty()) {
+    const auto [to, from] = open.back();
+    open.pop_back();
+    for (CzonNode* child : from->children_) {
+      std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
+      const std::type_info& made = typeid(*NewCopy);
+      const std::type_info& wanted = typeid(*child);
+      ZON_ASSERT_TEXT(made == wanted, "zonnamno", "typeid(*NewCopy) == typeid(*Src)");
+      if (child->Has(kNamed)) {
+        auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
+        named->CopyOwn(static_cast<const CzonNamedNode&>(*child));
+        open.emplace_back(named, static_cast<const CzonNamedNode*>(child));
+      } else {
+        NewCopy->Copy(child);
+      }
+      to->FileCopied(NewCopy);
+    }
+  }
+}
+
+// Everything of a node but its children.
+void CzonNamedNode::CopyOwn(const CzonNamedNode& source) {
+  Clear();
+  CzonNode::Copy(&source);
+  SetName(source.GetNameView());
+  flags_ = source.flags_;
+  if (auto* list = dynamic_cast<CzonTargetList*>(this)) {
+    if (const auto* from = dynamic_cast<const CzonTargetList*>(&source)) list->CopyFacts(*from);
+  }
+}
+
+void CzonNamedNode::FileCopied(std::unique_ptr<CzonNode>& child) {
+  auto* list = dynamic_cast<CzonTargetList*>(this);
+  auto* section = dynamic_cast<CzonSection*>(child.get());
+  auto* keyword = dynamic_cast<CzonKeyword*>(child.get());
+  if (list != nullptr && section != nullptr) {
+    list->AddSection(section);
+  } else if (auto* self = dynamic_cast<CzonSection*>(this);
+             self != nullptr && keyword != nullptr && !keyword->IsDefaultDef()) {
+    self->AddKeyword(keyword);
+  } else {
+    AddNode(child.get());
+    if (child->IsParam()) child->instance_ = static_cast<std::int32_t>(child->GetNoInstances());
+  }
+  static_cast<void>(child.release());  // owned by this node now
+}

@@ -1,0 +1,94 @@
+// A node with a name, flags and children: the common part of file roots, sections and keywords.
+//
+// The named node owns its children and frees them without recursion, however deep the tree. Nodes
+// in a store whose subtree holds nothing but store memory are not even visited: their store goes as
+// a whole.
+#ifndef ZON_TREE_ZONNAMNO_H
+#define ZON_TREE_ZONNAMNO_H
+
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/zonchars.h"
+#include "base/zonexport.h"
+#include "tree/zonlist.h"
+#include "tree/zonnode.h"
+#include "tree/zontext.h"
+
+class ZON_API CzonNamedNode : public CzonNode {
+ public:
+  CzonNamedNode() { Set(kNamed); }
+  CzonNamedNode(const std::string& name, int multi, int mandat);
+  ~CzonNamedNode() override;
+
+  /** The flags of a node, as GetFlags gives them. */
+  enum Flags : unsigned int {
+    kMulti = 1,    ///< in a template: may occur more than once
+    kMandat = 2,   ///< in a template: a section that must occur
+    kOpenList = 4  ///< in a template: the last value of the keyword may repeat
+  };
+
+  CzonNode* CreateObj() override;
+  const std::string& GetName() const override;
+  const std::string& GetNameGlb() const override;
+  unsigned int GetNoNodes() const override;
+  CzonNode* NodeByNum(unsigned int n) const override;
+  std::ostream& Write(std::ostream& out) const override;
+  void Explore(void (*visit)(CzonNode*)) override;
+  CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const override;
+  void Copy(const CzonNode* source) override;
+
+  /** Appends a node to the children and owns it from now on; null is ignored. Sections, keywords
+   * and values are added by AddSection, AddKeyword and AddParam, which file them as well. */
+  void AddNode(CzonNode* node);
+
+  /** Sets or clears the multi and the mandatory flag; other flags stay. */
+  void SetMultiMandat(int multi, int mandat);
+
+  /** Deletes all children, forgets the cached global name and clears the flags. */
+  void Clear();
+
+  unsigned int GetFlags() const { return flags_; }
+  void SetOpenList() { flags_ |= kOpenList; }
+
+  /** Writes the blanks in front of a line: three for each level below the first. */
+  void Indent(std::ostream& out) const;
+
+  // For the library's own use.
+  std::string_view GetNameView() const { return name_.View(); }
+  std::uint32_t GetNameHash() const { return nameHash_; }
+  void SetName(std::string_view name);
+  void SetStoredName(std::string_view name);  // characters that lie in the node's store
+  void EnterStore(zon::Store& store) {
+    CzonNode::EnterStore(store);
+    store_ = &store;
+  }
+  const zon::NodeList& Children() const { return children_; }
+  // Where the child stands in the child list, from 0; the length of the list when it does not.
+  std::uint32_t PlaceOf(const CzonNode* child) const;
+
+ protected:
+  zon::NodeList children_;
+  zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
+
+  void WriteChildren(std::ostream& out) const;
+  void FreeChildren();
+
+ private:
+  friend class CzonNode;
+
+  void CopyOwn(const CzonNamedNode& source);
+  void FileCopied(std::unique_ptr<CzonNode>& child);
+  const CzonNamedNode* FirstDefinition(std::string_view name) const;
+
+  mutable std::string* nameGlb_ = nullptr;
+  zon::Text name_;
+  std::uint32_t nameHash_ = zon::HashNoCase("");
+  std::uint32_t flags_ = 0;
+  mutable std::uint32_t place_ = 0;  // in the child list of the owner, as last seen
+};
+
+#endif

@@ -1,0 +1,238 @@
+#include "tree/zonnode.h"
+
+#include <ostream>
+
+#include "base/zonassert.h"
+#include "base/zonhook.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonnamno.h"
+#include "tree/zontarli.h"
+
+namespace {
+
+void ReportInvalidContext() {
+  MessageHook("Function invalid in this context");
+}
+
+// What an unsupported query gives back, after the message.
+template <class T>
+T Unsupported(T neutral) {
+  ReportInvalidContext();
+  return neutral;
+}
+
+}  // namespace
+
+CzonBase::~CzonBase() = default;
+
+// Never destroyed: a host may still ask for texts while the process ends.
+const std::string& CzonNode::empty_string = *new std::string;
+
+CzonNode::~CzonNode() {
+  if (Has(kOwnsRemark)) delete remark_;
+}
+
+const std::string& CzonNode::GetName() const {
+  return empty_string;
+}
+const std::string& CzonNode::GetNameGlb() const {
+  return empty_string;
+}
+unsigned int CzonNode::GetNoSections() const {
+  return 0;
+}
+unsigned int CzonNode::GetNoKeywords() const {
+  return 0;
+}
+unsigned int CzonNode::GetNoParams() const {
+  return 0;
+}
+unsigned int CzonNode::GetNoNodes() const {
+  return 0;
+}
+unsigned int CzonNode::GetNoInstances() const {
+  return 0;
+}
+int CzonNode::GetInstanceNo() const {
+  return instance_;
+}
+
+const std::string& CzonNode::GetZonFilename() const {
+  const CzonNode* pOwner = GetTopNode();
+  const auto* root = dynamic_cast<const CzonTargetList*>(pOwner);
+  ZON_ASSERT_TEXT(root != nullptr, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
+  return root->GetOwnFilename();
+}
+
+int CzonNode::IsSection() const {
+  return 0;
+}
+int CzonNode::IsKeyword() const {
+  return 0;
+}
+int CzonNode::IsParam() const {
+  return 0;
+}
+int CzonNode::IsDefaultDef() const {
+  return 0;
+}
+int CzonNode::IsNumeric() const {
+  return 0;
+}
+int CzonNode::IsFloat() const {
+  return 0;
+}
+int CzonNode::IsDouble() const {
+  return 0;
+}
+int CzonNode::IsInt() const {
+  return 0;
+}
+int CzonNode::IsString() const {
+  return 0;
+}
+int CzonNode::IsDefaultPar() const {
+  return 0;
+}
+int CzonNode::IsBool() const {
+  return 0;
+}
+int CzonNode::IsFilename() const {
+  return 0;
+}
+int CzonNode::IsClob() const {
+  return 0;
+}
+int CzonNode::IsUndefinedPar() const {
+  return 0;
+}
+
+float CzonNode::GetFloat() const {
+  return Unsupported(0.0F);
+}
+double CzonNode::GetDouble() const {
+  return Unsupported(0.0);
+}
+int CzonNode::GetInt() const {
+  return Unsupported(0);
+}
+char* CzonNode::GetFilename() const {
+  return Unsupported<char*>(nullptr);
+}
+const char* CzonNode::GetFilenameString() const {
+  return Unsupported<const char*>(nullptr);
+}
+int CzonNode::GetBool() const {
+  return Unsupported(0);
+}
+CzonClob* CzonNode::GetClob() const {
+  return nullptr;
+}
+
+const std::string& CzonNode::GetString() const {
+  ReportInvalidContext();
+  return empty_string;
+}
+
+CzonSection* CzonNode::SectionByNum(unsigned int) const {
+  return Unsupported<CzonSection*>(nullptr);
+}
+CzonKeyword* CzonNode::KeywordByNum(unsigned int) const {
+  return Unsupported<CzonKeyword*>(nullptr);
+}
+CzonParam* CzonNode::ParamByNum(unsigned int) const {
+  return Unsupported<CzonParam*>(nullptr);
+}
+CzonNode* CzonNode::NodeByNum(unsigned int) const {
+  return nullptr;
+}
+CzonSection* CzonNode::SectionByName(const char*) const {
+  return Unsupported<CzonSection*>(nullptr);
+}
+CzonKeyword* CzonNode::KeywordByName(const char*) const {
+  return Unsupported<CzonKeyword*>(nullptr);
+}
+CzonSection* CzonNode::SectionByNameNum(const char*, unsigned int) const {
+  return Unsupported<CzonSection*>(nullptr);
+}
+CzonKeyword* CzonNode::KeywordByNameNum(const char*, unsigned int) const {
+  return Unsupported<CzonKeyword*>(nullptr);
+}
+
+std::ostream& CzonNode::Write(std::ostream& out) const {
+  ReportInvalidContext();
+  return out;
+}
+
+void CzonNode::Explore(void (*visit)(CzonNode*)) {
+  visit(this);
+}
+
+int CzonNode::GetSyntaxClass() const {
+  return kZonNode;
+}
+
+CzonParam* CzonNode::FindDefault(CzonNode*, const std::string&, unsigned int) const {
+  return nullptr;
+}
+
+void CzonNode::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  SetRemark(source->GetRemark(), GetStore());
+  instance_ = 0;
+}
+
+int CzonNode::GetLevel() const {
+  int level = 0;
+  for (const CzonNode* node = owner_; node != nullptr; node = node->owner_) ++level;
+  return level;
+}
+
+CzonNode* CzonNode::GetTopNode() const {
+  const CzonNode* node = this;
+  while (node->owner_ != nullptr) node = node->owner_;
+  return const_cast<CzonNode*>(node);
+}
+
+CzonNamedNode* CzonNode::GetOwner() const {
+  return static_cast<CzonNamedNode*>(owner_);
+}
+
+const std::string& CzonNode::GetRemark() const {
+  return remark_ != nullptr ? *remark_ : empty_string;
+}
+
+void CzonNode::SetRemark(std::string_view text, zon::Store* store) {
+  if (remark_ != nullptr) {
+    remark_->assign(text);
+  } else if (text.empty()) {
+    return;
+  } else if (store != nullptr) {
+    remark_ = store->Keep(std::string(text));
+  } else {
+    remark_ = new std::string(text);
+    Set(kOwnsRemark);
+    if (Has(kInStore)) MarkDeep();
+  }
+}
+
+void CzonNode::Free(CzonNode* node) {
+  if (node == nullptr || !node->WantsDestructor()) return;
+  if (node->Has(kInStore)) {
+    node->~CzonNode();
+  } else {
+    delete node;
+  }
+}
+
+void CzonNode::MarkDeep() {
+  for (CzonNode* node = this; node != nullptr && !node->Has(kDeep); node = node->owner_) {
+    node->Set(kDeep);
+  }
+}
+
+zon::Store* CzonNode::GetStore() const {
+  if (!Has(kInStore)) return nullptr;
+  const CzonNode* named = Has(kNamed) ? this : owner_;
+  return named != nullptr ? static_cast<const CzonNamedNode*>(named)->store_ : nullptr;
+}

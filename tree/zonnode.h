@@ -1,0 +1,208 @@
+// The common root of everything that a handle can point at, and the node of a parameter tree.
+//
+// CzonNode's virtual interface is the one way in which the rest of the library asks a node what it
+// is, how many children it has and what its value is. Each operation has a harmless default; a
+// class overrides what it knows. The order of the virtual operations is part of the interface.
+#ifndef ZON_TREE_ZONNODE_H
+#define ZON_TREE_ZONNODE_H
+
+#include <cstdint>
+#include <iosfwd>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "base/zonexport.h"
+#include "base/zonstore.h"
+
+class CzonClob;
+class CzonDefaultDef;
+class CzonKeyword;
+class CzonNamedNode;
+class CzonNode;
+class CzonParam;
+class CzonSection;
+
+/** What a file handle or a node handle points at. */
+class ZON_API CzonBase {
+ public:
+  virtual ~CzonBase();
+};
+
+/** The kinds that GetSyntaxClass tells apart. The numbers are part of the interface. */
+enum CzonSyntaxClass : int {
+  kZonNode = 0,
+  kZonTargetList = 1,
+  kZonSection = 2,
+  kZonKeyword = 3,
+  kZonDefaultDef = 4,
+  kZonParam = 5,  ///< also plain numeric values and CLOBs
+  kZonInt = 6,
+  kZonReal = 7,
+  kZonBool = 8,
+  kZonString = 9,
+  kZonFilename = 10,  ///< and, Kept: also date-times; nothing answers 13
+  kZonDefaultPar = 11,
+  kZonSubstit = 12,
+  kZonUnknown = 14,
+  kZonUndefinedPar = 15
+};
+
+/** A node of a parameter tree.
+ *
+ *  Numbers of children and instances count from 1; 0 or a number past the end gives null. A query
+ *  that the kind of node does not support passes "Function invalid in this context" to MessageHook
+ *  and gives 0, null or the empty text; where "silently" is said, no message is passed. Texts given
+ * by reference live as long as the node, or until the next change of what they tell. */
+class ZON_API CzonNode : public CzonBase {
+ public:
+  CzonNode() = default;
+  CzonNode(const CzonNode&) = delete;
+  CzonNode& operator=(const CzonNode&) = delete;
+  ~CzonNode() override;
+
+  /** The text given where there is none. Lives as long as the process. */
+  static const std::string& empty_string;
+
+  /** Makes an empty node of the same class on the free store; the caller owns it. */
+  virtual CzonNode* CreateObj() = 0;
+
+  virtual const std::string& GetName() const;     ///< silently empty but for named nodes
+  virtual const std::string& GetNameGlb() const;  ///< "Model.Grid.depth"; silently empty otherwise
+  virtual unsigned int GetNoSections() const;
+  virtual unsigned int GetNoKeywords() const;
+  virtual unsigned int GetNoParams() const;
+  virtual unsigned int GetNoNodes() const;      ///< children of any kind
+  virtual unsigned int GetNoInstances() const;  ///< siblings of this name; values of the keyword
+  virtual int GetInstanceNo() const;            ///< place among these; 0 outside any list
+
+  /** The name of the parameter file, which the root of the tree holds. The top of the tree must be
+   *  a CzonTargetList, else the process ends. */
+  virtual const std::string& GetZonFilename() const;
+
+  virtual int IsSection() const;  ///< also true for the root
+  virtual int IsKeyword() const;
+  virtual int IsParam() const;
+  virtual int IsDefaultDef() const;
+  virtual int IsNumeric() const;
+  virtual int IsFloat() const;   ///< the value fits a float
+  virtual int IsDouble() const;  ///< the value is set as a double
+  virtual int IsInt() const;     ///< the value is whole
+  virtual int IsString() const;
+  virtual int IsDefaultPar() const;
+  virtual int IsBool() const;
+  virtual int IsFilename() const;
+  virtual int IsClob() const;
+  virtual int IsUndefinedPar() const;
+
+  virtual float GetFloat() const;
+  virtual double GetDouble() const;
+  virtual int GetInt() const;
+  virtual const std::string& GetString() const;
+  virtual char* GetFilename() const;              ///< the resolved path; valid until the next call
+  virtual const char* GetFilenameString() const;  ///< the name as it was written
+  virtual int GetBool() const;
+  virtual CzonClob* GetClob() const;  ///< silently null
+
+  virtual CzonSection* SectionByNum(unsigned int n) const;
+  virtual CzonKeyword* KeywordByNum(unsigned int n) const;
+  virtual CzonParam* ParamByNum(unsigned int n) const;
+  virtual CzonNode* NodeByNum(unsigned int n) const;  ///< silently null
+  virtual CzonSection* SectionByName(const char* name) const;
+  virtual CzonKeyword* KeywordByName(const char* name) const;
+  virtual CzonSection* SectionByNameNum(const char* name, unsigned int n) const;
+  virtual CzonKeyword* KeywordByNameNum(const char* name, unsigned int n) const;
+
+  /** Writes the node as it stands in a parameter file. Gives back the stream. */
+  virtual std::ostream& Write(std::ostream& out) const;
+
+  /** Calls the visitor on the node and everything below it, parents before children, in the order
+   * of the file; the root of a file is left out. The visitor may add nodes behind the current one.
+   */
+  virtual void Explore(void (*visit)(CzonNode*));
+
+  virtual int GetSyntaxClass() const;
+
+  /** The n-th default value for a keyword of that name as seen from the child `start`; null when
+   *  there is none. The value stays in its default definition. */
+  virtual CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const;
+
+  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends). It
+   *  keeps its place; its instance number becomes 0. Null or the node itself changes nothing. */
+  virtual void Copy(const CzonNode* source);
+
+  /** Depth: 0 for a node without owner, 1 for a top-level section. */
+  int GetLevel() const;
+
+  /** The node above all others; this node when it has no owner. */
+  CzonNode* GetTopNode() const;
+
+  /** The section, root or keyword that holds the node; null for none. */
+  CzonNamedNode* GetOwner() const;
+
+  /** The text of the braced remark that the reader found at the node. Nothing else reads it, and it
+   *  is not written back. */
+  const std::string& GetRemark() const;
+
+  // For the library's own use: nodes in a store.
+
+  // Deletes a node; one that lies in a store is only emptied of what the store does not hold.
+  static void Free(CzonNode* node);
+
+  // Makes a node in a store; it is never deleted by itself. It may hold nothing that the store does
+  // not.
+  template <class T, class... Arguments>
+  static T* Make(zon::Store& store, Arguments... arguments) {
+    void* place = store.Take(sizeof(T));
+    T* node;
+    if constexpr (sizeof...(arguments) == 0) {
+      node = new (place) T;  // without parentheses: nothing is cleared first
+    } else {
+      node = new (place) T(arguments...);
+    }
+    node->EnterStore(store);
+    return node;
+  }
+
+  void EnterStore(zon::Store&) { Set(kInStore); }
+
+  void SetRemark(std::string_view text, zon::Store* store);
+
+ protected:
+  enum Bits : std::uint32_t {
+    kNamed = 1,    // a CzonNamedNode
+    kInStore = 2,  // lies in the store of its tree
+    kDeep = 4,     // something in it or below it wants its destructor; so has every owner above
+    kOwnsRemark = 8,
+    kHasDouble = 16,  // of numeric values: which views are set
+    kHasInt = 32,
+    kExploresItself = 64,  // Explore begins with the node, then its children
+  };
+
+  bool Has(Bits bit) const { return (bits_ & bit) != 0; }
+  void Set(Bits bit, bool on = true) {
+    bits_ = on ? bits_ | bit : bits_ & ~static_cast<std::uint32_t>(bit);
+  }
+
+  // Whether somebody has to run the destructor.
+  bool WantsDestructor() const { return (bits_ & (kInStore | kDeep)) != kInStore; }
+  void MarkDeep();
+
+  // The store whose memory may serve this node; null for none.
+  zon::Store* GetStore() const;
+
+ private:
+  friend class CzonNamedNode;
+  friend class CzonKeyword;
+  template <class T>
+  friend class CzonNameList;
+
+  CzonNode* owner_ = nullptr;  // always a CzonNamedNode, but while a subtree is taken down
+  std::string* remark_ = nullptr;
+  std::int32_t instance_ = 0;
+
+ protected:
+  std::uint32_t bits_ = 0;
+};
+
+#endif

@@ -1,0 +1,62 @@
+#include "tree/zonnumer.h"
+
+#include <cfloat>
+#include <cmath>
+#include <locale>
+#include <sstream>
+
+#include "base/zonassert.h"
+#include "base/zonnumtx.h"
+
+CzonNumeric::CzonNumeric(const std::string& text) : CzonParam(text) {
+  CStoReals();
+}
+
+int CzonNumeric::IsNumeric() const {
+  return 1;
+}
+
+int CzonNumeric::IsFloat() const {
+  return Has(kHasDouble) && !(std::fabs(double_) > static_cast<double>(FLT_MAX));
+}
+
+int CzonNumeric::IsDouble() const {
+  return Has(kHasDouble);
+}
+
+float CzonNumeric::GetFloat() const {
+  const double magnitude = std::fabs(double_);
+  if (magnitude > static_cast<double>(FLT_MAX)) return double_ > 0 ? FLT_MAX : -FLT_MAX;
+  if (magnitude < static_cast<double>(FLT_MIN)) return 0.0F;  // Kept: subnormal floats are flushed
+  return static_cast<float>(double_);
+}
+
+double CzonNumeric::GetDouble() const {
+  return double_;
+}
+
+void CzonNumeric::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonNumeric*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonnumer", "Node");
+  CzonParam::Copy(source);
+  Set(kHasDouble, Node->Has(kHasDouble));
+  double_ = Node->double_;
+}
+
+void CzonNumeric::Init() {
+  Set(kHasDouble, false);
+  double_ = 0.0;
+}
+
+void CzonNumeric::CStoReals() {
+  Double(zon::TextToDouble(GetTextView()));
+}
+
+double CzonNumeric::string_to_double(const std::string& s) {
+  std::istringstream in(s);
+  in.imbue(std::locale::classic());
+  double value = 0.0;
+  in >> value;
+  return value;
+}

@@ -1,0 +1,49 @@
+// The common part of numbers. A number is converted once, when it is made; every question is then
+// answered from the double. The float view follows from it at each question, which costs less than
+// keeping it.
+#ifndef ZON_TREE_ZONNUMER_H
+#define ZON_TREE_ZONNUMER_H
+
+#include <cstdint>
+#include <string>
+
+#include "tree/zonparam.h"
+
+class ZON_API CzonNumeric : public CzonParam {
+ public:
+  CzonNumeric() { Double(0.0); }
+  explicit CzonNumeric(const std::string& text);
+
+  int IsNumeric() const override;
+  int IsFloat() const override;
+  int IsDouble() const override;
+  float GetFloat() const override;
+  double GetDouble() const override;
+  void Copy(const CzonNode* source) override;
+
+  /** Clears the double and the float view. */
+  void Init();
+
+  /** Sets both views from the text, read by the rules of strtod in the "C" locale. */
+  void CStoReals();
+
+  /** Sets both views. Beyond the range of a float the float view is the largest float of that sign
+   *  and IsFloat is false; below the smallest normal float it is 0. */
+  void Double(double value) {
+    double_ = value;
+    Set(kHasDouble);
+  }
+
+  /** Reads one number from the start of a text, white space in front and anything behind passed
+   * over; 0.0 when there is none. */
+  static double string_to_double(const std::string& s);
+
+ protected:
+  // The integer view, which the classes below keep. It stands here to fill the gap behind the text.
+  std::int32_t integer_ = 0;
+
+ private:
+  double double_ = 0.0;
+};
+
+#endif

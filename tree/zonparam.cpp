@@ -1,0 +1,107 @@
+#include "tree/zonparam.h"
+
+#include "base/zonout.h"
+#include "tree/zonnamno.h"
+
+CzonParam::CzonParam(const std::string& text) {
+  text_.Assign(text, nullptr);
+}
+
+CzonParam::~CzonParam() {
+  text_.Release();
+}
+
+CzonNode* CzonParam::CreateObj() {
+  return new CzonParam;
+}
+
+unsigned int CzonParam::GetNoInstances() const {
+  return GetOwner() != nullptr ? GetOwner()->GetNoParams() : 0;
+}
+
+int CzonParam::IsParam() const {
+  return 1;
+}
+
+std::ostream& CzonParam::Write(std::ostream& out) const {
+  zon::Put(out, text_.View());
+  return out;
+}
+
+int CzonParam::GetSyntaxClass() const {
+  return kZonParam;
+}
+
+void CzonParam::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* param = dynamic_cast<const CzonParam*>(source);
+  if (param == nullptr) return;
+  CzonNode::Copy(source);
+  SetText(param->text_.View(), GetStore());
+}
+
+const std::string& CzonParam::GetText() const {
+  const std::string& text = text_.AsString(GetStore());
+  // A string of our own wants our destructor.
+  if (text_.IsOwner() && Has(kInStore)) const_cast<CzonParam*>(this)->MarkDeep();
+  return text;
+}
+
+void CzonParam::SetText(std::string_view text, zon::Store* store) {
+  text_.Assign(text, store);
+  if (text_.IsOwner() && Has(kInStore)) MarkDeep();
+}
+
+CzonUndefinedPar::CzonUndefinedPar(const std::string& text) : CzonParam(text) {}
+CzonNode* CzonUndefinedPar::CreateObj() {
+  return new CzonUndefinedPar;
+}
+int CzonUndefinedPar::IsUndefinedPar() const {
+  return 1;
+}
+int CzonUndefinedPar::GetSyntaxClass() const {
+  return kZonUndefinedPar;
+}
+
+CzonUnknown::CzonUnknown(const std::string& text) : CzonParam(text) {}
+CzonNode* CzonUnknown::CreateObj() {
+  return new CzonUnknown;
+}
+int CzonUnknown::GetSyntaxClass() const {
+  return kZonUnknown;
+}
+
+CzonSubstit::CzonSubstit(const std::string& text) : CzonParam(text) {}
+CzonNode* CzonSubstit::CreateObj() {
+  return new CzonSubstit;
+}
+int CzonSubstit::GetSyntaxClass() const {
+  return kZonSubstit;
+}
+
+CzonDateTime::CzonDateTime(const std::string& text) : CzonParam(text) {}
+CzonNode* CzonDateTime::CreateObj() {
+  return new CzonDateTime;
+}
+
+std::ostream& CzonDateTime::Write(std::ostream& out) const {
+  zon::Put(out, "#");
+  zon::Put(out, text_.View());
+  zon::Put(out, "#");
+  return out;
+}
+
+// Kept: the same answer as a file name's.
+int CzonDateTime::GetSyntaxClass() const {
+  return kZonFilename;
+}
+
+CzonNode* CzonDefaultPar::CreateObj() {
+  return new CzonDefaultPar;
+}
+int CzonDefaultPar::IsDefaultPar() const {
+  return 1;
+}
+int CzonDefaultPar::GetSyntaxClass() const {
+  return kZonDefaultPar;
+}

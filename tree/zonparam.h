@@ -1,0 +1,86 @@
+// Values: the common class, and the kinds whose text is the whole value.
+#ifndef ZON_TREE_ZONPARAM_H
+#define ZON_TREE_ZONPARAM_H
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include "tree/zonnode.h"
+#include "tree/zontext.h"
+
+/** A value in the list of a keyword. */
+class ZON_API CzonParam : public CzonNode {
+ public:
+  CzonParam() = default;
+  explicit CzonParam(const std::string& text);
+  ~CzonParam() override;
+
+  CzonNode* CreateObj() override;
+  unsigned int GetNoInstances() const override;  ///< how many values the keyword has
+  int IsParam() const override;
+  std::ostream& Write(std::ostream& out) const override;  ///< the text as it stands
+  int GetSyntaxClass() const override;
+  void Copy(const CzonNode* source) override;  ///< nothing happens if the source is no value
+
+  /** The text of the value as it was written. */
+  const std::string& GetText() const;
+
+  // For the library's own use.
+  std::string_view GetTextView() const { return text_.View(); }
+  void SetText(std::string_view text, zon::Store* store);  // a copy, in the store if there is one
+  void SetStoredText(std::string_view text) { text_.SetStored(text); }
+
+ protected:
+  zon::Text text_;
+};
+
+/** An empty place in a list. */
+class ZON_API CzonUndefinedPar : public CzonParam {
+ public:
+  CzonUndefinedPar() = default;
+  explicit CzonUndefinedPar(const std::string& text);
+  CzonNode* CreateObj() override;
+  int IsUndefinedPar() const override;
+  int GetSyntaxClass() const override;
+};
+
+/** A place that holds a remark alone. */
+class ZON_API CzonUnknown : public CzonParam {
+ public:
+  CzonUnknown() = default;
+  explicit CzonUnknown(const std::string& text);
+  CzonNode* CreateObj() override;
+  int GetSyntaxClass() const override;
+};
+
+/** A reference to something that another program fills in: "%name" or "%1". The text stands without
+ *  the "%". */
+class ZON_API CzonSubstit : public CzonParam {
+ public:
+  CzonSubstit() = default;
+  explicit CzonSubstit(const std::string& text);
+  CzonNode* CreateObj() override;
+  int GetSyntaxClass() const override;
+};
+
+/** A date and time, kept as text. */
+class ZON_API CzonDateTime : public CzonParam {
+ public:
+  CzonDateTime() = default;
+  explicit CzonDateTime(const std::string& text);
+  CzonNode* CreateObj() override;
+  std::ostream& Write(std::ostream& out) const override;
+  int GetSyntaxClass() const override;
+};
+
+/** A place that a default value fills. */
+class ZON_API CzonDefaultPar : public CzonParam {
+ public:
+  CzonDefaultPar() = default;
+  CzonNode* CreateObj() override;
+  int IsDefaultPar() const override;
+  int GetSyntaxClass() const override;
+};
+
+#endif

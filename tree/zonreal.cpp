@@ -1,0 +1,101 @@
+#include "tree/zonreal.h"
+
+#include "base/zonassert.h"
+#include "base/zonnumtx.h"
+#include "base/zonout.h"
+
+namespace {
+
+// A new object with the integer view that its value has.
+template <class T>
+CzonNode* NewReal() {
+  auto* real = new T;
+  real->FloatToInt();
+  return real;
+}
+
+}  // namespace
+
+CzonReal::CzonReal(const std::string& text) : CzonNumeric(text) {}
+CzonNode* CzonReal::CreateObj() {
+  return NewReal<CzonReal>();
+}
+int CzonReal::IsInt() const {
+  return Has(kHasInt);
+}
+int CzonReal::GetInt() const {
+  return integer_;
+}
+int CzonReal::GetSyntaxClass() const {
+  return kZonReal;
+}
+
+void CzonReal::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonReal*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonreal", "Node");
+  CzonNumeric::Copy(source);
+  Set(kHasInt, Node->Has(kHasInt));
+  integer_ = Node->integer_;
+}
+
+long long CzonReal::FloatToInt() {
+  long long whole = 0;
+  const bool isWhole = IsDouble() && zon::WholeNumber(GetDouble(), &whole);
+  Set(kHasInt, isWhole);
+  integer_ = zon::LowBits(whole);
+  return whole;
+}
+
+void CzonReal::SetReal(double value, std::string_view text, zon::Store* store) {
+  SetText(text, store);
+  Double(value);
+  FloatToInt();
+}
+
+CzonFloat::CzonFloat(const std::string& text) : CzonReal(text) {}
+CzonNode* CzonFloat::CreateObj() {
+  return NewReal<CzonFloat>();
+}
+
+std::ostream& CzonFloat::Write(std::ostream& out) const {
+  zon::Put(out, zon::NumberText::OfFloat(GetFloat()).View());
+  return out;
+}
+
+void CzonFloat::SetFloat(float value, zon::Store* store) {
+  SetReal(static_cast<double>(value), zon::NumberText::OfFloat(value).View(), store);
+}
+
+CzonDouble::CzonDouble(const std::string& text) : CzonReal(text) {}
+CzonNode* CzonDouble::CreateObj() {
+  return NewReal<CzonDouble>();
+}
+
+std::ostream& CzonDouble::Write(std::ostream& out) const {
+  const double value = GetDouble();
+  zon::Put(out,
+           (IsDouble() ? zon::NumberText::OfDouble(value) : zon::NumberText::OfDoubleDigits(value))
+               .View());
+  return out;
+}
+
+void CzonDouble::SetDouble(double value, zon::Store* store) {
+  SetReal(value, zon::NumberText::OfDouble(value).View(), store);
+}
+
+CzonFloatDef::CzonFloatDef(const std::string& text) : CzonFloat(text) {}
+CzonNode* CzonFloatDef::CreateObj() {
+  return NewReal<CzonFloatDef>();
+}
+int CzonFloatDef::IsFloat() const {
+  return 1;
+}
+
+CzonDoubleDef::CzonDoubleDef(const std::string& text) : CzonDouble(text) {}
+CzonNode* CzonDoubleDef::CreateObj() {
+  return NewReal<CzonDoubleDef>();
+}
+int CzonDoubleDef::IsDouble() const {
+  return 1;
+}

@@ -1,0 +1,70 @@
+// Reals: as the reader makes them, and the single and double precision that the builder tells
+// apart.
+#ifndef ZON_TREE_ZONREAL_H
+#define ZON_TREE_ZONREAL_H
+
+#include <string>
+
+#include "tree/zonnumer.h"
+
+/** A real as it stood in a file; written back as it stood. */
+class ZON_API CzonReal : public CzonNumeric {
+ public:
+  CzonReal() = default;
+  explicit CzonReal(const std::string& text);
+
+  CzonNode* CreateObj() override;
+  int IsInt() const override;
+  int GetInt() const override;
+  int GetSyntaxClass() const override;
+  void Copy(const CzonNode* source) override;
+
+  /** Sets the integer view if the value is whole and within 64 bits; the view keeps the low 32
+   * bits. Gives the whole number, else 0 and clears the view. */
+  long long FloatToInt();
+
+ protected:
+  void SetReal(double value, std::string_view text, zon::Store* store);  // all views and the text
+};
+
+class ZON_API CzonFloat : public CzonReal {
+ public:
+  CzonFloat() = default;
+  explicit CzonFloat(const std::string& text);
+  CzonNode* CreateObj() override;
+  std::ostream& Write(std::ostream& out) const override;
+
+  // For the library's own use.
+  void SetFloat(float value, zon::Store* store);  // all views and the text
+};
+
+class ZON_API CzonDouble : public CzonReal {
+ public:
+  CzonDouble() = default;
+  explicit CzonDouble(const std::string& text);
+  CzonNode* CreateObj() override;
+  std::ostream& Write(std::ostream& out) const override;
+
+  // For the library's own use.
+  void SetDouble(double value, zon::Store* store);  // all views and the text
+};
+
+/** The float of a definition made through the builder. */
+class ZON_API CzonFloatDef : public CzonFloat {
+ public:
+  CzonFloatDef() = default;
+  explicit CzonFloatDef(const std::string& text);
+  CzonNode* CreateObj() override;
+  int IsFloat() const override;  ///< always true
+};
+
+/** The double of a definition made through the builder. */
+class ZON_API CzonDoubleDef : public CzonDouble {
+ public:
+  CzonDoubleDef() = default;
+  explicit CzonDoubleDef(const std::string& text);
+  CzonNode* CreateObj() override;
+  int IsDouble() const override;  ///< always true
+};
+
+#endif

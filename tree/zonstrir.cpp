@@ -1,0 +1,33 @@
+#include "base/zonassert.h"
+#include "tree/zonrefs.h"
+
+CzonStringRef::CzonStringRef(char** variable) : variable_(variable) {}
+
+CzonStringRef::~CzonStringRef() = default;
+
+CzonStringRef* CzonStringRef::OfBuffer(char* buffer) {
+  auto cell = std::make_shared<char*>(buffer);
+  auto* reference = new CzonStringRef(cell.get());
+  reference->cell_ = std::move(cell);
+  return reference;
+}
+
+const std::string& CzonStringRef::GetString() const {
+  const char* text = variable_ != nullptr ? *variable_ : nullptr;
+  current_.assign(text != nullptr ? text : "");
+  return current_;
+}
+
+std::ostream& CzonStringRef::Write(std::ostream& out) const {
+  zon::PutQuoted(out, GetString());
+  return out;
+}
+
+void CzonStringRef::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Node = dynamic_cast<const CzonStringRef*>(source);
+  ZON_ASSERT_TEXT(Node != nullptr, "zonstrir", "Node");
+  CzonString::Copy(source);
+  cell_ = Node->cell_;
+  variable_ = Node->variable_;
+}

@@ -1,0 +1,34 @@
+#include "tree/zontext.h"
+
+namespace zon {
+
+void Text::MakeString(Store* store) const {
+  const std::string_view text = View();
+  where_ = store != nullptr ? store->Keep(std::string(text)) : new std::string(text);
+  size_ = store != nullptr ? kKept : kOwned;
+}
+
+// A first text goes into the store as characters. A text that changes becomes a string, which takes
+// every further one: no store fills up however often a value is set.
+void Text::Assign(std::string_view text, Store* store) {
+  if (size_ >= kKept) {
+    // std::string::assign copes with a part of itself. The string was made here, so it may change.
+    static_cast<std::string*>(const_cast<void*>(where_))->assign(text);
+  } else if (size_ == 0 && text.empty()) {
+    return;
+  } else if (size_ == 0 && store != nullptr && text.size() < kKept) {
+    where_ = store->CopyText(text);
+    size_ = static_cast<std::uint32_t>(text.size());
+  } else {
+    where_ = store != nullptr ? store->Keep(std::string(text)) : new std::string(text);
+    size_ = store != nullptr ? kKept : kOwned;
+  }
+}
+
+void Text::Release() {
+  if (IsOwner()) delete static_cast<const std::string*>(where_);
+  where_ = "";
+  size_ = 0;
+}
+
+}  // namespace zon

@@ -1,0 +1,72 @@
+// The text of a node: a name or a value as it was written. While nobody asks for a std::string, a
+// text of a loaded node is no more than a place in the store of its tree; the string is made at the
+// first question and is then the text itself.
+//
+// Twelve bytes, so that a value's number stands directly behind its text.
+#ifndef ZON_TREE_ZONTEXT_H
+#define ZON_TREE_ZONTEXT_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/zonstore.h"
+
+namespace zon {
+
+class __attribute__((packed, aligned(4))) Text {
+ public:
+  Text() = default;
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+
+  std::string_view View() const {
+    if (size_ < kKept) return {static_cast<const char*>(where_), size_};
+    return *static_cast<const std::string*>(where_);
+  }
+
+  // Zero-terminated.
+  const char* CStr() const {
+    return size_ < kKept ? static_cast<const char*>(where_)
+                         : static_cast<const std::string*>(where_)->c_str();
+  }
+
+  // The text as a string that lives until the text is released. With a store the string is the
+  // store's, without one the text's own.
+  const std::string& AsString(Store* store) const {
+    if (size_ < kKept) MakeString(store);
+    return *static_cast<const std::string*>(where_);
+  }
+
+  // `chars` lie in a store and end with a zero.
+  void SetStored(std::string_view chars) {
+    if (chars.size() < kKept) {
+      where_ = chars.data();
+      size_ = static_cast<std::uint32_t>(chars.size());
+    } else {
+      Assign(chars, nullptr);
+    }
+  }
+
+  // Takes a copy; `text` may be a part of this text.
+  void Assign(std::string_view text, Store* store);
+
+  // Whether the text holds a string of its own, which only Release frees.
+  bool IsOwner() const { return size_ == kOwned; }
+  void Release();
+
+ private:
+  static constexpr std::uint32_t kKept = 0xFFFFFFFEU;   // where_ is a string of the store
+  static constexpr std::uint32_t kOwned = 0xFFFFFFFFU;  // where_ is a string of ours
+
+  void MakeString(Store* store) const;
+
+  mutable const void* where_ = "";
+  mutable std::uint32_t size_ = 0;
+};
+
+static_assert(sizeof(Text) == 12, "values are laid out around a text of twelve bytes");
+
+}  // namespace zon
+
+#endif

@@ -1,0 +1,97 @@
+// How sections, keywords and file roots are written.
+#include <cstdio>
+#include <ctime>
+#include <ostream>
+
+#include "base/zonident.h"
+#include "base/zonout.h"
+#include "base/zonsystm.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+namespace {
+
+constexpr int kIndentation = 3;
+
+void PutBlanks(std::ostream& out, int count) {
+  constexpr std::string_view kBlanks = "                                                ";
+  for (; count > 0; count -= static_cast<int>(kBlanks.size())) {
+    zon::Put(out, kBlanks.substr(0, static_cast<std::size_t>(count)));
+  }
+}
+
+// Kept: only the year and the month are padded.
+void PutHeader(std::ostream& out) {
+  const std::tm now = zon::LocalTime();
+  char created[128];
+  std::snprintf(created, sizeof created, "// Created     : %04d-%02d-%d %d:%d:%d\n",
+                now.tm_year + 1900, now.tm_mon + 1, now.tm_mday, now.tm_hour, now.tm_min,
+                now.tm_sec);
+  zon::Put(out, created);
+  zon::Put(out, "// DLL         : ");
+  zon::Put(out, zon::kDllId);
+  zon::Put(out, "\n// Version     : ");
+  zon::Put(out, zon::kBuildVersion);
+  zon::Put(out, "\n\n");
+}
+
+void PutNameAndMark(std::ostream& out, const CzonNamedNode& node) {
+  zon::Put(out, node.GetNameView());
+  if ((node.GetFlags() & CzonNamedNode::kMulti) != 0) zon::Put(out, "()");
+}
+
+}  // namespace
+
+void CzonNamedNode::Indent(std::ostream& out) const {
+  PutBlanks(out, kIndentation * (GetLevel() - 1));
+}
+
+void CzonNamedNode::WriteChildren(std::ostream& out) const {
+  for (const CzonNode* child : children_) child->Write(out);
+}
+
+std::ostream& CzonNamedNode::Write(std::ostream& out) const {
+  if (GetOwner() == nullptr) PutHeader(out);
+  WriteChildren(out);
+  return out;
+}
+
+std::ostream& CzonSection::Write(std::ostream& out) const {
+  Indent(out);
+  zon::Put(out, "[");
+  PutNameAndMark(out, *this);
+  zon::Put(out, "]\n");
+  WriteChildren(out);
+  Indent(out);
+  zon::Put(out, "EndSect  // ");
+  zon::Put(out, GetNameView());
+  zon::Put(out, "\n\n");
+  return out;
+}
+
+std::ostream& CzonKeyword::Write(std::ostream& out) const {
+  Indent(out);
+  PutNameAndMark(out, *this);
+  zon::Put(out, " = ");
+  return WriteParms(out);
+}
+
+std::ostream& CzonDefaultDef::Write(std::ostream& out) const {
+  Indent(out);
+  zon::Put(out, "default (");
+  zon::Put(out, GetNameView());
+  zon::Put(out, ") = ");
+  return WriteParms(out);
+}
+
+std::ostream& CzonKeyword::WriteParms(std::ostream& out) const {
+  const char* separator = "";
+  for (const CzonNode* param : children_) {
+    zon::Put(out, separator);
+    param->Write(out);
+    separator = ", ";
+  }
+  zon::Put(out, "\n");
+  return out;
+}
