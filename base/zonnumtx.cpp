@@ -78,12 +78,15 @@ bool ConvertShort(Cursor cursor, double* value) {
   return true;
 }
 
+constexpr bool IsHexDigit(int c) {
+  return IsClass(c, kDigit) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
 // Where a number lies beyond the range of a double, whether that is above it. The place of its
 // first digit that is not 0 and its exponent decide; so far out neither can mislead.
 bool IsAboveRange(Cursor cursor, bool hexadecimal) {
   const auto isDigit = [hexadecimal](int c) {
-    return IsClass(c, kDigit) || (hexadecimal && Lower(static_cast<char>(c)) >= 'a' &&
-                                  Lower(static_cast<char>(c)) <= 'f');
+    return hexadecimal ? IsHexDigit(c) : IsClass(c, kDigit);
   };
   long place = 0;  // of the first significant digit, 1 standing directly before the point
   bool found = false;
@@ -116,8 +119,9 @@ bool ConvertUnsigned(Cursor cursor, double* value) {
   if (ConvertShort(cursor, value)) return true;
   bool hexadecimal = false;
   std::from_chars_result result{};
+  // from_chars also takes a sign or a word ("inf") behind the x; strtod does not.
   if (cursor.end - cursor.at > 2 && cursor.at[0] == '0' && Lower(cursor.at[1]) == 'x' &&
-      cursor.at[2] != '-') {
+      (IsHexDigit(cursor.at[2]) || cursor.at[2] == '.')) {
     result = std::from_chars(cursor.at + 2, cursor.end, *value, std::chars_format::hex);
     if (result.ec == std::errc::invalid_argument) return true;  // the 0 before the x
     hexadecimal = true;
@@ -149,11 +153,10 @@ NumberText NumberText::OfInt(int value) {
   return text;
 }
 
-NumberText NumberText::OfFloat(float value) {
+NumberText NumberText::OfSixDigits(double value) {
   NumberText text;
-  const auto wide = static_cast<double>(value);
   text.EndAt(
-      std::to_chars(text.text_, std::end(text.text_), wide, std::chars_format::general, 6).ptr);
+      std::to_chars(text.text_, std::end(text.text_), value, std::chars_format::general, 6).ptr);
   return text;
 }
 

@@ -23,7 +23,8 @@ inline int LowBits(long long value) {
 class NumberText {
  public:
   static NumberText OfInt(int value);
-  static NumberText OfFloat(float value);  // as "%g": six digits, no trailing zeros
+  static NumberText OfFloat(float value) { return OfSixDigits(static_cast<double>(value)); }
+  static NumberText OfSixDigits(double value);  // as "%g": no trailing zeros
 
   // As "%#.1f" for a whole number, else as "%.16g".
   static NumberText OfDouble(double value);

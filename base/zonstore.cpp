@@ -1,5 +1,7 @@
 #include "base/zonstore.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -22,8 +24,18 @@ struct Store::Kept {
 namespace {
 
 constexpr std::size_t kFirstChunk = 4096;
-constexpr std::size_t kLargestChunk = std::size_t{1} << 20;
+constexpr std::size_t kHugePage = std::size_t{1} << 21;
+constexpr std::size_t kLargestChunk = 2 * kHugePage;
 constexpr std::size_t kAllocatorHead = 16;  // so that a chunk fills whole pages
+
+// The first touch of a page costs more than whatever is put into it, so large chunks ask for large pages.
+void* AllocateChunk(std::size_t size) {
+  if (size < kHugePage) return std::malloc(size);
+  void* chunk = nullptr;
+  if (posix_memalign(&chunk, kHugePage, size) != 0) return nullptr;
+  madvise(chunk, size / kHugePage * kHugePage, MADV_HUGEPAGE);  // a wish: refused is as good
+  return chunk;
+}
 
 }  // namespace
 
@@ -53,7 +65,7 @@ char* Store::TakeFromNewChunk(std::size_t size) {
   const std::size_t room =
       alone ? (size + 7) & ~std::size_t{7} : common - kAllocatorHead - sizeof(Chunk);
   if (room < size || room > SIZE_MAX - sizeof(Chunk)) throw std::bad_alloc();
-  auto* chunk = static_cast<Chunk*>(std::malloc(sizeof(Chunk) + room));
+  auto* chunk = static_cast<Chunk*>(AllocateChunk(sizeof(Chunk) + room));
   if (chunk == nullptr) throw std::bad_alloc();
   chunk->older = chunks_;
   chunks_ = chunk;

@@ -27,8 +27,7 @@ class Store {
   // Room for `size` bytes, aligned for pointers and doubles. Throws std::bad_alloc.
   void* Take(std::size_t size) {
     size = (size + 7) & ~std::size_t{7};
-    next_ =
-        reinterpret_cast<char*>((reinterpret_cast<std::uintptr_t>(next_) + 7) & ~std::uintptr_t{7});
+    next_ += -reinterpret_cast<std::uintptr_t>(next_) & 7;
     return TakeRaw(size);
   }
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 
 namespace zon {
 
@@ -12,7 +13,9 @@ std::string CurrentDirectory() {
   std::string buffer;
   for (std::size_t room = 1024; errno == ERANGE; room *= 2) {
     buffer.resize(room);
-    if (getcwd(buffer.data(), buffer.size()) != nullptr) return buffer.c_str();
+    if (getcwd(buffer.data(), buffer.size()) == nullptr) continue;
+    buffer.resize(std::strlen(buffer.c_str()));
+    return buffer;
   }
   return {};
 }

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <ctime>
 #include <ostream>
+#include <typeinfo>
+#include <vector>
 
 #include "base/zonident.h"
 #include "base/zonout.h"
@@ -47,8 +49,29 @@ void CzonNamedNode::Indent(std::ostream& out) const {
   PutBlanks(out, kIndentation * (GetLevel() - 1));
 }
 
+// Sections in sections are written without recursion, so that the depth of a tree costs no stack.
 void CzonNamedNode::WriteChildren(std::ostream& out) const {
-  for (const CzonNode* child : children_) child->Write(out);
+  struct Position {
+    const CzonNamedNode* node;
+    std::uint32_t next;
+  };
+  std::vector<Position> path{{this, 0}};
+  while (!path.empty()) {
+    Position& position = path.back();
+    if (position.next >= position.node->children_.Size()) {
+      if (position.node != this) static_cast<const CzonSection*>(position.node)->WriteEnd(out);
+      path.pop_back();
+      continue;
+    }
+    const CzonNode* child = position.node->children_[position.next++];
+    if (typeid(*child) != typeid(CzonSection)) {
+      child->Write(out);
+      continue;
+    }
+    const auto* section = static_cast<const CzonSection*>(child);
+    section->WriteHead(out);
+    path.push_back({section, 0});
+  }
 }
 
 std::ostream& CzonNamedNode::Write(std::ostream& out) const {
@@ -58,16 +81,24 @@ std::ostream& CzonNamedNode::Write(std::ostream& out) const {
 }
 
 std::ostream& CzonSection::Write(std::ostream& out) const {
+  WriteHead(out);
+  WriteChildren(out);
+  WriteEnd(out);
+  return out;
+}
+
+void CzonSection::WriteHead(std::ostream& out) const {
   Indent(out);
   zon::Put(out, "[");
   PutNameAndMark(out, *this);
   zon::Put(out, "]\n");
-  WriteChildren(out);
+}
+
+void CzonSection::WriteEnd(std::ostream& out) const {
   Indent(out);
   zon::Put(out, "EndSect  // ");
   zon::Put(out, GetNameView());
   zon::Put(out, "\n\n");
-  return out;
 }
 
 std::ostream& CzonKeyword::Write(std::ostream& out) const {

@@ -1,0 +1,178 @@
+// The exported functions over result folders and result files. Tested by tests/results_test.cpp.
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "api/zon.h"
+#include "api/zoncheck.h"
+#include "api/zonconv.h"
+#include "base/zonempst.h"
+#include "paths/zonpath.h"
+#include "paths/zonresul.h"
+#include "text/cstring.h"
+
+using zon::Ask;
+using zon::Tell;
+using zon::TextOf;
+
+namespace {
+
+// A text for a caller's buffer, and whether there is one.
+struct Result {
+  bool exists = false;
+  std::string text;
+};
+
+void CopyUnbounded(const Result& result, char* out) {
+  if (result.exists && out != nullptr) {
+    std::memcpy(out, result.text.c_str(), result.text.size() + 1);
+  }
+}
+
+int CopyBounded(const Result& result, char* out, int size) {
+  return zon::CopyOut(result.exists ? result.text.c_str() : nullptr, out, size);
+}
+
+// The root of the tree that the node is in; null after a report.
+CzonTargetList* RootOf(void* node) {
+  auto* n = zon::Check<CzonNode>(node);
+  return n != nullptr ? &zon::RootOfTree(*n) : nullptr;
+}
+
+Result CustomFolder(void* node, int* use) {
+  Result folder;
+  if (const CzonTargetList* root = RootOf(node)) {
+    root->GetCustomResultFolder(use, &folder.text);
+    folder.exists = true;
+  }
+  return folder;
+}
+
+Result ResultFolder(void* node) {
+  int use = 0;
+  Result folder = CustomFolder(node, &use);
+  if (use != 0 && !folder.text.empty()) return folder;
+  const auto* pOwner = zon::Check<CzonNode>(node);
+  ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
+  const CzonTargetList& root = *RootOf(node);
+  if (!root.GetResultRoot().empty()) return {true, zon::ResultFolderByRoot(root)};
+  if (zon::IsAbsolutePath(zonGetString(node))) return {true, {}};
+  return {true, zon::ResultFolderByAnchor(root.GetZonFilename())};
+}
+
+Result ResultPath(void* node) {
+  if (node == nullptr) return {};
+  if (!zonIsString(node)) {
+    const char* path = zonGetFilename(node);
+    return path != nullptr ? Result{true, path} : Result{};
+  }
+  Result path = ResultFolder(node);
+  path.text += zonGetString(node);
+  return path;
+}
+
+// Runs what gives a text, and hands it over; `failure` for want of memory.
+template <class F, class G>
+int Give(F&& make, G&& give) {
+  return zon::Guarded(zon::kErrNode, -2, [&] { return give(make()); });
+}
+
+}  // namespace
+
+extern "C" {
+
+void zonSetProjectResultRoot(void* handle, const char* root) {
+  Tell<CzonData>(handle, [&](CzonData& data) {
+    if (CzonTargetList* list = zon::CheckRoot(data)) list->SetResultRoot(root);
+  });
+}
+
+const char* zonGetProjectResultRoot(void* node) {
+  return Ask<CzonNode, const char*>(
+      node, zon::EmpSt(), [](CzonNode& n) { return zon::RootOfTree(n).GetResultRoot().c_str(); });
+}
+
+void zonSetCustomResultFolder(void* handle, int use, const char* folder) {
+  Tell<CzonData>(handle, [&](CzonData& data) {
+    if (CzonTargetList* list = zon::CheckRoot(data)) list->SetCustomResultFolder(use, folder);
+  });
+}
+
+void zonGetCustomResultFolder(void* node, int* use, char* folder) {
+  Give([&] { return CustomFolder(node, use); },
+       [&](const Result& result) { return CopyUnbounded(result, folder), 0; });
+}
+
+int zonGetCustomResultFolder2(void* node, int* use, char* folder, int size) {
+  return Give([&] { return CustomFolder(node, use); },
+              [&](const Result& result) { return CopyBounded(result, folder, size); });
+}
+
+void zonGetResultFolderPath(void* node, char* path) {
+  Give([&] { return ResultFolder(node); },
+       [&](const Result& result) { return CopyUnbounded(result, path), 0; });
+}
+
+int zonGetResultFolderPath2(void* node, char* path, int size) {
+  return Give([&] { return ResultFolder(node); },
+              [&](const Result& result) { return CopyBounded(result, path, size); });
+}
+
+void zonConstructResultFolderPathName(void) {}
+
+void zonAddResultFilename(void* handle, const char* name) {
+  const bool absolute = zon::IsAbsolutePath(TextOf(name));
+  absolute ? zonAddFilename(handle, name) : zonAddString(handle, name);
+}
+
+int zonAddResultFilenameS(void* handle, const char* name) {
+  const bool absolute = zon::IsAbsolutePath(TextOf(name));
+  return absolute ? zonAddFilenameS(handle, name) : zonAddStringS(handle, name);
+}
+
+const char* zonGetResultFilename(void* node) {
+  if (node == nullptr) return nullptr;
+  return zonIsString(node) ? zonGetString(node) : zonGetFilename(node);
+}
+
+void zonGetResultFilenamePath(void* node, char* path) {
+  Give([&] { return ResultPath(node); },
+       [&](const Result& result) { return CopyUnbounded(result, path), 0; });
+}
+
+int zonGetResultFilenamePath2(void* node, char* path, int size) {
+  return Give([&] { return ResultPath(node); },
+              [&](const Result& result) { return CopyBounded(result, path, size); });
+}
+
+int zonPutParamResultFilename(void* handle, const char* keyword, const char* name) {
+  return zon::PutParam(handle, keyword, [&] { zonAddResultFilename(handle, name); });
+}
+
+int zonGetParamResultFilePath(void* node, const char* keyword, const char** path,
+                              int keywordInstance, int paramIndex) {
+  return zon::GetParam(node, keyword, keywordInstance, paramIndex, path, [](void* param) {
+    // Kept: what is given is the first eight bytes of the path, taken as an address.
+    char buffer[264] = {};
+    Give([&] { return ResultPath(param); },
+         [&](const Result& result) {
+           std::copy_n(result.text.data(), std::min(result.text.size(), sizeof buffer), buffer);
+           return 0;
+         });
+    const char* address;
+    std::memcpy(&address, buffer, sizeof address);
+    return address;
+  });
+}
+
+}  // extern "C"
+
+int zonGetParamResultFilename(void* node, const char* keyword, const char** name,
+                              int keywordInstance, int paramIndex) {
+  return zon::GetParam(node, keyword, keywordInstance, paramIndex, name, zonGetResultFilename);
+}
+
+int zonGetParamResultFilename(void* node, const char* keyword, CString* name, int keywordInstance,
+                              int paramIndex) {
+  return zon::GetParam(node, keyword, keywordInstance, paramIndex, name, zonGetResultFilename);
+}

@@ -1,0 +1,66 @@
+// Tested by tests/write_test.cpp.
+#include "api/zonwrite.h"
+
+#include <string>
+
+#include "api/zoncheck.h"
+#include "base/zonfile.h"
+#include "base/zontextb.h"
+#include "paths/zonfilen.h"
+#include "tree/zonbool.h"
+#include "tree/zonkeyw.h"
+#include "tree/zontarli.h"
+
+namespace zon {
+namespace {
+
+template <class Value, class Fill>
+void AddSetting(CzonSection& section, const char* name, zon::Store& store, Fill&& fill) {
+  auto* value = CzonNode::Make<Value>(store);
+  fill(*value);
+  auto* keyword = CzonNode::Make<CzonKeyword>(store);
+  keyword->SetName(name);
+  keyword->AddParam(value);
+  section.AddKeyword(keyword);
+}
+
+// Kept: the section stays in the tree, and every write adds another.
+void AddSettings(CzonData& data) {
+  CzonTargetList* root = CheckRoot(data);
+  if (root == nullptr) return;
+  const std::string& resultRoot = root->GetResultRoot();
+  std::string custom;
+  int use = 0;
+  root->GetCustomResultFolder(&use, &custom);
+  if (resultRoot.empty() && custom.empty() && use == 0) return;
+  // With a section open this is refused, and told.
+  if (data.GetCurrentSection() != nullptr) return data.AddTarget("SYSTEM");
+  Store& store = data.GetStore();
+  auto* section = CzonNode::Make<CzonSection>(store);
+  section->SetName("SYSTEM");
+  AddSetting<CzonFilename>(*section, "ResultRootFolder", store,
+                           [&](CzonFilename& value) { value.SetText(resultRoot, &store); });
+  AddSetting<CzonBool>(*section, "UseCustomResultFolder", store,
+                       [&](CzonBool& value) { value.SetBool(use != 0, &store); });
+  AddSetting<CzonFilename>(*section, "CustomResultFolder", store,
+                           [&](CzonFilename& value) { value.SetText(custom, &store); });
+  root->SetHandle(&data);
+  root->AddSection(section);  // whole or, for want of memory, not at all
+}
+
+}  // namespace
+
+bool WriteTree(CzonData& data, const char* fileName) {
+  AddSettings(data);
+  const std::string name = TextOf(fileName);
+  OutputFile file(name.c_str(), OutputFile::kAppend);
+  CzonTargetList* root = data.GetRoot();
+  if (root == nullptr) return false;
+  root->SetZonFilename(name);
+  if (!file.IsOpen()) return false;
+  TextStream text;
+  root->Write(text);
+  return text.good() && file.Write(text.View());
+}
+
+}  // namespace zon

@@ -1,0 +1,50 @@
+// Tested by tests/results_test.cpp.
+#include "paths/zonresul.h"
+
+#include <libgen.h>
+
+#include <cstdlib>
+
+#include "base/zonsystm.h"
+
+namespace zon {
+namespace {
+
+constexpr char g_lpszResultFolderPostfix[] = " - Result Files";
+
+std::string DirectoryOf(std::string path) {
+  return dirname(path.data());  // writes into its argument
+}
+
+// Kept: the path is looked up and what is found is not used.
+void LookUpPath(const char* path) {
+  std::free(realpath(path, nullptr));
+}
+
+}  // namespace
+
+std::string ResultSubFolder(std::string_view anchor) {
+  // Kept: read each time, never used.
+  static_cast<void>(std::getenv("VXRESULTFOLDERTEMPLATE"));
+  std::string folder;
+  if (anchor.find('/') == std::string_view::npos) folder = "/";
+  folder.append(anchor).append(g_lpszResultFolderPostfix).append("/");
+  return folder;
+}
+
+std::string ResultFolderByRoot(const CzonTargetList& root) {
+  return root.GetResultRoot() + ResultSubFolder(root.GetZonFilename());
+}
+
+std::string ResultFolderByAnchor(const std::string& anchor) {
+  std::string folder = ResultSubFolder(anchor);
+  const std::string directory = DirectoryOf(anchor);
+  const std::string working = CurrentDirectory();
+  if (directory == ".") return working + folder;
+  if (directory == working) return folder;
+  LookUpPath(".");
+  LookUpPath(directory.c_str());
+  return folder.front() == '/' ? folder : working + "/" + folder;
+}
+
+}  // namespace zon

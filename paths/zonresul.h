@@ -1,0 +1,23 @@
+// Where the results of a parameter file go.
+#ifndef ZON_PATHS_ZONRESUL_H
+#define ZON_PATHS_ZONRESUL_H
+
+#include <string>
+#include <string_view>
+
+#include "tree/zontarli.h"
+
+namespace zon {
+
+// The folder that belongs to a parameter file: its name, with a '/' in front if there is none in
+// it, and " - Result Files/".
+std::string ResultSubFolder(std::string_view anchor);
+
+// The result folder of the file of this root, when the custom folder is not in use: by the result
+// root, or else by the place of the parameter file and the working directory.
+std::string ResultFolderByRoot(const CzonTargetList& root);
+std::string ResultFolderByAnchor(const std::string& anchor);
+
+}  // namespace zon
+
+#endif
