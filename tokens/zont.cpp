@@ -1,0 +1,60 @@
+// The token reader for hosts that know only handles. Each function checks its handle, forwards, and
+// lets no exception out: what can fail for lack of memory is answered as its header tells.
+#include <exception>
+#include <memory>
+
+#include "base/zonerror.h"
+#include "tokens/zontoken.h"
+
+namespace {
+
+constexpr int kNullReader = -2;
+
+const char zontNullObject[] = "Handle is NULL";
+
+CzonTokenReader* Reader(void* handle) {
+  return static_cast<CzonTokenReader*>(handle);
+}
+
+}  // namespace
+
+extern "C" {
+
+ZON_API int zontLoadFile(const char* fileName, void** reader) {
+  try {
+    auto input = std::make_unique<CzonInput>();
+    if (input->open(fileName) != 0) return zon::kErrFileOpen;
+    if (reader) *reader = new CzonTokenReader(input.release());
+    return 0;
+  } catch (...) {
+    return zon::kErrParserInit;
+  }
+}
+
+ZON_API int zontNextToken(void* reader) {
+  if (!reader) return kNullReader;
+  try {
+    return Reader(reader)->NextToken();
+  } catch (const std::exception& failure) {
+    Reader(reader)->Error(failure.what());
+  } catch (...) {
+    Reader(reader)->Error("Unknown failure");
+  }
+  return -1;
+}
+
+ZON_API const char* zontGetTokenString(void* reader) {
+  return reader ? Reader(reader)->GetTokenText().c_str() : zontNullObject;
+}
+
+ZON_API const char* zontGetError(void* reader, unsigned int* line, unsigned int* position) {
+  if (line) *line = reader ? Reader(reader)->GetErrorLine() : ~0U;
+  if (position) *position = reader ? Reader(reader)->GetErrorPosition() : ~0U;
+  return reader ? Reader(reader)->GetErrorText().c_str() : zontNullObject;
+}
+
+ZON_API void zontDispose(void** reader) {
+  if (reader) delete Reader(*reader);
+}
+
+}  // extern "C"

@@ -1,0 +1,549 @@
+// What each state reads. A state says what is to follow before it gives its token; where it has
+// none to give, NextToken goes on with the next one in a loop, so no text makes the reader recurse.
+// A call takes a character, gives the empty place that a "=" or "," already taken has announced, or
+// leaves a section for good: that is why reading on after an error comes to an end.
+#include "tokens/zontoken.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <exception>
+
+#include "base/zonchars.h"
+
+namespace {
+
+// Token codes; they are part of the interface.
+constexpr int kError = -1;
+constexpr int kEndOfFile = 0;
+constexpr int kSection = 100;
+constexpr int kEndSect = 101;
+constexpr int kKeyword = 200;
+constexpr int kEmpty = 1000;
+constexpr int kTrue = 1010;
+constexpr int kFalse = 1011;
+constexpr int kInteger = 1020;
+constexpr int kReal = 1021;
+constexpr int kString = 1030;
+constexpr int kFilename = 1200;
+
+constexpr int kContinue = -2;  // instead of a token: go on with the next state
+
+constexpr char kEndWord[] = "EndSect";
+
+// Instead of a character: the end of the file, or a comment that it cuts short.
+constexpr int kEnd = -1;
+constexpr int kOpenBlock = -2;
+constexpr int kOpenBraces = -3;
+
+// Classes of characters, as bits. None that a run is taken by holds the newline, which counts, or
+// the zero, which stands behind the buffered characters.
+using Classes = unsigned;
+constexpr Classes kLetter = 1;
+constexpr Classes kName = 2;
+constexpr Classes kNumber = 4;  // begins one
+constexpr Classes kBlank = 8;
+constexpr Classes kInLine = 16;
+constexpr Classes kInString = 32;
+constexpr Classes kInFilename = 64;
+constexpr Classes kInBlock = 128;
+constexpr Classes kInBraces = 256;
+constexpr Classes kPlain = 512;  // significant, and no zero
+
+constexpr Classes ClassesOf(int c) {
+  if (c == 0 || c == '\n') return 0;
+  Classes classes = kInLine;
+  const bool blank = zon::IsClass(c, zon::kSpace);
+  if (blank) classes |= kBlank;
+  if (zon::IsClass(c, zon::kAlpha)) classes |= kLetter;
+  if (zon::IsClass(c, zon::kWord)) classes |= kName;
+  if (zon::IsClass(c, zon::kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
+  if (c != '\'') classes |= kInString;
+  if (c != '|') classes |= kInFilename;
+  if (c != '*') classes |= kInBlock;
+  if (c != '}') classes |= kInBraces;
+  if (!blank && c != ';' && c != '/' && c != '{') classes |= kPlain;
+  return classes;
+}
+
+// What a number has come to.
+enum NumberState : unsigned char {
+  kStart,
+  kSign,
+  kWhole,
+  kPoint,  // without a digit before it: one must follow
+  kFraction,
+  kScale,  // the e: a digit must follow, or a sign and a digit
+  kScaleSign,
+  kExponent,
+  kStop  // the character is not part of the number
+};
+
+constexpr NumberState After(NumberState state, int c) {
+  if (zon::IsClass(c, zon::kDigit))
+    return state >= kScale ? kExponent : state >= kPoint ? kFraction : kWhole;
+  if (c == '.') return state == kWhole ? kFraction : state <= kSign ? kPoint : kStop;
+  // Kept: a sign needs no digit behind it, so "+" is an integer and "-e5" a real.
+  if (c == 'e' || c == 'E')
+    return state == kSign || state == kWhole || state == kFraction ? kScale : kStop;
+  if (c == '+' || c == '-') return state == kStart ? kSign : state == kScale ? kScaleSign : kStop;
+  return kStop;
+}
+
+struct Tables {
+  std::array<std::uint16_t, 256> classes;
+  std::array<std::array<NumberState, 256>, kStop> after;
+};
+
+constexpr Tables MakeTables() {
+  Tables tables{};
+  for (std::size_t c = 0; c < 256; ++c) {
+    tables.classes[c] = static_cast<std::uint16_t>(ClassesOf(static_cast<int>(c)));
+    for (std::size_t state = 0; state < kStop; ++state)
+      tables.after[state][c] = After(static_cast<NumberState>(state), static_cast<int>(c));
+  }
+  return tables;
+}
+
+constexpr Tables kTables = MakeTables();
+
+bool Is(unsigned char c, Classes classes) {
+  return (kTables.classes[c] & classes) != 0;
+}
+
+}  // namespace
+
+// The reader at work: what its operations do, apart from the exported class so that the compiler
+// may inline it and nothing of it is visible outside.
+class zontScanner {
+ public:
+  explicit zontScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
+
+  int NextToken();
+  int SectionList();
+  int Section();
+  int SectionBody();
+  int EndSection();
+  int Keyword();
+  int MoreParameter();
+  int SimParameter();
+  bool SectionHeader();
+  int Number();
+  int String();
+  int Filename();
+
+  /** Skips white space and comments and looks at what follows. */
+  int PeekSignificant() {
+    if (*input_.cursor_ == ' ') ++input_.cursor_;  // mostly there is one blank or none
+    const unsigned char c = *input_.cursor_;
+    return Is(c, kPlain) ? c : PeekFurther();
+  }
+
+  /** Takes a word of letters if it is next. */
+  bool Take(const char* word) {
+    const unsigned char* next = input_.cursor_;
+    const char* letter = word;
+    while (*letter && *next == static_cast<unsigned char>(*letter)) ++next, ++letter;
+    if (*letter && next == input_.end_) return TakeSlowly(word);
+    if (!*letter) input_.cursor_ += letter - word;
+    return !*letter;
+  }
+
+  __attribute__((noinline)) bool TakeSlowly(const char* word);
+
+  void PutBack(const char* begin, const char* end) {
+    while (end != begin) input_.putback(*--end);
+  }
+
+  int FailComment(int c) {
+    return Fail(c == kOpenBlock ? "Bad comment, missing */" : "Bad comment, missing }");
+  }
+
+ private:
+  /** Takes characters as long as accept(unsigned char) holds, which it must not for a newline or a
+   *  zero, and hands them to use(const char*, std::size_t), in pieces where the buffer ends. */
+  template <class Accept, class Use>
+  void TakeRun(Accept accept, Use use) {
+    do {
+      unsigned char* next = input_.cursor_;
+      while (accept(*next)) ++next;
+      const auto size = static_cast<std::size_t>(next - input_.cursor_);
+      input_.cursor_ = next;
+      use(reinterpret_cast<const char*>(next - size), size);
+    } while (input_.cursor_ == input_.end_ && input_.Fill());
+  }
+
+  void SkipRun(Classes classes) {
+    TakeRun([classes](unsigned char c) { return Is(c, classes); }, [](const char*, std::size_t) {});
+  }
+
+  /** Takes the characters of the given classes into the token text. */
+  void Collect(Classes classes) {
+    TakeRun([classes](unsigned char c) { return Is(c, classes); },
+            [this](const char* run, std::size_t size) { Append(run, size); });
+  }
+
+  void Append(const char* data, std::size_t size) {
+    try {
+      reader_.text_.append(data, size);
+    } catch (const std::exception& failure) {
+      // Dropped. The token is read to its end all the same, and then is an error.
+      reader_.textLost_ = true;
+      reader_.Error(failure.what());
+    }
+  }
+
+  int Fail(const char* message) {
+    reader_.Error(message);
+    return kError;
+  }
+
+  /** Uses up the character that does not fit. */
+  int FailAfter(const char* message) {
+    input_.get();
+    return Fail(message);
+  }
+
+  void Push(EParseState state) { reader_.states_.push_back(state); }
+
+  int RunState(EParseState state);
+  __attribute__((noinline)) int PeekFurther();
+  bool SkipComment(int& c);
+  bool SkipLine();
+  bool SkipSlash(int& c);
+  bool SkipTo(char closer, Classes classes);
+  bool CollectTo(char closer, Classes classes);
+
+  CzonTokenReader& reader_;
+  CzonInput& input_;
+};
+
+int zontScanner::NextToken() {
+  reader_.text_.clear();
+  reader_.textLost_ = false;
+  int token = kContinue;
+  while (token == kContinue) {
+    if (reader_.states_.empty()) return kEndOfFile;
+    const EParseState state = reader_.states_.back();
+    reader_.states_.pop_back();
+    token = RunState(state);
+  }
+  if (input_.Failed()) return Fail("Read error");
+  return reader_.textLost_ ? kError : token;
+}
+
+inline int zontScanner::RunState(EParseState state) {
+  switch (state) {
+    case EParseState::kParFile:
+    case EParseState::kSectionList:
+      return SectionList();
+    case EParseState::kSection:
+      return Section();
+    case EParseState::kSectionBody:
+      return SectionBody();
+    case EParseState::kEndSection:
+      return EndSection();
+    case EParseState::kKeyword:
+      return Keyword();
+    case EParseState::kMoreParameter:
+      return MoreParameter();
+    case EParseState::kSimParameter:
+      return SimParameter();
+  }
+  return kError;
+}
+
+int zontScanner::SectionList() {
+  const int c = PeekSignificant();
+  if (c == kEnd) return kEndOfFile;
+  if (c < kEnd) return FailComment(c);
+  if (c != '[') return FailAfter("Format error. Expected start of section '['");
+  Push(EParseState::kSectionList);
+  return Section();
+}
+
+int zontScanner::Section() {
+  if (!SectionHeader()) return kError;
+  Push(EParseState::kEndSection);
+  Push(EParseState::kSectionBody);
+  return kSection;
+}
+
+bool zontScanner::SectionHeader() {
+  const char* message = "Bad section, expected [";
+  if (input_.get() == '[') {
+    Collect(kName);
+    const int c = input_.get();
+    if (c == ']') return true;
+    message = c == kEnd ? "Bad section, missing ], end of file reached" : "Bad section, expected ]";
+  }
+  Fail(message);
+  return false;
+}
+
+int zontScanner::SectionBody() {
+  const int c = PeekSignificant();
+  if (c < kEnd) return FailComment(c);
+  if (c == '[') {
+    Push(EParseState::kSectionBody);
+    return Section();
+  }
+  if (c == kEnd || !Is(static_cast<unsigned char>(c), kLetter)) return kContinue;
+  if (c == 'E' && Take(kEndWord)) {
+    PutBack(kEndWord, kEndWord + std::strlen(kEndWord));
+    return kContinue;
+  }
+  Push(EParseState::kSectionBody);
+  return Keyword();
+}
+
+int zontScanner::EndSection() {
+  const int c = PeekSignificant();
+  if (c == kEnd) return kEndOfFile;
+  if (c < kEnd) return FailComment(c);
+  // Kept: "EndSection" ends a section as well, and "ion" is read as a name then.
+  return Take(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
+}
+
+int zontScanner::Keyword() {
+  Collect(kName);
+  if (reader_.text_.empty() && !reader_.textLost_) return FailAfter("Expected keyword string");
+  const int c = PeekSignificant();
+  if (c < kEnd) return FailComment(c);
+  if (c != '=') return FailAfter("Expected '=' for keyword definition");
+  input_.get();
+  Push(EParseState::kMoreParameter);
+  Push(EParseState::kSimParameter);
+  return kKeyword;
+}
+
+int zontScanner::MoreParameter() {
+  const int c = PeekSignificant();
+  if (c < kEnd) return FailComment(c);
+  if (c != ',') return kContinue;
+  input_.get();
+  Push(EParseState::kMoreParameter);
+  return SimParameter();
+}
+
+int zontScanner::SimParameter() {
+  const int c = PeekSignificant();
+  if (c == kEnd) return kEmpty;
+  if (c < kEnd) return FailComment(c);
+  if (Is(static_cast<unsigned char>(c), kNumber)) return Number();
+  // Kept: only these letters are taken, "trueish" is true and then a keyword "ish".
+  if (c == 'f' && Take("false")) return kFalse;
+  if (c == 't' && Take("true")) return kTrue;
+  if (c != '\'' && c != '|') return kEmpty;
+  input_.get();
+  return c == '|' ? Filename() : String();
+}
+
+/** Reads a number, of which nothing is taken yet. */
+int zontScanner::Number() {
+  NumberState state = kStart;
+  const auto accept = [&state](unsigned char c) {
+    const NumberState next = kTables.after[state][c];
+    if (next == kStop) return false;
+    state = next;
+    return true;
+  };
+  TakeRun(accept, [this](const char* run, std::size_t size) { Append(run, size); });
+  switch (state) {
+    case kPoint:
+      return FailAfter("Expecting digit after .");
+    case kScale:
+    case kScaleSign:
+      return FailAfter("Bad floating point exponent definition (e/E)");
+    case kFraction:
+    case kExponent:
+      return kReal;
+    default:
+      return kInteger;
+  }
+}
+
+int zontScanner::String() {
+  while (CollectTo('\'', kInString)) {
+    if (input_.peek() != '\'') return kString;
+    input_.get();
+    Append("'", 1);
+  }
+  return Fail("Bad string, missing closing quote '");
+}
+
+int zontScanner::Filename() {
+  if (CollectTo('|', kInFilename)) return kFilename;
+  return Fail("Bad filename string, missing closing bar |");
+}
+
+int zontScanner::PeekFurther() {
+  for (;;) {
+    SkipRun(kBlank);
+    int c = input_.peek();
+    if (c == '\n') {
+      input_.get();
+    } else if (!SkipComment(c)) {
+      return c;
+    }
+  }
+}
+
+/** Skips the comment that `c`, which is next, begins. False if it begins none, or one without its
+ *  end; `c` then says so. */
+bool zontScanner::SkipComment(int& c) {
+  if (c == ';') return SkipLine();
+  if (c == '/') return SkipSlash(c);
+  if (c != '{') return false;
+  input_.get();
+  input_.get();  // Kept: whatever follows the brace is skipped, so "{}" does not close.
+  if (SkipTo('}', kInBraces)) return true;
+  c = kOpenBraces;
+  return false;
+}
+
+bool zontScanner::SkipLine() {
+  for (int c = input_.peek(); c != '\n' && c != kEnd; c = input_.peek()) {
+    input_.get();
+    SkipRun(kInLine);
+  }
+  return true;
+}
+
+bool zontScanner::SkipSlash(int& c) {
+  input_.get();
+  if (input_.peek() == '/') return SkipLine();
+  if (input_.peek() != '*') {
+    input_.putback('/');
+    return false;
+  }
+  input_.get();  // this star does not close as well
+  while (SkipTo('*', kInBlock)) {
+    if (input_.peek() != '/') continue;
+    input_.get();
+    return true;
+  }
+  c = kOpenBlock;
+  return false;
+}
+
+/** Skips what is before `closer`, and the closer. `classes` holds what runs of it consist of. False
+ *  at the end of the file. */
+bool zontScanner::SkipTo(char closer, Classes classes) {
+  for (;;) {
+    SkipRun(classes);
+    const int c = input_.get();
+    if (c == closer || c == kEnd) return c == closer;
+  }
+}
+
+/** As SkipTo, but takes what is before `closer` into the token text. */
+bool zontScanner::CollectTo(char closer, Classes classes) {
+  for (;;) {
+    Collect(classes);
+    const int c = input_.get();
+    if (c == closer || c == kEnd) return c == closer;
+    const char special = static_cast<char>(c);
+    Append(&special, 1);
+  }
+}
+
+/** Take for a word that the end of the buffer cuts in two or that may hold a newline. */
+bool zontScanner::TakeSlowly(const char* word) {
+  for (const char* letter = word; *letter; ++letter) {
+    if (input_.peek() != static_cast<unsigned char>(*letter)) {
+      PutBack(word, letter);
+      return false;
+    }
+    input_.get();
+  }
+  return true;
+}
+
+CzonTokenReader::CzonTokenReader(CzonInput* input)
+    : input_(input ? input : new CzonInput), hasInput_(input != nullptr) {
+  states_.reserve(64);
+  states_.push_back(EParseState::kParFile);
+  text_.reserve(1024);
+  errorText_.reserve(64);  // so that telling of a lack of memory needs none
+}
+
+CzonTokenReader::~CzonTokenReader() = default;
+
+// With all of it in one function the scanner lives in registers: a fifth less time per token.
+__attribute__((flatten)) int CzonTokenReader::NextToken() {
+  return zontScanner(*this).NextToken();
+}
+
+int CzonTokenReader::ParseParFile() {
+  return zontScanner(*this).SectionList();
+}
+int CzonTokenReader::ParseSectionList() {
+  return zontScanner(*this).SectionList();
+}
+int CzonTokenReader::ParseSection() {
+  return zontScanner(*this).Section();
+}
+int CzonTokenReader::ParseEndSection() {
+  return zontScanner(*this).EndSection();
+}
+int CzonTokenReader::ParseKeyword() {
+  return zontScanner(*this).Keyword();
+}
+int CzonTokenReader::ParseSimParameter() {
+  return zontScanner(*this).SimParameter();
+}
+bool CzonTokenReader::ParseSectionHeader() {
+  return zontScanner(*this).SectionHeader();
+}
+int CzonTokenReader::ParseString() {
+  return zontScanner(*this).String();
+}
+int CzonTokenReader::ParseFilename() {
+  return zontScanner(*this).Filename();
+}
+
+int CzonTokenReader::ParseSectionBody() {
+  const int token = zontScanner(*this).SectionBody();
+  return token == kContinue ? NextToken() : token;
+}
+
+int CzonTokenReader::ParseMoreParameter() {
+  const int token = zontScanner(*this).MoreParameter();
+  return token == kContinue ? NextToken() : token;
+}
+
+int CzonTokenReader::ParseNumber(int c) {
+  if (c >= 0) input_->putback(static_cast<char>(c));
+  return zontScanner(*this).Number();
+}
+
+int CzonTokenReader::GetChSkipBlanks() {
+  zontScanner scanner(*this);
+  const int c = scanner.PeekSignificant();
+  if (c >= kEnd) return input_->get();
+  scanner.FailComment(c);
+  return kEnd;
+}
+
+bool CzonTokenReader::InputIs(int c, const char* word) {
+  if (!word || !*word || c != static_cast<unsigned char>(*word)) return false;
+  return zontScanner(*this).TakeSlowly(word + 1);
+}
+
+bool CzonTokenReader::InputPeak(int c, const char* word) {
+  if (!InputIs(c, word)) return false;
+  zontScanner(*this).PutBack(word + 1, word + std::strlen(word));
+  return true;
+}
+
+void CzonTokenReader::Error(const char* message) {
+  errorLine_ = hasInput_ ? input_->Lines() : ~0U;
+  errorPosition_ = hasInput_ ? input_->Position() : ~0U;
+  try {
+    errorText_ = message ? message : "";
+  } catch (const std::exception& failure) {
+    const char* what = failure.what();
+    errorText_.assign(what, std::min(std::strlen(what), errorText_.capacity()));
+  }
+}
