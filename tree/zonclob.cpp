@@ -1,7 +1,17 @@
+// Tested by tests/clob_test.cpp.
 #include "tree/zonclob.h"
+
+#include <cfloat>
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <iterator>
+#include <vector>
 
 #include "base/zonassert.h"
 #include "base/zonchars.h"
+#include "base/zonerror.h"
+#include "base/zonnumtx.h"
 #include "base/zonout.h"
 #include "tree/zonstri.h"
 
@@ -10,9 +20,177 @@ namespace {
 constexpr std::string_view kOpener = "<CLOB:";
 constexpr char kCloser = '>';
 
+// By the value of their kind.
+constexpr std::string_view kKindNames[] = {"Boolean", "Integer", "Float",
+                                           "Double",  "String",  "Filename"};
+
+std::string_view NameOf(CzonClobKind kind) {
+  return kKindNames[static_cast<std::size_t>(kind)];
+}
+
 }  // namespace
 
+struct CzonClob::Item {
+  CzonClobKind kind = CzonClobKind::kBoolean;
+  int integer = 0;  // also of a Boolean
+  double real = 0;  // of every number
+  std::string text;
+  std::string given;  // made of the text for somebody outside
+};
+
+struct CzonClob::State {
+  std::vector<Item> items;
+  bool loaded = false;
+  std::string flaw;  // why the content cannot be taken apart
+  std::size_t cursor = 0;
+  std::string error;
+};
+
+namespace {
+
+// Takes a content apart.
+template <class Item>
+class Reader {
+ public:
+  explicit Reader(std::string_view content) : content_(content) {}
+
+  // False at the first flaw.
+  bool Read(std::vector<Item>* items) {
+    SkipSpace();
+    if (AtEnd()) return true;
+    for (;;) {
+      Item item;
+      if (!ReadItem(&item)) return false;
+      items->push_back(std::move(item));
+      SkipSpace();
+      if (AtEnd()) return true;
+      if (!Accept(',')) return Miss("','");
+      SkipSpace();
+    }
+  }
+
+  const std::string& Flaw() const { return flaw_; }
+
+ private:
+  bool AtEnd() const { return at_ == content_.size(); }
+  int Peek() const { return AtEnd() ? -1 : static_cast<unsigned char>(content_[at_]); }
+  bool Accept(char c) {
+    if (Peek() != c) return false;
+    ++at_;
+    return true;
+  }
+  void SkipSpace() {
+    while (zon::IsClass(Peek(), zon::kSpace)) ++at_;
+  }
+  std::string_view TakeClass(unsigned classes) {
+    const std::size_t start = at_;
+    while (zon::IsClass(Peek(), classes)) ++at_;
+    return content_.substr(start, at_ - start);
+  }
+  bool Miss(const char* what) { return MissAt(at_, what); }
+  bool MissAt(std::size_t place, const char* what) {
+    flaw_ = "CLOB position " + std::to_string(place + 1) + ": " + what + " expected";
+    return false;
+  }
+
+  bool ReadItem(Item* item) {
+    const std::size_t start = at_;
+    const std::string_view word = TakeClass(zon::kAlpha);
+    std::size_t kind = 0;
+    while (kind < std::size(kKindNames) && !zon::EqualNoCase(word, kKindNames[kind])) ++kind;
+    if (kind == std::size(kKindNames)) return MissAt(start, "kind");
+    item->kind = static_cast<CzonClobKind>(kind);
+    SkipSpace();
+    if (!Accept(':')) return Miss("':'");
+    SkipSpace();
+    switch (item->kind) {
+      case CzonClobKind::kBoolean:
+        return ReadBoolean(item);
+      case CzonClobKind::kInteger:
+        return ReadInteger(item);
+      case CzonClobKind::kFloat:
+      case CzonClobKind::kDouble:
+        return ReadReal(item);
+      default:
+        return ReadText(item);
+    }
+  }
+
+  bool ReadBoolean(Item* item) {
+    const std::size_t start = at_;
+    const std::string_view word = TakeClass(zon::kWord);
+    item->integer = zon::EqualNoCase(word, "true") ? 1 : 0;
+    return item->integer != 0 || zon::EqualNoCase(word, "false") || MissAt(start, "value");
+  }
+
+  bool ReadInteger(Item* item) {
+    const std::size_t start = at_;
+    if (!Accept('-')) Accept('+');
+    const bool digits = !TakeClass(zon::kDigit).empty();
+    const long value = zon::TextToLong(content_.substr(start, at_ - start));
+    if (!digits || value < INT_MIN || value > INT_MAX) return MissAt(start, "value");
+    item->integer = static_cast<int>(value);
+    item->real = item->integer;
+    return true;
+  }
+
+  bool ReadReal(Item* item) {
+    const std::size_t start = at_;
+    if (!Accept('-')) Accept('+');
+    bool digits = !TakeClass(zon::kDigit).empty();
+    if (Accept('.')) digits = !TakeClass(zon::kDigit).empty() || digits;
+    if (digits && (Peek() == 'e' || Peek() == 'E')) {
+      ++at_;
+      if (!Accept('-')) Accept('+');
+      digits = !TakeClass(zon::kDigit).empty();
+    }
+    const double value = zon::TextToDouble(content_.substr(start, at_ - start));
+    const bool isFloat = item->kind == CzonClobKind::kFloat;
+    if (!digits || !std::isfinite(value)) return MissAt(start, "value");
+    // A float is read as a float at once: by way of the double it might be rounded twice.
+    item->real = isFloat ? ReadFloat(content_.substr(start, at_ - start), value) : value;
+    return std::isfinite(item->real) || MissAt(start, "value");
+  }
+
+  static double ReadFloat(std::string_view text, double value) {
+    if (text.front() == '+') text.remove_prefix(1);
+    float nearest = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), nearest);
+    if (result.ec == std::errc()) return static_cast<double>(nearest);
+    return std::fabs(value) > 1 ? HUGE_VAL : 0.0;  // out of range at this end or the other
+  }
+
+  bool ReadText(Item* item) {
+    if (!Accept('"')) return Miss("value");
+    for (;;) {
+      const std::size_t quote = content_.find('"', at_);
+      if (quote == std::string_view::npos) return MissAt(content_.size(), "closing quote");
+      item->text.append(content_.substr(at_, quote - at_));
+      at_ = quote + 1;
+      if (!Accept('"')) return true;
+      item->text += '"';
+    }
+  }
+
+  std::string_view content_;
+  std::size_t at_ = 0;
+  std::string flaw_;
+};
+
+// The fewest digits that read back to the same value.
+template <class Real>
+std::string ShortestText(Real value) {
+  char text[40];
+  return {text, std::to_chars(text, std::end(text), value).ptr};
+}
+
+}  // namespace
+
+CzonClob::CzonClob() = default;
+
 CzonClob::CzonClob(const std::string& content) : CzonParam(content) {}
+
+CzonClob::~CzonClob() = default;
 
 bool CzonClob::FindContent(std::string_view text, std::string_view* content) {
   // The opener ends with a colon, so opener and closer cannot share a character.
@@ -47,4 +225,150 @@ void CzonClob::Copy(const CzonNode* source) {
   const auto* Node = dynamic_cast<const CzonClob*>(source);
   ZON_ASSERT_TEXT(Node != nullptr, "zonclob", "Node");
   CzonParam::Copy(source);
+  state_.reset();
+}
+
+CzonClob::State& CzonClob::NeedState() const {
+  if (state_ == nullptr) {
+    state_ = std::make_unique<State>();
+    const_cast<CzonClob*>(this)->MarkDeep();
+  }
+  return *state_;
+}
+
+bool CzonClob::Load() const {
+  State& state = NeedState();
+  if (!state.loaded) {
+    Reader<Item> reader(GetTextView());
+    std::vector<Item> items;
+    if (reader.Read(&items)) state.items = std::move(items);
+    state.flaw = reader.Flaw();
+    state.loaded = true;
+  }
+  return state.flaw.empty();
+}
+
+bool CzonClob::Fail(std::string text) const {
+  zon::RaiseError(zon::kErrParse);
+  NeedState().error = std::move(text);
+  return false;
+}
+
+// The item at the cursor if it is of one of these kinds, and the cursor behind it; else null.
+template <class... Wanted>
+const CzonClob::Item* CzonClob::Next(CzonClobKind first, Wanted... others) const {
+  State& state = NeedState();
+  if (!Load()) {
+    Fail(state.flaw);
+    return nullptr;
+  }
+  const std::string place = "CLOB item " + std::to_string(state.cursor + 1) + ": ";
+  if (state.cursor == state.items.size()) {
+    Fail(place + "no more items");
+    return nullptr;
+  }
+  const Item& item = state.items[state.cursor];
+  if (item.kind != first && !((item.kind == others) || ...)) {
+    Fail(place + std::string(NameOf(item.kind)) + " found, " + std::string(NameOf(first)) +
+         " wanted");
+    return nullptr;
+  }
+  ++state.cursor;
+  return &item;
+}
+
+int CzonClob::GetBool() const {
+  const Item* item = Next(CzonClobKind::kBoolean);
+  return item != nullptr ? item->integer : 0;
+}
+
+int CzonClob::GetInt() const {
+  const Item* item = Next(CzonClobKind::kInteger);
+  return item != nullptr ? item->integer : -1;
+}
+
+float CzonClob::GetFloat() const {
+  const Item* item = Next(CzonClobKind::kFloat, CzonClobKind::kInteger);
+  return item != nullptr ? static_cast<float>(item->real) : -1.0F;
+}
+
+double CzonClob::GetDouble() const {
+  const Item* item = Next(CzonClobKind::kDouble, CzonClobKind::kFloat, CzonClobKind::kInteger);
+  return item != nullptr ? item->real : -1.0;
+}
+
+const std::string& CzonClob::GetString() const {
+  const Item* item = Next(CzonClobKind::kString);
+  return item != nullptr ? item->text : empty_string;
+}
+
+const std::string& CzonClob::GetClobFilename() const {
+  const Item* item = Next(CzonClobKind::kFilename);
+  return item != nullptr ? item->text : empty_string;
+}
+
+const std::string& CzonClob::KeepForLastItem(std::string text) const {
+  State& state = NeedState();
+  std::string& given = state.items[state.cursor - 1].given;
+  given = std::move(text);
+  return given;
+}
+
+int CzonClob::GetNoItems() const {
+  if (Load()) return static_cast<int>(state_->items.size());
+  Fail(state_->flaw);
+  return -1;
+}
+
+bool CzonClob::IsEnd() const {
+  return !Load() || state_->cursor == state_->items.size();
+}
+
+bool CzonClob::IsKind(CzonClobKind kind) const {
+  return !IsEnd() && state_->items[state_->cursor].kind == kind;
+}
+
+void CzonClob::Reset() {
+  if (state_ == nullptr) return;
+  state_->cursor = 0;
+  state_->error.clear();
+}
+
+const std::string& CzonClob::GetErrorText() const {
+  return state_ != nullptr ? state_->error : empty_string;
+}
+
+void CzonClob::AddBool(bool value) {
+  Append(CzonClobKind::kBoolean, value ? "true" : "false");
+}
+void CzonClob::AddInt(int value) {
+  Append(CzonClobKind::kInteger, zon::NumberText::OfInt(value).View());
+}
+void CzonClob::AddFloat(float value) {
+  Append(CzonClobKind::kFloat, ShortestText(value));
+}
+void CzonClob::AddDouble(double value) {
+  Append(CzonClobKind::kDouble, ShortestText(value));
+}
+
+void CzonClob::AddText(CzonClobKind kind, std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
+  Append(kind, quoted += '"');
+}
+
+void CzonClob::Append(CzonClobKind kind, std::string_view value) {
+  const std::string item = std::string(NameOf(kind)) + ":" + std::string(value);
+  const std::string_view content = GetTextView();
+  const bool first = content.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
+  const std::string addition = (first ? "" : ",") + item;
+  if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) return AppendText(addition);
+  // While items are being read the new one joins them, without taking all of them apart again.
+  Reader<Item>(item).Read(&state_->items);
+  try {
+    AppendText(addition);
+  } catch (...) {
+    state_->items.pop_back();
+    throw;
+  }
 }

@@ -1,16 +1,30 @@
-// A value that packs a list of items into one quoted text: '<CLOB:Integer:1,String:"x">'.
+// A value that packs a list of typed items into one quoted text:
+//
+//     '<CLOB:Boolean:true,Integer:-5,Float:0.5,Double:2.5,String:"say
+//     ""hi""",Filename:"out\a.dat">'
+//
+// The content, what stands between the first colon and the last character, is kept as it was read
+// and is written back unchanged. It is taken apart as a whole when an item is first asked for: one
+// bad item, and nothing can be read. Items are read through a cursor that only a successful read
+// moves.
 #ifndef ZON_TREE_ZONCLOB_H
 #define ZON_TREE_ZONCLOB_H
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "tree/zonparam.h"
 
+/** The kind of an item. */
+enum class CzonClobKind : unsigned char { kBoolean, kInteger, kFloat, kDouble, kString, kFilename };
+
 class ZON_API CzonClob : public CzonParam {
  public:
-  CzonClob() = default;
+  CzonClob();
   explicit CzonClob(const std::string& content);  ///< what stands between "<CLOB:" and ">"
+  ~CzonClob() override;
 
   /** A new CLOB if the text of a quoted value is one: it begins with "<CLOB:", in any letter case,
    * and ends with ">". Null otherwise. The caller owns it. */
@@ -19,10 +33,51 @@ class ZON_API CzonClob : public CzonParam {
   CzonNode* CreateObj() override;
   int IsClob() const override;
   std::ostream& Write(std::ostream& out) const override;
+
+  /** Copies the content; the cursor of the copy stands on the first item. */
   void Copy(const CzonNode* source) override;
 
-  // For the library's own use: the content of such a text; false if it is none.
+  /** Read the item at the cursor and step to the next. An Integer may be read as Float or Double, a
+   *  Float as Double. On failure (another kind, no more items, bad content) the cursor stays, code
+   * 1003 is stored, GetErrorText tells, and the value in brackets comes back. Texts live until the
+   * CLOB changes. */
+  int GetBool() const override;                   ///< (0)
+  int GetInt() const override;                    ///< (-1)
+  float GetFloat() const override;                ///< (-1.0)
+  double GetDouble() const override;              ///< (-1.0)
+  const std::string& GetString() const override;  ///< (empty)
+  const std::string& GetClobFilename() const;     ///< the name as stored (empty)
+
+  int GetNoItems() const;                   ///< -1, with 1003, for bad content
+  bool IsEnd() const;                       ///< also for bad content
+  bool IsKind(CzonClobKind kind) const;     ///< of the item at the cursor
+  void Reset();                             ///< cursor to the first item, no error text
+  const std::string& GetErrorText() const;  ///< of the last failure, until Reset
+
+  /** Append an item. */
+  void AddBool(bool value);
+  void AddInt(int value);
+  void AddFloat(float value);
+  void AddDouble(double value);
+  void AddText(CzonClobKind kind, std::string_view text);
+
+  // For the library's own use.
   static bool FindContent(std::string_view text, std::string_view* content);
+  // A text that is given out for the item that was read last, and lives as long as its own.
+  const std::string& KeepForLastItem(std::string text) const;
+
+ private:
+  struct Item;
+  struct State;
+
+  State& NeedState() const;
+  bool Load() const;
+  template <class... Wanted>
+  const Item* Next(CzonClobKind first, Wanted... others) const;
+  void Append(CzonClobKind kind, std::string_view value);
+  bool Fail(std::string text) const;
+
+  mutable std::unique_ptr<State> state_;  // made when somebody reads or adds
 };
 
 #endif

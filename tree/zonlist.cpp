@@ -1,7 +1,8 @@
 #include "tree/zonlist.h"
 
-#include <cstring>
+#include <algorithm>
 #include <new>
+#include <utility>
 
 namespace zon {
 
@@ -9,7 +10,7 @@ void NodeList::Grow(Store* store) {
   const std::uint32_t power = power_ + 1;
   if (power > 31) throw std::bad_alloc();
   auto* block = static_cast<CzonNode**>(TakeBlock(store, power));
-  std::memcpy(block, Items(), size_ * sizeof(CzonNode*));
+  std::copy_n(Items(), size_, block);
   if (power_ != kNoBlock) GiveBlock(store, many_, power_);
   many_ = block;
   power_ = power;
@@ -18,7 +19,7 @@ void NodeList::Grow(Store* store) {
 void NodeList::Insert(std::uint32_t index, CzonNode* node, Store* store) {
   Reserve(store);
   CzonNode** items = Items();
-  std::memmove(items + index + 1, items + index, (size_ - index) * sizeof(CzonNode*));
+  std::copy_backward(items + index, items + size_, items + size_ + 1);
   items[index] = node;
   ++size_;
 }
@@ -26,7 +27,13 @@ void NodeList::Insert(std::uint32_t index, CzonNode* node, Store* store) {
 void NodeList::Erase(std::uint32_t index) {
   CzonNode** items = Items();
   --size_;
-  std::memmove(items + index, items + index + 1, (size_ - index) * sizeof(CzonNode*));
+  std::copy(items + index + 1, items + size_ + 1, items + index);
+}
+
+void NodeList::Swap(NodeList& other) {
+  std::swap(many_, other.many_);  // the wider name of the one pointer
+  std::swap(size_, other.size_);
+  std::swap(power_, other.power_);
 }
 
 std::uint32_t NodeList::Find(const CzonNode* node, std::uint32_t guess) const {

@@ -34,6 +34,8 @@ class NodeList {
 
   void Insert(std::uint32_t index, CzonNode* node, Store* store);
   void Erase(std::uint32_t index);
+  void Set(std::uint32_t index, CzonNode* node) { Items()[index] = node; }
+  void Swap(NodeList& other);
 
   // Where the node stands; Size() when it does not. `guess` is looked at first.
   std::uint32_t Find(const CzonNode* node, std::uint32_t guess) const;

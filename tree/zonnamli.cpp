@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "base/zonchars.h"
 #include "base/zonerror.h"
@@ -124,6 +125,12 @@ void NameIndex::Release(Store* store) {
   room_ = 0;
 }
 
+void NameIndex::Swap(NameIndex& other) {
+  std::swap(queues_, other.queues_);
+  std::swap(used_, other.used_);
+  std::swap(room_, other.room_);
+}
+
 }  // namespace zon
 
 template <class T>
@@ -135,6 +142,12 @@ template <class T>
 void CzonNameList<T>::Forget() {
   index_.Release(store_);
   ordered_.Release(store_);
+}
+
+template <class T>
+void CzonNameList<T>::Swap(CzonNameList& other) {
+  index_.Swap(other.index_);
+  ordered_.Swap(other.ordered_);
 }
 
 template <class T>
@@ -156,9 +169,13 @@ int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
   // The nearest namesake in front of the place tells how many there are.
   std::uint32_t before = 0;
   for (std::uint32_t at = std::min(pos == 0 ? 0 : pos - 1, ordered_.Size()); at > 0; --at) {
-    const CzonNode* other = ordered_[at - 1];
-    const auto place = static_cast<std::uint32_t>(other->instance_ - 1);
-    if (place < queue->nodes.Size() && queue->nodes[place] == other) {
+    const auto* other = static_cast<const CzonNamedNode*>(ordered_[at - 1]);
+    if (other->GetNameHash() != node->GetNameHash()) continue;
+    // A node that has been copied over has lost its number; Find looks further.
+    const auto guess =
+        static_cast<std::uint32_t>(static_cast<const CzonNode*>(other)->instance_ - 1);
+    const std::uint32_t place = queue->nodes.Find(other, guess);
+    if (place < queue->nodes.Size()) {
       before = place + 1;
       break;
     }

@@ -41,6 +41,7 @@ class NameIndex {
   void Drop(Queue* queue, Store* store);
 
   void Release(Store* store);
+  void Swap(NameIndex& other);
 
  private:
   static constexpr std::uint32_t kScanned = 8;  // as many queues are not hashed
@@ -90,6 +91,7 @@ class ZON_API CzonNameList {
   int Remove(T* node);                        // from both
   unsigned int PlaceOf(const T* node) const;  // from 1; 0 when it is not in the list
   void Forget();                              // empties both
+  void Swap(CzonNameList& other);             // of the same store
 
  private:
   void Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from);

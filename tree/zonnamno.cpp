@@ -179,7 +179,7 @@ CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
     if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
   }
   for (;;) {
-    const std::uint32_t place = node->PlaceOf(from);
+    const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->children_.Size();
     const bool Ok = place < node->children_.Size();
     ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
     // Kept: of several definitions the first one of the section decides, even if it has no such
@@ -218,9 +218,9 @@ void CzonNamedNode::Copy(const CzonNode* source) {
     open.pop_back();
     for (CzonNode* child : from->children_) {
       std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
-      const std::type_info& made = typeid(*NewCopy);
-      const std::type_info& wanted = typeid(*child);
-      ZON_ASSERT_TEXT(made == wanted, "zonnamno", "typeid(*NewCopy) == typeid(*Src)");
+      const CzonNode& made = *NewCopy;
+      ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
+                      "typeid(*NewCopy) == typeid(*Src)");
       if (child->Has(kNamed)) {
         auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
         named->CopyOwn(static_cast<const CzonNamedNode&>(*child));

@@ -67,6 +67,15 @@ class ZON_API CzonNamedNode : public CzonNode {
     store_ = &store;
   }
   const zon::NodeList& Children() const { return children_; }
+  // Filing at a place of the child list, counted from 0 (its length appends); taking a child out,
+  // which lives on; a value in the place of another; another name. All or nothing.
+  void FileAt(CzonNode* child, std::uint32_t place);
+  void Unfile(CzonNode* child);
+  void Replace(CzonNode* child, CzonNode* by);
+  void Rename(std::string_view name);
+  // Everything but name and place; both lie in one store, or in none.
+  void SwapContent(CzonNamedNode& other);
+
   // Where the child stands in the child list, from 0; the length of the list when it does not.
   std::uint32_t PlaceOf(const CzonNode* child) const;
 
@@ -80,6 +89,7 @@ class ZON_API CzonNamedNode : public CzonNode {
  private:
   friend class CzonNode;
 
+  void ChildrenMoved(std::uint32_t from);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;

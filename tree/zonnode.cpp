@@ -1,6 +1,7 @@
 #include "tree/zonnode.h"
 
 #include <ostream>
+#include <utility>
 
 #include "base/zonassert.h"
 #include "base/zonhook.h"
@@ -214,6 +215,13 @@ void CzonNode::SetRemark(std::string_view text, zon::Store* store) {
     Set(kOwnsRemark);
     if (Has(kInStore)) MarkDeep();
   }
+}
+
+void CzonNode::SwapRemark(CzonNode& other) {
+  std::swap(remark_, other.remark_);
+  const bool owns = Has(kOwnsRemark);
+  Set(kOwnsRemark, other.Has(kOwnsRemark));
+  other.Set(kOwnsRemark, owns);
 }
 
 void CzonNode::Free(CzonNode* node) {

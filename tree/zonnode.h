@@ -168,6 +168,9 @@ class ZON_API CzonNode : public CzonBase {
 
   void SetRemark(std::string_view text, zon::Store* store);
 
+  // The store whose memory may serve this node; null for none.
+  zon::Store* GetStore() const;
+
  protected:
   enum Bits : std::uint32_t {
     kNamed = 1,    // a CzonNamedNode
@@ -187,9 +190,7 @@ class ZON_API CzonNode : public CzonBase {
   // Whether somebody has to run the destructor.
   bool WantsDestructor() const { return (bits_ & (kInStore | kDeep)) != kInStore; }
   void MarkDeep();
-
-  // The store whose memory may serve this node; null for none.
-  zon::Store* GetStore() const;
+  void SwapRemark(CzonNode& other);
 
  private:
   friend class CzonNamedNode;

@@ -52,6 +52,11 @@ void CzonParam::SetText(std::string_view text, zon::Store* store) {
   if (text_.IsOwner() && Has(kInStore)) MarkDeep();
 }
 
+void CzonParam::AppendText(std::string_view text) {
+  text_.Append(text, GetStore());
+  if (text_.IsOwner() && Has(kInStore)) MarkDeep();
+}
+
 CzonUndefinedPar::CzonUndefinedPar(const std::string& text) : CzonParam(text) {}
 CzonNode* CzonUndefinedPar::CreateObj() {
   return new CzonUndefinedPar;

@@ -32,6 +32,8 @@ class ZON_API CzonParam : public CzonNode {
   void SetStoredText(std::string_view text) { text_.SetStored(text); }
 
  protected:
+  void AppendText(std::string_view text);
+
   zon::Text text_;
 };
 

@@ -23,8 +23,8 @@ class ZON_API CzonReal : public CzonNumeric {
    * bits. Gives the whole number, else 0 and clears the view. */
   long long FloatToInt();
 
- protected:
-  void SetReal(double value, std::string_view text, zon::Store* store);  // all views and the text
+  // For the library's own use: all views and the text.
+  void SetReal(double value, std::string_view text, zon::Store* store);
 };
 
 class ZON_API CzonFloat : public CzonReal {

@@ -56,6 +56,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   struct FileFacts;
 
   FileFacts& NeedFacts();
+  void SwapLists(CzonTargetList& other);
   void ForgetNames();  // before the children go
   void CopyFacts(const CzonTargetList& source);
 
@@ -102,6 +103,8 @@ class ZON_API CzonSection : public CzonTargetList {
   friend class CzonNamedNode;
   friend class CzonTargetList;
 
+  void WriteHead(std::ostream& out) const;
+  void WriteEnd(std::ostream& out) const;
   void ForgetDefinitions() const;
 
   CzonNameList<CzonKeyword> keywords_;

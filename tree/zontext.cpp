@@ -25,6 +25,11 @@ void Text::Assign(std::string_view text, Store* store) {
   }
 }
 
+void Text::Append(std::string_view text, Store* store) {
+  if (size_ < kKept) MakeString(store);
+  static_cast<std::string*>(const_cast<void*>(where_))->append(text);
+}
+
 void Text::Release() {
   if (IsOwner()) delete static_cast<const std::string*>(where_);
   where_ = "";

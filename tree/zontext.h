@@ -51,6 +51,18 @@ class __attribute__((packed, aligned(4))) Text {
   // Takes a copy; `text` may be a part of this text.
   void Assign(std::string_view text, Store* store);
 
+  // Appends a text that is no part of this one; many appends cost no more than their characters.
+  void Append(std::string_view text, Store* store);
+
+  void Swap(Text& other) {
+    const void* where = where_;
+    const std::uint32_t size = size_;
+    where_ = other.where_;
+    size_ = other.size_;
+    other.where_ = where;
+    other.size_ = size;
+  }
+
   // Whether the text holds a string of its own, which only Release frees.
   bool IsOwner() const { return size_ == kOwned; }
   void Release();

@@ -1,0 +1,92 @@
+// zonCopy and zonInsert: copies of sections and keywords at a place of their own. Tested by
+// tests/edit_test.cpp.
+#include <memory>
+
+#include "api/zon.h"
+#include "api/zoncheck.h"
+#include "tree/zonkeyw.h"
+
+namespace {
+
+// What can be copied onto what.
+bool IsPair(const CzonNode& source, const CzonNode& target) {
+  const int kind = source.GetSyntaxClass();
+  return kind == target.GetSyntaxClass() &&
+         (kind == kZonSection || kind == kZonKeyword || kind == kZonDefaultDef);
+}
+
+// The cursor leaves everything below the node.
+void LeaveChildren(const CzonNamedNode& node) {
+  const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
+  auto* handle = root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
+  if (handle == nullptr) return;
+  for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
+}
+
+// The copy is made aside, in memory of the same kind, and then changes places with what the target
+// held.
+template <class T>
+void CopyOnto(const CzonNode& source, CzonNamedNode& target) {
+  T copy;
+  if (zon::Store* store = target.GetStore()) copy.EnterStore(*store);
+  copy.Copy(&source);
+  target.Rename(static_cast<const CzonNamedNode&>(source).GetNameView());
+  LeaveChildren(target);
+  target.SwapContent(copy);
+}
+
+CzonNode* NewCopy(CzonNode& source) {
+  std::unique_ptr<CzonNode> copy(source.CreateObj());
+  copy->Copy(&source);
+  return copy.release();
+}
+
+bool IsSectionOrKeyword(const CzonNode& node) {
+  return node.GetSyntaxClass() != kZonTargetList && (node.IsSection() || node.IsKeyword());
+}
+
+}  // namespace
+
+extern "C" {
+
+int zonCopy(void* source, void* target) {
+  return zon::Ask<CzonNode>(source, 0, [&](CzonNode& from) {
+    return zon::Ask<CzonNode>(target, 0, [&](CzonNode& to) {
+      if (!IsPair(from, to)) {
+        MessageHook("zonCopy:\n\tsection/section or\n\tkeyword/keyword required");
+        return 0;
+      }
+      if (&from == &to) return 1;
+      auto& named = static_cast<CzonNamedNode&>(to);
+      if (to.GetSyntaxClass() == kZonSection) {
+        CopyOnto<CzonSection>(from, named);
+      } else if (to.IsDefaultDef()) {
+        CopyOnto<CzonDefaultDef>(from, named);
+      } else {
+        CopyOnto<CzonKeyword>(from, named);
+      }
+      return 1;
+    });
+  });
+}
+
+void* zonInsert(void* source, void* reference, int after) {
+  return zon::Ask<CzonNode, void*>(source, nullptr, [&](CzonNode& from) {
+    return zon::Ask<CzonNode, void*>(reference, nullptr, [&](CzonNode& beside) -> void* {
+      CzonNamedNode* owner = beside.GetOwner();
+      const bool fits = IsSectionOrKeyword(from) && IsSectionOrKeyword(beside) &&
+                        owner != nullptr &&
+                        (from.IsSection() || owner->GetSyntaxClass() == kZonSection);
+      if (!fits) {
+        zon::RaiseError(zon::kErrSection);
+        MessageHook("Invalid zonNode (CzonSection)");
+        return nullptr;
+      }
+      std::unique_ptr<CzonNode> copy(NewCopy(from));
+      owner->FileAt(copy.get(), owner->PlaceOf(&beside) + (after != 0 ? 1 : 0));
+      return static_cast<CzonBase*>(copy.release());
+    });
+  });
+}
+
+}  // extern "C"

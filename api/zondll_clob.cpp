@@ -1,0 +1,176 @@
+// The exported functions over CLOB values. Tested by tests/clob_test.cpp.
+#include <cmath>
+#include <memory>
+
+#include "api/zon.h"
+#include "api/zonbuild.h"
+#include "base/zonempst.h"
+#include "paths/zonpath.h"
+
+using zon::Ask;
+using zon::Build;
+using zon::BuildS;
+using zon::EmpSt;
+using zon::TextOf;
+
+namespace {
+
+void AddClob(CzonData& data) {
+  if (data.HasKeyword()) data.AddParam(CzonNode::Make<CzonClob>(data.GetStore()));
+}
+
+template <class F>
+void AddItem(CzonData& data, F&& add) {
+  CzonClob* clob = data.GetCurrentClob();
+  if (clob == nullptr) return data.Error("Missing current CLOB");
+  add(*clob);
+}
+
+void AddBool(CzonData& data, int value) {
+  AddItem(data, [&](CzonClob& clob) { clob.AddBool(value != 0); });
+}
+void AddInt(CzonData& data, int value) {
+  AddItem(data, [&](CzonClob& clob) { clob.AddInt(value); });
+}
+void AddFloat(CzonData& data, float value) {
+  AddItem(data, [&](CzonClob& clob) {
+    if (!std::isfinite(value)) return data.Error("Invalid CLOB value");
+    clob.AddFloat(value);
+  });
+}
+void AddDouble(CzonData& data, double value) {
+  AddItem(data, [&](CzonClob& clob) {
+    if (!std::isfinite(value)) return data.Error("Invalid CLOB value");
+    clob.AddDouble(value);
+  });
+}
+void AddString(CzonData& data, const char* text) {
+  AddItem(data, [&](CzonClob& clob) { clob.AddText(CzonClobKind::kString, TextOf(text)); });
+}
+void AddFilename(CzonData& data, const char* text) {
+  AddItem(data, [&](CzonClob& clob) { clob.AddText(CzonClobKind::kFilename, TextOf(text)); });
+}
+
+template <class T, class F>
+T AskClob(void* node, T failure, F&& question) {
+  return Ask<CzonClob>(node, failure,
+                       [&](CzonClob& clob) { return static_cast<T>(question(clob)); });
+}
+
+int IsKind(void* node, CzonClobKind kind) {
+  return AskClob(node, 0, [&](CzonClob& clob) { return clob.IsKind(kind); });
+}
+
+}  // namespace
+
+extern "C" {
+
+void zonAddClob(void* handle) {
+  Build<CzonData>(handle, AddClob);
+}
+int zonAddClobS(void* handle) {
+  return BuildS<CzonData>(handle, AddClob);
+}
+void zonAddClobBool(void* handle, int value) {
+  Build<CzonData>(handle, AddBool, value);
+}
+int zonAddClobBoolS(void* handle, int value) {
+  return BuildS<CzonData>(handle, AddBool, value);
+}
+void zonAddClobInt(void* handle, int value) {
+  Build<CzonData>(handle, AddInt, value);
+}
+int zonAddClobIntS(void* handle, int value) {
+  return BuildS<CzonData>(handle, AddInt, value);
+}
+void zonAddClobFloat(void* handle, float value) {
+  Build<CzonData>(handle, AddFloat, value);
+}
+int zonAddClobFloatS(void* handle, float value) {
+  return BuildS<CzonData>(handle, AddFloat, value);
+}
+void zonAddClobDouble(void* handle, double value) {
+  Build<CzonData>(handle, AddDouble, value);
+}
+int zonAddClobDoubleS(void* handle, double value) {
+  return BuildS<CzonData>(handle, AddDouble, value);
+}
+void zonAddClobString(void* handle, const char* text) {
+  Build<CzonData>(handle, AddString, text);
+}
+int zonAddClobStringS(void* handle, const char* text) {
+  return BuildS<CzonData>(handle, AddString, text);
+}
+void zonAddClobFilename(void* handle, const char* text) {
+  Build<CzonData>(handle, AddFilename, text);
+}
+int zonAddClobFilenameS(void* handle, const char* text) {
+  return BuildS<CzonData>(handle, AddFilename, text);
+}
+
+int zonIsClob(void* node) {
+  return Ask<CzonNode>(node, 0, [](CzonNode& n) { return n.IsClob(); });
+}
+int zonGetClobNoItems(void* node) {
+  return AskClob(node, -1, [](CzonClob& clob) { return clob.GetNoItems(); });
+}
+int zonIsClobEnd(void* node) {
+  return AskClob(node, 1, [](CzonClob& clob) { return clob.IsEnd(); });
+}
+int zonIsClobBool(void* node) {
+  return IsKind(node, CzonClobKind::kBoolean);
+}
+int zonIsClobInt(void* node) {
+  return IsKind(node, CzonClobKind::kInteger);
+}
+int zonIsClobFloat(void* node) {
+  return IsKind(node, CzonClobKind::kFloat);
+}
+int zonIsClobDouble(void* node) {
+  return IsKind(node, CzonClobKind::kDouble);
+}
+int zonIsClobString(void* node) {
+  return IsKind(node, CzonClobKind::kString);
+}
+int zonIsClobFilename(void* node) {
+  return IsKind(node, CzonClobKind::kFilename);
+}
+
+int zonGetClobBool(void* node) {
+  return AskClob(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
+}
+int zonGetClobInt(void* node) {
+  return AskClob(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
+}
+float zonGetClobFloat(void* node) {
+  return AskClob(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
+}
+double zonGetClobDouble(void* node) {
+  return AskClob(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
+}
+const char* zonGetClobString(void* node) {
+  return AskClob<const char*>(node, EmpSt(),
+                              [](CzonClob& clob) { return clob.GetString().c_str(); });
+}
+const char* zonGetClobFilenameString(void* node) {
+  return AskClob<const char*>(node, EmpSt(),
+                              [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
+}
+const char* zonGetClobFilename(void* node) {
+  return AskClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
+    const std::string& name = clob.GetClobFilename();
+    if (&name == &CzonNode::empty_string) return EmpSt();  // a failure
+    return clob.KeepForLastItem(zon::ResolveFilename(name, clob.GetZonFilename())).c_str();
+  });
+}
+
+void zonClobReset(void* node) {
+  zon::Tell<CzonClob>(node, [](CzonClob& clob) { clob.Reset(); });
+}
+
+const char* zonGetErrorFromZonClob(void* node) {
+  return AskClob<const char*>(node, nullptr,
+                              [](CzonClob& clob) { return clob.GetErrorText().c_str(); });
+}
+
+}  // extern "C"

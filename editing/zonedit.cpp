@@ -1,0 +1,76 @@
+// Tested by tests/edit_test.cpp.
+#include "editing/zonedit.h"
+
+#include "api/zondata.h"
+
+namespace zon {
+namespace {
+
+// The cursor of the file that the node is in leaves the node and everything below it.
+void LeaveNode(CzonNode& node) {
+  const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
+  if (root == nullptr) return;
+  if (auto* handle = dynamic_cast<CzonData*>(root->GetHandle())) handle->UpdateCurrentNode(&node);
+}
+
+// The place in the child list that `position` among the siblings of a kind means.
+std::uint32_t PlaceFor(const CzonNamedNode& parent, const CzonNode* sibling, unsigned int position,
+                       unsigned int count, ErrorCode missing) {
+  if (position > count && position - count > 1) throw Refusal{missing};
+  return sibling != nullptr ? parent.PlaceOf(sibling) : parent.GetNoNodes();
+}
+
+}  // namespace
+
+CzonTargetList& NeedList(CzonNode& node) {
+  if (auto* list = dynamic_cast<CzonTargetList*>(&node)) return *list;
+  throw Refusal{kErrTargetList};
+}
+
+CzonSection& NeedSection(CzonNode& node) {
+  if (auto* section = dynamic_cast<CzonSection*>(&node)) return *section;
+  throw Refusal{kErrSection};
+}
+
+CzonKeyword& NeedKeyword(CzonNode& node) {
+  if (auto* keyword = dynamic_cast<CzonKeyword*>(&node)) return *keyword;
+  throw Refusal{kErrNamedNode};
+}
+
+CzonNode& NeedParam(CzonKeyword& keyword, unsigned int n) {
+  if (CzonNode* param = keyword.NodeByNum(n)) return *param;
+  throw Refusal{kErrParameter};
+}
+
+void InsertSection(CzonTargetList& parent, CzonSection* section, unsigned int position) {
+  parent.FileAt(section, PlaceFor(parent, parent.SectionByNum(position), position,
+                                  parent.GetNoSections(), kErrSection));
+}
+
+void InsertKeyword(CzonSection& section, CzonKeyword* keyword, unsigned int position) {
+  section.FileAt(keyword, PlaceFor(section, section.KeywordByNum(position), position,
+                                   section.GetNoKeywords(), kErrNamedNode));
+}
+
+void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position) {
+  keyword.FileAt(param, PlaceFor(keyword, keyword.NodeByNum(position), position,
+                                 keyword.GetNoNodes(), kErrParameter));
+}
+
+void DeleteNode(CzonNode& node) {
+  CzonNamedNode* owner = node.GetOwner();
+  if (owner == nullptr) {
+    throw Refusal{node.IsParam() ? kErrParameter : node.IsKeyword() ? kErrNamedNode : kErrSection};
+  }
+  LeaveNode(node);
+  owner->Unfile(&node);
+  CzonNode::Free(&node);
+}
+
+void ReplaceParam(CzonNode& old, CzonParam* by) {
+  LeaveNode(old);
+  old.GetOwner()->Replace(&old, by);
+  CzonNode::Free(&old);
+}
+
+}  // namespace zon

@@ -1,0 +1,45 @@
+// Changing a tree: inserting, deleting and renaming nodes, and giving a value another value.
+//
+// Every operation does the whole of its work or nothing. What was wrong is thrown as a Refusal,
+// which the exported functions turn into code and text. Before a node goes, the handle's cursor
+// leaves it.
+#ifndef ZON_EDITING_ZONEDIT_H
+#define ZON_EDITING_ZONEDIT_H
+
+#include <memory>
+#include <string_view>
+
+#include "base/zonerror.h"
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+namespace zon {
+
+// Why an edit is refused: one of the codes kErrTargetList, kErrSection, kErrNamedNode (of keywords)
+// and kErrParameter.
+struct Refusal {
+  ErrorCode code;
+};
+
+// The node as what is needed here; a Refusal otherwise.
+CzonTargetList& NeedList(CzonNode& node);                   // the root or a section
+CzonSection& NeedSection(CzonNode& node);                   // not the root
+CzonKeyword& NeedKeyword(CzonNode& node);                   // or a default definition
+CzonNode& NeedParam(CzonKeyword& keyword, unsigned int n);  // as stored
+
+// Positions count from 1 among the siblings of the kind; 0, or one past the last, is the very end
+// of the children. The new node stands directly before the sibling whose place it takes.
+void InsertSection(CzonTargetList& parent, CzonSection* section, unsigned int position);
+void InsertKeyword(CzonSection& section, CzonKeyword* keyword, unsigned int position);
+void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position);
+
+// Takes the node out of its tree and deletes it.
+void DeleteNode(CzonNode& node);
+
+// Puts the new value in the place of an old one, which is deleted.
+void ReplaceParam(CzonNode& old, CzonParam* by);
+
+}  // namespace zon
+
+#endif

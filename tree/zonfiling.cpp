@@ -1,0 +1,147 @@
+// Filing nodes at a place and taking them out again: child list, ordered list, name index and
+// numbers together. Every operation does the whole of its work or, for want of memory, nothing.
+// Tested by tests/edit_test.cpp.
+#include <algorithm>
+#include <utility>
+
+#include "tree/zonkeyw.h"
+#include "tree/zonparam.h"
+#include "tree/zontarli.h"
+
+namespace {
+
+// In which list of the owner a child is filed beside the child list, and the rest of its business
+// there.
+template <class SectionCase, class KeywordCase, class OtherCase>
+auto WithList(CzonNamedNode& owner, CzonNode& child, SectionCase&& sectionCase,
+              KeywordCase&& keywordCase, OtherCase&& otherCase) {
+  if (auto* section = dynamic_cast<CzonSection*>(&child)) {
+    if (auto* list = dynamic_cast<CzonTargetList*>(&owner)) return sectionCase(*list, section);
+  } else if (auto* keyword = dynamic_cast<CzonKeyword*>(&child)) {
+    auto* list = dynamic_cast<CzonSection*>(&owner);
+    if (list != nullptr && !keyword->IsDefaultDef()) return keywordCase(*list, keyword);
+  }
+  return otherCase();
+}
+
+// The number that a node gets which will stand at `place` of the child list: one more than that of
+// the nearest one of its kind in front.
+template <class T>
+unsigned int NumberAt(const zon::NodeList& children, const CzonNameList<T>& list,
+                      std::uint32_t place) {
+  if (place >= children.Size()) return list.Count() + 1;
+  for (; place > 0; --place) {
+    const auto* before = dynamic_cast<const T*>(children[place - 1]);
+    if (before != nullptr && !before->IsDefaultDef()) return list.PlaceOf(before) + 1;
+  }
+  return 1;
+}
+
+}  // namespace
+
+void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
+  children_.Reserve(store_);
+  WithList(
+      *this, *child,
+      [&](CzonTargetList& owner, CzonSection* section) {
+        owner.sections_.Insert(section, NumberAt(children_, owner.sections_, place));
+      },
+      [&](CzonSection& owner, CzonKeyword* keyword) {
+        owner.keywords_.Insert(keyword, NumberAt(children_, owner.keywords_, place));
+      },
+      [] {});
+  children_.Insert(place, child, store_);
+  child->owner_ = this;
+  if (child->Has(kNamed)) static_cast<CzonNamedNode*>(child)->place_ = place;
+  if (child->WantsDestructor()) MarkDeep();
+  ChildrenMoved(place);
+}
+
+void CzonNamedNode::Unfile(CzonNode* child) {
+  const std::uint32_t place = PlaceOf(child);
+  WithList(
+      *this, *child,
+      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.Remove(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.Remove(keyword); }, [] {});
+  children_.Erase(place);
+  child->owner_ = nullptr;
+  ChildrenMoved(place);
+}
+
+void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
+  const std::uint32_t place = PlaceOf(child);
+  children_.Set(place, by);
+  by->owner_ = this;
+  by->instance_ = child->instance_;
+  child->owner_ = nullptr;
+  if (by->WantsDestructor()) MarkDeep();
+}
+
+// What depends on the places of children: the numbers of values, and what is known of definitions.
+void CzonNamedNode::ChildrenMoved(std::uint32_t from) {
+  if (auto* section = dynamic_cast<CzonSection*>(this)) section->ForgetDefinitions();
+  if (dynamic_cast<CzonKeyword*>(this) == nullptr) return;
+  for (std::uint32_t at = from; at < children_.Size(); ++at) {
+    children_[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  }
+}
+
+void CzonNamedNode::Rename(std::string_view name) {
+  // A text of its own, whatever the node lies in: it is given back with the next renaming.
+  zon::Text fresh;
+  fresh.Assign(name, nullptr);
+  CzonNamedNode* owner = GetOwner();
+  const auto swapNames = [&] {
+    name_.Swap(fresh);
+    nameHash_ = zon::HashNoCase(name_.View());
+  };
+  const auto refile = [&](auto& list, auto* node) {
+    list.EraseFromHashtable(node);
+    swapNames();
+    try {
+      list.InsertIntoHashtable(node, list.PlaceOf(node));
+    } catch (...) {
+      // What has just been taken out finds its room again.
+      swapNames();
+      list.InsertIntoHashtable(node, list.PlaceOf(node));
+      fresh.Release();
+      throw;
+    }
+  };
+  if (owner == nullptr) {
+    swapNames();
+  } else {
+    WithList(
+        *owner, *this,
+        [&](CzonTargetList& of, CzonSection* section) { refile(of.sections_, section); },
+        [&](CzonSection& of, CzonKeyword* keyword) { refile(of.keywords_, keyword); }, swapNames);
+    if (auto* section = dynamic_cast<CzonSection*>(owner)) section->ForgetDefinitions();
+  }
+  if (name_.IsOwner() && Has(kInStore)) MarkDeep();
+  fresh.Release();
+}
+
+void CzonNamedNode::SwapContent(CzonNamedNode& other) {
+  children_.Swap(other.children_);
+  std::swap(flags_, other.flags_);
+  std::swap(nameGlb_, other.nameGlb_);
+  CzonNode::SwapRemark(other);
+  auto* list = dynamic_cast<CzonTargetList*>(this);
+  auto* otherList = dynamic_cast<CzonTargetList*>(&other);
+  if (list != nullptr && otherList != nullptr) list->SwapLists(*otherList);
+  for (CzonNamedNode* owner : {this, &other}) {
+    for (CzonNode* child : owner->children_) child->owner_ = owner;
+    if (Has(kDeep) || other.Has(kDeep)) owner->MarkDeep();
+  }
+}
+
+void CzonTargetList::SwapLists(CzonTargetList& other) {
+  sections_.Swap(other.sections_);
+  facts_.swap(other.facts_);
+  auto* section = dynamic_cast<CzonSection*>(this);
+  auto* otherSection = dynamic_cast<CzonSection*>(&other);
+  if (section == nullptr || otherSection == nullptr) return;
+  section->keywords_.Swap(otherSection->keywords_);
+  section->ForgetDefinitions();
+  otherSection->ForgetDefinitions();
+}
