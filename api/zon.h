@@ -9,7 +9,8 @@
  * code 1005, a bad node 1006, and passes a text to MessageHook; then the failure value named at the
  * function comes back and nothing changes. The code is process-wide; the first error stays until
  * zonGetErrorGlb takes it. For want of memory the failure value comes back with the same code and
- * the text "No memory". No function throws.
+ * the text "No memory"; to the builder that is a refusal like others. No function throws; what a
+ * hook of the host throws ends there, with the failure value and the code.
  *
  * Texts. A null text argument counts as the empty text; a null output pointer is not written
  * through. Texts returned belong to the library and live as long as the node or handle they come
@@ -27,10 +28,11 @@
 #include "base/zonhook.h"
 
 #ifdef __cplusplus
+class CString;
 class CzonNode;
 extern "C" {
 #else
-struct CzonNode;
+typedef struct CzonNode CzonNode;
 #endif
 
 /* ---- Loading and closing ------------------------------------------------------------------------
@@ -50,6 +52,12 @@ ZON_API void* zonLoadFile(const char* fileName, int quiet);
 /** Ends a file handle with its tree and sets the caller's pointer to null.
  *  errors  *handle is no file handle: 1005, "Invalid zonHandle (CzonData)", pointer unchanged */
 ZON_API void zonClose(void** handle);
+
+/** Copies a parameter file so that its file names stay good: each is resolved against the source,
+ *  and written relative to the target, behind whatever the target holds.
+ *  returns  1; 0 if loading the source set a code, or the target could not be written
+ *  errors   those of zonLoadFile, with its reports */
+ZON_API int zonFileCopy(const char* source, const char* target);
 
 /** The first error of a loaded file.
  *  line, position  where it was noticed: the line from 1, and how many characters of it were read
@@ -83,10 +91,6 @@ ZON_API const char* zonGetErrorMessageFromErrorCode(int code);
  * the next refusal. errors  bad handle: 1005 without a message, null */
 ZON_API const char* zonGetErrorFromZonData(void* handle);
 
-/** The text of the last failure of this CLOB value, empty if there was none.
- *  errors  no CLOB: 1006, "Invalid CLOB object", null */
-ZON_API const char* zonGetErrorFromZonClob(void* node);
-
 /** Date and time of the build ("Dec  8 2021 06:06:36"), the version, and the name of the library.
  * The texts live as long as the process. */
 ZON_API const char* zonGetVersion(void);
@@ -117,7 +121,7 @@ ZON_API void* zonTargetByNameNum(void* handle, const char* name, unsigned int n)
 /** Calls `visit` on every section, keyword, default definition and value in the order of the file,
  * a node before what it holds; the root is left out. The visitor may query and may add nodes; it
  * must not delete any, nor close the handle. errors  as zonGetNoTargets; nothing is visited */
-ZON_API void zonExplore(void* handle, void (*visit)(struct CzonNode*));
+ZON_API void zonExplore(void* handle, void (*visit)(CzonNode*));
 
 /** The section at the end of a path such as "Model/Grid:2": names separated by '/' or '.', each
  * with
@@ -151,7 +155,7 @@ ZON_API void* zonSectionByNameNum(void* node, const char* name, unsigned int n);
 ZON_API void* zonKeywordByNameNum(void* node, const char* name, unsigned int n);
 
 /** The section (or root) around a section or keyword; for a value the section of its keyword. Null
- * for the root. */
+ * for the root. A bad node is told three times. */
 ZON_API void* zonGetParentSection(void* node);
 
 /** For a default placeholder the value it stands for, or itself if there is none; null for any
@@ -170,8 +174,9 @@ ZON_API int zonGetLevel(void* node);
  *  12 substitution, 14 unknown value, 15 undefined value. */
 ZON_API int zonGetSyntaxClass(void* node);
 
-/** The name of a section, keyword or default definition; the same with the names around it, as in
- *  "Model.Grid.depth", as it was when first asked for. Empty for other nodes. (empty text) */
+/** The name of a section, keyword or default definition, empty for other nodes; the name of a
+ * section or keyword with the names around it, as in "Model.Grid.depth", as it was when first asked
+ * for, empty for other nodes. (empty text) */
 ZON_API const char* zonGetName(void* node);
 ZON_API const char* zonGetNameGlb(void* node);
 
@@ -250,12 +255,12 @@ ZON_API const char* zonGetFilenameString(void* node);
 ZON_API void zonSetFilename(void* node, const char* text);
 
 /** Replaces a file name by its path, so that it no longer depends on where the parameter file lies.
- * Any other node is left alone. A visitor for zonExplore as well. */
+ * Any other node is left alone. Made to be called on each node by a visitor of zonExplore. */
 ZON_API void zonFileCopyCallBack(void* node);
 
 /** The name of the parameter file: of the root itself, empty for any other node; and of any node in
- * its tree. Valid until the name changes. Bad node: the empty text, but zonGetZonFileName ends the
- * process, as it does where the top of the tree is no file root. */
+ * its tree, empty where the top of the tree is no file root. Valid until the name changes. Bad
+ * node: the empty text, but zonGetZonFileName ends the process. */
 ZON_API const char* zonGetAnchorFilename(void* node);
 ZON_API const char* zonGetZonFileName(void* node);
 
@@ -364,8 +369,314 @@ ZON_API int zonAddFilenameDefS(void* handle);
 ZON_API void zonAddBoolDef(void* handle);
 ZON_API int zonAddBoolDefS(void* handle);
 
+/* ---- Writing ------------------------------------------------------------------------------------
+ */
+
+/** Writes the tree as a parameter file behind whatever the file holds; the two are one. The name
+ *  becomes the name of the parameter file. Result settings are written as a section SYSTEM, which
+ *  is added to the tree, and again by each write; while a section is open it is left out (and told
+ *  as the refusal "Previous section was not completed"). A file that cannot be opened or written
+ *  stays as it was, a new one empty; no code tells of it. As with any write, a pipe that nobody
+ *  reads raises SIGPIPE, a limit on the size of files SIGXFSZ.
+ *  What the format cannot hold is written all the same and does not load again as it was: an
+ *  infinite or undefined number, a substitution (without its %), a name that is none, a bar in a
+ *  file name.
+ *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode" */
+ZON_API void zonWrite(void* handle, const char* fileName);
+ZON_API void zonAppend(void* handle, const char* fileName);
+
+/** Writes a listing for debugging, one line for each node, over whatever the file holds.
+ *  handleOrNode  a node, whose subtree is listed, or a file handle
+ *  errors        1006, also (Kept) for a good file handle; neither of the two, or a file without a
+ *                tree: "zonDump: bad argument" */
+ZON_API void zonDump(void* handleOrNode, const char* fileName);
+
+/* ---- Result folders -----------------------------------------------------------------------------
+ * The result folder of a parameter file is its custom folder, if that is set and in use; else the
+ * result root, if one is set, followed directly by the name of the file with " - Result Files/";
+ * else that name alone, behind the working directory if it is relative. A name without a folder
+ * has a '/' put in front of it. Nothing looks whether a folder exists.
+ *
+ * The functions that copy without knowing the room need a buffer for the whole path, of any length,
+ * and its terminating zero: prefer those with a 2.
+ * errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; bad node: 1006, "Invalid zonNode". What
+ *         is no file root at the top of a node's tree ends the process. */
+
+/** The result root of a file: set (null or "" for none), and as a text that lives until it is set
+ * again. Bad node: the empty text. */
+ZON_API void zonSetProjectResultRoot(void* handle, const char* root);
+ZON_API const char* zonGetProjectResultRoot(void* node);
+
+/** The custom folder of a file, and whether it is in use. The getters store both; a bad node leaves
+ *  the outputs as they are (-2). The form with a 2 gives 0, or -1 if the folder has no room. */
+ZON_API void zonSetCustomResultFolder(void* handle, int use, const char* folder);
+ZON_API void zonGetCustomResultFolder(void* node, int* use, char* folder);
+ZON_API int zonGetCustomResultFolder2(void* node, int* use, char* folder, int size);
+
+/** The result folder of the file that the node is in. Empty if the node is a string that begins
+ *  with '/' and there is neither a custom folder in use nor a result root. Where there is neither,
+ *  a node that is no string is told, "Function invalid in this context". A bad node ends the
+ *  process. The form with a 2 gives 0, or -1 if the path has no room. */
+ZON_API void zonGetResultFolderPath(void* node, char* path);
+ZON_API int zonGetResultFolderPath2(void* node, char* path, int size);
+
+/** Does nothing. */
+ZON_API void zonConstructResultFolderPathName(void);
+
+/** Adds the name of a result file to the current keyword: one that begins with '/' as a file name,
+ *  any other as a string, relative to the result folder. Refusals and the form with an S as for
+ *  zonAddString. */
+ZON_API void zonAddResultFilename(void* handle, const char* name);
+ZON_API int zonAddResultFilenameS(void* handle, const char* name);
+
+/** The name of a result file: the text of a string, else as zonGetFilename; null for null. */
+ZON_API const char* zonGetResultFilename(void* node);
+
+/** The path of a result file: a string behind its result folder, else as zonGetFilename. Null, or a
+ *  node that is neither, leaves the output as it is (-2). The form with a 2 gives 0, or -1 if the
+ *  path has no room. */
+ZON_API void zonGetResultFilenamePath(void* node, char* path);
+ZON_API int zonGetResultFilenamePath2(void* node, char* path, int size);
+
+/** Kept: finds the value as zonGetParam does and stores the first eight bytes of its result path as
+ *  if they were an address. Not of use; call zonGetResultFilenamePath2. Returns 1, or 0 as
+ *  zonGetParam. */
+ZON_API int zonGetParamResultFilePath(void* node, const char* keyword, const char** path,
+                                      int keywordInstance, int paramIndex);
+
+/* ---- One keyword in one call --------------------------------------------------------------------
+ * Reading finds a keyword of a section by name and instance, and its value by number. It gives 1
+ * when the value was stored, 0 when there is none. Writing adds a keyword with one value to the
+ * section that is open and gives 1, or 0 for a bad handle.
+ *
+ * Success is judged by the process-wide code alone. While an older error is pending, reading stores
+ * nothing and gives 0, and writing adds the keyword without its value and gives 0: call
+ * zonGetErrorGlb first. A refusal of the builder (no open section) sets no such code, so writing
+ * gives 1: see zonGetErrorFromZonData. The codes are those of the functions for keywords and
+ * values. */
+
+ZON_API int zonPutParamFilename(void* handle, const char* keyword, const char* value);
+ZON_API int zonPutParamResultFilename(void* handle, const char* keyword, const char* name);
+
+/** Adds a keyword with a value for each character of `format`: i takes an int, f a double and
+ *  stores a float, d a double, b an int and stores a boolean. Any other adds nothing and takes no
+ *  argument.
+ *    zonPutListParam(file, "grid", "iid", 40, 60, 2.5); */
+ZON_API int zonPutListParam(void* handle, const char* keyword, const char* format, ...);
+
+/** Stores value k of the keyword by the k-th character of `format` through the next pointer: i
+ *  int*, f float*, d double*, b bool* (one byte). Any other passes over a value and takes no
+ *  argument. 0 at the first value that is missing; those before it are stored. */
+ZON_API int zonGetListParam(void* section, const char* keyword, int instance, const char* format,
+                            ...);
+
+/* ---- Editing ------------------------------------------------------------------------------------
+ * Each function does the whole of its work or nothing. Positions count from 1 among the siblings of
+ * the kind; 0, or one past the last, is the very end; the new node stands directly before the
+ * sibling whose place it takes. Names are not checked. Afterwards order, numbers and names are as
+ * if the file had been loaded so; global names that were asked for stay. Before a node is deleted
+ * the cursor of the builder leaves it. Nodes of a loaded file give their memory back when the file
+ * is closed.
+ *
+ * Insertions give the new node, or null; the others 0, or the code. A failure stores its code and
+ * passes a text to MessageHook: errors  bad node: 1006, "Invalid zonNode" neither root nor section
+ * where one is needed: 1011, "Invalid zonNode (CzonTargetList)" no section, or no such one: 1009,
+ * "Invalid zonNode (CzonSection)" no keyword, or no such one: 1007, "Invalid zonNode (CzonKeyword)"
+ *         no such value: 1012, "Invalid zonNode (CzonParam)" */
+
+/** Insert an empty section into the root or a section; an empty keyword into a section. */
+ZON_API void* zoneInsertNewSection(void* parent, const char* name, unsigned int position);
+ZON_API void* zoneInsertNewKeyword(void* section, const char* name, unsigned int position);
+
+/** Insert a value into a keyword or default definition; Undefined an empty place, Default a
+ * placeholder. */
+ZON_API void* zoneInsertParameterInt(void* keyword, unsigned int position, int value);
+ZON_API void* zoneInsertParameterFloat(void* keyword, unsigned int position, float value);
+ZON_API void* zoneInsertParameterDouble(void* keyword, unsigned int position, double value);
+ZON_API void* zoneInsertParameterBool(void* keyword, unsigned int position, int value);
+ZON_API void* zoneInsertParameterString(void* keyword, unsigned int position, const char* value);
+ZON_API void* zoneInsertParameterFilename(void* keyword, unsigned int position, const char* value);
+ZON_API void* zoneInsertParameterUndefined(void* keyword, unsigned int position);
+ZON_API void* zoneInsertParameterDefault(void* keyword, unsigned int position);
+
+/** Delete the n-th section, keyword or value; the n-th of a name. Values are counted as stored. */
+ZON_API int zoneDeleteSectionByNum(void* parent, unsigned int n);
+ZON_API int zoneDeleteSectionByNameNum(void* parent, const char* name, unsigned int n);
+ZON_API int zoneDeleteKeywordByNum(void* section, unsigned int n);
+ZON_API int zoneDeleteKeywordByNameNum(void* section, const char* name, unsigned int n);
+ZON_API int zoneDeleteParameterByNum(void* keyword, unsigned int n);
+
+/** Deletes a section, keyword, default definition or value. The root cannot be deleted: 1009. */
+ZON_API int zoneDeleteNode(void* node);
+
+/** Gives a section, or a keyword or default definition, another name; it keeps its place. Texts of
+ * the old name are no longer valid. */
+ZON_API int zoneRenameSection(void* section, const char* name);
+ZON_API int zoneRenameKeyword(void* keyword, const char* name);
+
+/** Gives the n-th value of a keyword another value. One of the same kind keeps its node; a real
+ * that was loaded takes a float or a double; any other (also a reference, a placeholder, a CLOB) is
+ * replaced by a new node. A placeholder itself changes, never the default it stands for. */
+ZON_API int zoneModifyParameterInt(void* keyword, unsigned int n, int value);
+ZON_API int zoneModifyParameterFloat(void* keyword, unsigned int n, float value);
+ZON_API int zoneModifyParameterDouble(void* keyword, unsigned int n, double value);
+ZON_API int zoneModifyParameterBool(void* keyword, unsigned int n, int value);
+ZON_API int zoneModifyParameterString(void* keyword, unsigned int n, const char* value);
+ZON_API int zoneModifyParameterFilename(void* keyword, unsigned int n, const char* value);
+
+/** Makes a section a deep copy of another, or a keyword of a keyword, name and flags included; it
+ * keeps its place and its handle, the nodes below it are new. One may lie in the other. A default
+ * definition goes with a default definition alone. A keyword with a string reference ends the
+ * process. returns  1, also for source and target the same (nothing happens); 0 on failure errors
+ * bad node: 1006, "Invalid zonNode"; any other pair (the root is no section): no code,
+ *           "zonCopy:\n\tsection/section or\n\tkeyword/keyword required" */
+ZON_API int zonCopy(void* source, void* target);
+
+/** Files a deep copy of a section or keyword as a sibling of another, of any tree: before it, or
+ * behind it if `after` is not 0. returns  the copy; null on failure errors   bad node: 1006,
+ * "Invalid zonNode"; neither section nor keyword, or a keyword for the root: 1009, "Invalid zonNode
+ * (CzonSection)" */
+ZON_API void* zonInsert(void* source, void* reference, int after);
+
+/* ---- CLOB values --------------------------------------------------------------------------------
+ * A CLOB packs a list of items, each of a kind, into one quoted string:
+ *     k = '<CLOB:Integer:-5,Double:2.5,String:"say ""hi""",Filename:"out\a.dat">'
+ * Its items are read one after the other: a read gives the item at the cursor and steps to the
+ * next. errors  no CLOB: 1006, "Invalid CLOB object", and the failure value named in brackets */
+
+/** Add an empty CLOB to the current keyword; then items to the CLOB that was added last. Refusals
+ * as for zonAddInt, and "Missing current CLOB" without one, and "Invalid CLOB value" for infinity
+ * and NaN. */
+ZON_API void zonAddClob(void* handle);
+ZON_API int zonAddClobS(void* handle);
+ZON_API void zonAddClobBool(void* handle, int value);
+ZON_API int zonAddClobBoolS(void* handle, int value);
+ZON_API void zonAddClobInt(void* handle, int value);
+ZON_API int zonAddClobIntS(void* handle, int value);
+ZON_API void zonAddClobFloat(void* handle, float value);
+ZON_API int zonAddClobFloatS(void* handle, float value);
+ZON_API void zonAddClobDouble(void* handle, double value);
+ZON_API int zonAddClobDoubleS(void* handle, double value);
+ZON_API void zonAddClobString(void* handle, const char* text);
+ZON_API int zonAddClobStringS(void* handle, const char* text);
+ZON_API void zonAddClobFilename(void* handle, const char* text);
+ZON_API int zonAddClobFilenameS(void* handle, const char* text);
+
+/** 1 if the value is a CLOB, else 0. A bad node: 1006, "Invalid zonNode", 0. */
+ZON_API int zonIsClob(void* node);
+
+/** How many items there are; -1, and 1003, if the content cannot be taken apart. (-1) */
+ZON_API int zonGetClobNoItems(void* node);
+
+/** 1 when the cursor stands behind the last item, and for bad content, so that a loop ends. (1) */
+ZON_API int zonIsClobEnd(void* node);
+
+/** 1 if the item at the cursor is of that kind; 0 at the end. (0) */
+ZON_API int zonIsClobBool(void* node);
+ZON_API int zonIsClobInt(void* node);
+ZON_API int zonIsClobFloat(void* node);
+ZON_API int zonIsClobDouble(void* node);
+ZON_API int zonIsClobString(void* node);
+ZON_API int zonIsClobFilename(void* node);
+
+/** Read an item: 0, -1, -1.0 or the empty text on failure, which is another kind, the end, or
+ * content that cannot be taken apart: 1003 is stored, zonGetErrorFromZonClob says what was wrong,
+ * and the cursor stays. An Integer may be read as Float or Double, a Float as Double.
+ * zonGetClobFilename gives the path as zonGetFilename does, zonGetClobFilenameString the name as it
+ * was written. Texts live until the CLOB changes. */
+ZON_API int zonGetClobBool(void* node);
+ZON_API int zonGetClobInt(void* node);
+ZON_API float zonGetClobFloat(void* node);
+ZON_API double zonGetClobDouble(void* node);
+ZON_API const char* zonGetClobString(void* node);
+ZON_API const char* zonGetClobFilename(void* node);
+ZON_API const char* zonGetClobFilenameString(void* node);
+
+/** Puts the cursor on the first item and forgets the error text. */
+ZON_API void zonClobReset(void* node);
+
+/** What the last failed read of this CLOB found: "CLOB item 2: String found, Integer wanted", "CLOB
+ * item 3: no more items", "CLOB position 17: value expected" (counted from 1 behind "<CLOB:").
+ * Empty if none failed since the reset. Valid until the next read. (null) */
+ZON_API const char* zonGetErrorFromZonClob(void* node);
+
+/* ---- Checking against a template ----------------------------------------------------------------
+ * A template says which sections and keywords a file may hold, which may repeat, which sections
+ * must occur, and of which kind each value is; its unnamed keyword stands for all that it does not
+ * name. The first mismatch ends the check and goes to ReportHook with severity 17 and no words:
+ * print the pattern as it is, for it holds names. */
+
+/** Whether a section conforms to a section of a template, or a keyword to a keyword: 1 or 0.
+ *  third   not used
+ *  quiet   not 0: neither ReportHook nor MessageHook hears of it; stays in force for zonEqvSection
+ * and zonEqvKeyword until the next call. zonEquivalent is never quiet. errors  bad node: 1006,
+ * "Invalid zonNode"; not two sections or two keywords: "Conflicting zonNode types" without a code;
+ * then 0 */
+ZON_API int zonEquivalent(void* templateNode, void* candidateNode, void* third);
+ZON_API int zonEquivalentExt(void* templateNode, void* candidateNode, void* third, int quiet);
+
+/** What `quiet` was in the last call of zonEquivalentExt. */
+ZON_API int zonIsEqvQuiet(void);
+
+/** The check of two sections (not the root) or two keywords, without the check of handles: t of the
+ *  template, c of the candidate. 1 or 0; null is no section and no keyword. */
+ZON_API int zonEqvSection(CzonNode* t, CzonNode* c);
+ZON_API int zonEqvKeyword(CzonNode* t, CzonNode* c);
+
+/* ---- Reading token by token ---------------------------------------------------------------------
+ * A second way to read a file, of any size in constant memory: no tree, one token a call. It is
+ * stricter than zonLoadFile: no remarks, templates, defaults, date-times or substitutions, and
+ * EndSect, true and false are spelled just so. The process-wide error code is not touched. */
+
+/** Opens a file and stores a reader for it.
+ *  returns  0; 1001 the file does not open; 1004 no memory. Nothing is stored then. */
+ZON_API int zontLoadFile(const char* fileName, void** reader);
+
+/** Gives the next token: 0 end of file; 100 section header, 101 EndSect, 200 keyword; 1000 empty
+ * place, 1010 true, 1011 false, 1020 integer, 1021 real, 1030 string, 1200 file name; -1 error; -2
+ * the reader is null. Reading may go on after an error: 0 always comes. */
+ZON_API int zontNextToken(void* reader);
+
+/** The text of the token: the name of a section or keyword, a number as it stands, the contents of
+ * a string or file name, else empty. Valid until the next call. Null reader: "Handle is NULL". */
+ZON_API const char* zontGetTokenString(void* reader);
+
+/** The last error with its line, from 1, and position; empty, 0 and 0 before any. Valid until the
+ * next error. Null reader: "Handle is NULL", all bits of line and position set. */
+ZON_API const char* zontGetError(void* reader, unsigned int* line, unsigned int* position);
+
+/** Ends a reader; null, or a pointer to null, is ignored. The caller's pointer stays. */
+ZON_API void zontDispose(void** reader);
+
 #ifdef __cplusplus
 }
+
+/* The same for C++, by the type of the value. */
+ZON_API int zonGetParam(void* section, const char* keyword, int* out, int instance, int paramNo);
+ZON_API int zonGetParam(void* section, const char* keyword, float* out, int instance, int paramNo);
+ZON_API int zonGetParam(void* section, const char* keyword, double* out, int instance, int paramNo);
+ZON_API int zonGetParam(void* section, const char* keyword, bool* out, int instance, int paramNo);
+ZON_API int zonGetParam(void* section, const char* keyword, CString* out, int instance,
+                        int paramNo);
+
+/** The path of a file-name value, as zonGetFilename gives it. */
+ZON_API int zonGetParamFilename(void* section, const char* keyword, const char** out, int instance,
+                                int paramNo);
+ZON_API int zonGetParamFilename(void* section, const char* keyword, CString* out, int instance,
+                                int paramNo);
+
+/** The name of a result file, as zonGetResultFilename gives it. */
+ZON_API int zonGetParamResultFilename(void* node, const char* keyword, const char** name,
+                                      int keywordInstance, int paramIndex);
+ZON_API int zonGetParamResultFilename(void* node, const char* keyword, CString* name,
+                                      int keywordInstance, int paramIndex);
+
+ZON_API int zonPutParam(void* handle, const char* keyword, int value);
+ZON_API int zonPutParam(void* handle, const char* keyword, float value);
+ZON_API int zonPutParam(void* handle, const char* keyword, double value);
+ZON_API int zonPutParam(void* handle, const char* keyword, bool value);
+ZON_API int zonPutParam(void* handle, const char* keyword, const char* value);
+ZON_API int zonPutParam(void* handle, const char* keyword, CString value);
 #endif
 
 #endif

@@ -5,8 +5,10 @@
 
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "api/zonhandl.h"
+#include "base/zonassert.h"
 #include "base/zonerror.h"
 #include "base/zonhook.h"
 #include "tree/zonclob.h"
@@ -57,7 +59,8 @@ T* As(void* handle) {
   const void*& known = remembered[(reinterpret_cast<std::uintptr_t>(table) >> 5) % kRemembered];
   if (known == table) return static_cast<T*>(base);
   T* object = dynamic_cast<T*>(base);
-  if (object != nullptr) known = table;
+  // A class of the host may have its T beside the base; then only the general cast finds it.
+  if (object != nullptr && static_cast<CzonBase*>(object) == base) known = table;
   return object;
 }
 
@@ -82,13 +85,14 @@ inline constexpr char kNoMemory[] = "No memory";  // short enough to be kept wit
 template <class R, class F>
 R Guarded(int code, R failure, F&& body) {
   try {
-    return body();
-  } catch (...) {
+    try {
+      return body();
+    } catch (const std::bad_alloc&) {
+      RaiseError(code);
+      MessageHook(kNoMemory);
+    }
+  } catch (...) {  // a hook threw
     RaiseError(code);
-  }
-  try {
-    MessageHook(kNoMemory);
-  } catch (...) {
   }
   return failure;
 }
@@ -114,6 +118,15 @@ void Tell(void* handle, F&& body) {
 inline CzonTargetList* CheckRoot(CzonData& data) {
   if (data.GetRoot() == nullptr) ReportBad<CzonNode>();
   return data.GetRoot();
+}
+
+// The root of the tree that the node is in. What is no file root at the top of a tree ends the
+// process.
+inline CzonTargetList& RootOfTree(CzonNode& node) {
+  CzonNode* pOwner = node.GetTopNode();
+  auto* root = dynamic_cast<CzonTargetList*>(pOwner);
+  ZON_ASSERT_TEXT(root != nullptr, "zondll", "dynamic_cast<CzonTargetList*>(pOwner) != 0");
+  return *root;
 }
 
 // A null text counts as the empty text.

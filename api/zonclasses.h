@@ -6,6 +6,8 @@
 #include "paths/zonfilen.h"
 #include "paths/zonpath.h"
 #include "reader/zonparser.h"
+#include "text/cstring.h"
+#include "tokens/zontoken.h"
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
 #include "tree/zonint.h"

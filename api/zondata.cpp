@@ -47,18 +47,17 @@ void CzonData::AddParam(CzonParam* param) {
 }
 
 void CzonData::EndSection() {
-  if (!HasSection()) return;
-  CzonNamedNode* owner = section_->GetOwner();
-  OpenSection(owner != root_ ? static_cast<CzonSection*>(owner) : nullptr);
+  if (HasSection()) LeaveSection(*section_);
 }
 
 void CzonData::UpdateCurrentNode(CzonNode* node) {
   if (node == nullptr) return;
-  if (node == section_) EndSection();
-  if (node == keyword_) {
-    keyword_ = nullptr;
-    clob_ = nullptr;
-  }
+  const CzonNode* open = section_;
+  while (open != nullptr && open != node) open = open->GetOwner();
+  if (open != nullptr) LeaveSection(*node);
+  if (node == keyword_) keyword_ = nullptr;
+  // The CLOB may be one of an earlier keyword: AddKeywordDef leaves it current.
+  if (clob_ != nullptr && (clob_ == node || clob_->GetOwner() == node)) clob_ = nullptr;
 }
 
 void CzonData::Error(const std::string& message) {
@@ -77,6 +76,11 @@ void CzonData::OpenSection(CzonSection* section) {
   section_ = section;
   keyword_ = nullptr;
   clob_ = nullptr;
+}
+
+void CzonData::LeaveSection(const CzonNode& section) {
+  CzonNamedNode* owner = section.GetOwner();
+  OpenSection(owner != root_ ? static_cast<CzonSection*>(owner) : nullptr);
 }
 
 void CzonData::OpenKeyword(CzonKeyword* keyword) {

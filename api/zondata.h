@@ -40,7 +40,7 @@ class ZON_API CzonData : public CzonBase {
    * again. Refused without one ("Missing current section"). */
   void EndSection();
 
-  /** To be called before a node is removed: the cursor leaves it. */
+  /** To be called before a node is removed: the cursor leaves it and whatever is in it. */
   void UpdateCurrentNode(CzonNode* node);
 
   /** Records a refusal: passes the message to MessageHook unless the handle is quiet, keeps it, and
@@ -72,6 +72,9 @@ class ZON_API CzonData : public CzonBase {
   CzonTargetList* root_ = nullptr;  // deleted with the handle
 
  private:
+  // The section around this one, if it is none of the top level, is current again.
+  void LeaveSection(const CzonNode& section);
+
   CzonSection* section_ = nullptr;
   CzonKeyword* keyword_ = nullptr;
   CzonClob* clob_ = nullptr;

@@ -5,6 +5,7 @@
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
+#include "api/zonwrite.h"
 #include "base/zonempst.h"
 #include "base/zonident.h"
 #include "base/zonnumtx.h"
@@ -41,7 +42,9 @@ T AskRoot(void* handle, T failure, F&& question) {
 
 template <class F>
 unsigned int AskParser(void* handle, F&& question) {
-  return Ask<CzonLoad>(handle, 0U, [&](CzonLoad& load) { return question(load.GetParser()); });
+  return Ask<CzonLoad>(handle, 0U, [&](CzonLoad& load) {
+    return load.GetParser() != nullptr ? question(*load.GetParser()) : 0U;
+  });
 }
 
 template <class F>
@@ -52,6 +55,11 @@ void* FindNode(void* node, F&& question) {
 template <class F>
 const char* TextOfNode(void* node, F&& question) {
   return AskNode<const char*>(node, EmpSt(), [&](CzonNode& n) { return question(n).c_str(); });
+}
+
+bool Write(void* handle, const char* fileName) {
+  return Ask<CzonData>(handle, false,
+                       [&](CzonData& data) { return zon::WriteTree(data, fileName); });
 }
 
 // Follows a path from element to element; null as soon as a step gives null.
@@ -90,18 +98,37 @@ void zonClose(void** handle) {
   });
 }
 
+int zonFileCopy(const char* source, const char* target) {
+  void* handle = zonLoadFile(source, 0);
+  if (zonPeekErrorGlb() == zon::kErrNone) {
+    zonExplore(handle, [](CzonNode* node) { zonFileCopyCallBack(HandleOf(node)); });
+  }
+  // A name that could not be resolved, for want of memory, would be a wrong one.
+  const bool written = zonPeekErrorGlb() == zon::kErrNone && Write(handle, target);
+  if (handle != nullptr) zonClose(&handle);
+  return written ? 1 : 0;
+}
+
+void zonWrite(void* handle, const char* fileName) {
+  Write(handle, fileName);
+}
+void zonAppend(void* handle, const char* fileName) {
+  Write(handle, fileName);
+}
+
 const char* zonGetSyntaxErr(void* handle, unsigned int* line, unsigned int* position,
                             const char** message) {
   if (line != nullptr) *line = 0;
   if (position != nullptr) *position = 0;
-  if (message != nullptr) *message = EmpSt();
-  return Ask<CzonLoad>(handle, static_cast<const char*>(EmpSt()), [&](CzonLoad& load) {
-    const CzonParser& parser = load.GetParser();
-    if (line != nullptr) *line = parser.GetErrorLine();
-    if (position != nullptr) *position = parser.GetErrorPosition();
-    if (message != nullptr) *message = parser.GetError().c_str();
-    return parser.GetError().c_str();
+  const char* text = Ask<CzonLoad, const char*>(handle, EmpSt(), [&](CzonLoad& load) {
+    const CzonParser* parser = load.GetParser();
+    if (parser == nullptr) return static_cast<const char*>(nullptr);
+    if (line != nullptr) *line = parser->GetErrorLine();
+    if (position != nullptr) *position = parser->GetErrorPosition();
+    return parser->GetError().c_str();
   });
+  if (message != nullptr && text != nullptr) *message = text;
+  return text;
 }
 
 unsigned int zonNoChars(void* handle) {
@@ -129,10 +156,6 @@ const char* zonGetErrorFromZonData(void* handle) {
   if (data != nullptr) return data->GetErrorMessage().c_str();
   zon::RaiseError(zon::kErrHandle);
   return nullptr;
-}
-
-const char* zonGetErrorFromZonClob(void* node) {
-  return Ask<CzonClob, const char*>(node, nullptr, [](CzonClob&) { return EmpSt(); });
 }
 
 const char* zonGetVersion(void) {

@@ -31,30 +31,30 @@ void zonSetFilename(void* node, const char* text) {
 }
 
 void zonFileCopyCallBack(void* node) {
-  if (zonIsFilename(node)) zonSetFilename(node, zonGetFilename(node));
+  Tell<CzonNode>(node, [](CzonNode& n) {
+    if (auto* filename = dynamic_cast<CzonFilename*>(&n)) {
+      filename->SetFilename(filename->GetFilename());
+    }
+  });
 }
 
 const char* zonGetAnchorFilename(void* node) {
   return Ask<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) -> const char* {
     const auto* root = dynamic_cast<CzonTargetList*>(&n);
-    const bool isRoot = root != nullptr && root->GetSyntaxClass() == kZonTargetList;
+    const bool isRoot = root != nullptr && root->GetOwner() == nullptr;
     return isRoot ? root->GetZonFilename().c_str() : EmpSt();
   });
 }
 
 const char* zonGetZonFileName(void* node) {
-  const CzonNode* pOwner = zon::Check<CzonNode>(node);
+  const CzonNode* pOwner =
+      Ask<CzonNode, const CzonNode*>(node, nullptr, [](CzonNode& n) { return &n; });
   ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
   return zonGetAnchorFilename(static_cast<CzonBase*>(pOwner->GetTopNode()));
 }
 
 void zonSetAnchorFilename(void* node, const char* name) {
-  Tell<CzonNode>(node, [&](CzonNode& n) {
-    CzonNode* pOwner = n.GetTopNode();
-    auto* root = dynamic_cast<CzonTargetList*>(pOwner);
-    ZON_ASSERT_TEXT(root != nullptr, "zondll", "dynamic_cast<CzonTargetList*>(pOwner) != 0");
-    root->SetZonFilename(TextOf(name));
-  });
+  Tell<CzonNode>(node, [&](CzonNode& n) { zon::RootOfTree(n).SetZonFilename(TextOf(name)); });
 }
 
 int zonGetAnchorFilename2(void* node, char* buffer, int size) {

@@ -10,6 +10,7 @@
 #include "tree/zontarli.h"
 
 CzonLoad::CzonLoad(std::unique_ptr<CzonParser> parser) : parser_(std::move(parser)) {
+  if (parser_ == nullptr) return;
   store_ = &parser_->GetStore();
   root_ = parser_->GetRoot();
   if (root_ != nullptr) root_->SetHandle(this);
@@ -36,42 +37,41 @@ void CzonCreate::AddKeywordDef(const std::string& name, const std::string& codes
   keyword->SetName(name);
   keyword->SetMultiMandat(multi, mandat);
   if (flag != 0) keyword->SetOpenList();
-  GetCurrentSection()->AddKeyword(keyword);
+  std::string invalid;
   for (const char code : codes) {
-    if (CzonParam* definition = zon::NewDefinition(code, *store_)) {
-      keyword->AddParam(definition);
-    } else {
-      Error(std::string("Invalid parameter definition code: '") + code + "'");
-    }
+    CzonParam* definition = zon::NewDefinition(code, *store_);
+    if (definition == nullptr) invalid += code;
+    keyword->AddParam(definition);
   }
+  GetCurrentSection()->AddKeyword(keyword);  // whole or, for want of memory, not at all
   OpenKeyword(keyword);
+  for (const char code : invalid) {
+    Error(std::string("Invalid parameter definition code: '") + code + "'");
+  }
 }
 
 namespace zon {
 namespace {
 
-template <class T>
-CzonParam* NewReal(Store& store) {
-  auto* real = CzonNode::Make<T>(store);
-  real->FloatToInt();
-  return real;
+template <class T, class F>
+CzonParam* NewFilled(Store& store, F&& fill) {
+  T* definition = CzonNode::Make<T>(store);
+  fill(*definition);
+  return definition;
 }
 
 }  // namespace
 
 CzonParam* NewDefinition(char code, Store& store) {
   switch (Upper(code)) {
-    case 'B': {
-      auto* boolean = CzonNode::Make<CzonBool>(store);
-      boolean->SetBool(false, &store);
-      return boolean;
-    }
+    case 'B':
+      return NewFilled<CzonBool>(store, [&](CzonBool& p) { p.SetBool(false, &store); });
     case 'D':
-      return NewReal<CzonDoubleDef>(store);
+      return NewFilled<CzonDoubleDef>(store, [&](CzonDoubleDef& p) { p.SetDouble(0.0, &store); });
     case 'F':
-      return NewReal<CzonFloatDef>(store);
-    case 'I':
-      return CzonNode::Make<CzonIntDef>(store);
+      return NewFilled<CzonFloatDef>(store, [&](CzonFloatDef& p) { p.SetFloat(0.0F, &store); });
+    case 'I':  // its integer view is there, the others are not
+      return NewFilled<CzonIntDef>(store, [&](CzonIntDef& p) { p.SetText("0", &store); });
     case 'N':
       return CzonNode::Make<CzonFilename>(store);
     case 'S':

@@ -12,10 +12,10 @@
  * long as the handle lives. */
 class ZON_API CzonLoad : public CzonData {
  public:
-  explicit CzonLoad(std::unique_ptr<CzonParser> parser);
+  explicit CzonLoad(std::unique_ptr<CzonParser> parser);  ///< null: nothing was read
   ~CzonLoad() override;
 
-  const CzonParser& GetParser() const { return *parser_; }
+  const CzonParser* GetParser() const { return parser_.get(); }
 
  private:
   std::unique_ptr<CzonParser> parser_;

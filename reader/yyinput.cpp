@@ -7,11 +7,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 
 namespace {
 
 constexpr std::size_t kSmallestBlock = 512;
-constexpr std::size_t kLargestBlock = 64 * 1024;  // stays in the cache while it is scanned
+constexpr std::size_t kLargestBlock =
+    std::size_t{64} * 1024;  // stays in the cache while it is scanned
 
 int OpenForReading(const char* name) {
   for (;;) {
@@ -49,6 +51,12 @@ CyyStream::CyyStream(const char* name) {
   // none, and a file may grow.
   const auto size = static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0));
   size_ = size == 0 ? kLargestBlock : std::clamp(size + 1, kSmallestBlock, kLargestBlock);
+  block_.reset(new (std::nothrow) unsigned char[kPutBackRoom + size_]);
+  if (block_ == nullptr) {
+    CloseFile();
+    throw std::bad_alloc();
+  }
+  next_ = end_ = block_.get() + kPutBackRoom;
   status_ = 0;
 }
 
@@ -69,7 +77,6 @@ void CyyStream::CloseFile() {
 
 bool CyyStream::Fill() {
   if (file_ < 0) return false;
-  if (block_ == nullptr) block_.reset(new unsigned char[kPutBackRoom + size_]);
   next_ = end_ = block_.get() + kPutBackRoom;
   ssize_t got;
   do {

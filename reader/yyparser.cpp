@@ -15,17 +15,23 @@ CyyStream* AsPlainStream(CyyInput* input) {
                                                                  : nullptr;
 }
 
+// Room for any message, so that even a lack of memory can be reported.
+std::string RoomForMessage() {
+  std::string text;
+  text.reserve(64);
+  return text;
+}
+
 }  // namespace
 
-CyyParser::CyyParser(CyyInput* input) : input_(input), stream_(AsPlainStream(input)) {
-  error_.reserve(64);  // so that even a lack of memory can be reported
-}
+CyyParser::CyyParser(CyyInput* input)
+    : error_(RoomForMessage()), input_(input), stream_(AsPlainStream(input)) {}
 
 CyyParser::~CyyParser() = default;
 
 // Nesting is counted, not followed by recursion: a file of a million openers costs no stack.
 template <class Source>
-int CyyParser::SkipCommentIn(Source&& source, char first, char second) {
+int CyyParser::SkipCommentIn(Source&& source, unsigned char first, unsigned char second) {
   const int c = source.Take();
   if (c != first) {
     source.Back(c);
@@ -54,8 +60,8 @@ int CyyParser::SkipCommentIn(Source&& source, char first, char second) {
 
 int CyyParser::SkipComment(const char* delimiters) {
   if (delimiters == nullptr || std::strlen(delimiters) != 2) return 0;
-  const char first = delimiters[0];
-  const char second = delimiters[1];
+  const auto first = static_cast<unsigned char>(delimiters[0]);
+  const auto second = static_cast<unsigned char>(delimiters[1]);
   return stream_ != nullptr ? SkipCommentIn(zon::StreamSource(*stream_), first, second)
                             : SkipCommentIn(zon::CallSource(*input_), first, second);
 }

@@ -56,11 +56,11 @@ class ZON_API CyyParser {
 
  private:
   template <class Source>
-  int SkipCommentIn(Source&& source, char first, char second);
+  int SkipCommentIn(Source&& source, unsigned char first, unsigned char second);
 
+  std::string error_;  // made first: nothing may fail once the source is taken over
   std::unique_ptr<CyyInput> input_;
   CyyStream* stream_;
-  std::string error_;
   bool hasError_ = false;
   unsigned int errorLine_ = 0;
   unsigned int errorPosition_ = 0;

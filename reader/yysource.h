@@ -36,7 +36,8 @@ class Collector {
     buffer_.push_back(c);
   }
 
-  // Before the block goes.
+  // Before the block goes: whenever a source has come to the end of the block, as its next Peek or
+  // Take may bring another.
   void Settle() {
     buffer_.append(text_);
     text_ = {};
@@ -79,8 +80,16 @@ class StreamSource {
     return *next_++;
   }
 
-  // Puts back what was taken last, no newline.
-  void Back(int) { --next_; }
+  // Puts back what was taken last.
+  void Back(int c) {
+    if (next_ != counted_) {
+      --next_;  // it still stands there, and is no newline, as newlines are counted at once
+    } else {
+      Sync();
+      stream_.PutBack(c);
+      Resume();
+    }
+  }
 
   // Passes over white space and gives the first other character, taken.
   int TakeBehindSpace() {
@@ -104,7 +113,7 @@ class StreamSource {
   // Collects the next character, which is known to be there.
   void CollectOne(Collector& text) {
     text.Add(next_, next_ + 1);
-    ++next_;
+    if (++next_ == end_) text.Settle();
   }
 
   // Collects characters of these classes, which hold no newline.
@@ -134,8 +143,9 @@ class StreamSource {
       }
       text.Add(next_, last);
       next_ = last;
-      if (found != nullptr) return *next_++;
-      text.Settle();
+      if (found != nullptr) ++next_;
+      if (next_ == end_) text.Settle();
+      if (found != nullptr) return *last;
       if (!Refill()) return -1;
     }
   }

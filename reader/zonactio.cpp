@@ -25,8 +25,8 @@ T* As(CzonNode* node) {
 CzonParser::CzonParser(CyyInput* input) : CyyParser(input) {}
 
 CzonParser::~CzonParser() {
-  if (list_ != nullptr) CzonNode::Free(list_);
   GarbageCollect();
+  if (list_ != nullptr) CzonNode::Free(list_);
 }
 
 int CzonParser::Parse(int keep) {

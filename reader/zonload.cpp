@@ -1,5 +1,7 @@
 #include "reader/zonload.h"
 
+#include <new>
+
 #include "base/zonerror.h"
 #include "base/zonhook.h"
 #include "tree/zonkeyw.h"
@@ -13,6 +15,12 @@ constexpr int kSeverity = 1;
 
 void Report(const char* pattern, void* arguments) {
   ReportHook(pattern, kSeverity, arguments);
+}
+
+// The file is there, but cannot be read.
+void FailToRead(bool quiet) {
+  RaiseError(kErrFileInit);
+  if (!quiet) Report("CyyStream", nullptr);
 }
 
 void ReportSyntaxError(const CzonParser& parser, const char* fileName) {
@@ -51,7 +59,13 @@ void TakeSettings(CzonTargetList& root) {
 
 std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   if (fileName == nullptr) fileName = "";
-  auto input = std::make_unique<CyyStream>(fileName);
+  std::unique_ptr<CyyStream> input;
+  try {
+    input = std::make_unique<CyyStream>(fileName);
+  } catch (const std::bad_alloc&) {
+    FailToRead(quiet);
+    return nullptr;
+  }
   if (input->GetStatus() != 0) {
     RaiseError(kErrFileOpen);
     if (!quiet) Report("Open error: %", ReportArgString(fileName, nullptr));
@@ -63,8 +77,7 @@ std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   const int failed = parser->Parse(0);
   if (stream.HasFailed()) {
     // Whatever was read is a part of the file at best.
-    RaiseError(kErrFileInit);
-    if (!quiet) Report("CyyStream", nullptr);
+    FailToRead(quiet);
     return nullptr;
   }
   if (failed != 0) {

@@ -4,6 +4,7 @@
 // Stack and state are the parser's own, so a hook may load another file in the middle of a parse.
 #include <array>
 #include <cstddef>
+#include <iterator>
 
 #include "reader/zonparser.h"
 #include "tree/zontarli.h"
@@ -41,6 +42,22 @@ int TokenNumber(int code) {
 
 constexpr int kNoToken = -1;
 
+// The list of exceptions: for each state of it -1 and the state, then pairs of a token and its rule, then
+// -2 and the rule for every other token. A rule below 0 accepts.
+int ExceptionalRule(int state, int token) {
+  bool ofState = false;
+  for (std::size_t at = 0; at + 1 < std::size(yyexca); at += 2) {
+    const int first = yyexca[at];
+    const int second = yyexca[at + 1];
+    if (first == -1) {
+      ofState = second == state;
+    } else if (ofState && (first == token || first == -2)) {
+      return second;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 int CzonParser::yyparse() {
@@ -75,12 +92,7 @@ int CzonParser::yyparse() {
     int rule = yydef[state];
     if (rule == -2) {
       if (token == kNoToken) token = TokenNumber(yylex());
-      const short* exception = yyexca;
-      while (exception[0] != -1 || exception[1] != state) exception += 2;
-      do {
-        exception += 2;
-      } while (exception[0] >= 0 && exception[0] != token);
-      rule = exception[1];
+      rule = ExceptionalRule(state, token);
       if (rule < 0) return 0;
     }
     if (rule == 0) {
