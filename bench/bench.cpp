@@ -186,10 +186,79 @@ void Numbers(benchmark::State& state) {
                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
+// The written form of a loaded tree, into a fresh file each time.
+void Write(benchmark::State& state) {
+  const TestFile file(static_cast<std::size_t>(state.range(0)));
+  const std::string target = file.path + ".out";
+  void* handle = zonLoadFile(file.path.c_str(), 1);
+  for (auto _ : state) {
+    unlink(target.c_str());
+    zonWrite(handle, target.c_str());
+  }
+  unlink(target.c_str());
+  zonClose(&handle);
+  Rates(state, file);
+}
+
+// Builds a tree of `range` keywords with a real and an integer each, and closes it.
+void Build(benchmark::State& state) {
+  for (auto _ : state) {
+    void* handle = zonCreate();
+    zonAddTarget(handle, "A");
+    for (std::int64_t n = 0; n < state.range(0); ++n) {
+      char name[32];
+      std::snprintf(name, sizeof name, "keyword%ld", static_cast<long>(n));
+      zonAddKeyword(handle, name);
+      zonAddDouble(handle, 0.25 * static_cast<double>(n));
+      zonAddInt(handle, static_cast<int>(n));
+    }
+    zonClose(&handle);
+  }
+  state.counters["per_value"] = benchmark::Counter(
+      static_cast<double>(state.iterations()) * 2 * static_cast<double>(state.range(0)),
+      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+// Every token of a file; its rate in bytes is that of the file.
+void Tokens(benchmark::State& state) {
+  const TestFile file(static_cast<std::size_t>(state.range(0)));
+  std::size_t tokens = 0;
+  for (auto _ : state) {
+    void* reader = nullptr;
+    if (zontLoadFile(file.path.c_str(), &reader) != 0) return state.SkipWithError("cannot open");
+    for (; zontNextToken(reader) > 0; ++tokens) {
+      benchmark::DoNotOptimize(zontGetTokenString(reader));
+    }
+    zontDispose(&reader);
+  }
+  state.counters["tokens"] =
+      benchmark::Counter(static_cast<double>(tokens), benchmark::Counter::kIsRate);
+  Rates(state, file);
+}
+
+// A section of `range` keywords against itself as the template.
+void Compare(benchmark::State& state) {
+  void* handle = zonCreate();
+  zonAddTarget(handle, "A");
+  for (std::int64_t n = 0; n < state.range(0); ++n) {
+    zonAddKeyword(handle, ("keyword" + std::to_string(n)).c_str());
+    zonAddInt(handle, 1);
+  }
+  void* section = zonTargetByNum(handle, 1);
+  for (auto _ : state) {
+    if (!zonEquivalent(section, section, nullptr)) return state.SkipWithError("differs");
+  }
+  zonClose(&handle);
+}
+
 BENCHMARK(LoadAndClose)->Arg(10000)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(CloseAlone)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(CloseAlone)->Arg(1000000)->Iterations(50)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Memory)->Arg(1000000)->Arg(10000000)->Iterations(3);
 BENCHMARK(LookUp)->Arg(1000000);
+BENCHMARK(Write)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Build)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Tokens)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Compare)->Arg(100000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Numbers)->Arg(5)->Arg(17)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

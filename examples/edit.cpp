@@ -1,0 +1,37 @@
+// Edits a parameter file: changes a value, adds a section, renames a keyword, and writes the result:
+//
+//     edit FILE RESULT
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+
+#include <zon.h>
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: " << argv[0] << " FILE RESULT\n";
+    return 2;
+  }
+  void* file = zonLoadFile(argv[1], 1);
+  void* quay = file != nullptr ? zonTargetByNameNum(file, "Quay", 1) : nullptr;
+  if (quay == nullptr) {
+    std::cerr << argv[1] << ": no section Quay\n";
+    if (file != nullptr) zonClose(&file);
+    return 1;
+  }
+
+  zoneModifyParameterDouble(zonKeywordByNameNum(quay, "Length", 1), 1, 415.0);
+  zoneRenameKeyword(zonKeywordByNameNum(quay, "Name", 1), "Title");
+
+  void* crane = zoneInsertNewSection(quay, "Crane", 1);  // in front of the berth
+  void* lift = zoneInsertNewKeyword(crane, "Lift", 0);
+  zoneInsertParameterDouble(lift, 0, 12.5);
+  zoneInsertParameterInt(lift, 0, 5);
+
+  const bool good = zonGetErrorGlb() == 0;
+  std::remove(argv[2]);  // the library writes behind what a file holds
+  zonWrite(file, argv[2]);
+  zonClose(&file);
+  std::cout << std::ifstream(argv[2]).rdbuf();
+  return good ? 0 : 1;
+}
