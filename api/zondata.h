@@ -14,7 +14,7 @@
 class CzonTargetList;
 
 /** A file handle. A call that is refused leaves tree and cursor as they are and tells through
- * Error. */
+ *  Error. */
 class ZON_API CzonData : public CzonBase {
  public:
   CzonData() = default;
@@ -33,11 +33,11 @@ class ZON_API CzonData : public CzonBase {
   void AddKeyword(const std::string& name);
 
   /** Adds a value to the current keyword and owns it. Refused without one ("Missing current
-   * keyword"); the value is then deleted. */
+   *  keyword"); the value is then deleted. */
   void AddParam(CzonParam* param);
 
   /** Closes the current section; the one around it, if it is no top-level section, is current
-   * again. Refused without one ("Missing current section"). */
+   *  again. Refused without one ("Missing current section"). */
   void EndSection();
 
   /** To be called before a node is removed: the cursor leaves it and whatever is in it. */

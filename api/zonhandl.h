@@ -9,7 +9,7 @@
 #include "reader/zonparser.h"
 
 /** The handle of a loaded file. The parser owns the tree, the counters and the first error for as
- * long as the handle lives. */
+ *  long as the handle lives. */
 class ZON_API CzonLoad : public CzonData {
  public:
   explicit CzonLoad(std::unique_ptr<CzonParser> parser);  ///< null: nothing was read
@@ -31,8 +31,8 @@ class ZON_API CzonCreate : public CzonData {
   void AddSectionDef(const std::string& name, int multi, int mandat);
 
   /** Adds a keyword with these flags to the current section, and a definition for each code: B, D,
-   * F, I, N (file name) or S, in either case. Any other is told through Error and passed over.
-   * `flag` says that the last value may repeat. */
+   *  F, I, N (file name) or S, in either case. Any other is told through Error and passed over.
+   *  `flag` says that the last value may repeat. */
   void AddKeywordDef(const std::string& name, const std::string& codes, int multi, int mandat,
                      int flag);
 };

@@ -28,7 +28,8 @@ constexpr std::size_t kHugePage = std::size_t{1} << 21;
 constexpr std::size_t kLargestChunk = 2 * kHugePage;
 constexpr std::size_t kAllocatorHead = 16;  // so that a chunk fills whole pages
 
-// The first touch of a page costs more than whatever is put into it, so large chunks ask for large pages.
+// The first touch of a page costs more than whatever is put into it, so large chunks ask for large
+// pages.
 void* AllocateChunk(std::size_t size) {
   if (size < kHugePage) return std::malloc(size);
   void* chunk = nullptr;

@@ -11,8 +11,7 @@
  *  itself allows (a leading ".." stays, also under the root), a '/' at the end stays.
  *
  *  Deliberately odd: only dots that open a component or follow a dot are counted, so "x.." counts
- * as
- *  "." and disappears, and "x..." counts as ".." and takes the component before it along. */
+ *  as "." and disappears, and "x..." counts as ".." and takes the component before it along. */
 ZON_API void _normalizePath(std::string& path);
 
 namespace zon {
@@ -22,8 +21,7 @@ inline bool IsAbsolutePath(std::string_view path) {
 }
 
 // The text taken relative to the base unless it is absolute or there is no base; normalised. The
-// bases
-// "$PWD" and "$CDD" stand for the working directory of this moment.
+// bases "$PWD" and "$CDD" stand for the working directory of this moment.
 std::string AbsolutePath(std::string_view text, std::string_view base);
 
 // The name of a parameter file, taken relative to the working directory.

@@ -8,7 +8,7 @@
 #include "base/zonexport.h"
 
 /** A source of characters. A host may supply its own: Get, Peek and Put are all that a source has
- * to know; the counting is done here. */
+ *  to know; the counting is done here. */
 class ZON_API CyyInput {
  public:
   CyyInput() = default;
@@ -62,7 +62,7 @@ class ZON_API CyyInput {
 };
 
 /** A file as a source. It is read in large blocks, from pipes and devices as well, and closed at
- * its end. A directory does not open. */
+ *  its end. A directory does not open. */
 class ZON_API CyyStream : public CyyInput {
  public:
   explicit CyyStream(const char* name);

@@ -26,7 +26,7 @@ class ZON_API CyyParser {
 
   /** Skips a block comment, nested ones in it included. `delimiters` are the two characters of its
    *  opener, of which the closer is the reverse. Gives 1 when a whole comment was consumed, each
-   * one in it counted; 0 when there is none (nothing consumed) or the input ends in it. */
+   *  one in it counted; 0 when there is none (nothing consumed) or the input ends in it. */
   virtual int SkipComment(const char* delimiters);
 
   /** Skips the rest of the line, up to its newline, and counts a comment. */

@@ -42,8 +42,8 @@ int TokenNumber(int code) {
 
 constexpr int kNoToken = -1;
 
-// The list of exceptions: for each state of it -1 and the state, then pairs of a token and its rule, then
-// -2 and the rule for every other token. A rule below 0 accepts.
+// The list of exceptions: for each state of it -1 and the state, then pairs of a token and its
+// rule, then -2 and the rule for every other token. A rule below 0 accepts.
 int ExceptionalRule(int state, int token) {
   bool ofState = false;
   for (std::size_t at = 0; at + 1 < std::size(yyexca); at += 2) {

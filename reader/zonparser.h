@@ -38,7 +38,7 @@ class ZON_API CzonParser : public CyyParser {
   ~CzonParser() override;
 
   /** Parses the source. Gives 0, or 1 after a failure, which leaves no tree. Called once. With
-   * `keep` 0 the token texts are not kept. */
+   *  `keep` 0 the token texts are not kept. */
   int Parse(int keep) override;
   int yylex() override;
   int yyparse() override;
@@ -51,7 +51,8 @@ class ZON_API CzonParser : public CyyParser {
   void GarbageCollect();
 
   /** Data or template: names may repeat, or repetition is declared. Tells of whichever comes second
-   * in a file. CheckUnique looks at a node just filed, CheckMulti stands for an instance marker. */
+   *  in a file. CheckUnique looks at a node just filed, CheckMulti stands for an instance
+   *  marker. */
   void CheckUnique(CzonNamedNode* node);
   void CheckMulti();
 

@@ -65,8 +65,8 @@ void CzonInput::putback(char c) {
   lineOrigin_ = Characters() - previousPosition_;
 }
 
-/** Reads on; to be called when nothing is unread. False at the end and after a failure, for good.
- */
+/** Reads on; to be called when nothing is unread. False at the end and after a failure, for
+ *  good. */
 bool CzonInput::Fill() {
   if (file_ < 0) return false;
   unsigned char* const block = begin_ + kFront;

@@ -1,7 +1,6 @@
 // A value that packs a list of typed items into one quoted text:
 //
-//     '<CLOB:Boolean:true,Integer:-5,Float:0.5,Double:2.5,String:"say
-//     ""hi""",Filename:"out\a.dat">'
+//   '<CLOB:Boolean:true,Integer:-5,Float:0.5,Double:2.5,String:"say ""hi""",Filename:"out\a.dat">'
 //
 // The content, what stands between the first colon and the last character, is kept as it was read
 // and is written back unchanged. It is taken apart as a whole when an item is first asked for: one
@@ -27,7 +26,7 @@ class ZON_API CzonClob : public CzonParam {
   ~CzonClob() override;
 
   /** A new CLOB if the text of a quoted value is one: it begins with "<CLOB:", in any letter case,
-   * and ends with ">". Null otherwise. The caller owns it. */
+   *  and ends with ">". Null otherwise. The caller owns it. */
   static CzonClob* Parse(const std::string& text);
 
   CzonNode* CreateObj() override;
@@ -39,8 +38,8 @@ class ZON_API CzonClob : public CzonParam {
 
   /** Read the item at the cursor and step to the next. An Integer may be read as Float or Double, a
    *  Float as Double. On failure (another kind, no more items, bad content) the cursor stays, code
-   * 1003 is stored, GetErrorText tells, and the value in brackets comes back. Texts live until the
-   * CLOB changes. */
+   *  1003 is stored, GetErrorText tells, and the value in brackets comes back. Texts live until the
+   *  CLOB changes. */
   int GetBool() const override;                   ///< (0)
   int GetInt() const override;                    ///< (-1)
   float GetFloat() const override;                ///< (-1.0)

@@ -42,7 +42,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void Copy(const CzonNode* source) override;
 
   /** Appends a node to the children and owns it from now on; null is ignored. Sections, keywords
-   * and values are added by AddSection, AddKeyword and AddParam, which file them as well. */
+   *  and values are added by AddSection, AddKeyword and AddParam, which file them as well. */
   void AddNode(CzonNode* node);
 
   /** Sets or clears the multi and the mandatory flag; other flags stay. */

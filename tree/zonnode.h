@@ -53,7 +53,7 @@ enum CzonSyntaxClass : int {
  *  Numbers of children and instances count from 1; 0 or a number past the end gives null. A query
  *  that the kind of node does not support passes "Function invalid in this context" to MessageHook
  *  and gives 0, null or the empty text; where "silently" is said, no message is passed. Texts given
- * by reference live as long as the node, or until the next change of what they tell. */
+ *  by reference live as long as the node, or until the next change of what they tell. */
 class ZON_API CzonNode : public CzonBase {
  public:
   CzonNode() = default;
@@ -117,8 +117,8 @@ class ZON_API CzonNode : public CzonBase {
   virtual std::ostream& Write(std::ostream& out) const;
 
   /** Calls the visitor on the node and everything below it, parents before children, in the order
-   * of the file; the root of a file is left out. The visitor may add nodes behind the current one.
-   */
+   *  of the file; the root of a file is left out. The visitor may add nodes behind the current
+   *  one. */
   virtual void Explore(void (*visit)(CzonNode*));
 
   virtual int GetSyntaxClass() const;

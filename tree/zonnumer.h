@@ -35,7 +35,7 @@ class ZON_API CzonNumeric : public CzonParam {
   }
 
   /** Reads one number from the start of a text, white space in front and anything behind passed
-   * over; 0.0 when there is none. */
+   *  over; 0.0 when there is none. */
   static double string_to_double(const std::string& s);
 
  protected:

@@ -20,7 +20,7 @@ class ZON_API CzonReal : public CzonNumeric {
   void Copy(const CzonNode* source) override;
 
   /** Sets the integer view if the value is whole and within 64 bits; the view keeps the low 32
-   * bits. Gives the whole number, else 0 and clears the view. */
+   *  bits. Gives the whole number, else 0 and clears the view. */
   long long FloatToInt();
 
   // For the library's own use: all views and the text.

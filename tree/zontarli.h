@@ -86,7 +86,7 @@ class ZON_API CzonSection : public CzonTargetList {
   void AddKeyword(CzonKeyword* keyword);
 
   /** Appends a default definition to the children alone: it has no number, no instance number and
-   * is found by no name. Null is ignored. */
+   *  is found by no name. Null is ignored. */
   void AddDefaultDef(CzonDefaultDef* definition);
 
   // For the library's own use.
