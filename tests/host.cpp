@@ -5,17 +5,21 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <sstream>
 #include <utility>
 
 namespace host {
 
 void (*onMessage)(const char* text) = nullptr;
+void (*onReport)() = nullptr;
 
 namespace {
 
 std::vector<std::string> messages;
 std::vector<std::string> reports;
+
+long untilRefused = 0;
 
 struct Word {
   std::string text;
@@ -71,6 +75,10 @@ std::vector<std::string> Reports() {
   return std::exchange(reports, {});
 }
 
+void FailAllocation(long n) {
+  untilRefused = n;
+}
+
 std::string FolderPath() {
   static const Folder folder;
   return folder.path;
@@ -119,6 +127,25 @@ std::string Show(const CzonNode* node) {
   return text + (node->IsKeyword() ? ")" : "}");
 }
 
+std::string Facts(void* node) {
+  const std::pair<char, int (*)(void*)> kinds[] = {
+      {'R', zonIsTarget},     {'S', zonIsSection},       {'K', zonIsKeyword},
+      {'P', zonIsParam},      {'N', zonIsNumeric},       {'I', zonIsInt},
+      {'F', zonIsFloat},      {'D', zonIsDouble},        {'B', zonIsBool},
+      {'T', zonIsString},     {'L', zonIsFilename},      {'U', zonIsUndefinedPar},
+      {'f', zonIsDefaultPar}, {'i', zonNumericIsIntType}};
+  std::ostringstream text;
+  text << zonGetSyntaxClass(node) << ' ';
+  for (const auto& [letter, test] : kinds) {
+    if (test(node) != 0) text << letter;
+  }
+  const std::size_t before = messages.size();
+  text << ' ' << zonGetInt(node) << ' ' << zonGetDouble(node) << ' ' << zonGetFloat(node) << ' '
+       << zonGetBool(node) << " '" << zonGetString(node) << "' " << messages.size() - before;
+  messages.resize(before);
+  return text.str();
+}
+
 std::string SyntaxError(void* handle) {
   unsigned line = 0;
   unsigned position = 0;
@@ -128,6 +155,18 @@ std::string SyntaxError(void* handle) {
 }
 
 }  // namespace host
+
+void* operator new(std::size_t size) {
+  const bool refused = host::untilRefused > 0 && --host::untilRefused == 0;
+  if (void* piece = refused ? nullptr : std::malloc(size)) return piece;
+  throw std::bad_alloc();
+}
+void operator delete(void* piece) noexcept {
+  std::free(piece);
+}
+void operator delete(void* piece, std::size_t) noexcept {
+  std::free(piece);
+}
 
 extern "C" {
 
@@ -150,6 +189,7 @@ void ReportHook(const char* pattern, int severity, void* arguments) {
   host::reports.push_back(text);
   for (const host::Word* used : host::words) delete used;
   host::words.clear();
+  if (host::onReport != nullptr) host::onReport();
 }
 
 void* ReportArgString(const char* text, void* rest) {

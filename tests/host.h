@@ -4,6 +4,7 @@
 #define ZON_TESTS_HOST_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <zon.h>
@@ -16,8 +17,12 @@ namespace host {
 std::vector<std::string> Messages();
 std::vector<std::string> Reports();
 
-// Called by MessageHook while it is set.
+// Called by MessageHook and by ReportHook while they are set.
 extern void (*onMessage)(const char* text);
+extern void (*onReport)();
+
+// Refuses the n-th piece of memory that is asked for from now on, and no other; 0 refuses none.
+void FailAllocation(long n);
 
 // A file in a fresh folder of the test, removed at the end of the process.
 std::string FolderPath();
@@ -38,19 +43,42 @@ class File {
   void* handle_;
 };
 
+// A text as a source of characters that is no file.
+class Memory : public CyyInput {
+ public:
+  explicit Memory(std::string text) : text_(std::move(text)) {}
+  int Get() override { return Peek() < 0 ? -1 : static_cast<unsigned char>(text_[next_++]); }
+  int Peek() override {
+    return next_ < text_.size() ? static_cast<unsigned char>(text_[next_]) : -1;
+  }
+  void Put(int c) override { text_[--next_] = static_cast<char>(c); }
+
+ private:
+  std::string text_;
+  std::size_t next_ = 0;
+};
+
 // Loads a text from a file of its own.
 void* Load(const std::string& content);
 
 // The tree as one line:
-//   sections          Name{...}      name<2> for an instance number above 1, name() for the multi
-//   flag keywords          name(values) definitions       default name(values) values int 5,
-//   real 2.5, bool true, string x, file x, date x, subst x, clob x, undef,
-//                     unknown, default
-//   remarks           in braces behind the node: A{remark}{...}
+//   sections     Name{...}
+//   keywords     name(values)
+//   definitions  default name(values)
+//   values       int 5, real 2.5, bool true, string x, file x, date x, subst x, clob x, undef,
+//                unknown, default
+//   names        name<2> for an instance number above 1, name() for the multi flag
+//   remarks      in braces behind the node: A{remark}{...}
 std::string Show(const CzonNode* node);
 inline std::string ShowTree(void* handle) {
   return Show(dynamic_cast<CzonNode*>(static_cast<CzonBase*>(zonGetRoot(handle))));
 }
+
+// What the flat interface says of a node: its kind as a number, a letter for each kind test that
+// says yes (taRget, Section, Keyword, Param, Numeric, Int, Float, Double, Bool, sTring, fiLe name,
+// Undefined, f for a default, i for an integer class), the integer, double, float, boolean, string
+// value, and how many of these five questions did not suit the node: "6 PNIFDi 1 1 1 0 '' 2".
+std::string Facts(void* node);
 
 // "line:position message" of a handle's first error; empty if there was none.
 std::string SyntaxError(void* handle);

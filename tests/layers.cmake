@@ -1,3 +1,5 @@
+cmake_policy(VERSION 3.16)
+
 # The stair of the folders: which folder includes which. Run by CTest with -DROOT=<project>.
 set(allowed_base "")
 set(allowed_tree base)

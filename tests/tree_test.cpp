@@ -1,15 +1,290 @@
-// Nodes and their lists.
+// Nodes: their kinds, lists and names, the order of visits, copies, the end of a tree, depth, size.
 #include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <deque>
+#include <memory>
+#include <random>
+#include <typeinfo>
 
 #include "host.h"
 
-TEST(Tree, InstancesCountNamesakesOfAnyCase) {
-  CzonTargetList root;
-  auto* first = new CzonSection("Grid", 0, 0);
-  root.AddSection(first);
-  root.AddSection(new CzonSection("Other", 0, 0));
-  root.AddSection(new CzonSection("GRID", 0, 0));
-  EXPECT_EQ(host::Show(&root), "{Grid{} Other{} GRID<2>{}}");
-  EXPECT_EQ(root.SectionByNameNum("grid", 2)->GetName(), "GRID");
-  EXPECT_EQ(first->GetNoInstances(), 2U);
+namespace {
+
+using host::File, host::Load, host::Show;
+
+CzonTargetList& RootOf(void* file) {
+  return dynamic_cast<CzonTargetList&>(*static_cast<CzonBase*>(zonGetRoot(file)));
 }
+
+// Of each node the class, a letter for each kind that it is, a mark if it makes nodes of another.
+template <class... Nodes>
+std::string Kinds(Nodes*... nodes) {
+  std::string kinds;
+  for (CzonNode* made : {static_cast<CzonNode*>(nodes)...}) {
+    const std::unique_ptr<CzonNode> node(made), created(made->CreateObj());
+    const CzonNode &seen = *node, &fresh = *created;
+    const std::pair<char, int> answers[] = {
+        {'s', seen.IsSection()},    {'k', seen.IsKeyword()},     {'p', seen.IsParam()},
+        {'D', seen.IsDefaultDef()}, {'n', seen.IsNumeric()},     {'f', seen.IsFloat()},
+        {'d', seen.IsDouble()},     {'i', seen.IsInt()},         {'t', seen.IsString()},
+        {'P', seen.IsDefaultPar()}, {'b', seen.IsBool()},        {'F', seen.IsFilename()},
+        {'c', seen.IsClob()},       {'u', seen.IsUndefinedPar()}};
+    kinds += " " + std::to_string(seen.GetSyntaxClass());
+    for (const auto& [letter, answer] : answers) kinds.append(answer != 0 ? 1 : 0, letter);
+    if (typeid(fresh) != typeid(seen)) kinds += '!';
+  }
+  return kinds;
+}
+
+TEST(Nodes, AnswerAsTheirClass) {
+  int number = 3;
+  float single = 1.5F;
+  double real = 2.5;
+  EXPECT_EQ(Kinds(new CzonNamedNode, new CzonTargetList, new CzonSection("S", 1, 1),
+                  new CzonKeyword("k", 1, 1), new CzonDefaultDef("d", 1, 1), new CzonParam("x"),
+                  new CzonClob("Integer:1"), new CzonInt("7"), new CzonIntDef,
+                  new CzonIntRef(&number), new CzonIntRef(nullptr), new CzonReal("2"),
+                  new CzonFloat("2"), new CzonFloatDef("1e39"), new CzonDouble("1e39"),
+                  new CzonDoubleDef("1e39"), new CzonDoubleRef(&real), new CzonFloatRef(&single),
+                  new CzonFloatRef(nullptr), new CzonDoubleRef(nullptr), new CzonBool("true"),
+                  new CzonBoolRef(&number), new CzonString("x"), new CzonStringRef,
+                  new CzonFilename("x"), new CzonDateTime("x"), new CzonDefaultPar,
+                  new CzonSubstit("x"), new CzonUnknown("x"), new CzonUndefinedPar("x")),
+            " 0 1s 2s 3k 4kD 5p 5pc 6pnfd 6pni 6pni 6pn 7pnfd 7pnfd 7pnfd 7pnd 7pnd 7pnd 7pnf 7pn "
+            "7pn 8pb 8pb 9pt 9pt! 10pF 10p 11pP 12p 14p 15pu");
+}
+
+TEST(Nodes, TellWhatTheyCannotAnswer) {
+  const CzonParam node;
+  host::Messages();
+  EXPECT_EQ(node.GetInt() + node.GetBool() + node.GetDouble() + node.GetFloat(), 0);
+  EXPECT_TRUE(!node.GetFilename() && !node.SectionByNum(1) && !node.KeywordByName("a"));
+  EXPECT_EQ(host::Messages(), std::vector<std::string>(7, "Function invalid in this context"));
+}
+
+TEST(NameList, DoesAsAPlainListDoes) {
+  std::mt19937 random(1);
+  const auto below = [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
+  for (const unsigned variety : {1U, 6U, 11U, 40U, 700U}) {
+    std::vector<std::string> names = {"",     " ",    "Ab",   "aB",
+                                      "\xC4", "\xC4", "\xE4", "\xE4"};  // in pairs
+    while (names.size() < variety) names.push_back("Name" + std::to_string(names.size() / 2));
+    std::deque<CzonKeyword> nodes;
+    std::vector<std::pair<CzonKeyword*, unsigned>> order;  // with the index of the name
+    CzonNameList<CzonKeyword> list;
+    for (unsigned step = 0; step < 4000; ++step) {
+      const bool grow = order.empty() || below(10) < (step / 1000 % 2 == 0 ? 8U : 2U);
+      const unsigned place = below(order.size() + (grow ? 1 : 0)), name = below(variety);
+      if (grow) {
+        CzonKeyword* node = &nodes.emplace_back(names[name], 0, 0);
+        place == order.size() ? list.Append(node) : list.Insert(node, place + 1);
+        order.insert(order.begin() + place, {node, name});
+      } else {
+        EXPECT_EQ(list.Remove(order[place].first), 0);
+        order.erase(order.begin() + place);
+      }
+      if (step % 40 != 0) continue;
+      ASSERT_EQ(list.Count(), order.size());
+      for (unsigned n = 0; n < order.size(); ++n) ASSERT_EQ(list.ByNum(n + 1), order[n].first);
+      for (unsigned at = 0; at < variety; ++at) {
+        unsigned n = 0;
+        for (const auto& [node, filed] : order) {
+          if (filed / 2 != at / 2) continue;
+          ASSERT_EQ(list.ByNameNum(names[at], ++n), node);
+          ASSERT_EQ(node->GetInstanceNo(), static_cast<int>(n));
+        }
+        ASSERT_EQ(list.ByNameNum(names[at], n + 1), nullptr);
+        ASSERT_EQ(list.CountOf(CzonKeyword(names[at], 0, 0)), n);
+      }
+    }
+  }
+}
+
+TEST(NameList, FilesAtAnyPlace) {
+  // The place, a namesake that has lost its number (0 for none), the number then.
+  const unsigned rows[][3] = {{0, 0, 1}, {3, 0, 2}, {4000, 0, 4}, {5, 3, 4}, {4, 2, 3}};
+  for (const auto& [place, copiedOver, number] : rows) {
+    CzonKeyword a("k", 0, 0), other("other", 0, 0), b("K", 0, 0), c("k", 0, 0), fresh("K", 0, 0);
+    CzonNameList<CzonKeyword> list;
+    for (CzonKeyword* node : {&a, &other, &b, &c}) list.Append(node);
+    if (copiedOver != 0) list.ByNameNum("k", copiedOver)->Copy(&fresh);
+    EXPECT_EQ(list.InsertIntoHashtable(&fresh, place), 0);
+    EXPECT_EQ(list.ByNameNum("k", number), &fresh) << place;
+  }
+  CzonKeyword absent("k", 0, 0), held("K", 0, 0);
+  CzonNameList<CzonKeyword> list;
+  EXPECT_EQ(list.EraseFromHashtable(nullptr), 1006);
+  EXPECT_EQ(list.EraseFromHashtable(&absent), 1006);
+  EXPECT_EQ(list.AddToIndex(nullptr) + 2 * list.AddToIndex(&held), 2);
+  EXPECT_EQ(list.EraseFromHashtable(&absent), 1006);
+  EXPECT_EQ(list.ByNameNum("k", 1), &held);
+}
+
+TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
+  CzonTargetList root;
+  root.SetZonFilename("a.zon");
+  auto* early = new CzonSection("Early", 1, 0);
+  early->AddKeyword(new CzonKeyword("k", 0, 0));
+  early->SetZonFilename("own.zon");
+  EXPECT_EQ(early->NodeByNum(1)->GetZonFilename() + early->GetNameGlb(), "own.zon");  // yet alone
+  root.AddSection(early);
+  EXPECT_EQ(early->NodeByNum(1)->GetZonFilename() + early->NodeByNum(1)->GetNameGlb(), "a.zon.k");
+  CzonSection other("Now", 0, 0);
+  other.AddKeyword(new CzonKeyword("k", 0, 0));
+  early->Copy(&other);
+  EXPECT_EQ(early->NodeByNum(1)->GetNameGlb() + " " + early->GetNameGlb(), "Now.k Now");
+  early->SetOpenList();
+  early->SetMultiMandat(0, 7);
+  EXPECT_EQ(early->GetFlags(), 6U);
+}
+
+std::string visited;
+void Note(CzonNode* node) {
+  visited += node->IsParam() ? static_cast<CzonParam*>(node)->GetText() : node->GetName();
+}
+
+TEST(Explore, VisitsParentsFirstInTheOrderOfTheFile) {
+  File file(Load("[A] k = 1, 2 [B] default (d) = 3 EndSect l = 4 EndSect [C] EndSect"));
+  CzonNode* keyword = RootOf(file).SectionByNum(1)->KeywordByNum(1);
+  for (CzonNode* start : {keyword->NodeByNum(2), keyword, keyword->GetOwner()->NodeByNum(2)}) {
+    start->Explore(Note);
+    visited += ' ';
+  }
+  // A visitor that adds nodes behind the one at hand and below it.
+  RootOf(file).Explore([](CzonNode* node) {
+    Note(node);
+    if (node->GetName() != "k" && node->GetName() != "C") return;
+    auto* section = static_cast<CzonSection*>(node->IsKeyword() ? node->GetOwner() : node);
+    for (const char* name : {"x", "y", "z"}) section->AddKeyword(new CzonKeyword(name, 0, 0));
+  });
+  EXPECT_EQ(visited, "2 k12 Bd3 Ak12Bd3l4xyzCxyz");
+}
+
+void ExpectFiled(CzonNode* node) {
+  const auto n = static_cast<unsigned>(node->GetInstanceNo());
+  if (n == 0) return;
+  CzonNode *owner = node->GetOwner(), *found = owner->NodeByNum(n);
+  if (node->IsSection()) found = owner->SectionByNameNum(node->GetName().c_str(), n);
+  if (node->IsKeyword()) found = owner->KeywordByNameNum(node->GetName().c_str(), n);
+  EXPECT_EQ(found, node);
+}
+
+TEST(Copy, IsDeepAndFiledAndStandsAlone) {
+  void* source = Load(
+      "[T] {of T} i = 5 {of 5}, -2.5, 'it', |a|, true, #d#, %1, '<CLOB:>',, [U] "
+      "default (d) = 1,,3 k = 1 EndSect [u] EndSect [U] K = 1 EndSect EndSect");
+  File target(Load("[Gone] [Under] k = 1 EndSect l = 1, 2 EndSect"));
+  CzonTargetList root, &from = RootOf(source), &loaded = RootOf(target);
+  CzonSection& section = *from.SectionByNum(1);
+  section.SetMultiMandat(1, 1);
+  from.SetResultRoot("results");
+  const std::pair<CzonTargetList*, CzonTargetList*> rows[] = {
+      {&root, &from},
+      {loaded.SectionByNum(1)->SectionByNum(1), section.SectionByNum(1)},
+      {loaded.SectionByNum(1), &section},
+      {&loaded, &root}};
+  for (const auto& [to, of] : rows) {
+    if (to == &loaded) zonClose(&source);
+    to->Copy(of);
+    to->Copy(to);
+    EXPECT_EQ(Show(to), Show(of));
+    to->AddSection(new CzonSection("u", 0, 0));
+    to->Explore(ExpectFiled);
+  }
+  EXPECT_EQ(loaded.GetResultRoot(), "results");
+}
+
+int living = 0;
+template <class T>
+struct Counted : T {
+  Counted() { ++living; }
+  ~Counted() override { --living; }
+};
+
+// Puts nodes of the host below a section that has a keyword.
+int Fill(CzonSection& section) {
+  auto* below = new Counted<CzonSection>;
+  below->AddKeyword(new Counted<CzonKeyword>);
+  section.AddSection(below);
+  section.KeywordByNum(1)->AddParam(new Counted<CzonString>);
+  return living;
+}
+
+TEST(Destruction, TakesEveryNodeAlong) {
+  {
+    File file(Load("[A] k = 'a' {r} [B] EndSect EndSect [C] k = 'a' [B] EndSect EndSect"));
+    CzonSection alone, &filled = *RootOf(file).SectionByNum(1),
+                       &plain = *RootOf(file).SectionByNum(2);
+    EXPECT_EQ(Fill(filled), 3);
+    filled.Copy(&plain);
+    EXPECT_EQ(living, 0);
+    alone.Copy(&plain);
+    EXPECT_EQ(Fill(alone), 3);
+    EXPECT_EQ(Fill(filled), 6);
+    plain.SectionByNum(1)->AddDefaultDef(new Counted<CzonDefaultDef>);  // the only one, far below
+  }
+  EXPECT_EQ(living, 0);
+}
+
+TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
+  const CzonParam value;
+  CzonKeyword keyword, target;
+  keyword.AddParam(new CzonStringRef);
+  EXPECT_DEATH(target.Copy(&value), "^zonnamno: .*Copy.*`Src'");
+  EXPECT_DEATH(target.Copy(&keyword), "^zonnamno: .*Copy.*`typeid");
+  EXPECT_DEATH(CzonTargetList().FindDefault(nullptr, "k", 1), "^zonnamno: .*FindDefault.*`Ok'");
+}
+
+// A chain of sections below the node; gives the last.
+CzonSection* Deepen(CzonTargetList* deepest, unsigned depth) {
+  for (CzonSection* below; depth > 0; --depth, deepest = below)
+    deepest->AddSection(below = new CzonSection("s", 0, 0));
+  return static_cast<CzonSection*>(deepest);
+}
+
+// A definition in the section that a keyword so far below it finds.
+void ExpectDefault(CzonSection* section, const std::string& name, unsigned depth) {
+  auto* definition = new CzonDefaultDef(name, 0, 0);
+  auto* keyword = new CzonKeyword(name, 0, 0);
+  definition->AddParam(new CzonParam(name));
+  keyword->AddParam(new CzonDefaultPar);
+  section->AddDefaultDef(definition);
+  Deepen(section, depth)->AddKeyword(keyword);
+  ASSERT_EQ(keyword->ParamByNum(1)->GetText(), name);
+}
+
+// On a stack of 256 KiB, where a recursion along the tree would show.
+TEST(Size, DepthCostsNoStack) {
+  const auto goDeep = [](void*) -> void* {
+    static unsigned counted;
+    CzonTargetList copy, named;
+    auto root = std::make_unique<CzonTargetList>();
+    EXPECT_EQ(Deepen(&named, 10000)->GetNameGlb().size(), 19999U);
+    ExpectDefault(Deepen(root.get(), 1), "k", 999999);
+    copy.Copy(root.get());
+    root.reset();
+    copy.Explore([](CzonNode*) { ++counted; });
+    EXPECT_EQ(counted, 1000004U);
+    return nullptr;
+  };
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, goDeep, nullptr), 0);
+  pthread_join(thread, nullptr);
+}
+
+// Walking along the siblings for each of them would take minutes here.
+TEST(Size, NamesakesAndDefaultsAreCheap) {
+  CzonTargetList root;
+  CzonSection* section = Deepen(&root, 1);
+  for (unsigned n = 1; n <= 200000; ++n) {
+    root.AddSection(new CzonSection("Same", 0, 0));
+    ASSERT_EQ(root.SectionByNameNum("same", n), root.NodeByNum(n + 1));
+    ExpectDefault(section, "k" + std::to_string(n), 0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,172 @@
+// Building a file through the interface.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <sstream>
+
+#include "host.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+CzonData& DataOf(void* handle) {
+  return *dynamic_cast<CzonData*>(static_cast<CzonBase*>(handle));
+}
+
+// The calls of the builder. A script is words of a letter and an argument, such as "T:A K:k i:1 E";
+// without a colon the argument is null.
+using Call = std::pair<char, int (*)(void* h, const char* a, bool status)>;
+#define CALL(letter, name, arguments)                                     \
+  Call(letter, [](void* h, [[maybe_unused]] const char* a, bool status) { \
+    return status ? zon##name##S arguments : (zon##name arguments, 0);    \
+  })
+const auto kCalls =
+    [](auto... calls) { return std::vector<Call>{calls...}; }(
+        CALL('T', AddTarget, (h, a)), CALL('S', AddSection, (h, a)), CALL('K', AddKeyword, (h, a)),
+        CALL('E', EndSection, (h)), CALL('s', AddString, (h, a)), CALL('n', AddFilename, (h, a)),
+        CALL('i', AddInt, (h, std::stoi(a))), CALL('f', AddFloat, (h, std::stof(a))),
+        CALL('d', AddDouble, (h, std::stod(a))), CALL('b', AddBool, (h, std::stoi(a))),
+        CALL('1', AddIntRef, (h, nullptr)), CALL('2', AddFloatRef, (h, nullptr)),
+        CALL('3', AddDoubleRef, (h, nullptr)), CALL('4', AddBoolRef, (h, nullptr)),
+        CALL('5', AddStringRef, (h, nullptr)), CALL('u', AddUndefinedPar, (h)),
+        CALL('D', AddSectionDef, (h, a, 1, 0)), CALL('C', AddKeywordDef, (h, a, a, 1, 0, 0)),
+        CALL('I', AddIntDef, (h)), CALL('F', AddFloatDef, (h)), CALL('R', AddDoubleDef, (h)),
+        CALL('X', AddStringDef, (h)), CALL('N', AddFilenameDef, (h)), CALL('B', AddBoolDef, (h)));
+
+// Runs a script; gives a '.' for each 0 and a '!' for each 2000 of the forms with a status.
+std::string Script(void* handle, const std::string& script, bool status = false) {
+  std::istringstream words(script);
+  std::string codes;
+  for (std::string word; words >> word;) {
+    const char* a = word.size() > 1 ? word.c_str() + 2 : nullptr;
+    for (const auto& [letter, call] : kCalls)
+      if (letter == word[0]) codes += call(handle, a, status) == 0 ? '.' : '!';
+  }
+  return codes;
+}
+
+void ExpectScript(const std::string& script, const std::string& codes, const char* tree,
+                  const Texts& refusals) {
+  for (bool status : {false, true}) {
+    host::File file(zonCreate());
+    EXPECT_EQ(Script(file, script, status), status ? codes : std::string(codes.size(), '.'));
+    EXPECT_EQ(host::ShowTree(file), tree) << script;
+    EXPECT_EQ(host::Messages(), status ? Texts{} : refusals) << script;
+    EXPECT_EQ(zonGetErrorFromZonData(file), refusals.empty() ? "" : refusals.back());
+    EXPECT_EQ(zonGetErrorGlb(), 0) << script;
+  }
+}
+
+TEST(Build, Scripts) {
+  const std::string code = "Invalid parameter definition code: '";
+  ExpectScript("T:A K:k i:1 S:B K:m E E T:C", "........", "{A{k(int 1) B{m()}} C{}}", {});
+  ExpectScript("T:A E T:a K K T E T", ".....!..", "{A{} a<2>{() <2>()} {}}",
+               {"Previous section was not completed"});
+  ExpectScript("E S:B D:B C:i K:k", "!!!!!", "{}", Texts(5, "Missing current section"));
+  ExpectScript("T:A s:x K:k s:x S:B s:y E I 1 2 3 4 5", ".!...!.!!!!!!", "{A{k(string x) B{}}}",
+               Texts(8, "Missing current keyword"));
+  ExpectScript("T:A D:B C:bDfInxs i:7", "..!.",
+               "{A{B(){bDfInxs()(bool false, real 0.0, real 0, int 0, file , string , int 7)}}}",
+               {code + "x'"});
+  ExpectScript("T:A C:%\xFF'", ".!", "{A{%\xFF'()()}}", {code + "%'", code + "\xFF'", code + "''"});
+  host::File file(zonCreate());
+  Script(file, "E");
+  EXPECT_EQ(Script(file, "T:A S:B", true), "!.") << "the code of the refusal before";
+  Script(file, "T:C");
+  EXPECT_EQ(host::Messages(), Texts{"Missing current section"}) << "silenced for good";
+  for (int pending : {2000, 0}) EXPECT_EQ(DataOf(file).GetErrorCode(), pending);
+}
+
+TEST(Build, BadHandles) {
+  void* handle = host::Load("[A] EndSect");
+  const host::File loaded(handle);
+  for (const auto& [letter, call] : kCalls) {
+    const bool definition = std::strchr("DCIFRXNB", letter) != nullptr;
+    const std::string heard =
+        definition ? "Invalid zonHandle (CzonCreate)" : "Invalid zonHandle (CzonData)";
+    for (void* bad : std::vector<void*>{nullptr, definition ? handle : zonGetRoot(handle)}) {
+      for (bool status : {false, true}) {
+        EXPECT_EQ(call(bad, "1", status), status ? 1005 : 0) << letter;
+        EXPECT_EQ(host::Messages(), status ? Texts{} : Texts{heard}) << letter;
+        EXPECT_EQ(zonGetErrorGlb(), 1005) << letter;
+      }
+    }
+  }
+  zonEndSection(loaded);  // not silenced by a call that was not for it
+  EXPECT_EQ(host::Messages(), Texts{"Missing current section"});
+}
+
+// The facts of a keyword's numbers, and how it is written.
+std::string Shown(CzonKeyword* keyword) {
+  std::ostringstream out;
+  for (unsigned n = 1; CzonNode* value = keyword->ParamByNum(n); ++n)
+    if (value->IsNumeric()) out << host::Facts(static_cast<CzonBase*>(value)) << ";";
+  keyword->Write(out);
+  return out.str();
+}
+
+TEST(Build, Values) {
+  host::File file(zonCreate());
+  CzonData& data = DataOf(file);
+  Script(file, "T:A K:k i:-7 f:0.1 d:3 I F R b:-3 s:it's s n:a/b u X N B 1 2 3 4 5");
+  EXPECT_EQ(Shown(data.GetCurrentKeyword()),
+            "6 PNIFDi -7 -7 -7 0 '' 2;7 PNFD 0 0.1 0.1 0 '' 2;"
+            "7 PNIFD 3 3 3 0 '' 2;6 PNIi 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;"
+            "6 PNi 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;   k = -7, 0.1, 3.0, 0, 0, "
+            "0.0, true, 'it''s', '', |a\\b|, , '', ||, false, 0, 0, 0, false, ''\n");
+  zonAddSectionDef(file, "B", 0, 5);
+  EXPECT_EQ(data.GetCurrentSection()->GetFlags(), 2U);
+  zonAddKeywordDef(file, "k", nullptr, 2, 0, -1);
+  EXPECT_EQ(data.GetCurrentKeyword()->GetFlags(), 5U);
+}
+
+TEST(Build, References) {
+  int integer = 1, truth = 1;
+  float single = 1;
+  double number = 1;
+  char text[] = "one";
+  // A loaded tree has its memory elsewhere than a built one.
+  for (void* handle : {zonCreate(), host::Load("[A] EndSect")}) {
+    host::File file(handle);
+    Script(file, "T:R K:k");
+    zonAddIntRef(file, &integer);
+    zonAddFloatRef(file, &single);
+    zonAddDoubleRef(file, &number);
+    zonAddBoolRef(file, &truth);
+    zonAddStringRef(file, text);
+    integer = 7, truth = 5, single = 2.5F, number = 3, text[0] = 't';
+    EXPECT_EQ(Shown(DataOf(file).GetCurrentKeyword()),
+              "6 PNIi 7 0 0 0 '' 2;7 PNF 0 0 2.5 0 '' 2;7 PND 0 3 0 0 '' 2;"
+              "   k = 7, 2.5, 3.0, true, 'tne'\n");
+  }
+  CzonInt plain("1");
+  EXPECT_DEATH(CzonIntRef().Copy(&plain), "zonintr.*Node");
+}
+
+// What is done after a CLOB; what is removed, by numbers from the root; what is current then.
+const char* const kCursors[][3] = {
+    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"}, {"", "1211", "Ckc"},
+    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},   {"", "1", "---"},
+    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"K:l", "-", "Cl-"}, {"s:x", "-", "Ck-"},
+    {"S:E", "-", "E--"},  {"E", "-", "B--"},      {"T:A", "-", "Ckc"}, {"C:i", "-", "Cic"}};
+
+TEST(Build, Cursor) {
+  for (const auto& [steps, removed, expected] : kCursors) {
+    host::File file(zonCreate());
+    CzonData& data = DataOf(file);
+    Script(file, "T:A S:D E S:B S:C K:j K:k s:x");
+    data.AddParam(new CzonClob("c"));
+    Script(file, steps);
+    CzonNode* node = data.GetCurrentSection()->GetTopNode();
+    for (const char* n = removed; *n != '\0' && node != nullptr; ++n)
+      node = node->NodeByNum(static_cast<unsigned>(*n - '0'));
+    data.UpdateCurrentNode(node);
+    std::string current = data.GetCurrentSection() ? data.GetCurrentSection()->GetName() : "-";
+    current += data.GetCurrentKeyword() ? data.GetCurrentKeyword()->GetName() : "-";
+    EXPECT_EQ(current + (data.GetCurrentClob() ? "c" : "-"), expected) << steps << removed;
+  }
+  host::Messages();
+}
+
+}  // namespace

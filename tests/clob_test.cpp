@@ -1,0 +1,182 @@
+// CLOB values: contents and what reading them gives, side by side.
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstring>
+#include <random>
+
+#include "host.h"
+
+namespace {
+
+void* FirstValue(void* file) {
+  return zonParamByNum(zonKeywordByNum(zonTargetByNum(file, 1), 1), 1);
+}
+
+std::string Quoted(const std::string& content) {
+  std::string text = "[A] k = '<CLOB:";
+  for (const char c : content) text.append(c == '\'' ? 2 : 1, c);
+  return text + ">' EndSect";
+}
+
+// Reads every item by its kind: "Integer 1, String x"; at bad content its error text.
+std::string ReadAll(void* clob) {
+  const int count = zonGetClobNoItems(clob);
+  if (count < 0) return zonGetErrorFromZonClob(clob);
+  std::string text;
+  for (int n = 0; n < count; ++n) {
+    char number[40];
+    if (n > 0) text += ", ";
+    if (zonIsClobBool(clob)) {
+      text += zonGetClobBool(clob) ? "Boolean true" : "Boolean false";
+    } else if (zonIsClobInt(clob)) {
+      text += "Integer " + std::to_string(zonGetClobInt(clob));
+    } else if (zonIsClobFloat(clob)) {
+      std::snprintf(number, sizeof number, "Float %.9g",
+                    static_cast<double>(zonGetClobFloat(clob)));
+      text += number;
+    } else if (zonIsClobDouble(clob)) {
+      std::snprintf(number, sizeof number, "Double %.17g", zonGetClobDouble(clob));
+      text += number;
+    } else if (zonIsClobString(clob)) {
+      text += std::string("String ") + zonGetClobString(clob);
+    } else if (zonIsClobFilename(clob)) {
+      text += std::string("Filename ") + zonGetClobFilenameString(clob);
+    }
+  }
+  EXPECT_EQ(zonIsClobEnd(clob), 1);
+  return text;
+}
+
+TEST(Clob, ContentsAndFlaws) {
+  const struct {
+    const char* content;
+    const char* read;
+  } kRows[] = {
+      {"", ""},
+      {"  ", ""},
+      {"Boolean:true,integer:-5,FLOAT:0.5,Double:2.5",
+       "Boolean true, Integer -5, Float 0.5, Double 2.5"},
+      {" Integer : +7 , \n Double : 1 ", "Integer 7, Double 1"},
+      {"String:\"say \"\"hi\"\", it's > ,\n\",Filename:\"out\\a.dat\"",
+       "String say \"hi\", it's > ,\n, Filename out\\a.dat"},
+      {"Double:.5,Double:5.,Double:1e-3,Float:3.4028235e38",
+       "Double 0.5, Double 5, Double 0.001, Float 3.40282347e+38"},
+      {"Integer:-2147483648", "Integer -2147483648"},
+      {"Integer:2147483648", "CLOB position 9: value expected"},
+      {"Integer:-", "CLOB position 9: value expected"},
+      {"Integer:1.5", "CLOB position 10: ',' expected"},
+      {"Integer:1,", "CLOB position 11: kind expected"},
+      {",Integer:1", "CLOB position 1: kind expected"},
+      {"Number:1", "CLOB position 1: kind expected"},
+      {"Integer 1", "CLOB position 9: ':' expected"},
+      {"Integer:1 Integer:2", "CLOB position 11: ',' expected"},
+      {"Boolean:yes", "CLOB position 9: value expected"},
+      {"Boolean:truer", "CLOB position 9: value expected"},
+      {"Float:1e39", "CLOB position 7: value expected"},
+      {"Double:1e400", "CLOB position 8: value expected"},
+      {"Double:inf", "CLOB position 8: value expected"},
+      {"Double:0x10", "CLOB position 9: ',' expected"},
+      {"Double:.", "CLOB position 8: value expected"},
+      {"String:x", "CLOB position 8: value expected"},
+      {"String:\"x", "CLOB position 10: closing quote expected"},
+      {"Integer:1,String:\"x\"\"", "CLOB position 22: closing quote expected"},
+  };
+  for (const auto& row : kRows) {
+    zonGetErrorGlb();
+    const host::File file(host::Load(Quoted(row.content)));
+    void* clob = FirstValue(file);
+    ASSERT_EQ(zonIsClob(clob), 1) << row.content;
+    const bool flawed = std::strncmp(row.read, "CLOB position", 13) == 0;
+    EXPECT_EQ(zonIsClobEnd(clob), flawed || *row.read == '\0') << row.content;
+    EXPECT_EQ(ReadAll(clob), row.read) << row.content;
+    EXPECT_EQ(zonGetErrorGlb(), flawed ? 1003 : 0) << row.content;
+    // Written as it was read, but for the letter case of the opener.
+    const std::string path = host::FolderPath() + "/clob.zon";
+    std::remove(path.c_str());
+    zonWrite(file, path.c_str());
+    const std::string text = Quoted(row.content);
+    const std::string value = text.substr(8, text.size() - 16);
+    EXPECT_NE(host::ReadFile(path).find(value), std::string::npos) << value;
+    const host::File again(zonLoadFile(path.c_str(), 0));
+    EXPECT_EQ(ReadAll(FirstValue(again)), row.read) << row.content;
+    zonGetErrorGlb();
+  }
+}
+
+TEST(Clob, CursorAndFailures) {
+  const host::File file(
+      host::Load(Quoted("Integer:3,Float:0.5,Integer:9,String:\"s\",Filename:\"x\\y\"")));
+  void* clob = FirstValue(file);
+  EXPECT_EQ(zonGetClobFloat(clob), 3.0F);  // an integer widens
+  EXPECT_EQ(zonGetClobDouble(clob), 0.5);  // and so does a float
+  EXPECT_EQ(zonGetClobBool(clob), 0);
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 3: Integer found, Boolean wanted");
+  EXPECT_EQ(zonGetErrorGlb(), 1003);
+  EXPECT_EQ(static_cast<CzonNode*>(static_cast<CzonBase*>(clob))->GetInt(), 9);
+  EXPECT_EQ(zonGetClobInt(clob), -1);
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 4: String found, Integer wanted");
+  EXPECT_STREQ(zonGetClobString(clob), "s");
+  EXPECT_EQ(zonGetClobFilename(clob), host::FolderPath() + "/x/y");
+  EXPECT_STREQ(zonGetClobString(clob), "");
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 6: no more items");
+  zonClobReset(clob);
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "");
+  EXPECT_EQ(zonGetClobInt(clob), 3);
+  zonGetErrorGlb();
+  host::Messages();
+  void* keyword = zonKeywordByNum(zonTargetByNum(file, 1), 1);
+  EXPECT_EQ(zonIsClob(keyword), 0);
+  EXPECT_EQ(zonIsClobEnd(keyword), 1);
+  EXPECT_EQ(zonGetClobDouble(keyword), -1.0);
+  EXPECT_EQ(zonGetErrorFromZonClob(nullptr), nullptr);
+  EXPECT_EQ(host::Messages(), std::vector<std::string>(3, "Invalid CLOB object"));
+  EXPECT_EQ(zonGetErrorGlb(), 1006);
+}
+
+TEST(Clob, BuiltItemsComeBackBitForBit) {
+  std::mt19937_64 random(5);
+  std::vector<double> doubles{0.0, -0.0, DBL_MAX, DBL_MIN, 5e-324};
+  std::vector<float> floats{0.0F, -0.0F, FLT_MAX, FLT_MIN, 1e-45F};
+  while (doubles.size() < 300) {
+    const std::uint64_t bits = random();
+    double wide;
+    float narrow;
+    std::memcpy(&wide, &bits, sizeof wide);
+    std::memcpy(&narrow, &bits, sizeof narrow);
+    if (!std::isfinite(wide) || !std::isfinite(narrow)) continue;
+    doubles.push_back(wide);
+    floats.push_back(narrow);
+  }
+  const host::File file(zonCreate());
+  zonAddTarget(file, "A");
+  zonAddKeyword(file, "k");
+  EXPECT_EQ(zonAddClobIntS(file, 1), 2000);
+  EXPECT_STREQ(zonGetErrorFromZonData(file), "Missing current CLOB");
+  zonAddClob(file);
+  EXPECT_EQ(zonAddClobFloatS(file, HUGE_VALF), 2000);
+  EXPECT_EQ(zonAddClobDoubleS(file, std::nan("")), 2000);
+  EXPECT_STREQ(zonGetErrorFromZonData(file), "Invalid CLOB value");
+  zonAddClobString(file, "say \"it's\"");
+  EXPECT_EQ(zonGetClobNoItems(FirstValue(file)), 1);  // later items join those that were read
+  for (std::size_t n = 0; n < doubles.size(); ++n) {
+    zonAddClobDouble(file, doubles[n]);
+    zonAddClobFloat(file, floats[n]);
+  }
+  const std::string path = host::FolderPath() + "/bits.zon";
+  zonWrite(file, path.c_str());
+  const host::File loaded(zonLoadFile(path.c_str(), 0));
+  for (void* clob : {FirstValue(file), FirstValue(loaded)}) {
+    EXPECT_EQ(zonGetClobNoItems(clob), static_cast<int>(1 + 2 * doubles.size()));
+    EXPECT_STREQ(zonGetClobString(clob), "say \"it's\"");
+    for (std::size_t n = 0; n < doubles.size(); ++n) {
+      const double wide = zonGetClobDouble(clob);
+      const float narrow = zonGetClobFloat(clob);
+      EXPECT_EQ(std::memcmp(&wide, &doubles[n], sizeof wide), 0) << doubles[n];
+      EXPECT_EQ(std::memcmp(&narrow, &floats[n], sizeof narrow), 0) << floats[n];
+    }
+  }
+}
+
+}  // namespace

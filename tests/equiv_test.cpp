@@ -1,0 +1,159 @@
+// Candidates against templates: both as texts, with the one report that the check makes.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "host.h"
+
+namespace {
+
+constexpr char kTemplate[] = R"(
+[Model]
+   depth = 1, 2.5 name = 'x' file = |f| when = #d# flag = true hole =
+   many() = 1
+   [Grid] cells = 1 EndSect
+   [Layer()] top = 1.5 EndSect
+EndSect
+[Open] () = 1, 'x' named = 2 EndSect
+[Empty] EndSect
+)";
+
+// A candidate, of which the first section is compared with the template's of the same name, and the
+// report; none if it conforms.
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+class Equivalence : public testing::Test {
+ protected:
+  void SetUp() override {
+    zonGetErrorGlb();
+    template_ = host::Load(kTemplate);
+    ASSERT_EQ(host::SyntaxError(template_), "");
+  }
+  void TearDown() override { zonClose(&template_); }
+
+  static void Expect(void* pattern, const Pairs& pairs) {
+    for (const auto& [text, report] : pairs) {
+      const host::File candidate(host::Load(text));
+      EXPECT_EQ(host::SyntaxError(candidate), "") << text;
+      void* section = zonTargetByNum(candidate, 1);
+      host::Reports();
+      const int result =
+          zonEquivalent(zonTargetByNameNum(pattern, zonGetName(section), 1), section, nullptr);
+      EXPECT_EQ(result, report.empty() ? 1 : 0) << text;
+      std::vector<std::string> reports;
+      if (!report.empty()) reports.push_back("17: Error: " + report);
+      EXPECT_EQ(host::Reports(), reports) << text;
+    }
+  }
+
+  void* template_ = nullptr;
+};
+
+TEST_F(Equivalence, ReportsTheFirstMismatch) {
+  Expect(
+      template_,
+      {{"[MODEL] DEPTH = 3.0, 4 many = 1 many = 2 EndSect", ""},
+       {"[Model] name = 'y' file = #d# when = #e# flag = false hole = EndSect", ""},
+       {"[Model] depth = 1 EndSect", "Missing parameters\n\tKeyw: Model.depth\n\tNo:2"},
+       {"[Model] depth = 1, 2, 3 EndSect", "Too many parameters\n\tKeyw: Model.depth\n\tNo:3"},
+       {"[Model] depth = 'x', 2 EndSect", "Parameter type conflict\n\tKeyw: Model.depth\n\tNo:1"},
+       {"[Model] depth = 1, EndSect", "Parameter type conflict\n\tKeyw: Model.depth\n\tNo:2"},
+       {"[Model] hole = 1 EndSect", "Parameter type conflict\n\tKeyw: Model.hole\n\tNo:1"},
+       {"[Model] flag = true flag = true EndSect",
+        "Ambiguous candidate keyword\n\tTemp: Model.flag\n\tCand: Model.flag"},
+       {"[Model] other = 1 EndSect", "Unrecognized keyword\n\tTemp: Model.other"},
+       {"[Model] [Grid] cells = 2 EndSect [Layer] EndSect [LAYER] top = 1 EndSect EndSect", ""},
+       {"[Model] [Grid] EndSect [grid] EndSect EndSect",
+        "Ambiguous candidate section\n\tTemp: Model.Grid\n\tCand: Model.Grid"},
+       {"[Model] [Other] EndSect EndSect",
+        "Inconsistent number of sections\n\tTemp: Model\n\tCand: Model"},
+       {"[Model] [Layer] top = 'x' EndSect depth = 'x' EndSect",
+        "Parameter type conflict\n\tKeyw: Model.Layer.top\n\tNo:1"},
+       {"[Open] anything = 5 EndSect", "Missing parameters\n\tKeyw: Open.\n\tNo:2"},
+       {"[Open] a = 2, 'y' named = 'x' EndSect",
+        "Parameter type conflict\n\tKeyw: Open.named\n\tNo:1"},
+       {"[Open] a = 1, 'x' a = 1, 'x' EndSect", ""},  // the unnamed one is declared with ()
+       {"[Empty] EndSect [Empty] EndSect",
+        "Ambiguous candidate section\n\tTemp: Empty\n\tCand: Empty"},
+       {"[Model] default(depth) = , 2 EndSect", ""}});
+}
+
+// What a template in text cannot say: definitions made through the builder.
+TEST_F(Equivalence, FlagsOfABuiltTemplate) {
+  const host::File pattern(zonCreate());
+  zonAddTarget(pattern, "M");
+  zonAddKeywordDef(pattern, "list", "id", 0, 0, 1);
+  zonAddKeywordDef(pattern, "free", "", 0, 0, 1);
+  zonAddKeywordDef(pattern, "i", "i", 0, 0, 0);
+  zonAddKeywordDef(pattern, "r", "d", 0, 0, 0);
+  zonAddSectionDef(pattern, "Must", 0, 1);
+  zonEndSection(pattern);
+  Expect(pattern,
+         {{"[M] [Must] EndSect list = 1, 2.5, 3.5, 4 EndSect", ""},
+          {"[M] [Must] EndSect list = 1, 2.5, 'x' EndSect",
+           "Parameter type conflict\n\tKeyw: M.list\n\tNo:3"},
+          {"[M] [Must] EndSect free = 1, 'x', true EndSect", ""},
+          {"[M] EndSect", "Missing section\n\tTemp: M.Must"},
+          // A definition of an integer has no other view, one of a real has all.
+          {"[M] [Must] EndSect i = 2.5 EndSect", "Parameter type conflict\n\tKeyw: M.i\n\tNo:1"},
+          {"[M] [Must] EndSect i = 2.0 r = 7 EndSect", ""}});
+}
+
+TEST_F(Equivalence, PlaceholdersAreResolvedFirst) {
+  // A placeholder in a definition stands for itself; the second one finds the first definition.
+  const host::File candidate(
+      host::Load("[Model] [Grid] default(cells) = 'x' EndSect default(d) = EndSect"));
+  void* definition = zonNodeByNum(zonTargetByNum(candidate, 1), 2);
+  const host::File pattern(host::Load("[Model] default(d) = 1 EndSect"));
+  host::Reports();
+  EXPECT_EQ(zonEquivalent(zonNodeByNum(zonTargetByNum(pattern, 1), 1), definition, nullptr), 0);
+  EXPECT_EQ(host::Reports(),
+            std::vector<std::string>{"17: Error: Unresolved default value\n\tKeyw: \n\tNo:1"});
+}
+
+TEST_F(Equivalence, EntryChecksItsArgumentsAndQuietStays) {
+  void* root = zonGetRoot(template_);
+  void* section = zonTargetByNum(template_, 1);
+  host::Messages();
+  host::Reports();
+  EXPECT_EQ(zonEquivalent(root, root, nullptr), 0);
+  EXPECT_EQ(host::Reports(),
+            std::vector<std::string>{"17: Error: Two sections required\n\tTemp: \n\tCand: "});
+  EXPECT_EQ(zonEquivalent(section, zonKeywordByNum(section, 1), nullptr), 0);
+  EXPECT_EQ(zonPeekErrorGlb(), 0);
+  EXPECT_EQ(zonEquivalent(nullptr, template_, nullptr), 0);
+  EXPECT_EQ(host::Messages(), (std::vector<std::string>{"Conflicting zonNode types",
+                                                        "Invalid zonNode", "Invalid zonNode"}));
+  EXPECT_EQ(zonGetErrorGlb(), 1006);
+  EXPECT_EQ(zonEqvSection(nullptr, nullptr) + zonEqvKeyword(nullptr, nullptr), 0);
+  EXPECT_EQ(host::Reports().size(), 2U);
+  EXPECT_EQ(zonEquivalentExt(section, zonTargetByNum(template_, 2), nullptr, 1), 0);
+  EXPECT_EQ(zonEquivalentExt(nullptr, section, nullptr, 1), 0);
+  EXPECT_EQ(zonGetErrorGlb(), 1006);
+  EXPECT_EQ(zonIsEqvQuiet(), 1);
+  EXPECT_EQ(zonEqvSection(nullptr, nullptr), 0);
+  EXPECT_TRUE(host::Messages().empty() && host::Reports().empty());
+  EXPECT_EQ(zonEquivalent(section, section, nullptr), 1);
+  EXPECT_EQ(zonIsEqvQuiet(), 0);
+}
+
+TEST_F(Equivalence, StaysLinear) {
+  constexpr int kCount = 100000;
+  const host::File file(zonCreate());
+  zonAddTarget(file, "A");
+  for (int n = 0; n < kCount; ++n) {
+    zonAddKeyword(file, ("keyword" + std::to_string(n)).c_str());
+    zonAddInt(file, n);
+  }
+  zonEndSection(file);
+  zonAddTarget(file, "Deep");
+  for (int n = 0; n < kCount; ++n) zonAddSection(file, "s");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 1), zonTargetByNum(file, 1), nullptr), 1);
+  EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 2), zonTargetByNum(file, 2), nullptr), 1);
+  // Scanning for names would take minutes, recursion would not come back.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+}  // namespace

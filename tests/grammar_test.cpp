@@ -1,0 +1,146 @@
+// The grammar: texts and the trees they give, side by side, or the place and text of the error.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "host.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+struct Case {
+  std::string text, tree;
+  std::string error = {};
+};
+
+const char kTwice[] = " Template: ambiguous identifier";
+const char kMarker[] = " Data: invalid use of ()";
+
+const Case kCases[] = {
+    {"[A] k = 1 [B] [C] endsect l = 2 endsect m = 3 default(n) = 4 [D] endsect endsect",
+     "{A{k(int 1) B{C{} l(int 2)} m(int 3) default n(int 4) D{}}}"},
+    {"[A] k = l = 1,,2, m = , EndSect",
+     "{A{k(undef) l(int 1, undef, int 2, undef) m(undef, undef)}}"},
+    {"[A]{a} k {b} = 1 {c}, {d}, , 'x' {e} [B]{\nf} l {} = {} EndSect EndSect",
+     "{A{a}{k{b}(int 1{c}, unknown{d}, undef, string x{e}) B{f}{l(unknown)}}}"},
+    {"[A] k = 5, +5, - 5, -/**/0, 2.5, -.5, +1., -\n1E-3 EndSect",
+     "{A{k(int 5, int +5, int -5, int -0, real 2.5, real -.5, real +1., real -1E-3)}}"},
+    {"[A] k = true, FALSE, #5#, |a\\b|, %5, % x EndSect",
+     "{A{k(bool true, bool FALSE, date 5, file a\\b, subst 5, subst x)}}"},
+    {"[A] k = 'a''b', '', '<CLOB:>', '<cLob:I:1>>', '<CLOB:', 'x<CLOB:>' EndSect",
+     "{A{k(string a'b, string , clob , clob I:1>, string <CLOB:, string x<CLOB:>)}}"},
+    {"[A()]{r} k(){s} = () {t} = 1 EndSect", "{A(){r}{k(){s}(undef) (){t}(int 1)}}"},
+    {"[A] default(k) = default (l) {r} = 1,,{s}, default() = 'x' EndSect",
+     "{A{default k(default) default l{r}(int 1, default, unknown{s}, default) default ()(string "
+     "x)}}"},
+    {"[A] a = 1 A = 2 default(a) = 3 default(a) = 4 [a] EndSect [A] EndSect EndSect [a] EndSect",
+     "{A{a(int 1) A<2>(int 2) default a(int 3) default a(int 4) a{} A<2>{}} a<2>{}}"},
+    {"[A]\nk = 1\n", "null", "3:0 syntax error"},
+    {"[A] EndSect\n\0"s, "null", "2:1 syntax error"},
+    // What the scanner refuses behind complete sections leaves them.
+    {"[A] EndSect\n'x", "{A{}}", "2:2 Bad string"},
+    {"'x", "{}", "1:2 Bad string"},
+    {"[A] k = |a\nb| . EndSect", "null", "2:0 Missing |"},  // the first error stays
+    // Data has namesakes, a template markers.
+    {"[A] EndSect [a] EndSect [B()] EndSect", "null", "1:28"s + kMarker},
+    {"[A] k = 1 k = 2 () = 1 EndSect", "null", "1:18"s + kMarker},
+    {"[A] k = 1 k = 2 default() = 1 EndSect", "{A{k(int 1) k<2>(int 2) default ()(int 1)}}"},
+    {"[A] k() = 1 K = 2 l = 3 EndSect", "null", "1:19"s + kTwice},
+    {"[A] [B()] EndSect [b] EndSect EndSect", "null", "1:29"s + kTwice},
+    // The file ends behind the token at which the error is noticed.
+    {"[B()] EndSect [A] EndSect [A] EndSect [C] EndSect", "{B(){} A{} A<2>{}}", "1:37"s + kTwice},
+    {"[A] () = () = EndSect [C] EndSect", "{A{()(undef) ()<2>(undef)}}", "1:21"s + kTwice},
+    // Neither defaults nor a section and a keyword are namesakes.
+    {"[A()] a = 1 [a] EndSect default(a) = 1 default(a) = 2 EndSect [b] a = EndSect",
+     "{A(){a(int 1) a{} default a(int 1) default a(int 2)} b{a(undef)}}"},
+    {"[A] default() = 1 k = 1 k = 2 EndSect", "{A{default ()(int 1) k(int 1) k<2>(int 2)}}"}};
+
+// Each up to a tilde, with a circumflex, which is no part of it, where the error is noticed.
+const std::string kSyntaxErrors =
+    "k^ = 1~[A] EndSect EndSect^~[]^ EndSect~[A {r}^] EndSect~[A]{r}{s}^ EndSect~[A] k EndSect^~"
+    "[A] k = l EndSect^~[A] k = {r}{s}^ EndSect~[A] k = --^5 EndSect~[A] k = -true^ EndSect~"
+    "[A] default k^ = 1~[A] default(k(^)) = 1~[A]\0^EndSect~\xEF^\xBB\xBF[A]~[A] EndSect x^~"s;
+
+// The tree, "null" for none, and the error behind it. Where an error leaves a tree, no code is set.
+TEST(Grammar, TreesAndErrors) {
+  std::vector<Case> rows(std::begin(kCases), std::end(kCases));
+  std::istringstream errors(kSyntaxErrors);
+  for (std::string text; std::getline(errors, text, '~');) {
+    const std::size_t at = text.find('^');
+    rows.push_back({text.erase(at, 1), "null", "1:" + std::to_string(at) + " syntax error"});
+  }
+  for (const Case& row : rows) {
+    const host::File file(host::Load(row.text));
+    EXPECT_EQ(host::ShowTree(file), row.tree) << row.text;
+    EXPECT_EQ(host::SyntaxError(file), row.error) << row.text;
+    EXPECT_EQ(zonGetErrorGlb(), row.tree == "null" ? 1003 : 0) << row.text;
+  }
+}
+
+// How deep sections can lie around something; one more overflows.
+TEST(Grammar, Nesting) {
+  const struct {
+    const char *header, *inside;
+    int deepest;
+  } rows[] = {{"[A]", "", 146},           {"[A]{r}", "k=", 146}, {"[A]", "k=1", 145},
+              {"[A]", "k='x',,%1", 144},  {"[A]", "k=-1", 144},  {"[A()]", "()={r}", 145},
+              {"[A]", "default(k)=", 144}};
+  for (const auto& row : rows) {
+    std::string text = row.inside;
+    for (int depth = 1; depth <= row.deepest + 1; ++depth) {
+      text = row.header + text + " EndSect";
+      if (depth < row.deepest) continue;
+      const host::File file(host::Load(text));
+      const std::string error = host::SyntaxError(file);
+      EXPECT_EQ(error.substr(error.find(' ') + 1), depth > row.deepest ? "yacc stack overflow" : "")
+          << row.header << row.inside << depth;
+    }
+  }
+}
+
+// Lists take no room on the stack, and namesakes no time.
+TEST(Grammar, LongLists) {
+  constexpr unsigned kMany = 100000;
+  for (const char* piece : {"k = 1 ", "[B] EndSect ", "default(k) = ", ", ", ", 1"}) {
+    std::string text = "[A] k = 0";
+    for (unsigned i = 0; i < kMany; ++i) text += piece;
+    const host::File file(host::Load(text + " EndSect"));
+    void* section = zonTargetByNum(file, 1);
+    EXPECT_EQ(*piece == ',' ? zonGetNoParams(zonKeywordByNum(section, 1)) : zonGetNoNodes(section),
+              kMany + 1);
+  }
+}
+
+TEST(Parser, KeepsTokensIfAsked) {
+  for (const bool keep : {true, false}) {
+    CzonParser parser(new host::Memory("[A] {r} k() = -.5, 'x' // c\n default(l) = |f| EndSect"));
+    ASSERT_EQ(parser.Parse(keep), 0);
+    std::ostringstream tokens;
+    parser.WriteTokens(tokens);
+    EXPECT_EQ(tokens.str(), keep ? "A\nr\nk\n.5\nx\ndefault\nl\nf\nEndSect\n" : "");
+  }
+}
+
+int alive = 0;
+struct Watched : CzonUnknown {
+  Watched() { ++alive; }
+  ~Watched() override { --alive; }
+};
+
+// What was made for a parse goes with it, each node once.
+TEST(Parser, FreesTemporariesOfAFailedParse) {
+  {
+    CzonParser parser(new host::Memory("x"));
+    auto* const keyword = new CzonKeyword("k", 0, 0);
+    auto* const inside = new Watched;
+    parser.KeepTemp(inside);
+    parser.KeepTemp(keyword);
+    parser.KeepTemp(new Watched);
+    keyword->AddParam(inside);
+    parser.Parse(0);
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+}  // namespace

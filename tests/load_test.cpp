@@ -1,0 +1,229 @@
+// Loading: codes and reports, counters, the SYSTEM section, files that are none, and what a load
+// leaves behind.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <locale>
+#include <map>
+#include <thread>
+
+#include "host.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+int LowestFreeFile() {
+  const int file = dup(0);
+  close(file);
+  return file;
+}
+
+// The code; characters, lines, comments and tokens, and whether there is a tree, if there is a
+// handle; and each report.
+std::string Outcome(const std::string& name, int quiet) {
+  zonGetLevel(nullptr);  // its code does not count
+  host::Messages();
+  host::Reports();
+  const host::File file(zonLoadFile(name.c_str(), quiet));
+  std::string text = std::to_string(zonGetErrorGlb());
+  for (const auto count : {zonNoChars, zonNoLines, zonNoComments, zonNoTokens}) {
+    if (file != nullptr) text += " " + std::to_string(count(file));
+  }
+  if (zonGetRoot(file) != nullptr)
+    text += zonGetAnchorFilename(zonGetRoot(file)) == name ? " tree" : " ?";
+  for (const std::string& report : host::Reports()) text += "\n" + report;
+  return text;
+}
+
+TEST(Load, CodesReportsAndCounters) {
+  const std::string good = host::WriteFile(
+      "good.zon", "[A]\r\n// a /* b\r\n/* c /* d */\n */ k = 'x\ny' ; e\nEndSect\n");
+  const std::string bad = host::WriteFile("bad%.zon", "[A] /**/\n k = |x\n EndSect");
+  const std::string cut = host::WriteFile("cut.zon", "[A] EndSect 'x\n");
+  std::vector<std::array<std::string, 3>> rows = {
+      {good, "0 55 7 4 0 tree"},
+      {cut, "0 15 2 0 0 tree"},
+      {"/dev/null", "0 0 1 0 0 tree"},
+      {bad, "1003 17 3 1 0", "\n1: Error: Missing |\n in " + bad + " near line 3 position 0"},
+      {"/proc/self/mem", "1002", "\n1: CyyStream"}};  // opens, but nothing is mapped at 0
+  for (const std::string& name : {""s, "/"s, "%n%s"s, good + "/", std::string(5000, 'x')}) {
+    rows.push_back({name, "1001", "\n1: Open error: " + name});
+  }
+  for (const auto& [name, outcome, report] : rows) {
+    EXPECT_EQ(Outcome(name, 0), outcome + report);
+    EXPECT_EQ(Outcome(name, 1), outcome);
+  }
+  EXPECT_EQ(zonLoadFile(nullptr, 1), nullptr);
+  EXPECT_EQ(zonGetErrorGlb(), 1001);
+}
+
+TEST(Load, SystemSection) {
+  const std::string here = host::FolderPath();
+  const struct {
+    std::string system, found;  // root, use, folder
+    unsigned refused = 0;       // how many values do not suit
+  } rows[] = {
+      {"resultROOTfolder = |/r|, |/s| ResultRootFolder = |/t|", "/r 0 "},
+      {"UseCustomResultFolder = true CustomResultFolder = |c|", " 1 " + here + "/c"},
+      {"CustomResultFolder = |b/../c| ResultRootFolder = |r\\s|", here + "/r/s 0 " + here + "/c"},
+      {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", " 1 "},
+      {"UseCustomResultFolder = 1 CustomResultFolder = |/c|", " 0 /c", 1},
+      {"ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", " 0 ", 3},
+      {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", " 0 "},
+      {"EndSect [System] ResultRootFolder = |/second|", " 0 "}};
+  for (const auto& row : rows) {
+    const host::File file(host::Load("[System] " + row.system + " EndSect"));
+    const auto* root = dynamic_cast<CzonTargetList*>(static_cast<CzonBase*>(zonGetRoot(file)));
+    ASSERT_NE(root, nullptr) << host::SyntaxError(file);
+    int use = -1;
+    std::string folder;
+    root->GetCustomResultFolder(&use, &folder);
+    EXPECT_EQ(root->GetResultRoot() + " " + std::to_string(use) + " " + folder, row.found);
+    EXPECT_EQ(host::Messages(),
+              std::vector<std::string>(row.refused, "Function invalid in this context"));
+  }
+  EXPECT_EQ(zonGetErrorGlb(), 0);
+}
+
+const std::string kFront = "/* a /* b */ */ ";
+const std::string kRich =
+    kFront +
+    "[A_1] {r\nm} // c\n k() {s} = -12.5e+07, 'it''s', |f|, #1#, %x, , {u} ; d\n"
+    "default(k) = true, [B] () = '<CLOB:a>' EndSect\nEndSect";
+
+// A pipe has no size and gives as little as is in it, here one byte at a time.
+TEST(Load, PipeInPieces) {
+  const std::string path = host::FolderPath() + "/pipe.zon";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::thread writer([&] {
+    const int pipe = open(path.c_str(), O_WRONLY);
+    for (const char c : kRich) {
+      int waiting = static_cast<int>(write(pipe, &c, 1));
+      for (int i = 0; i < 100000 && waiting > 0 && ioctl(pipe, FIONREAD, &waiting) == 0; ++i) {
+        std::this_thread::yield();
+      }
+    }
+    close(pipe);
+  });
+  const host::File file(zonLoadFile(path.c_str(), 0));
+  writer.join();
+  EXPECT_EQ(host::ShowTree(file), host::ShowTree(host::File(host::Load(kRich))));
+  EXPECT_EQ(zonNoChars(file), kRich.size());
+}
+
+// Wherever a file is cut off, there is a message unless all that is left is white space and
+// comments; whichever piece of memory is refused, there is a code. And nothing stays behind: no
+// descriptor, no memory.
+TEST(Load, FilesCutAnywhereAndMemoryRefused) {
+  const int descriptor = LowestFreeFile();
+  std::size_t before = 0;
+  for (int round = 0; round < 2; ++round) {
+    before = mallinfo2().uordblks;
+    std::string path;
+    for (std::size_t size = 0; size <= kRich.size(); ++size) {
+      path = host::WriteFile("cut.zon", kRich.substr(0, size));
+      const host::File file(zonLoadFile(path.c_str(), 1));
+      const bool accepted = size <= kFront.size() ? size != 1 : size == kRich.size();
+      const bool whole = accepted && (size == 0 || size + 1 >= kFront.size());
+      ASSERT_EQ(zonGetErrorGlb(), accepted ? 0 : 1003) << kRich.substr(0, size);
+      EXPECT_EQ(host::SyntaxError(file).empty(), whole) << kRich.substr(0, size);
+    }
+    long refused = 0;
+    for (int code = -1; code != 0 && refused < 10000;) {
+      host::FailAllocation(++refused);
+      const host::File file(zonLoadFile(path.c_str(), 1));
+      host::FailAllocation(0);
+      code = zonGetErrorGlb();
+      EXPECT_EQ(code, file == nullptr ? 1002 : zonGetRoot(file) == nullptr ? 1003 : 0) << refused;
+    }
+    EXPECT_GT(refused, 5);
+    host::Messages();
+  }
+  EXPECT_EQ(LowestFreeFile(), descriptor);
+  EXPECT_EQ(mallinfo2().uordblks, before);
+}
+
+std::string inner;
+
+void LoadAnother() {
+  host::onReport = nullptr;
+  host::onMessage = nullptr;
+  inner = Outcome(host::WriteFile("inner.zon", "[B] k = EndSect ) "), 0) +
+          host::ShowTree(host::File(host::Load("[B] k = 1 EndSect")));
+}
+
+struct Nested : host::Memory {
+  using Memory::Memory;
+  int Get() override { return LoadAnother(), Memory::Get(); }
+};
+
+// Another file may be loaded while one is: from a hook, or from a source of the host's own.
+TEST(Load, InTheMiddleOfALoad) {
+  host::onReport = LoadAnother;
+  EXPECT_EQ(host::SyntaxError(host::File(host::Load("[A]\nk = 'x"))), "2:6 Bad string");
+  const std::string expected = std::exchange(inner, "");
+  EXPECT_EQ(expected.substr(0, 11), "1003 17 1 0");
+
+  host::onMessage = [](const char*) { LoadAnother(); };
+  const host::File system(host::Load("[SYSTEM] ResultRootFolder = 5 EndSect [A] EndSect"));
+  EXPECT_EQ(host::ShowTree(system), "{SYSTEM{ResultRootFolder(int 5)} A{}}");
+  EXPECT_EQ(std::exchange(inner, ""), expected);
+
+  CzonParser parser(new Nested("[A] k = -1, 'x', 2.5 EndSect [A] EndSect"));
+  EXPECT_EQ(parser.Parse(0), 0);
+  EXPECT_EQ(host::Show(parser.GetRoot()), "{A{k(int -1, string x, real 2.5)} A<2>{}}");
+  EXPECT_EQ(inner, expected);
+
+  host::onReport = [] { throw 1; };
+  EXPECT_EQ(Outcome(host::WriteFile("bad.zon", "[A"), 0).substr(0, 5), "1003\n");
+  host::onReport = nullptr;
+}
+
+struct Comma : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+// Whatever locale the host has set, a file reads the same.
+TEST(Load, KnowsNoLocale) {
+  const std::locale old = std::locale::global(std::locale(std::locale(), new Comma));
+  for (const char* name : {"C", "de_DE.UTF-8", "tr_TR.UTF-8"}) {
+    if (setlocale(LC_ALL, name) == nullptr) continue;  // not on this computer
+    const host::File file(host::Load("[TITLE] k = 1234567.5, TRUE EndSect"));
+    void* keyword = zonKeywordByNameNum(zonTargetByNameNum(file, "title", 1), "K", 1);
+    EXPECT_EQ(zonGetDouble(zonParamByNum(keyword, 1)), 1234567.5);
+    EXPECT_EQ(zonGetBool(zonParamByNum(keyword, 2)), 1);
+  }
+  setlocale(LC_ALL, "C");
+  std::locale::global(old);
+}
+
+std::map<int, int> kinds;  // how many nodes of each class
+
+TEST(Load, RealSettings) {
+  const char* folder = std::getenv("ZON_REAL_SETTINGS");
+  if (folder == nullptr) GTEST_SKIP() << "ZON_REAL_SETTINGS names no folder of parameter files";
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() != ".zon") continue;
+    const host::File file(zonLoadFile(entry.path().c_str(), 0));
+    EXPECT_EQ(zonGetErrorGlb(), 0) << entry.path();
+    EXPECT_EQ(host::SyntaxError(file), "") << entry.path();
+    EXPECT_EQ(zonNoChars(file), entry.file_size()) << entry.path();
+    zonExplore(file, [](CzonNode* node) { ++kinds[node->GetSyntaxClass()]; });
+  }
+  const std::map<int, int> expected = {{kZonSection, 1189}, {kZonKeyword, 16626},
+                                       {kZonInt, 12948},    {kZonReal, 19013},
+                                       {kZonBool, 4191},    {kZonString, 2803}};
+  EXPECT_EQ(kinds, expected);
+}
+
+}  // namespace

@@ -1,0 +1,120 @@
+// Result folders, and the names of result files.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "host.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Sample : host::File {  // a file with one value in it, k of A
+  explicit Sample(const char* text = "out/a") : File(zonCreate()) {
+    zonAddTarget(*this, "A");
+    zonPutParamResultFilename(*this, "k", text);
+    section = zonTargetByNum(*this, 1);
+    value = zonParamByNum(zonKeywordByNum(section, 1), 1);
+  }
+  void *section, *value;
+};
+
+// What the two functions copy, as their sized twins must, into exactly the room it takes.
+std::string Paths(void* node) {
+  std::string paths;
+  for (const auto& [copy, copySized] : {std::pair(zonGetResultFolderPath, zonGetResultFolderPath2),
+                                        {zonGetResultFilenamePath, zonGetResultFilenamePath2}}) {
+    char text[2000] = "", sized[2000];
+    copy(node, text);
+    EXPECT_EQ(copySized(node, sized, static_cast<int>(std::strlen(text)) + 1), 0);
+    EXPECT_STREQ(sized, text);
+    paths += std::string(text) + ",";
+  }
+  return paths;
+}
+
+TEST(Results, FolderFollowsFromSettingsAnchorAndWorkingDirectory) {
+  const std::string gone = host::FolderPath() + "/gone", end = " - Result Files/";
+  for (std::string here : {gone + std::string(250, 'd'), std::string("/"), gone}) {
+    fs::create_directories(here);
+    fs::current_path(here);
+    if (here == gone && fs::remove(gone)) here.clear();
+    const auto expect = [](const std::string& folder, const std::string& anchor,
+                           const char* root = "", int use = 0, const char* custom = "") {
+      const Sample file;
+      zonSetAnchorFilename(file.value, anchor.c_str());
+      zonSetProjectResultRoot(file, root);
+      zonSetCustomResultFolder(file, use, custom);
+      EXPECT_EQ(Paths(file.value), folder + "," + folder + "out/a,") << anchor;
+    };
+    expect(here + "/" + end, "", "", 0, "c");
+    expect(here + "/m.zon" + end, "m.zon");
+    expect(here + "./m.zon" + end, "./m.zon");
+    expect(here + "/cfg/m.zon" + end, "cfg/m.zon");
+    expect("/p/m.zon" + end, "/p/m.zon");
+    expect("r\\/p/m.zon" + end, "/p/m.zon", "r\\", 1, "");
+    expect("c", "m.zon", "/r", -2, "c");
+  }
+  fs::current_path(host::FolderPath());
+}
+
+TEST(Results, SettingsAreTheRoots) {
+  const Sample file;
+  int use = -1;
+  char folder[] = "kept";
+  zonSetProjectResultRoot(file, "/r");
+  EXPECT_STREQ(zonGetProjectResultRoot(file.value), "/r");
+  zonSetCustomResultFolder(file, -3, "c\\d");
+  EXPECT_EQ(zonGetCustomResultFolder2(file.value, &use, folder, 3), -1);
+  EXPECT_EQ(zonGetCustomResultFolder2(nullptr, &use, folder, 5), -2);
+  EXPECT_EQ(std::to_string(use) + folder, "-3kept");
+  zonGetCustomResultFolder(file.value, nullptr, folder);
+  EXPECT_STREQ(folder, "c\\d");
+  EXPECT_EQ(zonGetCustomResultFolder2(file.value, nullptr, folder, 4), 0);
+  const host::File treeless(host::Load("[A"));
+  for (void* bad : std::vector<void*>{nullptr, file.value, treeless}) {
+    zonGetErrorGlb();
+    zonSetProjectResultRoot(bad, "x");
+    zonSetCustomResultFolder(bad, 1, "x");
+    EXPECT_EQ(zonGetErrorGlb(), bad == treeless ? 1006 : 1005);
+  }
+  EXPECT_EQ(host::Messages().size(), 7U);
+  CzonKeyword alone;
+  EXPECT_DEATH(zonGetResultFolderPath(nullptr, folder), "^zondll: .*`pOwner != 0'");
+  EXPECT_DEATH(zonGetResultFolderPath(static_cast<CzonBase*>(&alone), folder), "zondll.*List");
+}
+
+TEST(Results, NamesAreAddedAndFound) {
+  for (const std::string name : {"/x", "\\x", ""}) {
+    const Sample file(name.c_str());
+    EXPECT_EQ(zonAddResultFilenameS(file, name.c_str()), 0);
+    const std::string shown = (name[0] == '/' ? "file " : "string ") + name;
+    EXPECT_EQ(host::ShowTree(file), "{A{k(" + shown + ", " + shown + ")}}");
+    const char* found = nullptr;
+    CString copied;
+    EXPECT_EQ(zonGetParamResultFilename(file.section, "K", &copied, 1, 2), 1);
+    EXPECT_EQ(zonGetParamResultFilename(file.section, "K", &found, 1, 1), 1);
+    EXPECT_EQ(found + std::string(copied), name + name);
+    // The path function gives the first eight bytes of the path as if they were an address.
+    const std::string custom(name.empty() ? 500 : 1, 'l');
+    zonSetCustomResultFolder(file, 1, custom.c_str());
+    EXPECT_EQ(zonGetParamResultFilePath(file.section, "k", &found, 1, 1), 1);
+    const std::string path = (name[0] == '/' ? "" : custom) + name + std::string(8, '\0');
+    EXPECT_EQ(std::memcmp(&found, path.data(), sizeof found), 0) << name;
+  }
+  EXPECT_EQ(zonAddResultFilenameS(nullptr, nullptr), 1005);
+  const Sample file;
+  zonAddString(file, "/a");
+  EXPECT_EQ(Paths(zonParamByNum(zonKeywordByNum(file.section, 1), 2)), ",/a,");
+  for (void* other : {static_cast<void*>(nullptr), file.section}) {
+    char path[] = "kept";
+    zonGetResultFilenamePath(other, path);
+    EXPECT_EQ(zonGetResultFilenamePath2(other, path, sizeof path), -2);
+    EXPECT_EQ(zonGetResultFilename(other), nullptr) << path;
+    EXPECT_STREQ(path, "kept");
+  }
+  EXPECT_EQ(host::Messages().size(), 3U);
+}
+
+}  // namespace

@@ -1,0 +1,220 @@
+// Values: their views, references, defaults, copies, the host's locale.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <locale>
+#include <memory>
+#include <sstream>
+#include <tuple>
+
+#include "host.h"
+
+namespace {
+
+using host::File, host::Load;
+
+CzonSection* FirstSection(void* file) {
+  return static_cast<CzonSection*>(static_cast<CzonBase*>(zonTargetByNum(file, 1)));
+}
+
+// ZON_NUMBERS names a table of hard cases: text, bits of the double, REAL or INTEGER, bits of the
+// float, IsFloat, IsInt, GetInt, source; tabs between them, '#' before comments.
+TEST(Numbers, ReadAsTheTableSays) {
+  const char* path = std::getenv("ZON_NUMBERS");
+  if (path == nullptr) GTEST_SKIP() << "ZON_NUMBERS is not set: it names the table of numbers";
+  const auto bits = [](auto number, auto as) { return std::memcpy(&as, &number, sizeof as), as; };
+  std::ifstream table(path);
+  unsigned rows = 0;
+  for (std::string line; std::getline(table, line);) {
+    if (line[0] == '#' || line.rfind("text\t", 0) == 0) continue;
+    ++rows;
+    File file(Load("[A] k = " + line.substr(0, line.find('\t')) + " EndSect"));
+    const CzonParam* value = FirstSection(file)->KeywordByNum(1)->ParamByNum(1);
+    char facts[64];
+    std::snprintf(facts, sizeof facts, "\t%016lX\t%s\t%08X\t%d\t%d\t%d",
+                  bits(value->GetDouble(), 0UL),
+                  value->GetSyntaxClass() == kZonReal ? "REAL" : "INTEGER",
+                  bits(value->GetFloat(), 0U), value->IsFloat(), value->IsInt(), value->GetInt());
+    EXPECT_EQ(value->GetText() + facts, line.substr(0, line.rfind('\t')));
+  }
+  EXPECT_GT(rows, 0U) << path;
+}
+
+// The double, the float, IsDouble, IsFloat and IsInt, the integer, and what it was made of.
+std::string Views(const CzonNode& value, long long whole) {
+  char views[99];
+  std::snprintf(views, sizeof views, "%a %a %d%d%d %d %lld", value.GetDouble(),
+                static_cast<double>(value.GetFloat()), value.IsDouble(), value.IsFloat(),
+                value.IsInt(), value.GetInt(), whole);
+  return views;
+}
+
+TEST(Values, HaveTheirViews) {
+  const std::tuple<char, const char*, const char*> rows[] = {
+      {'r', "-0.0", "-0x0p+0 0x0p+0 111 0 0"},
+      {'r', "-1e39", "-0x1.78287f49c4a1dp+129 -0x1.fffffep+127 100 0 0"},
+      {'r', "3.4028234663852886e38", "0x1.fffffep+127 0x1.fffffep+127 110 0 0"},
+      {'r', "3.402823466385289e38", "0x1.fffffe0000001p+127 0x1.fffffep+127 100 0 0"},
+      {'r', "1.1754943508222875e-38", "0x1p-126 0x1p-126 110 0 0"},
+      {'r', "1.1754943508222874e-38", "0x1.fffffffffffffp-127 0x0p+0 110 0 0"},
+      {'r', "1e400", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "-2147483649", "-0x1.00000002p+31 -0x1p+31 111 2147483647 -2147483649"},
+      {'r', "9223372036854774784", "0x1.fffffffffffffp+62 0x1p+63 111 -1024 9223372036854774784"},
+      {'r', "9223372036854775808", "0x1p+63 0x1p+63 110 0 0"},
+      {'r', "-9223372036854775808", "-0x1p+63 -0x1p+63 111 0 -9223372036854775808"},
+      {'r', "nan", "nan nan 110 0 0"},
+      {'r', " \t\n+7xyz", "0x1.cp+2 0x1.cp+2 111 7 7"},
+      {'r', "0x1.8p1", "0x1.8p+1 0x1.8p+1 111 3 3"},
+      {'r', "0xinf", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "+-5", "0x0p+0 0x0p+0 111 0 0"},
+      {'i', " \t-7x", "-0x1.cp+2 -0x1.cp+2 111 -7 -7"},
+      {'i', "9223372036854775808", "0x1p+63 0x1p+63 111 -1 9223372036854775807"},
+      {'i', "-9223372036854775809", "-0x1p+63 -0x1p+63 111 0 -9223372036854775808"}};
+  for (const auto& [kind, text, views] : rows) {
+    CzonReal real(text);
+    CzonInt integer(text);
+    EXPECT_EQ(real.IsInt() + integer.IsInt(), 0);  // not before it is asked for
+    EXPECT_EQ(kind == 'r' ? Views(real, real.FloatToInt()) : Views(integer, integer.CStoInt()),
+              views)
+        << text;
+    real.Init();
+    EXPECT_EQ(Views(real, real.FloatToInt()), "0x0p+0 0x0p+0 000 0 0");
+  }
+  File file(Load("[A] k = -0, -9007199254740993 EndSect"));  // read another way
+  const CzonKeyword& keyword = *FirstSection(file)->KeywordByNum(1);
+  EXPECT_EQ(Views(*keyword.ParamByNum(1), 0), "-0x0p+0 0x0p+0 111 0 0");
+  EXPECT_EQ(Views(*keyword.ParamByNum(2), 0), "-0x1p+53 -0x1p+53 111 -1 0");
+  EXPECT_EQ(CzonNumeric::string_to_double("\t-3e2,4"), -300);
+  for (const char* word : {"true", "TRUE", "tRuE"}) EXPECT_EQ(CzonBool(word).GetBool(), 1);
+  for (const char* word : {"false", "true ", "1", ""}) EXPECT_EQ(CzonBool(word).GetBool(), 0);
+}
+
+TEST(References, FollowTheVariableAlsoAsCopies) {
+  int integer = 1, truth = 0;
+  float single = 1;
+  double number = 1;
+  char first[] = "first", second[] = "second", *text = first;
+  const CzonStringRef string(&text);
+  CzonStringRef stringCopy;
+  CzonKeyword keyword, copy;
+  keyword.AddParam(new CzonIntRef(&integer));
+  keyword.AddParam(new CzonFloatRef(&single));
+  keyword.AddParam(new CzonDoubleRef(&number));
+  keyword.AddParam(new CzonBoolRef(&truth));
+  copy.Copy(&keyword);
+  stringCopy.Copy(&string);
+  integer = -2, single = 2.5F, number = 3.5, truth = 4, text = second;
+  for (const CzonKeyword* read : {&keyword, &copy})
+    EXPECT_EQ(read->ParamByNum(3)->GetDouble() + read->ParamByNum(2)->GetFloat() +
+                  read->ParamByNum(1)->GetInt() + read->ParamByNum(4)->GetBool(),
+              8);
+  EXPECT_EQ(string.GetString() + stringCopy.GetString(), "secondsecond");
+  text = nullptr;
+  EXPECT_EQ(string.GetString() + CzonStringRef().GetString(), "");
+  EXPECT_EQ(CzonIntRef().GetInt() + CzonBoolRef().GetBool() + CzonDoubleRef().GetDouble(), 0);
+}
+
+TEST(Values, CopyAllTheirViews) {
+  File file(Load("[A] k = -7 {r}, 99999999999, 1e39, 4.0, true, 'x', |a|, #d#, %1, EndSect"));
+  const CzonKeyword* keyword = FirstSection(file)->KeywordByNum(1);
+  for (unsigned n = 1; n <= 10; ++n) {
+    CzonNode* value = keyword->NodeByNum(n);
+    const std::unique_ptr<CzonNode> copy(value->CreateObj());
+    copy->Copy(value);
+    EXPECT_EQ(host::Facts(static_cast<CzonBase*>(copy.get())),
+              host::Facts(static_cast<CzonBase*>(value)));
+    EXPECT_EQ(host::Show(copy.get()), host::Show(value));
+  }
+}
+
+TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
+  const CzonReal real("1");
+  EXPECT_DEATH(CzonInt().Copy(&real), "^zonint: .*`Node'");
+  EXPECT_DEATH(CzonFloatRef().Copy(&real), "^zonfloar: .*`Node'");
+}
+
+TEST(Defaults, AreSoughtOutward) {
+  // Beside the body of a section the second and third value of its keyword, which gets two
+  // placeholders behind its first value; "-" for one that stays.
+  const std::pair<const char*, const char*> rows[] = {
+      {"default (k) = 0, 3, 4 [B] default (k) = 0, 1 default (K) = 0, 5, 6 k = 0 EndSect", "14"},
+      {"default (k) = 0, 1, 2 [B] default (k) = 0, , 7 [C] k = 0 EndSect EndSect", "17"},
+      {"default (k) = 0, 1, 2 [B] k = 0 default (k) = 0, 3, 4 EndSect", "12"},
+      {"[B] k = 0 EndSect default (k) = 0, 1, 2", "--"},
+      {"[B] default (k) = 0, 1, 2 EndSect [C] k = 0 EndSect", "--"}};
+  for (const auto& [body, expected] : rows) {
+    File file(Load(std::string("[A] ") + body + " EndSect"));
+    static CzonKeyword* keyword;
+    zonExplore(file, [](CzonNode* node) {
+      if (node->GetSyntaxClass() == kZonKeyword) keyword = static_cast<CzonKeyword*>(node);
+    });
+    std::string values;
+    for (unsigned n = 2; n <= 3; ++n) {
+      keyword->AddParam(new CzonDefaultPar);
+      const CzonParam* value = keyword->ParamByNum(n);
+      values += value->IsDefaultPar() ? "-" : value->GetText();
+    }
+    EXPECT_EQ(values, expected) << body;
+  }
+}
+
+TEST(Defaults, AreSeenAsTheyAreAdded) {
+  CzonTargetList root;
+  auto* section = new CzonSection("S", 0, 0);
+  root.AddSection(section);
+  std::string found;
+  for (const char* name : {"", "k", " ", "K"}) {
+    auto* definition = new CzonDefaultDef(name, 0, 0);
+    definition->AddParam(new CzonParam("'" + std::string(name) + "'"));
+    section->AddDefaultDef(definition);
+    for (const char* sought : {"", " ", "K"}) {
+      const CzonParam* value = section->FindDefault(definition, sought, 1);
+      found += value != nullptr ? value->GetText() : "-";
+    }
+  }
+  EXPECT_EQ(found,
+            "''--"
+            "''-'k'"
+            "''' ''k'"
+            "''' ''k'");
+  section->Clear();
+  section->AddKeyword(new CzonKeyword("k", 0, 0));
+  EXPECT_EQ(section->FindDefault(section->NodeByNum(1), "k", 1), nullptr);
+}
+
+TEST(Locale, ChangesNothing) {
+  const auto expectPlainNumbersAndNames = [] {
+    File file(Load("[GRID] INT = 1234567, 2.5, TRUE EndSect"));
+    const CzonKeyword* keyword = FirstSection(file)->KeywordByName("int");
+    EXPECT_EQ(keyword->ParamByNum(2)->GetDouble() + CzonNumeric::string_to_double("2.5"), 5);
+    std::ostringstream out;
+    keyword->Write(out);
+    CzonDouble("1234567.5").Write(out << "|") << "|";
+    CzonFloat("2.5").Write(out);
+    EXPECT_EQ(out.str(), "   INT = 1234567, 2.5, true\n|1234567.5|2.5");
+  };
+  struct Commas : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+  expectPlainNumbersAndNames();
+  std::locale::global(before);
+  // One of the process, with a decimal comma and a small letter of I that is no i.
+  const std::string folder = host::FolderPath();
+  const std::string make = "localedef -i tr_TR -f ISO-8859-9 " + folder + "/tr_TR >/dev/null 2>&1";
+  setenv("LOCPATH", folder.c_str(), 1);
+  if (std::system(make.c_str()) < 0 || std::setlocale(LC_ALL, "tr_TR") == nullptr)
+    GTEST_SKIP() << "localedef cannot make a Turkish locale here";
+  EXPECT_TRUE(std::localeconv()->decimal_point[0] == ',' && std::tolower('I') != 'i');
+  expectPlainNumbersAndNames();
+  EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "tr_TR");
+  std::setlocale(LC_ALL, "C");
+}
+
+}  // namespace

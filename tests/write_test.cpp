@@ -1,0 +1,364 @@
+// Writing: the form of values and nodes, files and what happens to them, dumps, copies of files,
+// and whether what was written loads as it was.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cfloat>
+#include <cmath>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <iomanip>
+#include <limits>
+#include <locale>
+#include <random>
+#include <sstream>
+
+#include "host.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Texts = std::vector<std::string>;
+
+template <class Node>
+Node& As(void* handle) {
+  return dynamic_cast<Node&>(*static_cast<CzonBase*>(handle));
+}
+std::string Path(const std::string& name) {
+  return host::FolderPath() + "/" + name;
+}
+
+// Numbers of a host that look different in every respect.
+struct Commas : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  std::string do_grouping() const override { return "\1"; }
+};
+
+// What a function writes into a new file, in such a host.
+std::string Written(void (*write)(void*, const char*), void* handle) {
+  const std::string path = Path("written.zon");
+  std::remove(path.c_str());
+  const std::locale old = std::locale::global(std::locale(std::locale(), new Commas));
+  write(handle, path.c_str());
+  std::locale::global(old);
+  return host::ReadFile(path);
+}
+std::string Body(const std::string& text) {
+  return text.substr(text.find("\n\n") + 2);
+}
+
+template <class Value>
+void Add(void* handle, const char* text) {
+  As<CzonData>(handle).AddParam(new Value(text));
+}
+
+int truth = 2;
+double real = -std::numeric_limits<double>::infinity();
+
+const std::pair<const char*, void (*)(void*)> kValues[] = {
+    {"-2147483648", [](void* h) { zonAddInt(h, INT32_MIN); }},
+    {"9223372036854774784.0", [](void* h) { zonAddDouble(h, 0x1p63 - 1024); }},
+    {"9.223372036854776e+18", [](void* h) { zonAddDouble(h, 0x1p63); }},
+    {"3.40282e+38", [](void* h) { zonAddFloat(h, HUGE_VALF); }},
+    {"0", [](void* h) { zonAddFloat(h, -FLT_TRUE_MIN); }},
+    {"true", [](void* h) { zonAddBool(h, 7); }},
+    {"'''it''s''\n|\"'", [](void* h) { zonAddString(h, "'it's'\n|\""); }},
+    {"|a\\b\\c|", [](void* h) { zonAddFilename(h, "a/b\\c"); }},
+    {"", zonAddUndefinedPar},
+    {"-inf", [](void* h) { zonAddDoubleRef(h, &real); }},
+    {"true", [](void* h) { zonAddBoolRef(h, &truth); }},
+    {"''", [](void* h) { zonAddStringRef(h, nullptr); }},
+    {"#2031-02-14#", [](void* h) { Add<CzonDateTime>(h, "2031-02-14"); }},
+    {" it's ", [](void* h) { Add<CzonParam>(h, " it's "); }},
+    {"'<CLOB:String:\"it''s\">'", [](void* h) { Add<CzonClob>(h, "String:\"it's\""); }},
+    {"", [](void* h) { As<CzonData>(h).AddParam(new CzonDefaultPar); }}};
+
+TEST(Writing, EachValueHasItsForm) {
+  const host::File file(zonCreate());
+  zonAddTarget(file, "A");
+  zonAddKeyword(file, "k");
+  std::string line;
+  for (const auto& [text, add] : kValues) {
+    add(file);
+    std::ostringstream odd;
+    odd.imbue(std::locale(std::locale(), new Commas));
+    odd << std::hex << std::fixed << std::showpos << std::setprecision(1) << std::setw(30);
+    const auto& keyword = *As<CzonData>(file).GetCurrentKeyword();
+    keyword.NodeByNum(keyword.GetNoNodes())->Write(odd);
+    EXPECT_EQ(odd.str(), text);
+    line += (line.empty() ? "" : ", ") + std::string(text);
+  }
+  EXPECT_EQ(Body(Written(zonWrite, file)), "[A]\n   k = " + line + "\nEndSect  // A\n\n");
+}
+
+TEST(Writing, NumbersAreThoseOfPrintf) {
+  float f = 0;
+  double d = 0;
+  const CzonFloatRef floatOut(&f);
+  const CzonDoubleRef doubleOut(&d);
+  std::mt19937_64 random(1);
+  for (int n = 0; n < 1000000 && !HasFailure(); ++n) {
+    const std::uint64_t bits = random();
+    std::memcpy(&f, &bits, sizeof f);
+    std::memcpy(&d, &bits, sizeof d);
+    if (n % 2 != 0) {  // what people write: up to 10 digits, the point somewhere among them
+      d = static_cast<double>(static_cast<int>(bits)) / std::pow(10.0, (bits >> 32) % 10);
+    }
+    const bool whole = d == std::trunc(d) && d >= -0x1p63 && d < 0x1p63;
+    char expected[99];
+    std::snprintf(expected, sizeof expected, whole ? "%g %#.1f" : "%g %.16g",
+                  static_cast<double>(f), d);
+    std::ostringstream out;
+    doubleOut.Write(floatOut.Write(out) << ' ');
+    EXPECT_EQ(out.str(), expected);
+  }
+}
+
+TEST(Writing, EachNodeHasItsForm) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"", ""},
+      {"[A][B][C]{r}; c\n k=1{r}, 2 EndSect EndSect m=3 EndSect[b]EndSect",
+       "[A]\n   [B]\n      [C]\n         k = 1, 2\n      EndSect  // C\n\n   EndSect  // B\n\n"
+       "   m = 3\nEndSect  // A\n\n[b]\nEndSect  // b\n\n"},
+      {"[A()]default(k)=1,,2 k()=,3 default()={r}()=true EndSect",
+       "[A()]\n   default (k) = 1, , 2\n   k() = , 3\n   default () = \n   () = true\n"
+       "EndSect  // A\n\n"},
+      {"[A]k=+5,- 3,4294967303,-0,TRUE,+1.50,1E3,.5,%x,%1,{u},'<clob:Integer:1>'EndSect",
+       "[A]\n   k = 5, -3, 7, 0, true, +1.50, 1E3, .5, x, 1, , '<CLOB:Integer:1>'\n"
+       "EndSect  // A\n\n"}};
+  for (const auto& [text, body] : rows) {
+    const host::File file(host::Load(text));
+    EXPECT_EQ(Body(Written(zonWrite, file)), body) << host::SyntaxError(file);
+  }
+  struct Mine : CzonSection {
+    std::ostream& Write(std::ostream& out) const override { return out.put('\n') << 1234.5; }
+  };
+  const host::File file(zonCreate());
+  As<CzonTargetList>(zonGetRoot(file)).AddSection(new Mine);
+  EXPECT_EQ(Body(Written(zonWrite, file)), "\n1234.5");
+  CzonSection detached("A", 1, 0);  // stands in no file, so it has no header and no depth
+  detached.AddSection(new CzonSection("B", 0, 0));
+  std::ostringstream out;
+  EXPECT_EQ(&detached.Write(out), &out);
+  EXPECT_EQ(out.str(), "[A()]\n[B]\nEndSect  // B\n\nEndSect  // A\n\n");
+}
+
+TEST(Writing, BeginsWithTheLocalTimeAndAppends) {
+  // In this zone it is 09:07:03 now, whose zeros are not written.
+  const std::time_t now = std::time(nullptr);
+  const int ahead = static_cast<int>(now % 86400) - (9 * 3600 + 7 * 60 + 3);
+  char text[200];
+  std::snprintf(text, sizeof text, "ZON%s%d:%d:%d", ahead < 0 ? "-" : "", std::abs(ahead) / 3600,
+                std::abs(ahead) / 60 % 60, std::abs(ahead) % 60);
+  setenv("TZ", text, 1);
+  const host::File file(host::Load("[A]EndSect"));
+  const std::string path = host::WriteFile("twice.zon", "; kept");
+  zonWrite(file, path.c_str());
+  zonAppend(file, zonGetZonFileName(zonGetRoot(file)));
+  const std::tm t = *std::localtime(&now);
+  std::snprintf(text, sizeof text, "// Created     : %04d-%02d-%d 9:7:S\n", t.tm_year + 1900,
+                t.tm_mon + 1, t.tm_mday);
+  const std::string once = text +
+                           "// DLL         : zon2004\n"s
+                           "// Version     : 20.0.0.15342\n\n[A]\nEndSect  // A\n\n";
+  std::string written = host::ReadFile(path);
+  for (std::size_t at = 0; (at = written.find(" 9:7:", at) + 5) != 4;) {
+    if (written[at] >= '3') written[at] = 'S';  // the machine may be slow
+  }
+  EXPECT_EQ(written, "; kept" + once + once);
+  unsetenv("TZ");
+  tzset();
+}
+
+TEST(Writing, AddsTheResultSettings) {
+  for (const bool first : {true, false}) {
+    const host::File file(zonCreate());
+    zonSetProjectResultRoot(file, first ? "r/s" : "");
+    zonSetCustomResultFolder(file, first ? 0 : -3, first ? "" : "c");
+    const std::string body = "[SYSTEM]\n   ResultRootFolder = "s + (first ? "|r\\s|" : "||") +
+                             "\n   UseCustomResultFolder = " + (first ? "false" : "true") +
+                             "\n   CustomResultFolder = " + (first ? "||" : "|c|") +
+                             "\nEndSect  // SYSTEM\n\n";
+    EXPECT_EQ(Body(Written(zonWrite, file)), body);
+    zonAddTarget(file, "A");
+    EXPECT_EQ(Body(Written(zonAppend, file)), body + "[A]\nEndSect  // A\n\n") << "it stays";
+    EXPECT_EQ(host::Messages(), Texts{"Previous section was not completed"});
+    EXPECT_EQ(zonAddKeywordS(file, "k"), 2000) << "of that refusal; the section is still open";
+    EXPECT_EQ(zonAddKeywordS(file, "k"), 0);
+  }
+}
+
+TEST(Writing, FailuresAreSilentAndChangeNothing) {
+  const host::File file(host::Load("[A] k = '" + std::string(5000, 'x') + "' EndSect"));
+  const std::string source = zonGetZonFileName(zonGetRoot(file));
+  const std::string full = host::WriteFile("full.zon", "[Kept]");
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit small{1000, old.rlim_max};
+  for (const std::string& name :
+       Texts{full, Path("new.zon"), Path(""), Path("no/file"), "", "/dev/full"}) {
+    setrlimit(RLIMIT_FSIZE, &small);
+    zonWrite(file, name.c_str());
+    const int copied = zonFileCopy(source.c_str(), name.c_str());
+    if (name != full) zonDump(zonTargetByNum(file, 1), name.c_str());
+    setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(copied, 0) << name;
+    EXPECT_EQ(zonGetZonFileName(zonGetRoot(file)), name);
+    EXPECT_EQ(zonGetErrorGlb(), 0) << name;
+  }
+  std::signal(SIGXFSZ, SIG_DFL);
+  EXPECT_EQ(host::ReadFile(full), "[Kept]");
+  EXPECT_EQ(host::Messages(), Texts{});
+}
+
+TEST(Writing, ForWantOfMemoryNothingIsHalfDone) {
+  const host::File file(host::Load("[A] k = |" + std::string(50, 'x') + "| EndSect"));
+  zonSetProjectResultRoot(file, std::string(50, 'r').c_str());
+  zonSetCustomResultFolder(file, 1, std::string(50, 'c').c_str());
+  const std::string target = Path("memory.zon");
+  const std::string source = zonGetZonFileName(zonGetRoot(file));
+  long n = 0;
+  for (int copied = 0; copied == 0;) {
+    host::FailAllocation(++n);
+    zonWrite(file, target.c_str());
+    host::FailAllocation(0);
+    EXPECT_EQ(zonGetErrorGlb(), host::ReadFile(target).empty() ? 1005 : 0) << n;
+    std::remove(target.c_str());
+    host::FailAllocation(n);
+    copied = zonFileCopy(source.c_str(), target.c_str());
+    host::FailAllocation(0);
+    EXPECT_EQ(zonGetErrorGlb() == 0, copied == 1) << n;
+    EXPECT_EQ(host::ReadFile(target).empty(), copied == 0) << n;
+    std::remove(target.c_str());
+  }
+  EXPECT_GT(n, 10);
+  EXPECT_STREQ(zonGetErrorFromZonData(file), "") << "no section was left open";
+  for (unsigned i = 2; void* system = zonTargetByNum(file, i); ++i) {
+    EXPECT_EQ(zonGetNoKeywords(system), 3);
+  }
+  host::Messages();
+  host::Reports();
+}
+
+TEST(Writing, ChecksItsHandle) {
+  const host::File file(host::Load("[A] k = "));  // has no tree
+  host::Reports();
+  CzonSection node;
+  const auto check = [](auto write, void* handle, int code, const char* message) {
+    zonGetErrorGlb();
+    EXPECT_EQ(Written(write, handle), "") << message;
+    EXPECT_EQ(zonGetErrorGlb(), code) << message;
+    EXPECT_EQ(host::Messages(), Texts{message});
+  };
+  check(zonWrite, nullptr, 1005, "Invalid zonHandle (CzonData)");
+  check(zonAppend, static_cast<CzonBase*>(&node), 1005, "Invalid zonHandle (CzonData)");
+  check(zonWrite, file, 1006, "Invalid zonNode");
+  check(zonDump, file, 1006, "zonDump: bad argument");
+}
+
+const char kDump[] = R"((2) [A]   (1 sections   2 keywords)   <A>
+   (4) <2,0> k =    (3 params)   <>
+      (6) <3,1> Float: 1   Double: 1   Int: 1   
+      (7) <3,2> Float: 2.5   Double: 2.5   
+      (11) <3,3> DEFAULT: Parameter ...
+   (2) [b]   (0 sections   1 keywords)   <A.b>
+      (3) m =    (4 params)   <A.b.m>
+         (10) <4,1> Parameter ...
+         (10) <4,2> Parameter ...
+         (15) <4,3> Parameter ...
+         (14) <4,4> Parameter ...
+   (3) <2,1> k =    (2 params)   <A.k>
+      (6) <2,1> Float: 9e+06   Double: 9e+06   Int: 9000000   
+      (11) <2,2> DEFAULT: Float: 2.5   Double: 2.5   
+   (3) <2,2> K =    (5 params)   <A.K>
+      (7) <5,1> Float: 1.23457e+06   Double: 1.23457e+06   
+      (7) <5,2> Double: 1e+300   
+      (9) <5,3> String: it's
+      (8) <5,4> Boolean: true
+      (11) <5,5> DEFAULT: Parameter ...
+)";
+
+TEST(Writing, DumpsListEveryNode) {
+  const host::File file(
+      host::Load("[A] default (k) = 1, 2.5 [b] m = #d#, |f|, , {u} EndSect k = 9000000 "
+                 "K = 1234567.5, 1e300, 'it''s', TRUE EndSect [C] EndSect"));
+  for (const unsigned n : {1U, 3U, 4U}) {
+    As<CzonKeyword>(zonNodeByNum(zonTargetByNum(file, 1), n)).AddParam(new CzonDefaultPar);
+  }
+  const std::string other = "(2) [C]   (0 sections   0 keywords)   <C>\n";
+  EXPECT_EQ(Written(zonDump, zonGetRoot(file)), kDump + other);
+  EXPECT_EQ(zonGetErrorGlb(), 0);
+  EXPECT_EQ(Written(zonDump, file), kDump + other);
+  EXPECT_EQ(zonGetErrorGlb(), 1006);
+  zonDump(zonTargetByNum(file, 2), Path("written.zon").c_str());
+  EXPECT_EQ(host::ReadFile(Path("written.zon")), other) << "overwritten";
+}
+
+TEST(Writing, CopiesKeepFileNamesGood) {
+  const std::string top = host::FolderPath();
+  std::string root = "..\\..\\";  // from dst/c.zon, and one more
+  for (const char c : top) root += c == '/' ? "..\\" : "";
+  host::WriteFile("src/sub/m.zon",
+                  "[A] k = |d\\x.txt|, |../y|, |/abs/../z|, |\\r\\q|, |C:\\w|, ||, |" + top +
+                      "/dst/n| EndSect\n");
+  host::WriteFile("dst/c.zon", "");
+  const std::string body = "[A]\n   k = |..\\..\\src\\sub\\d\\x.txt|, |..\\..\\src\\y|, |" + root +
+                           "z|, |" + root + "r\\q|, |..\\..\\src\\sub\\C:\\w|, ||, |..\\n|\n" +
+                           "EndSect  // A\n\n";
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(top + "/src");
+  for (const std::string& from : {std::string(), top + "/src/"}) {
+    const std::string target = (from.empty() ? ".." : top) + "/dst/c.zon";
+    EXPECT_EQ(zonFileCopy((from + "sub/m.zon").c_str(), target.c_str()), 1);
+    EXPECT_EQ(Body(host::ReadFile(target)), body);
+    std::remove(target.c_str());
+  }
+  EXPECT_EQ(zonFileCopy("sub/m.zon", "../src/sub/m.zon"), 1) << "onto itself";
+  EXPECT_NE(host::ReadFile("sub/m.zon").find("EndSect\n// Created"), std::string::npos);
+  EXPECT_EQ(zonFileCopy("none.zon", "target.zon"), 0);
+  EXPECT_EQ(zonGetErrorGlb(), 1001);
+  EXPECT_EQ(host::Reports(), Texts{"1: Open error: none.zon"});
+  EXPECT_FALSE(std::filesystem::exists("target.zon"));
+  std::filesystem::current_path(before);
+}
+
+// What the format can hold. In a template every name stands once, in data any name again.
+std::string Content(std::mt19937& random, bool isTemplate, int depth) {
+  const auto oneOf = [&](std::initializer_list<const char*> texts) -> std::string {
+    return texts.begin()[random() % texts.size()];
+  };
+  std::string text;
+  for (auto left = random() % 6; left > 0; --left) {
+    std::string name = oneOf({"A", "a", "e5", "E", "EndSects", "defaulT_", "true1", "SYSTEM_"});
+    if (isTemplate) name += std::to_string(random()) + oneOf({"", "()"});
+    if (depth == 0 || (depth < 6 && random() % 4 == 0)) {
+      text += "[" + name + "]" + Content(random, isTemplate, depth + 1) + "EndSect\n";
+      continue;
+    }
+    text += random() % 3 == 0 ? "default(" + oneOf({"A", "b", ""}) + ")=" : name + "=";
+    do {
+      text += oneOf({"-5", "2.50", "1E3", "true", "' ''it''s'' \n|#\\\r\"<>;{\x80'", "|a\\ '#;|",
+                     "''", "", "#'|/*#", "'<CLOB:a''>\n>'", "'<CLOB:'"}) +
+              oneOf({",", ",", "\n"});
+    } while (text.back() == ',');
+  }
+  return text;
+}
+
+TEST(Writing, WhatIsWrittenLoadsAsItWas) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 400; ++round) {
+    const host::File made(host::Load(Content(random, round % 2 != 0, 0)));
+    const std::string text = Body(Written(zonWrite, made));
+    const host::File loaded(zonLoadFile(Path("written.zon").c_str(), 0));
+    ASSERT_EQ(host::SyntaxError(made), "");
+    ASSERT_EQ(host::ShowTree(loaded), host::ShowTree(made)) << text;
+    ASSERT_EQ(Body(Written(zonWrite, loaded)), text);
+  }
+}
+
+}  // namespace
