@@ -79,21 +79,19 @@ TEST(Build, Scripts) {
 }
 
 TEST(Build, BadHandles) {
-  void* handle = host::Load("[A] EndSect");
-  const host::File loaded(handle);
+  host::File file(host::Load("[A] EndSect"));
   for (const auto& [letter, call] : kCalls) {
-    const bool definition = std::strchr("DCIFRXNB", letter) != nullptr;
-    const std::string heard =
-        definition ? "Invalid zonHandle (CzonCreate)" : "Invalid zonHandle (CzonData)";
-    for (void* bad : std::vector<void*>{nullptr, definition ? handle : zonGetRoot(handle)}) {
+    const bool def = std::strchr("DCIFRXNB", letter) != nullptr;
+    const std::string heard = def ? "(CzonCreate)" : "(CzonData)";
+    for (void* bad : {static_cast<void*>(nullptr), def ? *file.Address() : zonGetRoot(file)}) {
       for (bool status : {false, true}) {
         EXPECT_EQ(call(bad, "1", status), status ? 1005 : 0) << letter;
-        EXPECT_EQ(host::Messages(), status ? Texts{} : Texts{heard}) << letter;
+        EXPECT_EQ(host::Messages(), status ? Texts{} : Texts{"Invalid zonHandle " + heard});
         EXPECT_EQ(zonGetErrorGlb(), 1005) << letter;
       }
     }
   }
-  zonEndSection(loaded);  // not silenced by a call that was not for it
+  zonEndSection(file);  // not silenced by a call that was not for it
   EXPECT_EQ(host::Messages(), Texts{"Missing current section"});
 }
 

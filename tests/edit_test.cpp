@@ -17,6 +17,31 @@ struct Item {
   std::string name;
   std::vector<Item> children;  // of a section
   std::vector<int> values;     // of a keyword
+  int id = 0;                  // of the item itself, whatever it holds; the root's is 0
+
+  Item* Find(int wanted) {
+    if (id == wanted) return this;
+    for (Item& child : children) {
+      if (Item* found = child.Find(wanted)) return found;
+    }
+    return nullptr;
+  }
+  Item* ParentOf(int wanted) {
+    for (Item& child : children) {
+      if (child.id == wanted) return this;
+      if (Item* found = child.ParentOf(wanted)) return found;
+    }
+    return nullptr;
+  }
+
+  // As it comes back from a file: a keyword without values has an undefined one.
+  Item AsLoaded() const {
+    Item loaded = *this;
+    if (!section && id != 0 && values.empty()) loaded.values = {0};
+    std::transform(children.begin(), children.end(), loaded.children.begin(),
+                   [](const Item& child) { return child.AsLoaded(); });
+    return loaded;
+  }
 
   // The place of the n-th child of the kind; the end if there is none.
   std::size_t PlaceOf(bool wantSection, unsigned n) const {
@@ -67,7 +92,17 @@ class Editor {
 
   const Item& Model() const { return root_; }
 
+  // Whatever the tree is written as loads as the same tree.
+  void WriteAndLoad() {
+    const std::string path = host::WriteFile("edited.zon", "");
+    zonWrite(file_, path.c_str());
+    const host::File again(zonLoadFile(path.c_str(), 0));
+    ExpectSame(root_.AsLoaded(), zonGetRoot(again));
+    host::Messages();
+  }
+
   void Step() {
+    if (Number(0, 3) == 0) return Build();
     Item* section = &root_;
     void* node = zonGetRoot(file_);
     for (;;) {
@@ -115,16 +150,55 @@ class Editor {
     if (made == nullptr) return;
     const std::size_t place =
         position > 0 ? section.PlaceOf(isSection, position) : section.children.size();
-    section.children.insert(At(section, place), Item{isSection, name, {}, {}});
+    section.children.insert(At(section, place), Item{isSection, name, {}, {}, ++lastId_});
+    const std::string owner = zonGetNameGlb(node);
+    ASSERT_EQ(zonGetNameGlb(made), owner.empty() ? name : owner + "." + name);
+  }
+
+  // A call of the builder, which goes by the cursor.
+  void Build() {
+    const std::string name = Name();
+    const unsigned call = Number(0, 4);
+    const bool accepted = call == 0 ? open_ == 0 : call == 3 ? keyword_ != 0 : open_ != 0;
+    const int code = call == 0   ? zonAddTargetS(file_, name.c_str())
+                     : call == 1 ? zonAddSectionS(file_, name.c_str())
+                     : call == 2 ? zonAddKeywordS(file_, name.c_str())
+                     : call == 3 ? zonAddIntS(file_, 7)
+                                 : zonEndSectionS(file_);
+    ASSERT_EQ(code, accepted ? 0 : 2000) << call;
+    if (!accepted) return;
+    if (call == 3) return root_.Find(keyword_)->values.push_back(7);
+    if (call == 4) return OpenSection(root_.ParentOf(open_)->id);
+    root_.Find(open_)->children.push_back(Item{call != 2, name, {}, {}, ++lastId_});
+    if (call != 2) return OpenSection(lastId_);
+    keyword_ = lastId_;
+  }
+
+  void OpenSection(int id) {
+    open_ = id;
+    keyword_ = 0;
+  }
+
+  // The cursor leaves what goes, for the section around it.
+  void Leave(Item& item, const Item& parent) {
+    if (keyword_ != 0 && item.Find(keyword_) != nullptr) keyword_ = 0;
+    if (open_ != 0 && item.Find(open_) != nullptr) OpenSection(parent.id);
+  }
+
+  void Renew(Item& copy) {
+    copy.id = ++lastId_;
+    for (Item& child : copy.children) Renew(child);
   }
 
   void EditOne(Item& section, void* node, unsigned action) {
     const auto last = static_cast<unsigned>(section.children.size() - 1);
     const std::size_t from = Number(0, last);
     const std::size_t to = Number(0, last);
-    const Item copy = section.children[from];
+    Item copy = section.children[from];
+    Renew(copy);
     if (action == 2) {
       ASSERT_EQ(zoneDeleteNode(NodeAt(node, from)), 0);
+      Leave(section.children[from], section);
       section.children.erase(At(section, from));
     } else if (action == 3) {
       const std::string name = section.children[from].name = Name();
@@ -140,7 +214,11 @@ class Editor {
       host::Messages();
       ASSERT_EQ(zonCopy(NodeAt(node, from), NodeAt(node, to)), fits);
       ASSERT_EQ(host::Messages().size(), fits ? 0U : 1U);
-      if (fits) section.children[to] = copy;
+      if (!fits || from == to) return;
+      Item& target = section.children[to];
+      for (Item& child : target.children) Leave(child, target);
+      copy.id = target.id;
+      target = copy;
     }
   }
 
@@ -171,6 +249,9 @@ class Editor {
   void* file_;
   std::mt19937 random_;
   Item root_;
+  int lastId_ = 0;
+  int open_ = 0;  // the cursor: ids of the open section and of the current keyword, 0 for none
+  int keyword_ = 0;
 };
 
 TEST(Editing, RandomEditsAgreeWithAModel) {
@@ -180,6 +261,7 @@ TEST(Editing, RandomEditsAgreeWithAModel) {
     for (int step = 0; step < 3000; ++step) {
       editor.Step();
       if (step % 5 == 0) ExpectSame(editor.Model(), zonGetRoot(file));
+      if (step % 250 == 0) editor.WriteAndLoad();
       ASSERT_FALSE(testing::Test::HasFatalFailure()) << step;
     }
   }

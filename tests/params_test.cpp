@@ -33,7 +33,6 @@ TEST(Params, AreReadByTheirPlace) {
   EXPECT_EQ(Get(section, "k", 1, 1), "7,7,7,false,,null");
   EXPECT_EQ(host::Messages(), Texts(4, kUnfit));
   EXPECT_EQ(Get(section, "K", 2, 2), "2,2,2,false,,null");
-  EXPECT_EQ(Get(section, "k", 1, 3), "0,0,0,true,,null");
   EXPECT_EQ(Get(section, "k", 1, 4), "0,0,0,false,it's,null");
   EXPECT_EQ(Get(section, "k", 1, 5), "0,0,0,false,," + host::FolderPath() + "/d/f");
   EXPECT_EQ(zonGetErrorGlb(), 0) << "a value of another kind sets no code";

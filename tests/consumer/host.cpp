@@ -6,7 +6,9 @@
 #include <zonclasses.h>
 
 static int heard = 0;
-extern "C" void MessageHook(const char*) { ++heard; }
+extern "C" void MessageHook(const char*) {
+  ++heard;
+}
 
 int main() {
   void* file = zonCreate();
