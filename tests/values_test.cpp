@@ -168,23 +168,18 @@ TEST(Defaults, AreSeenAsTheyAreAdded) {
   auto* section = new CzonSection("S", 0, 0);
   root.AddSection(section);
   std::string found;
-  for (const char* name : {"", "k", " ", "K"}) {
-    auto* definition = new CzonDefaultDef(name, 0, 0);
-    definition->AddParam(new CzonParam("'" + std::string(name) + "'"));
-    section->AddDefaultDef(definition);
-    for (const char* sought : {"", " ", "K"}) {
-      const CzonParam* value = section->FindDefault(definition, sought, 1);
-      found += value != nullptr ? value->GetText() : "-";
+  for (int time = 1; time <= 2; ++time, section->Clear()) {
+    for (const char* name : {"", "k", " ", "K"}) {
+      auto* definition = new CzonDefaultDef(name, 0, 0);
+      definition->AddParam(new CzonParam("<" + std::string(name) + ">"));
+      section->AddDefaultDef(definition);
+      for (const char* sought : {"", " ", "K"}) {
+        const CzonParam* value = section->FindDefault(definition, sought, 1);
+        found += value != nullptr ? value->GetText() : "-";
+      }
     }
   }
-  EXPECT_EQ(found,
-            "''--"
-            "''-'k'"
-            "''' ''k'"
-            "''' ''k'");
-  section->Clear();
-  section->AddKeyword(new CzonKeyword("k", 0, 0));
-  EXPECT_EQ(section->FindDefault(section->NodeByNum(1), "k", 1), nullptr);
+  EXPECT_EQ(found, "<>--<>-<k><>< ><k><>< ><k><>--<>-<k><>< ><k><>< ><k>");
 }
 
 TEST(Locale, ChangesNothing) {
