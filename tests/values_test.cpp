@@ -89,6 +89,8 @@ TEST(Values, HaveTheirViews) {
   const CzonKeyword& keyword = *FirstSection(file)->KeywordByNum(1);
   EXPECT_EQ(Views(*keyword.ParamByNum(1), 0), "-0x0p+0 0x0p+0 111 0 0");
   EXPECT_EQ(Views(*keyword.ParamByNum(2), 0), "-0x1p+53 -0x1p+53 111 -1 0");
+  EXPECT_EQ(CzonDouble("0." + std::string(400, '0') + "1e9").GetDouble(), 0);
+  EXPECT_GT(CzonDouble("1" + std::string(400, '0') + "e-9").GetDouble(), 1);
   EXPECT_EQ(CzonNumeric::string_to_double("\t-3e2,4"), -300);
   for (const char* word : {"true", "TRUE", "tRuE"}) EXPECT_EQ(CzonBool(word).GetBool(), 1);
   for (const char* word : {"false", "true ", "1", ""}) EXPECT_EQ(CzonBool(word).GetBool(), 0);

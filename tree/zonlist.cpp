@@ -38,10 +38,13 @@ void NodeList::Swap(NodeList& other) {
 
 std::uint32_t NodeList::Find(const CzonNode* node, std::uint32_t guess) const {
   CzonNode* const* items = Items();
-  if (guess < size_ && items[guess] == node) return guess;
-  std::uint32_t index = 0;
-  while (index < size_ && items[index] != node) ++index;
-  return index;
+  std::uint32_t behind = std::min(guess, size_);
+  std::uint32_t before = behind;
+  while (behind < size_ || before > 0) {
+    if (behind < size_ && items[behind++] == node) return behind - 1;
+    if (before > 0 && items[--before] == node) return before;
+  }
+  return size_;
 }
 
 void NodeList::Release(Store* store) {

@@ -37,7 +37,7 @@ class NodeList {
   void Set(std::uint32_t index, CzonNode* node) { Items()[index] = node; }
   void Swap(NodeList& other);
 
-  // Where the node stands; Size() when it does not. `guess` is looked at first.
+  // Where the node stands; Size() when it does not. The search goes outward from `guess`.
   std::uint32_t Find(const CzonNode* node, std::uint32_t guess) const;
 
   void Release(Store* store);

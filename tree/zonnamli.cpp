@@ -166,22 +166,37 @@ int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
     AddToIndex(node);
     return 0;
   }
-  // The nearest namesake in front of the place tells how many there are.
-  std::uint32_t before = 0;
-  for (std::uint32_t at = std::min(pos == 0 ? 0 : pos - 1, ordered_.Size()); at > 0; --at) {
-    const auto* other = static_cast<const CzonNamedNode*>(ordered_[at - 1]);
-    if (other->GetNameHash() != node->GetNameHash()) continue;
+  const std::uint32_t place = PlaceInQueue(*queue, *node, std::max(pos, 1U) - 1);
+  queue->nodes.Insert(place, node, store_);
+  Renumber(*queue, place);
+  return 0;
+}
+
+// Where a node that is about to stand at place `at` of the ordered list comes among its namesakes:
+// the nearest one of them, on either side, tells.
+template <class T>
+std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
+                                            const CzonNamedNode& node, std::uint32_t at) const {
+  std::uint32_t behind = std::min(at, ordered_.Size());
+  std::uint32_t before = behind;
+  const auto numberOf = [&](std::uint32_t index) {
+    const auto* other = static_cast<const CzonNamedNode*>(ordered_[index]);
+    if (other->GetNameHash() != node.GetNameHash() || other == &node) return queue.nodes.Size();
     // A node that has been copied over has lost its number; Find looks further.
     const auto guess =
         static_cast<std::uint32_t>(static_cast<const CzonNode*>(other)->instance_ - 1);
-    const std::uint32_t place = queue->nodes.Find(other, guess);
-    if (place < queue->nodes.Size()) {
-      before = place + 1;
-      break;
+    return queue.nodes.Find(other, guess);
+  };
+  while (behind < ordered_.Size() || before > 0) {
+    if (before > 0) {
+      const std::uint32_t number = numberOf(--before);
+      if (number < queue.nodes.Size()) return number + 1;
+    }
+    if (behind < ordered_.Size()) {
+      const std::uint32_t number = numberOf(behind++);
+      if (number < queue.nodes.Size()) return number;
     }
   }
-  queue->nodes.Insert(before, node, store_);
-  Renumber(*queue, before);
   return 0;
 }
 
@@ -247,8 +262,8 @@ int CzonNameList<T>::Remove(T* node) {
 
 template <class T>
 unsigned int CzonNameList<T>::PlaceOf(const T* node) const {
-  // Deletions mostly come from the end.
-  const std::uint32_t place = ordered_.Find(node, ordered_.Size() - 1);
+  // Mostly an owner has children of one kind, or has the other kind behind.
+  const std::uint32_t place = ordered_.Find(node, node->PlaceSeen());
   return place < ordered_.Size() ? place + 1 : 0;
 }
 

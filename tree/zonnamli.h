@@ -95,6 +95,8 @@ class ZON_API CzonNameList {
 
  private:
   void Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from);
+  std::uint32_t PlaceInQueue(const zon::NameIndex::Queue& queue, const CzonNamedNode& node,
+                             std::uint32_t at) const;
 
   zon::NameIndex index_;
   zon::NodeList ordered_;

@@ -1,6 +1,7 @@
 // Tested by tests/tree_test.cpp and tests/values_test.cpp.
 #include "tree/zonnamno.h"
 
+#include <algorithm>
 #include <memory>
 #include <ostream>
 #include <typeinfo>
@@ -158,8 +159,16 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   const std::uint32_t guess = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child)->place_
                                                  : static_cast<std::uint32_t>(child->instance_ - 1);
   if (guess < children_.Size() && children_[guess] == child) return guess;
-  // Children have moved since the places were noted: note them all anew, so that asking for one
-  // after the other stays linear.
+  // Children have moved since the places were noted, mostly not far.
+  constexpr std::uint32_t kNear = 256;
+  const std::uint32_t near = std::min(guess, children_.Size());
+  const std::uint32_t end = near + std::min(kNear, children_.Size() - near);
+  for (std::uint32_t at = near - std::min(kNear, near); at < end; ++at) {
+    if (children_[at] != child) continue;
+    if (child->Has(kNamed)) static_cast<const CzonNamedNode*>(child)->place_ = at;
+    return at;
+  }
+  // Note them all anew, so that asking for one after the other stays linear.
   std::uint32_t found = children_.Size();
   for (std::uint32_t at = 0; at < children_.Size(); ++at) {
     if (children_[at] == child) found = at;

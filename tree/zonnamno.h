@@ -78,6 +78,8 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   // Where the child stands in the child list, from 0; the length of the list when it does not.
   std::uint32_t PlaceOf(const CzonNode* child) const;
+  // Where this node was last seen in the child list of its owner: a hint.
+  std::uint32_t PlaceSeen() const { return place_; }
 
  protected:
   zon::NodeList children_;
