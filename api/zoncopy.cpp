@@ -1,6 +1,7 @@
 // zonCopy and zonInsert: copies of sections and keywords at a place of their own. Tested by
 // tests/edit_test.cpp.
 #include <memory>
+#include <string_view>
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
@@ -27,10 +28,16 @@ void LeaveChildren(const CzonNamedNode& node) {
 // held.
 template <class T>
 void CopyOnto(const CzonNode& source, CzonNamedNode& target) {
+  const std::string_view name = static_cast<const CzonNamedNode&>(source).GetNameView();
   T copy;
-  if (zon::Store* store = target.GetStore()) copy.EnterStore(*store);
+  if (zon::Store* store = target.GetStore()) {
+    copy.EnterStore(*store);
+    // Texts of its own, given back with it or with the target: no store fills up with copies.
+    copy.Rename(name);
+    copy.SetRemark(source.GetRemark(), nullptr);
+  }
   copy.Copy(&source);
-  target.Rename(static_cast<const CzonNamedNode&>(source).GetNameView());
+  target.Rename(name);
   LeaveChildren(target);
   target.SwapContent(copy);
 }

@@ -1,6 +1,8 @@
 // The exported functions over CLOB values. Tested by tests/clob_test.cpp.
 #include <cmath>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "api/zon.h"
 #include "api/zonbuild.h"
@@ -158,9 +160,14 @@ const char* zonGetClobFilenameString(void* node) {
 }
 const char* zonGetClobFilename(void* node) {
   return AskClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
+    // The cursor must not have moved when there is no memory for the path.
+    std::string path;
+    if (clob.IsKind(CzonClobKind::kFilename)) {
+      path = zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename());
+    }
     const std::string& name = clob.GetClobFilename();
     if (&name == &CzonNode::empty_string) return EmpSt();  // a failure
-    return clob.KeepForLastItem(zon::ResolveFilename(name, clob.GetZonFilename())).c_str();
+    return clob.KeepForLastItem(std::move(path)).c_str();
   });
 }
 

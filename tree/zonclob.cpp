@@ -307,9 +307,12 @@ const std::string& CzonClob::GetClobFilename() const {
   return item != nullptr ? item->text : empty_string;
 }
 
+const std::string& CzonClob::PeekText() const {
+  return IsEnd() ? empty_string : state_->items[state_->cursor].text;
+}
+
 const std::string& CzonClob::KeepForLastItem(std::string text) const {
-  State& state = NeedState();
-  std::string& given = state.items[state.cursor - 1].given;
+  std::string& given = state_->items[state_->cursor - 1].given;
   given = std::move(text);
   return given;
 }
@@ -362,7 +365,11 @@ void CzonClob::Append(CzonClobKind kind, std::string_view value) {
   const std::string_view content = GetTextView();
   const bool first = content.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
   const std::string addition = (first ? "" : ",") + item;
-  if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) return AppendText(addition);
+  if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) {
+    AppendText(addition);
+    if (state_ != nullptr) state_->loaded = false;  // the flaw may be another one now
+    return;
+  }
   // While items are being read the new one joins them, without taking all of them apart again.
   Reader<Item>(item).Read(&state_->items);
   try {

@@ -62,6 +62,7 @@ class ZON_API CzonClob : public CzonParam {
 
   // For the library's own use.
   static bool FindContent(std::string_view text, std::string_view* content);
+  const std::string& PeekText() const;  // of the item at the cursor; empty for none
   // A text that is given out for the item that was read last, and lives as long as its own.
   const std::string& KeepForLastItem(std::string text) const;
 

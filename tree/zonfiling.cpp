@@ -54,7 +54,7 @@ void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
   child->owner_ = this;
   if (child->Has(kNamed)) static_cast<CzonNamedNode*>(child)->place_ = place;
   if (child->WantsDestructor()) MarkDeep();
-  ChildrenMoved(place);
+  ChildrenMoved(place, *child, 1);
 }
 
 void CzonNamedNode::Unfile(CzonNode* child) {
@@ -65,7 +65,7 @@ void CzonNamedNode::Unfile(CzonNode* child) {
       [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.Remove(keyword); }, [] {});
   children_.Erase(place);
   child->owner_ = nullptr;
-  ChildrenMoved(place);
+  ChildrenMoved(place, *child, -1);
 }
 
 void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
@@ -78,8 +78,9 @@ void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
 }
 
 // What depends on the places of children: the numbers of values, and what is known of definitions.
-void CzonNamedNode::ChildrenMoved(std::uint32_t from) {
-  if (auto* section = dynamic_cast<CzonSection*>(this)) section->ForgetDefinitions();
+// `by` is 1 after a child has come to the place `from`, -1 after it has gone.
+void CzonNamedNode::ChildrenMoved(std::uint32_t from, const CzonNode& child, int by) {
+  if (auto* section = dynamic_cast<CzonSection*>(this)) section->DefinitionsMoved(from, child, by);
   if (dynamic_cast<CzonKeyword*>(this) == nullptr) return;
   for (std::uint32_t at = from; at < children_.Size(); ++at) {
     children_[at]->instance_ = static_cast<std::int32_t>(at + 1);
@@ -108,14 +109,15 @@ void CzonNamedNode::Rename(std::string_view name) {
       throw;
     }
   };
-  if (owner == nullptr) {
-    swapNames();
+  if (owner == nullptr || zon::EqualNoCase(GetNameView(), name)) {
+    swapNames();  // the indexes know it by its name in lower case
   } else {
     WithList(
         *owner, *this,
         [&](CzonTargetList& of, CzonSection* section) { refile(of.sections_, section); },
         [&](CzonSection& of, CzonKeyword* keyword) { refile(of.keywords_, keyword); }, swapNames);
-    if (auto* section = dynamic_cast<CzonSection*>(owner)) section->ForgetDefinitions();
+    auto* section = dynamic_cast<CzonSection*>(owner);
+    if (section != nullptr && IsDefaultDef()) section->ForgetDefinitions();
   }
   if (name_.IsOwner() && Has(kInStore)) MarkDeep();
   fresh.Release();

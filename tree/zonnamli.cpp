@@ -187,15 +187,12 @@ std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
         static_cast<std::uint32_t>(static_cast<const CzonNode*>(other)->instance_ - 1);
     return queue.nodes.Find(other, guess);
   };
-  while (behind < ordered_.Size() || before > 0) {
-    if (before > 0) {
-      const std::uint32_t number = numberOf(--before);
-      if (number < queue.nodes.Size()) return number + 1;
-    }
-    if (behind < ordered_.Size()) {
-      const std::uint32_t number = numberOf(behind++);
-      if (number < queue.nodes.Size()) return number;
-    }
+  while (before > 0) {
+    const std::uint32_t numberBefore = numberOf(--before);
+    if (numberBefore < queue.nodes.Size()) return numberBefore + 1;
+    if (behind == ordered_.Size()) continue;
+    const std::uint32_t numberBehind = numberOf(behind++);
+    if (numberBehind < queue.nodes.Size()) return numberBehind;
   }
   return 0;
 }

@@ -91,7 +91,7 @@ class ZON_API CzonNamedNode : public CzonNode {
  private:
   friend class CzonNode;
 
-  void ChildrenMoved(std::uint32_t from);
+  void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;

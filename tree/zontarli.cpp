@@ -207,6 +207,13 @@ void CzonSection::ForgetDefinitions() const {
   definitionsSeen_ = 0;
 }
 
+// Only a definition that comes or goes changes what is known of those looked at.
+void CzonSection::DefinitionsMoved(std::uint32_t from, const CzonNode& child, int by) {
+  if (from >= definitionsSeen_) return;
+  if (child.IsDefaultDef()) return ForgetDefinitions();
+  definitionsSeen_ += static_cast<std::uint32_t>(by);
+}
+
 const CzonNamedNode* CzonSection::FirstIndexedDefinition(std::string_view name) const {
   for (; definitionsSeen_ < children_.Size(); ++definitionsSeen_) {
     CzonNode* child = children_[definitionsSeen_];

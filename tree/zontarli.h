@@ -106,6 +106,7 @@ class ZON_API CzonSection : public CzonTargetList {
   void WriteHead(std::ostream& out) const;
   void WriteEnd(std::ostream& out) const;
   void ForgetDefinitions() const;
+  void DefinitionsMoved(std::uint32_t from, const CzonNode& child, int by);
 
   CzonNameList<CzonKeyword> keywords_;
 

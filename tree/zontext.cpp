@@ -8,6 +8,12 @@ void Text::MakeString(Store* store) const {
   size_ = store != nullptr ? kKept : kOwned;
 }
 
+// Never destroyed: a host may still ask for texts while the process ends.
+const std::string& Text::EmptyString() {
+  static const std::string& empty = *new std::string;
+  return empty;
+}
+
 // A first text goes into the store as characters. A text that changes becomes a string, which takes
 // every further one: no store fills up however often a value is set.
 void Text::Assign(std::string_view text, Store* store) {

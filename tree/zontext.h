@@ -31,9 +31,10 @@ class __attribute__((packed, aligned(4))) Text {
                          : static_cast<const std::string*>(where_)->c_str();
   }
 
-  // The text as a string that lives until the text is released. With a store the string is the
-  // store's, without one the text's own.
+  // The text as a string that lives until the text changes or is released. With a store the string
+  // is the store's, without one the text's own.
   const std::string& AsString(Store* store) const {
+    if (size_ == 0) return EmptyString();  // so that no store fills up with empty strings
     if (size_ < kKept) MakeString(store);
     return *static_cast<const std::string*>(where_);
   }
@@ -72,6 +73,7 @@ class __attribute__((packed, aligned(4))) Text {
   static constexpr std::uint32_t kOwned = 0xFFFFFFFFU;  // where_ is a string of ours
 
   void MakeString(Store* store) const;
+  static const std::string& EmptyString();
 
   mutable const void* where_ = "";
   mutable std::uint32_t size_ = 0;
