@@ -481,8 +481,8 @@ ZON_API int zonGetListParam(void* section, const char* keyword, int instance, co
  * the kind; 0, or one past the last, is the very end; the new node stands directly before the
  * sibling whose place it takes. Names are not checked. Afterwards order, numbers and names are as
  * if the file had been loaded so; global names that were asked for stay. Before a node is deleted
- * the cursor of the builder leaves it. Nodes of a loaded file give their memory back when the file
- * is closed.
+ * the cursor of the builder leaves it. Nodes that were loaded or built give their memory back when
+ * the file is closed, inserted ones at once.
  *
  * Insertions give the new node, or null; the others 0, or the code. A failure stores its code and
  * passes a text to MessageHook:

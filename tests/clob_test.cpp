@@ -158,8 +158,10 @@ TEST(Clob, BuiltItemsComeBackBitForBit) {
   EXPECT_EQ(zonAddClobFloatS(file, HUGE_VALF), 2000);
   EXPECT_EQ(zonAddClobDoubleS(file, std::nan("")), 2000);
   EXPECT_STREQ(zonGetErrorFromZonData(file), "Invalid CLOB value");
+  zonAddClobBool(file, 2);
+  zonAddClobFilename(file, "a\\b");
   zonAddClobString(file, "say \"it's\"");
-  EXPECT_EQ(zonGetClobNoItems(FirstValue(file)), 1);  // later items join those that were read
+  EXPECT_EQ(zonGetClobNoItems(FirstValue(file)), 3);  // later items join those that were read
   for (std::size_t n = 0; n < doubles.size(); ++n) {
     zonAddClobDouble(file, doubles[n]);
     zonAddClobFloat(file, floats[n]);
@@ -168,7 +170,9 @@ TEST(Clob, BuiltItemsComeBackBitForBit) {
   zonWrite(file, path.c_str());
   const host::File loaded(zonLoadFile(path.c_str(), 0));
   for (void* clob : {FirstValue(file), FirstValue(loaded)}) {
-    EXPECT_EQ(zonGetClobNoItems(clob), static_cast<int>(1 + 2 * doubles.size()));
+    EXPECT_EQ(zonGetClobNoItems(clob), static_cast<int>(3 + 2 * doubles.size()));
+    EXPECT_EQ(zonGetClobBool(clob), 1);
+    EXPECT_STREQ(zonGetClobFilenameString(clob), "a\\b");
     EXPECT_STREQ(zonGetClobString(clob), "say \"it's\"");
     for (std::size_t n = 0; n < doubles.size(); ++n) {
       const double wide = zonGetClobDouble(clob);

@@ -322,6 +322,20 @@ TEST(Editing, ValuesChangeInPlaceOrGiveWay) {
             "default e(default, int 3, int 9, undef)}}");
 }
 
+TEST(Editing, EveryKindIsInserted) {
+  const host::File file(host::Load("[A] k = 1 EndSect [B] EndSect"));
+  void* keyword = zonKeywordByNum(zonTargetByNum(file, 1), 1);
+  for (void* made :
+       {zoneInsertParameterFloat(keyword, 0, 0.5F), zoneInsertParameterDouble(keyword, 0, 2.0),
+        zoneInsertParameterBool(keyword, 0, 7), zoneInsertParameterString(keyword, 1, "s"),
+        zoneInsertParameterFilename(keyword, 6, "f\\g")}) {
+    EXPECT_EQ(zonIsParam(made), 1);
+  }
+  EXPECT_EQ(zoneDeleteSectionByNum(zonGetRoot(file), 2), 0);
+  EXPECT_EQ(host::ShowTree(file),
+            "{A{k(string s, int 1, real 0.5, real 2.0, bool true, file f\\g)}}");
+}
+
 TEST(Editing, RefusalsTellTheirKind) {
   const host::File file(host::Load("[A] k = 1 EndSect"));
   void* root = zonGetRoot(file);
