@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "base/zonchars.h"
+#include "base/zondecim.h"
 
 namespace zon {
 namespace {
@@ -36,46 +37,9 @@ bool AcceptSign(Cursor& cursor) {
   return false;
 }
 
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int kLargestExactPower = 22;
-constexpr int kSafeDigits = 18;  // as many digits always fit into 64 bits
-
-// Up to 2^53 and with a power of ten that a double holds exactly, one multiplication or division
-// rounds once and so correctly. That is nearly every number that people write; the rest is left to
-// the general conversion. The text must end with the number.
 bool ConvertShort(Cursor cursor, double* value) {
-  std::uint64_t digits = 0;
-  int count = 0;
-  int scale = 0;
-  const char* start = cursor.at;
-  for (; IsClass(cursor.Peek(), kDigit); ++cursor.at, ++count) {
-    digits = digits * 10 + static_cast<unsigned>(*cursor.at - '0');
-    if (count == kSafeDigits) return false;
-  }
-  if (cursor.Accept('.')) {
-    for (; IsClass(cursor.Peek(), kDigit); ++cursor.at, ++count, --scale) {
-      digits = digits * 10 + static_cast<unsigned>(*cursor.at - '0');
-      if (count == kSafeDigits) return false;
-    }
-  }
-  if (cursor.at == start || count == 0) return false;
-  if (cursor.Accept('e') || cursor.Accept('E')) {
-    const bool negative = AcceptSign(cursor);
-    if (!IsClass(cursor.Peek(), kDigit)) return false;
-    int exponent = 0;
-    for (; IsClass(cursor.Peek(), kDigit); ++cursor.at) {
-      exponent = exponent * 10 + (*cursor.at - '0');
-      if (exponent > 1000) return false;
-    }
-    scale += negative ? -exponent : exponent;
-  }
-  if (cursor.at != cursor.end || digits > (std::uint64_t{1} << 53)) return false;
-  if (scale < -kLargestExactPower || scale > kLargestExactPower) return false;
-  const auto mantissa = static_cast<double>(digits);
-  *value = scale < 0 ? mantissa / kPowersOfTen[-scale] : mantissa * kPowersOfTen[scale];
-  return true;
+  Decimal decimal;
+  return decimal.Read(cursor.at, cursor.end) == cursor.end && decimal.ToDouble(value);
 }
 
 constexpr bool IsHexDigit(int c) {

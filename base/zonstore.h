@@ -54,6 +54,8 @@ class Store {
   struct Chunk;
   struct Kept;
 
+  static Chunk* AllocateChunk(std::size_t size);
+  static void FreeChunk(Chunk* chunk);
   char* TakeFromNewChunk(std::size_t size);
 
   char* next_ = nullptr;

@@ -20,14 +20,16 @@ int CzonFilename::IsFilename() const {
 
 char* CzonFilename::GetFilename() const {
   const std::string path = zon::ResolveFilename(GetTextView(), GetZonFilename());
+  if (path.empty()) return zon::EmpSt();
   resolved_.Assign(path, GetStore());
+  const std::string& text = resolved_.AsString(GetStore());
   if (resolved_.IsOwner() && Has(kInStore)) const_cast<CzonFilename*>(this)->MarkDeep();
   // The characters lie in memory of ours, so they may be handed out as they are.
-  return path.empty() ? zon::EmpSt() : const_cast<char*>(resolved_.CStr());
+  return const_cast<char*>(text.c_str());
 }
 
 const char* CzonFilename::GetFilenameString() const {
-  return text_.CStr();
+  return GetText().c_str();
 }
 
 std::ostream& CzonFilename::Write(std::ostream& out) const {

@@ -12,8 +12,9 @@
 namespace {
 
 constexpr std::size_t kSmallestBlock = 512;
-constexpr std::size_t kLargestBlock =
-    std::size_t{64} * 1024;  // stays in the cache while it is scanned
+constexpr std::size_t kLargestBlock = std::size_t{256} << 10;
+constexpr std::size_t kUnknownSize = std::size_t{64} << 10;
+constexpr std::size_t kPiece = std::size_t{64} << 10;  // stays in the cache while it is scanned
 
 int OpenForReading(const char* name) {
   for (;;) {
@@ -50,13 +51,13 @@ CyyStream::CyyStream(const char* name) {
   // A small file gets a small block. The size is a hint alone: pipes and the files of /proc have
   // none, and a file may grow.
   const auto size = static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0));
-  size_ = size == 0 ? kLargestBlock : std::clamp(size + 1, kSmallestBlock, kLargestBlock);
-  block_.reset(new (std::nothrow) unsigned char[kPutBackRoom + size_]);
-  if (block_ == nullptr) {
+  size_ = size == 0 ? kUnknownSize : std::clamp(size + 1, kSmallestBlock, kLargestBlock);
+  try {
+    StartBlock(ownBlock_);
+  } catch (...) {
     CloseFile();
-    throw std::bad_alloc();
+    throw;
   }
-  next_ = end_ = block_.get() + kPutBackRoom;
   status_ = 0;
 }
 
@@ -66,8 +67,10 @@ CyyStream::~CyyStream() {
 
 void CyyStream::Close() {
   CloseFile();
-  block_.reset();
-  next_ = end_ = nullptr;
+  if (keeper_ == nullptr) ownBlock_.Clear();
+  Count();
+  block_ = next_ = end_ = nullptr;
+  counted_ = nullptr;
 }
 
 void CyyStream::CloseFile() {
@@ -75,24 +78,37 @@ void CyyStream::CloseFile() {
   file_ = -1;
 }
 
+void CyyStream::StartBlock(zon::Store& store) {
+  char* room = store.TakeRaw(kPutBackRoom + size_ + 1);
+  counted_ = next_ = end_ = block_ = reinterpret_cast<unsigned char*>(room) + kPutBackRoom;
+  *end_ = '\0';
+}
+
 bool CyyStream::Fill() {
   if (file_ < 0) return false;
-  next_ = end_ = block_.get() + kPutBackRoom;
+  Count();
+  if (keeper_ == nullptr) {
+    counted_ = next_ = end_ = block_;
+  } else if (end_ == block_ + size_) {
+    StartBlock(*keeper_);
+  }
+  const std::size_t room = std::min(static_cast<std::size_t>(block_ + size_ - end_), kPiece);
   ssize_t got;
   do {
-    got = read(file_, next_, size_);
+    got = read(file_, end_, room);
   } while (got < 0 && errno == EINTR);
-  if (got > 0) {
-    end_ = next_ + got;
-    return true;
-  }
+  if (got > 0) end_ += got;
+  *end_ = '\0';
+  if (got > 0) return true;
   failed_ = got < 0;
   CloseFile();
   return false;
 }
 
+// What is taken one by one is counted by who takes it.
 int CyyStream::Get() {
   if (next_ == end_ && !Fill()) return -1;
+  ++counted_;
   return *next_++;
 }
 
@@ -102,6 +118,7 @@ int CyyStream::Peek() {
 }
 
 void CyyStream::Put(int c) {
-  if (c < 0 || block_ == nullptr || next_ == block_.get()) return;
+  if (c < 0 || block_ == nullptr || next_ == block_ - kPutBackRoom) return;
+  --counted_;
   *--next_ = static_cast<unsigned char>(c);
 }

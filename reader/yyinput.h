@@ -3,9 +3,13 @@
 #define ZON_READER_YYINPUT_H
 
 #include <cstddef>
-#include <memory>
 
 #include "base/zonexport.h"
+#include "base/zonstore.h"
+
+namespace zon {
+class StreamSource;
+}
 
 /** A source of characters. A host may supply its own: Get, Peek and Put are all that a source has
  *  to know; the counting is done here. */
@@ -75,24 +79,35 @@ class ZON_API CyyStream : public CyyInput {
   /** Whether the file ended because it could not be read on. */
   bool HasFailed() const { return failed_; }
 
-  /** Ends the input here: gives back the file and the memory of its block. */
+  /** From now on what is read stays in memory, in the store or as long as the stream: who scans it
+   *  may leave texts where they were read. */
+  void KeepBlocks(zon::Store& store) { keeper_ = &store; }
+
+  /** Ends the input here: gives back the file, and its memory unless that is to be kept. */
   void Close();
 
-  // For scanners: the characters that lie ready, and the next block behind them.
-  const unsigned char* Next() const { return next_; }
-  const unsigned char* End() const { return end_; }
-  void MoveTo(const unsigned char* next) { next_ = const_cast<unsigned char*>(next); }
-  bool Fill();  // false at the end of the file
-
  private:
+  friend class zon::StreamSource;  // scans many characters at a time
+
+  static constexpr std::size_t kPutBackRoom = 16;  // in front of a block
+
+  bool Fill();  // the next piece of the file; false at its end
+  void StartBlock(zon::Store& store);
   void CloseFile();
 
-  static constexpr std::size_t kPutBackRoom = 16;  // in front of the block
+  // Counts what has been scanned since it was last counted, up to here.
+  void Count() {
+    CountRun(static_cast<std::size_t>(next_ - counted_));
+    counted_ = next_;
+  }
 
-  std::unique_ptr<unsigned char[]> block_;
+  zon::Store ownBlock_;
+  zon::Store* keeper_ = nullptr;  // of further blocks; null to fill the one block again and again
   std::size_t size_ = 0;
-  unsigned char* next_ = nullptr;
-  unsigned char* end_ = nullptr;
+  unsigned char* block_ = nullptr;          // room for size_ characters and a zero
+  unsigned char* next_ = nullptr;           // the characters that lie ready; behind them a zero,
+  unsigned char* end_ = nullptr;            // so that a search for other characters needs no limit
+  const unsigned char* counted_ = nullptr;  // up to here they are counted
   int file_ = -1;
   bool failed_ = false;
 };

@@ -25,7 +25,9 @@ std::string RoomForMessage() {
 }  // namespace
 
 CyyParser::CyyParser(CyyInput* input)
-    : error_(RoomForMessage()), input_(input), stream_(AsPlainStream(input)) {}
+    : error_(RoomForMessage()), input_(input), stream_(AsPlainStream(input)) {
+  if (stream_ != nullptr) stream_->KeepBlocks(store_);
+}
 
 CyyParser::~CyyParser() = default;
 
@@ -62,13 +64,18 @@ int CyyParser::SkipComment(const char* delimiters) {
   if (delimiters == nullptr || std::strlen(delimiters) != 2) return 0;
   const auto first = static_cast<unsigned char>(delimiters[0]);
   const auto second = static_cast<unsigned char>(delimiters[1]);
-  return stream_ != nullptr ? SkipCommentIn(zon::StreamSource(*stream_), first, second)
-                            : SkipCommentIn(zon::CallSource(*input_), first, second);
+  if (stream_ == nullptr) return SkipCommentIn(zon::CallSource(*input_), first, second);
+  zon::StreamSource source(*stream_);
+  const int whole = SkipCommentIn(source, first, second);
+  source.Sync();
+  return whole;
 }
 
 void CyyParser::SkipEOL() {
   if (stream_ != nullptr) {
-    zon::StreamSource(*stream_).SkipLine();
+    zon::StreamSource source(*stream_);
+    source.SkipLine();
+    source.Sync();
   } else {
     zon::CallSource(*input_).SkipLine();
   }
@@ -78,6 +85,7 @@ void CyyParser::SkipEOL() {
 void CyyParser::yyerror(const char* message) {
   if (hasError_) return;
   hasError_ = true;
+  if (stream_ != nullptr) zon::StreamSource(*stream_).Sync();
   errorLine_ = input_->GetNoLines();
   errorPosition_ = input_->GetPosition();
   error_ = message != nullptr ? message : "";

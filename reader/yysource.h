@@ -49,6 +49,9 @@ class Collector {
     return buffer_;
   }
 
+  // Whether the text lies where the file was read to.
+  bool IsInPlace() const { return buffer_.empty(); }
+
  private:
   std::string_view text_;
   std::string& buffer_;
@@ -56,75 +59,80 @@ class Collector {
 
 class StreamSource {
  public:
-  explicit StreamSource(CyyStream& stream)
-      : stream_(stream), next_(stream.Next()), end_(stream.End()), counted_(next_) {}
-  ~StreamSource() { Sync(); }
-  StreamSource(const StreamSource&) = delete;
-  StreamSource& operator=(const StreamSource&) = delete;
+  explicit StreamSource(CyyStream& stream) : stream_(stream) {}
 
-  // Between these two others may read from the file.
-  void Sync() {
-    CountTo(next_);
-    stream_.MoveTo(next_);
-  }
-  void Resume() {
-    counted_ = next_ = stream_.Next();
-    end_ = stream_.End();
-  }
+  // Has the source count up to here. Newlines are always counted at once.
+  void Sync() { stream_.Count(); }
 
-  int Peek() { return next_ < end_ || Refill() ? *next_ : -1; }
+  int Peek() { return stream_.next_ < stream_.end_ || stream_.Fill() ? *stream_.next_ : -1; }
 
   int Take() {
-    if (next_ == end_ && !Refill()) return -1;
-    if (*next_ == '\n') return TakeNewline();
-    return *next_++;
+    if (stream_.next_ == stream_.end_ && !stream_.Fill()) return -1;
+    if (*stream_.next_ == '\n') return TakeNewline();
+    return *stream_.next_++;
   }
 
   // Puts back what was taken last.
   void Back(int c) {
-    if (next_ != counted_) {
-      --next_;  // it still stands there, and is no newline, as newlines are counted at once
+    if (stream_.next_ != stream_.counted_) {
+      --stream_.next_;  // it still stands there, and is no newline
     } else {
-      Sync();
       stream_.PutBack(c);
-      Resume();
     }
   }
 
   // Passes over white space and gives the first other character, taken.
   int TakeBehindSpace() {
     for (;;) {
-      for (; next_ < end_; ++next_) {
-        const int c = *next_;
-        if (!IsClass(c, kSpace)) {
-          ++next_;
-          return c;
-        }
-        if (c == '\n') {
-          CountTo(next_);
-          stream_.CountNewline();
-          counted_ = next_ + 1;
-        }
+      unsigned char* next = stream_.next_;
+      for (; IsClass(*next, kSpace); ++next) {
+        if (*next != '\n') continue;
+        stream_.next_ = next;
+        TakeNewline();
       }
-      if (!Refill()) return -1;
+      stream_.next_ = next;
+      if (next < stream_.end_) return *stream_.next_++;
+      if (!stream_.Fill()) return -1;
     }
+  }
+
+  // Takes the character if it stands next, behind blanks at most.
+  bool TakeIf(char c) {
+    unsigned char* next = stream_.next_;
+    while (*next == ' ') ++next;
+    if (*next != static_cast<unsigned char>(c)) return false;
+    stream_.next_ = next + 1;
+    return true;
+  }
+
+  // The characters that lie ready behind blanks; and taking those before `end`, none of which is a
+  // newline.
+  std::string_view Ready() const {
+    const unsigned char* next = stream_.next_;
+    while (*next == ' ') ++next;
+    return {reinterpret_cast<const char*>(next), static_cast<std::size_t>(stream_.end_ - next)};
+  }
+  void TakeUpTo(const char* end) {
+    stream_.next_ += end - reinterpret_cast<const char*>(stream_.next_);
   }
 
   // Collects the next character, which is known to be there.
   void CollectOne(Collector& text) {
-    text.Add(next_, next_ + 1);
-    if (++next_ == end_) text.Settle();
+    text.Add(stream_.next_, stream_.next_ + 1);
+    if (++stream_.next_ == stream_.end_) text.Settle();
   }
 
-  // Collects characters of these classes, which hold no newline.
+  // Collects characters of these classes, which hold neither newline nor zero.
   void Collect(unsigned classes, Collector& text) {
     for (;;) {
-      const unsigned char* start = next_;
-      while (next_ < end_ && IsClass(*next_, classes)) ++next_;
-      text.Add(start, next_);
-      if (next_ < end_) return;
+      const unsigned char* start = stream_.next_;
+      unsigned char* next = stream_.next_;
+      while (IsClass(*next, classes)) ++next;
+      stream_.next_ = next;
+      text.Add(start, next);
+      if (next < stream_.end_) return;
       text.Settle();
-      if (!Refill()) return;
+      if (!stream_.Fill()) return;
     }
   }
 
@@ -132,62 +140,45 @@ class StreamSource {
   // back. -1 at the end of the file; in `lineOnly` a newline ends the search likewise.
   int CollectTo(char stop, bool lineOnly, Collector& text) {
     for (;;) {
-      const auto length = static_cast<std::size_t>(end_ - next_);
-      const void* found = length != 0 ? std::memchr(next_, stop, length) : nullptr;
-      const auto* last = found != nullptr ? static_cast<const unsigned char*>(found) : end_;
-      while (const unsigned char* newline = FindNewline(last)) {
-        text.Add(next_, lineOnly ? newline : newline + 1);
-        next_ = newline;
+      unsigned char* found = Find(stop, stream_.end_);
+      unsigned char* last = found != nullptr ? found : stream_.end_;
+      while (unsigned char* newline = Find('\n', last)) {
+        text.Add(stream_.next_, lineOnly ? newline : newline + 1);
+        stream_.next_ = newline;
         TakeNewline();
         if (lineOnly) return '\n';
       }
-      text.Add(next_, last);
-      next_ = last;
-      if (found != nullptr) ++next_;
-      if (next_ == end_) text.Settle();
+      text.Add(stream_.next_, last);
+      stream_.next_ = found != nullptr ? last + 1 : last;
+      if (stream_.next_ == stream_.end_) text.Settle();
       if (found != nullptr) return *last;
-      if (!Refill()) return -1;
+      if (!stream_.Fill()) return -1;
     }
   }
 
   // Passes over the rest of the line, up to its newline.
   void SkipLine() {
     do {
-      const unsigned char* newline = FindNewline(end_);
-      next_ = newline != nullptr ? newline : end_;
-    } while (next_ == end_ && Refill());
+      unsigned char* newline = Find('\n', stream_.end_);
+      stream_.next_ = newline != nullptr ? newline : stream_.end_;
+    } while (stream_.next_ == stream_.end_ && stream_.Fill());
   }
 
  private:
-  const unsigned char* FindNewline(const unsigned char* limit) const {
-    if (next_ == limit) return nullptr;
-    return static_cast<const unsigned char*>(
-        std::memchr(next_, '\n', static_cast<std::size_t>(limit - next_)));
-  }
-
-  void CountTo(const unsigned char* place) {
-    stream_.CountRun(static_cast<std::size_t>(place - counted_));
-    counted_ = place;
+  unsigned char* Find(char c, const unsigned char* limit) const {
+    if (stream_.next_ == limit) return nullptr;
+    return static_cast<unsigned char*>(
+        std::memchr(stream_.next_, c, static_cast<std::size_t>(limit - stream_.next_)));
   }
 
   int TakeNewline() {
-    CountTo(next_);
+    stream_.Count();
     stream_.CountNewline();
-    counted_ = ++next_;
+    stream_.counted_ = ++stream_.next_;
     return '\n';
   }
 
-  bool Refill() {
-    Sync();
-    const bool more = stream_.Fill();
-    Resume();
-    return more;
-  }
-
   CyyStream& stream_;
-  const unsigned char* next_;
-  const unsigned char* end_;
-  const unsigned char* counted_;  // up to here the source has counted
 };
 
 class CallSource {
@@ -195,7 +186,6 @@ class CallSource {
   explicit CallSource(CyyInput& input) : input_(input) {}
 
   void Sync() {}
-  void Resume() {}
 
   int Peek() { return input_.Peek(); }
   int Take() { return input_.GetCh(); }

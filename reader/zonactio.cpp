@@ -80,19 +80,24 @@ CzonParam* CzonParser::ParseStringParam(std::string& text) {
   return clob != nullptr ? clob : new CzonString(text);
 }
 
-template <class T>
-CzonNode* CzonParser::NewNamed(std::string_view name, bool multi) {
-  T* node = CzonNode::Make<T>(store_);
-  node->SetStoredName(name);
-  if (multi) node->SetMultiMandat(1, 0);
-  return node;
-}
-
-template <class T>
-T* CzonParser::NewValue(std::string_view text) {
-  T* node = CzonNode::Make<T>(store_);
-  node->SetStoredText(text);
-  return node;
+// Null for a token that is no value by itself.
+CzonNode* CzonParser::NewValueOf(int token, std::string_view text) {
+  switch (token) {
+    case INTEGER:
+      return NewInteger(text);
+    case REAL:
+      return NewReal(text);
+    case BOOLEAN:
+      return NewBoolean(text);
+    case STRING:
+      return NewString(text);
+    case DATETIME:
+      return NewValue<CzonDateTime>(text);
+    case FILENAME:
+      return NewValue<CzonFilename>(text);
+    default:
+      return nullptr;
+  }
 }
 
 CzonNode* CzonParser::NewInteger(std::string_view text) {
@@ -104,8 +109,7 @@ CzonNode* CzonParser::NewInteger(std::string_view text) {
 
 CzonNode* CzonParser::NewReal(std::string_view text) {
   auto* node = NewValue<CzonReal>(text);
-  node->CStoReals();
-  node->FloatToInt();
+  node->ReadText();
   if (!node->IsDouble()) yyerror("Double overflow (real)");
   return node;
 }
@@ -129,6 +133,13 @@ std::string_view CzonParser::Signed(char sign, const Value& number) {
   return {start, number.size + 1};
 }
 
+void CzonParser::FileKeyword(CzonNode* section, CzonNode* node) {
+  auto* keyword = As<CzonKeyword>(node);
+  As<CzonSection>(section)->AddKeyword(keyword);
+  // Only a namesake can make the new one ambiguous.
+  if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
+}
+
 CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
   Value result = right[0];  // what most rules hand on
   switch (rule) {
@@ -143,16 +154,12 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
     case kBodySection: {
       auto* section = As<CzonSection>(right[1].node);
       As<CzonTargetList>(right[0].node)->AddSection(section);
-      // Only a namesake can make the new one ambiguous.
       if (section->GetInstanceNo() > 1) CheckUnique(section);
       break;
     }
-    case kBodyKeyword: {
-      auto* keyword = As<CzonKeyword>(right[1].node);
-      As<CzonSection>(right[0].node)->AddKeyword(keyword);
-      if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
+    case kBodyKeyword:
+      FileKeyword(right[0].node, right[1].node);
       break;
-    }
     case kBodyDefault:
       As<CzonSection>(right[0].node)->AddDefaultDef(As<CzonDefaultDef>(right[1].node));
       break;
@@ -216,16 +223,16 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
       result.node = NewReal(right[0].Text());
       break;
     case kValueBoolean:
-      result.node = NewBoolean(right[0].Text());
+      result.node = NewValueOf(BOOLEAN, right[0].Text());
       break;
     case kValueString:
-      result.node = NewString(right[0].Text());
+      result.node = NewValueOf(STRING, right[0].Text());
       break;
     case kValueDateTime:
-      result.node = NewValue<CzonDateTime>(right[0].Text());
+      result.node = NewValueOf(DATETIME, right[0].Text());
       break;
     case kValueFilename:
-      result.node = NewValue<CzonFilename>(right[0].Text());
+      result.node = NewValueOf(FILENAME, right[0].Text());
       break;
     case kValueSubstitution:
       result.node = NewValue<CzonSubstit>(right[0].Text());

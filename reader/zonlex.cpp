@@ -1,5 +1,6 @@
 // The scanner: characters into tokens. Tested by tests/scanner_test.cpp.
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 
@@ -22,19 +23,26 @@ constexpr ReservedWord kReservedWords[] = {
 
 int WordToken(std::string_view word) {
   if (word.size() < 4 || word.size() > 7) return IDENTIFIER;
+  if (std::memchr("tTfFeEdD", word[0], 8) == nullptr) return IDENTIFIER;
   for (const ReservedWord& reserved : kReservedWords) {
     if (zon::EqualNoCase(word, reserved.word)) return reserved.token;
   }
   return IDENTIFIER;
 }
 
-bool IsNumber(int token) {
-  return token == INTEGER || token == REAL;
+bool MayHoldZero(int token) {
+  return token == STRING || token == BRACE_TEXT || token == DATETIME || token == FILENAME;
 }
 
 }  // namespace
 
 int CzonParser::yylex() {
+  const int token = NextToken();
+  if (GetStream() != nullptr) zon::StreamSource(*GetStream()).Sync();
+  return token;
+}
+
+int CzonParser::NextToken() {
   if (HasError()) return ENDOFINPUT;
   try {
     if (GetStream() != nullptr) {
@@ -78,19 +86,15 @@ int CzonParser::Scan(Source& source) {
       case ';':
         source.Sync();
         SkipEOL();
-        source.Resume();
         break;
       case '/':
         if (source.Peek() == '*') {
           source.Back(c);
           source.Sync();
-          const bool whole = SkipComment("/*") != 0;
-          source.Resume();
-          if (!whole) return Fail(source, "Bad comment");
+          if (SkipComment("/*") == 0) return Fail(source, "Bad comment");
         } else if (source.Peek() == '/') {
           source.Sync();
           SkipEOL();
-          source.Resume();
         } else {
           return c;
         }
@@ -101,7 +105,6 @@ int CzonParser::Scan(Source& source) {
   }
 }
 
-// The source has to have counted up to here.
 template <class Source>
 int CzonParser::Fail(Source& source, const char* message) {
   source.Sync();
@@ -113,11 +116,7 @@ template <class Source>
 int CzonParser::ScanWord(Source& source) {
   zon::Collector text(buffer_);
   source.Collect(zon::kWord, text);
-  const std::string_view word = text.Text();
-  const int token = WordToken(word);
-  if (!keepTokens_ && (token == ENDSECT || token == DEFAULT))
-    return token;  // nobody needs its text
-  return EndToken(token, word);
+  return EndToken(WordToken(text.Text()), text);
 }
 
 // A sign is no part of the number: it is a character by itself.
@@ -146,7 +145,7 @@ int CzonParser::ScanNumber(Source& source) {
     }
     source.Collect(zon::kDigit, text);
   }
-  return EndToken(token, text.Text());
+  return EndToken(token, text);
 }
 
 template <class Source>
@@ -154,7 +153,7 @@ int CzonParser::ScanString(Source& source) {
   zon::Collector text(buffer_);
   for (;;) {
     if (source.CollectTo('\'', false, text) < 0) return Fail(source, "Bad string");
-    if (source.Peek() != '\'') return EndToken(STRING, text.Text());
+    if (source.Peek() != '\'') return EndToken(STRING, text);
     source.CollectOne(text);
   }
 }
@@ -166,22 +165,32 @@ int CzonParser::ScanDelimited(Source& source, char closer, bool lineOnly, int to
   if (source.CollectTo(closer, lineOnly, text) != closer) return Fail(source, error);
   const std::string_view collected = text.Text();
   if (token != BRACE_TEXT || collected.find('\n') == std::string_view::npos) {
-    return EndToken(token, collected);
+    return EndToken(token, text);
   }
   std::string oneLine(collected);
   oneLine.erase(std::remove(oneLine.begin(), oneLine.end(), '\n'), oneLine.end());
-  return EndToken(token, oneLine);
+  return EndToken(token, oneLine, false);
 }
 
 void CzonParser::EndToken(const char* text) {
-  EndToken(IDENTIFIER, text != nullptr ? text : "");
+  EndToken(IDENTIFIER, text != nullptr ? text : "", false);
 }
 
-int CzonParser::EndToken(int token, std::string_view text) {
-  // A text ends at a zero byte.
-  const std::size_t size = std::min(text.find('\0'), text.size());
-  text = text.substr(0, size);
-  yylval_.SetText({store_.CopyText(text, IsNumber(token) ? 1 : 0), size});
-  if (keepTokens_) tokens_.push_back(yylval_.Text());
+int CzonParser::EndToken(int token, zon::Collector& text) {
+  const std::string_view collected = text.Text();
+  return EndToken(token, collected, text.IsInPlace());
+}
+
+// A text that lies `inPlace` stays where the file was read to. Before any number one byte is free
+// for its sign: in place the sign itself stands there, or what separates the two.
+int CzonParser::EndToken(int token, std::string_view text, bool inPlace) {
+  // A text ends at a zero byte, which no word and no number holds.
+  if (MayHoldZero(token)) text = text.substr(0, text.find('\0'));
+  if (!inPlace) {
+    const std::size_t before = token == INTEGER || token == REAL ? 1 : 0;
+    text = {store_.CopyText(text, before), text.size()};
+  }
+  yylval_.SetText(text);
+  if (keepTokens_) tokens_.push_back(text);
   return token;
 }

@@ -17,6 +17,10 @@
 class CzonNamedNode;
 class CzonTargetList;
 
+namespace zon {
+class Collector;
+}
+
 /** What yylex gives. Any other code from 1 to 255 is a character by itself. */
 enum CzonToken : int {
   ENDOFINPUT = 0,  ///< also after an error
@@ -66,8 +70,8 @@ class ZON_API CzonParser : public CyyParser {
  private:
   enum FileKind : int { kUndecided = 0, kData = 1, kTemplate = 2 };
 
-  // The value of a grammar symbol: a node, or the text of a token, which lies in the store and ends
-  // with a zero. In front of the text of a number one byte is free for its sign.
+  // The value of a grammar symbol: a node, or the text of a token, which lives as long as the
+  // parser. In front of the text of a number one byte is free for its sign.
   struct Value {
     union {
       CzonNode* node;
@@ -82,6 +86,7 @@ class ZON_API CzonParser : public CyyParser {
     }
   };
 
+  int NextToken();  // yylex, but the source need not have counted behind it
   template <class Source>
   int Scan(Source& source);
   template <class Source>
@@ -94,13 +99,44 @@ class ZON_API CzonParser : public CyyParser {
   int ScanWord(Source& source);
   template <class Source>
   int Fail(Source& source, const char* message);
-  int EndToken(int token, std::string_view text);
+  int EndToken(int token, zon::Collector& text);
+  int EndToken(int token, std::string_view text, bool inPlace);
+
+  // Where TakeItems has left a list: which token stands there, and behind what.
+  struct ListPlace {
+    enum Kind { kBeforeItem, kBehindSign, kBehindValue, kBehindItem };
+    Kind kind = kBeforeItem;
+    bool isBehindComma = false;  // the item of this place is not the first one
+    int sign = 0;
+    int token = 0;
+    CzonNode* value = nullptr;
+  };
+  struct Stack;
+
+  int ReadToken();
+  void TakeLines(Stack& stack, int& token);
+  static void LeaveList(Stack& stack, const ListPlace& place, int& token);
+  ListPlace TakeItems(CzonKeyword& keyword);
+  ListPlace CollectItems();
+  CzonNode* TakeShortNumber();
+  bool TakeIf(char c);
 
   Value Reduce(int rule, const Value* right);
+  void FileKeyword(CzonNode* section, CzonNode* node);
   template <class T>
-  CzonNode* NewNamed(std::string_view name, bool multi);
+  CzonNode* NewNamed(std::string_view name, bool multi) {
+    T* node = CzonNode::Make<T>(store_);
+    node->SetStoredName(name);
+    if (multi) node->SetMultiMandat(1, 0);
+    return node;
+  }
   template <class T>
-  T* NewValue(std::string_view text);
+  T* NewValue(std::string_view text) {
+    T* node = CzonNode::Make<T>(store_);
+    node->SetStoredText(text);
+    return node;
+  }
+  CzonNode* NewValueOf(int token, std::string_view text);
   CzonNode* NewInteger(std::string_view text);
   CzonNode* NewReal(std::string_view text);
   CzonNode* NewBoolean(std::string_view text);
@@ -112,8 +148,11 @@ class ZON_API CzonParser : public CyyParser {
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted
   std::vector<CzonNode*> temporaries_;
   bool keepTokens_ = true;
+  bool hasOwnScanner_ = false;  // yylex is ours, no derived class's
+  bool scansAhead_ = false;     // nobody can tell whether tokens were made in between
   Value yylval_{};
-  std::string buffer_;  // of the scanner
+  std::vector<CzonNode*> items_;  // of the list at hand
+  std::string buffer_;            // of the scanner
 };
 
 #endif

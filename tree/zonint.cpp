@@ -52,14 +52,8 @@ void CzonInt::SetInt(int value, zon::Store* store) {
 }
 
 void CzonInt::ReadText() {
-  // Digits that the scanner has passed: up to 2^53 the integer is the double as well.
-  constexpr long kExact = 1L << 53;
-  const long value = CStoInt();
-  if (value >= -kExact && value <= kExact && value != 0) {
-    Double(static_cast<double>(value));
-  } else {
-    CStoReals();  // also for -0
-  }
+  CStoReals();
+  CStoInt();
 }
 
 CzonIntDef::CzonIntDef() {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "base/zonnumtx.h"
 #include "tree/zonnumer.h"
 
 /** An integer; it also has the views of a real. */
@@ -25,7 +26,12 @@ class ZON_API CzonInt : public CzonNumeric {
 
   // For the library's own use.
   void SetInt(int value, zon::Store* store);  // all views and the text
-  void ReadText();                            // CStoReals and CStoInt in one pass
+  void ReadText();  // all views from the text
+  void SetViews(double value, std::int64_t whole) {
+    Double(value);
+    integer_ = zon::LowBits(whole);
+    Set(kHasInt);
+  }
 };
 
 /** The integer of a definition made through the builder. */

@@ -46,9 +46,18 @@ int CzonKeyword::GetSyntaxClass() const {
 }
 
 void CzonKeyword::AddParam(CzonParam* param) {
-  if (param == nullptr) return;
-  AddNode(param);
-  static_cast<CzonNode*>(param)->instance_ = static_cast<std::int32_t>(children_.Size());
+  CzonNode* node = param;
+  if (param != nullptr) AddParams(&node, 1);
+}
+
+void CzonKeyword::AddParams(CzonNode* const* params, std::uint32_t count) {
+  std::uint32_t place = children_.Size();
+  children_.Append(params, count, store_);
+  for (CzonNode* const* param = params; param != params + count; ++param) {
+    (*param)->owner_ = this;
+    (*param)->instance_ = static_cast<std::int32_t>(++place);
+    if ((*param)->WantsDestructor()) MarkDeep();
+  }
 }
 
 CzonDefaultDef::CzonDefaultDef(const std::string& name, int multi, int mandat)

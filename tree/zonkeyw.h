@@ -26,6 +26,9 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   /** Appends a value and numbers it. Null is ignored. */
   void AddParam(CzonParam* param);
 
+  // For the library's own use: many values at once.
+  void AddParams(CzonNode* const* params, std::uint32_t count);
+
   /** Writes the values, separated by ", ", and the end of the line. */
   std::ostream& WriteParms(std::ostream& out) const;
 };

@@ -5,15 +5,27 @@
 #include <utility>
 
 namespace zon {
+namespace {
 
-void NodeList::Grow(Store* store) {
-  const std::uint32_t power = power_ + 1;
-  if (power > 31) throw std::bad_alloc();
+constexpr std::uint32_t kLargestPower = 31;
+
+}  // namespace
+
+void NodeList::Grow(std::uint32_t more, Store* store) {
+  std::uint32_t power = power_ + 1;
+  while (power <= kLargestPower && (std::uint32_t{1} << power) - size_ < more) ++power;
+  if (power > kLargestPower) throw std::bad_alloc();
   auto* block = static_cast<CzonNode**>(TakeBlock(store, power));
   std::copy_n(Items(), size_, block);
   if (power_ != kNoBlock) GiveBlock(store, many_, power_);
   many_ = block;
   power_ = power;
+}
+
+void NodeList::Append(CzonNode* const* nodes, std::uint32_t count, Store* store) {
+  if (count > Room() - size_) Grow(count, store);
+  std::copy_n(nodes, count, Items() + size_);
+  size_ += count;
 }
 
 void NodeList::Insert(std::uint32_t index, CzonNode* node, Store* store) {

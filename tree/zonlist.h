@@ -24,13 +24,16 @@ class NodeList {
 
   // Afterwards one Append or Insert cannot fail. Throws std::bad_alloc, the list unchanged.
   void Reserve(Store* store) {
-    if (size_ == Room()) Grow(store);
+    if (size_ == Room()) Grow(1, store);
   }
 
   void Append(CzonNode* node, Store* store) {
     Reserve(store);
     Items()[size_++] = node;
   }
+
+  // All of them or, for want of memory, none.
+  void Append(CzonNode* const* nodes, std::uint32_t count, Store* store);
 
   void Insert(std::uint32_t index, CzonNode* node, Store* store);
   void Erase(std::uint32_t index);
@@ -48,7 +51,7 @@ class NodeList {
   std::uint32_t Room() const { return power_ == kNoBlock ? 1 : std::uint32_t{1} << power_; }
   CzonNode** Items() { return power_ == kNoBlock ? &one_ : many_; }
   CzonNode* const* Items() const { return power_ == kNoBlock ? &one_ : many_; }
-  void Grow(Store* store);
+  void Grow(std::uint32_t more, Store* store);
 
   union {
     CzonNode* one_;

@@ -47,10 +47,14 @@ long long CzonReal::FloatToInt() {
   return whole;
 }
 
+void CzonReal::ReadText() {
+  CStoReals();
+  FloatToInt();
+}
+
 void CzonReal::SetReal(double value, std::string_view text, zon::Store* store) {
   SetText(text, store);
-  Double(value);
-  FloatToInt();
+  SetViews(value);
 }
 
 CzonFloat::CzonFloat(const std::string& text) : CzonReal(text) {}

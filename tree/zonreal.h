@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "base/zonnumtx.h"
 #include "tree/zonnumer.h"
 
 /** A real as it stood in a file; written back as it stood. */
@@ -23,8 +24,15 @@ class ZON_API CzonReal : public CzonNumeric {
    *  bits. Gives the whole number, else 0 and clears the view. */
   long long FloatToInt();
 
-  // For the library's own use: all views and the text.
-  void SetReal(double value, std::string_view text, zon::Store* store);
+  // For the library's own use.
+  void ReadText();  // all views from the text
+  void SetViews(double value) {
+    long long whole = 0;
+    Double(value);
+    Set(kHasInt, zon::WholeNumber(value, &whole));
+    integer_ = zon::LowBits(whole);
+  }
+  void SetReal(double value, std::string_view text, zon::Store* store);  // all views and the text
 };
 
 class ZON_API CzonFloat : public CzonReal {

@@ -1,5 +1,5 @@
 // The text of a node: a name or a value as it was written. While nobody asks for a std::string, a
-// text of a loaded node is no more than a place in the store of its tree; the string is made at the
+// text of a loaded node is no more than a place where the file was read to; the string is made at the
 // first question and is then the text itself.
 //
 // Twelve bytes, so that a value's number stands directly behind its text.
@@ -25,12 +25,6 @@ class __attribute__((packed, aligned(4))) Text {
     return *static_cast<const std::string*>(where_);
   }
 
-  // Zero-terminated.
-  const char* CStr() const {
-    return size_ < kKept ? static_cast<const char*>(where_)
-                         : static_cast<const std::string*>(where_)->c_str();
-  }
-
   // The text as a string that lives until the text changes or is released. With a store the string
   // is the store's, without one the text's own.
   const std::string& AsString(Store* store) const {
@@ -39,7 +33,7 @@ class __attribute__((packed, aligned(4))) Text {
     return *static_cast<const std::string*>(where_);
   }
 
-  // `chars` lie in a store and end with a zero.
+  // `chars` live as long as the tree.
   void SetStored(std::string_view chars) {
     if (chars.size() < kKept) {
       where_ = chars.data();

@@ -1,0 +1,83 @@
+// Made-up but ordinary content, the same for every library that is measured: one model in memory,
+// and its text in the format of each library.
+#ifndef ZON_BENCH_CONTENT_H
+#define ZON_BENCH_CONTENT_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bench {
+
+enum class Kind { kInteger, kReal, kBoolean, kString, kFileName, kDateTime };
+
+struct Value {
+  Kind kind = Kind::kInteger;
+  std::string text;   // as written in a file, without quotes
+  double number = 0;  // of integers and reals; 1 for true
+};
+
+struct Keyword {
+  std::string name;
+  std::vector<Value> values;
+};
+
+// Names are unique within a section in every letter case, as not all formats can repeat them; and
+// keywords stand before inner sections, as not all formats can put them behind.
+struct Section {
+  std::string name;
+  std::vector<Keyword> keywords;
+  std::vector<Section> sections;
+};
+
+// What a reader of every value has seen. Two readers of the same content must agree.
+class Totals {
+ public:
+  void Number(double number);
+  void Flag(bool flag);
+  void Text(std::string_view text);
+
+  std::size_t Values() const { return values_; }
+  // Numbers may differ by what a library loses in reading or writing them.
+  bool Near(const Totals& other) const;
+
+ private:
+  std::size_t values_ = 0;
+  std::size_t flags_ = 0;
+  std::size_t letters_ = 0;
+  double sum_ = 0;
+  double magnitude_ = 0;
+};
+
+// kZonTokens has strings in place of date-times, which the token reader does not take.
+enum class Format { kZon, kZonTokens, kJson, kXml, kLua, kLibconfig, kToml, kYaml };
+
+// The way to one number.
+struct Path {
+  std::string section;
+  std::string keyword;
+  double number = 0;
+};
+
+// One or more files that are worked on one after the other.
+struct Source {
+  std::vector<std::string> files;
+  std::size_t bytes = 0;
+  Totals totals;
+  std::vector<Path> paths;  // in the first file, in no order
+};
+
+// Sizes are "100KB", "1MB", "10MB", "50MB" of parameter text; "small", a hundred files of 1 to 50
+// KB; and "settings", real settings that the environment variable ZON_PEERS_TREE names.
+bool HasSize(const std::string& size);
+std::vector<Section> Models(const std::string& size);
+const Source& SourceOf(Format format, const std::string& size);
+
+// A file in the folder of this process, which goes when the process ends.
+std::string TemporaryFile(const std::string& name);
+bool WriteText(const std::string& path, const std::string& text);
+
+}  // namespace bench
+
+#endif

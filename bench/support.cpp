@@ -1,0 +1,89 @@
+#include "support.h"
+
+#include <malloc.h>
+#include <sys/resource.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+
+namespace bench {
+
+bool FileText::Read(const std::string& path) {
+  std::FILE* const file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) return false;
+  size = std::filesystem::file_size(path);
+  text.reset(new char[size + 1]);  // not cleared: it is filled next
+  text[size] = 0;
+  std::setvbuf(file, nullptr, _IONBF, 0);
+  const bool good = std::fread(text.get(), 1, size, file) == size;
+  std::fclose(file);
+  return good;
+}
+
+double CpuSeconds() {
+  timespec now = {};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+namespace {
+
+double HeapBytes() {
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+double ResidentBytes() {
+  std::size_t pages = 0;
+  std::FILE* file = std::fopen("/proc/self/statm", "r");
+  if (file != nullptr) {
+    if (std::fscanf(file, "%*u %zu", &pages) != 1) pages = 0;
+    std::fclose(file);
+  }
+  return static_cast<double>(pages) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+double PeakBytes() {
+  rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  return 1024.0 * static_cast<double>(usage.ru_maxrss);
+}
+
+}  // namespace
+
+MemoryUse MemoryOf(const std::function<void()>& load) {
+  malloc_trim(0);
+  const double heap = HeapBytes();
+  const double resident = ResidentBytes();
+  load();
+  return {HeapBytes() - heap, PeakBytes() - resident};
+}
+
+std::map<std::string, MemoryLoad>& MemoryLoads() {
+  static std::map<std::string, MemoryLoad> loads;
+  return loads;
+}
+
+MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
+                        const std::string& file) {
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe");
+  const std::string command = "'" + program + "' --memory " + name + " " + warmUp + " " + file;
+  std::FILE* const told = popen(command.c_str(), "r");
+  MemoryUse use;
+  const bool good = told != nullptr && std::fscanf(told, "%lf %lf", &use.heap, &use.peak) == 2;
+  if (told == nullptr || pclose(told) != 0 || !good) {
+    throw std::runtime_error("memory cannot be measured");
+  }
+  return use;
+}
+
+int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file) {
+  const MemoryUse use = MemoryLoads().at(name)(warmUp, file);
+  std::printf("%.0f %.0f\n", use.heap, use.peak);
+  return 0;
+}
+
+}  // namespace bench
