@@ -3,9 +3,12 @@
 #ifndef ZON_BASE_ZONCHARS_H
 #define ZON_BASE_ZONCHARS_H
 
+#include <emmintrin.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace zon {
@@ -50,10 +53,30 @@ constexpr char Upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-constexpr bool EqualNoCase(std::string_view a, std::string_view b) {
+// Eight characters at once in a word; the first one stands in its lowest byte.
+inline std::uint64_t LoadEight(const char* at) {
+  std::uint64_t word;
+  std::memcpy(&word, at, sizeof word);
+  return word;
+}
+
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+
+constexpr std::uint64_t LowerEach(std::uint64_t word) {
+  const std::uint64_t low = word & kEachByte * 0x7F;
+  const std::uint64_t fromA = low + kEachByte * (0x80 - 'A');    // the high bit: at least 'A'
+  const std::uint64_t behindZ = low + kEachByte * (0x7F - 'Z');  // the high bit: above 'Z'
+  return word | ((fromA & ~behindZ & ~word & kEachByte * 0x80) >> 2);
+}
+
+inline bool EqualNoCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (Lower(a[i]) != Lower(b[i])) return false;
+  std::size_t at = 0;
+  for (; at + 8 <= a.size(); at += 8) {
+    if (LowerEach(LoadEight(a.data() + at)) != LowerEach(LoadEight(b.data() + at))) return false;
+  }
+  for (; at < a.size(); ++at) {
+    if (Lower(a[at]) != Lower(b[at])) return false;
   }
   return true;
 }
@@ -64,10 +87,48 @@ constexpr std::string_view FiledName(std::string_view name) {
   return name.empty() ? " " : name;
 }
 
-constexpr std::uint32_t HashNoCase(std::string_view name) {
-  std::uint64_t hash = 0x9E3779B97F4A7C15U;
-  for (const char c : FiledName(name)) hash = (hash ^ Lower(c)) * 0x9FB21C651E98DF25U;
-  return static_cast<std::uint32_t>(hash >> 32);
+constexpr std::uint64_t MixInto(std::uint64_t hash, std::uint64_t word) {
+  hash = (hash ^ word) * 0x9FB21C651E98DF25U;
+  return hash ^ (hash >> 32);
+}
+
+constexpr std::uint32_t kHashOfNoName = 0x9E3779B9U;
+
+inline std::uint32_t HashNoCase(std::string_view name) {
+  if (name.empty() || name == " ") return kHashOfNoName;
+  std::uint64_t hash = name.size();
+  std::size_t at = 0;
+  for (; at + 8 <= name.size(); at += 8) hash = MixInto(hash, LowerEach(LoadEight(&name[at])));
+  if (at == name.size()) return static_cast<std::uint32_t>(hash);
+  std::uint64_t rest = 0;
+  if (name.size() >= 8) {
+    rest = LoadEight(name.data() + name.size() - 8);  // some of it for the second time
+  } else {
+    for (; at < name.size(); ++at) rest = rest << 8 | static_cast<unsigned char>(name[at]);
+  }
+  return static_cast<std::uint32_t>(MixInto(hash, LowerEach(rest)));
+}
+
+// The length of the word that a text begins with, found sixteen characters at a time.
+inline std::size_t WordLength(const char* at, const char* end) {
+  const char* const start = at;
+  for (; end - at >= 16; at += 16) {
+    const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    // Each range is moved to the lower end of the signed bytes, where one comparison tells.
+    const auto within = [](__m128i bytes, char first, char count) {
+      const __m128i moved = _mm_sub_epi8(bytes, _mm_set1_epi8(static_cast<char>(first - 128)));
+      return _mm_cmplt_epi8(moved, _mm_set1_epi8(static_cast<char>(count - 128)));
+    };
+    const __m128i letters = within(_mm_or_si128(text, _mm_set1_epi8(0x20)), 'a', 26);
+    const __m128i digits = within(text, '0', 10);
+    const __m128i underline = _mm_cmpeq_epi8(text, _mm_set1_epi8('_'));
+    const auto word = static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(letters, digits), underline)));
+    if (word != 0xFFFF)
+      return static_cast<std::size_t>(at - start) + static_cast<unsigned>(__builtin_ctz(~word));
+  }
+  while (at < end && IsClass(static_cast<unsigned char>(*at), kWord)) ++at;
+  return static_cast<std::size_t>(at - start);
 }
 
 }  // namespace zon

@@ -39,7 +39,7 @@ bool AcceptSign(Cursor& cursor) {
 
 bool ConvertShort(Cursor cursor, double* value) {
   Decimal decimal;
-  return decimal.Read(cursor.at, cursor.end) == cursor.end && decimal.ToDouble(value);
+  return decimal.Read(cursor.at, cursor.end) == cursor.end && decimal.ToDouble(false, value);
 }
 
 constexpr bool IsHexDigit(int c) {

@@ -34,8 +34,8 @@ constexpr std::size_t kAllocatorHead = 16;  // so that a chunk fills whole pages
 // The first touch of a page costs more than whatever is put into it. So large chunks begin at a
 // large page and ask for more of them.
 void* MapChunk(std::size_t size) {
-  void* mapped = mmap(nullptr, size + kHugePage, PROT_READ | PROT_WRITE,
-                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void* mapped =
+      mmap(nullptr, size + kHugePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (mapped == MAP_FAILED) return nullptr;
   auto* start = static_cast<char*>(mapped);
   const std::size_t before = -reinterpret_cast<std::uintptr_t>(start) % kHugePage;
@@ -46,8 +46,9 @@ void* MapChunk(std::size_t size) {
 }
 
 // The large chunks that were given back last wait for the next store: a host that loads one file
-// after the other touches them for the first time but once.
-constexpr std::size_t kSpares = 2;
+// after the other does not pay again for the first touch. The system may take the memory of those
+// that wait whenever it wants some.
+constexpr std::size_t kSpares = 16;
 std::atomic<void*> spares[kSpares];
 
 void* TakeSpare() {
@@ -58,6 +59,7 @@ void* TakeSpare() {
 }
 
 bool KeepSpare(void* chunk) {
+  madvise(chunk, kLargestChunk, MADV_FREE);
   for (std::atomic<void*>& spare : spares) {
     void* none = nullptr;
     if (spare.compare_exchange_strong(none, chunk)) return true;

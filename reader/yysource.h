@@ -105,15 +105,21 @@ class StreamSource {
     return true;
   }
 
-  // The characters that lie ready behind blanks; and taking those before `end`, none of which is a
-  // newline.
+  // The characters that lie ready.
   std::string_view Ready() const {
-    const unsigned char* next = stream_.next_;
-    while (*next == ' ') ++next;
-    return {reinterpret_cast<const char*>(next), static_cast<std::size_t>(stream_.end_ - next)};
+    return {reinterpret_cast<const char*>(stream_.next_),
+            static_cast<std::size_t>(stream_.end_ - stream_.next_)};
   }
-  void TakeUpTo(const char* end) {
-    stream_.next_ += end - reinterpret_cast<const char*>(stream_.next_);
+
+  // Takes those before `end`.
+  void TakeUpTo(const char* end, bool hasNewline) {
+    unsigned char* const last =
+        stream_.next_ + (end - reinterpret_cast<const char*>(stream_.next_));
+    while (unsigned char* newline = hasNewline ? Find('\n', last) : nullptr) {
+      stream_.next_ = newline;
+      TakeNewline();
+    }
+    stream_.next_ = last;
   }
 
   // Collects the next character, which is known to be there.
@@ -122,18 +128,15 @@ class StreamSource {
     if (++stream_.next_ == stream_.end_) text.Settle();
   }
 
-  // Collects characters of these classes, which hold neither newline nor zero.
-  void Collect(unsigned classes, Collector& text) {
-    for (;;) {
-      const unsigned char* start = stream_.next_;
-      unsigned char* next = stream_.next_;
-      while (IsClass(*next, classes)) ++next;
-      stream_.next_ = next;
-      text.Add(start, next);
-      if (next < stream_.end_) return;
-      text.Settle();
-      if (!stream_.Fill()) return;
-    }
+  void CollectWord(Collector& text) {
+    CollectAhead(text, [](const char* at, const char* end) { return WordLength(at, end); });
+  }
+  void CollectDigits(Collector& text) {
+    CollectAhead(text, [](const char* at, const char* end) {
+      const char* const start = at;
+      while (at < end && IsClass(static_cast<unsigned char>(*at), kDigit)) ++at;
+      return static_cast<std::size_t>(at - start);
+    });
   }
 
   // Collects everything up to the character `stop`, which is taken but not collected and given
@@ -165,6 +168,20 @@ class StreamSource {
   }
 
  private:
+  // Collects as many characters as `lengthOf` gives, none of them a newline.
+  template <class LengthOf>
+  void CollectAhead(Collector& text, LengthOf lengthOf) {
+    for (;;) {
+      const std::size_t length = lengthOf(reinterpret_cast<const char*>(stream_.next_),
+                                          reinterpret_cast<const char*>(stream_.end_));
+      text.Add(stream_.next_, stream_.next_ + length);
+      stream_.next_ += length;
+      if (stream_.next_ < stream_.end_) return;
+      text.Settle();
+      if (!stream_.Fill()) return;
+    }
+  }
+
   unsigned char* Find(char c, const unsigned char* limit) const {
     if (stream_.next_ == limit) return nullptr;
     return static_cast<unsigned char*>(
@@ -199,11 +216,8 @@ class CallSource {
 
   void CollectOne(Collector& text) { text.Add(static_cast<char>(Take())); }
 
-  void Collect(unsigned classes, Collector& text) {
-    int c = Take();
-    for (; IsClass(c, classes); c = Take()) text.Add(static_cast<char>(c));
-    Back(c);
-  }
+  void CollectWord(Collector& text) { Collect(kWord, text); }
+  void CollectDigits(Collector& text) { Collect(kDigit, text); }
 
   int CollectTo(char stop, bool lineOnly, Collector& text) {
     int c = Take();
@@ -221,6 +235,12 @@ class CallSource {
   }
 
  private:
+  void Collect(unsigned classes, Collector& text) {
+    int c = Take();
+    for (; IsClass(c, classes); c = Take()) text.Add(static_cast<char>(c));
+    Back(c);
+  }
+
   CyyInput& input_;
 };
 

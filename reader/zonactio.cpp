@@ -1,12 +1,9 @@
 // What the rules of the grammar do: one case for each rule, by its name in zongram.y. Tested by
 // tests/grammar_test.cpp.
-#include "paths/zonfilen.h"
 #include "reader/zonparser.h"
-#include "tree/zonbool.h"
+#include "reader/zonvalues.h"
 #include "tree/zonclob.h"
-#include "tree/zonint.h"
 #include "tree/zonkeyw.h"
-#include "tree/zonreal.h"
 #include "tree/zonstri.h"
 #include "tree/zontarli.h"
 
@@ -80,50 +77,11 @@ CzonParam* CzonParser::ParseStringParam(std::string& text) {
   return clob != nullptr ? clob : new CzonString(text);
 }
 
-// Null for a token that is no value by itself.
-CzonNode* CzonParser::NewValueOf(int token, std::string_view text) {
-  switch (token) {
-    case INTEGER:
-      return NewInteger(text);
-    case REAL:
-      return NewReal(text);
-    case BOOLEAN:
-      return NewBoolean(text);
-    case STRING:
-      return NewString(text);
-    case DATETIME:
-      return NewValue<CzonDateTime>(text);
-    case FILENAME:
-      return NewValue<CzonFilename>(text);
-    default:
-      return nullptr;
-  }
-}
-
-CzonNode* CzonParser::NewInteger(std::string_view text) {
-  auto* node = NewValue<CzonInt>(text);
-  node->ReadText();
-  if (!node->IsDouble()) yyerror("Double overflow (integer)");
-  return node;
-}
-
-CzonNode* CzonParser::NewReal(std::string_view text) {
-  auto* node = NewValue<CzonReal>(text);
-  node->ReadText();
-  if (!node->IsDouble()) yyerror("Double overflow (real)");
-  return node;
-}
-
-CzonNode* CzonParser::NewBoolean(std::string_view text) {
-  auto* node = NewValue<CzonBool>(text);
-  node->ReadText();
-  return node;
-}
-
-CzonNode* CzonParser::NewString(std::string_view text) {
-  std::string_view content;
-  if (!CzonClob::FindContent(text, &content)) return NewValue<CzonString>(text);
-  return NewValue<CzonClob>(content);
+CzonNode* CzonParser::NewValue(int token, std::string_view text) {
+  CzonNode* value = zon::MakeValue(store_, token, text);
+  if (token == INTEGER && !value->IsDouble()) yyerror("Double overflow (integer)");
+  if (token == REAL && !value->IsDouble()) yyerror("Double overflow (real)");
+  return value;
 }
 
 // The byte in front of a number is free for its sign.
@@ -217,26 +175,29 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
       break;
 
     case kValueInteger:
-      result.node = NewInteger(right[0].Text());
+      result.node = NewValue(INTEGER, right[0].Text());
       break;
     case kValueReal:
-      result.node = NewReal(right[0].Text());
+      result.node = NewValue(REAL, right[0].Text());
       break;
     case kValueBoolean:
-      result.node = NewValueOf(BOOLEAN, right[0].Text());
+      result.node = NewValue(BOOLEAN, right[0].Text());
       break;
     case kValueString:
-      result.node = NewValueOf(STRING, right[0].Text());
+      result.node = NewValue(STRING, right[0].Text());
       break;
     case kValueDateTime:
-      result.node = NewValueOf(DATETIME, right[0].Text());
+      result.node = NewValue(DATETIME, right[0].Text());
       break;
     case kValueFilename:
-      result.node = NewValueOf(FILENAME, right[0].Text());
+      result.node = NewValue(FILENAME, right[0].Text());
       break;
-    case kValueSubstitution:
-      result.node = NewValue<CzonSubstit>(right[0].Text());
+    case kValueSubstitution: {
+      auto* substitution = CzonNode::Make<CzonSubstit>(store_);
+      substitution->SetStoredText(right[0].Text());
+      result.node = substitution;
       break;
+    }
 
     case kIntegerPlus:
     case kRealPlus:

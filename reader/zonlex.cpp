@@ -7,6 +7,7 @@
 #include "base/zonchars.h"
 #include "reader/yysource.h"
 #include "reader/zonparser.h"
+#include "reader/zonvalues.h"
 
 namespace {
 
@@ -115,7 +116,7 @@ int CzonParser::Fail(Source& source, const char* message) {
 template <class Source>
 int CzonParser::ScanWord(Source& source) {
   zon::Collector text(buffer_);
-  source.Collect(zon::kWord, text);
+  source.CollectWord(text);
   return EndToken(WordToken(text.Text()), text);
 }
 
@@ -124,7 +125,7 @@ template <class Source>
 int CzonParser::ScanNumber(Source& source) {
   zon::Collector text(buffer_);
   int token = INTEGER;
-  source.Collect(zon::kDigit, text);
+  source.CollectDigits(text);
   if (source.Peek() == '.') {
     const bool leading = text.Text().empty();
     token = REAL;
@@ -133,7 +134,7 @@ int CzonParser::ScanNumber(Source& source) {
       source.Take();
       return Fail(source, "Expecting digit");
     }
-    source.Collect(zon::kDigit, text);
+    source.CollectDigits(text);
   }
   if (source.Peek() == 'e' || source.Peek() == 'E') {
     token = REAL;
@@ -143,7 +144,7 @@ int CzonParser::ScanNumber(Source& source) {
       source.Take();
       return Fail(source, "Bad scale factor");
     }
-    source.Collect(zon::kDigit, text);
+    source.CollectDigits(text);
   }
   return EndToken(token, text);
 }
@@ -185,7 +186,7 @@ int CzonParser::EndToken(int token, zon::Collector& text) {
 // for its sign: in place the sign itself stands there, or what separates the two.
 int CzonParser::EndToken(int token, std::string_view text, bool inPlace) {
   // A text ends at a zero byte, which no word and no number holds.
-  if (MayHoldZero(token)) text = text.substr(0, text.find('\0'));
+  if (MayHoldZero(token)) text = zon::UpToZero(text);
   if (!inPlace) {
     const std::size_t before = token == INTEGER || token == REAL ? 1 : 0;
     text = {store_.CopyText(text, before), text.size()};

@@ -117,8 +117,7 @@ class ZON_API CzonParser : public CyyParser {
   void TakeLines(Stack& stack, int& token);
   static void LeaveList(Stack& stack, const ListPlace& place, int& token);
   ListPlace TakeItems(CzonKeyword& keyword);
-  ListPlace CollectItems();
-  CzonNode* TakeShortNumber();
+  bool TakePlainItems(CzonKeyword& keyword, ListPlace* place);
   bool TakeIf(char c);
 
   Value Reduce(int rule, const Value* right);
@@ -130,17 +129,7 @@ class ZON_API CzonParser : public CyyParser {
     if (multi) node->SetMultiMandat(1, 0);
     return node;
   }
-  template <class T>
-  T* NewValue(std::string_view text) {
-    T* node = CzonNode::Make<T>(store_);
-    node->SetStoredText(text);
-    return node;
-  }
-  CzonNode* NewValueOf(int token, std::string_view text);
-  CzonNode* NewInteger(std::string_view text);
-  CzonNode* NewReal(std::string_view text);
-  CzonNode* NewBoolean(std::string_view text);
-  CzonNode* NewString(std::string_view text);
+  CzonNode* NewValue(int token, std::string_view text);
   static std::string_view Signed(char sign, const Value& number);
 
   FileKind kind_ = kUndecided;
@@ -151,8 +140,7 @@ class ZON_API CzonParser : public CyyParser {
   bool hasOwnScanner_ = false;  // yylex is ours, no derived class's
   bool scansAhead_ = false;     // nobody can tell whether tokens were made in between
   Value yylval_{};
-  std::vector<CzonNode*> items_;  // of the list at hand
-  std::string buffer_;            // of the scanner
+  std::string buffer_;  // of the scanner
 };
 
 #endif

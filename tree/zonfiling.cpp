@@ -40,17 +40,17 @@ unsigned int NumberAt(const zon::NodeList& children, const CzonNameList<T>& list
 }  // namespace
 
 void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
-  children_.Reserve(store_);
+  Children().Reserve(store_);
   WithList(
       *this, *child,
       [&](CzonTargetList& owner, CzonSection* section) {
-        owner.sections_.Insert(section, NumberAt(children_, owner.sections_, place));
+        owner.sections_.Insert(section, NumberAt(Children(), owner.sections_, place));
       },
       [&](CzonSection& owner, CzonKeyword* keyword) {
-        owner.keywords_.Insert(keyword, NumberAt(children_, owner.keywords_, place));
+        owner.keywords_.Insert(keyword, NumberAt(Children(), owner.keywords_, place));
       },
       [] {});
-  children_.Insert(place, child, store_);
+  Children().Insert(place, child, store_);
   child->owner_ = this;
   if (child->Has(kNamed)) static_cast<CzonNamedNode*>(child)->place_ = place;
   if (child->WantsDestructor()) MarkDeep();
@@ -63,14 +63,14 @@ void CzonNamedNode::Unfile(CzonNode* child) {
       *this, *child,
       [](CzonTargetList& owner, CzonSection* section) { owner.sections_.Remove(section); },
       [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.Remove(keyword); }, [] {});
-  children_.Erase(place);
+  Children().Erase(place);
   child->owner_ = nullptr;
   ChildrenMoved(place, *child, -1);
 }
 
 void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
   const std::uint32_t place = PlaceOf(child);
-  children_.Set(place, by);
+  Children().Set(place, by);
   by->owner_ = this;
   by->instance_ = child->instance_;
   child->owner_ = nullptr;
@@ -82,8 +82,8 @@ void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
 void CzonNamedNode::ChildrenMoved(std::uint32_t from, const CzonNode& child, int by) {
   if (auto* section = dynamic_cast<CzonSection*>(this)) section->DefinitionsMoved(from, child, by);
   if (dynamic_cast<CzonKeyword*>(this) == nullptr) return;
-  for (std::uint32_t at = from; at < children_.Size(); ++at) {
-    children_[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  for (std::uint32_t at = from; at < Children().Size(); ++at) {
+    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
   }
 }
 
@@ -124,7 +124,7 @@ void CzonNamedNode::Rename(std::string_view name) {
 }
 
 void CzonNamedNode::SwapContent(CzonNamedNode& other) {
-  children_.Swap(other.children_);
+  Children().Swap(other.Children());
   std::swap(flags_, other.flags_);
   std::swap(nameGlb_, other.nameGlb_);
   CzonNode::SwapRemark(other);
@@ -132,7 +132,7 @@ void CzonNamedNode::SwapContent(CzonNamedNode& other) {
   auto* otherList = dynamic_cast<CzonTargetList*>(&other);
   if (list != nullptr && otherList != nullptr) list->SwapLists(*otherList);
   for (CzonNamedNode* owner : {this, &other}) {
-    for (CzonNode* child : owner->children_) child->owner_ = owner;
+    for (CzonNode* child : owner->Children()) child->owner_ = owner;
     if (Has(kDeep) || other.Has(kDeep)) owner->MarkDeep();
   }
 }

@@ -26,7 +26,7 @@ class ZON_API CzonInt : public CzonNumeric {
 
   // For the library's own use.
   void SetInt(int value, zon::Store* store);  // all views and the text
-  void ReadText();  // all views from the text
+  void ReadText();                            // all views from the text
   void SetViews(double value, std::int64_t whole) {
     Double(value);
     integer_ = zon::LowBits(whole);

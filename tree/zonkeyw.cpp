@@ -17,7 +17,7 @@ CzonNode* CzonKeyword::CreateObj() {
 }
 
 unsigned int CzonKeyword::GetNoParams() const {
-  return children_.Size();
+  return Children().Size();
 }
 
 unsigned int CzonKeyword::GetNoInstances() const {
@@ -46,17 +46,33 @@ int CzonKeyword::GetSyntaxClass() const {
 }
 
 void CzonKeyword::AddParam(CzonParam* param) {
-  CzonNode* node = param;
-  if (param != nullptr) AddParams(&node, 1);
+  if (param == nullptr) return;
+  AddNode(param);
+  static_cast<CzonNode*>(param)->instance_ = static_cast<std::int32_t>(Children().Size());
 }
 
-void CzonKeyword::AddParams(CzonNode* const* params, std::uint32_t count) {
+CzonKeyword::MakeFunction CzonKeyword::make_ = nullptr;
+
+void CzonKeyword::TakeValues(std::string_view text, MakeFunction make) {
+  make_ = make;  // there is but one reader
+  if (Has(kDeferred) || children_.Size() != 0 || text.size() > UINT32_MAX) {
+    Children();
+    return MakeValues(text);
+  }
+  children_.Defer(text);
+  Set(kDeferred);
+}
+
+void CzonKeyword::MakeValues(std::string_view text) {
+  make_(*this, text);
+}
+
+void CzonKeyword::AppendNew(CzonNode* const* values, std::uint32_t count) {
   std::uint32_t place = children_.Size();
-  children_.Append(params, count, store_);
-  for (CzonNode* const* param = params; param != params + count; ++param) {
-    (*param)->owner_ = this;
-    (*param)->instance_ = static_cast<std::int32_t>(++place);
-    if ((*param)->WantsDestructor()) MarkDeep();
+  children_.Append(values, count, store_);
+  for (CzonNode* const* value = values; value != values + count; ++value) {
+    (*value)->owner_ = this;
+    (*value)->instance_ = static_cast<std::int32_t>(++place);
   }
 }
 

@@ -2,7 +2,9 @@
 #ifndef ZON_TREE_ZONKEYW_H
 #define ZON_TREE_ZONKEYW_H
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "tree/zonnamno.h"
 
@@ -26,11 +28,24 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   /** Appends a value and numbers it. Null is ignored. */
   void AddParam(CzonParam* param);
 
-  // For the library's own use: many values at once.
-  void AddParams(CzonNode* const* params, std::uint32_t count);
+  // For the library's own use: values by their text. Most values of a file are never asked for; so
+  // the reader checks them, and leaves it to the first question to make nodes of them. `make`
+  // appends what the text tells by AppendNew. The text lives as long as the tree.
+  using MakeFunction = void (*)(CzonKeyword& keyword, std::string_view text);
+  void TakeValues(std::string_view text, MakeFunction make);
+
+  // Appends new values, which lie in the store of this keyword.
+  void AppendNew(CzonNode* const* values, std::uint32_t count);
 
   /** Writes the values, separated by ", ", and the end of the line. */
   std::ostream& WriteParms(std::ostream& out) const;
+
+ private:
+  friend class CzonNamedNode;
+
+  void MakeValues(std::string_view text);
+
+  static MakeFunction make_;
 };
 
 /** A default definition: the values that placeholders of keywords of its name stand for. */

@@ -12,8 +12,9 @@ constexpr std::uint32_t kLargestPower = 31;
 }  // namespace
 
 void NodeList::Grow(std::uint32_t more, Store* store) {
-  std::uint32_t power = power_ + 1;
-  while (power <= kLargestPower && (std::uint32_t{1} << power) - size_ < more) ++power;
+  const std::uint64_t wanted = std::uint64_t{size_} + more;
+  // The least power of two that holds them; more than one, as a single entry needs no block.
+  const auto power = static_cast<std::uint32_t>(64 - __builtin_clzll(wanted - 1));
   if (power > kLargestPower) throw std::bad_alloc();
   auto* block = static_cast<CzonNode**>(TakeBlock(store, power));
   std::copy_n(Items(), size_, block);

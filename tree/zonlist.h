@@ -4,6 +4,7 @@
 #define ZON_TREE_ZONLIST_H
 
 #include <cstdint>
+#include <string_view>
 
 #include "base/zonstore.h"
 
@@ -45,6 +46,19 @@ class NodeList {
 
   void Release(Store* store);
 
+  // An empty list can stand for a text instead, of which somebody else will make its nodes. Until
+  // it has given the text back it is to be used for nothing but Release.
+  void Defer(std::string_view text) {
+    text_ = text.data();
+    size_ = static_cast<std::uint32_t>(text.size());
+  }
+  std::string_view TakeDeferred() {
+    const std::string_view text(text_, size_);
+    one_ = nullptr;
+    size_ = 0;
+    return text;
+  }
+
  private:
   static constexpr std::uint32_t kNoBlock = 0;
 
@@ -56,6 +70,7 @@ class NodeList {
   union {
     CzonNode* one_;
     CzonNode** many_;  // 1 << power_ places
+    const char* text_;
   };
   std::uint32_t size_ = 0;
   std::uint32_t power_ = kNoBlock;

@@ -69,7 +69,7 @@ NameIndex::Queue* NameIndex::FreePlace(std::uint32_t hash) const {
 void NameIndex::Grow(Store* store) {
   Queue* const old = queues_;
   const std::uint32_t oldRoom = room_;
-  const std::uint32_t room = oldRoom == 0 ? 1 : oldRoom * 2;
+  const std::uint32_t room = oldRoom == 0 ? kFirst : oldRoom * 2;
   auto* fresh = static_cast<Queue*>(TakeBlock(store, TablePower(room)));
   for (std::uint32_t at = 0; at < room; ++at) new (&fresh[at]) Queue{};
   queues_ = fresh;

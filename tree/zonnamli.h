@@ -44,6 +44,7 @@ class NameIndex {
   void Swap(NameIndex& other);
 
  private:
+  static constexpr std::uint32_t kFirst = 4;    // queues that the first table holds
   static constexpr std::uint32_t kScanned = 8;  // as many queues are not hashed
 
   Queue* Find(std::string_view name, std::uint32_t hash) const;

@@ -71,18 +71,32 @@ const std::string& CzonNamedNode::GetNameGlb() const {
 }
 
 unsigned int CzonNamedNode::GetNoNodes() const {
-  return children_.Size();
+  return Children().Size();
 }
 
 CzonNode* CzonNamedNode::NodeByNum(unsigned int n) const {
-  return n - 1 < children_.Size() ? children_[n - 1] : nullptr;
+  return n - 1 < Children().Size() ? Children()[n - 1] : nullptr;
+}
+
+// All of them or, for want of memory, none: then the text goes on standing for them.
+void CzonNamedNode::MakeDeferred() {
+  const std::string_view text = children_.TakeDeferred();
+  Set(kDeferred, false);
+  try {
+    static_cast<CzonKeyword*>(this)->MakeValues(text);
+  } catch (...) {
+    children_.Release(store_);
+    children_.Defer(text);
+    Set(kDeferred);
+    throw;
+  }
 }
 
 void CzonNamedNode::AddNode(CzonNode* node) {
   if (node == nullptr) return;
-  children_.Append(node, store_);
+  Children().Append(node, store_);
   node->owner_ = this;
-  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = children_.Size() - 1;
+  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = Children().Size() - 1;
   if (node->WantsDestructor()) MarkDeep();
 }
 
@@ -96,6 +110,7 @@ void CzonNamedNode::Clear() {
   if (auto* list = dynamic_cast<CzonTargetList*>(this)) list->ForgetNames();
   FreeChildren();
   children_.Release(store_);
+  Set(kDeferred, false);
   if (store_ == nullptr) {
     delete nameGlb_;
   } else if (nameGlb_ != nullptr) {
@@ -111,6 +126,7 @@ void CzonNamedNode::FreeChildren() {
   if (!Has(kDeep)) return;  // nothing below but store memory
   CzonNode* waiting = nullptr;
   const auto enlist = [&waiting](const CzonNamedNode& owner) {
+    if (owner.Has(kDeferred)) return;
     for (CzonNode* child : owner.children_) {
       if (!child->WantsDestructor()) continue;
       child->owner_ = waiting;
@@ -141,11 +157,11 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   std::vector<Position> path{{this, 0}};
   while (!path.empty()) {
     Position& position = path.back();
-    if (position.next >= position.node->children_.Size()) {
+    if (position.next >= position.node->Children().Size()) {
       path.pop_back();
       continue;
     }
-    CzonNode* child = position.node->children_[position.next++];
+    CzonNode* child = position.node->Children()[position.next++];
     if (!child->Has(kExploresItself)) {
       child->Explore(visit);
       continue;
@@ -158,21 +174,21 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
 std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   const std::uint32_t guess = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child)->place_
                                                  : static_cast<std::uint32_t>(child->instance_ - 1);
-  if (guess < children_.Size() && children_[guess] == child) return guess;
+  if (guess < Children().Size() && Children()[guess] == child) return guess;
   // Children have moved since the places were noted, mostly not far.
   constexpr std::uint32_t kNear = 256;
-  const std::uint32_t near = std::min(guess, children_.Size());
-  const std::uint32_t end = near + std::min(kNear, children_.Size() - near);
+  const std::uint32_t near = std::min(guess, Children().Size());
+  const std::uint32_t end = near + std::min(kNear, Children().Size() - near);
   for (std::uint32_t at = near - std::min(kNear, near); at < end; ++at) {
-    if (children_[at] != child) continue;
+    if (Children()[at] != child) continue;
     if (child->Has(kNamed)) static_cast<const CzonNamedNode*>(child)->place_ = at;
     return at;
   }
   // Note them all anew, so that asking for one after the other stays linear.
-  std::uint32_t found = children_.Size();
-  for (std::uint32_t at = 0; at < children_.Size(); ++at) {
-    if (children_[at] == child) found = at;
-    if (children_[at]->Has(kNamed)) static_cast<CzonNamedNode*>(children_[at])->place_ = at;
+  std::uint32_t found = Children().Size();
+  for (std::uint32_t at = 0; at < Children().Size(); ++at) {
+    if (Children()[at] == child) found = at;
+    if (Children()[at]->Has(kNamed)) static_cast<CzonNamedNode*>(Children()[at])->place_ = at;
   }
   return found;
 }
@@ -188,8 +204,8 @@ CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
     if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
   }
   for (;;) {
-    const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->children_.Size();
-    const bool Ok = place < node->children_.Size();
+    const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->Children().Size();
+    const bool Ok = place < node->Children().Size();
     ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
     // Kept: of several definitions the first one of the section decides, even if it has no such
     // value.
@@ -208,7 +224,7 @@ const CzonNamedNode* CzonNamedNode::FirstDefinition(std::string_view name) const
   if (const auto* section = dynamic_cast<const CzonSection*>(this)) {
     return section->FirstIndexedDefinition(name);
   }
-  for (const CzonNode* child : children_) {
+  for (const CzonNode* child : Children()) {
     if (!child->IsDefaultDef()) continue;
     const auto* definition = static_cast<const CzonNamedNode*>(child);
     if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
@@ -225,7 +241,7 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   while (!open.empty()) {
     const auto [to, from] = open.back();
     open.pop_back();
-    for (CzonNode* child : from->children_) {
+    for (CzonNode* child : from->Children()) {
       std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
       const CzonNode& made = *NewCopy;
       ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",

@@ -66,7 +66,13 @@ class ZON_API CzonNamedNode : public CzonNode {
     CzonNode::EnterStore(store);
     store_ = &store;
   }
-  const zon::NodeList& Children() const { return children_; }
+  // The children. The values of a loaded keyword are made when they are first asked for, which may
+  // throw std::bad_alloc.
+  zon::NodeList& Children() {
+    if (Has(kDeferred)) MakeDeferred();
+    return children_;
+  }
+  const zon::NodeList& Children() const { return const_cast<CzonNamedNode*>(this)->Children(); }
   // Filing at a place of the child list, counted from 0 (its length appends); taking a child out,
   // which lives on; a value in the place of another; another name. All or nothing.
   void FileAt(CzonNode* child, std::uint32_t place);
@@ -82,7 +88,6 @@ class ZON_API CzonNamedNode : public CzonNode {
   std::uint32_t PlaceSeen() const { return place_; }
 
  protected:
-  zon::NodeList children_;
   zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
 
   void WriteChildren(std::ostream& out) const;
@@ -90,15 +95,18 @@ class ZON_API CzonNamedNode : public CzonNode {
 
  private:
   friend class CzonNode;
+  friend class CzonKeyword;
 
+  void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;
 
+  zon::NodeList children_;
   mutable std::string* nameGlb_ = nullptr;
   zon::Text name_;
-  std::uint32_t nameHash_ = zon::HashNoCase("");
+  std::uint32_t nameHash_ = zon::kHashOfNoName;
   std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // in the child list of the owner, as last seen
 };

@@ -180,6 +180,7 @@ class ZON_API CzonNode : public CzonBase {
     kHasDouble = 16,  // of numeric values: which views are set
     kHasInt = 32,
     kExploresItself = 64,  // Explore begins with the node, then its children
+    kDeferred = 128,       // the children stand as text, to be made when they are asked for
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }

@@ -69,7 +69,7 @@ void CzonTargetList::Copy(const CzonNode* source) {
 
 void CzonTargetList::AddSection(CzonSection* section) {
   if (section == nullptr) return;
-  children_.Reserve(store_);
+  Children().Reserve(store_);
   sections_.Append(section);
   AddNode(section);
 }
@@ -193,7 +193,7 @@ void CzonSection::Copy(const CzonNode* source) {
 
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
-  children_.Reserve(store_);
+  Children().Reserve(store_);
   keywords_.Append(keyword);
   AddNode(keyword);
 }
@@ -215,8 +215,8 @@ void CzonSection::DefinitionsMoved(std::uint32_t from, const CzonNode& child, in
 }
 
 const CzonNamedNode* CzonSection::FirstIndexedDefinition(std::string_view name) const {
-  for (; definitionsSeen_ < children_.Size(); ++definitionsSeen_) {
-    CzonNode* child = children_[definitionsSeen_];
+  for (; definitionsSeen_ < Children().Size(); ++definitionsSeen_) {
+    CzonNode* child = Children()[definitionsSeen_];
     if (child->IsDefaultDef()) definitions_.Append(*static_cast<CzonNamedNode*>(child), store_);
   }
   const zon::NameIndex::Queue* queue = definitions_.Find(name);

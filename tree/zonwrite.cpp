@@ -58,12 +58,12 @@ void CzonNamedNode::WriteChildren(std::ostream& out) const {
   std::vector<Position> path{{this, 0}};
   while (!path.empty()) {
     Position& position = path.back();
-    if (position.next >= position.node->children_.Size()) {
+    if (position.next >= position.node->Children().Size()) {
       if (position.node != this) static_cast<const CzonSection*>(position.node)->WriteEnd(out);
       path.pop_back();
       continue;
     }
-    const CzonNode* child = position.node->children_[position.next++];
+    const CzonNode* child = position.node->Children()[position.next++];
     if (typeid(*child) != typeid(CzonSection)) {
       child->Write(out);
       continue;
@@ -118,7 +118,7 @@ std::ostream& CzonDefaultDef::Write(std::ostream& out) const {
 
 std::ostream& CzonKeyword::WriteParms(std::ostream& out) const {
   const char* separator = "";
-  for (const CzonNode* param : children_) {
+  for (const CzonNode* param : Children()) {
     zon::Put(out, separator);
     param->Write(out);
     separator = ", ";
