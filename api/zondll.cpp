@@ -2,6 +2,7 @@
 // and forwards to the object behind it. Tested by tests/load_test.cpp and tests/handles_test.cpp.
 #include <climits>
 #include <string>
+#include <typeinfo>
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
@@ -12,6 +13,7 @@
 #include "reader/zonload.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyw.h"
+#include "tree/zonstri.h"
 
 using zon::Ask;
 using zon::CopyOut;
@@ -372,8 +374,11 @@ int zonGetBool(void* node) {
   return AskNode(node, 0, [](CzonNode& n) { return n.GetBool(); });
 }
 const char* zonGetString(void* node) {
-  return TextOfNode(
-      node, [](CzonNode & n) -> auto& { return n.GetString(); });
+  return AskNode<const char*>(node, EmpSt(), [](CzonNode& n) {
+    // Our own strings need not be made into objects first; a class of the host is asked as any.
+    if (typeid(n) == typeid(CzonString)) return static_cast<CzonString&>(n).GetChars();
+    return n.GetString().c_str();
+  });
 }
 
 int zonGetName2(void* node, char* buffer, int size) {

@@ -70,15 +70,21 @@ constexpr std::uint64_t LowerEach(std::uint64_t word) {
 }
 
 inline bool EqualNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  std::size_t at = 0;
-  for (; at + 8 <= a.size(); at += 8) {
-    if (LowerEach(LoadEight(a.data() + at)) != LowerEach(LoadEight(b.data() + at))) return false;
+  const std::size_t size = a.size();
+  if (size != b.size()) return false;
+  if (size < 8) {
+    for (std::size_t at = 0; at < size; ++at) {
+      if (Lower(a[at]) != Lower(b[at])) return false;
+    }
+    return true;
   }
-  for (; at < a.size(); ++at) {
-    if (Lower(a[at]) != Lower(b[at])) return false;
+  const auto differ = [&](std::size_t at) {
+    return LowerEach(LoadEight(a.data() + at)) != LowerEach(LoadEight(b.data() + at));
+  };
+  for (std::size_t at = 0; at + 8 < size; at += 8) {
+    if (differ(at)) return false;
   }
-  return true;
+  return !differ(size - 8);  // some of it for the second time
 }
 
 // Names are filed under their lower-cased form, the empty name under one blank. The hash of that

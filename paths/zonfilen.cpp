@@ -29,7 +29,7 @@ char* CzonFilename::GetFilename() const {
 }
 
 const char* CzonFilename::GetFilenameString() const {
-  return GetText().c_str();
+  return text_.Terminated();
 }
 
 std::ostream& CzonFilename::Write(std::ostream& out) const {

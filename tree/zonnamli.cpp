@@ -86,8 +86,8 @@ void NameIndex::Grow(Store* store) {
 NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, Store* store) {
   Queue* queue = Find(node);
   if (queue == nullptr) {
-    // A quarter of a hashed table stays free, so that a search soon ends.
-    if (used_ == room_ || (IsHashed() && used_ >= room_ - room_ / 4)) Grow(store);
+    // Half of a hashed table stays free, so that a search soon ends.
+    if (used_ == room_ || (IsHashed() && used_ >= room_ / 2)) Grow(store);
     queue = FreePlace(node.GetNameHash());
     queue->hash = node.GetNameHash();
     ++used_;

@@ -163,7 +163,12 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
     }
     CzonNode* child = position.node->Children()[position.next++];
     if (!child->Has(kExploresItself)) {
-      child->Explore(visit);
+      // What lies in a store is a value of ours and is visited, no more.
+      if (child->Has(kInStore)) {
+        visit(child);
+      } else {
+        child->Explore(visit);
+      }
       continue;
     }
     visit(child);

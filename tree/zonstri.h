@@ -16,6 +16,9 @@ class ZON_API CzonString : public CzonParam {
   const std::string& GetString() const override;
   std::ostream& Write(std::ostream& out) const override;  ///< in quotes, inner quotes doubled
   int GetSyntaxClass() const override;
+
+  // For the library's own use: GetString as characters, without a string made for them.
+  const char* GetChars() const { return text_.Terminated(); }
 };
 
 namespace zon {
