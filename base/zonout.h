@@ -14,6 +14,12 @@ inline void Put(std::ostream& out, std::string_view text) {
   if (out.rdbuf()->sputn(text.data(), size) != size) out.setstate(std::ios_base::badbit);
 }
 
+inline void Put(std::ostream& out, char c) {
+  if (!out.good()) return;
+  const int put = out.rdbuf()->sputc(c);
+  if (put == std::char_traits<char>::eof()) out.setstate(std::ios_base::badbit);
+}
+
 }  // namespace zon
 
 #endif

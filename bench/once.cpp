@@ -28,6 +28,14 @@ int main(int count, char** arguments) {
 
   if (std::strcmp(action, "load") == 0) {
     for (int n = 0; n < times; ++n) good = Load(source) && good;
+  } else if (std::strcmp(action, "read") == 0) {
+    for (int n = 0; n < times; ++n) {
+      bench::Zon zon;
+      bench::Totals totals;
+      good = zon.Load(source.files.front()) && good;
+      zon.Read(totals);
+      good = totals.Near(source.totals) && good;
+    }
   } else if (std::strcmp(action, "write") == 0) {
     bench::Zon zon;
     good = zon.Load(source.files.front()) && good;

@@ -33,9 +33,9 @@ const char* CzonFilename::GetFilenameString() const {
 }
 
 std::ostream& CzonFilename::Write(std::ostream& out) const {
-  zon::Put(out, "|");
+  zon::Put(out, '|');
   zon::Put(out, zon::WrittenFilename(GetTextView(), GetZonFilename()));
-  zon::Put(out, "|");
+  zon::Put(out, '|');
   return out;
 }
 

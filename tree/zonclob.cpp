@@ -213,7 +213,7 @@ int CzonClob::IsClob() const {
 }
 
 std::ostream& CzonClob::Write(std::ostream& out) const {
-  zon::Put(out, "'");
+  zon::Put(out, '\'');
   zon::Put(out, kOpener);
   zon::PutDoublingQuotes(out, GetTextView());
   zon::Put(out, ">'");

@@ -90,9 +90,9 @@ CzonNode* CzonDateTime::CreateObj() {
 }
 
 std::ostream& CzonDateTime::Write(std::ostream& out) const {
-  zon::Put(out, "#");
+  zon::Put(out, '#');
   zon::Put(out, text_.View());
-  zon::Put(out, "#");
+  zon::Put(out, '#');
   return out;
 }
 

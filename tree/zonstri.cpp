@@ -9,16 +9,16 @@ void PutDoublingQuotes(std::ostream& out, std::string_view text) {
     const std::size_t quote = text.find('\'');
     if (quote == std::string_view::npos) break;
     Put(out, text.substr(0, quote + 1));
-    Put(out, "'");
+    Put(out, '\'');
     text.remove_prefix(quote + 1);
   }
   Put(out, text);
 }
 
 void PutQuoted(std::ostream& out, std::string_view text) {
-  Put(out, "'");
+  Put(out, '\'');
   PutDoublingQuotes(out, text);
-  Put(out, "'");
+  Put(out, '\'');
 }
 
 }  // namespace zon

@@ -89,7 +89,7 @@ std::ostream& CzonSection::Write(std::ostream& out) const {
 
 void CzonSection::WriteHead(std::ostream& out) const {
   Indent(out);
-  zon::Put(out, "[");
+  zon::Put(out, '[');
   PutNameAndMark(out, *this);
   zon::Put(out, "]\n");
 }
@@ -117,12 +117,15 @@ std::ostream& CzonDefaultDef::Write(std::ostream& out) const {
 }
 
 std::ostream& CzonKeyword::WriteParms(std::ostream& out) const {
-  const char* separator = "";
+  bool isFirst = true;
   for (const CzonNode* param : Children()) {
-    zon::Put(out, separator);
+    if (!isFirst) {
+      zon::Put(out, ',');
+      zon::Put(out, ' ');
+    }
+    isFirst = false;
     param->Write(out);
-    separator = ", ";
   }
-  zon::Put(out, "\n");
+  zon::Put(out, '\n');
   return out;
 }
