@@ -10,6 +10,7 @@
 #include <exception>
 
 #include "base/zonchars.h"
+#include "base/zondecim.h"
 
 namespace {
 
@@ -40,7 +41,6 @@ constexpr int kOpenBraces = -3;
 // the zero, which stands behind the buffered characters.
 using Classes = unsigned;
 constexpr Classes kLetter = 1;
-constexpr Classes kName = 2;
 constexpr Classes kNumber = 4;  // begins one
 constexpr Classes kBlank = 8;
 constexpr Classes kInLine = 16;
@@ -56,7 +56,6 @@ constexpr Classes ClassesOf(int c) {
   const bool blank = zon::IsClass(c, zon::kSpace);
   if (blank) classes |= kBlank;
   if (zon::IsClass(c, zon::kAlpha)) classes |= kLetter;
-  if (zon::IsClass(c, zon::kWord)) classes |= kName;
   if (zon::IsClass(c, zon::kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
   if (c != '\'') classes |= kInString;
   if (c != '|') classes |= kInFilename;
@@ -129,6 +128,7 @@ class zontScanner {
   int SimParameter();
   bool SectionHeader();
   int Number();
+  int NumberStepByStep();
   int String();
   int Filename();
 
@@ -160,17 +160,27 @@ class zontScanner {
   }
 
  private:
-  /** Takes characters as long as accept(unsigned char) holds, which it must not for a newline or a
-   *  zero, and hands them to use(const char*, std::size_t), in pieces where the buffer ends. */
+  /** Takes as many characters as length(const char* begin, const char* end) says, none of them a
+   *  newline, and hands them to use(const char*, std::size_t), in pieces where the buffer ends. */
+  template <class Length, class Use>
+  void TakeAhead(Length length, Use use) {
+    do {
+      const auto* const begin = reinterpret_cast<const char*>(input_.cursor_);
+      const std::size_t size = length(begin, reinterpret_cast<const char*>(input_.end_));
+      input_.cursor_ += size;
+      use(begin, size);
+    } while (input_.cursor_ == input_.end_ && input_.Fill());
+  }
+
+  /** The same as long as accept(unsigned char) holds, which it must not for a newline or a zero. */
   template <class Accept, class Use>
   void TakeRun(Accept accept, Use use) {
-    do {
-      unsigned char* next = input_.cursor_;
-      while (accept(*next)) ++next;
-      const auto size = static_cast<std::size_t>(next - input_.cursor_);
-      input_.cursor_ = next;
-      use(reinterpret_cast<const char*>(next - size), size);
-    } while (input_.cursor_ == input_.end_ && input_.Fill());
+    const auto length = [&accept](const char* begin, const char*) {
+      const char* next = begin;
+      while (accept(static_cast<unsigned char>(*next))) ++next;
+      return static_cast<std::size_t>(next - begin);
+    };
+    TakeAhead(length, use);
   }
 
   void SkipRun(Classes classes) {
@@ -181,6 +191,10 @@ class zontScanner {
   void Collect(Classes classes) {
     TakeRun([classes](unsigned char c) { return Is(c, classes); },
             [this](const char* run, std::size_t size) { Append(run, size); });
+  }
+
+  void CollectName() {
+    TakeAhead(zon::WordLength, [this](const char* run, std::size_t size) { Append(run, size); });
   }
 
   void Append(const char* data, std::size_t size) {
@@ -272,7 +286,7 @@ int zontScanner::Section() {
 bool zontScanner::SectionHeader() {
   const char* message = "Bad section, expected [";
   if (input_.get() == '[') {
-    Collect(kName);
+    CollectName();
     const int c = input_.get();
     if (c == ']') return true;
     message = c == kEnd ? "Bad section, missing ], end of file reached" : "Bad section, expected ]";
@@ -306,7 +320,7 @@ int zontScanner::EndSection() {
 }
 
 int zontScanner::Keyword() {
-  Collect(kName);
+  CollectName();
   if (reader_.text_.empty() && !reader_.textLost_) return FailAfter("Expected keyword string");
   const int c = PeekSignificant();
   if (c < kEnd) return FailComment(c);
@@ -341,6 +355,20 @@ int zontScanner::SimParameter() {
 
 /** Reads a number, of which nothing is taken yet. */
 int zontScanner::Number() {
+  // Mostly it is a whole one and ends before the buffer does.
+  const auto* const start = reinterpret_cast<const char*>(input_.cursor_);
+  const auto* const end = reinterpret_cast<const char*>(input_.end_);
+  const bool hasSign = *start == '-' || *start == '+';
+  bool isWhole = false;
+  const char* const behind = zon::PassNumber(start + (hasSign ? 1 : 0), end, &isWhole);
+  if (behind == nullptr || behind == end) return NumberStepByStep();
+  const auto size = static_cast<std::size_t>(behind - start);
+  input_.cursor_ += size;
+  Append(start, size);
+  return isWhole ? kInteger : kReal;
+}
+
+int zontScanner::NumberStepByStep() {
   NumberState state = kStart;
   const auto accept = [&state](unsigned char c) {
     const NumberState next = kTables.after[state][c];
