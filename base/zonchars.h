@@ -79,7 +79,9 @@ inline bool EqualNoCase(std::string_view a, std::string_view b) {
     return true;
   }
   const auto differ = [&](std::size_t at) {
-    return LowerEach(LoadEight(a.data() + at)) != LowerEach(LoadEight(b.data() + at));
+    const std::uint64_t left = LoadEight(a.data() + at);
+    const std::uint64_t right = LoadEight(b.data() + at);
+    return left != right && LowerEach(left) != LowerEach(right);
   };
   for (std::size_t at = 0; at + 8 < size; at += 8) {
     if (differ(at)) return false;
