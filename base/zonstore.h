@@ -54,8 +54,6 @@ class Store {
   struct Chunk;
   struct Kept;
 
-  static Chunk* AllocateChunk(std::size_t size);
-  static void FreeChunk(Chunk* chunk);
   char* TakeFromNewChunk(std::size_t size);
 
   char* next_ = nullptr;
@@ -63,7 +61,7 @@ class Store {
   Chunk* chunks_ = nullptr;
   Kept* kept_ = nullptr;
   void* freeBlocks_[40] = {};  // by power; each block begins with a pointer to the next
-  std::size_t chunkSize_ = 0;
+  std::size_t grown_ = 0;  // chunks taken that were not for one block alone
 };
 
 // The same for owners that may stand outside any store: then the block is allocated by itself.
