@@ -104,7 +104,7 @@ class Dump {
   Dump& operator=(const Dump&) = delete;
   ~Dump() { XpF = outer_; }
 
-  std::string_view View() const { return text_.View(); }
+  std::vector<std::string_view> Pieces() const { return text_.Pieces(); }
 
  private:
   zon::TextStream text_;
@@ -131,7 +131,7 @@ extern "C" void zonDump(void* handleOrNode, const char* fileName) {
     zon::OutputFile file(zon::TextOf(fileName), zon::OutputFile::kReplace);
     Dump dump;
     start->Explore(DumpNode);
-    file.Write(dump.View());
+    file.Write(dump.Pieces());
     return 0;
   });
 }

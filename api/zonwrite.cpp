@@ -60,7 +60,7 @@ bool WriteTree(CzonData& data, const char* fileName) {
   if (!file.IsOpen()) return false;
   TextStream text;
   root->Write(text);
-  return text.good() && file.Write(text.View());
+  return text.good() && file.Write(text.Pieces());
 }
 
 }  // namespace zon

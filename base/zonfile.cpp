@@ -1,10 +1,14 @@
 #include "base/zonfile.h"
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 
 namespace zon {
 namespace {
@@ -16,14 +20,22 @@ int OpenForWriting(const char* name, int flags) {
   }
 }
 
-bool WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(file, text.data(), text.size());
-    if (written > 0) {
-      text.remove_prefix(static_cast<std::size_t>(written));
-    } else if (written == 0 || errno != EINTR) {
-      return false;
-    }
+bool WriteAll(int file, const std::vector<std::string_view>& pieces) {
+  std::vector<iovec> left;
+  for (const std::string_view piece : pieces) {
+    if (!piece.empty()) left.push_back({const_cast<char*>(piece.data()), piece.size()});
+  }
+  auto next = left.begin();
+  while (next != left.end()) {
+    const auto count = std::min<std::ptrdiff_t>(left.end() - next, IOV_MAX);
+    const ssize_t result = writev(file, &*next, static_cast<int>(count));
+    if (result < 0 && errno == EINTR) continue;
+    if (result <= 0) return false;
+    auto written = static_cast<std::size_t>(result);
+    for (; next != left.end() && written >= next->iov_len; ++next) written -= next->iov_len;
+    if (written == 0) continue;
+    next->iov_base = static_cast<char*>(next->iov_base) + written;
+    next->iov_len -= written;
   }
   return true;
 }
@@ -37,11 +49,11 @@ OutputFile::~OutputFile() {
   if (IsOpen()) close(file_);
 }
 
-bool OutputFile::Write(std::string_view text) {
+bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   if (!IsOpen()) return false;
   struct stat before {};
   const bool regular = fstat(file_, &before) == 0 && S_ISREG(before.st_mode);
-  if (WriteAll(file_, text)) return true;
+  if (WriteAll(file_, pieces)) return true;
   // Should even this fail, there is nothing left to try.
   if (regular && ftruncate(file_, before.st_size) != 0) return false;
   return false;

@@ -4,6 +4,7 @@
 #define ZON_BASE_ZONFILE_H
 
 #include <string_view>
+#include <vector>
 
 namespace zon {
 
@@ -19,9 +20,9 @@ class OutputFile {
 
   bool IsOpen() const { return file_ >= 0; }
 
-  // Writes the text behind what the file holds. On failure a regular file is cut back to its old
-  // length.
-  bool Write(std::string_view text);
+  // Writes the pieces of a text behind what the file holds. On failure a regular file is cut back
+  // to its old length.
+  bool Write(const std::vector<std::string_view>& pieces);
 
  private:
   int file_;

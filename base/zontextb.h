@@ -3,13 +3,17 @@
 #define ZON_BASE_ZONTEXTB_H
 
 #include <algorithm>
-#include <cstdlib>
+#include <climits>
 #include <cstring>
+#include <iterator>
 #include <locale>
 #include <new>
 #include <ostream>
 #include <streambuf>
 #include <string_view>
+#include <vector>
+
+#include "base/zonchunk.h"
 
 namespace zon {
 
@@ -18,18 +22,31 @@ class TextStream : private std::streambuf, public std::ostream {
   TextStream() : std::ostream(static_cast<std::streambuf*>(this)) {
     std::ostream::imbue(std::locale::classic());
   }
-
-  ~TextStream() override { std::free(text_); }
+  ~TextStream() override {
+    for (const Piece& piece : pieces_) GiveChunk(piece.start, piece.room);
+  }
   TextStream(const TextStream&) = delete;
   TextStream& operator=(const TextStream&) = delete;
 
-  std::string_view View() const { return {text_, Size()}; }
+  // What was put, in pieces that lie apart: a long text is never copied to make room for more.
+  std::vector<std::string_view> Pieces() const {
+    std::vector<std::string_view> views;
+    for (const Piece& piece : pieces_) views.emplace_back(piece.start, piece.size);
+    if (!views.empty()) views.back() = {pbase(), static_cast<std::size_t>(pptr() - pbase())};
+    return views;
+  }
 
  private:
+  struct Piece {
+    char* start;
+    std::size_t room;
+    std::size_t size;  // of all but the last piece
+  };
+
   std::streamsize xsputn(const char* text, std::streamsize size) override {
     if (size > epptr() - pptr()) Grow(static_cast<std::size_t>(size));
     std::memcpy(pptr(), text, static_cast<std::size_t>(size));
-    setp(pptr() + size, epptr());
+    Advance(size);
     return size;
   }
   int overflow(int c) override {
@@ -38,19 +55,25 @@ class TextStream : private std::streambuf, public std::ostream {
     return sputc(std::char_traits<char>::to_char_type(c));
   }
 
-  std::size_t Size() const { return static_cast<std::size_t>(pptr() - text_); }
-
-  // By realloc, which moves the pages of a long text instead of copying them.
-  void Grow(std::size_t more) {
-    const std::size_t size = Size();
-    const std::size_t room = std::max(size + more, 2 * static_cast<std::size_t>(epptr() - text_));
-    void* text = room > size ? std::realloc(text_, room) : nullptr;
-    if (text == nullptr) throw std::bad_alloc();
-    text_ = static_cast<char*>(text);
-    setp(text_ + size, text_ + room);
+  void Advance(std::streamsize size) {
+    constexpr std::streamsize kStep = INT_MAX;
+    for (; size > kStep; size -= kStep) pbump(INT_MAX);
+    pbump(static_cast<int>(size));
   }
 
-  char* text_ = nullptr;  // between it and pptr() stands what was put
+  void Grow(std::size_t more) {
+    pieces_.reserve(pieces_.size() + 1);
+    const std::size_t common =
+        kChunkSizes[std::min(pieces_.size(), std::size(kChunkSizes) - 1)];
+    std::size_t room = std::max(more, common);
+    auto* start = static_cast<char*>(TakeChunk(room));
+    if (start == nullptr) throw std::bad_alloc();
+    if (!pieces_.empty()) pieces_.back().size = static_cast<std::size_t>(pptr() - pbase());
+    pieces_.push_back({start, room, 0});
+    setp(start, start + room);
+  }
+
+  std::vector<Piece> pieces_;
 };
 
 }  // namespace zon
