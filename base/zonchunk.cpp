@@ -27,7 +27,8 @@ constexpr std::size_t kLargestOfMalloc = std::size_t{64} << 10;
 #endif
 
 // Pieces of one size that wait to be used again. Hosts load one file after the other, and so pay
-// for the first touch but once. What waits can be had back by the system whenever it wants memory.
+// for the first touch but once. Large pieces that wait can be had back by the system whenever it
+// wants memory.
 class Waiting {
  public:
   constexpr explicit Waiting(std::size_t size) : size_(size) {}
@@ -42,7 +43,7 @@ class Waiting {
   }
 
   bool Keep(void* chunk) {
-    madvise(chunk, size_, MADV_FREE);
+    if (size_ >= kHugePage) madvise(chunk, size_, MADV_FREE);
     for (std::atomic<void*>& place : places_) {
       void* none = nullptr;
       if (place.compare_exchange_strong(none, chunk)) return true;
