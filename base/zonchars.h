@@ -95,27 +95,10 @@ constexpr std::string_view FiledName(std::string_view name) {
   return name.empty() ? " " : name;
 }
 
-constexpr std::uint64_t MixInto(std::uint64_t hash, std::uint64_t word) {
-  hash = (hash ^ word) * 0x9FB21C651E98DF25U;
-  return hash ^ (hash >> 32);
-}
-
 constexpr std::uint32_t kHashOfNoName = 0x9E3779B9U;
 
-inline std::uint32_t HashNoCase(std::string_view name) {
-  if (name.empty() || name == " ") return kHashOfNoName;
-  std::uint64_t hash = name.size();
-  std::size_t at = 0;
-  for (; at + 8 <= name.size(); at += 8) hash = MixInto(hash, LowerEach(LoadEight(&name[at])));
-  if (at == name.size()) return static_cast<std::uint32_t>(hash);
-  std::uint64_t rest = 0;
-  if (name.size() >= 8) {
-    rest = LoadEight(name.data() + name.size() - 8);  // some of it for the second time
-  } else {
-    for (; at < name.size(); ++at) rest = rest << 8 | static_cast<unsigned char>(name[at]);
-  }
-  return static_cast<std::uint32_t>(MixInto(hash, LowerEach(rest)));
-}
+// Differs from process to process, so that no file can be made whose names all collide.
+std::uint32_t HashNoCase(std::string_view name);
 
 // The length of the word that a text begins with, found sixteen characters at a time.
 inline std::size_t WordLength(const char* at, const char* end) {

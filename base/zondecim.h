@@ -1,5 +1,5 @@
-// Numbers as people mostly write them, converted while they are looked for: few digits, with a point,
-// a power of ten or neither.
+// Numbers as people mostly write them, converted while they are looked for: few digits, with a
+// point, a power of ten or neither.
 #ifndef ZON_BASE_ZONDECIM_H
 #define ZON_BASE_ZONDECIM_H
 
@@ -10,9 +10,9 @@
 
 namespace zon {
 
-// Eight characters at once, without a branch that depends on how many of them are digits: a processor
-// guesses that wrong for nearly every number. Each digit in `word` is turned into its own value; gives
-// how many of them stand in front.
+// Eight characters at once, without a branch that depends on how many of them are digits: a
+// processor guesses that wrong for nearly every number. Each digit in `word` is turned into its own
+// value; gives how many of them stand in front.
 inline int LeadingDigits(std::uint64_t* word) {
   *word ^= kEachByte * '0';
   const std::uint64_t others = ((*word + kEachByte * 0x76) | *word) & kEachByte * 0x80;
@@ -34,8 +34,8 @@ inline const char* PassDigits(const char* at, const char* end) {
   return at;
 }
 
-// The end of the number without sign that begins at `at`, and whether it has neither point nor power;
-// null when none stands there.
+// The end of the number without sign that begins at `at`, and whether it has neither point nor
+// power; null when none stands there.
 inline const char* PassNumber(const char* at, const char* end, bool* isWhole) {
   const char* const start = at;
   at = PassDigits(at, end);
@@ -82,8 +82,8 @@ class Decimal {
   bool IsWhole() const { return isWhole_; }  // neither point nor power
   std::int64_t Whole() const { return static_cast<std::int64_t>(digits_); }
 
-  // Gives the value, with its sign, if a single rounding makes it: up to 2^53 and with a power of ten that a double
-  // holds exactly, one multiplication or division rounds once and so correctly.
+  // Gives the value, with its sign, if a single rounding makes it: up to 2^53 and with a power of
+  // ten that a double holds exactly, one multiplication or division rounds once and so correctly.
   bool ToDouble(bool negative, double* value) const {
     if (digits_ > (std::uint64_t{1} << 53)) return false;
     // A table, as a branch would guess half of the signs wrong.

@@ -61,7 +61,7 @@ class Store {
   Chunk* chunks_ = nullptr;
   Kept* kept_ = nullptr;
   void* freeBlocks_[40] = {};  // by power; each block begins with a pointer to the next
-  std::size_t grown_ = 0;  // chunks taken that were not for one block alone
+  std::size_t grown_ = 0;      // chunks taken that were not for one block alone
 };
 
 // The same for owners that may stand outside any store: then the block is allocated by itself.

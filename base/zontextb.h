@@ -63,8 +63,7 @@ class TextStream : private std::streambuf, public std::ostream {
 
   void Grow(std::size_t more) {
     pieces_.reserve(pieces_.size() + 1);
-    const std::size_t common =
-        kChunkSizes[std::min(pieces_.size(), std::size(kChunkSizes) - 1)];
+    const std::size_t common = kChunkSizes[std::min(pieces_.size(), std::size(kChunkSizes) - 1)];
     std::size_t room = std::max(more, common);
     auto* start = static_cast<char*>(TakeChunk(room));
     if (start == nullptr) throw std::bad_alloc();

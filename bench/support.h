@@ -28,7 +28,8 @@ struct MemoryUse {
 // What `load` adds to the heap, and to the most that was resident up to its end.
 MemoryUse MemoryOf(const std::function<void()>& load);
 
-// The libraries by name: each loads the first file, which draws in its code, and measures the other.
+// The libraries by name: each loads the first file, which draws in its code, and measures the
+// other.
 using MemoryLoad = std::function<MemoryUse(const std::string& warmUp, const std::string& file)>;
 std::map<std::string, MemoryLoad>& MemoryLoads();
 

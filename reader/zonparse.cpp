@@ -159,9 +159,9 @@ int CzonParser::yyparse() {
   return 1;
 }
 
-// Takes what stands next if it is made of plain keyword lines, or of values in a list. Most of a file
-// is, and what the tables do with it is always the same; so it is done here at once, up to whatever
-// else follows. There the tables go on: the stack stands as they would have left it.
+// Takes what stands next if it is made of plain keyword lines, or of values in a list. Most of a
+// file is, and what the tables do with it is always the same; so it is done here at once, up to
+// whatever else follows. There the tables go on: the stack stands as they would have left it.
 void CzonParser::TakeLines(Stack& stack, int& token) {
   const auto state = static_cast<std::size_t>(stack.State());
   if (kItemStates[state] && token == kNoToken) {

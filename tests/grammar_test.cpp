@@ -1,6 +1,8 @@
 // The grammar: texts and the trees they give, side by side, or the place and text of the error.
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <sstream>
 
 #include "host.h"
@@ -109,6 +111,84 @@ TEST(Grammar, LongLists) {
     void* section = zonTargetByNum(file, 1);
     EXPECT_EQ(*piece == ',' ? zonGetNoParams(zonKeywordByNum(section, 1)) : zonGetNoNodes(section),
               kMany + 1);
+  }
+}
+
+// What a parser has made of a source, and where it stands.
+std::string Outcome(CyyInput* source) {
+  CzonParser parser(source);
+  parser.Parse(0);
+  const CyyInput& input = parser.GetInput();
+  return host::Show(parser.GetRoot()) + ' ' + parser.GetError() + ' ' +
+         std::to_string(parser.GetErrorLine()) + ':' + std::to_string(parser.GetErrorPosition()) +
+         ' ' + std::to_string(input.GetNoChars()) + ' ' + std::to_string(input.GetNoLines()) + ' ' +
+         std::to_string(parser.GetNoComments());
+}
+
+// Files are read ahead, and their lists are made when they are asked for; any other source is read
+// token by token. Nobody can tell.
+TEST(Grammar, ReadingAheadChangesNothing) {
+  const std::string pieces[] = {"1",
+                                "-2",
+                                "+3",
+                                "- 4",
+                                "5.",
+                                ".5",
+                                "1e5",
+                                "1.25E-3",
+                                "123456789012345678901",
+                                "0.1234567890123456789",
+                                "true",
+                                "False",
+                                "trues",
+                                "'x'",
+                                "'a''b'",
+                                "'p\nq'",
+                                "'z\0y'"s,
+                                "'<CLOB:I:1>'",
+                                "|f/g|",
+                                "#d#",
+                                "%1",
+                                "{r}",
+                                "/*c*/",
+                                "//c\n",
+                                ";c\n",
+                                "\n",
+                                "\t",
+                                ",",
+                                ",",
+                                ",",
+                                ", ",
+                                " ",
+                                "l = ",
+                                "(",
+                                "1e",
+                                "1.2.3",
+                                "\0"s,
+                                std::string(70, ' '),
+                                std::string(9, '7')};
+  std::mt19937 random(1);
+  const auto upTo = [&](std::size_t count) { return random() % count; };
+  for (int round = 0; round < 6000; ++round) {
+    std::string text = "[A] k = ";
+    const bool isList = upTo(4) != 0;
+    for (std::size_t count = 1 + upTo(8); count > 0; --count) {
+      // Mostly what makes a list.
+      text += isList && upTo(8) != 0 ? pieces[upTo(21)] + ", " : pieces[upTo(std::size(pieces))];
+    }
+    text += upTo(3) == 0 ? "" : "2 EndSect\n";
+    const std::string path = host::WriteFile("ahead.zon", text);
+    ASSERT_EQ(Outcome(new CyyStream(path.c_str())), Outcome(new host::Memory(text))) << text;
+  }
+}
+
+// The same where blocks of the file end: every value stands once at each place around it.
+TEST(Grammar, ListsAcrossBlocks) {
+  const std::string list = "1, -22, 'abc', true, |f|, 3.25e1, 'a''b', #d# EndSect";
+  for (std::size_t before = 65536 - list.size() - 8; before < 65536; ++before) {
+    const std::string text = std::string(before - 8, ' ') + "[A] k = " + list;
+    const std::string path = host::WriteFile("blocks.zon", text);
+    ASSERT_EQ(Outcome(new CyyStream(path.c_str())), Outcome(new host::Memory(text))) << before;
   }
 }
 

@@ -1,6 +1,6 @@
 // The text of a node: a name or a value as it was written. While nobody asks for a std::string, a
-// text of a loaded node is no more than a place where the file was read to; the string is made at the
-// first question and is then the text itself.
+// text of a loaded node is no more than a place where the file was read to; the string is made at
+// the first question and is then the text itself.
 //
 // Twelve bytes, so that a value's number stands directly behind its text.
 #ifndef ZON_TREE_ZONTEXT_H
