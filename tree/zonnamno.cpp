@@ -157,22 +157,24 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   std::vector<Position> path{{this, 0}};
   while (!path.empty()) {
     Position& position = path.back();
-    if (position.next >= position.node->Children().Size()) {
-      path.pop_back();
-      continue;
-    }
-    CzonNode* child = position.node->Children()[position.next++];
-    if (!child->Has(kExploresItself)) {
-      // What lies in a store is a value of ours and is visited, no more.
-      if (child->Has(kInStore)) {
-        visit(child);
+    const zon::NodeList& children = position.node->Children();
+    CzonNode* inner = nullptr;
+    while (inner == nullptr && position.next < children.Size()) {
+      CzonNode* child = children[position.next++];
+      if (child->Has(kExploresItself)) {
+        inner = child;
+      } else if (child->Has(kInStore)) {
+        visit(child);  // a value of ours, which is visited, no more
       } else {
         child->Explore(visit);
       }
+    }
+    if (inner == nullptr) {
+      path.pop_back();
       continue;
     }
-    visit(child);
-    path.push_back({static_cast<CzonNamedNode*>(child), 0});
+    visit(inner);
+    path.push_back({static_cast<CzonNamedNode*>(inner), 0});
   }
 }
 
