@@ -26,9 +26,8 @@ constexpr std::size_t kLargestOfMalloc = SIZE_MAX;
 constexpr std::size_t kLargestOfMalloc = std::size_t{64} << 10;
 #endif
 
-// Pieces of one size that wait to be used again. Hosts load one file after the other, and so pay
-// for the first touch but once. Large pieces that wait can be had back by the system whenever it
-// wants memory.
+// Pieces of one size that wait to be used again, at most eight. Hosts load one file after the other,
+// and so pay for the first touch but once.
 class Waiting {
  public:
   constexpr explicit Waiting(std::size_t size) : size_(size) {}
@@ -43,7 +42,6 @@ class Waiting {
   }
 
   bool Keep(void* chunk) {
-    if (size_ >= kHugePage) madvise(chunk, size_, MADV_FREE);
     for (std::atomic<void*>& place : places_) {
       void* none = nullptr;
       if (place.compare_exchange_strong(none, chunk)) return true;
@@ -53,7 +51,7 @@ class Waiting {
 
  private:
   const std::size_t size_;
-  std::atomic<void*> places_[16] = {};
+  std::atomic<void*> places_[8] = {};
 };
 
 Waiting waiting[] = {Waiting(std::size_t{256} << 10), Waiting(std::size_t{1} << 20),

@@ -72,6 +72,7 @@ void AddRows() {
       .Free({"100KB", "1MB", "10MB"})
       .LookUp({"100KB", "1MB"})
       .Write({"100KB", "1MB", "10MB"})
+      .Rewrite({"1MB", "10MB"})
       .Build({"100KB", "1MB"})
       .Memory({"100KB", "10MB"});
   for (const char* const size : {"100KB", "1MB", "10MB"}) {

@@ -55,6 +55,7 @@ const auto kRows = Rows<PugiXml>("pugixml")
                        .Free({"1MB", "10MB"})
                        .LookUp({"1MB"})
                        .Write({"1MB", "10MB"})
+                       .Rewrite({"1MB", "10MB"})
                        .Memory({"10MB"});
 
 }  // namespace

@@ -85,6 +85,7 @@ const auto kRows = Rows<RapidJson<false, false>>("rapidjson")
                        .Free({"1MB", "10MB"})
                        .LookUp({"1MB"})
                        .Write({"1MB", "10MB"})
+                       .Rewrite({"1MB", "10MB"})
                        .Memory({"10MB"});
 const auto kInSituRows = Rows<RapidJson<true, false>>("rapidjson-insitu")
                              .Load({"1MB", "10MB", "50MB", "small", "settings"})

@@ -52,6 +52,7 @@ const auto kRows = Rows<SimdJson>("simdjson")
                        .Free({"1MB", "10MB"})
                        .LookUp({"1MB"})
                        .Write({"1MB", "10MB"})
+                       .Rewrite({"1MB", "10MB"})
                        .Memory({"10MB"});
 
 }  // namespace
