@@ -44,6 +44,7 @@ class TextStream : private std::streambuf, public std::ostream {
   };
 
   std::streamsize xsputn(const char* text, std::streamsize size) override {
+    if (size == 0) return 0;
     if (size > epptr() - pptr()) Grow(static_cast<std::size_t>(size));
     std::memcpy(pptr(), text, static_cast<std::size_t>(size));
     Advance(size);
