@@ -97,10 +97,6 @@ std::string ReadFile(const std::string& path) {
   return text.str();
 }
 
-File::~File() {
-  if (handle_ != nullptr) zonClose(&handle_);
-}
-
 void* Load(const std::string& content) {
   return zonLoadFile(WriteFile("load.zon", content).c_str(), 0);
 }

@@ -35,7 +35,9 @@ class File {
   explicit File(void* handle) : handle_(handle) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
-  ~File();
+  ~File() {
+    if (handle_ != nullptr) zonClose(&handle_);
+  }
   operator void*() const { return handle_; }
   void** Address() { return &handle_; }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host.h"
+#include "streams_model.h"
 
 namespace {
 
@@ -58,48 +59,6 @@ class Writer {
   std::string text_;
 };
 
-std::string StreamOf(const std::string& path) {
-  void* reader = nullptr;
-  EXPECT_EQ(zontLoadFile(path.c_str(), &reader), 0);
-  std::string line;
-  int token;
-  while ((token = zontNextToken(reader)) > 0) {
-    line += std::to_string(token) + ":" + zontGetTokenString(reader) + "\n";
-  }
-  if (token < 0) line += zontGetError(reader, nullptr, nullptr);
-  zontDispose(&reader);
-  return line;
-}
-
-std::string TokenOf(const CzonNode* value) {
-  const std::string& text = static_cast<const CzonParam*>(value)->GetText();
-  switch (value->GetSyntaxClass()) {
-    case kZonInt:
-      return "1020:" + text;
-    case kZonReal:
-      return "1021:" + text;
-    case kZonBool:
-      return value->GetBool() ? "1010:" : "1011:";
-    case kZonString:
-      return "1030:" + text;
-    case kZonFilename:
-      return "1200:" + text;
-    default:
-      return "1000:";
-  }
-}
-
-std::string TraversalOf(const CzonNode* node) {
-  std::string line;
-  if (node->IsParam()) return TokenOf(node) + "\n";
-  if (node->GetOwner() != nullptr) {
-    line = (node->IsKeyword() ? "200:" : "100:") + node->GetName() + "\n";
-  }
-  for (unsigned n = 1; n <= node->GetNoNodes(); ++n) line += TraversalOf(node->NodeByNum(n));
-  if (node->GetSyntaxClass() == kZonSection) line += "101:\n";
-  return line;
-}
-
 TEST(Streams, TokensAreTheTraversalOfTheTree) {
   Writer writer;
   for (int round = 0; round < 400; ++round) {
@@ -108,7 +67,7 @@ TEST(Streams, TokensAreTheTraversalOfTheTree) {
     const host::File file(zonLoadFile(path.c_str(), 0));
     ASSERT_EQ(host::SyntaxError(file), "") << text;
     const auto* root = dynamic_cast<CzonNode*>(static_cast<CzonBase*>(zonGetRoot(file)));
-    ASSERT_EQ(StreamOf(path), TraversalOf(root)) << text;
+    ASSERT_EQ(model::StreamOf(path), model::TraversalOf(root)) << text;
   }
 }
 

@@ -1,0 +1,163 @@
+#include "fuzz.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <tuple>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+namespace fuzz {
+
+unsigned long heard = 0;
+void (*onMessage)() = nullptr;
+
+void Check(bool holds, const char* what, std::string_view detail) {
+  if (holds) return;
+  std::fprintf(stderr, "FAILED: %s %.*s\n", what, static_cast<int>(detail.size()), detail.data());
+  std::abort();
+}
+
+namespace {
+
+struct MemoryFile {
+  MemoryFile() { std::snprintf(name, sizeof name, "/proc/self/fd/%d", file); }
+  int file = memfd_create("fuzz", MFD_CLOEXEC);
+  char name[40];
+};
+MemoryFile files[4];
+
+// In this order they step through the items of a packed list, whatever their kinds are.
+int (*const kNumbers[])(void*) = {
+    zonGetSyntaxClass, zonGetLevel,         zonGetNoInstances, zonGetInstanceNo, zonGetNoNodes,
+    zonGetNoParams,    zonGetNoKeywords,    zonGetNoSections,  zonIsTarget,      zonIsSection,
+    zonIsKeyword,      zonIsParam,          zonIsNumeric,      zonIsInt,         zonIsFloat,
+    zonIsDouble,       zonIsBool,           zonIsString,       zonIsFilename,    zonIsUndefinedPar,
+    zonIsDefaultPar,   zonNumericIsIntType, zonGetInt,         zonGetBool,       zonIsClob,
+    zonGetClobNoItems, zonIsClobEnd,        zonIsClobBool,     zonIsClobInt,     zonIsClobFloat,
+    zonIsClobDouble,   zonIsClobString,     zonIsClobFilename, zonGetClobBool,   zonGetClobInt};
+double (*const kReals[])(void*) = {zonGetDouble, zonGetClobDouble,
+                                   [](void* node) -> double { return zonGetFloat(node); },
+                                   [](void* node) -> double { return zonGetClobFloat(node); }};
+const char* (*const kTexts[])(void*) = {
+    zonGetName,
+    zonGetNameGlb,
+    zonGetString,
+    zonGetFilenameString,
+    zonGetResultFilename,
+    zonGetAnchorFilename,
+    zonGetZonFileName,
+    zonGetClobString,
+    zonGetClobFilename,
+    zonGetErrorFromZonClob,
+    [](void* node) -> const char* { return zonGetFilename(node); }};
+
+bool SameBits(double a, double b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+void AskEverything(CzonNode* a, CzonNode* b) {
+  for (int round = a->IsClob() ? 4 : 1; round > 0; --round) {
+    for (const auto ask : kNumbers) Check(ask(a) == ask(b), "number", a->GetNameGlb());
+    for (const auto ask : kReals) Check(SameBits(ask(a), ask(b)), "real", a->GetNameGlb());
+    for (const auto ask : kTexts) {
+      const char* one = ask(a);
+      const char* other = ask(b);
+      const bool isSame = one && other ? std::strcmp(one, other) == 0 : one == other;
+      Check(isSame, "text", one ? one : "null");
+    }
+  }
+  const auto n = static_cast<unsigned>(a->GetInstanceNo());
+  CzonNode* owner = a->GetOwner();
+  void* found = a->IsDefaultDef() || n == 0 ? a
+                : a->IsSection()            ? zonSectionByNameNum(owner, zonGetName(a), n)
+                : a->IsKeyword()            ? zonKeywordByNameNum(owner, zonGetName(a), n)
+                                            : zonNodeByNum(owner, n);
+  Check(found == a, "not found by its number", a->GetNameGlb());
+  for (void* node : {zonGetParentSection(a), zonFindDefault(a)}) zonGetLevel(node);
+  char path[256];
+  zonGetResultFilenamePath2(a, path, sizeof path);
+  zonGetErrorGlb();
+}
+
+void ExpectSameValues(const CzonNode& a, const CzonNode& b, Loss loss) {
+  if (loss == kByWriting && a.GetSyntaxClass() == kZonUnknown) {
+    return Check(b.IsUndefinedPar() || b.IsDefaultPar(), "an unknown value is no empty place");
+  }
+  Check(typeid(a) == typeid(b), typeid(a).name(), typeid(b).name());
+  std::string text = static_cast<const CzonParam&>(a).GetText();
+  const std::string& other = static_cast<const CzonParam&>(b).GetText();
+  if (loss == kByWriting) {
+    const bool isAnew = a.IsFilename() ? text[0] == '/' : a.IsNumeric() || a.IsBool();
+    for (char& c : text) c = a.IsFilename() && c == '/' ? '\\' : c;
+    if (isAnew) text = other;
+  }
+  Check(text == other, text.c_str(), other);
+  if (a.IsBool()) Check(a.GetBool() == b.GetBool(), "boolean", text);
+  if (!a.IsNumeric()) return;
+  const bool isCut = loss == kByWriting && a.GetSyntaxClass() == kZonInt;  // to 32 bits
+  Check(isCut || SameBits(a.GetDouble(), b.GetDouble()), "double", text);
+  Check(a.GetInt() == b.GetInt(), "integer", text);
+}
+
+}  // namespace
+
+const char* FileOf(std::string_view text, unsigned number) {
+  const int file = files[number].file;
+  const auto size = static_cast<ssize_t>(text.size());
+  Check(ftruncate(file, 0) == 0 && pwrite(file, text.data(), text.size(), 0) == size, "no memory");
+  return files[number].name;
+}
+
+std::string ContentOf(unsigned number) {
+  const int file = files[number].file;
+  std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
+  Check(pread(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()), "no file");
+  return text;
+}
+
+void ExpectSame(CzonNode* a, CzonNode* b, Loss loss, unsigned asked) {
+  std::vector<std::pair<CzonNode*, CzonNode*>> pairs{{a, b}};
+  while (!pairs.empty()) {
+    std::tie(a, b) = pairs.back();
+    pairs.pop_back();
+    if (asked != 0) AskEverything(a, b), --asked;
+    Check(loss == kByWriting || a->GetRemark() == b->GetRemark(), "remark", a->GetRemark());
+    Check(a->GetInstanceNo() == b->GetInstanceNo(), "instance", a->GetName());
+    if (a->IsParam()) {
+      ExpectSameValues(*a, *b, loss);
+      continue;
+    }
+    Check(typeid(*a) == typeid(*b), typeid(*a).name(), typeid(*b).name());
+    const auto& one = static_cast<const CzonNamedNode&>(*a);
+    const auto& other = static_cast<const CzonNamedNode&>(*b);
+    Check(one.GetNameView() == other.GetNameView(), "name", one.GetNameView());
+    Check(one.GetFlags() == other.GetFlags(), "flags", one.GetNameView());
+    const unsigned count = one.GetNoNodes();
+    Check(count == other.GetNoNodes(), "number of children", one.GetNameView());
+    for (unsigned n = count; n > 0; --n) pairs.emplace_back(one.NodeByNum(n), other.NodeByNum(n));
+  }
+}
+
+}  // namespace fuzz
+
+extern "C" {
+
+void MessageHook(const char*) {
+  ++fuzz::heard;
+  if (fuzz::onMessage != nullptr) fuzz::onMessage();
+}
+void ReportHook(const char*, int, void*) {
+  MessageHook(nullptr);
+}
+void* ReportArgString(const char*, void* rest) {
+  return rest;
+}
+void* ReportArgInt(int, void* rest) {
+  return rest;
+}
+}

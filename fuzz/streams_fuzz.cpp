@@ -1,0 +1,93 @@
+// A file that lies in what both readers know: the stream of tokens is the traversal of the tree,
+// and one reader takes the file if the other does.
+#include <strings.h>
+
+#include <cctype>
+#include <cstring>
+
+#include "../tests/streams_model.h"
+#include "fuzz.h"
+
+namespace {
+
+std::size_t WordEnd(std::string_view text, std::size_t at) {
+  while (at < text.size() &&
+         (std::isalnum(static_cast<unsigned char>(text[at])) || text[at] == '_'))
+    ++at;
+  return at;
+}
+
+bool Begins(const std::string& word, const char* with) {
+  return strncasecmp(word.c_str(), with, std::strlen(with)) == 0;
+}
+
+// Whether each reader understands the same by a word: no other form of a reserved one.
+bool IsCommonWord(const std::string& word) {
+  for (const char* reserved : {"true", "false", "EndSect"}) {
+    if (Begins(word, reserved) && word != reserved) return false;
+  }
+  return !Begins(word, "default");
+}
+
+// Looks at the characters alone, so it is too strict inside texts and comments.
+bool IsCommon(std::string_view text) {
+  std::size_t comment = text.npos;  // where a block comment has begun
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const std::string_view rest = text.substr(at);
+    const char next = rest.size() > 1 ? rest[1] : '\0';
+    const bool isDigit = next >= '0' && next <= '9';
+    if (rest[0] == '\0' || std::strchr("{}#%()<:", rest[0]) != nullptr) return false;
+    if ((rest[0] == '+' || rest[0] == '-') && next != '.' && !isDigit) return false;
+    if (rest.substr(0, 2) == "*/" && (comment == text.npos || at > comment + 1))
+      comment = text.npos;
+    if (rest.substr(0, 2) == "/*") {
+      if (comment != text.npos || (at > 0 && text[at - 1] == '*')) return false;
+      comment = at;
+    }
+    const std::size_t end = WordEnd(text, at);
+    if (end > at && (at == 0 || WordEnd(text, at - 1) == at - 1)) {
+      if (!IsCommonWord(std::string(text.substr(at, end - at)))) return false;
+    }
+    if (rest[0] != '[') continue;
+    const std::size_t close = WordEnd(text, at + 1);
+    if (close == at + 1 || text.substr(close, 1) != "]" || isDigit || next == '_') return false;
+  }
+  return true;
+}
+
+// Whether the token reader has found all it looks for, and no reserved word as a name.
+bool IsWhole(const std::string& stream) {
+  long open = 0;
+  for (std::size_t at = 0, end; at < stream.size(); at = end + 1) {
+    end = stream.find('\n', at);
+    if (end == stream.npos) return false;  // the message of an error
+    const std::string token = stream.substr(at, end - at);
+    const bool isName = token.compare(0, 4, "100:") == 0 || token.compare(0, 4, "200:") == 0;
+    if (token.compare(0, 4, "100:") == 0) ++open;
+    if (token == "101:") --open;
+    if (isName &&
+        (token.substr(4) == "true" || token.substr(4) == "false" || token.substr(4) == "EndSect"))
+      return false;
+  }
+  return open == 0;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text = fuzz::TextOf(data, size);
+  if (!IsCommon(text)) return -1;  // of no use for the corpus
+  const std::string name = fuzz::FileOf(text);
+  void* file = zonLoadFile(name.c_str(), 1);
+  const std::string message = zonGetSyntaxErr(file, nullptr, nullptr, nullptr);
+  const std::string stream = model::StreamOf(name);
+  if (message.empty()) {
+    fuzz::Check(stream == model::TraversalOf(fuzz::RootOf(file)), "not the traversal:", stream);
+  } else {  // only the token reader lets a file name run on, or sections nest for ever
+    const bool isKnown = message == "Missing |" || message == "yacc stack overflow";
+    fuzz::Check(isKnown || !IsWhole(stream), message.c_str(), stream);
+  }
+  zonClose(&file);
+  zonGetErrorGlb();
+  return 0;
+}

@@ -1,0 +1,257 @@
+// A simple model of a file that is edited and built, and edits that are made on both.
+#ifndef ZON_TESTS_EDIT_MODEL_H
+#define ZON_TESTS_EDIT_MODEL_H
+
+#include <gtest/gtest.h>
+#include <strings.h>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <zon.h>
+
+namespace model {
+
+// Sections with keywords, and keywords with integers, in the order of the file.
+struct Item {
+  bool section = false;
+  std::string name;
+  std::vector<Item> children;  // of a section
+  std::vector<int> values;     // of a keyword
+  int id = 0;                  // of the item itself, whatever it holds; the root's is 0
+
+  Item* Find(int wanted) {
+    if (id == wanted) return this;
+    for (Item& child : children) {
+      if (Item* found = child.Find(wanted)) return found;
+    }
+    return nullptr;
+  }
+  Item* ParentOf(int wanted) {
+    for (Item& child : children) {
+      if (child.id == wanted) return this;
+      if (Item* found = child.ParentOf(wanted)) return found;
+    }
+    return nullptr;
+  }
+
+  // As it comes back from a file: a keyword without values has an undefined one.
+  Item AsLoaded() const {
+    Item loaded = *this;
+    if (!section && id != 0 && values.empty()) loaded.values = {0};
+    std::transform(children.begin(), children.end(), loaded.children.begin(),
+                   [](const Item& child) { return child.AsLoaded(); });
+    return loaded;
+  }
+
+  // The place of the n-th child of the kind; the end if there is none.
+  std::size_t PlaceOf(bool wantSection, unsigned n) const {
+    std::size_t place = 0;
+    while (place < children.size() && (children[place].section != wantSection || --n != 0)) ++place;
+    return place;
+  }
+};
+
+inline void ExpectSame(const Item& model, void* node) {
+  ASSERT_EQ(zonGetNoNodes(node), static_cast<int>(model.children.size()));
+  unsigned counts[2] = {0, 0};
+  unsigned place = 0;
+  for (const Item& item : model.children) {
+    void* child = zonNodeByNum(node, ++place);
+    ASSERT_EQ(zonGetName(child), item.name);
+    const char* name = item.name.c_str();
+    const unsigned number = ++counts[item.section];
+    unsigned instance = 0;
+    int instances = 0;
+    for (const Item& other : model.children) {
+      if (other.section != item.section || strcasecmp(other.name.c_str(), name) != 0) continue;
+      ++instances;
+      if (&other <= &item) ++instance;
+    }
+    ASSERT_EQ(zonGetInstanceNo(child), static_cast<int>(instance));
+    ASSERT_EQ(zonGetNoInstances(child), instances);
+    ASSERT_EQ((item.section ? zonSectionByNum : zonKeywordByNum)(node, number), child);
+    ASSERT_EQ((item.section ? zonSectionByNameNum : zonKeywordByNameNum)(node, name, instance),
+              child);
+    if (item.section) {
+      ExpectSame(item, child);
+      continue;
+    }
+    ASSERT_EQ(zonGetNoParams(child), static_cast<int>(item.values.size()));
+    for (unsigned v = 1; v <= item.values.size(); ++v) {
+      ASSERT_EQ(zonGetInt(zonParamByNum(child, v)), item.values[v - 1]);
+      ASSERT_EQ(zonGetInstanceNo(zonParamByNum(child, v)), static_cast<int>(v));
+    }
+  }
+  ASSERT_EQ(zonGetNoSections(node), static_cast<int>(counts[1]));
+  ASSERT_EQ(zonGetNoKeywords(node), static_cast<int>(counts[0]));  // the root has none
+}
+
+class Editor {
+ public:
+  // What happens is up to `number`, which gives one from a range.
+  using Number = std::function<unsigned(unsigned from, unsigned to)>;
+  Editor(void* file, Number number) : file_(file), number_(std::move(number)) {}
+
+  const Item& Model() const { return root_; }
+
+  // How many copies were refused, each with a message.
+  unsigned Unfit() const { return unfit_; }
+
+  void Step() {
+    if (number_(0, 3) == 0) return Build();
+    Item* section = &root_;
+    void* node = zonGetRoot(file_);
+    for (;;) {
+      const std::size_t place = section->PlaceOf(true, number_(1, 3));
+      if (place == section->children.size() || (section != &root_ && number_(0, 2) == 0)) break;
+      node = NodeAt(node, place);
+      section = &section->children[place];
+    }
+    const unsigned action = number_(0, section == &root_ ? 3 : 9);
+    if (action < 2 || action == 4 || action == 5) {
+      InsertNew(*section, node, action < 2);
+    } else if (action > 7) {
+      EditValues(*section, node);
+    } else if (!section->children.empty()) {
+      EditOne(*section, node, action);
+    }
+  }
+
+ private:
+  std::string Name() {
+    constexpr const char* kNames[] = {"a",   "A", "b", "grid", "GRID", "Grid2",
+                                      "x_1", "c", "d", "e",    "f"};
+    return kNames[number_(0, std::size(kNames) - 1)];
+  }
+  static std::vector<Item>::iterator At(Item& section, std::size_t place) {
+    return section.children.begin() + static_cast<std::ptrdiff_t>(place);
+  }
+  void* NodeAt(void* node, std::size_t place) {
+    return zonNodeByNum(node, static_cast<unsigned>(place + 1));
+  }
+
+  void InsertNew(Item& section, void* node, bool isSection) {
+    const auto same = static_cast<unsigned>(
+        std::count_if(section.children.begin(), section.children.end(),
+                      [&](const Item& child) { return child.section == isSection; }));
+    const unsigned position = number_(0, same + 2);
+    const std::string name = Name();
+    void* made =
+        (isSection ? zoneInsertNewSection : zoneInsertNewKeyword)(node, name.c_str(), position);
+    ASSERT_EQ(made != nullptr, position <= same + 1);
+    ASSERT_EQ(zonGetErrorGlb(), made != nullptr ? 0 : isSection ? 1009 : 1007);
+    if (made == nullptr) return;
+    const std::size_t place =
+        position > 0 ? section.PlaceOf(isSection, position) : section.children.size();
+    section.children.insert(At(section, place), Item{isSection, name, {}, {}, ++lastId_});
+    const std::string owner = zonGetNameGlb(node);
+    ASSERT_EQ(zonGetNameGlb(made), owner.empty() ? name : owner + "." + name);
+  }
+
+  // A call of the builder, which goes by the cursor.
+  void Build() {
+    const std::string name = Name();
+    const unsigned call = number_(0, 4);
+    const bool accepted = call == 0 ? open_ == 0 : call == 3 ? keyword_ != 0 : open_ != 0;
+    const int code = call == 0   ? zonAddTargetS(file_, name.c_str())
+                     : call == 1 ? zonAddSectionS(file_, name.c_str())
+                     : call == 2 ? zonAddKeywordS(file_, name.c_str())
+                     : call == 3 ? zonAddIntS(file_, 7)
+                                 : zonEndSectionS(file_);
+    ASSERT_EQ(code, accepted ? 0 : 2000) << call;
+    if (!accepted) return;
+    if (call == 3) return root_.Find(keyword_)->values.push_back(7);
+    if (call == 4) return OpenSection(root_.ParentOf(open_)->id);
+    root_.Find(open_)->children.push_back(Item{call != 2, name, {}, {}, ++lastId_});
+    if (call != 2) return OpenSection(lastId_);
+    keyword_ = lastId_;
+  }
+
+  void OpenSection(int id) {
+    open_ = id;
+    keyword_ = 0;
+  }
+
+  // The cursor leaves what goes, for the section around it.
+  void Leave(Item& item, const Item& parent) {
+    if (keyword_ != 0 && item.Find(keyword_) != nullptr) keyword_ = 0;
+    if (open_ != 0 && item.Find(open_) != nullptr) OpenSection(parent.id);
+  }
+
+  void Renew(Item& copy) {
+    copy.id = ++lastId_;
+    for (Item& child : copy.children) Renew(child);
+  }
+
+  void EditOne(Item& section, void* node, unsigned action) {
+    const auto last = static_cast<unsigned>(section.children.size() - 1);
+    const std::size_t from = number_(0, last);
+    const std::size_t to = number_(0, last);
+    Item copy = section.children[from];
+    Renew(copy);
+    if (action == 2) {
+      ASSERT_EQ(zoneDeleteNode(NodeAt(node, from)), 0);
+      Leave(section.children[from], section);
+      section.children.erase(At(section, from));
+    } else if (action == 3) {
+      const std::string name = section.children[from].name = Name();
+      ASSERT_EQ(
+          (copy.section ? zoneRenameSection : zoneRenameKeyword)(NodeAt(node, from), name.c_str()),
+          0);
+    } else if (action == 6 && last < 12) {
+      const unsigned after = number_(0, 1);
+      ASSERT_NE(zonInsert(NodeAt(node, from), NodeAt(node, to), static_cast<int>(after)), nullptr);
+      section.children.insert(At(section, to + after), copy);
+    } else if (action == 7) {
+      const bool fits = copy.section == section.children[to].section;
+      ASSERT_EQ(zonCopy(NodeAt(node, from), NodeAt(node, to)), fits);
+      if (!fits) ++unfit_;
+      if (!fits || from == to) return;
+      Item& target = section.children[to];
+      for (Item& child : target.children) Leave(child, target);
+      copy.id = target.id;
+      target = copy;
+    }
+  }
+
+  void EditValues(Item& section, void* node) {
+    const std::size_t place = section.PlaceOf(false, number_(1, 4));
+    if (place == section.children.size()) return;
+    std::vector<int>& values = section.children[place].values;
+    void* keyword = NodeAt(node, place);
+    const unsigned count = static_cast<unsigned>(values.size());
+    const unsigned n = number_(0, count + 1);
+    const int value = static_cast<int>(number_(0, 1000));
+    const auto at = values.begin() + (n == 0 ? count : std::min(n - 1, count));
+    const unsigned action = number_(0, 2);
+    const bool there = n >= 1 && n <= count;
+    if (action == 0) {
+      ASSERT_NE(zoneInsertParameterInt(keyword, n, value), nullptr);
+      values.insert(at, value);
+    } else if (action == 1) {
+      ASSERT_EQ(zoneModifyParameterInt(keyword, n, value), there ? 0 : 1012);
+      if (there) *at = value;
+    } else {
+      ASSERT_EQ(zoneDeleteParameterByNum(keyword, n), there ? 0 : 1012);
+      if (there) values.erase(at);
+    }
+    zonGetErrorGlb();
+  }
+
+  void* file_;
+  Number number_;
+  Item root_;
+  int lastId_ = 0;
+  unsigned unfit_ = 0;
+  int open_ = 0;  // the cursor: ids of the open section and of the current keyword, 0 for none
+  int keyword_ = 0;
+};
+
+}  // namespace model
+
+#endif
