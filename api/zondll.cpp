@@ -2,6 +2,7 @@
 // and forwards to the object behind it. Tested by tests/load_test.cpp and tests/handles_test.cpp.
 #include <climits>
 #include <string>
+#include <memory>
 #include <typeinfo>
 
 #include "api/zon.h"
@@ -88,8 +89,12 @@ extern "C" {
 void* zonLoadFile(const char* fileName, int quiet) {
   zonGetErrorGlb();
   return zon::Guarded<void*>(zon::kErrFileInit, nullptr, [&]() -> void* {
+    // Made first: what reading the file has to tell is not lost for want of a handle.
+    auto load = std::make_unique<CzonLoad>(nullptr);
     std::unique_ptr<CzonParser> parser = zon::LoadFile(fileName, quiet != 0);
-    return parser != nullptr ? HandleOf(new CzonLoad(std::move(parser))) : nullptr;
+    if (parser == nullptr) return nullptr;
+    load->Take(std::move(parser));
+    return HandleOf(load.release());
   });
 }
 

@@ -9,7 +9,12 @@
 #include "tree/zonstri.h"
 #include "tree/zontarli.h"
 
-CzonLoad::CzonLoad(std::unique_ptr<CzonParser> parser) : parser_(std::move(parser)) {
+CzonLoad::CzonLoad(std::unique_ptr<CzonParser> parser) {
+  Take(std::move(parser));
+}
+
+void CzonLoad::Take(std::unique_ptr<CzonParser> parser) {
+  parser_ = std::move(parser);
   if (parser_ == nullptr) return;
   store_ = &parser_->GetStore();
   root_ = parser_->GetRoot();

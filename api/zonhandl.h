@@ -17,6 +17,9 @@ class ZON_API CzonLoad : public CzonData {
 
   const CzonParser* GetParser() const { return parser_.get(); }
 
+  // For the library's own use: the parser comes when the file has been read.
+  void Take(std::unique_ptr<CzonParser> parser);
+
  private:
   std::unique_ptr<CzonParser> parser_;
 };

@@ -18,7 +18,7 @@ void (*onMessage)() = nullptr;
 
 void Check(bool holds, const char* what, std::string_view detail) {
   if (holds) return;
-  std::fprintf(stderr, "FAILED: %s %.*s\n", what, static_cast<int>(detail.size()), detail.data());
+  std::fprintf(stderr, "FAILED: %s %s\n", what, std::string(detail).c_str());
   std::abort();
 }
 
