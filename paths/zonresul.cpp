@@ -25,7 +25,7 @@ void LookUpPath(const char* path) {
 
 std::string ResultSubFolder(std::string_view anchor) {
   // Kept: read each time, never used.
-  static_cast<void>(std::getenv("VXRESULTFOLDERTEMPLATE"));
+  [[maybe_unused]] const char* const unused = std::getenv("VXRESULTFOLDERTEMPLATE");
   std::string folder;
   if (anchor.find('/') == std::string_view::npos) folder = "/";
   folder.append(anchor).append(g_lpszResultFolderPostfix).append("/");
