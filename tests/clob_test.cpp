@@ -78,6 +78,8 @@ TEST(Clob, ContentsAndFlaws) {
       {"Double:1e400", "CLOB position 8: value expected"},
       {"Double:inf", "CLOB position 8: value expected"},
       {"Double:0x10", "CLOB position 9: ',' expected"},
+      {"Float:+1.5,Float:1e-99", "Float 1.5, Float 0"},
+      {"Double:1E+x", "CLOB position 8: value expected"},
       {"Double:.", "CLOB position 8: value expected"},
       {"String:x", "CLOB position 8: value expected"},
       {"String:\"x", "CLOB position 10: closing quote expected"},
@@ -91,6 +93,7 @@ TEST(Clob, ContentsAndFlaws) {
     const bool flawed = std::strncmp(row.read, "CLOB position", 13) == 0;
     EXPECT_EQ(zonIsClobEnd(clob), flawed || *row.read == '\0') << row.content;
     EXPECT_EQ(ReadAll(clob), row.read) << row.content;
+    EXPECT_STREQ(flawed ? zonGetClobFilenameString(clob) : "", "");
     EXPECT_EQ(zonGetErrorGlb(), flawed ? 1003 : 0) << row.content;
     // Written as it was read, but for the letter case of the opener.
     const std::string path = host::FolderPath() + "/clob.zon";
@@ -109,6 +112,9 @@ TEST(Clob, CursorAndFailures) {
   const host::File file(
       host::Load(Quoted("Integer:3,Float:0.5,Integer:9,String:\"s\",Filename:\"x\\y\"")));
   void* clob = FirstValue(file);
+  CzonClob unread("Integer:1");
+  zonClobReset(&unread);
+  EXPECT_STREQ(zonGetErrorFromZonClob(&unread), "");
   EXPECT_EQ(zonGetClobFloat(clob), 3.0F);  // an integer widens
   EXPECT_EQ(zonGetClobDouble(clob), 0.5);  // and so does a float
   EXPECT_EQ(zonGetClobBool(clob), 0);
@@ -120,6 +126,8 @@ TEST(Clob, CursorAndFailures) {
   EXPECT_STREQ(zonGetClobString(clob), "s");
   EXPECT_EQ(zonGetClobFilename(clob), host::FolderPath() + "/x/y");
   EXPECT_STREQ(zonGetClobString(clob), "");
+  EXPECT_EQ(zonGetClobFloat(clob) + zonGetClobDouble(clob) + zonIsClobInt(clob), -2);
+  EXPECT_STREQ(zonGetClobFilename(clob), "");
   EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 6: no more items");
   zonClobReset(clob);
   EXPECT_STREQ(zonGetErrorFromZonClob(clob), "");
@@ -133,6 +141,30 @@ TEST(Clob, CursorAndFailures) {
   EXPECT_EQ(zonGetErrorFromZonClob(nullptr), nullptr);
   EXPECT_EQ(host::Messages(), std::vector<std::string>(3, "Invalid CLOB object"));
   EXPECT_EQ(zonGetErrorGlb(), 1006);
+}
+
+TEST(Clob, IsBuiltWithAStatusOrWithoutAndKeepsItsItems) {
+  const host::File file(zonCreate());
+  zonAddTarget(file, "A");
+  zonAddKeyword(file, "k");
+  EXPECT_EQ(zonAddClobS(file) + zonAddClobBoolS(file, 0) + zonAddClobStringS(file, nullptr) +
+                zonAddClobFilenameS(file, "f") + zonAddClobIntS(file, 5),
+            0);
+  zonAddClobInt(file, -7);
+  void* clob = FirstValue(file);
+  const std::string items = "Boolean false, String , Filename f, Integer 5, Integer -7";
+  EXPECT_EQ(ReadAll(clob), items);
+  const std::string text(99, 'x');
+  int code = 2000;
+  for (long refused = 1; code != 0 && refused < 99; ++refused) {
+    host::FailAllocation(refused);
+    code = zonAddClobStringS(file, text.c_str());
+    host::FailAllocation(0);
+    EXPECT_STREQ(zonGetErrorFromZonData(file), "No memory");
+    zonClobReset(clob);
+    EXPECT_EQ(ReadAll(clob), items + (code == 0 ? ", String " + text : ""));
+  }
+  EXPECT_EQ(code, 0);
 }
 
 TEST(Clob, BuiltItemsComeBackBitForBit) {

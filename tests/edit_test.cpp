@@ -74,6 +74,9 @@ TEST(Editing, ValuesChangeInPlaceOrGiveWay) {
   for (unsigned n = 1; n <= 6; ++n) before.push_back(zonParamByNum(keyword, n));
   EXPECT_EQ(zoneModifyParameterInt(keyword, 1, -4), 0);
   EXPECT_EQ(zoneModifyParameterDouble(keyword, 2, 3.0), 0);
+  EXPECT_EQ(zoneModifyParameterString(keyword, 3, ""), 0);
+  EXPECT_STREQ(zonGetString(before[2]), "");
+  EXPECT_EQ(zoneModifyParameterString(keyword, 3, "y"), 0);
   EXPECT_EQ(zoneModifyParameterString(keyword, 3, zonGetString(before[2])), 0);
   EXPECT_EQ(zoneModifyParameterBool(keyword, 4, 0), 0);
   EXPECT_EQ(zoneModifyParameterFilename(keyword, 5, "g/h"), 0);
@@ -90,7 +93,7 @@ TEST(Editing, ValuesChangeInPlaceOrGiveWay) {
   EXPECT_NE(zoneInsertParameterDefault(definition, 1), nullptr);
   EXPECT_NE(zoneInsertParameterUndefined(definition, 4), nullptr);
   EXPECT_EQ(host::ShowTree(file),
-            "{A{k(int -4, real 3.0, string x, bool false, file g/h, real 0.25) "
+            "{A{k(int -4, real 3.0, string y, bool false, file g/h, real 0.25) "
             "default e(default, int 3, int 9, undef)}}");
 }
 
@@ -159,6 +162,35 @@ TEST(Editing, CopiesLeaveNothingBehind) {
   EXPECT_EQ(zonTargetByNameNum(other, "a", 1), target);
   EXPECT_EQ(zonCopy(target, target), 1);
   EXPECT_STREQ(zonGetNameGlb(zonKeywordByNum(zonSectionByNum(target, 1), 1)), "A.S.y");
+  // What is known of definitions is forgotten as they change.
+  const host::File defaults(host::Load("[A] default (d) = 1 default (e) = 2 d = 0 EndSect"));
+  void* section = zonTargetByNum(defaults, 1);
+  void* wanted = zoneInsertParameterDefault(zonKeywordByNum(section, 1), 1);
+  ASSERT_NE(zoneInsertNewKeyword(section, "k", 1), nullptr);
+  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 1);
+  EXPECT_EQ(zoneDeleteKeywordByNum(section, 1), 0);
+  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 1);
+  EXPECT_EQ(zonCopy(zonNodeByNum(section, 2), zonNodeByNum(section, 1)), 1);
+  EXPECT_EQ(zonFindDefault(wanted), wanted);
+  EXPECT_EQ(zoneRenameKeyword(zonNodeByNum(section, 2), "D"), 0);
+  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 2);
+  EXPECT_EQ(zoneDeleteNode(zonNodeByNum(section, 2)), 0);
+  EXPECT_EQ(zonFindDefault(wanted), wanted);
+  EXPECT_EQ(host::ShowTree(defaults), "{A{default e(int 2) d(default, int 0)}}");
+  // Trees without a file.
+  CzonSection from("x", 0, 0), onto("y", 0, 0);
+  from.AddKeyword(new CzonKeyword("k", 0, 0));
+  CzonNode* const value = new CzonInt("1");
+  from.KeywordByNum(1)->AddParam(static_cast<CzonParam*>(value));
+  EXPECT_EQ(zonCopy(&from, &onto), 1);
+  EXPECT_EQ(host::Show(&onto), "x{k(int 1)}");
+  EXPECT_EQ(zonCopy(value, value), 0);
+  EXPECT_EQ(zonInsert(&from, &onto, 0), nullptr);
+  EXPECT_EQ(zonInsert(value, onto.KeywordByNum(1), 0), nullptr);
+  EXPECT_EQ(zonInsert(onto.KeywordByNum(1), value, 0), nullptr);
+  EXPECT_EQ(zoneDeleteKeywordByNum(&onto, 1), 0);
+  EXPECT_EQ(host::Show(&onto) + std::to_string(host::Messages().size()), "x{}4");
+  zonGetErrorGlb();
   EXPECT_EQ(zonCopy(zonTargetByNum(file, 2), target), 1);
   EXPECT_STREQ(zonGetNameGlb(zonKeywordByNum(target, 1)), "B.q");
   EXPECT_EQ(zonGetLevel(target), 1);
@@ -175,13 +207,13 @@ TEST(Editing, Scales) {
     zoneInsertNewKeyword(section, ("new" + std::to_string(n)).c_str(), 1 + n * 100);
     zoneDeleteKeywordByNum(section, kCount - n * 100);
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, host::Seconds(5));
   for (unsigned n = 0; n < kCount; ++n) zoneInsertNewKeyword(section, "same", 0);
   EXPECT_EQ(zonGetNoInstances(zonKeywordByNameNum(section, "same", 1)), static_cast<int>(kCount));
   for (unsigned n = kCount; n > 0; --n) zoneDeleteKeywordByNameNum(section, "same", n);
   EXPECT_EQ(zonGetNoKeywords(section), static_cast<int>(kCount));
   // Quadratic work would take minutes.
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, host::Seconds(15));
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST_F(Equivalence, ReportsTheFirstMismatch) {
        {"[Model] hole = 1 EndSect", "Parameter type conflict\n\tKeyw: Model.hole\n\tNo:1"},
        {"[Model] flag = true flag = true EndSect",
         "Ambiguous candidate keyword\n\tTemp: Model.flag\n\tCand: Model.flag"},
-       {"[Model] other = 1 EndSect", "Unrecognized keyword\n\tTemp: Model.other"},
+       {"[Model] flag = true other = 1 EndSect", "Unrecognized keyword\n\tTemp: Model.other"},
        {"[Model] [Grid] cells = 2 EndSect [Layer] EndSect [LAYER] top = 1 EndSect EndSect", ""},
        {"[Model] [Grid] EndSect [grid] EndSect EndSect",
         "Ambiguous candidate section\n\tTemp: Model.Grid\n\tCand: Model.Grid"},
@@ -77,6 +77,9 @@ TEST_F(Equivalence, ReportsTheFirstMismatch) {
        {"[Empty] EndSect [Empty] EndSect",
         "Ambiguous candidate section\n\tTemp: Empty\n\tCand: Empty"},
        {"[Model] default(depth) = , 2 EndSect", ""}});
+  const host::File data(host::Load("[A] k = 1 k = 2 EndSect [B] EndSect [B] EndSect"));
+  Expect(data, {{"[A] k = 1 EndSect", "Ambiguous template keyword\n\tTemp: A.k\n\tCand: A.k"},
+                {"[B] EndSect", "Ambiguous template section\n\tTemp: B\n\tCand: B"}});
 }
 
 // What a template in text cannot say: definitions made through the builder.
@@ -132,6 +135,22 @@ TEST_F(Equivalence, EntryChecksItsArgumentsAndQuietStays) {
   EXPECT_EQ(zonEquivalentExt(nullptr, section, nullptr, 1), 0);
   EXPECT_EQ(zonGetErrorGlb(), 1006);
   EXPECT_EQ(zonIsEqvQuiet(), 1);
+  const auto node = [](void* n) { return static_cast<CzonNode*>(static_cast<CzonBase*>(n)); };
+  void *first = zonKeywordByNum(section, 1), *second = zonKeywordByNum(section, 2);
+  CzonNode *const s = node(section), *const k = node(first);
+  for (const int quiet : {1, 0}) {
+    host::Reports();
+    EXPECT_EQ(zonEquivalentExt(first, second, nullptr, quiet), 0);
+    EXPECT_EQ(zonEquivalentExt(first, section, nullptr, quiet), 0);
+    EXPECT_EQ(zonEquivalentExt(first, first, nullptr, quiet) + zonEqvSection(s, s) +
+                  zonEqvKeyword(k, k) + zonEqvKeyword(k, s) + zonEqvKeyword(k, nullptr) +
+                  zonEqvSection(s, node(root)) + zonEqvSection(s, nullptr),
+              3);
+    EXPECT_EQ(host::Reports().size(), quiet != 0 ? 0U : 5U);
+  }
+  host::Messages();
+  EXPECT_EQ(zonEquivalentExt(nullptr, section, nullptr, 1), 0);
+  EXPECT_EQ(zonGetErrorGlb(), 1006);
   EXPECT_EQ(zonEqvSection(nullptr, nullptr), 0);
   EXPECT_TRUE(host::Messages().empty() && host::Reports().empty());
   EXPECT_EQ(zonEquivalent(section, section, nullptr), 1);
@@ -153,7 +172,7 @@ TEST_F(Equivalence, StaysLinear) {
   EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 1), zonTargetByNum(file, 1), nullptr), 1);
   EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 2), zonTargetByNum(file, 2), nullptr), 1);
   // Scanning for names would take minutes, recursion would not come back.
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, host::Seconds(10));
 }
 
 }  // namespace

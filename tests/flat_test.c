@@ -55,6 +55,10 @@ int main(void) {
   expect(zonGetErrorGlb() == 1003, "code of a syntax error");
   expect(*zonGetSyntaxErr(file, &line, NULL, NULL) != '\0' && line > 1, "its place");
   zonClose(&file);
+  /* Hooks that the host does not have are silent. */
+  file = zonLoadFile(name, 0);
+  expect(zonGetErrorGlb() == 1003 && zonGetInt(NULL) == -1, "a report and a message to nobody");
+  zonClose(&file);
   remove(name);
   return wrong;
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
+#include <memory>
 #include <random>
 #include <sstream>
 
@@ -87,6 +88,7 @@ TEST(Grammar, Nesting) {
     int deepest;
   } rows[] = {{"[A]", "", 146},           {"[A]{r}", "k=", 146}, {"[A]", "k=1", 145},
               {"[A]", "k='x',,%1", 144},  {"[A]", "k=-1", 144},  {"[A()]", "()={r}", 145},
+              {"[A]", "k=true,.5", 145},  {"[A]", "k=|f|", 145}, {"[A]", "k={r},+1,-.5,#d#", 144},
               {"[A]", "default(k)=", 144}};
   for (const auto& row : rows) {
     std::string text = row.inside;
@@ -97,6 +99,10 @@ TEST(Grammar, Nesting) {
       const std::string error = host::SyntaxError(file);
       EXPECT_EQ(error.substr(error.find(' ') + 1), depth > row.deepest ? "yacc stack overflow" : "")
           << row.header << row.inside << depth;
+      const std::string tree =
+          host::ShowTree(host::File(host::Load(row.header + std::string(row.inside) + " EndSect")));
+      EXPECT_EQ(host::ShowTree(file).find(tree.substr(1, tree.size() - 2)) != std::string::npos,
+                depth == row.deepest);
     }
   }
 }
@@ -199,6 +205,24 @@ TEST(Parser, KeepsTokensIfAsked) {
     std::ostringstream tokens;
     parser.WriteTokens(tokens);
     EXPECT_EQ(tokens.str(), keep ? "A\nr\nk\n.5\nx\ndefault\nl\nf\nEndSect\n" : "");
+  }
+}
+
+struct Counting : CzonParser {
+  using CzonParser::CzonParser;
+  int yylex() override { return ++calls, CzonParser::yylex(); }
+  int calls = 0;
+};
+
+TEST(Parser, AsksAScannerOfTheHost) {
+  Counting parser(new CyyStream(host::WriteFile("a.zon", "[A] k = 1, -2.5 EndSect").c_str()));
+  EXPECT_EQ(parser.Parse(0), 0);
+  EXPECT_EQ(host::Show(parser.GetRoot()) + std::to_string(parser.calls),
+            "{A{k(int 1, real -2.5)}}11");
+  std::string clob = "<CLOB:Integer:1>", text = "<CLOB:";
+  for (std::string* given : {&clob, &text}) {
+    const std::unique_ptr<CzonParam> value(parser.ParseStringParam(*given));
+    EXPECT_EQ(host::Show(value.get()), given == &clob ? "clob Integer:1" : "string <CLOB:");
   }
 }
 

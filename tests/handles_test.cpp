@@ -83,6 +83,7 @@ TEST(Handles, BadFiles) {
   CzonLoad unread(nullptr);
   EXPECT_EQ(zonGetSyntaxErr(&unread, &line, &position, &message), nullptr);
   EXPECT_EQ(All(message, line, position, zonNoLines(&unread)), "untouched 0 0 0 ");
+  EXPECT_EQ(zonGetSyntaxErr(failed, nullptr, nullptr, nullptr), std::string("syntax error"));
   Expect({nullptr, root, file}, "1005 Invalid zonHandle (CzonLoad)", "0", zonNoChars, zonNoLines,
          zonNoComments, zonNoTokens, OF(zonGetSyntaxErr(n, &line, nullptr, &message) + Text(line)));
   EXPECT_STREQ(message, "");
@@ -106,6 +107,7 @@ TEST(Handles, FirstErrorStays) {
   for (int code : {1005, 0}) EXPECT_EQ(zonGetErrorGlb(), code);
   EXPECT_EQ(host::Messages(),
             (Texts{"Missing current keyword", "Invalid zonNode", "Invalid zonNode"}));
+  EXPECT_STREQ(zonGetErrorMessageFromErrorCode(1012), "Invalid parameter error");
   const char* last = zonGetErrorMessageFromErrorCode(1001);
   EXPECT_STREQ(last, "Error opening file. (ERR_FILE_OPEN , 1001)");
   EXPECT_STREQ(zonGetErrorMessageFromErrorCode(999), "unknown error code");
@@ -153,6 +155,15 @@ TEST(Queries, NodesAndTheWayBetweenThem) {
                 zonFindDefault(unfound) == unfound, zonFindDefault(zonNodeByNum(s.k, 1))),
             "5 2 2 8 2 7 1 null ");
   CzonInt detached("1");
+  CzonDefaultPar alone;
+  splitElement(nullptr, nullptr);
+  char element[] = "a:-9999999999", same[] = "b:3";
+  int instance = 7;
+  splitElement(same, nullptr);
+  splitElement(element, &instance);
+  EXPECT_EQ(All(element, same, instance, zonFindDefault(&alone) == &alone),
+            All("a", "b", INT_MIN, 1));
+  zonExplore(s, nullptr);
   EXPECT_EQ(All(zonGetParentSection(s.root), zonGetParentSection(s.model) == s.root,
                 zonGetParentSection(&detached), zonGetParentSection(s.k),
                 zonGetParentSection(placeholder)),

@@ -34,11 +34,14 @@ void* NewWord(std::string text, void* rest) {
 
 struct Folder {
   Folder() {
-    char pattern[] = "/tmp/zon-test-XXXXXX";
-    path = mkdtemp(pattern);
+    path = std::filesystem::temp_directory_path() / "zon-test-XXXXXX";
+    mkdtemp(path.data());
   }
-  ~Folder() { std::filesystem::remove_all(path); }
+  ~Folder() {
+    if (getpid() == owner) std::filesystem::remove_all(path);
+  }
   std::string path;
+  pid_t owner = getpid();
 };
 
 const char* KindOf(const CzonNode* value) {
@@ -77,6 +80,11 @@ std::vector<std::string> Reports() {
 
 void FailAllocation(long n) {
   untilRefused = n;
+}
+
+std::chrono::seconds Seconds(int seconds) {
+  const char* factor = std::getenv("ZON_PATIENCE");
+  return std::chrono::seconds(seconds * (factor != nullptr ? std::atoi(factor) : 1));
 }
 
 std::string FolderPath() {
@@ -165,6 +173,13 @@ void operator delete(void* piece, std::size_t) noexcept {
 }
 
 extern "C" {
+
+#ifdef ZON_COVERAGE
+// What a process has reached is written down when it exits, so here an abort is an exit.
+void abort() noexcept {
+  std::exit(134);
+}
+#endif
 
 void MessageHook(const char* text) {
   host::messages.emplace_back(text);

@@ -3,6 +3,7 @@
 #ifndef ZON_TESTS_HOST_H
 #define ZON_TESTS_HOST_H
 
+#include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,9 @@ extern void (*onReport)();
 
 // Refuses the n-th piece of memory that is asked for from now on, and no other; 0 refuses none.
 void FailAllocation(long n);
+
+// How long is too long; the environment may give a slow tool more by the factor ZON_PATIENCE.
+std::chrono::seconds Seconds(int seconds);
 
 // A file in a fresh folder of the test, removed at the end of the process.
 std::string FolderPath();

@@ -63,6 +63,7 @@ TEST(Params, AreWrittenByTheirType) {
       {[](void* h) { return zonPutParam(h, "k", 3.0F); }, "real 3"},
       {[](void* h) { return zonPutParam(h, "k", 3.0); }, "real 3.0"},
       {[](void* h) { return zonPutParam(h, "k", true); }, "bool true"},
+      {[](void* h) { return zonPutParam(h, "k", false); }, "bool false"},
       {[](void* h) { return zonPutParam(h, "k", "text"); }, "string text"},
       {[](void* h) { return zonPutParam(h, "k", CString('x', 3000)); },
        "string " + std::string(3000, 'x')},
@@ -85,6 +86,13 @@ TEST(Params, AreWrittenByTheirType) {
     EXPECT_EQ(zonGetErrorGlb(), 1005);
   }
   host::Messages();
+  const host::File file(zonCreate());
+  host::FailAllocation(1);
+  const int put = zonPutParam(file, "k", CString("text"));
+  host::FailAllocation(0);
+  EXPECT_EQ(put, 0);
+  EXPECT_EQ(zonGetErrorGlb(), 1005);
+  EXPECT_EQ(host::Messages(), Texts{"No memory"});
 }
 
 }  // namespace

@@ -84,6 +84,8 @@ TEST(Results, SettingsAreTheRoots) {
     EXPECT_EQ(zonGetErrorGlb(), bad == treeless ? 1006 : 1005);
   }
   EXPECT_EQ(host::Messages().size(), 7U);
+  zonConstructResultFolderPathName();
+  EXPECT_TRUE(host::Messages().empty() && zonGetErrorGlb() == 0);
   CzonKeyword alone;
   EXPECT_DEATH(zonGetResultFolderPath(nullptr, folder), "^zondll: .*`pOwner != 0'");
   EXPECT_DEATH(zonGetResultFolderPath(static_cast<CzonBase*>(&alone), folder), "zondll.*List");

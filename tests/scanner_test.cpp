@@ -131,6 +131,23 @@ TEST(Scanner, RandomPieces) {
   }
 }
 
+// A text that finds no room is an error; a host may make tokens as well.
+TEST(Scanner, WantOfMemoryAndTokensOfTheHost) {
+  for (const long refused : {1L, 2L}) {
+    const std::string text = "'" + std::string(5000, 'x') + "'";
+    CzonParser parser(new host::Memory(text));
+    host::FailAllocation(refused);
+    EXPECT_EQ(parser.yylex(), ENDOFINPUT);
+    host::FailAllocation(0);
+    EXPECT_EQ(parser.GetError(), "Failed to extend buffer");
+    parser.EndToken("made");
+    parser.EndToken(nullptr);
+    std::ostringstream tokens;
+    parser.WriteTokens(tokens);
+    EXPECT_EQ(tokens.str(), "made\n\n");
+  }
+}
+
 TEST(Scanner, SkipComment) {
   const struct {
     const char *text, *delimiters;
@@ -180,6 +197,7 @@ TEST(Source, CountsAndPutsBack) {
   for (const char* name : {"/nowhere", "", "/", static_cast<const char*>(nullptr)}) {
     CyyStream none(name);
     EXPECT_EQ(none.GetStatus(), 2);
+    none.PutBack('x');
     EXPECT_EQ(none.GetCh(), -1);
   }
 }

@@ -36,8 +36,8 @@ TEST(Text, LooksAndComparesBytesUnsignedAndWithoutLocale) {
             (Ints{3, 'a', 0, 'b', 'a', 0, 1}));
   const auto is = [](auto a, auto b) { return Ints{a == b, a != b, a<b, a> b, a <= b, a >= b}; };
   const std::tuple<const char*, const char*, int, int> rows[] = {
-      {"ab", "AB", 1, 0},    {"", "a", -1, -1}, {"\344", "\304", 1, 1},
-      {"z", "\200", -1, -1}, {"_", "A", 1, -1}, {"a", nullptr, 1, 1}};
+      {"ab", "AB", 1, 0},     {"ab", "ab", 0, 0},    {"", "", 0, 0},    {"", "a", -1, -1},
+      {"\344", "\304", 1, 1}, {"z", "\200", -1, -1}, {"_", "A", 1, -1}, {"a", nullptr, 1, 1}};
   for (const auto& [left, right, order, orderNoCase] : rows) {
     const CString a(left), b(right);
     EXPECT_EQ((Ints{a.Compare(right), a.CompareNoCase(right)}), (Ints{order, orderNoCase}));
@@ -76,6 +76,9 @@ TEST(Text, Changes) {
       {[](CString& s) { return s.Replace("l", kNull) + s.Replace("Heo", kZero); }, 3, kZero},
       {[](CString& s) { return s.Replace(s.GetString() + 3, s); }, 1, "HelHello"},
       {[](CString& s) { return s.SetAt(-1, 'J'), s.SetAt(5, '?'), int(strlen(s)); }, 5, "Jello"},
+      {[](CString& s) { return s.Empty(), s.FreeExtra(), s.Preallocate(99), s.Find('l'); }, -1, ""},
+      {[](CString& s) { return s.Preallocate(2), s.FreeExtra(), s.Format(kNull), s.GetLength(); },
+       0, ""},
       {[](CString& s) { return (s += s += '-') += s.GetString() + 11, 0; }, 0, "Hello-Hello--"}};
   for (const auto& [change, returned, wanted] : rows) {
     CString s("Hello");

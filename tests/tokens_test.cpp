@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <functional>
+
 #include "host.h"
 
 namespace {
@@ -138,6 +140,71 @@ TEST(TokenReader, WordsStayUnread) {
   EXPECT_EQ(~0U, none.GetErrorLine() & none.GetErrorPosition());
 }
 
+TEST(TokenReader, AnswersForEveryState) {
+  using Reader = CzonTokenReader;
+  static const auto number = [](Reader& r) { return r.ParseNumber('-'); };
+  const struct {
+    std::function<int(Reader&)> read;
+    const char *text, *outcome;  // code, token text and error
+  } rows[] = {{&Reader::ParseParFile, "[A]", "100 A "},
+              {&Reader::ParseSectionList, " ", "0  "},
+              {&Reader::ParseSection, "[A]", "100 A "},
+              {&Reader::ParseSection, "A", "-1  Bad section, expected ["},
+              {&Reader::ParseSectionHeader, "[A]", "1 A "},
+              {&Reader::ParseEndSection, "EndSect", "101  "},
+              {&Reader::ParseKeyword, "k=", "200 k "},
+              {&Reader::ParseKeyword, "=", "-1  Expected keyword string"},
+              {&Reader::ParseKeyword, "k/*", "-1 k Bad comment, missing */"},
+              {&Reader::ParseMoreParameter, ",5", "1020 5 "},
+              {&Reader::ParseMoreParameter, "[A]", "100 A "},
+              {&Reader::ParseMoreParameter, "{", "-1  Bad comment, missing }"},
+              {&Reader::ParseSimParameter, "fals", "1000  "},
+              {&Reader::ParseSectionBody, "/*", "-1  Bad comment, missing */"},
+              {&Reader::ParseString, "a''b'", "1030 a'b "},
+              {&Reader::ParseFilename, "a|", "1200 a "},
+              {&Reader::GetChSkipBlanks, "{", "-1  Bad comment, missing }"},
+              {number, "5", "1020 -5 "},
+              {[](Reader& r) { return r.ParseNumber(-1); }, "5", "1020 5 "},
+              {[](Reader& r) { return r.InputIs('x', nullptr) + r.InputIs('x', ""); }, "", "0  "},
+              {[](Reader& r) { return r.InputPeak('x', "y") + r.InputPeak('x', "xy"); }, "", "0  "},
+              {[](Reader& r) { return number(r), r.Error(nullptr), 0; }, "-", "0 - "}};
+  for (const auto& [read, text, outcome] : rows) {
+    auto* input = new CzonInput;
+    EXPECT_EQ(0, input->open(Written(text)));
+    Reader reader(input);
+    const std::string code = std::to_string(read(reader));
+    EXPECT_EQ(code + " " + reader.GetTokenText() + " " + reader.GetErrorText(), outcome) << text;
+  }
+}
+
+// What finds no room is an error, and reading goes on behind it.
+TEST(Zont, WantOfMemory) {
+  const std::string name(5000, 'n'), error = "std::bad_alloc";
+  std::string text = "[" + name + "] " + name + " = '" + name + "' EndSect ";
+  for (int depth = 0; depth < 70; ++depth) text += "[]";
+  const char* const path = Written(text);
+  void* reader = nullptr;
+  const auto refuse = [](auto call) {
+    host::FailAllocation(1);
+    const int code = call();
+    host::FailAllocation(0);
+    return code;
+  };
+  EXPECT_EQ(1004, refuse([&] { return zontLoadFile(path, &reader); }));
+  ASSERT_EQ(0, zontLoadFile(path, &reader));
+  for (const int token : {-1, -1, -1, 101, 100}) {
+    EXPECT_EQ(token, refuse([&] { return zontNextToken(reader); }));
+    EXPECT_EQ(error, zontGetError(reader, nullptr, nullptr));
+  }
+  int depth = 1;
+  while (refuse([&] { return zontNextToken(reader); }) == 100) ++depth;
+  EXPECT_LT(depth, 70);
+  zontDispose(&reader);
+  CzonTokenReader none(nullptr);
+  refuse([&] { return none.Error(name.c_str()), 0; });
+  EXPECT_EQ(error, none.GetErrorText());
+}
+
 TEST(Zont, Handles) {
   const int free = dup(0);
   close(free);
@@ -162,7 +229,8 @@ TEST(Zont, Handles) {
   EXPECT_EQ(~0U, line & position);
   ASSERT_EQ(0, zontLoadFile("/proc/self/mem", &reader));  // nothing is mapped at 0
   EXPECT_EQ(-1, zontNextToken(reader));
-  EXPECT_STREQ("Read error", zontGetError(reader, nullptr, nullptr));
+  EXPECT_STREQ("Read error", zontGetError(reader, &line, &position));
+  EXPECT_EQ(1U, line + position);
   EXPECT_EQ(0, zontNextToken(reader));
   zontDispose(&reader);
 }

@@ -24,6 +24,10 @@ std::string Kinds(Nodes*... nodes) {
   for (CzonNode* made : {static_cast<CzonNode*>(nodes)...}) {
     const std::unique_ptr<CzonNode> node(made), created(made->CreateObj());
     const CzonNode &seen = *node, &fresh = *created;
+    const std::string before = Show(made);
+    made->Copy(made);
+    made->Copy(nullptr);
+    EXPECT_EQ(Show(made), before);
     const std::pair<char, int> answers[] = {
         {'s', seen.IsSection()},    {'k', seen.IsKeyword()},     {'p', seen.IsParam()},
         {'D', seen.IsDefaultDef()}, {'n', seen.IsNumeric()},     {'f', seen.IsFloat()},
@@ -60,7 +64,14 @@ TEST(Nodes, TellWhatTheyCannotAnswer) {
   host::Messages();
   EXPECT_EQ(node.GetInt() + node.GetBool() + node.GetDouble() + node.GetFloat(), 0);
   EXPECT_TRUE(!node.GetFilename() && !node.SectionByNum(1) && !node.KeywordByName("a"));
-  EXPECT_EQ(host::Messages(), std::vector<std::string>(7, "Function invalid in this context"));
+  EXPECT_TRUE(!node.ParamByNum(1) && !node.SectionByName("a") && !node.SectionByNameNum("a", 1) &&
+              !node.KeywordByNameNum("a", 1) && node.GetString().empty());
+  EXPECT_EQ(host::Messages(), std::vector<std::string>(12, "Function invalid in this context"));
+  EXPECT_TRUE(node.GetNameGlb().empty() && !node.NodeByNum(1) && !node.GetClob());
+  EXPECT_TRUE(!node.GetNoSections() && !node.GetNoKeywords() && !node.GetNoParams() &&
+              !node.GetNoNodes() && !node.GetNoInstances());
+  EXPECT_EQ(static_cast<const CzonNode&>(node).FindDefault(nullptr, "k", 1), nullptr);
+  EXPECT_EQ(CzonIntDef("7").isInt() + CzonIntDef("7").GetInt(), 1);
 }
 
 TEST(NameList, DoesAsAPlainListDoes) {
@@ -137,6 +148,22 @@ TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
   early->SetOpenList();
   early->SetMultiMandat(0, 7);
   EXPECT_EQ(early->GetFlags(), 6U);
+  for (CzonSection* none : {early, &other}) {
+    const std::string before = Show(none);
+    none->AddNode(nullptr);
+    none->AddSection(nullptr);
+    none->AddKeyword(nullptr);
+    EXPECT_EQ(Show(none), before);
+  }
+  EXPECT_EQ(CzonKeyword("k", 0, 0).GetNoInstances() + CzonSection("s", 0, 0).GetNoInstances() +
+                CzonInt("1").GetNoInstances(),
+            0U);
+  File file(Load("[A] [B] EndSect EndSect"));
+  CzonSection& below = *RootOf(file).SectionByNum(1)->SectionByNum(1);
+  EXPECT_EQ(below.GetNameGlb(), "A.B");
+  below.Clear();
+  below.SetName("C");
+  EXPECT_EQ(below.GetNameGlb(), "A.C");
 }
 
 std::string visited;
@@ -176,6 +203,13 @@ TEST(Copy, IsDeepAndFiledAndStandsAlone) {
       "[U] default (d) = ,3 k = 1 EndSect [u] EndSect [U] K=1 EndSect EndSect");
   File target(Load("[Gone] [Under] k = 1 EndSect l = 1, 2 EndSect"));
   CzonTargetList root, &from = RootOf(source), &loaded = RootOf(target);
+  root.SetResultRoot(std::string("replaced"));
+  EXPECT_EQ(root.GetResultRoot(), "replaced");
+  root.SetResultRoot(static_cast<const char*>(nullptr));
+  int use = 7;
+  std::string folder = "none";
+  CzonTargetList().GetCustomResultFolder(&use, &folder);
+  EXPECT_EQ(root.GetResultRoot() + folder + std::to_string(use), "0");
   CzonSection& section = *from.SectionByNum(1);
   section.SetMultiMandat(1, 1);
   from.SetResultRoot("results");
@@ -230,7 +264,11 @@ TEST(Destruction, TakesEveryNodeAlong) {
 TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
   const CzonParam value;
   CzonKeyword keyword, target;
+  CzonSection section;
+  CzonTargetList list;
   keyword.AddParam(new CzonStringRef);
+  EXPECT_DEATH(section.Copy(&value), "^zontarli: .*Copy.*`Src'");
+  EXPECT_DEATH(list.Copy(&value), "^zontarli: .*Copy.*`Src'");
   EXPECT_DEATH(target.Copy(&value), "^zonnamno: .*Copy.*`Src'");
   EXPECT_DEATH(target.Copy(&keyword), "^zonnamno: .*Copy.*`typeid");
   EXPECT_DEATH(CzonTargetList().FindDefault(nullptr, "k", 1), "^zonnamno: .*FindDefault.*`Ok'");

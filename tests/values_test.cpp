@@ -71,6 +71,16 @@ TEST(Values, HaveTheirViews) {
       {'r', " \t\n+7xyz", "0x1.cp+2 0x1.cp+2 111 7 7"},
       {'r', "0x1.8p1", "0x1.8p+1 0x1.8p+1 111 3 3"},
       {'r', "0xinf", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "0x.p1", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "0XfFp1", "0x1.fep+8 0x1.fep+8 111 510 510"},
+      {'r', "0xap1", "0x1.4p+4 0x1.4p+4 111 20 20"},
+      {'r', "0xAp1", "0x1.4p+4 0x1.4p+4 111 20 20"},
+      {'r', "0xFp1", "0x1.ep+4 0x1.ep+4 111 30 30"},
+      {'r', "0x1p9999", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "-0x0.aFp-9999", "-0x0p+0 0x0p+0 111 0 0"},
+      {'r', "-+5", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "1e99999999999999999999", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "1e-400", "0x0p+0 0x0p+0 111 0 0"},
       {'r', "+-5", "0x0p+0 0x0p+0 111 0 0"},
       {'i', " \t-7x", "-0x1.cp+2 -0x1.cp+2 111 -7 -7"},
       {'i', "9223372036854775808", "0x1p+63 0x1p+63 111 -1 9223372036854775807"},
@@ -115,10 +125,13 @@ TEST(References, FollowTheVariableAlsoAsCopies) {
     EXPECT_EQ(read->ParamByNum(3)->GetDouble() + read->ParamByNum(2)->GetFloat() +
                   read->ParamByNum(1)->GetInt() + read->ParamByNum(4)->GetBool(),
               8);
-  EXPECT_EQ(string.GetString() + stringCopy.GetString(), "secondsecond");
+  EXPECT_EQ(string.GetString() + stringCopy.GetString() + CzonString("x").GetString(),
+            "secondsecondx");
   text = nullptr;
   EXPECT_EQ(string.GetString() + CzonStringRef().GetString(), "");
-  EXPECT_EQ(CzonIntRef().GetInt() + CzonBoolRef().GetBool() + CzonDoubleRef().GetDouble(), 0);
+  EXPECT_EQ(CzonIntRef().GetInt() + CzonBoolRef().GetBool() + CzonDoubleRef().GetDouble() +
+                CzonBool().GetBool(),
+            0);
 }
 
 TEST(Values, CopyAllTheirViews) {
@@ -136,6 +149,16 @@ TEST(Values, CopyAllTheirViews) {
 
 TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
   const CzonReal real("1");
+  CzonParam param("kept");
+  param.Copy(CzonTargetList().GetTopNode());
+  EXPECT_EQ(param.GetText(), "kept");
+  EXPECT_DEATH(CzonBool().Copy(&real), "^zonbool: .*`Node'");
+  EXPECT_DEATH(CzonBoolRef().Copy(&real), "^zonboolr: .*`Node'");
+  EXPECT_DEATH(CzonClob().Copy(&real), "^zonclob: .*`Node'");
+  EXPECT_DEATH(CzonDoubleRef().Copy(&real), "^zondoubr: .*`Node'");
+  EXPECT_DEATH(CzonNumeric("1").Copy(&param), "^zonnumer: .*`Node'");
+  EXPECT_DEATH(CzonReal().Copy(&param), "^zonreal: .*`Node'");
+  EXPECT_DEATH(CzonStringRef().Copy(&real), "^zonstrir: .*`Node'");
   EXPECT_DEATH(CzonInt().Copy(&real), "^zonint: .*`Node'");
   EXPECT_DEATH(CzonFloatRef().Copy(&real), "^zonfloar: .*`Node'");
 }
@@ -182,6 +205,22 @@ TEST(Defaults, AreSeenAsTheyAreAdded) {
     }
   }
   EXPECT_EQ(found, "<>--<>-<k><>< ><k><>< ><k><>--<>-<k><>< ><k><>< ><k>");
+}
+
+// Below a list of the host's own that is no section.
+TEST(Defaults, AreSeenInAnyList) {
+  CzonTargetList root;
+  auto* list = new CzonTargetList;
+  auto *definition = new CzonDefaultDef("d", 0, 0), *other = new CzonDefaultDef("e", 0, 0);
+  auto* keyword = new CzonKeyword("D", 0, 0);
+  root.AddNode(list);
+  for (CzonNode* node : {static_cast<CzonNode*>(other), static_cast<CzonNode*>(definition)})
+    list->AddNode(node);
+  definition->AddParam(new CzonParam("x"));
+  list->AddNode(keyword);
+  EXPECT_EQ(keyword->FindDefault(nullptr, "D", 1), definition->ParamByNum(1));
+  EXPECT_EQ(keyword->FindDefault(nullptr, "f", 1), nullptr);
+  EXPECT_EQ(CzonKeyword("k", 0, 0).FindDefault(nullptr, "k", 1), nullptr);
 }
 
 TEST(Locale, ChangesNothing) {

@@ -296,6 +296,13 @@ TEST(Writing, DumpsListEveryNode) {
   EXPECT_EQ(zonGetErrorGlb(), 1006);
   zonDump(zonTargetByNum(file, 2), Path("written.zon").c_str());
   EXPECT_EQ(host::ReadFile(Path("written.zon")), other) << "overwritten";
+  struct Neither : CzonNode {
+    CzonNode* CreateObj() override { return new Neither; }
+  } neither;
+  std::ostringstream out;
+  EXPECT_EQ(neither.Write(out << "kept").good() ? out.str() : "", "kept");
+  EXPECT_EQ(host::Messages(), std::vector<std::string>{"Function invalid in this context"});
+  EXPECT_EQ(Written(zonDump, static_cast<CzonBase*>(&neither)), "(0) >>>  P E N D I N G  <<<\n");
 }
 
 TEST(Writing, CopiesKeepFileNamesGood) {
