@@ -13,6 +13,7 @@ namespace host {
 
 void (*onMessage)(const char* text) = nullptr;
 void (*onReport)() = nullptr;
+int atWork = 0;
 
 namespace {
 
@@ -26,6 +27,11 @@ struct Word {
   Word* next;
 };
 std::vector<Word*> words;  // freed with the report
+
+struct AtWork {
+  AtWork() { ++atWork; }
+  ~AtWork() { --atWork; }
+};
 
 void* NewWord(std::string text, void* rest) {
   words.push_back(new Word{std::move(text), static_cast<Word*>(rest)});
@@ -105,6 +111,14 @@ std::string ReadFile(const std::string& path) {
   return text.str();
 }
 
+std::string Timeless(const std::string& path) {
+  std::string text = ReadFile(path);
+  for (std::size_t at; (at = text.find("// Created")) != std::string::npos;) {
+    text.erase(at, text.find('\n', at) + 1 - at);
+  }
+  return text;
+}
+
 void* Load(const std::string& content) {
   return zonLoadFile(WriteFile("load.zon", content).c_str(), 0);
 }
@@ -182,11 +196,13 @@ void abort() noexcept {
 #endif
 
 void MessageHook(const char* text) {
+  const host::AtWork mark;
   host::messages.emplace_back(text);
   if (host::onMessage != nullptr) host::onMessage(text);
 }
 
 void ReportHook(const char* pattern, int severity, void* arguments) {
+  const host::AtWork mark;
   std::string text = std::to_string(severity) + ": ";
   const auto* word = static_cast<host::Word*>(arguments);
   for (; *pattern != '\0'; ++pattern) {
@@ -204,9 +220,11 @@ void ReportHook(const char* pattern, int severity, void* arguments) {
 }
 
 void* ReportArgString(const char* text, void* rest) {
+  const host::AtWork mark;
   return host::NewWord(text, rest);
 }
 void* ReportArgInt(int value, void* rest) {
+  const host::AtWork mark;
   return host::NewWord(std::to_string(value), rest);
 }
 

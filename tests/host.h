@@ -25,6 +25,9 @@ extern void (*onReport)();
 // Refuses the n-th piece of memory that is asked for from now on, and no other; 0 refuses none.
 void FailAllocation(long n);
 
+// Not 0 while one of the hooks is at work: then it is not the library that wants memory.
+extern int atWork;
+
 // How long is too long; the environment may give a slow tool more by the factor ZON_PATIENCE.
 std::chrono::seconds Seconds(int seconds);
 
@@ -32,6 +35,7 @@ std::chrono::seconds Seconds(int seconds);
 std::string FolderPath();
 std::string WriteFile(const std::string& name, const std::string& content);
 std::string ReadFile(const std::string& path);
+std::string Timeless(const std::string& path);  // but for the lines that tell when it was written
 
 // A file handle that is closed at the end of the scope.
 class File {

@@ -215,35 +215,6 @@ TEST(Writing, FailuresAreSilentAndChangeNothing) {
   EXPECT_EQ(host::Messages(), Texts{});
 }
 
-TEST(Writing, ForWantOfMemoryNothingIsHalfDone) {
-  const host::File file(host::Load("[A] k = |" + std::string(50, 'x') + "| EndSect"));
-  zonSetProjectResultRoot(file, std::string(50, 'r').c_str());
-  zonSetCustomResultFolder(file, 1, std::string(50, 'c').c_str());
-  const std::string target = Path("memory.zon");
-  const std::string source = zonGetZonFileName(zonGetRoot(file));
-  long n = 0;
-  for (int copied = 0; copied == 0;) {
-    host::FailAllocation(++n);
-    zonWrite(file, target.c_str());
-    host::FailAllocation(0);
-    EXPECT_EQ(zonGetErrorGlb(), host::ReadFile(target).empty() ? 1005 : 0) << n;
-    std::remove(target.c_str());
-    host::FailAllocation(n);
-    copied = zonFileCopy(source.c_str(), target.c_str());
-    host::FailAllocation(0);
-    EXPECT_EQ(zonGetErrorGlb() == 0, copied == 1) << n;
-    EXPECT_EQ(host::ReadFile(target).empty(), copied == 0) << n;
-    std::remove(target.c_str());
-  }
-  EXPECT_GT(n, 10);
-  EXPECT_STREQ(zonGetErrorFromZonData(file), "") << "no section was left open";
-  for (unsigned i = 2; void* system = zonTargetByNum(file, i); ++i) {
-    EXPECT_EQ(zonGetNoKeywords(system), 3);
-  }
-  host::Messages();
-  host::Reports();
-}
-
 TEST(Writing, ChecksItsHandle) {
   const host::File file(host::Load("[A] k = "));  // has no tree
   host::Reports();

@@ -1,0 +1,295 @@
+// What the system may refuse or do by halves while files are read and written. A program of its
+// own: its open, read and so on stand in front of the system's.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/uio.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdarg>
+#include <filesystem>
+
+#include "host.h"
+
+namespace {
+
+enum Call { kOpen, kStat, kRead, kWrite, kCut, kClose, kCalls };
+
+// What a call does: an errno; 0 nothing, -1 as little as it may, -2 this and then want of room.
+int faults[kCalls];
+int until[kCalls];      // the n-th call does it
+bool allAfter = false;  // and all after it
+int fired = 0;
+
+// Whether this call has the fault.
+bool Fault(Call call) {
+  if (faults[call] == 0 || until[call] == 0 || (until[call] > 1 && --until[call] > 0)) return false;
+  if (!allAfter) until[call] = 0;
+  ++fired;
+  if (faults[call] > 0) errno = faults[call];
+  return true;
+}
+bool Fails(Call call) {
+  return Fault(call) && faults[call] > 0;
+}
+
+ssize_t Written(int file, const iovec* pieces, int count) {
+  if (!Fault(kWrite)) return syscall(SYS_writev, file, pieces, count);
+  if (faults[kWrite] > 0) return -1;
+  if (faults[kWrite] == -2) faults[kWrite] = ENOSPC, until[kWrite] = 1;
+  return syscall(SYS_write, file, pieces->iov_base, 1);
+}
+
+}  // namespace
+
+extern "C" {
+int open(const char* name, int flags, ...) {
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  return Fails(kOpen) ? -1 : static_cast<int>(syscall(SYS_open, name, flags, mode));
+}
+int fstat(int file, struct stat* facts) noexcept {
+  return Fails(kStat) ? -1 : static_cast<int>(syscall(SYS_fstat, file, facts));
+}
+ssize_t read(int file, void* room, std::size_t size) {
+  if (!Fault(kRead)) return syscall(SYS_read, file, room, size);
+  return faults[kRead] > 0 ? -1 : syscall(SYS_read, file, room, std::min<std::size_t>(size, 1));
+}
+ssize_t write(int file, const void* text, std::size_t size) {
+  const iovec piece{const_cast<void*>(text), size};
+  return Written(file, &piece, 1);
+}
+ssize_t writev(int file, const iovec* pieces, int count) {
+  return Written(file, pieces, count);
+}
+int ftruncate(int file, off_t size) noexcept {
+  return Fails(kCut) ? -1 : static_cast<int>(syscall(SYS_ftruncate, file, size));
+}
+int close(int file) {
+  const int result = static_cast<int>(syscall(SYS_close, file));
+  return Fails(kClose) ? -1 : result;
+}
+}
+
+namespace {
+
+using namespace std::string_literals;
+
+int LowestFreeFile() {
+  const int file = dup(0);
+  close(file);
+  return file;
+}
+
+// Does it with a fault in the n-th call, for n = 1, 2 and so on until none is met any more.
+template <class F>
+void Inject(Call call, int fault, bool all, F&& attempt) {
+  const int descriptor = LowestFreeFile();
+  int met = 0;
+  for (int n = 1; n < 100000; ++n, ++met) {
+    faults[call] = fault;
+    allAfter = all;
+    until[call] = n;
+    fired = 0;
+    attempt();
+    std::fill(until, std::end(until), 0);
+    if (fired == 0) break;
+  }
+  EXPECT_GT(met, 0) << call << ": no such call any more";
+  EXPECT_EQ(LowestFreeFile(), descriptor) << call;
+}
+
+void Calm() {
+  std::fill(until, std::end(until), 0);
+}
+
+const std::string kText = "[A] k = 1, '" + std::string(200000, 'x') + "', 2.5 EndSect\n";
+
+std::string Tokens(const std::string& path, int* first) {
+  void* reader = nullptr;
+  *first = zontLoadFile(path.c_str(), &reader);
+  std::string tokens;
+  for (int token = 1; reader != nullptr && token != 0;) {
+    token = zontNextToken(reader);
+    tokens += std::to_string(token) + zontGetTokenString(reader) + " ";
+  }
+  tokens += reader != nullptr ? zontGetError(reader, nullptr, nullptr) : "";
+  zontDispose(&reader);
+  return tokens;
+}
+
+TEST(Io, FaultsOfReading) {
+  const std::string path = host::WriteFile("read.zon", kText);
+  const std::string tree = host::ShowTree(host::File(zonLoadFile(path.c_str(), 1)));
+  int opened;
+  const std::string tokens = Tokens(path, &opened);
+  const struct {
+    Call call;
+    int fault;
+    bool all;
+    int code, tokenCode;  // of zonLoadFile and of zontLoadFile
+  } rows[] = {{kOpen, EMFILE, false, 1001, 1001}, {kOpen, EINTR, false, 0, 0},
+              {kStat, EIO, false, 1001, 1001},    {kRead, EIO, false, 1002, 0},
+              {kRead, EISDIR, true, 1002, 0},     {kRead, EINTR, false, 0, 0},
+              {kRead, -1, false, 0, 0},           {kRead, -1, true, 0, 0},
+              {kClose, EIO, false, 0, 0},         {kClose, EINTR, true, 0, 0}};
+  for (const auto& row : rows) {
+    Inject(row.call, row.fault, row.all, [&] {
+      const host::File file(zonLoadFile(path.c_str(), 1));
+      const int met = fired;
+      Calm();
+      EXPECT_EQ(zonGetErrorGlb(), met == 0 ? 0 : row.code) << row.call << row.fault;
+      EXPECT_EQ(file == nullptr, met != 0 && row.code != 0);
+      EXPECT_TRUE(file == nullptr || host::ShowTree(file) == tree);
+    });
+    Inject(row.call, row.fault, row.all, [&] {
+      const std::string got = Tokens(path, &opened);
+      Calm();
+      EXPECT_EQ(opened, fired == 0 ? 0 : row.tokenCode) << row.call << row.fault;
+      const bool error = got.find("Read error") != std::string::npos;
+      EXPECT_EQ(error, fired != 0 && row.code == 1002);
+      EXPECT_TRUE(error || got == tokens || opened != 0);
+    });
+  }
+}
+
+TEST(Io, FaultsOfWriting) {
+  const std::string path = host::WriteFile("source.zon", kText);
+  const std::string target = host::WriteFile("target.zon", "");
+  const host::File file(zonLoadFile(path.c_str(), 1));
+  zonWrite(file, target.c_str());
+  const std::string text = host::Timeless(target);
+  const struct {
+    Call call;
+    int fault;
+    bool all, passes;
+  } rows[] = {{kOpen, EACCES, false, false}, {kOpen, EINTR, false, true},
+              {kStat, EIO, false, true},     {kWrite, ENOSPC, false, false},
+              {kWrite, -2, false, false},    {kWrite, EIO, true, false},
+              {kWrite, EINTR, false, true},  {kWrite, -1, false, true},
+              {kWrite, -1, true, true},      {kClose, EINTR, true, true}};
+  for (const auto& row : rows) {
+    for (const bool copies : {false, true}) {
+      host::WriteFile("target.zon", "; kept");
+      Inject(row.call, row.fault, row.all, [&] {
+        const int copied = copies ? zonFileCopy(path.c_str(), target.c_str()) : 0;
+        if (!copies) zonWrite(file, target.c_str());
+        Calm();
+        const std::string written = host::Timeless(target);
+        const bool whole = written == "; kept" + text;
+        EXPECT_TRUE(whole || written == "; kept") << row.call << row.fault << written.size();
+        const bool source = copies && row.call == kStat;  // it may be that of the source
+        EXPECT_TRUE(source || whole == (row.passes || fired == 0)) << row.call << row.fault;
+        EXPECT_EQ(copied, copies && whole);
+        zonGetErrorGlb();
+        host::WriteFile("target.zon", "; kept");
+      });
+    }
+  }
+}
+
+// A name that leads to a file, or to none, over a link.
+TEST(Io, Links) {
+  const std::string folder = host::FolderPath() + "/";
+  for (const auto& [name, aim] : {std::pair("dangling", "nowhere.zon"), {"loop", "loop"}}) {
+    const std::string link = folder + name;
+    ASSERT_EQ(symlink(aim, link.c_str()), 0);
+    EXPECT_EQ(zonLoadFile(link.c_str(), 1), nullptr);
+    EXPECT_EQ(zonGetErrorGlb(), 1001);
+    const host::File file(zonCreate());
+    zonWrite(file, link.c_str());
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(access(link.c_str(), F_OK) == 0, name == "dangling"s) << "is made where it leads to";
+  }
+}
+
+TEST(Io, FewDescriptorsForManyFiles) {
+  const std::string path = host::WriteFile("few.zon", "[A] k = 1 EndSect");
+  const std::string bad = host::WriteFile("bad.zon", "[A] k = 'x");
+  rlimit old{};
+  getrlimit(RLIMIT_NOFILE, &old);
+  const rlimit few{64, old.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &few);
+  std::vector<void*> files;
+  for (int n = 0; n < 300; ++n) {
+    for (const std::string& name : {path, bad}) files.push_back(zonLoadFile(name.c_str(), 1));
+    EXPECT_NE(files.back(), nullptr);
+    EXPECT_EQ(zonGetErrorGlb(), 1003);
+    void* reader = nullptr;
+    EXPECT_EQ(zontLoadFile(path.c_str(), &reader), 0);
+    while (zontNextToken(reader) != 0) {
+    }
+    files.push_back(zonCreate());
+    zonWrite(files.back(), (host::FolderPath() + "/written.zon").c_str());
+    zontDispose(&reader);
+  }
+  for (void* file : files) zonClose(&file);
+  setrlimit(RLIMIT_NOFILE, &old);
+}
+
+// Relative names in a working directory that is gone, or whose name is very long.
+TEST(Io, OddWorkingDirectories) {
+  const std::string before = std::filesystem::current_path();
+  std::string deep = host::FolderPath() + "/cwd";
+  for (int n = 0; n < 8; ++n) deep += "/" + std::string(100, static_cast<char>('a' + n));
+  std::filesystem::create_directories(deep);
+  const host::File source(host::Load("[A] k = |x\\y|, |/z|, 'r' EndSect"));
+  void* keyword = zonKeywordByNum(zonTargetByNum(source, 1), 1);
+  zonSetAnchorFilename(keyword, "sub/a.zon");
+  for (const bool gone : {false, true}) {
+    std::filesystem::current_path(deep);
+    if (gone) std::filesystem::remove(deep);
+    const std::string base = gone ? "" : deep + "/";
+    EXPECT_EQ(zonGetFilename(zonParamByNum(keyword, 1)), base + "sub/x/y");
+    EXPECT_STREQ(zonGetFilename(zonParamByNum(keyword, 2)), "/z");
+    char path[2000] = "";
+    zonGetResultFilenamePath(zonParamByNum(keyword, 3), path);
+    EXPECT_TRUE(gone || path == base + "sub/a.zon - Result Files/r") << path;
+    zonWrite(source, "here.zon");
+    EXPECT_EQ(host::ReadFile("here.zon").empty(), gone);
+    zonSetAnchorFilename(keyword, "sub/a.zon");
+    std::remove("here.zon");
+    const host::File file(zonLoadFile("here.zon", 1));
+    EXPECT_EQ(zonGetErrorGlb(), 1001);
+  }
+  std::filesystem::current_path(before);
+}
+
+// Whoever is killed while writing leaves the old text, whole new ones, and of the last one perhaps
+// no more than its beginning.
+TEST(Io, KilledAtAnyMoment) {
+  const std::string path = host::WriteFile("source.zon", kText);
+  const std::string target = host::FolderPath() + "/killed.zon";
+  const host::File file(zonLoadFile(path.c_str(), 1));
+  zonWrite(file, target.c_str());
+  const std::string text = host::Timeless(target);
+  std::size_t written = 0;
+  std::size_t torn = 0;
+  for (useconds_t n = 0; n < 100; ++n) {
+    host::WriteFile("killed.zon", "; kept\n");
+    const pid_t child = fork();
+    if (child == 0) {
+      for (alarm(5);;) zonWrite(file, target.c_str());
+    }
+    usleep(n * 37 % 100 * 50);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const std::string left = host::Timeless(target);
+    std::string whole = "; kept\n";
+    for (; whole.size() < left.size(); ++written) whole += text;
+    torn += whole.size() > left.size() ? 1 : 0;
+    EXPECT_TRUE(whole.compare(0, left.size(), left) == 0) << left.size();
+  }
+  EXPECT_GT(written, 0);
+  std::printf("%zu texts written, %zu torn\n", written, torn);
+}
+
+}  // namespace
