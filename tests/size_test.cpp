@@ -12,12 +12,13 @@
 
 namespace {
 
-constexpr int kMany = 500000;
 #if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__)
 constexpr bool kIsRelease = true;
 #else
 constexpr bool kIsRelease = false;  // slower, and with the sanitizer much larger
 #endif
+constexpr int kMany = kIsRelease ? 500000 : 50000;
+constexpr int kSixteens = kIsRelease ? 4 << 20 : 1 << 18;  // for a text of 64 MiB
 
 // The piece many times; a # in it is the number of the time.
 std::string Repeat(const std::string& piece, int times) {
@@ -70,19 +71,25 @@ TEST(Size, TimeGrowsWithTheFile) {
               {"[A]", "[B] EndSect ", "", true},
               {"", "/* ", "", false, 2 * kMany},
               {"", "[A] ", "", true, 2 * kMany},
-              {"[A] k = 's", "0123456789abcdef", "' EndSect", false, 4 << 20},
-              {"[A] // ", "0123456789abcdef", "\nEndSect", false, 4 << 20},
-              {"[A]{", "0123456789abcdef", "} EndSect", false, 4 << 20},
-              {"[A] n", "0123456789abcdef", " = EndSect", false, 4 << 20},
-              {"[A] k = |", "0123456789abcdef", "| EndSect", false, 4 << 20}};
+              {"[A] k = 's", "0123456789abcdef", "' EndSect", false, kSixteens},
+              {"[A] // ", "0123456789abcdef", "\nEndSect", false, kSixteens},
+              {"[A]{", "0123456789abcdef", "} EndSect", false, kSixteens},
+              {"[A] n", "0123456789abcdef", " = EndSect", false, kSixteens},
+              {"[A] k = |", "0123456789abcdef", "| EndSect", false, kSixteens}};
   for (const auto& row : rows) {
-    double seconds[2];
-    for (const int half : {1, 0}) {
-      const std::string text = row.front + Repeat(row.piece, row.times >> half) + row.end;
-      seconds[half] = Seconds(host::WriteFile("large.zon", text), row.fails);
+    const std::string whole = row.front + Repeat(row.piece, row.times) + row.end;
+    const std::string half = row.front + Repeat(row.piece, row.times / 2) + row.end;
+    const std::string paths[] = {host::WriteFile("whole.zon", whole),
+                                 host::WriteFile("half.zon", half)};
+    // A machine that has other things to do is asked again.
+    bool good = false;
+    double ofWhole = 0, ofHalf = 0;
+    for (int attempt = 0; attempt < 5 && !good; ++attempt) {
+      ofWhole = Seconds(paths[0], row.fails);
+      ofHalf = Seconds(paths[1], row.fails);
+      good = ofWhole < (kIsRelease ? 1 : 60) && ofWhole < 2.3 * ofHalf + 0.03;
     }
-    EXPECT_LT(seconds[0], kIsRelease ? 1 : 60) << row.front << row.piece;
-    EXPECT_LT(seconds[0], 2.3 * seconds[1] + 0.03) << row.front << row.piece << seconds[1];
+    EXPECT_TRUE(good) << row.front << row.piece << ": " << ofHalf << " and " << ofWhole << " s";
   }
 }
 
