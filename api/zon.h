@@ -9,8 +9,8 @@
  * code 1005, a bad node 1006, and passes a text to MessageHook; then the failure value named at the
  * function comes back and nothing changes. The code is process-wide; the first error stays until
  * zonGetErrorGlb takes it. For want of memory the failure value comes back with the same code and
- * the text "No memory"; to the builder that is a refusal like others. No function throws; what a
- * hook of the host throws ends there, with the failure value and the code.
+ * the text "No memory"; to the builder that is a refusal like others, which stores 1005 as well. No
+ * function throws; what a hook of the host throws ends there, with the failure value and the code.
  *
  * Texts. A null text argument counts as the empty text; a null output pointer is not written
  * through. Texts returned belong to the library and live as long as the node or handle they come

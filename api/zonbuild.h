@@ -7,13 +7,15 @@
 
 namespace zon {
 
-// Runs the body on a handle that has been found good. Want of memory is a refusal like others.
+// Runs the body on a handle that has been found good. Want of memory is a refusal like others; that
+// it leaves a code as well keeps whoever adds a keyword and then its value from going on.
 template <class T, class F, class... Arguments>
 void RunBuilder(T& data, F body, Arguments... arguments) {
   try {
     try {
       body(data, arguments...);
     } catch (const std::bad_alloc&) {
+      RaiseError(kErrHandle);
       data.Error(kNoMemory);
     }
   } catch (...) {  // a hook threw

@@ -1,8 +1,8 @@
 // The exported functions: loading, errors, versions, navigation and queries. Each checks its handle
 // and forwards to the object behind it. Tested by tests/load_test.cpp and tests/handles_test.cpp.
 #include <climits>
-#include <string>
 #include <memory>
+#include <string>
 #include <typeinfo>
 
 #include "api/zon.h"

@@ -128,10 +128,11 @@ extern "C" void zonDump(void* handleOrNode, const char* fileName) {
   zon::Guarded(zon::kErrNode, 0, [&] {
     CzonNode* start = StartOf(handleOrNode);
     if (start == nullptr) return 0;
-    zon::OutputFile file(zon::TextOf(fileName), zon::OutputFile::kReplace);
+    // Made first, so that an old listing goes only when there is a new one.
     Dump dump;
     start->Explore(DumpNode);
-    file.Write(dump.Pieces());
+    const std::vector<std::string_view> pieces = dump.Pieces();
+    zon::OutputFile(zon::TextOf(fileName), zon::OutputFile::kReplace).Write(pieces);
     return 0;
   });
 }

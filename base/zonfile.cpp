@@ -40,6 +40,14 @@ bool WriteAll(int file, const std::vector<std::string_view>& pieces) {
   return true;
 }
 
+// Should even this fail, there is nothing left to try.
+void CutBack(int file, off_t size) {
+  int result;
+  do {
+    result = ftruncate(file, size);
+  } while (result != 0 && errno == EINTR);
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const char* name, Mode mode)
@@ -54,8 +62,7 @@ bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   struct stat before {};
   const bool regular = fstat(file_, &before) == 0 && S_ISREG(before.st_mode);
   if (WriteAll(file_, pieces)) return true;
-  // Should even this fail, there is nothing left to try.
-  if (regular && ftruncate(file_, before.st_size) != 0) return false;
+  if (regular) CutBack(file_, before.st_size);
   return false;
 }
 

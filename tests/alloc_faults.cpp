@@ -228,7 +228,7 @@ void Ask(std::vector<Row>* rows, const char* names, long failure, F... functions
   }
 #define ASK(failure, ...) Ask(&rows, #__VA_ARGS__, Code(failure), __VA_ARGS__)
 #define ADD(function, arguments) CALL(0, (function arguments, 0)), CALL(2000, function##S arguments)
-#define PUT(function, ...) CALL(1, t.Undo(function(t.file, kLong, __VA_ARGS__)))
+#define PUT(function, ...) CALL(0, t.Undo(function(t.file, kLong, __VA_ARGS__)))
 
 struct Outcome {
   long value;
@@ -419,9 +419,8 @@ TEST_F(Faults, OfTheBuilder) {
   InjectAll(Rows(ADD(zonEndSection, (t.file))), kBuilt, 0, 1);
   const std::vector<Row> puts = Rows(
       PUT(zonPutParam, 5), PUT(zonPutParam, 5.0F), PUT(zonPutParam, 5.0), PUT(zonPutParam, true),
-      PUT(zonPutParam, kLong), CALL(1, (zonPutParam(t.file, kLong, CString("text")), t.Undo(1))),
-      PUT(zonPutParamFilename, kLong), PUT(zonPutParamResultFilename, kLong),
-      PUT(zonPutListParam, "ifdb", 1, 1.0, 1.0, 1));
+      PUT(zonPutParam, kLong), PUT(zonPutParam, CString("text")), PUT(zonPutParamFilename, kLong),
+      PUT(zonPutParamResultFilename, kLong), PUT(zonPutListParam, "ifdb", 1, 1.0, 1.0, 1));
   InjectAll(puts, kOpen, 0, 100);
 }
 

@@ -1,6 +1,9 @@
 // Large and deep files: what they cost in time, in memory and of the stack.
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,7 +21,7 @@ constexpr bool kIsRelease = true;
 constexpr bool kIsRelease = false;  // slower, and with the sanitizer much larger
 #endif
 constexpr int kMany = kIsRelease ? 500000 : 50000;
-constexpr int kSixteens = kIsRelease ? 4 << 20 : 1 << 18;  // for a text of 64 MiB
+constexpr int kSixteens = kIsRelease ? 4 << 20 : 1 << 18;  // in a release, for 64 MiB of text
 
 // The piece many times; a # in it is the number of the time.
 std::string Repeat(const std::string& piece, int times) {
@@ -36,17 +39,24 @@ void Count(CzonNode*) {
   ++counted;
 }
 
-// Processor time of a load and of looking at all there is, the least of three.
+// Processor time of a load and of looking at all there is, in a process that has no memory ready
+// from earlier loads.
 double Seconds(const std::string& path, bool fails) {
-  double least = 1e9;
-  for (int n = 0; n < 3; ++n) {
+  void* page = mmap(nullptr, sizeof(double), PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  auto* const seconds = static_cast<double*>(page);
+  if (fork() == 0) {
     const std::clock_t start = std::clock();
-    const host::File file(zonLoadFile(path.c_str(), 1));
+    void* file = zonLoadFile(path.c_str(), 1);
     if (zonGetErrorGlb() == 0) zonExplore(file, Count);
-    least = std::min(least, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-    EXPECT_EQ(zonGetRoot(file) == nullptr, fails);
+    *seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    _exit(zonGetRoot(file) == nullptr ? 1 : 0);
   }
-  return least;
+  int status = 0;
+  wait(&status);
+  EXPECT_EQ(status, fails ? 0x100 : 0) << path;
+  const double result = *seconds;
+  munmap(page, sizeof(double));
+  return result;
 }
 
 // The text with this many pieces in its middle loads within a second, and in about half of the time
@@ -77,19 +87,22 @@ TEST(Size, TimeGrowsWithTheFile) {
               {"[A] n", "0123456789abcdef", " = EndSect", false, kSixteens},
               {"[A] k = |", "0123456789abcdef", "| EndSect", false, kSixteens}};
   for (const auto& row : rows) {
-    const std::string whole = row.front + Repeat(row.piece, row.times) + row.end;
-    const std::string half = row.front + Repeat(row.piece, row.times / 2) + row.end;
-    const std::string paths[] = {host::WriteFile("whole.zon", whole),
-                                 host::WriteFile("half.zon", half)};
-    // A machine that has other things to do is asked again.
-    bool good = false;
-    double ofWhole = 0, ofHalf = 0;
-    for (int attempt = 0; attempt < 5 && !good; ++attempt) {
-      ofWhole = Seconds(paths[0], row.fails);
-      ofHalf = Seconds(paths[1], row.fails);
-      good = ofWhole < (kIsRelease ? 1 : 60) && ofWhole < 2.3 * ofHalf + 0.03;
+    std::string paths[2];
+    for (const int half : {0, 1}) {
+      paths[half] = host::WriteFile(half != 0 ? "half.zon" : "whole.zon",
+                                    row.front + Repeat(row.piece, row.times >> half) + row.end);
     }
-    EXPECT_TRUE(good) << row.front << row.piece << ": " << ofHalf << " and " << ofWhole << " s";
+    // The least of a few counts, as few as will do: other processes only ever add to it.
+    double least[] = {1e9, 1e9};
+    const auto isFine = [&] {
+      return least[0] < (kIsRelease ? 1 : 60) && least[0] < 2.3 * least[1] + 0.03;
+    };
+    for (int n = 0; n < 20 && (n < 2 || !isFine()); ++n) {
+      for (const int half : {0, 1}) {
+        least[half] = std::min(least[half], Seconds(paths[half], row.fails));
+      }
+    }
+    EXPECT_TRUE(isFine()) << row.front << row.piece << " " << least[0] << " " << least[1];
   }
 }
 
