@@ -1,8 +1,8 @@
 // The scanner: characters into tokens. Tested by tests/scanner_test.cpp.
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <stdexcept>
+#include <string_view>
 
 #include "base/zonchars.h"
 #include "reader/yysource.h"
@@ -24,7 +24,7 @@ constexpr ReservedWord kReservedWords[] = {
 
 int WordToken(std::string_view word) {
   if (word.size() < 4 || word.size() > 7) return IDENTIFIER;
-  if (std::memchr("tTfFeEdD", word[0], 8) == nullptr) return IDENTIFIER;
+  if (std::string_view("tTfFeEdD").find(word[0]) == std::string_view::npos) return IDENTIFIER;
   for (const ReservedWord& reserved : kReservedWords) {
     if (zon::EqualNoCase(word, reserved.word)) return reserved.token;
   }
