@@ -452,7 +452,8 @@ ZON_API int zonGetParamResultFilePath(void* node, const char* keyword, const cha
 /* ---- One keyword in one call --------------------------------------------------------------------
  * Reading finds a keyword of a section by name and instance, and its value by number. It gives 1
  * when the value was stored, 0 when there is none. Writing adds a keyword with one value to the
- * section that is open and gives 1, or 0 for a bad handle.
+ * section that is open and gives 1, or 0 for a bad handle and for want of memory (1005 both; for
+ * want of memory the keyword may stand without its value, never a value at another keyword).
  *
  * Success is judged by the process-wide code alone. While an older error is pending, reading stores
  * nothing and gives 0, and writing adds the keyword without its value and gives 0: call

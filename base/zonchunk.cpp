@@ -23,7 +23,7 @@ constexpr std::size_t kHugePage = std::size_t{2} << 20;
 #if defined(__SANITIZE_ADDRESS__) || defined(ZON_MALLOC_ALONE)
 constexpr std::size_t kLargestOfMalloc = SIZE_MAX;
 #else
-constexpr std::size_t kLargestOfMalloc = std::size_t{64} << 10;
+constexpr std::size_t kLargestOfMalloc = kChunkSizes[4];
 #endif
 
 // Pieces of one size that wait to be used again, at most eight. Hosts load one file after the other,
@@ -54,8 +54,9 @@ class Waiting {
   std::atomic<void*> places_[8] = {};
 };
 
-Waiting waiting[] = {Waiting(std::size_t{256} << 10), Waiting(std::size_t{1} << 20),
-                     Waiting(std::size_t{4} << 20)};
+// The sizes that malloc does not serve.
+Waiting waiting[] = {Waiting(kChunkSizes[5]), Waiting(kChunkSizes[6]), Waiting(kChunkSizes[7])};
+static_assert(std::size(kChunkSizes) == 8, "each larger size has its place here");
 
 Waiting* WaitingFor(std::size_t size) {
   for (Waiting& each : waiting) {

@@ -1,7 +1,7 @@
 // Does one thing a number of times, for tools that count instructions; what two runs differ by is
 // free of the start-up.
 //
-//     zon_once load|write|lookup TIMES
+//     zon_once load|read|write|lookup TIMES
 //
 // Prints how many values one time handles.
 #include <cstdio>

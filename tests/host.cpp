@@ -1,5 +1,6 @@
 #include "host.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -91,6 +92,22 @@ void FailAllocation(long n) {
 std::chrono::seconds Seconds(int seconds) {
   const char* factor = std::getenv("ZON_PATIENCE");
   return std::chrono::seconds(seconds * (factor != nullptr ? std::atoi(factor) : 1));
+}
+
+int LowestFreeFile() {
+  const int file = dup(0);
+  close(file);
+  return file;
+}
+
+bool OnSmallStack(void* (*body)(void*)) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
+  pthread_t thread;
+  const bool started = pthread_create(&thread, &attributes, body, nullptr) == 0;
+  pthread_attr_destroy(&attributes);
+  return started && pthread_join(thread, nullptr) == 0;
 }
 
 std::string FolderPath() {

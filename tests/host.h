@@ -28,6 +28,12 @@ void FailAllocation(long n);
 // Not 0 while one of the hooks is at work: then it is not the library that wants memory.
 extern int atWork;
 
+// The descriptor that the next file would get: the same again shows that none was left open.
+int LowestFreeFile();
+
+// Runs the body in a thread with a stack of 256 KiB; false if there is no such thread.
+bool OnSmallStack(void* (*body)(void*));
+
 // How long is too long; the environment may give a slow tool more by the factor ZON_PATIENCE.
 std::chrono::seconds Seconds(int seconds);
 

@@ -83,16 +83,10 @@ namespace {
 
 using namespace std::string_literals;
 
-int LowestFreeFile() {
-  const int file = dup(0);
-  close(file);
-  return file;
-}
-
 // Does it with a fault in the n-th call, for n = 1, 2 and so on until none is met any more.
 template <class F>
 void Inject(Call call, int fault, bool all, F&& attempt) {
-  const int descriptor = LowestFreeFile();
+  const int descriptor = host::LowestFreeFile();
   int met = 0;
   for (int n = 1; n < 100000; ++n, ++met) {
     faults[call] = fault;
@@ -104,7 +98,7 @@ void Inject(Call call, int fault, bool all, F&& attempt) {
     if (fired == 0) break;
   }
   EXPECT_GT(met, 0) << call << ": no such call any more";
-  EXPECT_EQ(LowestFreeFile(), descriptor) << call;
+  EXPECT_EQ(host::LowestFreeFile(), descriptor) << call;
 }
 
 void Calm() {

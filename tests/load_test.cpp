@@ -19,12 +19,6 @@ namespace {
 
 using namespace std::string_literals;
 
-int LowestFreeFile() {
-  const int file = dup(0);
-  close(file);
-  return file;
-}
-
 // The code; characters, lines, comments and tokens, and whether there is a tree, if there is a
 // handle; and each report.
 std::string Outcome(const std::string& name, int quiet) {
@@ -121,7 +115,7 @@ TEST(Load, PipeInPieces) {
 // Wherever a file is cut off, there is a message unless all that is left is white space and
 // comments. And nothing stays behind: no descriptor, no memory.
 TEST(Load, FilesCutAnywhere) {
-  const int descriptor = LowestFreeFile();
+  const int descriptor = host::LowestFreeFile();
   std::size_t before = 0;
   for (int round = 0; round < 2; ++round) {
     before = mallinfo2().uordblks;
@@ -134,7 +128,7 @@ TEST(Load, FilesCutAnywhere) {
       EXPECT_EQ(host::SyntaxError(file).empty(), whole) << kRich.substr(0, size);
     }
   }
-  EXPECT_EQ(LowestFreeFile(), descriptor);
+  EXPECT_EQ(host::LowestFreeFile(), descriptor);
   EXPECT_EQ(mallinfo2().uordblks, before);
 }
 

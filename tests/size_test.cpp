@@ -1,6 +1,5 @@
 // Large and deep files: what they cost in time, in memory and of the stack.
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -132,12 +131,7 @@ TEST(Size, DepthOfFilesAndBuiltTreesCostsNoStack) {
     EXPECT_EQ(zoneDeleteNode(copy), 0);
     return nullptr;
   };
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, goDeep, nullptr), 0);
-  pthread_join(thread, nullptr);
+  ASSERT_TRUE(host::OnSmallStack(goDeep));
 }
 
 long Status(const char* name) {

@@ -1,6 +1,5 @@
 // Nodes: their kinds, lists and names, the order of visits, copies, the end of a tree, depth, size.
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <deque>
 #include <memory>
@@ -306,12 +305,7 @@ TEST(Size, DepthCostsNoStack) {
     EXPECT_EQ(counted, 1000004U);
     return nullptr;
   };
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, goDeep, nullptr), 0);
-  pthread_join(thread, nullptr);
+  ASSERT_TRUE(host::OnSmallStack(goDeep));
 }
 
 // Walking along the siblings for each of them would take minutes here.

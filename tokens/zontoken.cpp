@@ -41,7 +41,7 @@ constexpr int kOpenBraces = -3;
 // the zero, which stands behind the buffered characters.
 using Classes = unsigned;
 constexpr Classes kLetter = 1;
-constexpr Classes kNumber = 4;  // begins one
+constexpr Classes kNumber = 2;  // begins one
 constexpr Classes kBlank = 8;
 constexpr Classes kInLine = 16;
 constexpr Classes kInString = 32;
