@@ -129,6 +129,12 @@ inline CzonTargetList& RootOfTree(CzonNode& node) {
   return *root;
 }
 
+// The resolved path of a file name; the empty text for a bad node, after a report.
+inline const char* CheckedFilename(void* node) {
+  auto* n = Check<CzonNode>(node);
+  return n != nullptr ? n->GetFilename() : "";
+}
+
 // A null text counts as the empty text.
 inline const char* TextOf(const char* text) {
   return text != nullptr ? text : "";

@@ -62,7 +62,8 @@ int zonGetAnchorFilename2(void* node, char* buffer, int size) {
 }
 
 int zonGetFilename2(void* node, char* buffer, int size) {
-  return zon::CopyOut(zonGetFilename(node), buffer, size);
+  return zon::Guarded(zon::kErrNode, -2,
+                      [&] { return zon::CopyOut(zon::CheckedFilename(node), buffer, size); });
 }
 
 }  // extern "C"

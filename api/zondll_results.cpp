@@ -63,7 +63,7 @@ Result ResultFolder(void* node) {
 Result ResultPath(void* node) {
   if (node == nullptr) return {};
   if (!zonIsString(node)) {
-    const char* path = zonGetFilename(node);
+    const char* path = zon::CheckedFilename(node);
     return path != nullptr ? Result{true, path} : Result{};
   }
   Result path = ResultFolder(node);

@@ -40,6 +40,13 @@ bool WriteAll(int file, const std::vector<std::string_view>& pieces) {
   return true;
 }
 
+// Some file systems tell only at a close that there was no room. A second descriptor is closed for
+// that, while the first can still cut back.
+bool HasArrived(int file) {
+  const int second = fcntl(file, F_DUPFD_CLOEXEC, 0);
+  return second < 0 || close(second) == 0 || errno == EINTR;
+}
+
 // Should even this fail, there is nothing left to try.
 void CutBack(int file, off_t size) {
   int result;
@@ -61,7 +68,7 @@ bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   if (!IsOpen()) return false;
   struct stat before {};
   const bool regular = fstat(file_, &before) == 0 && S_ISREG(before.st_mode);
-  if (WriteAll(file_, pieces)) return true;
+  if (WriteAll(file_, pieces) && HasArrived(file_)) return true;
   if (regular) CutBack(file_, before.st_size);
   return false;
 }

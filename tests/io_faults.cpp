@@ -188,6 +188,12 @@ TEST(Io, FaultsOfWriting) {
       });
     }
   }
+  // Want of room that only a close tells.
+  faults[kClose] = ENOSPC;
+  until[kClose] = 1;
+  zonWrite(file, target.c_str());
+  Calm();
+  EXPECT_EQ(host::Timeless(target), "; kept");
 }
 
 // A name that leads to a file, or to none, over a link.
