@@ -28,7 +28,7 @@ LETTERS = {
 # What harbour.zon has not: words that only look like headers and ends, and lists over several lines.
 HARD = """[a] // [x]
    k = '[y] EndSect', |EndSect|, /* EndSect
-[z] */
+  [z] */
       -2, 'a
 b', true
    [B()] {EndSect} EndSection = 1 ENDSECT
