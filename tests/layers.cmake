@@ -30,8 +30,9 @@ foreach(folder base tree text tokens paths reader api editing equivalence)
   endforeach()
 endforeach()
 
-# Tests, fuzzers, examples and benchmarks are hosts: they see the two public headers alone.
-file(GLOB hosts ${ROOT}/tests/*.cpp ${ROOT}/tests/*.h ${ROOT}/tests/*.c ${ROOT}/fuzz/*.h ${ROOT}/fuzz/*.cpp ${ROOT}/examples/*.c* ${ROOT}/bench/*.cpp)
+# Tests, fuzzers, examples, benchmarks and the tool are hosts: they see the two public headers alone.
+file(GLOB hosts ${ROOT}/tests/*.cpp ${ROOT}/tests/*.h ${ROOT}/tests/*.c ${ROOT}/fuzz/*.h ${ROOT}/fuzz/*.cpp ${ROOT}/examples/*.c* ${ROOT}/bench/*.cpp
+  ${ROOT}/tool/*.h ${ROOT}/tool/*.cpp)
 foreach(file IN LISTS hosts)
   file(STRINGS ${file} includes REGEX "^#include [\"<](base|tree|text|tokens|paths|reader|api)/")
   foreach(line IN LISTS includes)

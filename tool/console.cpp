@@ -1,0 +1,84 @@
+#include "tool/console.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace tool {
+namespace {
+
+constexpr char kBold[] = "\033[1m", kRed[] = "\033[1;31m", kGreen[] = "\033[1;32m";
+
+bool coloured = false;
+
+std::string Coloured(const char* color, std::string_view text) {
+  if (!coloured) return std::string(text);
+  return color + std::string(text) + "\033[m";
+}
+
+void Put(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+// What a terminal shows of a line, and where the column stands in it: a part of a long line, control
+// characters as blanks. Bytes that go on with a character take no column of their own.
+std::string Underlined(std::string_view line, std::size_t column) {
+  constexpr std::size_t kWidth = 120;
+  const std::size_t caret = std::min(column - 1, line.size());
+  const std::size_t start = caret < kWidth ? 0 : caret - kWidth / 2;
+  std::string shown, pad;
+  for (std::size_t n = start; n < std::min(line.size(), start + kWidth); ++n) {
+    const auto byte = static_cast<unsigned char>(line[n]);
+    shown += byte < ' ' || byte == 127 ? ' ' : line[n];
+    if (n < caret && (byte & 0xC0) != 0x80) pad += ' ';
+  }
+  return "  " + shown + "\n  " + pad + Coloured(kGreen, "^") + "\n";
+}
+
+}  // namespace
+
+void UseColor(const std::string& when) {
+  const char* refused = std::getenv("NO_COLOR");
+  const bool wanted = isatty(STDERR_FILENO) != 0 && (refused == nullptr || *refused == '\0');
+  coloured = when == "always" || (when == "auto" && wanted);
+}
+
+void Say(std::string_view text) {
+  Put(Coloured(kBold, "zon:") + " " + std::string(text) + "\n");
+}
+
+void Diagnose(const Place& place, std::string_view text, std::string_view line) {
+  const std::string where =
+      place.file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ":";
+  Put(Coloured(kBold, where) + " " + Coloured(kRed, "error:") + " " + std::string(text) + "\n" +
+      Underlined(line, place.column));
+}
+
+Progress::Progress(std::string name) : name_(std::move(name)) {
+  if (isatty(STDERR_FILENO) != 0) thread_ = std::thread([this] { Show(); });
+}
+
+Progress::~Progress() {
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    done_ = true;
+  }
+  ending_.notify_one();
+  thread_.join();
+}
+
+void Progress::Show() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  int seconds = 0;
+  while (!ending_.wait_for(lock, std::chrono::seconds(1), [this] { return done_; })) {
+    Put("\r" + name_ + ": reading, " + std::to_string(++seconds) + " s");
+  }
+  if (seconds > 0) Put("\r\033[K");
+}
+
+}  // namespace tool

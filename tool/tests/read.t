@@ -1,0 +1,143 @@
+  $ cd "$EXAMPLES"
+
+A sound file is passed over in silence, and all files are looked at:
+
+  $ zon check harbour.zon harbour-template.zon
+  $ zon check harbour-faulty.zon nowhere.zon harbour.zon
+  harbour-faulty.zon:9:49: error: Missing |
+       Input = 'weather',  |data\weather\tuesday.csv
+                                                    ^
+  zon: nowhere.zon: Error opening file. (ERR_FILE_OPEN , 1001)
+  [2]
+
+The caret stands under the last character that was read, of long lines as well, whatever they hold:
+
+  $ zon check - <<'E'
+  > [A] {größer}
+  > 	k = 'ä', ?
+  > EndSect
+  > E
+  stdin:2:12: error: syntax error
+     k = 'ä', ?
+              ^
+  [1]
+  $ (printf '[A] k = '; yes 1, | head -n 200 | tr -d '\n'; printf ']]') | zon check -
+  stdin:1:409: error: syntax error
+    1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,]]
+                                                                ^
+  [1]
+
+An error behind a whole section is one too, and so is an end that comes too early:
+
+  $ printf '[A] EndSect\n?\n' | zon check -
+  stdin:2:1: error: syntax error
+    ?
+    ^
+  [1]
+  $ printf '[A]\n  k = 1' | zon get - A/k
+  stdin:2:7: error: syntax error
+      k = 1
+          ^
+  [1]
+
+Values are found by the path of their keyword, with either separator, in any letter case:
+
+  $ zon get harbour.zon Quay:2/length
+  96.5
+  $ zon get harbour.zon quay:1.BERTH:2.crane.lift 2
+  2.1
+  $ zon get harbour.zon Run/Tolerance --type
+  real	1.e-3
+  real	2.5E-6
+  real	1e-4
+  $ zon get harbour.zon Harbour/Survey --type
+  datetime	2030-09-02 08:30:00
+  string	lead line
+  unknown\t (esc)
+  $ zon get harbour.zon Harbour/Depths 2 | wc -lc
+        1       1
+  $ zon get harbour.zon Harbour/Entrance/Pilotage/Call --type
+  list	'<CLOB:String:"Ellersund pilot",Integer:12,Boolean:true>'
+  $ zon get harbour.zon Traffic/Ship/Name
+  Anna 'Lucky' Berg
+
+File names as they stand, and as paths; those of standard input count from the working directory:
+
+  $ zon get harbour.zon Run/Input:3 2
+  ..\shared\.\fleet.csv
+  $ zon get --resolved harbour.zon Run/Input:3 2 | sed "s|$(dirname "$PWD")|ABOVE|"
+  ABOVE/shared/fleet.csv
+  $ cat harbour.zon | zon get --resolved - Run/Input:3 2 | sed "s|$(dirname "$PWD")|ABOVE|"
+  ABOVE/shared/fleet.csv
+  $ cd / && zon results "$EXAMPLES/harbour.zon" | sed "s|$(dirname "$EXAMPLES")|ABOVE|"; cd "$EXAMPLES"
+  ABOVE/runs/*/examples/harbour.zon - Result Files/ (glob)
+  $ zon results - < harbour.zon | sed "s|$(dirname "$PWD")|ABOVE|"
+  ABOVE/runs//stdin - Result Files/
+  $ printf '[SYSTEM] UseCustomResultFolder = true CustomResultFolder = |/tmp/x| EndSect' | zon results -
+  /tmp/x
+  $ zon results - < harbour-plain.zon | sed "s|$PWD|HERE|"
+  HERE/stdin - Result Files/
+
+What is not there:
+
+  $ zon get harbour.zon Run/Inpt
+  zon: harbour.zon: there is no keyword Run/Inpt
+  [1]
+  $ zon get harbour.zon Title
+  zon: harbour.zon: there is no keyword Title
+  [1]
+  $ zon get harbour.zon Run/Title:2
+  zon: harbour.zon: there is no keyword Run/Title:2
+  [1]
+  $ zon get harbour.zon Run/Title 2
+  zon: harbour.zon: Run/Title has 1 value
+  [1]
+  $ zon list harbour.zon Run/Entrance
+  zon: harbour.zon: there is no section Run/Entrance
+  [1]
+
+A listing is made of paths:
+
+  $ zon list harbour.zon
+  SYSTEM/
+  Run/
+  Harbour/
+  Quay:1/
+  Quay:2/
+  QUAY:3/
+  Traffic/
+  Tariff/
+  $ zon list harbour.zon Quay:2/ -rv
+  Quay:2/Name = 'Ferry Stage'
+  Quay:2/Length = 96.5
+  Quay:2/Bollard = 1, 12.0
+  Quay:2/Rails = false
+  Quay:2/Berth/
+  Quay:2/Berth/Number = 3
+  Quay:2/Berth/Draught = 4.1
+  Quay:2/Berth/Foreman = 'O''Rane',  (re)
+  Quay:2/Berth/Reserved:1 = #2031-02-14 05:00:00#, #2031-02-14 09:00:00#
+  Quay:2/Berth/Reserved:2 = #2031-02-14 15:00:00#, #2031-02-14 21:00:00#
+  $ zon list -r harbour.zon | grep -v '/$' | while read -r path; do
+  >   zon get harbour.zon "$path" >/dev/null || echo "$path"
+  > done
+
+Tokens, one a line; reading goes on behind an error:
+
+  $ printf "[A] k = 1, , 'a\nb\\\\' f = |c\\d| EndSect" | zon tokens -
+  section A
+  keyword k
+  integer 1
+  undefined
+  string a\nb\\
+  keyword f
+  filename c\\d
+  EndSect
+  $ zon tokens nowhere.zon
+  zon: nowhere.zon: Error opening file. (ERR_FILE_OPEN , 1001)
+  [2]
+  $ zon tokens - < harbour.zon
+  stdin:5:60: error: Format error. Expected start of section '['
+       each value has to be. /* Comments of this form nest, */ so this one ends here. */
+                                                               ^
+  [1]

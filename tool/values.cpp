@@ -1,0 +1,60 @@
+#include "tool/values.h"
+
+#include <sstream>
+
+#include <zon.h>
+#include <zonclasses.h>
+
+namespace tool {
+
+const char* KindOf(void* value) {
+  if (zonIsClob(value) != 0) return "list";
+  switch (zonGetSyntaxClass(value)) {
+    case kZonInt:
+      return "integer";
+    case kZonReal:
+      return "real";
+    case kZonBool:
+      return "boolean";
+    case kZonString:
+      return "string";
+    case kZonFilename:
+      return zonIsFilename(value) != 0 ? "filename" : "datetime";
+    case kZonDefaultPar:
+      return "default";
+    case kZonSubstit:
+      return "substitution";
+    case kZonUnknown:
+      return "unknown";
+    default:
+      return "undefined";
+  }
+}
+
+std::string WrittenForm(void* value) {
+  std::ostringstream text;
+  static_cast<CzonNode*>(static_cast<CzonBase*>(value))->Write(text);
+  return text.str();
+}
+
+std::string PlainForm(void* value) {
+  if (zonIsClob(value) == 0 && zonIsString(value) != 0) return zonGetString(value);
+  if (zonIsFilename(value) != 0) return zonGetFilenameString(value);
+  const std::string text = WrittenForm(value);
+  return text.size() > 1 && text.front() == '#' ? text.substr(1, text.size() - 2) : text;
+}
+
+std::string WrittenValues(void* keyword) {
+  std::string text;
+  for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
+    text += (n > 1 ? ", " : "") + WrittenForm(value);
+  }
+  return text;
+}
+
+std::string NameOf(void* node) {
+  const std::string name = zonGetName(node);
+  return zonGetNoInstances(node) > 1 ? name + ":" + std::to_string(zonGetInstanceNo(node)) : name;
+}
+
+}  // namespace tool

@@ -1,0 +1,27 @@
+// What the commands tell about a node.
+#ifndef ZON_TOOL_VALUES_H
+#define ZON_TOOL_VALUES_H
+
+#include <string>
+
+namespace tool {
+
+// "integer", "real", "boolean", "string", "filename", "datetime", "substitution", "list" (a packed
+// one), "default" (a placeholder), "unknown" (a remark alone), "undefined" (an empty place).
+const char* KindOf(void* value);
+
+// A value as it is written in a file.
+std::string WrittenForm(void* value);
+
+// A value as a script wants it: texts, file names and date-times without their marks.
+std::string PlainForm(void* value);
+
+// The values of a keyword as they are written, with commas between.
+std::string WrittenValues(void* keyword);
+
+// "Quay:2", or the name alone where there is no other of it.
+std::string NameOf(void* node);
+
+}  // namespace tool
+
+#endif
