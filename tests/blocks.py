@@ -1,0 +1,159 @@
+#!/usr/bin/env python3
+"""Tries every fenced block of the manual as it stands: README.md and its kin at the root, and docs/.
+
+    c, cpp    a whole program: compiled without a warning, run in a folder that holds a copy of examples/.
+              A block of text behind a line that ends in "prints:" is what it prints.
+    zon       a parameter file that loads; or one that does not, and a block of text behind a line that
+              ends in "error:" is then the diagnostic, "name:line:position: message".
+    console   lines "$ command" with what each prints, run in a copy of examples/ with the tool zon.
+    ebnf      each name is defined once, and each but the first is used.
+
+Any other block is a fault, and so is a link to a file that is not there. What is only to be looked at
+stands indented, without a fence.
+"""
+import argparse
+import concurrent.futures
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror".split()
+FENCE = re.compile(r"^```([^\n]*)\n(.*?)^```$", re.M | re.S)
+LINK = re.compile(r"\]\(([^)#:]+)(?:#[^)]*)?\)")
+BEFORE_TEXT = {"c": "prints:", "cpp": "prints:", "zon": "error:"}
+
+# Says how loading a file went, as the manual does.
+LOADER = r"""
+#include <stdio.h>
+#include <zon.h>
+int main(int argc, char** argv) {
+  void* file = zonLoadFile(argc > 1 ? argv[1] : "", 1);
+  unsigned line = 0, position = 0;
+  const char* message = zonGetSyntaxErr(file, &line, &position, NULL);
+  if (line != 0) printf("%s:%u:%u: %s\n", argv[1], line, position, message);
+  if (file != NULL) zonClose(&file);
+  return 0;
+}
+"""
+
+
+class Block:
+    def __init__(self, file, line, kind, body):
+        self.place, self.kind, self.body, self.expected = f"{file}:{line}", kind, body, None
+
+
+def blocks_of(file):
+    """The blocks of a file, each with the text that is expected of it, and the faults of the file."""
+    text, blocks, faults, last, end = file.read_text(), [], [], None, 0
+    name = file.relative_to(ROOT)
+    for match in FENCE.finditer(text):
+        kind, body, between = match[1], match[2], text[end:match.start()].strip()
+        block = Block(name, text.count("\n", 0, match.start()) + 1, kind, body)
+        if kind == "text":
+            if last is None or "\n" in between or not between.endswith(BEFORE_TEXT.get(last.kind, "\0")):
+                faults.append(f"{block.place}: text that belongs to no block before it")
+            else:
+                last.expected = body
+        elif kind not in TRIES:
+            faults.append(f"{block.place}: nobody knows how to try '{kind}'")
+        else:
+            blocks.append(block)
+        last, end = block if kind != "text" else None, match.end()
+    prose = FENCE.sub("", text)
+    if "```" in prose:
+        faults.append(f"{name}: a fence that is indented or has no other end")
+    faults += [f"{name}: no {link}" for link in LINK.findall(prose) if not (file.parent / link).exists()]
+    return blocks, faults
+
+
+def run(command, folder, env=None):
+    done = subprocess.run(command, cwd=folder, env=env, text=True, errors="replace", timeout=120,
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    return done.returncode, done.stdout
+
+
+def differs(expected, got):
+    return None if expected == got else f"expected\n{expected}got\n{got}"
+
+
+def compile_program(options, kind, source, folder):
+    path = folder / f"program.{kind}"
+    path.write_text(source)
+    compiler = [options.cc, "-std=c99", *shlex.split(options.cflags)] if kind == "c" else \
+               [options.cxx, "-std=c++17", *shlex.split(options.cxxflags)]
+    return run([*compiler, *WARNINGS, f"-I{ROOT}", f"-I{ROOT}/api", path, "-o", folder / "program",
+                f"-L{options.build}", "-lzon", f"-Wl,-rpath,{options.build}"], folder)
+
+
+def try_program(options, block, folder):
+    status, told = compile_program(options, block.kind, block.body, folder)
+    if status == 0:
+        shutil.copytree(ROOT / "examples", folder / "examples")
+        status, told = run([folder / "program"], folder)
+    return f"exit status {status}\n{told}" if status != 0 else differs(block.expected or told, told)
+
+
+def try_file(options, block, folder):
+    name = (block.expected or "block.zon").split(":")[0]
+    (folder / name).write_text(block.body)
+    status, told = run([options.loader / "program", name], folder)
+    return told if status != 0 else differs(block.expected or "", told)
+
+
+def try_console(options, block, folder):
+    shutil.copytree(ROOT / "examples", folder / "examples")
+    env = {**os.environ, "PATH": f"{options.build}/tool:{os.environ['PATH']}"}
+    commands = re.findall(r"^\$ .*", block.body, re.M)
+    got = [f"{line}\n{run(['sh', '-c', line[2:]], folder / 'examples', env)[1]}" for line in commands]
+    return differs(block.body, "".join(got))
+
+
+def try_grammar(_options, block, _folder):
+    bare = re.sub(r'"[^"]*"|\'[^\']*\'|\?[^?]*\?|\(\*.*?\*\)', "", block.body, flags=re.S)
+    defined, words = re.findall(r"(\w+)\s*=", bare), re.findall(r"\w+", bare)
+    faults = [word for word in set(words) if defined.count(word) != 1]
+    faults += [name for name in defined[1:] if words.count(name) < 2]
+    return f"not defined once, or not used: {sorted(faults)}" if faults or not defined else None
+
+
+TRIES = {"c": try_program, "cpp": try_program, "zon": try_file, "console": try_console, "ebnf": try_grammar}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    parser.add_argument("--build", required=True, type=pathlib.Path, help="the folder of the built library")
+    for name, default in ("cc", "cc"), ("cxx", "c++"), ("cflags", ""), ("cxxflags", ""):
+        parser.add_argument(f"--{name}", default=default)
+    options = parser.parse_args()
+    options.build = options.build.resolve()
+
+    found = [blocks_of(file) for file in (*sorted(ROOT.glob("*.md")), *sorted(ROOT.glob("docs/**/*.md")))]
+    blocks, faults = (sum(parts, []) for parts in zip(*found))
+    if not (options.build / "tool/zon").exists():
+        print("not tried, as the tool is not built:", *[b.place for b in blocks if b.kind == "console"])
+        blocks = [block for block in blocks if block.kind != "console"]
+    blocks.sort(key=lambda block: block.kind != "cpp")  # what takes longest begins
+
+    with tempfile.TemporaryDirectory() as scratch, concurrent.futures.ThreadPoolExecutor(2) as pool:
+        options.loader = pathlib.Path(tempfile.mkdtemp(dir=scratch))
+        status, told = compile_program(options, "c", LOADER, options.loader)
+        if status != 0:
+            sys.exit(told)
+
+        def attempt(block):
+            fault = TRIES[block.kind](options, block, pathlib.Path(tempfile.mkdtemp(dir=scratch)))
+            return [f"{block.place}: {fault}"] if fault else []
+
+        faults = sum(pool.map(attempt, blocks), list(faults))
+    print(*faults, f"{len(blocks)} blocks, {len(faults)} faults", sep="\n")
+    sys.exit(1 if faults or not blocks else 0)
+
+
+if __name__ == "__main__":
+    main()
