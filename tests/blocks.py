@@ -21,6 +21,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import types
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WARNINGS = "-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror".split()
@@ -43,18 +44,14 @@ int main(int argc, char** argv) {
 """
 
 
-class Block:
-    def __init__(self, file, line, kind, body):
-        self.place, self.kind, self.body, self.expected = f"{file}:{line}", kind, body, None
-
-
 def blocks_of(file):
     """The blocks of a file, each with the text that is expected of it, and the faults of the file."""
     text, blocks, faults, last, end = file.read_text(), [], [], None, 0
     name = file.relative_to(ROOT)
     for match in FENCE.finditer(text):
         kind, body, between = match[1], match[2], text[end:match.start()].strip()
-        block = Block(name, text.count("\n", 0, match.start()) + 1, kind, body)
+        place = f"{name}:{text.count(chr(10), 0, match.start()) + 1}"
+        block = types.SimpleNamespace(place=place, kind=kind, body=body, expected=None)
         if kind == "text":
             if last is None or "\n" in between or not between.endswith(BEFORE_TEXT.get(last.kind, "\0")):
                 faults.append(f"{block.place}: text that belongs to no block before it")
@@ -79,7 +76,7 @@ def run(command, folder, env=None):
 
 
 def differs(expected, got):
-    return None if expected == got else f"expected\n{expected}got\n{got}"
+    return expected != got and f"expected\n{expected}got\n{got}"
 
 
 def compile_program(options, kind, source, folder):
@@ -119,7 +116,7 @@ def try_grammar(_options, block, _folder):
     defined, words = re.findall(r"(\w+)\s*=", bare), re.findall(r"\w+", bare)
     faults = [word for word in set(words) if defined.count(word) != 1]
     faults += [name for name in defined[1:] if words.count(name) < 2]
-    return f"not defined once, or not used: {sorted(faults)}" if faults or not defined else None
+    return (faults or not defined) and f"not defined once, or not used: {sorted(faults)}"
 
 
 TRIES = {"c": try_program, "cpp": try_program, "zon": try_file, "console": try_console, "ebnf": try_grammar}
