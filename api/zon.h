@@ -54,8 +54,10 @@ ZON_API void* zonLoadFile(const char* fileName, int quiet);
  *  errors  *handle is no file handle: 1005, "Invalid zonHandle (CzonData)", pointer unchanged */
 ZON_API void zonClose(void** handle);
 
-/** Copies a parameter file so that its file names stay good: each is resolved against the source,
- *  and written relative to the target, behind whatever the target holds.
+/** Copies a parameter file behind whatever the target holds, its file names resolved against the
+ *  source and written relative to the target. Kept: that form counts the target's own name as a
+ *  folder, so a name that shares a folder with the target leads one folder too high when it is
+ *  read.
  *  returns  1; 0 if loading the source set a code, or the target could not be written
  *  errors   those of zonLoadFile, with its reports */
 ZON_API int zonFileCopy(const char* source, const char* target);

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <iostream>
+#include <string>
 
 #include <zon.h>
 #include <zonclasses.h>
@@ -17,29 +18,53 @@ void Resolve(CzonNode* node) {
   zonFileCopyCallBack(node);
 }
 
-// The first value that the written form does not keep.
-void* lost;
+// What the written form does not keep: the first value of the kind, told.
+std::string lost;
 
-void NoteLost(CzonNode* node) {
-  if (lost == nullptr && zonGetSyntaxClass(node) == kZonSubstit) lost = node;
+// The library writes an absolute name relative to the file's own name, and reads it relative to the
+// file's folder.
+void NoteLostFilename(CzonNode* node) {
+  const std::string text = zonGetFilenameString(node);
+  if (text.empty() || text.front() != '/') return;
+  const std::string path = zonGetFilename(node);
+  const std::string written = WrittenForm(node);
+  zonSetFilename(node, written.substr(1, written.size() - 2).c_str());
+  std::string found = zonGetFilename(node);
+  while (found.compare(0, 4, "/../") == 0) found.erase(0, 3);  // above the root is the root
+  if (found != path) lost = "the file name " + written + " leads to " + found + ", not to " + path;
+  zonSetFilename(node, text.c_str());
 }
 
-// Tells of it.
-Status WarnOfLoss(const Source& source) {
-  lost = nullptr;
+void NoteLost(CzonNode* node) {
+  if (!lost.empty()) return;
+  if (zonIsFilename(node) != 0) NoteLostFilename(node);
+  if (zonGetSyntaxClass(node) == kZonSubstit) {
+    lost =
+        "%" + WrittenForm(node) + " is written without its '%', and the text does not load again";
+  }
+}
+
+Status WarnOfLoss(const Source& source, const std::string& name) {
+  lost.clear();
   zonExplore(source.File(), NoteLost);
-  if (lost == nullptr) return kFine;
-  Say(source.From().Name() + ": substitutions such as %" + WrittenForm(lost) +
-      " are written without their '%'; the text does not load again");
+  if (lost.empty()) return kFine;
+  Say(name + ": " + lost);
   return kFindings;
 }
 
-// What zonFileCopy does, from a tree that is loaded already.
-bool WriteCopy(const Source& source, const char* target) {
-  zonExplore(source.File(), Resolve);
-  zonWrite(source.File(), target);
+bool IsWritten(const std::string& target) {
   struct stat facts {};
-  return stat(target, &facts) == 0 && facts.st_size > 0;
+  return stat(target.c_str(), &facts) == 0 && facts.st_size > 0;
+}
+
+// The library copies from file to file; what came through a pipe is written from its tree.
+bool WriteCopy(const Source& source, const std::string& target) {
+  const bool inMemory = source.From().IsInMemory();
+  const bool done = inMemory || zonFileCopy(source.From().Path().c_str(), target.c_str()) != 0;
+  zonExplore(source.File(), Resolve);
+  if (inMemory) zonWrite(source.File(), target.c_str());
+  zonSetAnchorFilename(source.Root(), target.c_str());
+  return done && IsWritten(target);
 }
 
 }  // namespace
@@ -52,9 +77,7 @@ Status Copy(const std::string& source, const std::string& target) {
   }
   const Source loaded(source);
   if (loaded.Problem() != kFine) return loaded.Problem();
-  const bool done = loaded.From().IsInMemory() ? WriteCopy(loaded, target.c_str())
-                                               : zonFileCopy(source.c_str(), target.c_str()) != 0;
-  if (done) return WarnOfLoss(loaded);
+  if (WriteCopy(loaded, target)) return WarnOfLoss(loaded, target);
   Say(target + ": cannot be written");
   return kTrouble;
 }
@@ -63,7 +86,7 @@ Status Format(const std::string& file) {
   const Source source(file);
   if (source.Problem() != kFine) return source.Problem();
   static_cast<CzonNode*>(static_cast<CzonBase*>(source.Root()))->Write(std::cout);
-  return WarnOfLoss(source);
+  return WarnOfLoss(source, source.From().Name());
 }
 
 }  // namespace tool

@@ -99,7 +99,7 @@ void AddCompare(CLI::App& app) {
 
 void AddCopy(CLI::App& app) {
   CLI::App* command =
-      Add(app, "copy", "Copy a file so that the file names in it lead to the same places",
+      Add(app, "copy", "Copy a file, its file names written anew for the place of the copy",
           "zon copy harbour.zon runs/monday.zon");
   static std::string source, target;
   command->add_option("SOURCE", source, "a parameter file, or -")->required();

@@ -53,17 +53,17 @@ Colour where it is asked for, and on a terminal:
   $ zon check harbour-faulty.zon 2>&1 | grep -c '\[1'
   0
   [1]
-  $ script -qec 'zon check harbour-faulty.zon' /dev/null | grep -c '\[1;31merror:'
+  $ script -qec 'zon check harbour-faulty.zon' /dev/null </dev/null | grep -c '\[1;31merror:'
   1
-  $ NO_COLOR=1 script -qec 'zon check harbour-faulty.zon' /dev/null | grep -c '\[1'
+  $ NO_COLOR=1 script -qec 'zon check harbour-faulty.zon' /dev/null </dev/null | grep -c '\[1'
   0
   [1]
 
 A person at a terminal is told when a file takes long:
 
   $ mkfifo "$CRAMTMP/slow"
-  $ (sleep 1.3; cat harbour.zon) > "$CRAMTMP/slow" &
-  $ script -qec "zon check $CRAMTMP/slow" /dev/null | sed 's/.*slow//' | cat -v
+  $ timeout 20 sh -c "(sleep 1.3; cat harbour.zon) > $CRAMTMP/slow" &
+  $ script -qec "zon check $CRAMTMP/slow" /dev/null </dev/null | sed 's/.*slow//' | cat -v
   : reading, 1 s^M^[[K (no-eol)
 
 Completion:

@@ -42,30 +42,32 @@ The written form is its own, and what it does not keep is told:
   $ grep -v ' %' harbour.zon > plain.zon
   $ zon fmt plain.zon > once.zon && zon fmt once.zon > twice.zon
   $ diff -I Created once.zon twice.zon
-  $ zon fmt harbour.zon | grep Scenario
-  zon: harbour.zon: substitutions such as %scenario are written without their '%'; the text does not load again
-     Scenario = scenario, 'winter'
   $ zon check once.zon
+  $ zon fmt harbour.zon | grep Scenario
+  zon: harbour.zon: %scenario is written without its '%', and the text does not load again
+     Scenario = scenario, 'winter'
+  $ hide() { sed "s|$PWD|HERE|g; s|$(dirname "$PWD")|ABOVE|g"; }
+  $ (echo "[A] k = |$PWD/x| EndSect"; echo '[B] k = |/srv/x| EndSect') > absolute.zon
+  $ zon fmt absolute.zon 2>&1 | grep '|..\\x|' | hide
+  zon: absolute.zon: the file name |..\x| leads to ABOVE/x, not to HERE/x
+     k = |..\x|
 
-A copy leads to the same files, and never goes behind another:
+A copy has the file names that the library makes for it, and those that go astray are told. It never
+goes behind another file:
 
-  $ mkdir runs && zon copy plain.zon runs/copy.zon
-  $ zon get --resolved harbour.zon Run/Input:2 2 > there
-  $ zon get --resolved runs/copy.zon Run/Input:2 2 | diff - there
-  1c1
-  < /tmp/cramtests-2r3hj102/data/weather/february.csv
-  ---
-  > /tmp/cramtests-2r3hj102/write.t/data/weather/february.csv
-  [1]
-  $ zon copy - runs/piped.zon < plain.zon
-  $ zon get --resolved runs/piped.zon Run/Input:2 2 | diff - there
-  1c1
-  < /tmp/cramtests-2r3hj102/data/weather/february.csv
-  ---
-  > /tmp/cramtests-2r3hj102/write.t/data/weather/february.csv
-  [1]
-  $ zon copy harbour.zon runs/copy.zon
-  zon: runs/copy.zon: exists; a copy would be written behind what it holds
+  $ mkdir -p runs/1
+  $ echo '[A] k = 1, |/srv/x| EndSect' > sound.zon
+  $ zon copy sound.zon runs/1/copy.zon && zon copy - runs/piped.zon < sound.zon
+  $ zon get --resolved runs/1/copy.zon A/k
+  1
+  /../srv/x
+  $ zon copy absolute.zon runs/2.zon 2>&1 | hide
+  zon: runs/2.zon: the file name |..\..\x| leads to ABOVE/x, not to HERE/x
+  $ zon copy - runs/3.zon < absolute.zon 2>&1 | hide
+  zon: runs/3.zon: the file name |..\..\x| leads to ABOVE/x, not to HERE/x
+  $ diff -I Created runs/2.zon runs/3.zon
+  $ zon copy sound.zon runs/2.zon
+  zon: runs/2.zon: exists; a copy would be written behind what it holds
   [2]
   $ zon copy harbour.zon nowhere/copy.zon
   zon: nowhere/copy.zon: cannot be written
@@ -76,7 +78,9 @@ A copy leads to the same files, and never goes behind another:
   $ zon copy harbour-faulty.zon runs/faulty.zon 2>/dev/null
   [1]
   $ ls runs
-  copy.zon
+  1
+  2.zon
+  3.zon
   piped.zon
 
 Every section is held against the template, one report each:
