@@ -1,25 +1,43 @@
-// A host in C++17 that hears the library and works with the classes as well.
+// A host in C++17 that works with the classes, and hears the library.
+#include <cstdio>
 #include <iostream>
-#include <string>
 
 #include <zon.h>
 #include <zonclasses.h>
 
 static int heard = 0;
-extern "C" void MessageHook(const char*) {
+void MessageHook(const char*) {
   ++heard;
 }
 
-int main() {
-  void* file = zonCreate();
-  zonAddTarget(file, "Model");
-  zonAddKeyword(file, "depth");
-  zonAddDouble(file, 2.5);
-  zonAddInt(nullptr, 1);
-  const auto* root = static_cast<CzonTargetList*>(static_cast<CzonBase*>(zonGetRoot(file)));
-  const CzonKeyword* keyword = root->SectionByName("MODEL")->KeywordByName("Depth");
-  std::cout << keyword->GetNameGlb() << " = " << keyword->ParamByNum(1)->GetDouble() << "\n";
-  const bool good = heard == 1 && zonGetErrorGlb() == 1005;
+static const CzonParam* Value(const CzonTargetList* section, const char* keyword) {
+  return dynamic_cast<const CzonSection&>(*section).KeywordByName(keyword)->ParamByNum(1);
+}
+
+int main(int argc, char** argv) {
+  void* file = argc > 2 ? zonLoadFile(argv[1], 1) : nullptr;
+  const auto* root = dynamic_cast<CzonTargetList*>(static_cast<CzonBase*>(zonGetRoot(file)));
+  if (root == nullptr) return 1;
+  std::cout << Value(root->SectionByName("HARBOUR"), "basins")->GetInt() << "\n";
+  double length = 0;
+  zonGetParam(zonTargetByNameNum(file, "Quay", 2), "Length", &length, 1, 1);
+  std::printf("%.2f\n", length);
+  std::fflush(stdout);
+  CString foreman;
+  zonGetParam(zonFindSectionByHandle(file, "Quay:2/Berth"), "Foreman", &foreman, 1, 1);
+  std::cout << foreman.GetString() << "\n";
+  const CzonTargetList* ship = root->SectionByName("Traffic")->SectionByName("Ship");
+  const auto* papers = dynamic_cast<const CzonFilename*>(Value(ship, "Papers"));
+  std::cout << (papers != nullptr ? papers->GetFilename() : "no file name") << "\n";
   zonClose(&file);
-  return good ? 0 : 1;
+  zonGetInt(nullptr);
+  if (heard != 1 || zonGetErrorGlb() != 1006) return 1;
+
+  file = zonLoadFile(argv[2], 1);
+  unsigned line = 0;
+  unsigned position = 0;
+  const char* message = zonGetSyntaxErr(file, &line, &position, nullptr);
+  std::cout << line << ":" << position << ": " << message << "\n";
+  zonClose(&file);
+  return 0;
 }

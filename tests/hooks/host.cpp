@@ -1,4 +1,4 @@
-// A host that defines all four hooks and hears the library in each: host FAULTY-FILE
+// A host that defines all four hooks and hears the library in each: host [FILE...] FAULTY-FILE
 #include <iostream>
 #include <string>
 
@@ -34,7 +34,7 @@ void* ReportArgInt(int value, void* rest) {
 
 int main(int argc, char** argv) {
   zonGetInt(nullptr);
-  void* file = zonLoadFile(argc > 1 ? argv[1] : "", 0);
+  void* file = zonLoadFile(argv[argc - 1], 0);
   if (file != nullptr) zonClose(&file);
   std::cout << heard << "\n";
   return heard == "Invalid zonNode; Error 1 Missing | harbour-faulty.zon 10 0" ? 0 : 1;
