@@ -1,4 +1,5 @@
-/* The flat interface of zon: reads, queries, builds and writes parameter files. C99 and C++17.
+/** @file
+ * The flat interface of zon: reads, queries, builds and writes parameter files. C99 and C++17.
  *
  * Handles. A file handle (made by zonLoadFile or zonCreate, ended by zonClose) stands for one
  * parameter file; a node handle for one node of its tree: the root, a section, a keyword or a
@@ -59,7 +60,7 @@ ZON_API void zonClose(void** handle);
  *  folder, so a name that shares a folder with the target leads one folder too high when it is
  *  read.
  *  returns  1; 0 if loading the source set a code, or the target could not be written
- *  errors   those of zonLoadFile, with its reports */
+ *  errors   1001, 1002 and 1003 as zonLoadFile, with its reports */
 ZON_API int zonFileCopy(const char* source, const char* target);
 
 /** The first error of a loaded file.
@@ -123,12 +124,12 @@ ZON_API void* zonTargetByNameNum(void* handle, const char* name, unsigned int n)
 /** Calls `visit` on every section, keyword, default definition and value in the order of the file,
  *  a node before what it holds; the root is left out. The visitor may query and may add nodes; it
  *  must not delete any, nor close the handle. A null visitor visits nothing.
- *  errors  as zonGetNoTargets; nothing is visited */
+ *  errors  1005 and 1006 as zonGetNoTargets; nothing is visited */
 ZON_API void zonExplore(void* handle, void (*visit)(CzonNode*));
 
 /** The section at the end of a path such as "Model/Grid:2": names separated by '/' or '.', each
  *  with ":n" for its n-th instance. Null for a miss and for an empty path.
- *  errors  as zonGetNoTargets; null */
+ *  errors  1005 and 1006 as zonGetNoTargets; null */
 ZON_API void* zonFindSectionByHandle(void* handle, const char* path);
 
 /** The same from a section downwards; an empty path gives the section itself. As '.' separates,
@@ -242,7 +243,8 @@ ZON_API int zonGetBool(void* node);
 /** The text between the quotes. Of a reference it is valid until the next call. (empty text) */
 ZON_API const char* zonGetString(void* node);
 
-/** Copies of the texts, as zonGetVersion2. A bad node gives a copy of the empty text and 0. */
+/** Copies of the texts, as zonGetVersion2: 0, or -1 without room. A bad node gives a copy of the
+ *  empty text and 0. */
 ZON_API int zonGetName2(void* node, char* buffer, int size);
 ZON_API int zonGetNameGlb2(void* node, char* buffer, int size);
 ZON_API int zonGetString2(void* node, char* buffer, int size);
@@ -257,7 +259,8 @@ ZON_API int zonGetString2(void* node, char* buffer, int size);
  *  "Function invalid in this context" for any other node; bad node: the empty text. */
 ZON_API char* zonGetFilename(void* node);
 
-/** The file name as it was written, otherwise as zonGetFilename. Valid until the value changes. */
+/** The file name as it was written. Valid until the value changes. Null with "Function invalid in
+ *  this context" for any other node; bad node: the empty text. */
 ZON_API const char* zonGetFilenameString(void* node);
 
 /** Replaces a file name. Any other node is left alone without a message. */
@@ -277,7 +280,7 @@ ZON_API const char* zonGetZonFileName(void* node);
  *  top of the tree is no file root. */
 ZON_API void zonSetAnchorFilename(void* node, const char* name);
 
-/** Copies of the texts, as zonGetVersion2. */
+/** Copies of the texts, as zonGetVersion2: 0, -1 without room, -2 where there is no text. */
 ZON_API int zonGetAnchorFilename2(void* node, char* buffer, int size);
 ZON_API int zonGetFilename2(void* node, char* buffer, int size);
 
@@ -461,7 +464,7 @@ ZON_API int zonGetParamResultFilePath(void* node, const char* keyword, const cha
  * nothing and gives 0, and writing adds the keyword without its value and gives 0: call
  * zonGetErrorGlb first. A refusal of the builder (no open section) sets no such code, so writing
  * gives 1: see zonGetErrorFromZonData. The codes are those of the functions for keywords and
- * values. */
+ * values: 1006 for a bad node, 1005 for a bad handle. */
 
 /** Add a keyword with a file name, or with the name of a result file as zonAddResultFilename. */
 ZON_API int zonPutParamFilename(void* handle, const char* keyword, const char* value);
@@ -560,7 +563,7 @@ ZON_API void* zonInsert(void* source, void* reference, int after);
 
 /** Add an empty CLOB to the current keyword; then items to the CLOB that was added last. Refusals
  *  as for zonAddInt, and "Missing current CLOB" without one, and "Invalid CLOB value" for infinity
- *  and NaN. */
+ *  and NaN. A bad handle: 1005, "Invalid zonHandle (CzonData)". With an S: 0, 2000 or 1005. */
 ZON_API void zonAddClob(void* handle);
 ZON_API int zonAddClobS(void* handle);
 ZON_API void zonAddClobBool(void* handle, int value);

@@ -48,9 +48,10 @@ class ZON_API CzonData : public CzonBase {
   void Error(const std::string& message);
 
   int GetErrorCode();  ///< the handle's code, 0 for none; clears it
-  const std::string& GetErrorMessage() const { return errorMessage_; }
-  void SetQuiet() { quiet_ = 1; }  ///< for good
+  const std::string& GetErrorMessage() const { return errorMessage_; }  ///< of the last refusal
+  void SetQuiet() { quiet_ = 1; }                                       ///< for good
 
+  /** The tree, and the cursor; null where there is none. */
   CzonTargetList* GetRoot() const { return root_; }
   CzonSection* GetCurrentSection() const { return section_; }
   CzonKeyword* GetCurrentKeyword() const { return keyword_; }
@@ -67,6 +68,7 @@ class ZON_API CzonData : public CzonBase {
   void OpenKeyword(CzonKeyword* keyword);
   bool HasSection();
 
+  // The memory for nodes of the tree: this handle's own, or that of the reader.
   zon::Store ownStore_;
   zon::Store* store_ = &ownStore_;
   CzonTargetList* root_ = nullptr;  // deleted with the handle

@@ -15,6 +15,7 @@ class ZON_API CzonLoad : public CzonData {
   explicit CzonLoad(std::unique_ptr<CzonParser> parser);  ///< null: nothing was read
   ~CzonLoad() override;
 
+  /** The reader with its counters and its error; null if nothing was read. */
   const CzonParser* GetParser() const { return parser_.get(); }
 
   // For the library's own use: the parser comes when the file has been read.

@@ -11,7 +11,7 @@
 class ZON_API CzonFilename : public CzonParam {
  public:
   CzonFilename() = default;
-  explicit CzonFilename(const std::string& text);
+  explicit CzonFilename(const std::string& text);  ///< the name as it is written
   ~CzonFilename() override;
 
   CzonNode* CreateObj() override;

@@ -38,10 +38,10 @@ class ZON_API CyyInput {
   /** Put, uncounted again. The end of the input cannot be put back: -1 is ignored. */
   void PutBack(int c);
 
-  int GetStatus() const { return status_; }  ///< 1 new, 0 open, 2 could not be opened
-  unsigned int GetNoChars() const { return characters_; }
-  unsigned int GetNoLines() const { return lines_; }      ///< the current line, from 1
-  unsigned int GetPosition() const { return position_; }  ///< characters of this line so far
+  int GetStatus() const { return status_; }                ///< 1 new, 0 open, 2 could not be opened
+  unsigned int GetNoChars() const { return characters_; }  ///< all that were taken so far
+  unsigned int GetNoLines() const { return lines_; }       ///< the current line, from 1
+  unsigned int GetPosition() const { return position_; }   ///< characters of this line so far
 
   // For scanners that take many characters at a time: a run without a newline, and a newline.
   void CountRun(std::size_t length) {
@@ -56,7 +56,7 @@ class ZON_API CyyInput {
   }
 
  protected:
-  int status_ = 1;
+  int status_ = 1;  // as GetStatus gives it
 
  private:
   unsigned int characters_ = 0;
@@ -69,7 +69,7 @@ class ZON_API CyyInput {
  *  its end. A directory does not open. */
 class ZON_API CyyStream : public CyyInput {
  public:
-  explicit CyyStream(const char* name);
+  explicit CyyStream(const char* name);  ///< see GetStatus for how it went
   ~CyyStream() override;
 
   int Get() override;

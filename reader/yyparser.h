@@ -13,6 +13,7 @@
 #include "base/zonstore.h"
 #include "reader/yyinput.h"
 
+/** What scanners and parsers share: the source, comments, the first error, token texts. */
 class ZON_API CyyParser {
  public:
   explicit CyyParser(CyyInput* input);  ///< takes the source over
@@ -20,6 +21,7 @@ class ZON_API CyyParser {
   CyyParser& operator=(const CyyParser&) = delete;
   virtual ~CyyParser();
 
+  /** The whole of the work; the next token; the grammar over the tokens. See CzonParser. */
   virtual int Parse(int keep) = 0;
   virtual int yylex() = 0;
   virtual int yyparse() = 0;
@@ -35,9 +37,10 @@ class ZON_API CyyParser {
   /** Records an error at the present place of the source. The first one stays. */
   void yyerror(const char* message);
 
-  void ClearTokens();
+  void ClearTokens();                         ///< forgets the token texts
   void WriteTokens(std::ostream& out) const;  ///< each on a line of its own
 
+  /** The first error, where it was noticed, and what was counted. */
   bool HasError() const { return hasError_; }
   const std::string& GetError() const { return error_; }    ///< empty while there is none
   unsigned int GetErrorLine() const { return errorLine_; }  ///< 0 while there is none
@@ -51,8 +54,8 @@ class ZON_API CyyParser {
   CyyStream* GetStream() const { return stream_; }
   CyyInput& Input() const { return *input_; }
 
-  zon::Store store_;  // token texts and whatever is made of them; goes last
-  std::vector<std::string_view> tokens_;
+  zon::Store store_;                      // token texts and whatever is made of them; goes last
+  std::vector<std::string_view> tokens_;  // the texts that are kept
 
  private:
   template <class Source>

@@ -36,6 +36,7 @@ enum CzonToken : int {
   FILENAME = 266
 };
 
+/** The scanner and parser of parameter files: makes the tree. */
 class ZON_API CzonParser : public CyyParser {
  public:
   explicit CzonParser(CyyInput* input);  ///< takes the source over

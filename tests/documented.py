@@ -1,99 +1,80 @@
 """Checks the comments of zon.h: documented.py SOURCE LIBRARY
 
-Every C function has to have a comment of its own. Then each is called with nothing and, where it takes a
-handle or a node first, with a handle and nodes of every kind: its comment, or that of its section of the
-header, has to name what came back for nothing ("null", "empty", the number), every code that was
-stored, and that it "ends the process" where it did.
-"""
+Each C function has one, is called with nothing and, where a handle or node comes first, with a handle and
+all kinds of nodes. The comment, or that of its section, names what nothing gave back ("null", "empty", a
+number, a text), every code that was stored, and that it "ends the process" where it did."""
 import ctypes
 import os
-import pathlib
 import re
 import sys
 
-TYPES = {"void": None, "int": ctypes.c_int, "unsigned int": ctypes.c_uint, "float": ctypes.c_float,
-         "double": ctypes.c_double, "const char*": ctypes.c_char_p, "char*": ctypes.c_char_p}
+RESULTS = {"void": None, "int": ctypes.c_int, "unsigned int": ctypes.c_uint, "float": ctypes.c_float,
+           "double": ctypes.c_double, "const char*": ctypes.c_char_p, "char*": ctypes.c_char_p}
+# c_void_p itself comes back as a number and goes in as an int.
+Pointer = type("Pointer", (ctypes.c_void_p,), {})
 
 
-def declared(header):
-    """(result, name, parameters, comment) of every C function, in order."""
+def declared(source):
+    """(result, name, parameters, comment, comment with that of the section) of every C function."""
     section = comment = ""
-    text = header.read_text().split('extern "C" {')[1].split("#ifdef __cplusplus\n}")[0]
-    for block in re.finditer(r"/\*.*?\*/|^ZON_API ([^;(]*?)(\w+)\(([^;]*)\);|\n(?=\n)", text, re.S | re.M):
-        words = block.group()
-        if words.startswith("/** "):
-            comment = words
-        elif words.startswith("/*"):
-            section, comment = words if "----" in words else section + words, ""
-        elif block.group(2):
-            yield block.group(1).strip(), block.group(2), block.group(3), comment and section + comment
-        else:
-            comment = ""
-
-
-class Pointer(ctypes.c_void_p):
-    """Not c_void_p itself, whose results come back as numbers and go in as an int."""
+    text = open(source + "/api/zon.h").read().split('extern "C" {')[1].split("#ifdef __cplusplus\n}")[0]
+    pieces = r"/\*.*?\*/|^ZON_API ([^;(]*?) ?(\w+)\(([^;]*)\);|\n(?=\n)"
+    for piece in re.finditer(pieces, text, re.S | re.M):
+        words = piece.group()
+        if piece.group(2):
+            yield (*piece.group(1, 2), re.split(r",\s+", piece.group(3)), comment, section + comment)
+        elif words.startswith("/* "):
+            section = words if words.startswith("/* --") else section + words
+        comment = words if words.startswith("/** ") else comment if piece.group(2) else ""
 
 
 def node(zon, tree, which):
-    """Nothing, a handle, the root, a section, and two keywords with a value each."""
     file = zon.zonLoadFile(tree, 1)
     quay = zon.zonTargetByNameNum(file, b"Quay", 1)
-    keywords = [zon.zonKeywordByNum(quay, n) for n in (1, 2)]
-    values = [zon.zonParamByNum(keyword, 1) for keyword in keywords]
-    return [None, file, zon.zonGetRoot(file), quay, *keywords, *values][which]
+    words = [zon.zonKeywordByNum(quay, n) for n in (1, 2)]
+    nodes = [zon.zonGetRoot(file), quay, *words, *(zon.zonParamByNum(word, 1) for word in words)]
+    return [None, file, *nodes][which]
 
 
 def call(zon, tree, result, name, parameters, which):
-    """What came back, the code that was stored, and the signal that ended the call, in a process of its own."""
     out, into = os.pipe()
     child = os.fork()
     if child == 0:
         os.dup2(os.open(os.devnull, os.O_WRONLY), 2)
-        arguments = [ctypes.c_double(0) if re.match(r"(double|float) \w", each) else None if "*" in each else 0
-                     for each in parameters.split(", ") if each not in ("void", "...")]
-        if which:
-            arguments[0] = node(zon, tree, which)
+        zero = {"double": ctypes.c_double(0), "float": ctypes.c_float(0)}
+        arguments = [None if "*" in each else zero.get(each.split()[0], 0) for each in parameters]
+        arguments = [node(zon, tree, which), *arguments[1:]] if which else arguments
         zon.zonGetErrorGlb()
-        function = getattr(zon, name)
-        function.restype = TYPES.get(result, Pointer)
-        value = function(*arguments)
-        value = None if isinstance(value, Pointer) and not value else value
-        os.write(into, repr((value if not isinstance(value, Pointer) else 1, zon.zonPeekErrorGlb())).encode())
+        getattr(zon, name).restype = RESULTS.get(result, Pointer)
+        value = getattr(zon, name)(*arguments)
+        if isinstance(value, bytes):
+            value = value.decode() or "empty"
+        value = value if value or value == 0 else "null"
+        os.write(into, f"{zon.zonPeekErrorGlb()} {value}".encode())
         os._exit(0)
     os.close(into)
-    signal = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
-    with os.fdopen(out) as answer:
-        return eval(answer.read() or "(0, 0)") + (signal,)
+    return *os.fdopen(out).read().partition(" ")[::2], -os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
 
 
-def faults(zon, tree, result, name, parameters, comment):
-    numbers = re.findall(r"-?\d+(?:\.\d+)?", comment)
+def faults(zon, tree, result, name, parameters, comment, both):
+    numbers = ["", "0", *re.findall(r"-?\d+(?:\.\d+)?", both)]
     if not comment:
-        yield "no comment"
-    for which in range(8 if re.match("void[*] (?!reader)", parameters) else 1):
-        value, code, signal = call(zon, tree, result, name, parameters, which)
-        if signal and "nds the process" not in comment:
-            yield f"argument {which}: signal {-signal} is not told"
-        if code and str(code) not in numbers:
-            yield f"argument {which}: code {code} is not told"
-        word = {None: "null", b"": "empty"}.get(value, str(value))
-        if which == 0 and not signal and "*" in parameters and result != "void":
-            if word not in numbers and word not in comment.lower():
-                yield f"'{word}', the result for nothing, is not told"
-
-
-def main(source, library):
-    zon = ctypes.CDLL(library)
-    for name in ("zonLoadFile", "zonTargetByNameNum", "zonGetRoot", "zonKeywordByNum", "zonParamByNum"):
-        getattr(zon, name).restype = Pointer
-    count = 0
-    for function in declared(pathlib.Path(source, "api/zon.h")):
-        for fault in faults(zon, f"{source}/examples/harbour.zon".encode(), *function):
-            print(f"{function[1]}: {fault}")
-            count += 1
-    return count != 0
+        yield "has no comment"
+    for which in range(8 if re.match(r"void\* (?!reader)", parameters[0]) else 1):
+        code, value, signal = call(zon, tree, result, name, parameters, which)
+        if signal and "nds the process" not in both:
+            yield f"given node {which}, it ends by signal {signal}"
+        if code not in numbers:
+            yield f"given node {which}, it stores {code}"
+        told = re.search(rf"(?<![\w.-]){re.escape(value)}\b", both, re.I)
+        if which == 0 and result != "void" and "*" in str(parameters) and not told:
+            yield f"given nothing, it gives back {value}"
 
 
 if __name__ == "__main__":
-    sys.exit(main(*sys.argv[1:]))
+    zon = ctypes.CDLL(sys.argv[2])
+    for name in ("zonLoadFile", "zonTargetByNameNum", "zonGetRoot", "zonKeywordByNum", "zonParamByNum"):
+        getattr(zon, name).restype = Pointer
+    tree = os.fsencode(sys.argv[1] + "/examples/harbour.zon")
+    found = [f"{each[1]}: {fault}" for each in declared(sys.argv[1]) for fault in faults(zon, tree, *each)]
+    sys.exit("\n".join(found) or 0)

@@ -28,10 +28,11 @@ class ZON_API CString {
   /** What the operations take as a text. It only looks, and lives as long as the call it is passed
    *  to. One type for all kinds of text lets every operation see the zero bytes of a CString. */
   struct Text {
+    /** Looks at a text; null is the empty one. */
     Text(const char* text) : view(text ? text : "") {}
     Text(const std::string& text) : view(text) {}
     Text(const CString& text) : view(text.View()) {}
-    const std::string_view view;
+    const std::string_view view;  ///< what is looked at
   };
 
   /** @name Make and assign
@@ -147,7 +148,7 @@ class ZON_API CString {
    *  Insert, Delete   return the new length
    *  Remove, Replace  return how many were removed, replaced. They go from left to right; what was
    *                   put in is not searched again; an empty `oldPart` replaces nothing
-   *  Make..., Trim... return this text. Trim takes off white space (blank, \t \n \v \f \r), one
+   *  Make..., Trim... return this text. Trim takes off white space (blank, and 9 to 13), one
    *                   character, or all characters in `set` */
   ///@{
   void Empty();

@@ -7,6 +7,7 @@
 
 #include "tree/zonparam.h"
 
+/** A truth value. */
 class ZON_API CzonBool : public CzonParam {
  public:
   CzonBool() = default;

@@ -19,6 +19,7 @@
 /** The kind of an item. */
 enum class CzonClobKind : unsigned char { kBoolean, kInteger, kFloat, kDouble, kString, kFilename };
 
+/** A list of items in one quoted text, with a cursor to read them by. */
 class ZON_API CzonClob : public CzonParam {
  public:
   CzonClob();

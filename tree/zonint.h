@@ -11,7 +11,7 @@
 class ZON_API CzonInt : public CzonNumeric {
  public:
   CzonInt() = default;
-  explicit CzonInt(const std::string& text);
+  explicit CzonInt(const std::string& text);  ///< all views from the text
 
   CzonNode* CreateObj() override;
   int IsInt() const override;
@@ -37,8 +37,8 @@ class ZON_API CzonInt : public CzonNumeric {
 /** The integer of a definition made through the builder. */
 class ZON_API CzonIntDef : public CzonInt {
  public:
-  CzonIntDef();  ///< the value 0, with the integer view alone
-  explicit CzonIntDef(const std::string& text);
+  CzonIntDef();                                  ///< the value 0, with the integer view alone
+  explicit CzonIntDef(const std::string& text);  ///< as CzonInt
   CzonNode* CreateObj() override;
   virtual int isInt() const;  ///< always true
 };

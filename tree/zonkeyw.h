@@ -8,10 +8,11 @@
 
 #include "tree/zonnamno.h"
 
+/** A keyword: a name and a list of values. */
 class ZON_API CzonKeyword : public CzonNamedNode {
  public:
   CzonKeyword();
-  CzonKeyword(const std::string& name, int multi, int mandat);
+  CzonKeyword(const std::string& name, int multi, int mandat);  ///< see SetMultiMandat
 
   CzonNode* CreateObj() override;
   unsigned int GetNoParams() const override;
@@ -52,7 +53,7 @@ class ZON_API CzonKeyword : public CzonNamedNode {
 class ZON_API CzonDefaultDef : public CzonKeyword {
  public:
   CzonDefaultDef() = default;
-  CzonDefaultDef(const std::string& name, int multi, int mandat);
+  CzonDefaultDef(const std::string& name, int multi, int mandat);  ///< see SetMultiMandat
 
   CzonNode* CreateObj() override;
   const std::string& GetNameGlb() const override;  ///< Kept: always empty

@@ -80,10 +80,10 @@ class ZON_API CzonNameList {
    *  does not hold it. The ordered list stays and the node lives on. */
   int EraseFromHashtable(T* node);
 
-  unsigned int Count() const { return ordered_.Size(); }
+  unsigned int Count() const { return ordered_.Size(); }      ///< of all nodes
   T* ByNum(unsigned int n) const;                             ///< null for a number out of range
   T* ByNameNum(std::string_view name, unsigned int n) const;  ///< null for a miss
-  unsigned int CountOf(const CzonNamedNode& namesake) const;
+  unsigned int CountOf(const CzonNamedNode& namesake) const;  ///< of the nodes of its name
 
   // For the owners of lists.
   void EnterStore(zon::Store& store) { store_ = &store; }

@@ -18,10 +18,11 @@
 #include "tree/zonnode.h"
 #include "tree/zontext.h"
 
+/** A node with a name and children. */
 class ZON_API CzonNamedNode : public CzonNode {
  public:
   CzonNamedNode() { Set(kNamed); }
-  CzonNamedNode(const std::string& name, int multi, int mandat);
+  CzonNamedNode(const std::string& name, int multi, int mandat);  ///< see SetMultiMandat
   ~CzonNamedNode() override;
 
   /** The flags of a node, as GetFlags gives them. */
@@ -51,8 +52,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   /** Deletes all children, forgets the cached global name and clears the flags. */
   void Clear();
 
-  unsigned int GetFlags() const { return flags_; }
-  void SetOpenList() { flags_ |= kOpenList; }
+  unsigned int GetFlags() const { return flags_; }  ///< a sum of Flags
+  void SetOpenList() { flags_ |= kOpenList; }       ///< for good
 
   /** Writes the blanks in front of a line: three for each level below the first. */
   void Indent(std::ostream& out) const;
@@ -90,6 +91,7 @@ class ZON_API CzonNamedNode : public CzonNode {
  protected:
   zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
 
+  // All children in their order: written, deleted.
   void WriteChildren(std::ostream& out) const;
   void FreeChildren();
 

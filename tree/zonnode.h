@@ -69,6 +69,8 @@ class ZON_API CzonNode : public CzonBase {
 
   virtual const std::string& GetName() const;     ///< silently empty but for named nodes
   virtual const std::string& GetNameGlb() const;  ///< "Model.Grid.depth"; silently empty otherwise
+
+  /** How many of them the node has; and where it stands itself. */
   virtual unsigned int GetNoSections() const;
   virtual unsigned int GetNoKeywords() const;
   virtual unsigned int GetNoParams() const;
@@ -80,6 +82,7 @@ class ZON_API CzonNode : public CzonBase {
    *  a CzonTargetList, else the process ends. */
   virtual const std::string& GetZonFilename() const;
 
+  /** 1 if the node is of that kind, else 0. */
   virtual int IsSection() const;  ///< also true for the root
   virtual int IsKeyword() const;
   virtual int IsParam() const;
@@ -95,6 +98,7 @@ class ZON_API CzonNode : public CzonBase {
   virtual int IsClob() const;
   virtual int IsUndefinedPar() const;
 
+  /** The value. */
   virtual float GetFloat() const;
   virtual double GetDouble() const;
   virtual int GetInt() const;
@@ -104,6 +108,7 @@ class ZON_API CzonNode : public CzonBase {
   virtual int GetBool() const;
   virtual CzonClob* GetClob() const;  ///< silently null
 
+  /** The n-th section, keyword, value or child; the n-th of a name, without a number the first. */
   virtual CzonSection* SectionByNum(unsigned int n) const;
   virtual CzonKeyword* KeywordByNum(unsigned int n) const;
   virtual CzonParam* ParamByNum(unsigned int n) const;
@@ -121,7 +126,7 @@ class ZON_API CzonNode : public CzonBase {
    *  one. */
   virtual void Explore(void (*visit)(CzonNode*));
 
-  virtual int GetSyntaxClass() const;
+  virtual int GetSyntaxClass() const;  ///< a CzonSyntaxClass
 
   /** The n-th default value for a keyword of that name as seen from the child `start`; null when
    *  there is none. The value stays in its default definition. */
@@ -164,14 +169,17 @@ class ZON_API CzonNode : public CzonBase {
     return node;
   }
 
+  // The node lies in the store.
   void EnterStore(zon::Store&) { Set(kInStore); }
 
+  // Keeps a copy of the text, in the store if there is one.
   void SetRemark(std::string_view text, zon::Store* store);
 
   // The store whose memory may serve this node; null for none.
   zon::Store* GetStore() const;
 
  protected:
+  // What is to be known of a node, in one place.
   enum Bits : std::uint32_t {
     kNamed = 1,    // a CzonNamedNode
     kInStore = 2,  // lies in the store of its tree
@@ -183,6 +191,7 @@ class ZON_API CzonNode : public CzonBase {
     kDeferred = 128,       // the children stand as text, to be made when they are asked for
   };
 
+  // Asks for a bit, and sets or clears it.
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }
   void Set(Bits bit, bool on = true) {
     bits_ = on ? bits_ | bit : bits_ & ~static_cast<std::uint32_t>(bit);
@@ -204,7 +213,7 @@ class ZON_API CzonNode : public CzonBase {
   std::int32_t instance_ = 0;
 
  protected:
-  std::uint32_t bits_ = 0;
+  std::uint32_t bits_ = 0;  // of Bits
 };
 
 #endif

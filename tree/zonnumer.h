@@ -9,10 +9,11 @@
 
 #include "tree/zonparam.h"
 
+/** A number. */
 class ZON_API CzonNumeric : public CzonParam {
  public:
   CzonNumeric() { Double(0.0); }
-  explicit CzonNumeric(const std::string& text);
+  explicit CzonNumeric(const std::string& text);  ///< both views from the text
 
   int IsNumeric() const override;
   int IsFloat() const override;

@@ -13,7 +13,7 @@
 class ZON_API CzonParam : public CzonNode {
  public:
   CzonParam() = default;
-  explicit CzonParam(const std::string& text);
+  explicit CzonParam(const std::string& text);  ///< the text as it is written
   ~CzonParam() override;
 
   CzonNode* CreateObj() override;
@@ -32,8 +32,8 @@ class ZON_API CzonParam : public CzonNode {
   void SetStoredText(std::string_view text) { text_.SetStored(text); }
 
  protected:
+  // The text of the value, and adding to its end.
   void AppendText(std::string_view text);
-
   zon::Text text_;
 };
 
@@ -41,7 +41,7 @@ class ZON_API CzonParam : public CzonNode {
 class ZON_API CzonUndefinedPar : public CzonParam {
  public:
   CzonUndefinedPar() = default;
-  explicit CzonUndefinedPar(const std::string& text);
+  explicit CzonUndefinedPar(const std::string& text);  ///< as CzonParam
   CzonNode* CreateObj() override;
   int IsUndefinedPar() const override;
   int GetSyntaxClass() const override;
@@ -51,7 +51,7 @@ class ZON_API CzonUndefinedPar : public CzonParam {
 class ZON_API CzonUnknown : public CzonParam {
  public:
   CzonUnknown() = default;
-  explicit CzonUnknown(const std::string& text);
+  explicit CzonUnknown(const std::string& text);  ///< as CzonParam
   CzonNode* CreateObj() override;
   int GetSyntaxClass() const override;
 };
@@ -61,7 +61,7 @@ class ZON_API CzonUnknown : public CzonParam {
 class ZON_API CzonSubstit : public CzonParam {
  public:
   CzonSubstit() = default;
-  explicit CzonSubstit(const std::string& text);
+  explicit CzonSubstit(const std::string& text);  ///< without the "%"
   CzonNode* CreateObj() override;
   int GetSyntaxClass() const override;
 };
@@ -70,7 +70,7 @@ class ZON_API CzonSubstit : public CzonParam {
 class ZON_API CzonDateTime : public CzonParam {
  public:
   CzonDateTime() = default;
-  explicit CzonDateTime(const std::string& text);
+  explicit CzonDateTime(const std::string& text);  ///< without the "#" around it
   CzonNode* CreateObj() override;
   std::ostream& Write(std::ostream& out) const override;
   int GetSyntaxClass() const override;

@@ -12,7 +12,7 @@
 class ZON_API CzonReal : public CzonNumeric {
  public:
   CzonReal() = default;
-  explicit CzonReal(const std::string& text);
+  explicit CzonReal(const std::string& text);  ///< all views from the text
 
   CzonNode* CreateObj() override;
   int IsInt() const override;
@@ -35,10 +35,11 @@ class ZON_API CzonReal : public CzonNumeric {
   void SetReal(double value, std::string_view text, zon::Store* store);  // all views and the text
 };
 
+/** A real in single precision. */
 class ZON_API CzonFloat : public CzonReal {
  public:
   CzonFloat() = default;
-  explicit CzonFloat(const std::string& text);
+  explicit CzonFloat(const std::string& text);  ///< as CzonReal
   CzonNode* CreateObj() override;
   std::ostream& Write(std::ostream& out) const override;
 
@@ -46,10 +47,11 @@ class ZON_API CzonFloat : public CzonReal {
   void SetFloat(float value, zon::Store* store);  // all views and the text
 };
 
+/** A real in double precision. */
 class ZON_API CzonDouble : public CzonReal {
  public:
   CzonDouble() = default;
-  explicit CzonDouble(const std::string& text);
+  explicit CzonDouble(const std::string& text);  ///< as CzonReal
   CzonNode* CreateObj() override;
   std::ostream& Write(std::ostream& out) const override;
 
@@ -61,7 +63,7 @@ class ZON_API CzonDouble : public CzonReal {
 class ZON_API CzonFloatDef : public CzonFloat {
  public:
   CzonFloatDef() = default;
-  explicit CzonFloatDef(const std::string& text);
+  explicit CzonFloatDef(const std::string& text);  ///< as CzonFloat
   CzonNode* CreateObj() override;
   int IsFloat() const override;  ///< always true
 };
@@ -70,7 +72,7 @@ class ZON_API CzonFloatDef : public CzonFloat {
 class ZON_API CzonDoubleDef : public CzonDouble {
  public:
   CzonDoubleDef() = default;
-  explicit CzonDoubleDef(const std::string& text);
+  explicit CzonDoubleDef(const std::string& text);  ///< as CzonDouble
   CzonNode* CreateObj() override;
   int IsDouble() const override;  ///< always true
 };

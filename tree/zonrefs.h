@@ -13,9 +13,10 @@
 #include "tree/zonreal.h"
 #include "tree/zonstri.h"
 
+/** An integer in a variable of the host. */
 class ZON_API CzonIntRef : public CzonInt {
  public:
-  explicit CzonIntRef(int* variable = nullptr);
+  explicit CzonIntRef(int* variable = nullptr);  ///< null: none
   CzonNode* CreateObj() override;
   int IsInt() const override;  ///< true exactly when there is a variable
   int GetInt() const override;
@@ -25,9 +26,10 @@ class ZON_API CzonIntRef : public CzonInt {
   int* variable_;
 };
 
+/** A float in a variable of the host. */
 class ZON_API CzonFloatRef : public CzonFloat {
  public:
-  explicit CzonFloatRef(float* variable = nullptr);
+  explicit CzonFloatRef(float* variable = nullptr);  ///< null: none
   CzonNode* CreateObj() override;
   int IsFloat() const override;
   float GetFloat() const override;
@@ -37,9 +39,10 @@ class ZON_API CzonFloatRef : public CzonFloat {
   float* variable_;
 };
 
+/** A double in a variable of the host. */
 class ZON_API CzonDoubleRef : public CzonDouble {
  public:
-  explicit CzonDoubleRef(double* variable = nullptr);
+  explicit CzonDoubleRef(double* variable = nullptr);  ///< null: none
   CzonNode* CreateObj() override;
   int IsDouble() const override;
   double GetDouble() const override;
@@ -49,9 +52,10 @@ class ZON_API CzonDoubleRef : public CzonDouble {
   double* variable_;
 };
 
+/** A truth value, an int, in a variable of the host. */
 class ZON_API CzonBoolRef : public CzonBool {
  public:
-  explicit CzonBoolRef(int* variable = nullptr);
+  explicit CzonBoolRef(int* variable = nullptr);  ///< null: none
   CzonNode* CreateObj() override;
   int GetBool() const override;  ///< the variable's own number
   void Copy(const CzonNode* source) override;
@@ -60,6 +64,7 @@ class ZON_API CzonBoolRef : public CzonBool {
   int* variable_;
 };
 
+/** A text in a variable of the host. */
 class ZON_API CzonStringRef : public CzonString {
  public:
   /** Refers to the caller's pointer to a zero-terminated text. */

@@ -49,7 +49,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   const CzonNameList<CzonSection>& Sections() const { return sections_; }
 
  protected:
-  CzonTargetList(const std::string& name, int multi, int mandat);
+  CzonTargetList(const std::string& name, int multi, int mandat);  // of a section
 
  private:
   friend class CzonNamedNode;
@@ -68,7 +68,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
 class ZON_API CzonSection : public CzonTargetList {
  public:
   CzonSection();
-  CzonSection(const std::string& name, int multi, int mandat);
+  CzonSection(const std::string& name, int multi, int mandat);  ///< see SetMultiMandat
   ~CzonSection() override;
 
   CzonNode* CreateObj() override;
