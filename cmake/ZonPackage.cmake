@@ -1,0 +1,64 @@
+# Packages for Debian: libzon0, libzon-dev and, with the command, zon-tools. For a build whose prefix is
+# /usr; scripts/package makes one.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_VENDOR "the zon developers")
+set(CPACK_PACKAGE_CONTACT "zon developers <zon@example.org>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
+
+# A package with the files that each has. In the description every line but the first is indented.
+function(zon_package component name section summary text)
+  set(documents ${CMAKE_INSTALL_DATAROOTDIR}/doc/${name})
+  install(FILES ${PROJECT_BINARY_DIR}/copyright DESTINATION ${documents} COMPONENT ${component})
+  zon_install_text(${PROJECT_BINARY_DIR}/changelog changelog.Debian ${documents} ${component})
+  string(TOUPPER ${component} upper)
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name} PARENT_SCOPE)
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section} PARENT_SCOPE)
+  set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${text}" PARENT_SCOPE)
+  set(CPACK_COMPONENT_${upper}_GROUP ${component} PARENT_SCOPE)
+  set(CPACK_COMPONENT_GROUP_${upper}_DESCRIPTION "${summary}\n${text}" PARENT_SCOPE)
+  set(components ${CPACK_COMPONENTS_ALL} ${component})
+  set(CPACK_COMPONENTS_ALL ${components} PARENT_SCOPE)
+endfunction()
+
+file(READ LICENSE licence)
+string(REGEX REPLACE "^MIT License\n\nCopyright [^\n]*\n\n" "" licence "${licence}")
+string(REGEX REPLACE "\n\n" "\n.\n" licence "${licence}")
+string(REGEX REPLACE "\n([^\n])" "\n \\1" licence "${licence}")
+file(WRITE ${PROJECT_BINARY_DIR}/copyright
+  "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\nUpstream-Name: zon\n\n"
+  "Files: *\nCopyright: 2026 the zon developers\nLicense: MIT\n ${licence}")
+file(WRITE ${PROJECT_BINARY_DIR}/changelog
+  "zon (${PROJECT_VERSION}-1) unstable; urgency=low\n\n  * See CHANGELOG.md of the sources.\n\n"
+  " -- ${CPACK_PACKAGE_CONTACT}  Thu, 01 Jan 2026 00:00:00 +0000\n")
+
+set(about "zon parameter files hold named sections, keywords and lists of typed values.")
+zon_package(runtime libzon${PROJECT_VERSION_MAJOR} libs "library for zon parameter files"
+  "${about}\nThis library reads, queries, builds, edits, compares and writes them.")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
+
+set(same "libzon${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-1)")
+zon_package(dev libzon-dev libdevel "library for zon parameter files (development files)"
+  "${about}\nThis package has what programs that use libzon${PROJECT_VERSION_MAJOR} are built with.")
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS ${same})
+list(APPEND CPACK_COMPONENTS_ALL doc)
+set(CPACK_COMPONENT_DOC_GROUP dev)
+
+if(TARGET zon_tool)
+  zon_package(tool zon-tools utils "command for zon parameter files"
+    "${about}\nThis package has the command zon, which works with them from the shell.")
+  set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ${same})
+  set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+endif()
+include(CPack)
