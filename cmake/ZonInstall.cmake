@@ -67,8 +67,9 @@ string(REGEX REPLACE "/$" "" ZON_PC_UP ${ZON_PC_UP})
 configure_file(cmake/zon.pc.in zon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
-file(GLOB texts CONFIGURE_DEPENDS docs/*.md)
-install(FILES ${texts} README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
+  FILES_MATCHING PATTERN *.md PATTERN man EXCLUDE)
 zon_install_text(CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR} doc)
 file(GLOB pages CONFIGURE_DEPENDS docs/man/*.[135])
 foreach(page IN LISTS pages)
