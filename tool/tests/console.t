@@ -38,6 +38,12 @@ Usage:
   >   zon $command --help | grep -A1 '^Example:' | grep -q "  zon $command " || echo "$command"
   > done
 
+The manual pages are in order:
+
+  $ for page in ../docs/man/*; do
+  >   if command -v man >/dev/null; then MANWIDTH=80 man --warnings -l "$page" 2>&1 >/dev/null; fi
+  > done
+
 What cannot be written is told:
 
   $ zon fmt harbour-plain.zon >/dev/full
