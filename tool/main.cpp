@@ -138,7 +138,9 @@ int main(int argc, char** argv) {
   CLI::App app("Looks at parameter files, and writes them anew.", "zon");
   app.require_subcommand(1);
   app.fallthrough();
-  app.set_version_flag("--version", [] { return std::string("zon ") + zonGetBuildVersion(); });
+  app.set_version_flag("--version", [] {
+    return std::string("zon " ZON_VERSION ", library ") + zonGetBuildVersion();
+  });
   app.footer(
       "A file named - is standard input. Status: 0 fine, 1 findings, 2 usage or unreadable.");
   std::string color = "auto";

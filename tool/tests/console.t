@@ -17,7 +17,7 @@ Usage:
   $ zon --color sometimes check harbour.zon 2>/dev/null
   [2]
   $ zon --version
-  zon 20.0.0.15342
+  zon 0.1.0, library 20.0.0.15342
   $ zon get --help
   Print the values of a keyword, one a line
   Usage: zon get [OPTIONS] FILE PATH [PARAM]
