@@ -9,7 +9,7 @@
 #include "tree/zontarli.h"
 
 CzonData::~CzonData() {
-  if (root_ != nullptr) CzonNode::Free(root_);
+  CzonNode::Free(root_);
 }
 
 void CzonData::AddTarget(const std::string& name) {

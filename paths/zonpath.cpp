@@ -95,9 +95,7 @@ std::string WrittenFilename(std::string_view text, std::string_view fileName) {
       anchor = AbsolutePath(anchor, "$CDD");
     }
     _normalizePath(output);
-    if (!output.empty() && !anchor.empty() && IsAbsolutePath(output) == IsAbsolutePath(anchor)) {
-      output = RelativeForm(output, anchor);
-    }
+    if (IsAbsolutePath(anchor)) output = RelativeForm(output, anchor);
   }
   std::replace(output.begin(), output.end(), '/', '\\');
   return output;

@@ -23,7 +23,7 @@ CzonParser::CzonParser(CyyInput* input) : CyyParser(input) {}
 
 CzonParser::~CzonParser() {
   GarbageCollect();
-  if (list_ != nullptr) CzonNode::Free(list_);
+  CzonNode::Free(list_);
 }
 
 int CzonParser::Parse(int keep) {
@@ -37,7 +37,7 @@ int CzonParser::Parse(int keep) {
   }
   if (!keepTokens_) ClearTokens();
   if (failed != 0 && !keepTokens_) {
-    if (list_ != nullptr) CzonNode::Free(list_);
+    CzonNode::Free(list_);
     list_ = nullptr;
     store_.Clear();
   }

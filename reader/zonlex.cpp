@@ -1,7 +1,6 @@
 // The scanner: characters into tokens. Tested by tests/scanner_test.cpp.
 #include <algorithm>
 #include <new>
-#include <stdexcept>
 #include <string_view>
 
 #include "base/zonchars.h"
@@ -53,7 +52,6 @@ int CzonParser::NextToken() {
     zon::CallSource source(Input());
     return Scan(source);
   } catch (const std::bad_alloc&) {
-  } catch (const std::length_error&) {
   }
   yyerror("Failed to extend buffer");
   return ENDOFINPUT;

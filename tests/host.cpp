@@ -14,25 +14,21 @@ namespace host {
 
 void (*onMessage)(const char* text) = nullptr;
 void (*onReport)() = nullptr;
-int atWork = 0;
+int AtWork::count = 0;
 
 namespace {
 
-std::vector<std::string> messages;
-std::vector<std::string> reports;
+Texts messages;
+Texts reports;
 
 long untilRefused = 0;
+bool throwsOddly = false;
 
 struct Word {
   std::string text;
   Word* next;
 };
 std::vector<Word*> words;  // freed with the report
-
-struct AtWork {
-  AtWork() { ++atWork; }
-  ~AtWork() { --atWork; }
-};
 
 void* NewWord(std::string text, void* rest) {
   words.push_back(new Word{std::move(text), static_cast<Word*>(rest)});
@@ -51,42 +47,33 @@ struct Folder {
   pid_t owner = getpid();
 };
 
-const char* KindOf(const CzonNode* value) {
-  switch (value->GetSyntaxClass()) {
-    case kZonInt:
-      return "int ";
-    case kZonReal:
-      return "real ";
-    case kZonBool:
-      return "bool ";
-    case kZonString:
-      return "string ";
-    case kZonFilename:
-      return value->IsFilename() ? "file " : "date ";
-    case kZonDefaultPar:
-      return "default";
-    case kZonSubstit:
-      return "subst ";
-    case kZonUnknown:
-      return "unknown";
-    case kZonUndefinedPar:
-      return "undef";
-    default:
-      return value->IsClob() ? "clob " : "other ";
-  }
+const char* KindOf(const CzonNode& value) {
+  constexpr const char* kKinds[] = {"other ", "other ", "other ",  "other ",  "other ", "other ",
+                                    "int ",   "real ",  "bool ",   "string ", "file ",  "default",
+                                    "subst ", "other ", "unknown", "undef"};
+  const int kind = value.GetSyntaxClass();
+  if (value.IsClob()) return "clob ";
+  return kind == kZonFilename && !value.IsFilename() ? "date " : kKinds[kind];
 }
 
 }  // namespace
 
-std::vector<std::string> Messages() {
+Texts Messages() {
   return std::exchange(messages, {});
 }
-std::vector<std::string> Reports() {
+Texts Reports() {
   return std::exchange(reports, {});
 }
 
-void FailAllocation(long n) {
+std::string Heard() {
+  std::string heard = std::to_string(zonGetErrorGlb());
+  for (const std::string& message : Messages()) heard += " " + message;
+  return heard;
+}
+
+void FailAllocation(long n, bool oddly) {
   untilRefused = n;
+  throwsOddly = oddly;
 }
 
 std::chrono::seconds Seconds(int seconds) {
@@ -136,6 +123,48 @@ std::string Timeless(const std::string& path) {
   return text;
 }
 
+std::string RandomFile(std::mt19937& random, Content content, int depth) {
+  const bool forBoth = content == Content::kForBothReaders;
+  const auto oneOf = [&](std::initializer_list<const char*> texts) -> std::string {
+    return texts.begin()[random() % texts.size()];
+  };
+  const auto space = [&]() -> std::string {
+    if (!forBoth) return "";
+    return oneOf({" ", "\n", "\t ", " // line\n", " ; 'x |\n", "/* a ' { */", "\r\n", "/**/ "});
+  };
+  std::string text;
+  for (auto left = random() % 6; left > 0; --left) {
+    std::string name =
+        forBoth ? oneOf({"a", "Grid", "x_1", "EndSec", "endless", "truth", "T9", "defaults"})
+                : oneOf({"A", "a", "e5", "E", "EndSects", "defaulT_", "true1", "SYSTEM_"});
+    if (content == Content::kTemplate) name += std::to_string(random()) + oneOf({"", "()"});
+    if (depth == 0 || (depth < 6 && random() % 4 == 0)) {
+      text += space() + "[" + name + "]" + RandomFile(random, content, depth + 1) + space() +
+              "EndSect\n";
+      continue;
+    }
+    const bool isDefault = !forBoth && random() % 3 == 0;
+    text += isDefault ? "default(" + oneOf({"A", "b", ""}) + ")=" : space() + name + space() + "=";
+    do {
+      text += space();
+      text += forBoth ? oneOf({"1", "-17", "+3", "0.5", ".5", "-1.", "1e5", "2.5E-3", "''",
+                               "'it''s'", "'two\nlines ; // /*'", "|a\\b.dat|", "||", "true",
+                               "false", "", "12345678901"})
+                      : oneOf({"-5", "2.50", "1E3", "true", "' ''it''s'' \n|#\\\r\"<>;{\x80'",
+                               "|a\\ '#;|", "''", "", "#'|/*#", "'<CLOB:a''>\n>'", "'<CLOB:'"});
+      text += space() + oneOf({",", ",", "\n"});
+    } while (text.back() == ',');
+  }
+  return text;
+}
+
+Texts Split(const std::string& list) {
+  std::istringstream in(list);
+  Texts texts;
+  for (std::string text; std::getline(in, text, '~');) texts.push_back(text);
+  return texts;
+}
+
 void* Load(const std::string& content) {
   return zonLoadFile(WriteFile("load.zon", content).c_str(), 0);
 }
@@ -146,7 +175,7 @@ std::string Show(const CzonNode* node) {
   std::string remark = node->GetRemark().empty() ? "" : "{" + node->GetRemark() + "}";
   if (node->IsParam()) {
     const std::string value = static_cast<const CzonParam*>(node)->GetText();
-    return KindOf(node) + value + remark;
+    return KindOf(*node) + value + remark;
   }
   if (node->IsDefaultDef()) text += "default ";
   text += node->GetName();
@@ -193,6 +222,7 @@ std::string SyntaxError(void* handle) {
 
 void* operator new(std::size_t size) {
   const bool refused = host::untilRefused > 0 && --host::untilRefused == 0;
+  if (refused && host::throwsOddly) throw 1;
   if (void* piece = refused ? nullptr : std::malloc(size)) return piece;
   throw std::bad_alloc();
 }

@@ -3,7 +3,10 @@
 #ifndef ZON_TESTS_HOST_H
 #define ZON_TESTS_HOST_H
 
+#include <array>
 #include <chrono>
+#include <locale>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,20 +16,37 @@
 
 namespace host {
 
+using Texts = std::vector<std::string>;
+
 // What MessageHook and ReportHook have received since the last call, oldest first. A report is
 // shown with its severity and its words in place of the placeholders: "1: Open error: x.zon".
-std::vector<std::string> Messages();
-std::vector<std::string> Reports();
+Texts Messages();
+Texts Reports();
+
+// The pending code, which is taken, and the messages behind it: "1006 Invalid zonNode".
+std::string Heard();
 
 // Called by MessageHook and by ReportHook while they are set.
 extern void (*onMessage)(const char* text);
 extern void (*onReport)();
 
-// Refuses the n-th piece of memory that is asked for from now on, and no other; 0 refuses none.
-void FailAllocation(long n);
+// Makes a call of which operator new refuses the n-th piece of memory and no other; it may also
+// throw what is no exception of the standard library's.
+void FailAllocation(long n, bool oddly = false);
+template <class F>
+auto Refusing(long n, F call, bool oddly = false) {
+  FailAllocation(n, oddly);
+  const auto result = call();
+  FailAllocation(0);
+  return result;
+}
 
-// Not 0 while one of the hooks is at work: then it is not the library that wants memory.
-extern int atWork;
+// While there is one it is not the library that wants memory; each hook has one.
+struct AtWork {
+  AtWork() { ++count; }
+  ~AtWork() { --count; }
+  static int count;
+};
 
 // The descriptor that the next file would get: the same again shows that none was left open.
 int LowestFreeFile();
@@ -74,8 +94,49 @@ class Memory : public CyyInput {
   std::size_t next_ = 0;
 };
 
+// A text as such a source, and as a file.
+inline std::array<CyyInput*, 2> BothSources(const std::string& text) {
+  return {new Memory(text), new CyyStream(WriteFile("source.zon", text).c_str())};
+}
+
+// A random file: data; a template, in which every name stands once; or data with comments, without
+// a word that one of the two readers would take for another.
+enum class Content { kData, kTemplate, kForBothReaders };
+std::string RandomFile(std::mt19937& random, Content content, int depth = 0);
+
+// A list of texts, a tilde between each two of them.
+Texts Split(const std::string& list);
+
 // Loads a text from a file of its own.
 void* Load(const std::string& content);
+
+// A built file whose current section is A, with the current keyword k.
+struct Built : File {
+  Built() : File(zonCreate()) {
+    zonAddTarget(*this, "A");
+    zonAddKeyword(*this, "k");
+  }
+};
+
+// The first keyword of the first section, and its n-th value.
+inline void* KeywordOf(void* file) {
+  return zonKeywordByNum(zonTargetByNum(file, 1), 1);
+}
+inline void* ValueOf(void* file, unsigned n = 1) {
+  return zonParamByNum(KeywordOf(file), n);
+}
+
+// The object behind a handle.
+template <class T = CzonNode>
+T& As(void* handle) {
+  return dynamic_cast<T&>(*static_cast<CzonBase*>(handle));
+}
+
+// Numbers of a host that look different in every respect.
+struct Commas : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  std::string do_grouping() const override { return "\1"; }
+};
 
 // The tree as one line:
 //   sections     Name{...}
@@ -87,7 +148,8 @@ void* Load(const std::string& content);
 //   remarks      in braces behind the node: A{remark}{...}
 std::string Show(const CzonNode* node);
 inline std::string ShowTree(void* handle) {
-  return Show(dynamic_cast<CzonNode*>(static_cast<CzonBase*>(zonGetRoot(handle))));
+  void* root = zonGetRoot(handle);
+  return Show(root != nullptr ? &As(root) : nullptr);
 }
 
 // What the flat interface says of a node: its kind as a number, a letter for each kind test that

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -14,10 +13,6 @@
 namespace {
 
 using namespace std::string_literals;
-
-std::array<CyyInput*, 2> BothSources(const std::string& text) {
-  return {new host::Memory(text), new CyyStream(host::WriteFile("scan.zon", text).c_str())};
-}
 
 std::string Counters(const CyyInput& input) {
   return std::to_string(input.GetNoChars()) + " " + std::to_string(input.GetNoLines()) + " " +
@@ -60,7 +55,7 @@ std::pair<std::string, std::string> ScanOne(CyyInput* input, const std::string& 
 }
 
 std::string Scan(const std::string& text) {
-  const auto [memory, file] = BothSources(text);
+  const auto [memory, file] = host::BothSources(text);
   const auto outcome = ScanOne(memory, text);
   EXPECT_EQ(ScanOne(file, text), outcome) << text;
   return outcome.first;
@@ -160,7 +155,7 @@ TEST(Scanner, SkipComment) {
               {"/", "/*", 0, "0 1 0"},
               {"/**/", "/**", 0, "0 1 0"}};
   for (const auto& row : rows) {
-    for (CyyInput* input : BothSources(row.text)) {
+    for (CyyInput* input : host::BothSources(row.text)) {
       CzonParser parser(input);
       EXPECT_EQ(parser.SkipComment(nullptr), 0);
       EXPECT_EQ(parser.SkipComment(row.delimiters), row.comments > 0 ? 1 : 0) << row.text;
@@ -181,7 +176,7 @@ TEST(Source, IsAskedForEachCharacter) {
 }
 
 TEST(Source, CountsAndPutsBack) {
-  for (CyyInput* input : BothSources("ab\n\xFF")) {
+  for (CyyInput* input : host::BothSources("ab\n\xFF")) {
     const std::unique_ptr<CyyInput> owner(input);
     for (const int c : {'a', 'b', '\n'}) EXPECT_EQ(input->GetCh(), c);
     input->PutBack('\n');

@@ -1,11 +1,11 @@
 // The token reader: texts and the tokens they give, side by side. One line holds a whole run:
 // codes, texts behind colons, and for an error "-1 line:position message", where the run stops.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <functional>
 
 #include "host.h"
+#include "streams_model.h"
 
 namespace {
 
@@ -105,6 +105,17 @@ TEST(Tokens, Repetition) {
   }
 }
 
+TEST(Tokens, AreTheTraversalOfTheTree) {
+  std::mt19937 random(20211208);
+  for (int round = 0; round < 400; ++round) {
+    const std::string text = host::RandomFile(random, host::Content::kForBothReaders);
+    const std::string path = Written(text);
+    const host::File file(zonLoadFile(path.c_str(), 0));
+    ASSERT_EQ(host::SyntaxError(file), "") << text;
+    ASSERT_EQ(model::StreamOf(path), model::TraversalOf(&host::As(zonGetRoot(file)))) << text;
+  }
+}
+
 TEST(TokenInput, CountersAndPushBack) {
   CzonInput input;
   ASSERT_EQ(0, input.open(Written("ab\nc\xFF")));
@@ -184,31 +195,30 @@ TEST(Zont, WantOfMemory) {
   for (int depth = 0; depth < 70; ++depth) text += "[]";
   const char* const path = Written(text);
   void* reader = nullptr;
-  const auto refuse = [](auto call) {
-    host::FailAllocation(1);
-    const int code = call();
-    host::FailAllocation(0);
-    return code;
-  };
-  EXPECT_EQ(1004, refuse([&] { return zontLoadFile(path, &reader); }));
+  const auto next = [&] { return zontNextToken(reader); };
+  EXPECT_EQ(1004, host::Refusing(1, [&] { return zontLoadFile(path, &reader); }));
   ASSERT_EQ(0, zontLoadFile(path, &reader));
   for (const int token : {-1, -1, -1, 101, 100}) {
-    EXPECT_EQ(token, refuse([&] { return zontNextToken(reader); }));
+    EXPECT_EQ(token, host::Refusing(1, next));
     EXPECT_EQ(error, zontGetError(reader, nullptr, nullptr));
   }
   int depth = 1;
-  while (refuse([&] { return zontNextToken(reader); }) == 100) ++depth;
+  while (host::Refusing(1, next) == 100) ++depth;
   EXPECT_LT(depth, 70);
   zontDispose(&reader);
+  ASSERT_EQ(0, zontLoadFile(path, &reader));
+  EXPECT_EQ(-1, host::Refusing(1, next, true));  // whatever the host's operator new throws
+  EXPECT_STREQ("Unknown failure", zontGetError(reader, nullptr, nullptr));
+  zontDispose(&reader);
   CzonTokenReader none(nullptr);
-  refuse([&] { return none.Error(name.c_str()), 0; });
+  host::Refusing(1, [&] { return none.Error(name.c_str()), 0; });
   EXPECT_EQ(error, none.GetErrorText());
 }
 
 TEST(Zont, Handles) {
-  const int free = dup(0);
-  close(free);
+  const int free = host::LowestFreeFile();
   void* reader = nullptr;
+  zontDispose(&reader);
   for (const char* name : {"/nowhere/at/all", "/", static_cast<const char*>(nullptr)})
     EXPECT_EQ(1001, zontLoadFile(name, &reader));
   EXPECT_EQ(nullptr, reader);
@@ -218,8 +228,7 @@ TEST(Zont, Handles) {
   for (int token : {100, 200, 1030}) EXPECT_EQ(token, zontNextToken(reader));
   EXPECT_STREQ("a", zontGetTokenString(reader));
   for (int i = 0; i < 5; ++i) EXPECT_EQ(0, zontNextToken(reader));
-  EXPECT_EQ(free, dup(0));  // closed once its end is seen, and the one without a handle
-  close(free);
+  EXPECT_EQ(free, host::LowestFreeFile());  // closed at its end, as is the one without a handle
   zontDispose(&reader);
   zontDispose(nullptr);
   unsigned int line = 1, position = 1;

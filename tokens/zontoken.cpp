@@ -246,25 +246,20 @@ int zontScanner::NextToken() {
   return reader_.textLost_ ? kError : token;
 }
 
+// A section and a keyword are read by whoever sees them: they are never left for later.
 inline int zontScanner::RunState(EParseState state) {
   switch (state) {
-    case EParseState::kParFile:
-    case EParseState::kSectionList:
-      return SectionList();
-    case EParseState::kSection:
-      return Section();
     case EParseState::kSectionBody:
       return SectionBody();
     case EParseState::kEndSection:
       return EndSection();
-    case EParseState::kKeyword:
-      return Keyword();
     case EParseState::kMoreParameter:
       return MoreParameter();
     case EParseState::kSimParameter:
       return SimParameter();
+    default:
+      return SectionList();
   }
-  return kError;
 }
 
 int zontScanner::SectionList() {
