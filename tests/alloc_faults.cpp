@@ -3,14 +3,11 @@
 // call is to give its failure value and tell, leave everything as it was, and lose nothing.
 //
 // A program of its own, for its malloc is everybody's: operator new of the C++ library stands on it.
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
-#include <functional>
 #include <regex>
 
 #include "host.h"
@@ -25,7 +22,7 @@ long mapped = 0;  // bytes
 long injected = 0;
 
 bool Refuse() {
-  if (untilRefused == 0 || host::atWork != 0 || (untilRefused > 1 && --untilRefused > 0)) {
+  if (untilRefused == 0 || host::AtWork::count != 0 || (untilRefused > 1 && --untilRefused > 0)) {
     return false;
   }
   if (!forGood) untilRefused = 0;
@@ -164,7 +161,7 @@ struct Tree {
       hash = hash * 31 + std::hash<std::string_view>()(fact);
     };
     hash = 0;
-    const auto& data = dynamic_cast<CzonData&>(*static_cast<CzonBase*>(*file.Address()));
+    const auto& data = host::As<CzonData>(file);
     auto* root = data.GetRoot();
     const CzonNode* const cursor[] = {data.GetCurrentSection(), data.GetCurrentKeyword(),
                                       data.GetCurrentClob()};
@@ -179,7 +176,6 @@ struct Tree {
     return hash;
   }
 
-  static CzonNode& Node(void* any) { return dynamic_cast<CzonNode&>(*static_cast<CzonBase*>(any)); }
   static int CreateAndClose() {
     void* created = zonCreate();
     if (created == nullptr) return 0;
@@ -199,15 +195,18 @@ struct Tree {
   void* keyword = nullptr;
   void* node = nullptr;
   std::string target;
+  int turn = 0;
   std::string source = host::FolderPath() + "/faults.zon";
-  int number = 0;
-  double real = 0;
-  float single = 0;
-  bool truth = false;
-  const char* text = "";
-  char room[1000] = "";
-  CString string{""};
 };
+
+// Where the calls put their results.
+int number = 1;
+double real = 1;
+float single = 1;
+bool truth = false;
+const char* text = "";
+char room[1000] = "";
+CString string("");
 
 struct Row {
   const char* name;
@@ -218,15 +217,31 @@ template <class... R>
 std::vector<Row> Rows(R... rows) {
   return {rows...};
 }
+
+// A function with further arguments, or with one that takes a buffer, as a question to a handle.
+template <class F, class... A>
+auto With(F function, A... arguments) {
+  return [=](void* n) { return function(n, arguments...); };
+}
+template <class F>
+auto Copied(F copy) {
+  return [=](void* n) { return copy(n, room, 1000), static_cast<const char*>(room); };
+}
 template <class... F>
-void Ask(std::vector<Row>* rows, const char* names, long failure, F... functions) {
-  (rows->push_back({names, [=](Tree& t) { return Code(functions(t.node)); }, failure}), ...);
+void Ask(std::vector<Row>* rows, void*(Tree::*handle), const char* names, long failure,
+         F... functions) {
+  const auto value = [](auto function, void* n) -> long {
+    if constexpr (!std::is_void_v<decltype(function(n))>) return Code(function(n));
+    return function(n), 0;
+  };
+  (rows->push_back({names, [=](Tree& t) { return value(functions, t.*handle); }, failure}), ...);
 }
 #define CALL(failure, ...)                                                                   \
   Row {                                                                                      \
 #__VA_ARGS__, []([[maybe_unused]] Tree & t) { return Code(__VA_ARGS__); }, Code(failure) \
   }
-#define ASK(failure, ...) Ask(&rows, #__VA_ARGS__, Code(failure), __VA_ARGS__)
+#define ASK(handle, failure, ...) \
+  Ask(&rows, &Tree::handle, #__VA_ARGS__, Code(failure), __VA_ARGS__)
 #define ADD(function, arguments) CALL(0, (function arguments, 0)), CALL(2000, function##S arguments)
 #define PUT(function, ...) CALL(0, t.Undo(function(t.file, kLong, __VA_ARGS__)))
 
@@ -240,7 +255,7 @@ struct Outcome {
 Outcome Run(const Row& row, Tree& tree, long n, bool allAfter) {
   zonGetErrorGlb();
   host::Messages();
-  tree.room[0] = '\0';
+  room[0] = '\0';
   forGood = allAfter;
   fired = false;
   untilRefused = n;
@@ -317,87 +332,76 @@ class Faults : public testing::Test {
 };
 
 const char kName[] = "K_of_a_name_as_long";
+const char kInner[] = "another_section_of_a_long_name";
 
 TEST_F(Faults, OfQueries) {
-  std::vector<Row> rows =
-      Rows(CALL(nullptr, zonSectionByNum(t.node, 1)), CALL(nullptr, zonKeywordByNum(t.node, 1)),
-           CALL(nullptr, zonParamByNum(t.node, 1)), CALL(nullptr, zonNodeByNum(t.node, 1)),
-           CALL(nullptr, zonSectionByNameNum(t.node, "another_section_of_a_long_name", 1)),
-           CALL(nullptr, zonKeywordByNameNum(t.node, kName, 1)),
-           CALL(nullptr, zonFindSectionByNode(t.node, "another_section_of_a_long_name:1")),
-           CALL(-1, (zonPasGetDoubleProc(t.node, &t.real), t.real)),
-           CALL(-1, (zonPasGetFloatProc(t.node, &t.single), t.single)),
-           CALL("", (zonGetName2(t.node, t.room, 1000), t.room)),
-           CALL("", (zonGetNameGlb2(t.node, t.room, 1000), t.room)),
-           CALL("", (zonGetString2(t.node, t.room, 1000), t.room)),
-           CALL("", (zonGetFilename2(t.node, t.room, 1000), t.room)),
-           CALL("", (zonGetAnchorFilename2(t.node, t.room, 1000), t.room)),
-           CALL("", (zonGetCustomResultFolder(t.node, &t.number, t.room), t.room)),
-           CALL(-2, zonGetCustomResultFolder2(t.node, &t.number, t.room, 1000)),
-           CALL("", (zonGetResultFolderPath(t.node, t.room), t.room)),
-           CALL(-2, zonGetResultFolderPath2(t.node, t.room, 1000)),
-           CALL("", (zonGetResultFilenamePath(t.node, t.room), t.room)),
-           CALL("", (zonGetResultFilenamePath2(t.node, t.room, 1000), t.room)),
-           CALL(0, (zonClobReset(t.node), 0)), CALL(0, (zonFileCopyCallBack(t.node), 0)),
-           CALL(0, (zonSetFilename(t.node, kLong), 0)),
-           CALL(0, (zonSetAnchorFilename(t.node, kLong), 0)));
-  ASK(-1, zonGetLevel, zonGetNoNodes, zonGetNoParams, zonGetNoKeywords, zonGetNoSections, zonGetInt,
-      zonGetDouble, zonGetFloat, zonGetClobNoItems, zonGetClobInt, zonGetClobFloat,
-      zonGetClobDouble);
-  ASK(0, zonGetSyntaxClass, zonGetNoInstances, zonGetInstanceNo, zonIsTarget, zonIsSection,
+  std::vector<Row> rows;
+  ASK(node, nullptr, With(zonSectionByNum, 1), With(zonKeywordByNum, 1), With(zonParamByNum, 1),
+      With(zonNodeByNum, 1), With(zonSectionByNameNum, kInner, 1),
+      With(zonKeywordByNameNum, kName, 1), With(zonFindSectionByNode, kInner), zonGetParentSection,
+      zonFindDefault, zonGetErrorFromZonClob);
+  ASK(
+      node, -1, zonGetLevel, zonGetNoNodes, zonGetNoParams, zonGetNoKeywords, zonGetNoSections,
+      zonGetInt, zonGetDouble, zonGetFloat, zonGetClobNoItems, zonGetClobInt, zonGetClobFloat,
+      zonGetClobDouble, [](void* n) { return zonPasGetDoubleProc(n, &real), real; },
+      [](void* n) { return zonPasGetFloatProc(n, &single), single; });
+  ASK(node, 0, zonGetSyntaxClass, zonGetNoInstances, zonGetInstanceNo, zonIsTarget, zonIsSection,
       zonIsKeyword, zonIsParam, zonIsNumeric, zonIsInt, zonIsFloat, zonIsDouble, zonIsBool,
       zonIsString, zonIsFilename, zonIsUndefinedPar, zonIsDefaultPar, zonNumericIsIntType,
       zonGetBool, zonIsClob, zonIsClobBool, zonIsClobInt, zonIsClobFloat, zonIsClobDouble,
-      zonIsClobString, zonIsClobFilename, zonGetClobBool);
-  ASK("", zonGetName, zonGetNameGlb, zonGetString, zonGetFilename, zonGetFilenameString,
+      zonIsClobString, zonIsClobFilename, zonGetClobBool, zonClobReset, zonFileCopyCallBack,
+      With(zonSetFilename, kLong), With(zonSetAnchorFilename, kLong));
+  ASK(
+      node, "", zonGetName, zonGetNameGlb, zonGetString, zonGetFilename, zonGetFilenameString,
       zonGetAnchorFilename, zonGetZonFileName, zonGetProjectResultRoot, zonGetResultFilename,
-      zonGetClobString, zonGetClobFilename, zonGetClobFilenameString);
-  ASK(nullptr, zonGetParentSection, zonFindDefault, zonGetErrorFromZonClob);
-  ASK(1, zonIsClobEnd);
+      zonGetClobString, zonGetClobFilename, zonGetClobFilenameString, Copied(zonGetName2),
+      Copied(zonGetNameGlb2), Copied(zonGetString2), Copied(zonGetFilename2),
+      Copied(zonGetAnchorFilename2), Copied(zonGetResultFilenamePath2),
+      [](void* n) { return zonGetCustomResultFolder(n, &number, room), &room[0]; },
+      [](void* n) { return zonGetResultFolderPath(n, room), &room[0]; },
+      [](void* n) { return zonGetResultFilenamePath(n, room), &room[0]; });
+  ASK(node, -2, With(zonGetCustomResultFolder2, &number, room, 1000),
+      With(zonGetResultFolderPath2, room, 1000));
+  ASK(node, 1, zonIsClobEnd);
   for (unsigned place = 0; place <= 18; ++place) InjectAll(rows, kLoaded, place, 2);
 }
 
 TEST_F(Faults, OfFiles) {
-  const std::vector<Row> rows = Rows(
-      CALL(nullptr, zonGetRoot(t.file)), CALL(0, zonGetNoTargets(t.file)),
-      CALL(nullptr, zonTargetByNum(t.file, 1)), CALL(nullptr, zonTargetByNameNum(t.file, kName, 1)),
-      CALL(0, (zonExplore(t.file, [](CzonNode*) {}), 0)),
-      CALL(nullptr, zonFindSectionByHandle(t.file, "A_section_of_a_long_name/x")),
-      CALL(0, (zonSetProjectResultRoot(t.file, kLong), 0)),
-      CALL(0, (zonSetCustomResultFolder(t.file, 1, kLong), 0)),
-      CALL("", zonGetSyntaxErr(t.file, nullptr, nullptr, &t.text)), CALL(0, zonNoChars(t.file)),
-      CALL(0, zonNoLines(t.file)), CALL(0, zonNoComments(t.file)), CALL(0, zonNoTokens(t.file)),
-      CALL(nullptr, zonGetErrorFromZonData(t.file)), CALL(0, zonGetErrorGlb()),
-      CALL(0, zonPeekErrorGlb()), CALL("", zonGetErrorMessageFromErrorCode(1001)),
-      CALL("", zonGetVersion()), CALL("", zonGetBuildVersion()), CALL("", zonGetDLLid()),
-      CALL(-1, zonGetVersion2(t.room, 1000)), CALL(-1, zonGetBuildVersion2(t.room, 1000)),
-      CALL(-1, zonGetDLLid2(t.room, 1000)), CALL(0, (splitElement(t.room, &t.number), 0)),
-      CALL(0, (zonConstructResultFolderPathName(), 0)), CALL(0, zonIsEqvQuiet()),
-      CALL(0, t.CreateAndClose()), CALL(0, zonEquivalent(t.section, t.section, nullptr)),
-      CALL(0, zonEquivalentExt(t.keyword, t.keyword, nullptr, 1)),
-      CALL(0, zonEqvSection(&t.Node(t.section), &t.Node(t.section))),
-      CALL(0, zonEqvKeyword(&t.Node(t.keyword), &t.Node(t.keyword))));
+  std::vector<Row> rows =
+      Rows(CALL("", zonGetSyntaxErr(t.file, nullptr, nullptr, &text)), CALL(0, zonGetErrorGlb()),
+           CALL(nullptr, zonGetRoot(t.file)), CALL(nullptr, zonTargetByNum(t.file, 1)),
+           CALL(nullptr, zonTargetByNameNum(t.file, kName, 1)), CALL(0, zonPeekErrorGlb()),
+           CALL(nullptr, zonFindSectionByHandle(t.file, "A_section_of_a_long_name/x")),
+           CALL(nullptr, zonGetErrorFromZonData(t.file)), CALL(0, zonGetNoTargets(t.file)),
+           CALL(0, (zonExplore(t.file, [](CzonNode*) {}), 0)), CALL(0, zonNoChars(t.file)),
+           CALL(0, (zonSetProjectResultRoot(t.file, kLong), 0)), CALL(0, zonNoLines(t.file)),
+           CALL(0, (zonSetCustomResultFolder(t.file, 1, kLong), 0)), CALL(0, zonNoComments(t.file)),
+           CALL("", zonGetErrorMessageFromErrorCode(1001)), CALL(0, zonNoTokens(t.file)),
+           CALL("", zonGetVersion()), CALL("", zonGetBuildVersion()), CALL("", zonGetDLLid()),
+           CALL(-1, zonGetVersion2(room, 1000)), CALL(-1, zonGetBuildVersion2(room, 1000)),
+           CALL(-1, zonGetDLLid2(room, 1000)), CALL(0, (splitElement(room, &number), 0)),
+           CALL(0, (zonConstructResultFolderPathName(), 0)), CALL(0, zonIsEqvQuiet()),
+           CALL(0, t.CreateAndClose()), CALL(0, zonEquivalent(t.section, t.section, nullptr)),
+           CALL(0, zonEquivalentExt(t.keyword, t.keyword, nullptr, 1)),
+           CALL(0, zonEqvSection(&host::As(t.section), &host::As(t.section))),
+           CALL(0, zonEqvKeyword(&host::As(t.keyword), &host::As(t.keyword))),
+           CALL(0, zonGetParam(t.section, kName, &number, 1, 1)),
+           CALL(0, zonGetParam(t.section, kName, &single, 1, 2)),
+           CALL(0, zonGetParam(t.section, kName, &real, 1, 2)),
+           CALL(0, zonGetParam(t.section, kName, &truth, 1, 3)),
+           CALL(0, zonGetParam(t.section, kName, &string, 1, 4)),
+           CALL(0, zonGetParamFilename(t.section, kName, &text, 1, 5)),
+           CALL(0, zonGetParamFilename(t.section, kName, &string, 1, 5)),
+           CALL(0, zonGetParamResultFilename(t.section, kName, &string, 1, 5)),
+           CALL(0, zonGetListParam(t.section, kName, 1, "idb", &number, &real, &truth)));
+  ASK(
+      section, 0, [](void* n) { return zonGetParamResultFilename(n, kName, &text, 1, 4); },
+      With(zonGetParamResultFilePath, kName, &text, 1, 4));
   InjectAll(rows, kLoaded, 3, 1);
-  const std::vector<Row> byName =
-      Rows(CALL(0, zonGetParam(t.section, kName, &t.number, 1, 1)),
-           CALL(0, zonGetParam(t.section, kName, &t.single, 1, 2)),
-           CALL(0, zonGetParam(t.section, kName, &t.real, 1, 2)),
-           CALL(0, zonGetParam(t.section, kName, &t.truth, 1, 3)),
-           CALL(0, zonGetParam(t.section, kName, &t.string, 1, 4)),
-           CALL(0, zonGetParamFilename(t.section, kName, &t.text, 1, 5)),
-           CALL(0, zonGetParamFilename(t.section, kName, &t.string, 1, 5)),
-           CALL(0, zonGetParamResultFilename(t.section, kName, &t.text, 1, 4)),
-           CALL(0, zonGetParamResultFilename(t.section, kName, &t.string, 1, 5)),
-           CALL(0, zonGetParamResultFilePath(t.section, kName, &t.text, 1, 4)),
-           CALL(0, zonGetListParam(t.section, kName, 1, "idb", &t.number, &t.real, &t.truth)));
-  InjectAll(byName, kLoaded, 3, 1);
 }
 
 TEST_F(Faults, OfTheBuilder) {
-  static int number = 1;
-  static float single = 1;
-  static double real = 1;
-  static char text[] = "text";
+  static char own[] = "text";
   std::vector<Row> rows = Rows(
       ADD(zonAddSection, (t.file, kLong)), ADD(zonAddKeyword, (t.file, kLong)),
       ADD(zonAddInt, (t.file, -12345678)), ADD(zonAddFloat, (t.file, 1.5F)),
@@ -405,7 +409,7 @@ TEST_F(Faults, OfTheBuilder) {
       ADD(zonAddString, (t.file, kLong)), ADD(zonAddFilename, (t.file, kLong)),
       ADD(zonAddUndefinedPar, (t.file)), ADD(zonAddIntRef, (t.file, &number)),
       ADD(zonAddFloatRef, (t.file, &single)), ADD(zonAddDoubleRef, (t.file, &real)),
-      ADD(zonAddStringRef, (t.file, text)), ADD(zonAddBoolRef, (t.file, &number)),
+      ADD(zonAddStringRef, (t.file, own)), ADD(zonAddBoolRef, (t.file, &number)),
       ADD(zonAddSectionDef, (t.file, kLong, 1, 1)),
       ADD(zonAddKeywordDef, (t.file, kLong, "BDFINS", 1, 1, 1)), ADD(zonAddIntDef, (t.file)),
       ADD(zonAddFloatDef, (t.file)), ADD(zonAddDoubleDef, (t.file)), ADD(zonAddStringDef, (t.file)),
@@ -425,37 +429,27 @@ TEST_F(Faults, OfTheBuilder) {
 }
 
 TEST_F(Faults, OfEditing) {
-  const std::vector<Row> inserts =
-      Rows(CALL(nullptr, zoneInsertNewSection(t.section, kLong, 1)),
-           CALL(nullptr, zoneInsertNewKeyword(t.section, kLong, 1)),
-           CALL(nullptr, zoneInsertParameterInt(t.keyword, 1, 12345678)),
-           CALL(nullptr, zoneInsertParameterFloat(t.keyword, 1, 2.5F)),
-           CALL(nullptr, zoneInsertParameterDouble(t.keyword, 1, 2.5)),
-           CALL(nullptr, zoneInsertParameterBool(t.keyword, 1, 1)),
-           CALL(nullptr, zoneInsertParameterString(t.keyword, 1, kLong)),
-           CALL(nullptr, zoneInsertParameterFilename(t.keyword, 1, kLong)),
-           CALL(nullptr, zoneInsertParameterUndefined(t.keyword, 1)),
-           CALL(nullptr, zoneInsertParameterDefault(t.keyword, 1)),
-           CALL(1006, zoneRenameSection(t.section, t.number++ % 2 ? kLong : kName)),
-           CALL(1006, zoneRenameKeyword(t.keyword, t.number++ % 2 ? kLong : kName)),
+  std::vector<Row> rows =
+      Rows(CALL(1006, zoneRenameSection(t.section, t.turn++ % 2 ? kLong : kName)),
+           CALL(1006, zoneRenameKeyword(t.keyword, t.turn++ % 2 ? kLong : kName)),
            CALL(nullptr, zonInsert(t.section, t.section, 1)),
            CALL(nullptr, zonInsert(t.keyword, t.keyword, 0)),
            CALL(0, zonCopy(zonSectionByNum(t.section, 1), t.section)));
-  InjectAll(inserts, kLoaded, 3, 4);
-  const std::vector<Row> others = Rows(
-      CALL(1006, zoneModifyParameterInt(t.keyword, 4, 12345678)),
-      CALL(1006, zoneModifyParameterFloat(t.keyword, 2, 2.5F)),
-      CALL(1006, zoneModifyParameterDouble(t.keyword, 1, 2.5)),
-      CALL(1006, zoneModifyParameterBool(t.keyword, 1, 1)),
-      CALL(1006, zoneModifyParameterString(t.keyword, 4, kLong)),
-      CALL(1006, zoneModifyParameterFilename(t.keyword, 4, kLong)),
-      CALL(1006, zoneDeleteSectionByNum(t.section, 1)),
-      CALL(1006, zoneDeleteSectionByNameNum(t.section, "another_section_of_a_long_name", 1)),
-      CALL(1006, zoneDeleteKeywordByNum(t.section, 1)),
-      CALL(1006, zoneDeleteKeywordByNameNum(t.section, kName, 1)),
-      CALL(1006, zoneDeleteParameterByNum(t.keyword, 4)), CALL(1006, zoneDeleteNode(t.section)),
-      CALL(0, zonCopy(t.keyword, zonKeywordByNum(zonSectionByNum(t.section, 1), 1))));
-  InjectAll(others, kLoaded, 3, 1);
+  ASK(section, nullptr, With(zoneInsertNewSection, kLong, 1), With(zoneInsertNewKeyword, kLong, 1));
+  ASK(keyword, nullptr, With(zoneInsertParameterInt, 1, 12345678),
+      With(zoneInsertParameterFloat, 1, 2.5F), With(zoneInsertParameterDouble, 1, 2.5),
+      With(zoneInsertParameterBool, 1, 1), With(zoneInsertParameterString, 1, kLong),
+      With(zoneInsertParameterFilename, 1, kLong), With(zoneInsertParameterUndefined, 1),
+      With(zoneInsertParameterDefault, 1));
+  InjectAll(rows, kLoaded, 3, 4);
+  rows = Rows(CALL(0, zonCopy(t.keyword, zonKeywordByNum(zonSectionByNum(t.section, 1), 1))));
+  ASK(keyword, 1006, With(zoneModifyParameterInt, 4, 12345678),
+      With(zoneModifyParameterFloat, 2, 2.5F), With(zoneModifyParameterDouble, 1, 2.5),
+      With(zoneModifyParameterBool, 1, 1), With(zoneModifyParameterString, 4, kLong),
+      With(zoneModifyParameterFilename, 4, kLong), With(zoneDeleteParameterByNum, 4));
+  ASK(section, 1006, With(zoneDeleteSectionByNum, 1), With(zoneDeleteSectionByNameNum, kInner, 1),
+      With(zoneDeleteKeywordByNum, 1), With(zoneDeleteKeywordByNameNum, kName, 1), zoneDeleteNode);
+  InjectAll(rows, kLoaded, 3, 1);
 }
 
 TEST_F(Faults, OfWriting) {
@@ -484,19 +478,15 @@ std::string Copy(const std::string& path) {
   return std::to_string(zonGetErrorGlb()) + content;
 }
 std::string ReadTokens(const std::string& path) {
-  static std::pair<int, char[100]> tokens[400];
   void* reader = nullptr;
-  int count = 0;
-  tokens[0].first = zontLoadFile(path.c_str(), &reader);
-  while (reader != nullptr && ++count < 400) {
-    if ((tokens[count].first = zontNextToken(reader)) == 0) break;
-    std::strncpy(tokens[count].second, zontGetTokenString(reader), 99);
+  std::string all = std::to_string(zontLoadFile(path.c_str(), &reader));
+  for (int token = 1; reader != nullptr && token != 0;) {
+    token = zontNextToken(reader);
+    const host::AtWork mark;
+    all += " " + std::to_string(token) + zontGetTokenString(reader);
   }
   untilRefused = 0;
-  std::string all = std::to_string(tokens[0].first) + zontGetError(reader, nullptr, nullptr);
-  for (int n = 1; n <= count; ++n) {
-    all += " " + std::to_string(tokens[n].first) + tokens[n].second;
-  }
+  all += zontGetError(reader, nullptr, nullptr);
   zontDispose(&reader);
   return all;
 }

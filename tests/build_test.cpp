@@ -1,18 +1,10 @@
 // Building a file through the interface.
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <sstream>
 
 #include "host.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-CzonData& DataOf(void* handle) {
-  return *dynamic_cast<CzonData*>(static_cast<CzonBase*>(handle));
-}
+using host::As, host::Texts;
 
 // The calls of the builder. A script is words of a letter and an argument, such as "T:A K:k i:1 E";
 // without a colon the argument is null.
@@ -75,7 +67,7 @@ TEST(Build, Scripts) {
   EXPECT_EQ(Script(file, "T:A S:B", true), "!.") << "the code of the refusal before";
   Script(file, "T:C");
   EXPECT_EQ(host::Messages(), Texts{"Missing current section"}) << "silenced for good";
-  for (int pending : {2000, 0}) EXPECT_EQ(DataOf(file).GetErrorCode(), pending);
+  for (int pending : {2000, 0}) EXPECT_EQ(As<CzonData>(file).GetErrorCode(), pending);
 }
 
 TEST(Build, BadHandles) {
@@ -86,13 +78,17 @@ TEST(Build, BadHandles) {
     for (void* bad : {static_cast<void*>(nullptr), def ? *file.Address() : zonGetRoot(file)}) {
       for (bool status : {false, true}) {
         EXPECT_EQ(call(bad, "1", status), status ? 1005 : 0) << letter;
-        EXPECT_EQ(host::Messages(), status ? Texts{} : Texts{"Invalid zonHandle " + heard});
-        EXPECT_EQ(zonGetErrorGlb(), 1005) << letter;
+        EXPECT_EQ(host::Heard(), status ? "1005" : "1005 Invalid zonHandle " + heard);
       }
     }
   }
   zonEndSection(file);  // not silenced by a call that was not for it
-  EXPECT_EQ(host::Messages(), Texts{"Missing current section"});
+  EXPECT_EQ(host::Heard(), "0 Missing current section");
+  const host::File treeless(host::Load("[A"));
+  zonGetErrorGlb();
+  host::Reports();
+  zonAddTarget(treeless, "A");
+  EXPECT_EQ(host::Heard(), "0 Missing list");
 }
 
 // The facts of a keyword's numbers, and how it is written.
@@ -106,13 +102,16 @@ std::string Shown(CzonKeyword* keyword) {
 
 TEST(Build, Values) {
   host::File file(zonCreate());
-  CzonData& data = DataOf(file);
+  CzonData& data = As<CzonData>(file);
+  data.AddParam(new CzonParam);  // there is no keyword for it
+  EXPECT_EQ(host::Heard(), "0 Missing current keyword");
   Script(file, "T:A K:k i:-7 f:0.1 d:3 I F R b:-3 s:it's s n:a/b u X N B 1 2 3 4 5");
   EXPECT_EQ(Shown(data.GetCurrentKeyword()),
             "6 PNIFDi -7 -7 -7 0 '' 2;7 PNFD 0 0.1 0.1 0 '' 2;"
             "7 PNIFD 3 3 3 0 '' 2;6 PNIi 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;"
             "6 PNi 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;   k = -7, 0.1, 3.0, 0, 0, "
             "0.0, true, 'it''s', '', |a\\b|, , '', ||, false, 0, 0, 0, false, ''\n");
+  data.AddParam(nullptr);
   zonAddSectionDef(file, "B", 0, 5);
   EXPECT_EQ(data.GetCurrentSection()->GetFlags(), 2U);
   zonAddKeywordDef(file, "k", nullptr, 2, 0, -1);
@@ -134,7 +133,7 @@ TEST(Build, References) {
     zonAddBoolRef(file, &truth);
     zonAddStringRef(file, text);
     integer = 7, truth = 5, single = 2.5F, number = 3, text[0] = 't';
-    EXPECT_EQ(Shown(DataOf(file).GetCurrentKeyword()),
+    EXPECT_EQ(Shown(As<CzonData>(file).GetCurrentKeyword()),
               "6 PNIi 7 0 0 0 '' 2;7 PNF 0 0 2.5 0 '' 2;7 PND 0 3 0 0 '' 2;"
               "   k = 7, 2.5, 3.0, true, 'tne'\n");
   }
@@ -152,7 +151,7 @@ const char* const kCursors[][3] = {
 TEST(Build, Cursor) {
   for (const auto& [steps, removed, expected] : kCursors) {
     host::File file(zonCreate());
-    CzonData& data = DataOf(file);
+    CzonData& data = As<CzonData>(file);
     Script(file, "T:A S:D E S:B S:C K:j K:k s:x");
     data.AddParam(new CzonClob("c"));
     Script(file, steps);

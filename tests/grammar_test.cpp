@@ -1,9 +1,4 @@
 // The grammar: texts and the trees they give, side by side, or the place and text of the error.
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <random>
-#include <sstream>
 
 #include "host.h"
 

@@ -1,14 +1,12 @@
 // Handles, errors, navigation and queries through the flat interface.
-#include <gtest/gtest.h>
 
-#include <climits>
 #include <stdexcept>
 
 #include "host.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
+using host::Texts;
 const std::string kUnfit = "Function invalid in this context";
 
 // Results as texts; a node as its global name and instance number.
@@ -33,9 +31,7 @@ void Expect(const std::vector<void*>& bad, std::string outcome, const std::strin
             F... calls) {
   int number = 0;
   const auto expect = [&](const std::string& got) {
-    std::string heard = std::to_string(zonGetErrorGlb());
-    for (const std::string& message : host::Messages()) heard += " " + message;
-    EXPECT_EQ(got + "|" + heard, result + "|" + outcome) << ++number;
+    EXPECT_EQ(got + "|" + host::Heard(), result + "|" + outcome) << ++number;
   };
   for (void* n : bad) (expect(Text(calls(n))), ...);
 }
@@ -53,6 +49,8 @@ TEST(Handles, BadNodes) {
          zonNumericIsIntType);
   float f = 0;
   double d = 0;
+  Expect(bad, no, "0", OF(zonPasGetFloatProc(n, nullptr), 0),
+         OF(zonPasGetDoubleProc(n, nullptr), 0));
   Expect(bad, no, "-1.000000", zonGetFloat, zonGetDouble, OF(zonPasGetFloatProc(n, &f), f),
          OF(zonPasGetDoubleProc(n, &d), d));
   Expect(bad, no, "", zonGetName, zonGetNameGlb, zonGetProjectResultRoot, zonGetString,

@@ -3,12 +3,7 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <new>
-#include <sstream>
-#include <utility>
 
 namespace host {
 

@@ -3,16 +3,29 @@
 #ifndef ZON_TESTS_HOST_H
 #define ZON_TESTS_HOST_H
 
-#include <array>
-#include <chrono>
-#include <locale>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
-
+#include <gtest/gtest.h>
 #include <zon.h>
 #include <zonclasses.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <locale>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace host {
 

@@ -1,7 +1,6 @@
 // What the system may refuse or do by halves while files are read and written. A program of its
 // own: its open, read and so on stand in front of the system's.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -10,10 +9,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <cstdarg>
-#include <filesystem>
 
 #include "host.h"
 

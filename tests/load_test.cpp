@@ -1,15 +1,11 @@
 // Loading: codes and reports, counters, the SYSTEM section, files that are none, and what a load
 // leaves behind.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <thread>
 

@@ -1,11 +1,10 @@
 // One keyword at a time: the convenience functions, and by what they judge success.
-#include <gtest/gtest.h>
 
 #include "host.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
+using host::Texts;
 const char kUnfit[] = "Function invalid in this context";
 
 // What each overload stores; "stays" or "old" if the variable stays as it is.
@@ -51,7 +50,7 @@ TEST(Params, AreReadByTheirPlace) {
   double d = 0;
   bool b = false;
   EXPECT_EQ(zonGetListParam(section, "k", 1, "ifb? ", &i, &f, &b), 1);
-  EXPECT_EQ(zonGetListParam(section, "K", 2, "?d?", &d), 0) << "three places for two values";
+  EXPECT_EQ(zonGetListParam(section, "K", 2, "?d?i", &d, &i), 0) << "three places for two values";
   EXPECT_TRUE(i == 7 && f == 2.5F && b && d == 2);
   EXPECT_EQ(zonGetListParam(section, "k", 2, nullptr), 1);
   EXPECT_EQ(zonGetListParam(section, "k", 3, ""), 0);
@@ -83,16 +82,19 @@ TEST(Params, AreWrittenByTheirType) {
     EXPECT_EQ(host::ShowTree(file), "{A{k(" + shown + ") k<2>()}}") << "the keyword alone";
     EXPECT_EQ(zonGetErrorGlb(), 1006) << "only looked at";
     EXPECT_EQ(put(nullptr), 0);
-    EXPECT_EQ(zonGetErrorGlb(), 1005);
   }
   host::Messages();
-  const host::File file(zonCreate());
-  host::FailAllocation(1);
-  const int put = zonPutParam(file, "k", CString("text"));
-  host::FailAllocation(0);
-  EXPECT_EQ(put, 0);
-  EXPECT_EQ(zonGetErrorGlb(), 1005);
-  EXPECT_EQ(host::Messages(), Texts{"No memory"});
+  static const std::string text(99, 'x');
+  for (const auto put : {+[](void* h) { return zonPutParam(h, "k", text.c_str()); },
+                         +[](void* h) { return zonPutListParam(h, "k", "iid", 1, 2, 3.5); }}) {
+    const host::Built file;
+    int done = 0;
+    for (long n = 1; done == 0 && n < 99; ++n) {
+      done = host::Refusing(n, [&] { return put(file); });
+      EXPECT_EQ(host::Heard(), done != 0 ? "0" : "1005 No memory");
+    }
+    EXPECT_EQ(done, 1);
+  }
 }
 
 }  // namespace

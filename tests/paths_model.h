@@ -2,12 +2,6 @@
 #ifndef ZON_TESTS_PATHS_MODEL_H
 #define ZON_TESTS_PATHS_MODEL_H
 
-#include <algorithm>
-#include <numeric>
-#include <sstream>
-#include <string>
-#include <vector>
-
 #include "host.h"
 
 namespace model {

@@ -1,11 +1,4 @@
 // File names: the path arithmetic against slow references, and the functions over them.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <numeric>
-#include <random>
-#include <sstream>
 
 #include "host.h"
 #include "paths_model.h"
@@ -59,6 +52,8 @@ TEST(Paths, ResolvedAndWritten) {
   }
   fs::remove("../" + std::string(100, 'd'));
   EXPECT_EQ(file.Both("x", "cfg/m.zon"), "cfg/x|x|");
+  EXPECT_EQ(file.Both("x", ""), "x|x|");
+  EXPECT_EQ(file.Both("/x", ""), "/x|\\x|");
   EXPECT_EQ(file.Both("/a/../x", "cfg/m.zon"), "/a/../x|\\x|");
   fs::current_path(before);
 }

@@ -1,12 +1,6 @@
 // The scanner: texts and the tokens they give, side by side. Every text is scanned twice, from a
 // file and from a source of the host's own, and the two have to agree in every token, every count
 // and every error.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <random>
-#include <sstream>
 
 #include "host.h"
 
@@ -131,9 +125,7 @@ TEST(Scanner, WantOfMemoryAndTokensOfTheHost) {
   for (const long refused : {1L, 2L}) {
     const std::string text = "'" + std::string(5000, 'x') + "'";
     CzonParser parser(new host::Memory(text));
-    host::FailAllocation(refused);
-    EXPECT_EQ(parser.yylex(), ENDOFINPUT);
-    host::FailAllocation(0);
+    EXPECT_EQ(host::Refusing(refused, [&] { return parser.yylex(); }), ENDOFINPUT);
     EXPECT_EQ(parser.GetError(), "Failed to extend buffer");
     parser.EndToken("made");
     parser.EndToken(nullptr);
@@ -184,11 +176,21 @@ TEST(Source, CountsAndPutsBack) {
     EXPECT_EQ(Counters(*input), "1 1 1");
     for (const int c : {int{'b'}, int{'\n'}, 0xFF, -1, -1}) EXPECT_EQ(input->GetCh(), c);
     input->PutBack(-1);
+    EXPECT_EQ(input->Peek(), -1);
     EXPECT_EQ(Counters(*input), "4 2 1");
     input->PutBack(0xFF);
     EXPECT_EQ(input->Peek(), 0xFF);
     EXPECT_EQ(Counters(*input), "3 2 0");
   }
+  CyyStream full(host::WriteFile("scan.zon", "x").c_str());
+  for (int n = 0; n < 20; ++n) full.Put(n % 2 != 0 ? 'p' : -1);
+  for (int n = 0; n < 9; ++n) full.Put('p');
+  std::string all;
+  for (int c; (c = full.Get()) >= 0;) all += static_cast<char>(c);
+  EXPECT_EQ(all, std::string(16, 'p') + "x");  // there is no more room
+  CzonParser parser(nullptr), silent(new host::Memory(""));
+  silent.yyerror(nullptr);
+  EXPECT_TRUE(silent.HasError() && silent.GetError().empty() && !parser.HasError());
   for (const char* name : {"/nowhere", "", "/", static_cast<const char*>(nullptr)}) {
     CyyStream none(name);
     EXPECT_EQ(none.GetStatus(), 2);

@@ -1,14 +1,9 @@
 // Large and deep files: what they cost in time, in memory and of the stack.
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
 
 #include "host.h"
 

@@ -1,13 +1,7 @@
 // CString at its edges: indexes outside, negative counts, zero bytes, arguments that lie inside the
 // text being changed, the buffer that is lent. What was given stands beside what was wanted.
-#include <zonclasses.h>
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <cstring>
-#include <tuple>
-#include <vector>
+#include "host.h"
 
 namespace {
 

@@ -1,9 +1,6 @@
 // Nodes: their kinds, lists and names, the order of visits, copies, the end of a tree, depth, size.
-#include <gtest/gtest.h>
 
 #include <deque>
-#include <memory>
-#include <random>
 #include <typeinfo>
 
 #include "host.h"
@@ -13,7 +10,7 @@ namespace {
 using host::File, host::Load, host::Show;
 
 CzonTargetList& RootOf(void* file) {
-  return dynamic_cast<CzonTargetList&>(*static_cast<CzonBase*>(zonGetRoot(file)));
+  return host::As<CzonTargetList>(zonGetRoot(file));
 }
 
 // Of each node the class, a letter for each kind that it is, a mark if it makes nodes of another.
@@ -44,18 +41,19 @@ TEST(Nodes, AnswerAsTheirClass) {
   int number = 3;
   float single = 1.5F;
   double real = 2.5;
-  EXPECT_EQ(Kinds(new CzonNamedNode, new CzonTargetList, new CzonSection("S", 1, 1),
-                  new CzonKeyword("k", 1, 1), new CzonDefaultDef("d", 1, 1), new CzonParam("x"),
-                  new CzonClob("Integer:1"), new CzonInt("7"), new CzonIntDef,
-                  new CzonIntRef(&number), new CzonIntRef(nullptr), new CzonReal("2"),
-                  new CzonFloat("2"), new CzonFloatDef("1e39"), new CzonDouble("1e39"),
-                  new CzonDoubleDef("1e39"), new CzonDoubleRef(&real), new CzonFloatRef(&single),
-                  new CzonFloatRef(nullptr), new CzonDoubleRef(nullptr), new CzonBool("true"),
-                  new CzonBoolRef(&number), new CzonString("x"), new CzonStringRef,
-                  new CzonFilename("x"), new CzonDateTime("x"), new CzonDefaultPar,
-                  new CzonSubstit("x"), new CzonUnknown("x"), new CzonUndefinedPar("x")),
-            " 0 1s 2s 3k 4kD 5p 5pc 6pnfd 6pni 6pni 6pn 7pnfd 7pnfd 7pnfd 7pnd 7pnd 7pnd 7pnf 7pn "
-            "7pn 8pb 8pb 9pt 9pt! 10pF 10p 11pP 12p 14p 15pu");
+  EXPECT_EQ(
+      Kinds(new CzonNamedNode, new CzonTargetList, new CzonSection("S", 1, 1),
+            new CzonKeyword("k", 1, 1), new CzonDefaultDef("d", 1, 1), new CzonParam("x"),
+            new CzonClob("Integer:1"), new CzonNumeric("1"), new CzonInt("7"), new CzonIntDef,
+            new CzonIntRef(&number), new CzonIntRef(nullptr), new CzonReal("2"), new CzonFloat("2"),
+            new CzonFloatDef("1e39"), new CzonDouble("1e39"), new CzonDoubleDef("1e39"),
+            new CzonDoubleRef(&real), new CzonFloatRef(&single), new CzonFloatRef(nullptr),
+            new CzonDoubleRef(nullptr), new CzonBool("true"), new CzonBoolRef(&number),
+            new CzonString("x"), new CzonStringRef, new CzonFilename("x"), new CzonDateTime("x"),
+            new CzonDefaultPar, new CzonSubstit("x"), new CzonUnknown("x"),
+            new CzonUndefinedPar("x")),
+      " 0 1s 2s 3k 4kD 5p 5pc 5pnfd! 6pnfd 6pni 6pni 6pn 7pnfd 7pnfd 7pnfd 7pnd 7pnd 7pnd 7pnf 7pn "
+      "7pn 8pb 8pb 9pt 9pt! 10pF 10p 11pP 12p 14p 15pu");
 }
 
 TEST(Nodes, TellWhatTheyCannotAnswer) {
@@ -129,6 +127,7 @@ TEST(NameList, FilesAtAnyPlace) {
   EXPECT_EQ(list.AddToIndex(nullptr) + 2 * list.AddToIndex(&held), 2);
   EXPECT_EQ(list.EraseFromHashtable(&absent), 1006);
   EXPECT_EQ(list.ByNameNum("k", 1), &held);
+  EXPECT_EQ(list.Remove(&absent) + list.InsertIntoHashtable(nullptr, 1), 1007);
 }
 
 TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
@@ -140,6 +139,7 @@ TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
   EXPECT_EQ(early->NodeByNum(1)->GetZonFilename() + early->GetNameGlb(), "own.zon");  // yet alone
   root.AddSection(early);
   EXPECT_EQ(early->NodeByNum(1)->GetZonFilename() + early->NodeByNum(1)->GetNameGlb(), "a.zon.k");
+  EXPECT_EQ(early->GetZonFilename() + CzonTargetList().GetZonFilename(), "a.zon");
   CzonSection other("Now", 0, 0);
   other.AddKeyword(new CzonKeyword("k", 0, 0));
   early->Copy(&other);
@@ -208,12 +208,15 @@ TEST(Copy, IsDeepAndFiledAndStandsAlone) {
   int use = 7;
   std::string folder = "none";
   CzonTargetList().GetCustomResultFolder(&use, &folder);
+  root.GetCustomResultFolder(nullptr, nullptr);
   EXPECT_EQ(root.GetResultRoot() + folder + std::to_string(use), "0");
   CzonSection& section = *from.SectionByNum(1);
   section.SetMultiMandat(1, 1);
   from.SetResultRoot("results");
+  CzonTargetList fresh;
   const std::pair<CzonTargetList*, CzonTargetList*> rows[] = {
       {&root, &from},
+      {&fresh, &from},
       {loaded.SectionByNum(1)->SectionByNum(1), section.SectionByNum(1)},
       {loaded.SectionByNum(1), &section},
       {&loaded, &root}};

@@ -1,15 +1,7 @@
 // Values: their views, references, defaults, copies, the host's locale.
-#include <gtest/gtest.h>
 
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <locale>
-#include <memory>
-#include <sstream>
-#include <tuple>
 
 #include "host.h"
 
@@ -214,6 +206,10 @@ TEST(Defaults, AreSeenInAnyList) {
   list->AddNode(keyword);
   EXPECT_EQ(keyword->FindDefault(nullptr, "D", 1), definition->ParamByNum(1));
   EXPECT_EQ(keyword->FindDefault(nullptr, "f", 1), nullptr);
+  EXPECT_EQ(keyword->GetNoInstances(), 0U);
+  std::ostringstream out;
+  list->Write(out);
+  EXPECT_EQ(out.str().substr(0, 13), "   default (e");
   EXPECT_EQ(CzonKeyword("k", 0, 0).FindDefault(nullptr, "k", 1), nullptr);
 }
 

@@ -1,20 +1,12 @@
 // Writing: the form of values and nodes, files and what happens to them, dumps, copies of files,
 // and whether what was written loads as it was.
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <cfloat>
-#include <cmath>
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <filesystem>
 #include <iomanip>
 #include <limits>
-#include <locale>
-#include <random>
-#include <sstream>
 
 #include "host.h"
 
@@ -144,7 +136,7 @@ TEST(Writing, EachNodeHasItsForm) {
   struct Full : std::streambuf {
   } full;
   std::ostream nowhere(&full);
-  EXPECT_TRUE(CzonFilename("x").Write(nowhere).bad());
+  EXPECT_TRUE(CzonString("x").Write(nowhere).bad());
   nowhere.clear();
   EXPECT_TRUE(CzonInt("1").Write(nowhere).bad());
 }
