@@ -296,7 +296,7 @@ void ExpectDefault(CzonSection* section, const std::string& name, unsigned depth
 
 // On a stack of 256 KiB, where a recursion along the tree would show.
 TEST(Size, DepthCostsNoStack) {
-  const auto goDeep = [](void*) -> void* {
+  ASSERT_TRUE(host::OnSmallStack([](void*) -> void* {
     static unsigned counted;
     CzonTargetList copy, named;
     auto root = std::make_unique<CzonTargetList>();
@@ -307,8 +307,7 @@ TEST(Size, DepthCostsNoStack) {
     copy.Explore([](CzonNode*) { ++counted; });
     EXPECT_EQ(counted, 1000004U);
     return nullptr;
-  };
-  ASSERT_TRUE(host::OnSmallStack(goDeep));
+  }));
 }
 
 // Walking along the siblings for each of them would take minutes here.
