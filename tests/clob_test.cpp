@@ -44,10 +44,7 @@ std::string ReadAll(void* clob) {
 }
 
 TEST(Clob, ContentsAndFlaws) {
-  const struct {
-    const char* content;
-    const char* read;
-  } kRows[] = {
+  const std::pair<const char*, const char*> rows[] = {
       {"", ""},
       {"  ", ""},
       {"Boolean:true,integer:-5,FLOAT:0.5,Double:2.5",
@@ -79,25 +76,24 @@ TEST(Clob, ContentsAndFlaws) {
       {"String:\"x", "CLOB position 10: closing quote expected"},
       {"Integer:1,String:\"x\"\"", "CLOB position 22: closing quote expected"},
   };
-  for (const auto& row : kRows) {
+  for (const auto& [content, read] : rows) {
     zonGetErrorGlb();
-    const host::File file(host::Load(Quoted(row.content)));
+    const host::File file(host::Load(Quoted(content)));
     void* clob = ValueOf(file);
-    ASSERT_EQ(zonIsClob(clob), 1) << row.content;
-    const bool flawed = std::strncmp(row.read, "CLOB position", 13) == 0;
-    EXPECT_EQ(zonIsClobEnd(clob), flawed || *row.read == '\0') << row.content;
-    EXPECT_EQ(ReadAll(clob), row.read) << row.content;
+    ASSERT_EQ(zonIsClob(clob), 1) << content;
+    const bool flawed = std::strncmp(read, "CLOB position", 13) == 0;
+    EXPECT_EQ(zonIsClobEnd(clob), flawed || *read == '\0') << content;
+    EXPECT_EQ(ReadAll(clob), read) << content;
     EXPECT_STREQ(flawed ? zonGetClobFilenameString(clob) : "", "");
-    EXPECT_EQ(zonGetErrorGlb(), flawed ? 1003 : 0) << row.content;
+    EXPECT_EQ(zonGetErrorGlb(), flawed ? 1003 : 0) << content;
     // Written as it was read, but for the letter case of the opener.
     const std::string path = host::FolderPath() + "/clob.zon";
     std::remove(path.c_str());
     zonWrite(file, path.c_str());
-    const std::string text = Quoted(row.content);
-    const std::string value = text.substr(8, text.size() - 16);
+    const std::string value = Quoted(content).substr(8, Quoted(content).size() - 16);
     EXPECT_NE(host::ReadFile(path).find(value), std::string::npos) << value;
     const host::File again(zonLoadFile(path.c_str(), 0));
-    EXPECT_EQ(ReadAll(ValueOf(again)), row.read) << row.content;
+    EXPECT_EQ(ReadAll(ValueOf(again)), read) << content;
     zonGetErrorGlb();
   }
 }

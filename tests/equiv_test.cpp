@@ -19,36 +19,24 @@ EndSect
 // report; none if it conforms.
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
-class Equivalence : public testing::Test {
- protected:
-  void SetUp() override {
-    zonGetErrorGlb();
-    template_ = host::Load(kTemplate);
-    ASSERT_EQ(host::SyntaxError(template_), "");
+void Expect(void* pattern, const Pairs& pairs) {
+  for (const auto& [text, report] : pairs) {
+    const host::File candidate(host::Load(text));
+    EXPECT_EQ(host::SyntaxError(candidate), "") << text;
+    void* section = zonTargetByNum(candidate, 1);
+    host::Reports();
+    const int result =
+        zonEquivalent(zonTargetByNameNum(pattern, zonGetName(section), 1), section, nullptr);
+    EXPECT_EQ(result, report.empty() ? 1 : 0) << text;
+    EXPECT_EQ(host::Reports(), report.empty() ? host::Texts{} : host::Texts{"17: Error: " + report})
+        << text;
   }
-  void TearDown() override { zonClose(&template_); }
+}
 
-  static void Expect(void* pattern, const Pairs& pairs) {
-    for (const auto& [text, report] : pairs) {
-      const host::File candidate(host::Load(text));
-      EXPECT_EQ(host::SyntaxError(candidate), "") << text;
-      void* section = zonTargetByNum(candidate, 1);
-      host::Reports();
-      const int result =
-          zonEquivalent(zonTargetByNameNum(pattern, zonGetName(section), 1), section, nullptr);
-      EXPECT_EQ(result, report.empty() ? 1 : 0) << text;
-      host::Texts reports;
-      if (!report.empty()) reports.push_back("17: Error: " + report);
-      EXPECT_EQ(host::Reports(), reports) << text;
-    }
-  }
-
-  void* template_ = nullptr;
-};
-
-TEST_F(Equivalence, ReportsTheFirstMismatch) {
+TEST(Equivalence, ReportsTheFirstMismatch) {
+  const host::File pattern(host::Load(kTemplate));
   Expect(
-      template_,
+      pattern,
       {{"[MODEL] DEPTH = 3.0, 4 many = 1 many = 2 EndSect", ""},
        {"[Model] name = 'y' file = #d# when = #e# flag = false hole = EndSect", ""},
        {"[Model] depth = 1 EndSect", "Missing parameters\n\tKeyw: Model.depth\n\tNo:2"},
@@ -79,7 +67,7 @@ TEST_F(Equivalence, ReportsTheFirstMismatch) {
 }
 
 // What a template in text cannot say: definitions made through the builder.
-TEST_F(Equivalence, FlagsOfABuiltTemplate) {
+TEST(Equivalence, FlagsOfABuiltTemplate) {
   const host::File pattern(zonCreate());
   zonAddTarget(pattern, "M");
   zonAddKeywordDef(pattern, "list", "id", 0, 0, 1);
@@ -123,7 +111,7 @@ TEST_F(Equivalence, FlagsOfABuiltTemplate) {
             "17: Error: Two parameters expected\n\tTemp: \n\tCand: s");
 }
 
-TEST_F(Equivalence, PlaceholdersAreResolvedFirst) {
+TEST(Equivalence, PlaceholdersAreResolvedFirst) {
   // A placeholder in a definition stands for itself; the second one finds the first definition.
   const host::File candidate(
       host::Load("[Model] [Grid] default(cells) = 'x' EndSect default(d) = EndSect"));
@@ -134,20 +122,20 @@ TEST_F(Equivalence, PlaceholdersAreResolvedFirst) {
   EXPECT_EQ(host::Reports(), host::Texts{"17: Error: Unresolved default value\n\tKeyw: \n\tNo:1"});
 }
 
-TEST_F(Equivalence, EntryChecksItsArgumentsAndQuietStays) {
-  void* root = zonGetRoot(template_);
-  void* section = zonTargetByNum(template_, 1);
-  host::Messages();
+TEST(Equivalence, EntryChecksItsArgumentsAndQuietStays) {
+  const host::File file(host::Load(kTemplate));
+  void *root = zonGetRoot(file), *section = zonTargetByNum(file, 1);
+  host::Heard();
   host::Reports();
   EXPECT_EQ(zonEquivalent(root, root, nullptr), 0);
   EXPECT_EQ(host::Reports(), host::Texts{"17: Error: Two sections required\n\tTemp: \n\tCand: "});
   EXPECT_EQ(zonEquivalent(section, zonKeywordByNum(section, 1), nullptr), 0);
   EXPECT_EQ(host::Heard(), "0 Conflicting zonNode types");
-  EXPECT_EQ(zonEquivalent(nullptr, template_, nullptr), 0);
+  EXPECT_EQ(zonEquivalent(nullptr, file, nullptr), 0);
   EXPECT_EQ(host::Heard(), "1006 Invalid zonNode Invalid zonNode");
   EXPECT_EQ(zonEqvSection(nullptr, nullptr) + zonEqvKeyword(nullptr, nullptr), 0);
   EXPECT_EQ(host::Reports().size(), 2U);
-  EXPECT_EQ(zonEquivalentExt(section, zonTargetByNum(template_, 2), nullptr, 1), 0);
+  EXPECT_EQ(zonEquivalentExt(section, zonTargetByNum(file, 2), nullptr, 1), 0);
   EXPECT_EQ(zonEquivalentExt(nullptr, section, nullptr, 1), 0);
   EXPECT_EQ(zonGetErrorGlb(), 1006);
   EXPECT_EQ(zonIsEqvQuiet(), 1);
@@ -174,7 +162,7 @@ TEST_F(Equivalence, EntryChecksItsArgumentsAndQuietStays) {
   EXPECT_EQ(zonIsEqvQuiet(), 0);
 }
 
-TEST_F(Equivalence, StaysLinear) {
+TEST(Equivalence, StaysLinear) {
   constexpr int kCount = 100000;
   const host::File file(zonCreate());
   zonAddTarget(file, "A");

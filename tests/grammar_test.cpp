@@ -7,8 +7,7 @@ namespace {
 using namespace std::string_literals;
 
 struct Case {
-  std::string text, tree;
-  std::string error = {};
+  std::string text, tree, error = {};
 };
 
 const char kTwice[] = " Template: ambiguous identifier";
@@ -76,26 +75,23 @@ TEST(Grammar, TreesAndErrors) {
 
 // How deep sections can lie around something; one more overflows.
 TEST(Grammar, Nesting) {
-  const struct {
-    const char *header, *inside;
-    int deepest;
-  } rows[] = {{"[A]", "", 146},           {"[A]{r}", "k=", 146}, {"[A]", "k=1", 145},
-              {"[A]", "k='x',,%1", 144},  {"[A]", "k=-1", 144},  {"[A()]", "()={r}", 145},
-              {"[A]", "k=true,.5", 145},  {"[A]", "k=|f|", 145}, {"[A]", "k={r},+1,-.5,#d#", 144},
-              {"[A]", "default(k)=", 144}};
-  for (const auto& row : rows) {
-    std::string text = row.inside;
-    for (int depth = 1; depth <= row.deepest + 1; ++depth) {
-      text = row.header + text + " EndSect";
-      if (depth < row.deepest) continue;
+  const std::tuple<std::string, std::string, int> rows[] = {
+      {"[A]", "", 146},           {"[A]{r}", "k=", 146}, {"[A]", "k=1", 145},
+      {"[A]", "k='x',,%1", 144},  {"[A]", "k=-1", 144},  {"[A()]", "()={r}", 145},
+      {"[A]", "k=true,.5", 145},  {"[A]", "k=|f|", 145}, {"[A]", "k={r},+1,-.5,#d#", 144},
+      {"[A]", "default(k)=", 144}};
+  for (const auto& [header, inside, deepest] : rows) {
+    std::string text = inside;
+    std::string tree = host::ShowTree(host::File(host::Load(header + inside + " EndSect")));
+    tree = tree.substr(1, tree.size() - 2);
+    for (int depth = 1; depth <= deepest + 1; ++depth) {
+      text = header + text + " EndSect";
+      if (depth < deepest) continue;
       const host::File file(host::Load(text));
       const std::string error = host::SyntaxError(file);
-      EXPECT_EQ(error.substr(error.find(' ') + 1), depth > row.deepest ? "yacc stack overflow" : "")
-          << row.header << row.inside << depth;
-      const std::string tree =
-          host::ShowTree(host::File(host::Load(row.header + std::string(row.inside) + " EndSect")));
-      EXPECT_EQ(host::ShowTree(file).find(tree.substr(1, tree.size() - 2)) != std::string::npos,
-                depth == row.deepest);
+      EXPECT_EQ(error.substr(error.find(' ') + 1), depth > deepest ? "yacc stack overflow" : "")
+          << text;
+      EXPECT_EQ(host::ShowTree(file).find(tree) != std::string::npos, depth == deepest) << text;
     }
   }
 }

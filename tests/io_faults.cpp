@@ -1,7 +1,6 @@
 // What the system may refuse or do by halves while files are read and written. A program of its
 // own: its open, read and so on stand in front of the system's.
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -122,31 +121,30 @@ TEST(Io, FaultsOfReading) {
   const std::string tree = host::ShowTree(host::File(zonLoadFile(path.c_str(), 1)));
   int opened;
   const std::string tokens = Tokens(path, &opened);
-  const struct {
-    Call call;
-    int fault;
-    bool all;
-    int code, tokenCode;  // of zonLoadFile and of zontLoadFile
-  } rows[] = {{kOpen, EMFILE, false, 1001, 1001}, {kOpen, EINTR, false, 0, 0},
-              {kStat, EIO, false, 1001, 1001},    {kRead, EIO, false, 1002, 0},
-              {kRead, EISDIR, true, 1002, 0},     {kRead, EINTR, false, 0, 0},
-              {kRead, -1, false, 0, 0},           {kRead, -1, true, 0, 0},
-              {kClose, EIO, false, 0, 0},         {kClose, EINTR, true, 0, 0}};
-  for (const auto& row : rows) {
-    Inject(row.call, row.fault, row.all, [&] {
+  // The codes are those of zonLoadFile and of zontLoadFile.
+  const std::tuple<Call, int, bool, int, int> rows[] = {
+      {kOpen, EMFILE, false, 1001, 1001}, {kOpen, EINTR, false, 0, 0},
+      {kStat, EIO, false, 1001, 1001},    {kRead, EIO, false, 1002, 0},
+      {kRead, EISDIR, true, 1002, 0},     {kRead, EINTR, false, 0, 0},
+      {kRead, -1, false, 0, 0},           {kRead, -1, true, 0, 0},
+      {kClose, EIO, false, 0, 0},         {kClose, EINTR, true, 0, 0}};
+  for (const auto& [call, fault, all, wanted, tokenWanted] : rows) {
+    const int code = wanted, tokenCode = tokenWanted;
+    SCOPED_TRACE("call " + std::to_string(call) + ", fault " + std::to_string(fault));
+    Inject(call, fault, all, [&] {
       const host::File file(zonLoadFile(path.c_str(), 1));
       const int met = fired;
       Calm();
-      EXPECT_EQ(zonGetErrorGlb(), met == 0 ? 0 : row.code) << row.call << row.fault;
-      EXPECT_EQ(file == nullptr, met != 0 && row.code != 0);
+      EXPECT_EQ(zonGetErrorGlb(), met == 0 ? 0 : code);
+      EXPECT_EQ(file == nullptr, met != 0 && code != 0);
       EXPECT_TRUE(file == nullptr || host::ShowTree(file) == tree);
     });
-    Inject(row.call, row.fault, row.all, [&] {
+    Inject(call, fault, all, [&] {
       const std::string got = Tokens(path, &opened);
       Calm();
-      EXPECT_EQ(opened, fired == 0 ? 0 : row.tokenCode) << row.call << row.fault;
+      EXPECT_EQ(opened, fired == 0 ? 0 : tokenCode);
       const bool error = got.find("Read error") != std::string::npos;
-      EXPECT_EQ(error, fired != 0 && row.code == 1002);
+      EXPECT_EQ(error, fired != 0 && code == 1002);
       EXPECT_TRUE(error || got == tokens || opened != 0);
     });
   }
@@ -206,30 +204,6 @@ TEST(Io, Links) {
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     EXPECT_EQ(access(link.c_str(), F_OK) == 0, name == "dangling"s) << "is made where it leads to";
   }
-}
-
-TEST(Io, FewDescriptorsForManyFiles) {
-  const std::string path = host::WriteFile("few.zon", "[A] k = 1 EndSect");
-  const std::string bad = host::WriteFile("bad.zon", "[A] k = 'x");
-  rlimit old{};
-  getrlimit(RLIMIT_NOFILE, &old);
-  const rlimit few{64, old.rlim_max};
-  setrlimit(RLIMIT_NOFILE, &few);
-  std::vector<void*> files;
-  for (int n = 0; n < 300; ++n) {
-    for (const std::string& name : {path, bad}) files.push_back(zonLoadFile(name.c_str(), 1));
-    EXPECT_NE(files.back(), nullptr);
-    EXPECT_EQ(zonGetErrorGlb(), 1003);
-    void* reader = nullptr;
-    EXPECT_EQ(zontLoadFile(path.c_str(), &reader), 0);
-    while (zontNextToken(reader) != 0) {
-    }
-    files.push_back(zonCreate());
-    zonWrite(files.back(), (host::FolderPath() + "/written.zon").c_str());
-    zontDispose(&reader);
-  }
-  for (void* file : files) zonClose(&file);
-  setrlimit(RLIMIT_NOFILE, &old);
 }
 
 // A relative name in a working directory that is gone leads nowhere.

@@ -21,7 +21,9 @@ std::string Outcome(const std::string& name, int quiet) {
   zonGetLevel(nullptr);  // its code does not count
   host::Messages();
   host::Reports();
+  const int descriptor = host::LowestFreeFile();
   const host::File file(zonLoadFile(name.c_str(), quiet));
+  EXPECT_EQ(host::LowestFreeFile(), descriptor);  // however many files are at hand
   std::string text = std::to_string(zonGetErrorGlb());
   for (const auto count : {zonNoChars, zonNoLines, zonNoComments, zonNoTokens}) {
     if (file != nullptr) text += " " + std::to_string(count(file));
@@ -56,28 +58,26 @@ TEST(Load, CodesReportsAndCounters) {
 
 TEST(Load, SystemSection) {
   const std::string here = host::FolderPath();
-  const struct {
-    std::string system, found;  // root, use, folder
-    unsigned refused = 0;       // how many values do not suit
-  } rows[] = {
-      {"resultROOTfolder = |/r|, |/s| ResultRootFolder = |/t|", "/r 0 "},
-      {"UseCustomResultFolder = true CustomResultFolder = |c|", " 1 " + here + "/c"},
-      {"CustomResultFolder = |b/../c| ResultRootFolder = |r\\s|", here + "/r/s 0 " + here + "/c"},
-      {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", " 1 "},
+  // The section; root, use and folder; how many values do not suit.
+  const std::tuple<std::string, std::string, unsigned> rows[] = {
+      {"resultROOTfolder = |/r|, |/s| ResultRootFolder = |/t|", "/r 0 ", 0},
+      {"UseCustomResultFolder = true CustomResultFolder = |c|", " 1 " + here + "/c", 0},
+      {"CustomResultFolder = |b/../c| ResultRootFolder = |r\\s|", here + "/r/s 0 " + here + "/c",
+       0},
+      {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", " 1 ", 0},
       {"UseCustomResultFolder = 1 CustomResultFolder = |/c|", " 0 /c", 1},
       {"ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", " 0 ", 3},
-      {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", " 0 "},
-      {"EndSect [System] ResultRootFolder = |/second|", " 0 "}};
-  for (const auto& row : rows) {
-    const host::File file(host::Load("[System] " + row.system + " EndSect"));
-    const auto* root = dynamic_cast<CzonTargetList*>(static_cast<CzonBase*>(zonGetRoot(file)));
-    ASSERT_NE(root, nullptr) << host::SyntaxError(file);
+      {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", " 0 ", 0},
+      {"EndSect [System] ResultRootFolder = |/second|", " 0 ", 0}};
+  for (const auto& [system, found, refused] : rows) {
+    const host::File file(host::Load("[System] " + system + " EndSect"));
+    ASSERT_EQ(host::SyntaxError(file), "");
+    const auto& root = host::As<CzonTargetList>(zonGetRoot(file));
     int use = -1;
     std::string folder;
-    root->GetCustomResultFolder(&use, &folder);
-    EXPECT_EQ(root->GetResultRoot() + " " + std::to_string(use) + " " + folder, row.found);
-    EXPECT_EQ(host::Messages(),
-              std::vector<std::string>(row.refused, "Function invalid in this context"));
+    root.GetCustomResultFolder(&use, &folder);
+    EXPECT_EQ(root.GetResultRoot() + " " + std::to_string(use) + " " + folder, found);
+    EXPECT_EQ(host::Messages(), host::Texts(refused, "Function invalid in this context"));
   }
   EXPECT_EQ(zonGetErrorGlb(), 0);
 }

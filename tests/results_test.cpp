@@ -19,12 +19,9 @@ struct Sample : host::File {  // a file with one value in it, k of A
 // What the two functions copy, as their sized twins must, into exactly the room it takes.
 std::string Paths(void* node) {
   std::string paths;
-  const struct {
-    void (*copy)(void*, char*);
-    int (*copySized)(void*, char*, int);
-  } kTwins[] = {{zonGetResultFolderPath, zonGetResultFolderPath2},
-                {zonGetResultFilenamePath, zonGetResultFilenamePath2}};
-  for (const auto& [copy, copySized] : kTwins) {
+  for (const auto& [copy, copySized] :
+       {std::pair(zonGetResultFolderPath, zonGetResultFolderPath2),
+        std::pair(zonGetResultFilenamePath, zonGetResultFilenamePath2)}) {
     char text[2000] = "", sized[2000];
     copy(node, text);
     EXPECT_EQ(copySized(node, sized, static_cast<int>(std::strlen(text)) + 1), 0);

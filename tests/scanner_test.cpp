@@ -136,23 +136,21 @@ TEST(Scanner, WantOfMemoryAndTokensOfTheHost) {
 }
 
 TEST(Scanner, SkipComment) {
-  const struct {
-    const char *text, *delimiters;
-    unsigned comments;
-    const char* counters;  // afterwards
-  } rows[] = {{"(*\n(* *( *(x", "(*", 2, "11 2 8"},
-              {"\xFE\xFF \xFF\xFEx", "\xFE\xFF", 1, "5 1 5"},
-              {"/* a", "/*", 0, "4 1 4"},
-              {"\n/*", "/*", 0, "0 1 0"},
-              {"/", "/*", 0, "0 1 0"},
-              {"/**/", "/**", 0, "0 1 0"}};
-  for (const auto& row : rows) {
-    for (CyyInput* input : host::BothSources(row.text)) {
+  // A text, the delimiters, how many comments these are, and the counters afterwards.
+  const std::tuple<const char*, const char*, unsigned, const char*> rows[] = {
+      {"(*\n(* *( *(x", "(*", 2, "11 2 8"},
+      {"\xFE\xFF \xFF\xFEx", "\xFE\xFF", 1, "5 1 5"},
+      {"/* a", "/*", 0, "4 1 4"},
+      {"\n/*", "/*", 0, "0 1 0"},
+      {"/", "/*", 0, "0 1 0"},
+      {"/**/", "/**", 0, "0 1 0"}};
+  for (const auto& [text, delimiters, comments, counters] : rows) {
+    for (CyyInput* input : host::BothSources(text)) {
       CzonParser parser(input);
       EXPECT_EQ(parser.SkipComment(nullptr), 0);
-      EXPECT_EQ(parser.SkipComment(row.delimiters), row.comments > 0 ? 1 : 0) << row.text;
-      EXPECT_EQ(parser.GetNoComments(), row.comments) << row.text;
-      EXPECT_EQ(Counters(*input), row.counters) << row.text;
+      EXPECT_EQ(parser.SkipComment(delimiters), comments > 0 ? 1 : 0) << text;
+      EXPECT_EQ(parser.GetNoComments(), comments) << text;
+      EXPECT_EQ(Counters(*input), counters) << text;
     }
   }
 }

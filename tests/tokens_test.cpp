@@ -151,31 +151,30 @@ TEST(TokenReader, WordsStayUnread) {
 TEST(TokenReader, AnswersForEveryState) {
   using Reader = CzonTokenReader;
   static const auto number = [](Reader& r) { return r.ParseNumber('-'); };
-  const struct {
-    std::function<int(Reader&)> read;
-    const char *text, *outcome;  // code, token text and error
-  } rows[] = {{&Reader::ParseParFile, "[A]", "100 A "},
-              {&Reader::ParseSectionList, " ", "0  "},
-              {&Reader::ParseSection, "[A]", "100 A "},
-              {&Reader::ParseSection, "A", "-1  Bad section, expected ["},
-              {&Reader::ParseSectionHeader, "[A]", "1 A "},
-              {&Reader::ParseEndSection, "EndSect", "101  "},
-              {&Reader::ParseKeyword, "k=", "200 k "},
-              {&Reader::ParseKeyword, "=", "-1  Expected keyword string"},
-              {&Reader::ParseKeyword, "k/*", "-1 k Bad comment, missing */"},
-              {&Reader::ParseMoreParameter, ",5", "1020 5 "},
-              {&Reader::ParseMoreParameter, "[A]", "100 A "},
-              {&Reader::ParseMoreParameter, "{", "-1  Bad comment, missing }"},
-              {&Reader::ParseSimParameter, "fals", "1000  "},
-              {&Reader::ParseSectionBody, "/*", "-1  Bad comment, missing */"},
-              {&Reader::ParseString, "a''b'", "1030 a'b "},
-              {&Reader::ParseFilename, "a|", "1200 a "},
-              {&Reader::GetChSkipBlanks, "{", "-1  Bad comment, missing }"},
-              {number, "5", "1020 -5 "},
-              {[](Reader& r) { return r.ParseNumber(-1); }, "5", "1020 5 "},
-              {[](Reader& r) { return r.InputIs('x', nullptr) + r.InputIs('x', ""); }, "", "0  "},
-              {[](Reader& r) { return r.InputPeak('x', "y") + r.InputPeak('x', "xy"); }, "", "0  "},
-              {[](Reader& r) { return number(r), r.Error(nullptr), 0; }, "-", "0 - "}};
+  // What is read, of which text, and the code, token text and error.
+  const std::tuple<std::function<int(Reader&)>, const char*, const char*> rows[] = {
+      {&Reader::ParseParFile, "[A]", "100 A "},
+      {&Reader::ParseSectionList, " ", "0  "},
+      {&Reader::ParseSection, "[A]", "100 A "},
+      {&Reader::ParseSection, "A", "-1  Bad section, expected ["},
+      {&Reader::ParseSectionHeader, "[A]", "1 A "},
+      {&Reader::ParseEndSection, "EndSect", "101  "},
+      {&Reader::ParseKeyword, "k=", "200 k "},
+      {&Reader::ParseKeyword, "=", "-1  Expected keyword string"},
+      {&Reader::ParseKeyword, "k/*", "-1 k Bad comment, missing */"},
+      {&Reader::ParseMoreParameter, ",5", "1020 5 "},
+      {&Reader::ParseMoreParameter, "[A]", "100 A "},
+      {&Reader::ParseMoreParameter, "{", "-1  Bad comment, missing }"},
+      {&Reader::ParseSimParameter, "fals", "1000  "},
+      {&Reader::ParseSectionBody, "/*", "-1  Bad comment, missing */"},
+      {&Reader::ParseString, "a''b'", "1030 a'b "},
+      {&Reader::ParseFilename, "a|", "1200 a "},
+      {&Reader::GetChSkipBlanks, "{", "-1  Bad comment, missing }"},
+      {number, "5", "1020 -5 "},
+      {[](Reader& r) { return r.ParseNumber(-1); }, "5", "1020 5 "},
+      {[](Reader& r) { return r.InputIs('x', nullptr) + r.InputIs('x', ""); }, "", "0  "},
+      {[](Reader& r) { return r.InputPeak('x', "y") + r.InputPeak('x', "xy"); }, "", "0  "},
+      {[](Reader& r) { return number(r), r.Error(nullptr), 0; }, "-", "0 - "}};
   for (const auto& [read, text, outcome] : rows) {
     auto* input = new CzonInput;
     EXPECT_EQ(0, input->open(Written(text)));
