@@ -1,5 +1,4 @@
 // Building a file through the interface.
-
 #include "host.h"
 
 namespace {

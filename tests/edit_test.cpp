@@ -1,9 +1,10 @@
 // Editing: random edits on a tree and on a simple model beside it, and what the model does not show.
-
 #include "edit_model.h"
 #include "host.h"
 
 namespace {
+
+using host::Codes;
 
 const std::string kNoPair = "zonCopy:\n\tsection/section or\n\tkeyword/keyword required";
 
@@ -40,23 +41,23 @@ TEST(Editing, TheCursorLeavesWhatGoes) {
   zonAddKeyword(file, "k");
   zonAddClob(file);
   void* keyword = zonKeywordByNum(zonFindSectionByHandle(file, "A/B"), 1);
-  EXPECT_EQ(zoneModifyParameterInt(keyword, 1, 5), 0);  // the CLOB gives way
-  EXPECT_EQ(zonAddClobIntS(file, 1), 2000);
-  EXPECT_EQ(zonAddIntS(file, 6), 0);
+  // The CLOB gives way.
+  EXPECT_EQ(
+      (Codes{zoneModifyParameterInt(keyword, 1, 5), zonAddClobIntS(file, 1), zonAddIntS(file, 6)}),
+      (Codes{0, 2000, 0}));
   EXPECT_EQ(host::ShowTree(file), "{A{B{k(int 5, int 6)}}}");
-  EXPECT_EQ(zoneDeleteNode(keyword), 0);
-  EXPECT_EQ(zonAddIntS(file, 6), 2000);
-  EXPECT_EQ(zonAddKeywordS(file, "m"), 0);
-  EXPECT_EQ(zonCopy(zonTargetByNum(file, 1), zonFindSectionByHandle(file, "A/B")), 1);
+  EXPECT_EQ((Codes{zoneDeleteNode(keyword), zonAddIntS(file, 6), zonAddKeywordS(file, "m"),
+                   zonCopy(zonTargetByNum(file, 1), zonFindSectionByHandle(file, "A/B"))}),
+            (Codes{0, 2000, 0, 1}));
   EXPECT_EQ(host::ShowTree(file), "{A{A{B{m()}}}}");
-  EXPECT_EQ(zonAddIntS(file, 1), 2000);  // its keyword went with the old content
-  EXPECT_EQ(zonAddKeywordS(file, "n"), 0);
+  // Its keyword went with the old content.
+  EXPECT_EQ((Codes{zonAddIntS(file, 1), zonAddKeywordS(file, "n")}), (Codes{2000, 0}));
   EXPECT_EQ(host::ShowTree(file), "{A{A{B{m()} n()}}}");
   EXPECT_EQ(zonCopy(zonFindSectionByHandle(file, "A/A/B"), zonTargetByNum(file, 1)), 1);
   EXPECT_EQ(host::ShowTree(file), "{B{m()}}");
-  EXPECT_EQ(zoneDeleteSectionByNameNum(zonGetRoot(file), "b", 1), 0);
-  EXPECT_EQ(zonAddTargetS(file, "C"), 0);
-  EXPECT_EQ(zonGetErrorGlb(), 0);
+  EXPECT_EQ((Codes{zoneDeleteSectionByNameNum(zonGetRoot(file), "b", 1), zonAddTargetS(file, "C"),
+                   zonGetErrorGlb()}),
+            (Codes{0, 0, 0}));
 }
 
 TEST(Editing, ValuesChangeInPlaceOrGiveWayAndAreInserted) {
@@ -66,24 +67,24 @@ TEST(Editing, ValuesChangeInPlaceOrGiveWayAndAreInserted) {
   void* keyword = zonKeywordByNum(section, 1);
   std::vector<void*> before;
   for (unsigned n = 1; n <= 6; ++n) before.push_back(zonParamByNum(keyword, n));
-  EXPECT_EQ(zoneModifyParameterInt(keyword, 1, -4), 0);
-  EXPECT_EQ(zoneModifyParameterDouble(keyword, 2, 3.0), 0);
-  EXPECT_EQ(zoneModifyParameterString(keyword, 3, ""), 0);
-  EXPECT_STREQ(zonGetString(before[2]), "");
-  EXPECT_EQ(zoneModifyParameterString(keyword, 3, "y"), 0);
-  EXPECT_EQ(zoneModifyParameterString(keyword, 3, zonGetString(before[2])), 0);
-  EXPECT_EQ(zoneModifyParameterBool(keyword, 4, 0), 0);
-  EXPECT_EQ(zoneModifyParameterFilename(keyword, 5, "g/h"), 0);
+  EXPECT_EQ(
+      (Codes{zoneModifyParameterInt(keyword, 1, -4), zoneModifyParameterDouble(keyword, 2, 3.0),
+             zoneModifyParameterString(keyword, 3, ""), *zonGetString(before[2]),
+             zoneModifyParameterString(keyword, 3, "y"),
+             zoneModifyParameterString(keyword, 3, zonGetString(before[2])),
+             zoneModifyParameterBool(keyword, 4, 0),
+             zoneModifyParameterFilename(keyword, 5, "g/h")}),
+      Codes(8));
   for (unsigned n = 1; n <= 5; ++n) EXPECT_EQ(zonParamByNum(keyword, n), before[n - 1]) << n;
   EXPECT_EQ(zoneModifyParameterFloat(keyword, 6, 0.5F), 0);
   EXPECT_NE(zonParamByNum(keyword, 6), before[5]);
   EXPECT_EQ(zonGetInt(before[1]), 3);  // all views are renewed
-  EXPECT_EQ(zoneModifyParameterDouble(keyword, 6, 0.25), 0);
-  EXPECT_NE(zonNumericIsIntType(zonParamByNum(keyword, 6)), 1);
   // A placeholder itself changes; a definition is renamed and edited as a keyword is.
   void* definition = zonNodeByNum(section, 2);
-  EXPECT_EQ(zoneModifyParameterInt(definition, 2, 9), 0);
-  EXPECT_EQ(zoneRenameKeyword(definition, "e"), 0);
+  EXPECT_EQ((Codes{zoneModifyParameterDouble(keyword, 6, 0.25),
+                   zonNumericIsIntType(zonParamByNum(keyword, 6)),
+                   zoneModifyParameterInt(definition, 2, 9), zoneRenameKeyword(definition, "e")}),
+            Codes(4));
   EXPECT_NE(zoneInsertParameterDefault(definition, 1), nullptr);
   EXPECT_NE(zoneInsertParameterUndefined(definition, 4), nullptr);
   for (void* made :
@@ -163,21 +164,20 @@ TEST(Editing, CopiesLeaveNothingBehind) {
   EXPECT_EQ(zonTargetByNameNum(other, "a", 1), target);
   EXPECT_EQ(zonCopy(target, target), 1);
   EXPECT_STREQ(zonGetNameGlb(zonKeywordByNum(zonSectionByNum(target, 1), 1)), "A.S.y");
-  // What is known of definitions is forgotten as they change.
+  // What is known of definitions is forgotten as they change; 0 is the placeholder itself.
   const host::File defaults(host::Load("[A] default (d) = 1 default (e) = 2 d = 0 EndSect"));
   void* section = zonTargetByNum(defaults, 1);
   void* wanted = zoneInsertParameterDefault(zonKeywordByNum(section, 1), 1);
+  const auto found = [&] { return zonGetInt(zonFindDefault(wanted)); };
   ASSERT_NE(zoneInsertNewKeyword(section, "k", 1), nullptr);
-  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 1);
-  EXPECT_EQ(zoneDeleteKeywordByNum(section, 1), 0);
-  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 1);
-  EXPECT_EQ(zonCopy(zonNodeByNum(section, 2), zonNodeByNum(section, 1)), 1);
-  EXPECT_EQ(zonFindDefault(wanted), wanted);
-  EXPECT_EQ(zoneRenameKeyword(zonNodeByNum(section, 2), "D"), 0);
-  EXPECT_EQ(zonGetInt(zonFindDefault(wanted)), 2);
-  EXPECT_EQ(zoneDeleteNode(zonNodeByNum(section, 2)), 0);
+  EXPECT_EQ((Codes{found(), zoneDeleteKeywordByNum(section, 1), found(),
+                   zonCopy(zonNodeByNum(section, 2), zonNodeByNum(section, 1)), found(),
+                   zoneRenameKeyword(zonNodeByNum(section, 2), "D"), found(),
+                   zoneDeleteNode(zonNodeByNum(section, 2)), found()}),
+            (Codes{1, 0, 1, 1, 0, 0, 2, 0, 0}));
   EXPECT_EQ(zonFindDefault(wanted), wanted);
   EXPECT_EQ(host::ShowTree(defaults), "{A{default e(int 2) d(default, int 0)}}");
+  host::Messages();
   // Trees without a file.
   CzonSection from("x", 0, 0), onto("y", 0, 0);
   from.AddKeyword(new CzonKeyword("k", 0, 0));
@@ -185,12 +185,11 @@ TEST(Editing, CopiesLeaveNothingBehind) {
   from.KeywordByNum(1)->AddParam(static_cast<CzonParam*>(value));
   EXPECT_EQ(zonCopy(&from, &onto), 1);
   EXPECT_EQ(host::Show(&onto), "x{k(int 1)}");
-  EXPECT_EQ(zonCopy(value, value), 0);
-  EXPECT_EQ(zonInsert(&from, &onto, 0), nullptr);
-  EXPECT_EQ(zonInsert(value, onto.KeywordByNum(1), 0), nullptr);
-  EXPECT_EQ(zonInsert(onto.KeywordByNum(1), value, 0), nullptr);
-  EXPECT_EQ(zoneDeleteKeywordByNum(&onto, 1), 0);
-  EXPECT_EQ(zonInsert(zonGetRoot(file), target, 0), nullptr);
+  void* keyword = onto.KeywordByNum(1);
+  const std::pair<void*, void*> odd[] = {
+      {&from, &onto}, {value, keyword}, {keyword, value}, {zonGetRoot(file), target}};
+  for (const auto& [source, place] : odd) EXPECT_EQ(zonInsert(source, place, 0), nullptr);
+  EXPECT_EQ((Codes{zonCopy(value, value), zoneDeleteKeywordByNum(&onto, 1)}), Codes(2));
   EXPECT_EQ(host::Show(&onto) + std::to_string(host::Messages().size()), "x{}5");
   zonGetErrorGlb();
   EXPECT_EQ(zonCopy(zonTargetByNum(file, 2), target), 1);

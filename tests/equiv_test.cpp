@@ -1,5 +1,4 @@
 // Candidates against templates: both as texts, with the one report that the check makes.
-
 #include "host.h"
 
 namespace {

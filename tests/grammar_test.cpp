@@ -1,5 +1,4 @@
 // The grammar: texts and the trees they give, side by side, or the place and text of the error.
-
 #include "host.h"
 
 namespace {

@@ -1,5 +1,4 @@
 // Handles, errors, navigation and queries through the flat interface.
-
 #include <stdexcept>
 
 #include "host.h"

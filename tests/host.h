@@ -30,6 +30,7 @@
 namespace host {
 
 using Texts = std::vector<std::string>;
+using Codes = std::vector<int>;  // of calls, made in the order of the list
 
 // What MessageHook and ReportHook have received since the last call, oldest first. A report is
 // shown with its severity and its words in place of the placeholders: "1: Open error: x.zon".

@@ -1,5 +1,4 @@
 // One keyword at a time: the convenience functions, and by what they judge success.
-
 #include "host.h"
 
 namespace {

@@ -1,5 +1,4 @@
 // File names: the path arithmetic against slow references, and the functions over them.
-
 #include "host.h"
 #include "paths_model.h"
 

@@ -1,5 +1,4 @@
 // Result folders, and the names of result files.
-
 #include "host.h"
 
 namespace {

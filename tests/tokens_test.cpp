@@ -1,6 +1,5 @@
 // The token reader: texts and the tokens they give, side by side. One line holds a whole run:
 // codes, texts behind colons, and for an error "-1 line:position message", where the run stops.
-
 #include "host.h"
 #include "streams_model.h"
 

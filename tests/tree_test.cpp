@@ -1,5 +1,4 @@
 // Nodes: their kinds, lists and names, the order of visits, copies, the end of a tree, depth, size.
-
 #include <deque>
 #include <typeinfo>
 

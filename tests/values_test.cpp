@@ -1,5 +1,4 @@
 // Values: their views, references, defaults, copies, the host's locale.
-
 #include <clocale>
 #include <cstdio>
 
