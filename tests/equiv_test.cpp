@@ -95,19 +95,6 @@ TEST(Equivalence, FlagsOfABuiltTemplate) {
           {"[M] [Must] EndSect large = -2e39 EndSect", ""},
           {"[M] [Must] EndSect large = 'x' EndSect",
            "Parameter type conflict\n\tKeyw: M.large\n\tNo:1"}});
-  // A host may hang anything below a keyword.
-  CzonKeyword odd("k", 0, 0);
-  auto* section = new CzonSection("s", 0, 0);
-  odd.AddNode(section);
-  CzonKeyword plain("k", 0, 0);
-  plain.AddParam(new CzonInt("1"));
-  EXPECT_EQ(section->GetNoInstances(), 0U);
-  EXPECT_EQ(zonEqvKeyword(&odd, &plain) + zonEqvKeyword(&plain, &odd), 0);
-  const host::Texts reports = host::Reports();
-  ASSERT_EQ(reports.size(), 4U);
-  EXPECT_EQ(reports[0] + reports[2],
-            "17: Error: Two parameters expected\n\tTemp: s\n\tCand: "
-            "17: Error: Two parameters expected\n\tTemp: \n\tCand: s");
 }
 
 TEST(Equivalence, PlaceholdersAreResolvedFirst) {
