@@ -200,8 +200,8 @@ std::vector<Row> Rows(R... rows) {
 }
 
 // A function with further arguments, or with one that takes a buffer, as a question to a handle.
-template <class F, class... A>
-auto With(F function, A... arguments) {
+template <class R, class... A>
+auto With(R (*function)(void*, A...), std::common_type_t<A>... arguments) {
   return [=](void* n) { return function(n, arguments...); };
 }
 template <class F>
@@ -373,7 +373,7 @@ TEST_F(Faults, OfFiles) {
       [](void* n) { return zonGetParamResultFilename(n, kName, &text, 1, 4); },
       [](void* n) { return zonGetParamResultFilename(n, kName, &string, 1, 5); },
       With(zonGetParamResultFilePath, kName, &text, 1, 4),
-      With(zonGetListParam, kName, 1, "idb", &number, &real, &truth),
+      [](void* n) { return zonGetListParam(n, kName, 1, "idb", &number, &real, &truth); },
       [](void* n) { return zonEquivalent(n, n, nullptr); });
   ASK(keyword, 0, [](void* n) { return zonEquivalentExt(n, n, nullptr, 1); });
   InjectAll(rows, kLoaded, 3, 1);

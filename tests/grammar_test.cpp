@@ -64,6 +64,11 @@ TEST(Grammar, TreesAndErrors) {
     const std::size_t at = text.find('^');
     rows.push_back({text.erase(at, 1), "null", "1:" + std::to_string(at) + " syntax error"});
   }
+  for (const unsigned more : {62U, 63U, 64U, 128U}) {  // values are made in pieces
+    Case list{"[A] k = 0", "{A{k(int 0"};
+    for (unsigned n = 0; n < more; ++n) list.text += ", 1", list.tree += ", int 1";
+    rows.push_back({list.text + " EndSect", list.tree + ")}}"});
+  }
   for (const Case& row : rows) {
     const host::File file(host::Load(row.text));
     EXPECT_EQ(host::ShowTree(file), row.tree) << row.text;

@@ -84,15 +84,16 @@ TEST(Params, AreWrittenByTheirType) {
   }
   host::Messages();
   static const std::string text(99, 'x');
-  for (const auto put : {+[](void* h) { return zonPutParam(h, "k", text.c_str()); },
-                         +[](void* h) { return zonPutListParam(h, "k", "iid", 1, 2, 3.5); }}) {
+  static const char* const word = text.c_str();  // too long to be copied without memory
+  for (const auto put : {+[](void* h) { return zonPutParam(h, word, word); },
+                         +[](void* h) { return zonPutListParam(h, word, "iid", 1, 2, 3.5); }}) {
     const host::Built file;
-    int done = 0;
-    for (long n = 1; done == 0 && n < 99; ++n) {
-      done = host::Refusing(n, [&] { return put(file); });
+    long n = 0;
+    for (int done = 0; done == 0 && n < 99;) {
+      done = host::Refusing(++n, [&] { return put(file); });
       EXPECT_EQ(host::Heard(), done != 0 ? "0" : "1005 No memory");
     }
-    EXPECT_EQ(done, 1);
+    EXPECT_TRUE(n > 1 && n < 99);
   }
 }
 

@@ -19,8 +19,8 @@ struct Sample : host::File {  // a file with one value in it, k of A
 std::string Paths(void* node) {
   std::string paths;
   for (const auto& [copy, copySized] :
-       {std::pair(zonGetResultFolderPath, zonGetResultFolderPath2),
-        std::pair(zonGetResultFilenamePath, zonGetResultFilenamePath2)}) {
+       {std::pair(&zonGetResultFolderPath, &zonGetResultFolderPath2),
+        std::pair(&zonGetResultFilenamePath, &zonGetResultFilenamePath2)}) {
     char text[2000] = "", sized[2000];
     copy(node, text);
     EXPECT_EQ(copySized(node, sized, static_cast<int>(std::strlen(text)) + 1), 0);
