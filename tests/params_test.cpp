@@ -95,6 +95,9 @@ TEST(Params, AreWrittenByTheirType) {
     }
     EXPECT_TRUE(n > 1 && n < 99);
   }
+  const host::File empty(zonCreate());
+  EXPECT_EQ(host::Refusing(1, [&] { return zonPutParam(empty, "k", CString("text")); }), 0);
+  EXPECT_EQ(host::Heard(), "1005 No memory");
 }
 
 }  // namespace
