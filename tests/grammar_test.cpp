@@ -92,6 +92,7 @@ TEST(Grammar, Nesting) {
       text = header + text + " EndSect";
       if (depth < deepest) continue;
       const host::File file(host::Load(text));
+      EXPECT_EQ(zonPeekErrorGlb(), depth > deepest ? 1003 : 0) << text;
       const std::string error = host::SyntaxError(file);
       EXPECT_EQ(error.substr(error.find(' ') + 1), depth > deepest ? "yacc stack overflow" : "")
           << text;

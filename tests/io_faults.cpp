@@ -150,6 +150,21 @@ TEST(Io, FaultsOfReading) {
   }
 }
 
+// A host without standard input gets its files under the number 0.
+TEST(Io, DescriptorZero) {
+  const std::string path = host::WriteFile("zero.zon", "[A] k = 1 EndSect");
+  const int kept = dup(STDIN_FILENO);
+  int opened;
+  for (const bool isStandardInput : {true, false}) {
+    if (!isStandardInput) close(STDIN_FILENO);
+    const host::File file(zonLoadFile(path.c_str(), 1));
+    EXPECT_EQ(host::ShowTree(file), "{A{k(int 1)}}");
+    EXPECT_EQ(Tokens(path, &opened), "100A 200k 10201 101 0 ");
+  }
+  dup2(kept, STDIN_FILENO);
+  close(kept);
+}
+
 TEST(Io, FaultsOfWriting) {
   const std::string path = host::WriteFile("source.zon", kText);
   const std::string target = host::WriteFile("target.zon", "");

@@ -227,7 +227,8 @@ TEST(Copy, IsDeepAndFiledAndStandsAlone) {
     to->AddSection(new CzonSection("u", 0, 0));
     to->Explore(ExpectFiled);
   }
-  EXPECT_TRUE(loaded.GetHandle() && !root.GetHandle() && loaded.GetResultRoot() == "results");
+  EXPECT_TRUE(loaded.GetHandle() && !root.GetHandle());
+  EXPECT_EQ(loaded.GetResultRoot() + fresh.GetResultRoot(), "resultsresults");
 }
 
 int living = 0;
