@@ -33,7 +33,7 @@ void* NewWord(std::string text, void* rest) {
 struct Folder {
   Folder() {
     path = std::filesystem::temp_directory_path() / "zon-test-XXXXXX";
-    mkdtemp(path.data());
+    if (mkdtemp(path.data()) == nullptr) std::abort();
   }
   ~Folder() {
     if (getpid() == owner) std::filesystem::remove_all(path);
