@@ -67,7 +67,11 @@ string(REGEX REPLACE "/$" "" ZON_PC_UP ${ZON_PC_UP})
 configure_file(cmake/zon.pc.in zon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+# The texts keep their places to each other, and so most of their links.
+install(FILES README.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(FILES bench/RESULTS.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench COMPONENT doc)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
+  FILES_MATCHING PATTERN *.zon PATTERN *.c PATTERN *.cpp)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   FILES_MATCHING PATTERN *.md PATTERN man EXCLUDE)
 zon_install_text(CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR} doc)
@@ -75,9 +79,9 @@ file(GLOB pages CONFIGURE_DEPENDS docs/man/*.[135])
 foreach(page IN LISTS pages)
   get_filename_component(name ${page} NAME)
   string(REGEX MATCH "[135]$" section ${name})
-  set(component dev)
-  if(section EQUAL 1)
-    set(component tool)
+  set(component tool)  # also that of the format, which is for who edits files
+  if(section EQUAL 3)
+    set(component dev)
   endif()
   zon_install_text(${page} ${name} ${CMAKE_INSTALL_MANDIR}/man${section} ${component})
 endforeach()

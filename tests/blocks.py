@@ -137,7 +137,7 @@ def main():
         blocks = [block for block in blocks if block.kind != "console"]
     blocks.sort(key=lambda block: block.kind != "cpp")  # what takes longest begins
 
-    with tempfile.TemporaryDirectory() as scratch, concurrent.futures.ThreadPoolExecutor(2) as pool:
+    with tempfile.TemporaryDirectory(dir=options.build) as scratch, concurrent.futures.ThreadPoolExecutor(2) as pool:
         options.loader = pathlib.Path(tempfile.mkdtemp(dir=scratch))
         status, told = compile_program(options, "c", LOADER, options.loader)
         if status != 0:

@@ -24,17 +24,32 @@ void Put(const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
+bool IsControl(char c) {
+  return static_cast<unsigned char>(c) < ' ' || c == 127;
+}
+
+// Names of files may hold anything.
+std::string Harmless(std::string_view text) {
+  std::string shown(text);
+  std::replace_if(shown.begin(), shown.end(), IsControl, '?');
+  return shown;
+}
+
+bool GoesOn(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 // What a terminal shows of a line, and where the column stands in it: a part of a long line, control
 // characters as blanks. Bytes that go on with a character take no column of their own.
 std::string Underlined(std::string_view line, std::size_t column) {
   constexpr std::size_t kWidth = 120;
   const std::size_t caret = std::min(column - 1, line.size());
-  const std::size_t start = caret < kWidth ? 0 : caret - kWidth / 2;
+  std::size_t start = caret < kWidth ? 0 : caret - kWidth / 2;
+  while (start > 0 && start < caret && GoesOn(line[start])) ++start;
   std::string shown, pad;
   for (std::size_t n = start; n < std::min(line.size(), start + kWidth); ++n) {
-    const auto byte = static_cast<unsigned char>(line[n]);
-    shown += byte < ' ' || byte == 127 ? ' ' : line[n];
-    if (n < caret && (byte & 0xC0) != 0x80) pad += ' ';
+    shown += IsControl(line[n]) ? ' ' : line[n];
+    if (n < caret && !GoesOn(line[n])) pad += ' ';
   }
   return "  " + shown + "\n  " + pad + Coloured(kGreen, "^") + "\n";
 }
@@ -48,12 +63,12 @@ void UseColor(const std::string& when) {
 }
 
 void Say(std::string_view text) {
-  Put(Coloured(kBold, "zon:") + " " + std::string(text) + "\n");
+  Put(Coloured(kBold, "zon:") + " " + Harmless(text) + "\n");
 }
 
 void Diagnose(const Place& place, std::string_view text, std::string_view line) {
-  const std::string where =
-      place.file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ":";
+  const std::string where = Harmless(place.file) + ":" + std::to_string(place.line) + ":" +
+                            std::to_string(place.column) + ":";
   Put(Coloured(kBold, where) + " " + Coloured(kRed, "error:") + " " + std::string(text) + "\n" +
       Underlined(line, place.column));
 }

@@ -1,4 +1,5 @@
-// A file as JSON, with all that the tree knows of it.
+// A file as JSON, with all that the tree knows of it. It is written as the tree is walked, so that a
+// large file costs no second tree.
 #include <cmath>
 #include <iostream>
 
@@ -13,23 +14,10 @@
 namespace tool {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;
 
-bool IsUtf8(const std::string& text) {
-  try {
-    Json(text).dump();
-    return true;
-  } catch (const Json::type_error&) {
-    return false;
-  }
-}
-
-// Bytes that are no UTF-8 are told as the characters of Latin-1, under a name that says so.
-void SetText(Json& node, const char* key, const std::string& text) {
-  if (IsUtf8(text)) {
-    node[key] = text;
-    return;
-  }
+// Bytes that are no UTF-8 are told as the characters of Latin-1, under a key that says so.
+std::string FromLatin1(const std::string& text) {
   std::string wide;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
@@ -40,76 +28,139 @@ void SetText(Json& node, const char* key, const std::string& text) {
       wide += static_cast<char>(0x80 | (byte & 0x3F));
     }
   }
-  node[std::string(key) + "-latin1"] = wide;
+  return wide;
 }
+
+// Objects and lists as they are opened and closed; those of a value stand on one line.
+class Writer {
+ public:
+  void Open(char bracket, bool onOneLine = false) {
+    Separate();
+    std::cout << bracket;
+    ++depth_;
+    isFirst_ = true;
+    if (onOneLine && flat_ == 0) flat_ = depth_;
+  }
+  void Close(char bracket) {
+    const bool wasFlat = flat_ != 0;
+    if (flat_ == depth_) flat_ = 0;
+    --depth_;
+    if (!wasFlat && !isFirst_) Indent();
+    std::cout << bracket;
+    isFirst_ = false;
+  }
+  void Key(const char* key) {
+    Separate();
+    std::cout << '"' << key << "\": ";
+    isBehindKey_ = true;
+  }
+  template <class T>
+  void Put(const char* key, const T& value) {
+    Key(key);
+    Scalar(Json(value).dump());
+  }
+  void PutText(const char* key, const std::string& text) {
+    try {
+      const std::string quoted = Json(text).dump();
+      Key(key);
+      Scalar(quoted);
+    } catch (const Json::type_error&) {
+      Put((std::string(key) + "-latin1").c_str(), FromLatin1(text));
+    }
+  }
+
+ private:
+  void Scalar(const std::string& text) {
+    std::cout << text;
+    isBehindKey_ = isFirst_ = false;
+  }
+  void Separate() {
+    if (isBehindKey_ || depth_ == 0) {
+      isBehindKey_ = false;
+      return;
+    }
+    if (!isFirst_) std::cout << (flat_ != 0 ? ", " : ",");
+    if (flat_ == 0) Indent();
+    isFirst_ = false;
+  }
+  void Indent() const { std::cout << '\n' << std::string(2 * depth_, ' '); }
+
+  std::size_t depth_ = 0;
+  std::size_t flat_ = 0;  // the depth from which on all stands on one line
+  bool isFirst_ = true;
+  bool isBehindKey_ = false;
+};
 
 const CzonNode& NodeOf(void* node) {
   return *static_cast<CzonNode*>(static_cast<CzonBase*>(node));
 }
 
-void SetRemark(Json& json, void* node) {
+void PutRemark(Writer& json, void* node) {
   const std::string& remark = NodeOf(node).GetRemark();
-  if (!remark.empty()) SetText(json, "remark", remark);
+  if (!remark.empty()) json.PutText("remark", remark);
 }
 
-Json ItemsOf(void* list) {
-  Json items = Json::array();
-  for (zonClobReset(list); zonIsClobEnd(list) == 0;) {
-    Json item;
-    if (zonIsClobBool(list) != 0) {
-      item = {{"kind", "boolean"}, {"value", zonGetClobBool(list) != 0}};
-    } else if (zonIsClobInt(list) != 0) {
-      item = {{"kind", "integer"}, {"value", zonGetClobInt(list)}};
-    } else if (zonIsClobFloat(list) != 0) {
-      item = {{"kind", "float"}, {"value", zonGetClobFloat(list)}};
-    } else if (zonIsClobDouble(list) != 0) {
-      item = {{"kind", "double"}, {"value", zonGetClobDouble(list)}};
-    } else {
-      const bool isName = zonIsClobFilename(list) != 0;
-      item = {{"kind", isName ? "filename" : "string"}};
-      SetText(item, "value", isName ? zonGetClobFilenameString(list) : zonGetClobString(list));
-    }
-    items.push_back(std::move(item));
+void PutItem(Writer& json, void* list) {
+  json.Open('{');
+  if (zonIsClobBool(list) != 0) {
+    json.Put("kind", "boolean");
+    json.Put("value", zonGetClobBool(list) != 0);
+  } else if (zonIsClobInt(list) != 0) {
+    json.Put("kind", "integer");
+    json.Put("value", zonGetClobInt(list));
+  } else if (zonIsClobFloat(list) != 0) {
+    json.Put("kind", "float");
+    json.Put("value", zonGetClobFloat(list));
+  } else if (zonIsClobDouble(list) != 0) {
+    json.Put("kind", "double");
+    json.Put("value", zonGetClobDouble(list));
+  } else {
+    const bool isName = zonIsClobFilename(list) != 0;
+    json.Put("kind", isName ? "filename" : "string");
+    json.PutText("value", isName ? zonGetClobFilenameString(list) : zonGetClobString(list));
   }
-  return items;
+  json.Close('}');
 }
 
-// The text as well where the value alone would not tell it: JSON knows no infinity, and a program
-// may care how a real was written.
-void SetReal(Json& json, void* value) {
+void PutList(Writer& json, void* list) {
+  json.PutText("text", WrittenForm(list));
+  if (zonGetClobNoItems(list) < 0) return;  // it cannot be taken apart
+  json.Key("items");
+  json.Open('[');
+  for (zonClobReset(list); zonIsClobEnd(list) == 0;) PutItem(json, list);
+  json.Close(']');
+}
+
+// An integer of more than 32 bits is another one as a real.
+void PutInteger(Writer& json, void* value) {
+  json.Put("value", zonGetInt(value));
+  if (!IsWithinInt(value)) json.Put("real", zonGetDouble(value));
+}
+
+// Always with the text: JSON knows no infinity, and a program may care how a real was written.
+void PutReal(Writer& json, void* value) {
   const double number = zonGetDouble(value);
-  if (std::isfinite(number)) json["value"] = number;
-  json["text"] = WrittenForm(value);
+  if (std::isfinite(number)) json.Put("value", number);
+  json.Put("text", WrittenForm(value));
 }
 
-Json ValueOf(void* value) {
+void PutValue(Writer& json, void* value) {
   const std::string kind = KindOf(value);
-  Json json = {{"kind", kind}};
+  json.Open('{', true);
+  json.Put("kind", kind);
   if (kind == "integer") {
-    json["value"] = zonGetInt(value);
+    PutInteger(json, value);
   } else if (kind == "real") {
-    SetReal(json, value);
+    PutReal(json, value);
   } else if (kind == "boolean") {
-    json["value"] = zonGetBool(value) != 0;
+    json.Put("value", zonGetBool(value) != 0);
   } else if (kind == "list") {
-    SetText(json, "text", WrittenForm(value));
-    if (zonGetClobNoItems(value) >= 0) json["items"] = ItemsOf(value);
+    PutList(json, value);
   } else if (kind != "undefined" && kind != "unknown" && kind != "default") {
-    SetText(json, "value", PlainForm(value));
+    json.PutText("value", PlainForm(value));
   }
-  SetRemark(json, value);
-  return json;
-}
-
-Json NodeToJson(void* node);
-
-// What stands below a node, in the order of the file.
-Json ChildrenOf(void* node) {
-  Json children = Json::array();
-  for (unsigned int n = 1; void* child = zonNodeByNum(node, n); ++n) {
-    children.push_back(zonIsParam(child) != 0 ? ValueOf(child) : NodeToJson(child));
-  }
-  return children;
+  PutRemark(json, value);
+  json.Close('}');
 }
 
 const char* KindOfOwner(void* node) {
@@ -123,13 +174,25 @@ const char* KindOfOwner(void* node) {
   }
 }
 
-Json NodeToJson(void* node) {
-  Json json = {{"kind", KindOfOwner(node)}, {"name", zonGetName(node)}};
-  const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(node)).GetFlags();
-  if ((flags & CzonNamedNode::kMulti) != 0) json["multi"] = true;
-  SetRemark(json, node);
-  json[zonIsSection(node) != 0 ? "children" : "values"] = ChildrenOf(node);
-  return json;
+// What stands below a node, in the order of the file.
+void PutChildren(Writer& json, const char* key, void* node) {
+  json.Key(key);
+  json.Open('[');
+  for (unsigned int n = 1; void* child = zonNodeByNum(node, n); ++n) {
+    if (zonIsParam(child) != 0) {
+      PutValue(json, child);
+      continue;
+    }
+    json.Open('{');
+    json.Put("kind", KindOfOwner(child));
+    json.Put("name", zonGetName(child));
+    const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(child)).GetFlags();
+    if ((flags & CzonNamedNode::kMulti) != 0) json.Put("multi", true);
+    PutRemark(json, child);
+    PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child);
+    json.Close('}');
+  }
+  json.Close(']');
 }
 
 }  // namespace
@@ -137,10 +200,12 @@ Json NodeToJson(void* node) {
 Status DumpJson(const std::string& file) {
   const Source source(file);
   if (source.Problem() != kFine) return source.Problem();
-  Json json;
-  SetText(json, "file", source.From().Name());
-  json["sections"] = ChildrenOf(source.Root());
-  std::cout << json.dump(2) << '\n';
+  Writer json;
+  json.Open('{');
+  json.PutText("file", source.From().Name());
+  PutChildren(json, "sections", source.Root());
+  json.Close('}');
+  std::cout << '\n';
   return kFine;
 }
 

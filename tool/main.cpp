@@ -1,4 +1,7 @@
 // zon: looks at parameter files from the command line.
+#include <fcntl.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <exception>
@@ -27,6 +30,18 @@ void Choose(CLI::App* command, std::function<Status()> action) {
   command->callback([action = std::move(action)] { chosen = action; });
 }
 
+std::string IsNumber(const std::string& text) {
+  const bool sound = text.find_first_not_of("0123456789") == std::string::npos &&
+                     text.size() < 10 && text.find_first_not_of('0') != std::string::npos;
+  return sound ? "" : "wants a number from 1";
+}
+
+// A second reading of standard input would find nothing.
+Status RefuseTwice() {
+  tool::Say("standard input can be read once only");
+  return tool::kTrouble;
+}
+
 // The options of a subcommand live as long as the process.
 template <class T>
 T& Kept() {
@@ -48,7 +63,10 @@ void AddCheck(CLI::App& app) {
       Add(app, "check", "Load each file and tell what is wrong with it", "zon check *.zon");
   auto& files = Kept<std::vector<std::string>>();
   command->add_option("FILE", files, "parameter files, - for standard input")->required();
-  Choose(command, [&files] { return tool::Check(files); });
+  Choose(command, [&files] {
+    const bool twice = std::count(files.begin(), files.end(), "-") > 1;
+    return twice ? RefuseTwice() : tool::Check(files);
+  });
 }
 
 void AddGet(CLI::App& app) {
@@ -61,7 +79,7 @@ void AddGet(CLI::App& app) {
                    "sections and the keyword, with '/' between; ':n' for the n-th of a name")
       ->required();
   command->add_option("PARAM", wanted.param, "which of the values, from 1; all by default")
-      ->check(CLI::PositiveNumber);
+      ->check(IsNumber);
   command->add_flag("--type", wanted.withType, "the kind of each value in front, and a tab");
   command->add_flag("--resolved", wanted.resolved, "file names as the paths they stand for");
   Choose(command, [&wanted] { return tool::Get(wanted); });
@@ -94,13 +112,16 @@ void AddCompare(CLI::App& app) {
   static std::string pattern, file;
   command->add_option("-t,--template", pattern, "what the file may look like")->required();
   command->add_option("FILE", file, "a parameter file, or -")->required();
-  Choose(command, [] { return tool::Compare(pattern, file); });
+  Choose(command, [] {
+    return pattern == "-" && file == "-" ? RefuseTwice() : tool::Compare(pattern, file);
+  });
 }
 
 void AddCopy(CLI::App& app) {
   CLI::App* command =
-      Add(app, "copy", "Copy a file, its file names written anew for the place of the copy",
-          "zon copy harbour.zon runs/monday.zon");
+      Add(app, "copy",
+          "Copy a file, its file names resolved and written anew; tell those that go astray",
+          "zon copy harbour.zon /srv/runs/monday.zon");
   static std::string source, target;
   command->add_option("SOURCE", source, "a parameter file, or -")->required();
   command->add_option("TARGET", target, "the name of a file that does not exist yet")->required();
@@ -120,6 +141,23 @@ void AddCommands(CLI::App& app) {
            tool::Results);
 }
 
+// A file that is opened must not get the number of a stream that was closed; reading or writing that
+// one fails as before.
+void FillClosedStreams() {
+  for (int file = 0; file <= 2; ++file) {
+    if (fcntl(file, F_GETFD) < 0) open("/dev/null", file == 0 ? O_WRONLY : O_RDONLY);
+  }
+}
+
+// What CLI11 tells of a word that is no subcommand does not name it.
+int Refuse(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
+  if (argc > 1 && *argv[1] != '-' && app.get_subcommands().empty()) {
+    tool::Say(std::string("there is no subcommand ") + argv[1] + "; see zon --help");
+    return tool::kTrouble;
+  }
+  return app.exit(error) == 0 ? tool::kFine : tool::kTrouble;
+}
+
 Status Run() {
   try {
     const Status status = chosen();
@@ -134,6 +172,7 @@ Status Run() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  FillClosedStreams();
   std::ios::sync_with_stdio(false);
   CLI::App app("Looks at parameter files, and writes them anew.", "zon");
   app.require_subcommand(1);
@@ -146,14 +185,13 @@ int main(int argc, char** argv) {
   std::string color = "auto";
   app.add_option("--color", color, "auto, always or never")
       ->check(CLI::IsMember({"auto", "always", "never"}));
-  for (const char* word : {"REQUIRED", "TEXT", "UINT:POSITIVE"})
-    app.get_formatter()->label(word, "");
+  for (const char* word : {"REQUIRED", "TEXT", "UINT"}) app.get_formatter()->label(word, "");
   app.get_formatter()->column_width(24);
   AddCommands(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? tool::kFine : tool::kTrouble;
+    return Refuse(app, error, argc, argv);
   }
   tool::UseColor(color);
   return Run();

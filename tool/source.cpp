@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <optional>
 
 #include <zon.h>
 
@@ -45,6 +46,8 @@ Input::Input(const std::string& argument)
     : name_(argument == "-" ? "stdin" : argument), path_(argument) {
   if (argument == "-") {
     Take(STDIN_FILENO);
+  } else if (argument.empty()) {
+    Say("a file without a name");
   } else if (IsReadOnce(argument.c_str())) {
     const int file = open(argument.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     Take(file);
@@ -57,9 +60,13 @@ Input::~Input() {
 }
 
 void Input::Take(int file) {
-  const Progress progress(name_);
-  memory_ = file < 0 ? -1 : memfd_create("zon", MFD_CLOEXEC);
-  const bool taken = memory_ >= 0 && CopyAll(file, memory_);
+  bool taken = false;
+  if (file >= 0) {
+    std::optional<Progress> progress;
+    if (isatty(file) == 0) progress.emplace(name_);  // else a person is typing
+    memory_ = memfd_create("zon", MFD_CLOEXEC);
+    taken = memory_ >= 0 && CopyAll(file, memory_);
+  }
   path_ = taken ? "/proc/self/fd/" + std::to_string(memory_) : "";
   if (!taken) Say(name_ + ": " + std::strerror(errno));
 }
@@ -71,7 +78,23 @@ void Input::Diagnose(unsigned int line, unsigned int position, const char* text)
                     atEnd           ? static_cast<unsigned int>(shown.size()) + 1
                     : position == 0 ? 1
                                     : position};
-  tool::Diagnose(place, text, shown);
+  const bool isMarked =
+      shown.compare(0, 3, "\xEF\xBB\xBF") == 0 || shown.compare(0, 2, "\xFF\xFE") == 0;
+  const char* hint = place.line == 1 && isMarked ? " (the file begins with a byte order mark)" : "";
+  tool::Diagnose(place, std::string(text) + hint, shown);
+}
+
+void Input::DiagnoseOpening(int code) const {
+  const int file = open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  struct stat facts {};
+  const char* reason = zonGetErrorMessageFromErrorCode(code);
+  if (file < 0) {
+    reason = std::strerror(errno);
+  } else if (fstat(file, &facts) == 0 && S_ISDIR(facts.st_mode)) {
+    reason = std::strerror(EISDIR);
+  }
+  if (file >= 0) close(file);
+  Say(name_ + ": " + reason);
 }
 
 Source::Source(const std::string& argument) : input_(argument) {
@@ -85,7 +108,7 @@ Source::Source(const std::string& argument) : input_(argument) {
   }
   const int code = zonGetErrorGlb();
   if (file_ == nullptr) {
-    Say(input_.Name() + ": " + zonGetErrorMessageFromErrorCode(code));
+    input_.DiagnoseOpening(code);
     problem_ = kTrouble;
     return;
   }

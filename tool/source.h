@@ -24,6 +24,8 @@ class Input {
   // Tells an error at a line, as the library counts it: of a position 0 it has seen no more than the
   // end of the line before.
   void Diagnose(unsigned int line, unsigned int position, const char* text) const;
+  // Tells why the file did not open; `code` is what the library says.
+  void DiagnoseOpening(int code) const;
 
  private:
   void Take(int file);

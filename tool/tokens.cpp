@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <iostream>
+#include <optional>
 
 #include <zon.h>
 
@@ -66,6 +69,7 @@ Status Read(void* reader, const Input& input) {
     unsigned int line = 0;
     unsigned int position = 0;
     const char* text = zontGetError(reader, &line, &position);
+    std::cout.flush();  // what comes before stands before
     input.Diagnose(line, position, text);
     status = kFindings;
   }
@@ -80,9 +84,11 @@ Status Tokens(const std::string& file) {
   void* reader = nullptr;
   const int code = zontLoadFile(input.Path().c_str(), &reader);
   if (code != 0) {
-    Say(input.Name() + ": " + zonGetErrorMessageFromErrorCode(code));
+    input.DiagnoseOpening(code);
     return kTrouble;
   }
+  std::optional<Progress> progress;
+  if (isatty(STDOUT_FILENO) == 0) progress.emplace(input.Name());
   const Status status = Read(reader, input);
   zontDispose(&reader);
   return status;

@@ -47,13 +47,19 @@ std::string PlainForm(void* value) {
 std::string WrittenValues(void* keyword) {
   std::string text;
   for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
-    text += (n > 1 ? ", " : "") + WrittenForm(value);
+    // The written form has no sign for a substitution.
+    const bool isSubstitution = zonGetSyntaxClass(value) == kZonSubstit;
+    text += std::string(n > 1 ? ", " : "") + (isSubstitution ? "%" : "") + WrittenForm(value);
   }
   return text;
 }
 
+bool IsWithinInt(void* value) {
+  return zonGetDouble(value) == zonGetInt(value);
+}
+
 std::string NameOf(void* node) {
-  const std::string name = zonGetName(node);
+  const std::string name = *zonGetName(node) != '\0' ? zonGetName(node) : "()";
   return zonGetNoInstances(node) > 1 ? name + ":" + std::to_string(zonGetInstanceNo(node)) : name;
 }
 

@@ -19,7 +19,10 @@ std::string PlainForm(void* value);
 // The values of a keyword as they are written, with commas between.
 std::string WrittenValues(void* keyword);
 
-// "Quay:2", or the name alone where there is no other of it.
+// Whether an integer is the number that stands in the file: of a larger one the low 32 bits are left.
+bool IsWithinInt(void* value);
+
+// "Quay:2", or the name alone where there is no other of it; "()" for the keyword without a name.
 std::string NameOf(void* node);
 
 }  // namespace tool

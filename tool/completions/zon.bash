@@ -4,12 +4,13 @@ _zon() {
   _init_completion -n : || return
 
   local commands='check get list dump compare copy fmt tokens results'
-  local options='--color --help' command= file= word
+  local options='--color --help' command= word
+  local -a given=()  # behind the subcommand, but for options
   for word in "${words[@]:1:cword-1}"; do
     if [[ -z $command ]]; then
       [[ " $commands " == *" $word "* ]] && command=$word
-    elif [[ -z $file && $word != -* ]]; then
-      file=$word
+    elif [[ $word != -?* ]]; then
+      given+=("$word")
     fi
   done
   case $prev in
@@ -29,13 +30,16 @@ _zon() {
   esac
   if [[ $cur == -* || -z $command ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
-  elif [[ -n $file && $command == @(get|list) ]]; then
+  elif [[ ${#given[@]} -eq 1 && $command == @(get|list) ]]; then
     # What lies in the section that has been typed so far.
-    local section=
+    local section= file
+    file=$(dequote "${given[0]}" 2>/dev/null)
     [[ $cur == */* ]] && section=${cur%/*}
-    mapfile -t COMPREPLY < <(compgen -W "$(zon list "$file" $section 2>/dev/null)" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "$(zon list "$file" $section 2>/dev/null </dev/null)" -- "$cur")
     compopt -o nospace
     __ltrim_colon_completions "$cur"
+  elif [[ ${#given[@]} -gt 1 && $command == @(get|list) ]]; then
+    return
   else
     _filedir
   fi

@@ -1,8 +1,17 @@
 # Completion of the command zon for fish.
-function __zon_paths
+# The words behind the subcommand but for options.
+function __zon_given
     set -l words (commandline -opc)
+    while set -q words[1]; and not contains -- $words[1] get list
+        set -e words[1]
+    end
+    string match -v -- '-?*' $words[2..]
+end
+
+function __zon_paths
+    set -l file (__zon_given)
     set -l section (string match -r '^.*(?=/)' -- (commandline -ct))
-    zon list $words[3] $section 2>/dev/null
+    zon list $file[1] $section 2>/dev/null </dev/null
 end
 
 set -l commands check get list dump compare copy fmt tokens results
@@ -16,4 +25,4 @@ complete -c zon -n '__fish_seen_subcommand_from list' -s v -l values -d 'With th
 complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'All below'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
-complete -c zon -n '__fish_seen_subcommand_from get list; and test (count (commandline -opc)) -ge 3' -f -a '(__zon_paths)'
+complete -c zon -n '__fish_seen_subcommand_from get list; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'

@@ -7,7 +7,7 @@ A sound file is passed over in silence, and all files are looked at:
   harbour-faulty.zon:9:49: error: Missing |
        Input = 'weather',  |data\weather\tuesday.csv
                                                     ^
-  zon: nowhere.zon: Error opening file. (ERR_FILE_OPEN , 1001)
+  zon: nowhere.zon: No such file or directory
   [2]
 
 The caret stands under the last character that was read, of long lines as well, whatever they hold:
@@ -26,6 +26,11 @@ The caret stands under the last character that was read, of long lines as well, 
     1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,]]
                                                                 ^
   [1]
+
+A mark that no editor shows is named:
+
+  $ printf '\357\273\277[A] EndSect' | zon check - 2>&1 | head -n 1
+  stdin:1:1: error: syntax error (the file begins with a byte order mark)
 
 An error behind a whole section is one too, and so is an end that comes too early:
 
@@ -80,6 +85,12 @@ File names as they stand, and as paths; those of standard input count from the w
 
 What is not there:
 
+  $ zon get harbour.zon Quay:2x/Name
+  zon: Quay:2x/Name: behind ':' stands a number
+  [2]
+  $ zon get harbour.zon Harbour/Tides
+  zon: harbour.zon: Harbour/Tides is a section
+  [1]
   $ zon get harbour.zon Run/Inpt
   zon: harbour.zon: there is no keyword Run/Inpt
   [1]
@@ -118,6 +129,15 @@ A listing is made of paths:
   Quay:2/Berth/Foreman = 'O''Rane',  (re)
   Quay:2/Berth/Reserved:1 = #2031-02-14 05:00:00#, #2031-02-14 09:00:00#
   Quay:2/Berth/Reserved:2 = #2031-02-14 15:00:00#, #2031-02-14 21:00:00#
+  $ zon list -v harbour.zon Run | grep %
+  Run/Scenario = %scenario, 'winter'
+  Run/Workers = %cores
+  Run/Seed = %1
+  $ zon list harbour-template.zon Tariff
+  Tariff/Mooring
+  Tariff/()
+  $ zon get harbour-template.zon 'Tariff/()' --type
+  real	0.0
   $ zon list -r harbour.zon | grep -v '/$' | while read -r path; do
   >   zon get harbour.zon "$path" >/dev/null || echo "$path"
   > done
@@ -134,7 +154,7 @@ Tokens, one a line; reading goes on behind an error:
   filename c\\d
   EndSect
   $ zon tokens nowhere.zon
-  zon: nowhere.zon: Error opening file. (ERR_FILE_OPEN , 1001)
+  zon: nowhere.zon: No such file or directory
   [2]
   $ zon tokens - < harbour.zon
   stdin:5:60: error: Format error. Expected start of section '['

@@ -6,50 +6,77 @@ A listing for debugging, and all that the tree holds as JSON:
   (2) [Run]   (0 sections   2 keywords)   <Run>
      (3) Title =    (1 params)   <Run.Title>
         (9) String: A run with a keyword too many
-  $ zon dump --json - <<'E' | tr -d '\n ' | sed 's/{"kind"/\n&/g'
-  > [A()] {one} default (k) = 5 k() {two} = 1.50, , 'it''s' {three}, {four}, |x\y|, #2000-01-01#, %s, true
+  $ zon dump --json - <<'E'
+  > [A()] {one} default (k) = 5 k() {two} = 1.50, , 'it''s' {three}, {four}, |x\y|, #2000-01-01#, %s, true, 4294967297
   > c() = '<CLOB:Integer:7,String:"s",Filename:"f",Boolean:false,Float:0.5,Double:1e300>', 1e999 EndSect
   > E
-  {"file":"stdin","sections":[
-  {"kind":"section","name":"A","multi":true,"remark":"one","children":[
-  {"kind":"definition","name":"k","values":[
-  {"kind":"integer","value":5}]},
-  {"kind":"keyword","name":"k","multi":true,"remark":"two","values":[
-  {"kind":"real","value":1.5,"text":"1.50"},
-  {"kind":"undefined"},
-  {"kind":"string","value":"it's","remark":"three"},
-  {"kind":"unknown","remark":"four"},
-  {"kind":"filename","value":"x\\y"},
-  {"kind":"datetime","value":"2000-01-01"},
-  {"kind":"substitution","value":"s"},
-  {"kind":"boolean","value":true}]},
-  {"kind":"keyword","name":"c","multi":true,"values":[
-  {"kind":"list","text":"'<CLOB:Integer:7,String:\"s\",Filename:\"f\",Boolean:false,Float:0.5,Double:1e300>'","items":[
-  {"kind":"integer","value":7},
-  {"kind":"string","value":"s"},
-  {"kind":"filename","value":"f"},
-  {"kind":"boolean","value":false},
-  {"kind":"float","value":0.5},
-  {"kind":"double","value":1e+300}]},
-  {"kind":"real","text":"1e999"}]}]}]} (no-eol)
+  {
+    "file": "stdin",
+    "sections": [
+      {
+        "kind": "section",
+        "name": "A",
+        "multi": true,
+        "remark": "one",
+        "children": [
+          {
+            "kind": "definition",
+            "name": "k",
+            "values": [
+              {"kind": "integer", "value": 5}
+            ]
+          },
+          {
+            "kind": "keyword",
+            "name": "k",
+            "multi": true,
+            "remark": "two",
+            "values": [
+              {"kind": "real", "value": 1.5, "text": "1.50"},
+              {"kind": "undefined"},
+              {"kind": "string", "value": "it's", "remark": "three"},
+              {"kind": "unknown", "remark": "four"},
+              {"kind": "filename", "value": "x\\y"},
+              {"kind": "datetime", "value": "2000-01-01"},
+              {"kind": "substitution", "value": "s"},
+              {"kind": "boolean", "value": true},
+              {"kind": "integer", "value": 1, "real": 4294967297.0}
+            ]
+          },
+          {
+            "kind": "keyword",
+            "name": "c",
+            "multi": true,
+            "values": [
+              {"kind": "list", "text": "'<CLOB:Integer:7,String:\"s\",Filename:\"f\",Boolean:false,Float:0.5,Double:1e300>'", "items": [{"kind": "integer", "value": 7}, {"kind": "string", "value": "s"}, {"kind": "filename", "value": "f"}, {"kind": "boolean", "value": false}, {"kind": "float", "value": 0.5}, {"kind": "double", "value": 1e+300}]},
+              {"kind": "real", "text": "1e999"}
+            ]
+          }
+        ]
+      }
+    ]
+  }
   $ printf '[A] k = "\344\303"' | tr '"' "'" | sed 's/$/ EndSect/' | zon dump --json - | grep latin
-                "value-latin1": "\xc3\xa4\xc3\x83" (esc)
+              {"kind": "string", "value-latin1": "\xc3\xa4\xc3\x83"} (esc)
   $ zon dump --json harbour.zon | python3 -c 'import json, sys; print(len(json.load(sys.stdin)["sections"]))'
   8
 
 The written form is its own, and what it does not keep is told:
 
   $ grep -v ' %' harbour.zon > plain.zon
-  $ zon fmt plain.zon > once.zon && zon fmt once.zon > twice.zon
+  $ zon fmt plain.zon > once.zon 2>/dev/null; zon fmt once.zon > twice.zon
   $ diff -I Created once.zon twice.zon
   $ zon check once.zon
-  $ zon fmt harbour.zon | grep Scenario
-  zon: harbour.zon: %scenario is written without its '%', and the text does not load again
-     Scenario = scenario, 'winter'
+  $ printf '[A] k = {x}, 4294967297, 7 l = 1, %%s EndSect' | zon fmt - | grep =
+  zon: stdin: A.k: an unknown value is written as an empty place
+  zon: stdin: A.k: an integer beyond 32 bits is written as 1
+  zon: stdin: A.l: %s is written without its '%', and the text does not load again
+     k = , 1, 7
+     l = 1, s
   $ hide() { sed "s|$PWD|HERE|g; s|$(dirname "$PWD")|ABOVE|g"; }
   $ (echo "[A] k = |$PWD/x| EndSect"; echo '[B] k = |/srv/x| EndSect') > absolute.zon
   $ zon fmt absolute.zon 2>&1 | grep '|..\\x|' | hide
-  zon: absolute.zon: the file name |..\x| leads to ABOVE/x, not to HERE/x
+  zon: absolute.zon: A.k: |..\x| leads to ABOVE/x, not to HERE/x
      k = |..\x|
 
 A copy has the file names that the library makes for it, and those that go astray are told. It never
@@ -62,18 +89,27 @@ goes behind another file:
   1
   /../srv/x
   $ zon copy absolute.zon runs/2.zon 2>&1 | hide
-  zon: runs/2.zon: the file name |..\..\x| leads to ABOVE/x, not to HERE/x
+  zon: runs/2.zon: A.k: |..\..\x| leads to ABOVE/x, not to HERE/x
   $ zon copy - runs/3.zon < absolute.zon 2>&1 | hide
-  zon: runs/3.zon: the file name |..\..\x| leads to ABOVE/x, not to HERE/x
+  zon: runs/3.zon: A.k: |..\..\x| leads to ABOVE/x, not to HERE/x
   $ diff -I Created runs/2.zon runs/3.zon
   $ zon copy sound.zon runs/2.zon
   zon: runs/2.zon: exists; a copy would be written behind what it holds
   [2]
   $ zon copy harbour.zon nowhere/copy.zon
-  zon: nowhere/copy.zon: cannot be written
+  zon: nowhere/copy.zon: No such file or directory
   [2]
   $ zon copy - nowhere/copy.zon < harbour.zon
-  zon: nowhere/copy.zon: cannot be written
+  zon: nowhere/copy.zon: No such file or directory
+  [2]
+  $ zon copy sound.zon runs
+  zon: runs: Is a directory
+  [2]
+  $ zon copy sound.zon -
+  zon: a copy needs the name of a file
+  [2]
+  $ (ulimit -f 0; trap '' XFSZ; zon copy sound.zon runs/full.zon)
+  zon: runs/full.zon: File too large
   [2]
   $ zon copy harbour-faulty.zon runs/faulty.zon 2>/dev/null
   [1]
@@ -100,5 +136,5 @@ Every section is held against the template, one report each:
   	No:1
   [1]
   $ zon compare -t nowhere.zon harbour.zon
-  zon: nowhere.zon: Error opening file. (ERR_FILE_OPEN , 1001)
+  zon: nowhere.zon: No such file or directory
   [2]
