@@ -136,7 +136,8 @@ TEST(Scanner, WantOfMemoryAndTokensOfTheHost) {
 
 TEST(Scanner, SkipComment) {
   // A text, the delimiters, how many comments these are, and the counters afterwards.
-  const std::tuple<const char*, const char*, unsigned, const char*> rows[] = {
+  const std::tuple<std::string, const char*, unsigned, const char*> rows[] = {
+      {"/* \0 */x"s, "/*", 1, "7 1 7"},
       {"(*\n(* *( *(x", "(*", 2, "11 2 8"},
       {"\xFE\xFF \xFF\xFEx", "\xFE\xFF", 1, "5 1 5"},
       {"/* a", "/*", 0, "4 1 4"},
@@ -151,6 +152,12 @@ TEST(Scanner, SkipComment) {
       EXPECT_EQ(parser.GetNoComments(), comments) << text;
       EXPECT_EQ(Counters(*input), counters) << text;
     }
+  }
+  for (CyyInput* input : host::BothSources("/ to the end\nx")) {
+    CzonParser parser(input);
+    parser.SkipEOL();
+    EXPECT_EQ(Counters(*input) + " " + std::to_string(parser.GetNoComments()), "12 1 12 1");
+    EXPECT_EQ(input->GetCh(), '\n');
   }
 }
 

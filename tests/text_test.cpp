@@ -15,8 +15,9 @@ TEST(Text, MakeAndAssign) {
                    CString('x', -3), std::string("a\0b", 3)}),
             (Texts{"", "ab", "", "xxx", "", kZero}));
   CString s("old"), part("abcdef"), source("long enough not to fit in place");
-  EXPECT_EQ((Texts{s = 'c', s = *&s, s = kNull, s = "t", s = {}, part = part.GetString() + 2}),
-            (Texts{"c", "c", "", "t", "", "cdef"}));
+  EXPECT_EQ(
+      (Texts{s = 'c', s = *&s, s = kNull, s = "t", s = {}, part = part.GetString() + 2, s = kZero}),
+      (Texts{"c", "c", "", "t", "", "cdef", kZero}));
   CString target(std::move(source));
   EXPECT_EQ((Ints{source.GetLength(), target.GetLength()}), (Ints{0, 31}));
   EXPECT_EQ((source = std::move(target)) + "." + target, "long enough not to fit in place.");
