@@ -72,7 +72,7 @@ void NoteLoss(CzonNode* node) {
 Status WarnOfLoss(const Source& source, const std::string& name) {
   losses = {};
   zonExplore(source.File(), NoteLoss);
-  for (const std::string& what : losses.told) Say(name + ": " + what);
+  for (const std::string& what : losses.told) Say(std::string(name).append(": ").append(what));
   return losses.told.empty() ? kFine : kFindings;
 }
 
