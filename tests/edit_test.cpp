@@ -152,14 +152,14 @@ TEST(Editing, RefusalsTellTheirKind) {
 
 TEST(Editing, CopiesLeaveNothingBehind) {
   const host::File file(
-      host::Load("[A] {remark} x = 1 [S()] y = 'z' EndSect EndSect [B] q = 2 EndSect"));
+      host::Load("[A()] {remark} x = 1 [S()] y = 'z' EndSect EndSect [B] q = 2 EndSect"));
   const host::File other(zonCreate());
   zonAddTarget(other, "T");
   zonEndSection(other);
   void* target = zonTargetByNum(other, 1);
   EXPECT_EQ(zonCopy(zonTargetByNum(file, 1), target), 1);
   EXPECT_EQ(zonTargetByNum(other, 1), target);
-  EXPECT_EQ(host::ShowTree(other), "{A{remark}{x(int 1) S(){y(string z)}}}");
+  EXPECT_EQ(host::ShowTree(other), "{A(){remark}{x(int 1) S(){y(string z)}}}");
   EXPECT_EQ(zonTargetByNameNum(other, "T", 1), nullptr);
   EXPECT_EQ(zonTargetByNameNum(other, "a", 1), target);
   EXPECT_EQ(zonCopy(target, target), 1);

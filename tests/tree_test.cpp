@@ -197,7 +197,7 @@ void ExpectFiled(CzonNode* node) {
 
 TEST(Copy, IsDeepAndFiledAndStandsAlone) {
   void* source = Load(
-      "[T] {t} i = 5 {of 5}, -2.5, 'it', |a|, true, #d#, %1, '<CLOB:>',, "
+      "[T] {t} i = 5 {of 5}, -2.5, 'it', |a|, true, #d#, %1, '<CLOB:Integer:7>',, "
       "[U] default (d) = ,3 k = 1 EndSect [u] EndSect [U] K=1 EndSect EndSect");
   File target(Load("[Gone] [Under] k = 1 EndSect l = 1, 2 EndSect"));
   CzonTargetList root, &from = RootOf(source), &loaded = RootOf(target);
