@@ -177,6 +177,16 @@ TEST(Editing, CopiesLeaveNothingBehind) {
             (Codes{1, 0, 1, 1, 0, 0, 2, 0, 0}));
   EXPECT_EQ(zonFindDefault(wanted), wanted);
   EXPECT_EQ(host::ShowTree(defaults), "{A{default e(int 2) d(default, int 0)}}");
+  const std::string body = " d = EndSect ";
+  const host::File two(host::Load("[A] default (d) = 1" + body + "[B] default (d) = 9" + body));
+  for (const unsigned n : {1U, 2U}) {
+    zoneInsertParameterDefault(zonKeywordByNum(zonTargetByNum(two, n), 1), 1);
+  }
+  const auto first = [&] {
+    return zonGetInt(zonParamByNum(zonKeywordByNum(zonTargetByNum(two, 1), 1), 1));
+  };
+  EXPECT_EQ((Codes{first(), zonCopy(zonTargetByNum(two, 2), zonTargetByNum(two, 1)), first()}),
+            (Codes{1, 1, 9}));
   host::Messages();
   // Trees without a file.
   CzonSection from("x", 0, 0), onto("y", 0, 0);

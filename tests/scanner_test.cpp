@@ -185,6 +185,9 @@ TEST(Source, CountsAndPutsBack) {
     input->PutBack(0xFF);
     EXPECT_EQ(input->Peek(), 0xFF);
     EXPECT_EQ(Counters(*input), "3 2 0");
+    input->GetCh();
+    input->PutBack(0);
+    EXPECT_EQ(input->GetCh(), 0);
   }
   CyyStream full(host::WriteFile("scan.zon", "x").c_str());
   for (int n = 0; n < 20; ++n) full.Put(n % 2 != 0 ? 'p' : -1);
