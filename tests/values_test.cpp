@@ -121,6 +121,11 @@ TEST(References, FollowTheVariableAlsoAsCopies) {
 }
 
 TEST(Values, CopyAllTheirViews) {
+  for (CzonNode* model :
+       {static_cast<CzonNode*>(new CzonReal), static_cast<CzonNode*>(new CzonFloat)}) {
+    const std::unique_ptr<CzonNode> owner(model), made(model->CreateObj());
+    EXPECT_EQ(made->IsInt(), 1) << "a new real is 0, which is whole";
+  }
   File file(Load("[A] k = -7 {r}, 99999999999, 1e39, 4.0, true, 'x', |a|, #d#, %1, EndSect"));
   for (unsigned n = 1; n <= 10; ++n) {
     CzonNode& value = As(host::ValueOf(file, n));
