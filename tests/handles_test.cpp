@@ -169,6 +169,19 @@ TEST(Queries, NodesAndTheWayBetweenThem) {
   Expect({s.root}, "0 " + kUnfit, "null", OF(zonKeywordByNum(n, 1)));
 }
 
+// Names of every length are found among many, whatever stands behind them where they were read.
+TEST(Queries, NamesOfAnyLength) {
+  std::string text = "[A] ";
+  for (std::size_t length = 1; length <= 40; ++length) {
+    text += std::string(length, 'n') + (length % 2 != 0 ? "=1 " : "\n=1 ");
+  }
+  const host::File file(host::Load(text + "EndSect"));
+  for (std::size_t length = 1; length <= 40; ++length) {
+    const std::string name(length, 'N');
+    EXPECT_NE(zonKeywordByNameNum(zonTargetByNum(file, 1), name.c_str(), 1), nullptr) << length;
+  }
+}
+
 TEST(Queries, SectionPaths) {
   const Sample s;
   const auto find = [&](const std::string& path) {  // from the file, and from its second section

@@ -91,7 +91,7 @@ void Progress::Show() {
   std::unique_lock<std::mutex> lock(mutex_);
   int seconds = 0;
   while (!ending_.wait_for(lock, std::chrono::seconds(1), [this] { return done_; })) {
-    Put("\r" + name_ + ": reading, " + std::to_string(++seconds) + " s");
+    Put("\r" + Harmless(name_) + ": reading, " + std::to_string(++seconds) + " s");
   }
   if (seconds > 0) Put("\r\033[K");
 }
