@@ -24,17 +24,19 @@ void AddSetting(CzonSection& section, const char* name, zon::Store& store, Fill&
   section.AddKeyword(keyword);
 }
 
-// Kept: the section stays in the tree, and every write adds another.
-void AddSettings(CzonData& data) {
+// Kept: the section stays in the tree, and every write adds another. Null if there is none to add.
+CzonSection* AddSettings(CzonData& data) {
   CzonTargetList* root = CheckRoot(data);
-  if (root == nullptr) return;
+  if (root == nullptr) return nullptr;
   const std::string& resultRoot = root->GetResultRoot();
   std::string custom;
   int use = 0;
   root->GetCustomResultFolder(&use, &custom);
-  if (resultRoot.empty() && custom.empty() && use == 0) return;
-  // With a section open this is refused, and told.
-  if (data.GetCurrentSection() != nullptr) return data.AddTarget("SYSTEM");
+  if (resultRoot.empty() && custom.empty() && use == 0) return nullptr;
+  if (data.GetCurrentSection() != nullptr) {
+    data.AddTarget("SYSTEM");  // refused, and told
+    return nullptr;
+  }
   Store& store = data.GetStore();
   auto* section = CzonNode::Make<CzonSection>(store);
   section->SetName("SYSTEM");
@@ -46,21 +48,36 @@ void AddSettings(CzonData& data) {
                            [&](CzonFilename& value) { value.SetText(custom, &store); });
   root->SetHandle(&data);
   root->AddSection(section);  // whole or, for want of memory, not at all
+  return section;
+}
+
+bool WriteRoot(CzonTargetList& root, const std::string& name, OutputFile& file) {
+  root.SetZonFilename(name);
+  if (!file.IsOpen()) return false;
+  TextStream text;
+  root.Write(text);
+  return text.good() && file.Write(text.Pieces());
 }
 
 }  // namespace
 
 bool WriteTree(CzonData& data, const char* fileName) {
-  AddSettings(data);
   const std::string name = TextOf(fileName);
-  OutputFile file(name.c_str(), OutputFile::kAppend);
   CzonTargetList* root = data.GetRoot();
+  const std::string before = root != nullptr ? root->GetZonFilename() : "";
+  CzonSection* settings = AddSettings(data);
+  OutputFile file(name.c_str(), OutputFile::kAppend);
   if (root == nullptr) return false;
-  root->SetZonFilename(name);
-  if (!file.IsOpen()) return false;
-  TextStream text;
-  root->Write(text);
-  return text.good() && file.Write(text.Pieces());
+  try {
+    return WriteRoot(*root, name, file);
+  } catch (...) {  // there is no memory, and the tree is as it was
+    root->SetZonFilename(before);
+    if (settings != nullptr) {
+      root->Unfile(settings);
+      CzonNode::Free(settings);
+    }
+    throw;
+  }
 }
 
 }  // namespace zon

@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstddef>
 
+#include "base/zonapart.h"
+
 namespace zon {
 namespace {
 
@@ -20,22 +22,27 @@ int OpenForWriting(const char* name, int flags) {
   }
 }
 
-bool WriteAll(int file, const std::vector<std::string_view>& pieces) {
-  std::vector<iovec> left;
-  for (const std::string_view piece : pieces) {
-    if (!piece.empty()) left.push_back({const_cast<char*>(piece.data()), piece.size()});
-  }
-  auto next = left.begin();
-  while (next != left.end()) {
-    const auto count = std::min<std::ptrdiff_t>(left.end() - next, IOV_MAX);
-    const ssize_t result = writev(file, &*next, static_cast<int>(count));
+// A text on its way into a file.
+struct Delivery {
+  int file;
+  off_t before;  // the length of a regular file, -1 for others
+  iovec* next;
+  iovec* end;
+};
+
+bool WriteAll(Delivery& text) {
+  while (text.next != text.end) {
+    const auto count = std::min<std::ptrdiff_t>(text.end - text.next, IOV_MAX);
+    const ssize_t result = writev(text.file, text.next, static_cast<int>(count));
     if (result < 0 && errno == EINTR) continue;
     if (result <= 0) return false;
     auto written = static_cast<std::size_t>(result);
-    for (; next != left.end() && written >= next->iov_len; ++next) written -= next->iov_len;
+    for (; text.next != text.end && written >= text.next->iov_len; ++text.next) {
+      written -= text.next->iov_len;
+    }
     if (written == 0) continue;
-    next->iov_base = static_cast<char*>(next->iov_base) + written;
-    next->iov_len -= written;
+    text.next->iov_base = static_cast<char*>(text.next->iov_base) + written;
+    text.next->iov_len -= written;
   }
   return true;
 }
@@ -55,6 +62,19 @@ void CutBack(int file, off_t size) {
   } while (result != 0 && errno == EINTR);
 }
 
+bool Deliver(void* delivery) {
+  auto& text = *static_cast<Delivery*>(delivery);
+  if (WriteAll(text) && HasArrived(text.file)) return true;
+  if (text.before >= 0) CutBack(text.file, text.before);
+  return false;
+}
+
+// The kernel takes a text page by page, and a killed process may stop between two of them.
+bool IsTakenAtOnce(off_t before, std::size_t size) {
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  return static_cast<std::size_t>(before) % page + size <= page;
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const char* name, Mode mode)
@@ -66,10 +86,18 @@ OutputFile::~OutputFile() {
 
 bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   if (!IsOpen()) return false;
-  struct stat before {};
-  const bool regular = fstat(file_, &before) == 0 && S_ISREG(before.st_mode);
-  if (WriteAll(file_, pieces) && HasArrived(file_)) return true;
-  if (regular) CutBack(file_, before.st_size);
+  std::vector<iovec> list;
+  std::size_t size = 0;
+  for (const std::string_view piece : pieces) {
+    if (!piece.empty()) list.push_back({const_cast<char*>(piece.data()), piece.size()});
+    size += piece.size();
+  }
+  struct stat facts {};
+  const bool regular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
+  Delivery text{file_, regular ? facts.st_size : -1, list.data(), list.data() + list.size()};
+  if (!regular || IsTakenAtOnce(text.before, size)) return Deliver(&text);
+  if (DoApart(Deliver, &text)) return true;
+  CutBack(file_, text.before);  // once more: whoever delivered it may have been stopped
   return false;
 }
 

@@ -72,7 +72,7 @@ unsigned built;
 const char* nested;  // a file to load from a hook, which no pending code outlives
 
 void CallBack() {
-  if (built >= 50) return;
+  if (built >= 8) return;
   ++built;
   zonAddTargetS(files[2], "T");
   zonEndSectionS(files[2]);
@@ -110,7 +110,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::onMessage = CallBack;
   for (unsigned step = 1; !bytes.IsAtEnd() && step < 80; ++step) {
     const unsigned choice = bytes.Number(0, 15);
-    if (choice == 0) LoadWithHook();
+    if (choice == 0 && built < 8) LoadWithHook();
     if (choice > 0 && choice <= 11) editors[choice % 2].Step();
     if (choice > 11) clob.Step(files[3], bytes);
     if (step % 16 == 0)
