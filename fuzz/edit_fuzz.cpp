@@ -1,6 +1,6 @@
 // The builder, edits and packed lists as the bytes say, on two files and their models. Hooks call
 // back: they ask all trees, load a file and build a third one.
-#include "../tests/edit_model.h"
+#include "edit_model.h"
 #include "fuzz.h"
 
 namespace {
@@ -96,7 +96,6 @@ void LoadWithHook() {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  testing::GTEST_FLAG(throw_on_failure) = true;
   fuzz::Bytes bytes{data, data + size};
   files[0] = zonLoadFile(fuzz::FileOf({}), 1);
   for (const int n : {1, 2, 3}) files[n] = zonCreate();
@@ -118,7 +117,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   fuzz::onMessage = nullptr;
   Check(zonGetNoTargets(files[2]) == static_cast<int>(built), "sections built by hooks");
-  for (const int n : {0, 1}) model::ExpectSame(editors[n].Model(), zonGetRoot(files[n]));
+  for (const int n : {0, 1}) {
+    model::ExpectSame(editors[n].Model(), zonGetRoot(files[n]));
+    zonWrite(files[n], fuzz::FileOf({}));
+    void* again = zonLoadFile(fuzz::FileOf(fuzz::ContentOf(0)), 1);
+    model::ExpectSame(editors[n].Model().AsLoaded(), zonGetRoot(again));
+    zonClose(&again);
+  }
   for (void*& file : files) zonClose(&file);
   zonGetErrorGlb();
   return 0;

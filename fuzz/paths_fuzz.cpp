@@ -1,13 +1,15 @@
 // Paths against the slow references of the tests, which go from component to component.
 #include <unistd.h>
 
-#include "../tests/paths_model.h"
+#include "../tests/host.h"
 #include "fuzz.h"
+#include "paths_model.h"
 
-// The first line is the name of the parameter file, the rest a file name in it.
+// The first line is the name of the parameter file, the rest a file name in it; '~' at its start
+// stands for the working directory.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using fuzz::Check;
-  static const model::OneName file;
+  static const host::OneName file;
   static const std::string here = [] {
     char path[4096];
     return std::string(getcwd(path, sizeof path) != nullptr ? path : "/");
@@ -20,7 +22,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   text.resize(std::min(text.find('\0'), text.size()));
   const std::size_t end = std::min(text.find('\n'), text.size());
   const std::string anchor = text.substr(0, end);
-  const std::string name = end < text.size() ? text.substr(end + 1) : text;
+  std::string name = end < text.size() ? text.substr(end + 1) : text;
+  if (name[0] == '~') name.replace(0, 1, here);
   // The working directory is no name of the file: these stand for it.
   if (anchor == "$PWD" || anchor == "$CDD") return -1;
   const std::string full = model::SlowJoined(here, model::SlowJoined(here, anchor));

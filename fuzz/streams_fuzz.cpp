@@ -5,8 +5,8 @@
 #include <cctype>
 #include <cstring>
 
-#include "../tests/streams_model.h"
 #include "fuzz.h"
+#include "streams_model.h"
 
 namespace {
 

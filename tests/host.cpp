@@ -118,41 +118,6 @@ std::string Timeless(const std::string& path) {
   return text;
 }
 
-std::string RandomFile(std::mt19937& random, Content content, int depth) {
-  const bool forBoth = content == Content::kForBothReaders;
-  const auto oneOf = [&](std::initializer_list<const char*> texts) -> std::string {
-    return texts.begin()[random() % texts.size()];
-  };
-  const auto space = [&]() -> std::string {
-    if (!forBoth) return "";
-    return oneOf({" ", "\n", "\t ", " // line\n", " ; 'x |\n", "/* a ' { */", "\r\n", "/**/ "});
-  };
-  std::string text;
-  for (auto left = random() % 6; left > 0; --left) {
-    std::string name =
-        forBoth ? oneOf({"a", "Grid", "x_1", "EndSec", "endless", "truth", "T9", "defaults"})
-                : oneOf({"A", "a", "e5", "E", "EndSects", "defaulT_", "true1", "SYSTEM_"});
-    if (content == Content::kTemplate) name += std::to_string(random()) + oneOf({"", "()"});
-    if (depth == 0 || (depth < 6 && random() % 4 == 0)) {
-      text += space() + "[" + name + "]" + RandomFile(random, content, depth + 1) + space() +
-              "EndSect\n";
-      continue;
-    }
-    const bool isDefault = !forBoth && random() % 3 == 0;
-    text += isDefault ? "default(" + oneOf({"A", "b", ""}) + ")=" : space() + name + space() + "=";
-    do {
-      text += space();
-      text += forBoth ? oneOf({"1", "-17", "+3", "0.5", ".5", "-1.", "1e5", "2.5E-3", "''",
-                               "'it''s'", "'two\nlines ; // /*'", "|a\\b.dat|", "||", "true",
-                               "false", "", "12345678901"})
-                      : oneOf({"-5", "2.50", "1E3", "true", "' ''it''s'' \n|#\\\r\"<>;{\x80'",
-                               "|a\\ '#;|", "''", "", "#'|/*#", "'<CLOB:a''>\n>'", "'<CLOB:'"});
-      text += space() + oneOf({",", ",", "\n"});
-    } while (text.back() == ',');
-  }
-  return text;
-}
-
 Texts Split(const std::string& list) {
   std::istringstream in(list);
   Texts texts;

@@ -113,11 +113,6 @@ inline std::array<CyyInput*, 2> BothSources(const std::string& text) {
   return {new Memory(text), new CyyStream(WriteFile("source.zon", text).c_str())};
 }
 
-// A random file: data; a template, in which every name stands once; or data with comments, without
-// a word that one of the two readers would take for another.
-enum class Content { kData, kTemplate, kForBothReaders };
-std::string RandomFile(std::mt19937& random, Content content, int depth = 0);
-
 // A list of texts, a tilde between each two of them.
 Texts Split(const std::string& list);
 
@@ -145,6 +140,23 @@ template <class T = CzonNode>
 T& As(void* handle) {
   return dynamic_cast<T&>(*static_cast<CzonBase*>(handle));
 }
+
+// A built file with nothing but a file name.
+struct OneName : Built {
+  OneName() {
+    zonAddFilename(*this, "");
+    name = ValueOf(*this);
+  }
+  // How a name is resolved, and how it is written.
+  std::string Both(const std::string& text, const std::string& anchor) const {
+    zonSetFilename(name, text.c_str());
+    zonSetAnchorFilename(name, anchor.c_str());
+    std::ostringstream out;
+    As(name).Write(out);
+    return zonGetFilename(name) + out.str();
+  }
+  void *section = zonTargetByNum(*this, 1), *name = nullptr;
+};
 
 // Numbers of a host that look different in every respect.
 struct Commas : std::numpunct<char> {

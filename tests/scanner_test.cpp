@@ -107,18 +107,6 @@ TEST(Scanner, AcrossBlocks) {
   Scan(";" + std::string(65533, 'c') + "\n{" + std::string(140000, '\n') + "}.");
 }
 
-TEST(Scanner, RandomPieces) {
-  const std::string all = kRich + "''||##{}{}..1.e*//*/**/;\r\n\r\xFF\x80_tru\0EndS"s;
-  std::mt19937 random(7);
-  for (int round = 0; round < 500 && !HasFailure(); ++round) {
-    std::string text;
-    for (auto left = random() % 25; left > 0; --left) {
-      text += all.substr(random() % all.size(), 1 + random() % 3);
-    }
-    Scan(text);
-  }
-}
-
 // A text that finds no room is an error; a host may make tokens as well.
 TEST(Scanner, WantOfMemoryAndTokensOfTheHost) {
   for (const long refused : {1L, 2L}) {

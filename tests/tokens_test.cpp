@@ -1,7 +1,6 @@
 // The token reader: texts and the tokens they give, side by side. One line holds a whole run:
 // codes, texts behind colons, and for an error "-1 line:position message", where the run stops.
 #include "host.h"
-#include "streams_model.h"
 
 namespace {
 
@@ -98,17 +97,6 @@ TEST(Tokens, Repetition) {
       while (text.size() < 200000) text += piece;
       EXPECT_EQ(std::string::npos, Tokens(text).find("and no end")) << piece;
     }
-  }
-}
-
-TEST(Tokens, AreTheTraversalOfTheTree) {
-  std::mt19937 random(20211208);
-  for (int round = 0; round < 400; ++round) {
-    const std::string text = host::RandomFile(random, host::Content::kForBothReaders);
-    const std::string path = Written(text);
-    const host::File file(zonLoadFile(path.c_str(), 0));
-    ASSERT_EQ(host::SyntaxError(file), "") << text;
-    ASSERT_EQ(model::StreamOf(path), model::TraversalOf(&host::As(zonGetRoot(file)))) << text;
   }
 }
 

@@ -1,5 +1,4 @@
-// Writing: the form of values and nodes, files and what happens to them, dumps, copies of files,
-// and whether what was written loads as it was.
+// Writing: the form of values and nodes, files and what happens to them, dumps, copies of files.
 #include <sys/resource.h>
 
 #include <cfloat>
@@ -307,19 +306,6 @@ TEST(Writing, CopiesKeepFileNamesGood) {
   EXPECT_EQ(host::Heard() + host::Reports().at(0), "10011: Open error: none.zon");
   EXPECT_FALSE(std::filesystem::exists("target.zon"));
   std::filesystem::current_path(before);
-}
-
-TEST(Writing, WhatIsWrittenLoadsAsItWas) {
-  std::mt19937 random(1);
-  for (int round = 0; round < 400; ++round) {
-    const auto content = round % 2 != 0 ? host::Content::kTemplate : host::Content::kData;
-    const host::File made(host::Load(host::RandomFile(random, content)));
-    const std::string text = Body(Written(zonWrite, made));
-    const host::File loaded(zonLoadFile(Path("written.zon").c_str(), 0));
-    ASSERT_EQ(host::SyntaxError(made), "");
-    ASSERT_EQ(host::ShowTree(loaded), host::ShowTree(made)) << text;
-    ASSERT_EQ(Body(Written(zonWrite, loaded)), text);
-  }
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
-// What paths come to, by slow references, and a file name to compare them with.
-#ifndef ZON_TESTS_PATHS_MODEL_H
-#define ZON_TESTS_PATHS_MODEL_H
+// What paths come to, by slow references.
+#ifndef ZON_FUZZ_PATHS_MODEL_H
+#define ZON_FUZZ_PATHS_MODEL_H
 
-#include "host.h"
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <vector>
 
 namespace model {
 
@@ -61,25 +64,6 @@ inline std::string SlowWritten(std::string text, const std::string& anchor) {
   std::replace(text.begin(), text.end(), '/', '\\');
   return "|" + text + "|";
 }
-
-struct OneName : host::File {
-  OneName() : File(zonCreate()) {
-    zonAddTarget(*this, "A");
-    zonAddKeyword(*this, "k");
-    zonAddFilename(*this, "");
-    section = zonTargetByNum(*this, 1);
-    name = zonParamByNum(zonKeywordByNum(section, 1), 1);
-  }
-  // How a name is resolved, and how it is written.
-  std::string Both(const std::string& text, const std::string& anchor) const {
-    zonSetFilename(name, text.c_str());
-    zonSetAnchorFilename(name, anchor.c_str());
-    std::ostringstream out;
-    dynamic_cast<CzonNode*>(static_cast<CzonBase*>(name))->Write(out);
-    return zonGetFilename(name) + out.str();
-  }
-  void *section, *name;
-};
 
 }  // namespace model
 

@@ -1,8 +1,7 @@
 // A simple model of a file that is edited and built, and edits that are made on both.
-#ifndef ZON_TESTS_EDIT_MODEL_H
-#define ZON_TESTS_EDIT_MODEL_H
+#ifndef ZON_FUZZ_EDIT_MODEL_H
+#define ZON_FUZZ_EDIT_MODEL_H
 
-#include <gtest/gtest.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -12,9 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include <zon.h>
+#include "fuzz.h"
 
 namespace model {
+
+using fuzz::Check;
 
 // Sections with keywords, and keywords with integers, in the order of the file.
 struct Item {
@@ -57,12 +58,12 @@ struct Item {
 };
 
 inline void ExpectSame(const Item& model, void* node) {
-  ASSERT_EQ(zonGetNoNodes(node), static_cast<int>(model.children.size()));
+  Check(zonGetNoNodes(node) == static_cast<int>(model.children.size()), "number of children");
   unsigned counts[2] = {0, 0};
   unsigned place = 0;
   for (const Item& item : model.children) {
     void* child = zonNodeByNum(node, ++place);
-    ASSERT_EQ(zonGetName(child), item.name);
+    Check(zonGetName(child) == item.name, "name");
     const char* name = item.name.c_str();
     const unsigned number = ++counts[item.section];
     unsigned instance = 0;
@@ -72,23 +73,24 @@ inline void ExpectSame(const Item& model, void* node) {
       ++instances;
       if (&other <= &item) ++instance;
     }
-    ASSERT_EQ(zonGetInstanceNo(child), static_cast<int>(instance));
-    ASSERT_EQ(zonGetNoInstances(child), instances);
-    ASSERT_EQ((item.section ? zonSectionByNum : zonKeywordByNum)(node, number), child);
-    ASSERT_EQ((item.section ? zonSectionByNameNum : zonKeywordByNameNum)(node, name, instance),
-              child);
+    Check(zonGetInstanceNo(child) == static_cast<int>(instance), "instance number");
+    Check(zonGetNoInstances(child) == instances, "number of instances");
+    Check((item.section ? zonSectionByNum : zonKeywordByNum)(node, number) == child, "by number");
+    Check((item.section ? zonSectionByNameNum : zonKeywordByNameNum)(node, name, instance) == child,
+          "by name and number");
     if (item.section) {
       ExpectSame(item, child);
       continue;
     }
-    ASSERT_EQ(zonGetNoParams(child), static_cast<int>(item.values.size()));
+    Check(zonGetNoParams(child) == static_cast<int>(item.values.size()), "number of values");
     for (unsigned v = 1; v <= item.values.size(); ++v) {
-      ASSERT_EQ(zonGetInt(zonParamByNum(child, v)), item.values[v - 1]);
-      ASSERT_EQ(zonGetInstanceNo(zonParamByNum(child, v)), static_cast<int>(v));
+      Check(zonGetInt(zonParamByNum(child, v)) == (item.values[v - 1]), "value");
+      Check(zonGetInstanceNo(zonParamByNum(child, v)) == static_cast<int>(v), "number of a value");
     }
   }
-  ASSERT_EQ(zonGetNoSections(node), static_cast<int>(counts[1]));
-  ASSERT_EQ(zonGetNoKeywords(node), static_cast<int>(counts[0]));  // the root has none
+  Check(zonGetNoSections(node) == static_cast<int>(counts[1]), "number of sections");
+  Check(zonGetNoKeywords(node) == static_cast<int>(counts[0]),
+        "number of keywords");  // the root has none
 }
 
 class Editor {
@@ -98,9 +100,6 @@ class Editor {
   Editor(void* file, Number number) : file_(file), number_(std::move(number)) {}
 
   const Item& Model() const { return root_; }
-
-  // How many copies were refused, each with a message.
-  unsigned Unfit() const { return unfit_; }
 
   void Step() {
     if (number_(0, 3) == 0) return Build();
@@ -143,14 +142,17 @@ class Editor {
     const std::string name = Name();
     void* made =
         (isSection ? zoneInsertNewSection : zoneInsertNewKeyword)(node, name.c_str(), position);
-    ASSERT_EQ(made != nullptr, position <= same + 1);
-    ASSERT_EQ(zonGetErrorGlb(), made != nullptr ? 0 : isSection ? 1009 : 1007);
+    Check((made != nullptr) == (position <= same + 1), "place of an insertion");
+    Check(zonGetErrorGlb() == (made != nullptr ? 0
+                               : isSection     ? 1009
+                                               : 1007),
+          "code of an insertion");
     if (made == nullptr) return;
     const std::size_t place =
         position > 0 ? section.PlaceOf(isSection, position) : section.children.size();
     section.children.insert(At(section, place), Item{isSection, name, {}, {}, ++lastId_});
     const std::string owner = zonGetNameGlb(node);
-    ASSERT_EQ(zonGetNameGlb(made), owner.empty() ? name : owner + "." + name);
+    Check(zonGetNameGlb(made) == (owner.empty() ? name : owner + "." + name), "global name");
   }
 
   // A call of the builder, which goes by the cursor.
@@ -163,7 +165,7 @@ class Editor {
                      : call == 2 ? zonAddKeywordS(file_, name.c_str())
                      : call == 3 ? zonAddIntS(file_, 7)
                                  : zonEndSectionS(file_);
-    ASSERT_EQ(code, accepted ? 0 : 2000) << call;
+    Check(code == (accepted ? 0 : 2000), "code of the builder");
     if (!accepted) return;
     if (call == 3) return root_.Find(keyword_)->values.push_back(7);
     if (call == 4) return OpenSection(root_.ParentOf(open_)->id);
@@ -195,22 +197,24 @@ class Editor {
     Item copy = section.children[from];
     Renew(copy);
     if (action == 2) {
-      ASSERT_EQ(zoneDeleteNode(NodeAt(node, from)), 0);
+      Check(zoneDeleteNode(NodeAt(node, from)) == 0, "delete");
       Leave(section.children[from], section);
       section.children.erase(At(section, from));
     } else if (action == 3) {
       const std::string name = section.children[from].name = Name();
-      ASSERT_EQ(
-          (copy.section ? zoneRenameSection : zoneRenameKeyword)(NodeAt(node, from), name.c_str()),
-          0);
+      Check((copy.section ? zoneRenameSection : zoneRenameKeyword)(NodeAt(node, from),
+                                                                   name.c_str()) == 0,
+            "rename");
     } else if (action == 6 && last < 12) {
       const unsigned after = number_(0, 1);
-      ASSERT_NE(zonInsert(NodeAt(node, from), NodeAt(node, to), static_cast<int>(after)), nullptr);
+      Check(zonInsert(NodeAt(node, from), NodeAt(node, to), static_cast<int>(after)) != nullptr,
+            "insert");
       section.children.insert(At(section, to + after), copy);
     } else if (action == 7) {
       const bool fits = copy.section == section.children[to].section;
-      ASSERT_EQ(zonCopy(NodeAt(node, from), NodeAt(node, to)), fits);
-      if (!fits) ++unfit_;
+      const unsigned long before = fuzz::heard;
+      Check(zonCopy(NodeAt(node, from), NodeAt(node, to)) == fits, "copy");
+      Check(fuzz::heard - before == (fits ? 0 : 1), "a message for what does not fit");
       if (!fits || from == to) return;
       Item& target = section.children[to];
       for (Item& child : target.children) Leave(child, target);
@@ -231,13 +235,13 @@ class Editor {
     const unsigned action = number_(0, 2);
     const bool there = n >= 1 && n <= count;
     if (action == 0) {
-      ASSERT_NE(zoneInsertParameterInt(keyword, n, value), nullptr);
+      Check(zoneInsertParameterInt(keyword, n, value) != nullptr, "value inserted");
       values.insert(at, value);
     } else if (action == 1) {
-      ASSERT_EQ(zoneModifyParameterInt(keyword, n, value), there ? 0 : 1012);
+      Check(zoneModifyParameterInt(keyword, n, value) == (there ? 0 : 1012), "value modified");
       if (there) *at = value;
     } else {
-      ASSERT_EQ(zoneDeleteParameterByNum(keyword, n), there ? 0 : 1012);
+      Check(zoneDeleteParameterByNum(keyword, n) == (there ? 0 : 1012), "value deleted");
       if (there) values.erase(at);
     }
     zonGetErrorGlb();
@@ -247,7 +251,6 @@ class Editor {
   Number number_;
   Item root_;
   int lastId_ = 0;
-  unsigned unfit_ = 0;
   int open_ = 0;  // the cursor: ids of the open section and of the current keyword, 0 for none
   int keyword_ = 0;
 };

@@ -1,6 +1,6 @@
 // A file as a stream of tokens, a line for each, from the token reader and from a tree.
-#ifndef ZON_TESTS_STREAMS_MODEL_H
-#define ZON_TESTS_STREAMS_MODEL_H
+#ifndef ZON_FUZZ_STREAMS_MODEL_H
+#define ZON_FUZZ_STREAMS_MODEL_H
 
 #include <string>
 

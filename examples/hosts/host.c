@@ -20,9 +20,9 @@ int main(int argc, char** argv) {
   zonClose(&file);
   if (zonGetErrorGlb() != 0 || file != NULL) return 1;
 
-  file = zonLoadFile(argv[2], 1);
+  file = zonLoadFile(argv[2], 0); /* this host has no hooks, so the report is for nobody */
   message = zonGetSyntaxErr(file, &line, &position, NULL);
   printf("%u:%u: %s\n", line, position, message);
   zonClose(&file);
-  return zonGetErrorGlb() == 1003 ? 0 : 1;
+  return zonGetErrorGlb() == 1003 && zonGetInt(NULL) == -1 ? 0 : 1;
 }
