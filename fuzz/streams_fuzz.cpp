@@ -2,6 +2,7 @@
 // and one reader takes the file if the other does.
 #include <strings.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 
@@ -46,7 +47,9 @@ bool IsCommon(std::string_view text) {
     }
     const std::size_t end = WordEnd(text, at);
     if (end > at && (at == 0 || WordEnd(text, at - 1) == at - 1)) {
-      if (!IsCommonWord(std::string(text.substr(at, end - at)))) return false;
+      // Behind the digits of a number a word begins anew.
+      const std::size_t start = std::min(text.find_first_not_of("0123456789", at), end);
+      if (!IsCommonWord(std::string(text.substr(start, end - start)))) return false;
     }
     if (rest[0] != '[') continue;
     const std::size_t close = WordEnd(text, at + 1);
