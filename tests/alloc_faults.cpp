@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 #include <regex>
 
 #include "host.h"
@@ -514,6 +515,22 @@ TEST_F(Faults, OfWholeFiles) {
       EXPECT_EQ(std::pair(living, mapped), before) << size;
     }
   }
+}
+
+// What the host's new_handler throws need not be an exception of the standard library's.
+TEST_F(Faults, ThrowAnything) {
+  const std::string path = host::WriteFile("odd.zon", "[" + std::string(5000, 'n'));
+  void* reader = nullptr;
+  zontLoadFile(path.c_str(), &reader);
+  std::set_new_handler([] { throw 1; });
+  forGood = false;
+  untilRefused = 1;
+  EXPECT_EQ(zontNextToken(reader), -1);
+  EXPECT_STREQ(zontGetError(reader, nullptr, nullptr), "Unknown failure");
+  untilRefused = 1;
+  EXPECT_EQ(zonCreate(), nullptr);
+  std::set_new_handler(nullptr);
+  zontDispose(&reader);
 }
 
 // Of enough requests, and none of the functions is forgotten.

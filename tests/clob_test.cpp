@@ -136,15 +136,6 @@ TEST(Clob, IsBuiltWithAStatusOrWithoutAndKeepsItsItems) {
   void* clob = ValueOf(file);
   const std::string items = "Boolean false, String , Filename f, Integer 5, Integer -7";
   EXPECT_EQ(ReadAll(clob), items);
-  const std::string text(99, 'x');
-  int code = 2000;
-  for (long refused = 1; code != 0 && refused < 99; ++refused) {
-    code = host::Refusing(refused, [&] { return zonAddClobStringS(file, text.c_str()); });
-    EXPECT_STREQ(zonGetErrorFromZonData(file), "No memory");
-    zonClobReset(clob);
-    EXPECT_EQ(ReadAll(clob), items + (code == 0 ? ", String " + text : ""));
-  }
-  EXPECT_EQ(code, 0);
   auto* flawed = new CzonClob("String:\"x");  // the flaw may be another one when there is more
   host::As<CzonData>(file).AddParam(flawed);
   for (const char* place : {"10", "20"}) {

@@ -36,28 +36,20 @@ void Expect(const std::vector<void*>& bad, std::string outcome, const std::strin
 }
 #define OF(...) [&](void* n) { return __VA_ARGS__; }
 
+// By one of each kind; the comments in zon.h are tried with all of them.
 TEST(Handles, BadNodes) {
   host::File file(zonCreate());
   const std::vector<void*> bad = {nullptr, file};
   const std::string no = "1006 Invalid zonNode";
-  Expect(bad, no, "-1", zonGetLevel, zonGetInt, zonGetNoNodes, zonGetNoParams, zonGetNoKeywords,
-         zonGetNoSections);
-  Expect(bad, no, "0", zonGetSyntaxClass, zonGetNoInstances, zonGetInstanceNo, zonGetBool,
-         zonIsTarget, zonIsSection, zonIsKeyword, zonIsParam, zonIsBool, zonIsString, zonIsFloat,
-         zonIsDouble, zonIsInt, zonIsNumeric, zonIsUndefinedPar, zonIsDefaultPar, zonIsFilename,
-         zonNumericIsIntType, zonIsClob);
   float f = 0;
   double d = 0;
-  Expect(bad, no, "0", OF(zonPasGetFloatProc(n, nullptr), 0),
-         OF(zonPasGetDoubleProc(n, nullptr), 0));
+  Expect(bad, no, "-1", zonGetLevel, zonGetInt);
   Expect(bad, no, "-1.000000", zonGetFloat, zonGetDouble, OF(zonPasGetFloatProc(n, &f), f),
          OF(zonPasGetDoubleProc(n, &d), d));
-  Expect(bad, no, "", zonGetName, zonGetNameGlb, zonGetProjectResultRoot, zonGetString,
-         zonGetFilename, zonGetFilenameString, zonGetAnchorFilename, OF(zonSetFilename(n, "A"), ""),
-         OF(zonSetAnchorFilename(n, "A"), ""), OF(zonFileCopyCallBack(n), ""));
-  Expect(bad, no, "null", OF(zonSectionByNum(n, 1)), OF(zonKeywordByNum(n, 1)),
-         OF(zonParamByNum(n, 1)), OF(zonNodeByNum(n, 1)), OF(zonSectionByNameNum(n, "A", 1)),
-         OF(zonKeywordByNameNum(n, "A", 1)), OF(zonFindSectionByNode(n, "A")), zonFindDefault);
+  Expect(bad, no, "0", zonGetSyntaxClass, zonIsTarget, OF(zonPasGetFloatProc(n, nullptr), 0),
+         OF(zonPasGetDoubleProc(n, nullptr), 0));
+  Expect(bad, no, "", zonGetName, zonGetFilename, OF(zonSetFilename(n, "A"), ""));
+  Expect(bad, no, "null", OF(zonSectionByNum(n, 1)), zonFindDefault);
   Expect(bad, no + " Invalid zonNode Invalid zonNode", "null", zonGetParentSection);
   Expect({file, zonGetRoot(file)}, "1006 Invalid CLOB object", "1", OF(!zonGetErrorFromZonClob(n)));
 }

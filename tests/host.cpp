@@ -3,8 +3,6 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <new>
-
 namespace host {
 
 void (*onMessage)(const char* text) = nullptr;
@@ -15,9 +13,6 @@ namespace {
 
 Texts messages;
 Texts reports;
-
-long untilRefused = 0;
-bool throwsOddly = false;
 
 struct Word {
   std::string text;
@@ -64,11 +59,6 @@ std::string Heard() {
   std::string heard = std::to_string(zonGetErrorGlb());
   for (const std::string& message : Messages()) heard += " " + message;
   return heard;
-}
-
-void FailAllocation(long n, bool oddly) {
-  untilRefused = n;
-  throwsOddly = oddly;
 }
 
 std::chrono::seconds Seconds(int seconds) {
@@ -179,19 +169,6 @@ std::string SyntaxError(void* handle) {
 }
 
 }  // namespace host
-
-void* operator new(std::size_t size) {
-  const bool refused = host::untilRefused > 0 && --host::untilRefused == 0;
-  if (refused && host::throwsOddly) throw 1;
-  if (void* piece = refused ? nullptr : std::malloc(size)) return piece;
-  throw std::bad_alloc();
-}
-void operator delete(void* piece) noexcept {
-  std::free(piece);
-}
-void operator delete(void* piece, std::size_t) noexcept {
-  std::free(piece);
-}
 
 extern "C" {
 

@@ -44,17 +44,6 @@ std::string Heard();
 extern void (*onMessage)(const char* text);
 extern void (*onReport)();
 
-// Makes a call of which operator new refuses the n-th piece of memory and no other; it may also
-// throw what is no exception of the standard library's.
-void FailAllocation(long n, bool oddly = false);
-template <class F>
-auto Refusing(long n, F call, bool oddly = false) {
-  FailAllocation(n, oddly);
-  const auto result = call();
-  FailAllocation(0);
-  return result;
-}
-
 // While there is one it is not the library that wants memory; each hook has one.
 struct AtWork {
   AtWork() { ++count; }

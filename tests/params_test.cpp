@@ -82,22 +82,6 @@ TEST(Params, AreWrittenByTheirType) {
     EXPECT_EQ(zonGetErrorGlb(), 1006) << "only looked at";
     EXPECT_EQ(put(nullptr), 0);
   }
-  host::Messages();
-  static const std::string text(99, 'x');
-  static const char* const word = text.c_str();  // too long to be copied without memory
-  for (const auto put : {+[](void* h) { return zonPutParam(h, word, word); },
-                         +[](void* h) { return zonPutListParam(h, word, "iid", 1, 2, 3.5); }}) {
-    const host::Built file;
-    long n = 0;
-    for (int done = 0; done == 0 && n < 99;) {
-      done = host::Refusing(++n, [&] { return put(file); });
-      EXPECT_EQ(host::Heard(), done != 0 ? "0" : "1005 No memory");
-    }
-    EXPECT_TRUE(n > 1 && n < 99);
-  }
-  const host::File empty(zonCreate());
-  EXPECT_EQ(host::Refusing(1, [&] { return zonPutParam(empty, "k", CString("text")); }), 0);
-  EXPECT_EQ(host::Heard(), "1005 No memory");
 }
 
 }  // namespace

@@ -171,33 +171,6 @@ TEST(TokenReader, AnswersForEveryState) {
   }
 }
 
-// What finds no room is an error, and reading goes on behind it.
-TEST(Zont, WantOfMemory) {
-  const std::string name(5000, 'n'), error = "std::bad_alloc";
-  std::string text = "[" + name + "] " + name + " = '" + name + "' EndSect ";
-  for (int depth = 0; depth < 70; ++depth) text += "[]";
-  const char* const path = Written(text);
-  void* reader = nullptr;
-  const auto next = [&] { return zontNextToken(reader); };
-  EXPECT_EQ(1004, host::Refusing(1, [&] { return zontLoadFile(path, &reader); }));
-  ASSERT_EQ(0, zontLoadFile(path, &reader));
-  for (const int token : {-1, -1, -1, 101, 100}) {
-    EXPECT_EQ(token, host::Refusing(1, next));
-    EXPECT_EQ(error, zontGetError(reader, nullptr, nullptr));
-  }
-  int depth = 1;
-  while (host::Refusing(1, next) == 100) ++depth;
-  EXPECT_LT(depth, 70);
-  zontDispose(&reader);
-  ASSERT_EQ(0, zontLoadFile(path, &reader));
-  EXPECT_EQ(-1, host::Refusing(1, next, true));  // whatever the host's operator new throws
-  EXPECT_STREQ("Unknown failure", zontGetError(reader, nullptr, nullptr));
-  zontDispose(&reader);
-  CzonTokenReader none(nullptr);
-  host::Refusing(1, [&] { return none.Error(name.c_str()), 0; });
-  EXPECT_EQ(error, none.GetErrorText());
-}
-
 TEST(Zont, Handles) {
   const int free = host::LowestFreeFile();
   void* reader = nullptr;
