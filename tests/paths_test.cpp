@@ -61,6 +61,7 @@ TEST(Filenames, AnchorsAreTheRootsOwn) {
 
 TEST(Filenames, ChangeOnlyFileNames) {
   const OneName file;
+  host::Messages();
   EXPECT_EQ(file.Both("a\\b//c", "/p/m.zon"), "/p/a/b/c|a\\b\\\\c|");
   char* resolved = zonGetFilename(file.name);
   zonSetFilename(file.name, zonGetFilenameString(file.name) + 2);
