@@ -1,6 +1,7 @@
 // Any bytes as a file. It loads or is refused by one of the known messages; values that are made
 // when somebody asks are those that the token path makes at once, from a file and from characters.
 #include <algorithm>
+#include <climits>
 #include <iterator>
 #include <sstream>
 
@@ -70,7 +71,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
           "counts");
   }
   CzonParser eager(new CyyStream(name));
-  Compare(file, eager, 1, size % 4 == 0 ? 24 : 3, name);
+  Compare(file, eager, 1, UINT_MAX, name);
   if (size % 4 == 1) {
     CzonParser called(new host::Memory(std::string(text)));
     Compare(file, called, 0, 0, name);

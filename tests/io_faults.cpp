@@ -1,6 +1,7 @@
 // What the system may refuse or do by halves while files are read and written. A program of its
 // own: its open, read and so on stand in front of the system's.
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -163,6 +164,22 @@ TEST(Io, DescriptorZero) {
   }
   dup2(kept, STDIN_FILENO);
   close(kept);
+}
+
+// No handle keeps its file open.
+TEST(Io, FewDescriptors) {
+  const std::string path = host::WriteFile("few.zon", "[A] k = 1 EndSect");
+  rlimit old{};
+  getrlimit(RLIMIT_NOFILE, &old);
+  const rlimit few{64, old.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &few);
+  std::vector<void*> files(1000);
+  for (void*& file : files) file = zonLoadFile(path.c_str(), 1);
+  EXPECT_EQ(std::count(files.begin(), files.end(), nullptr), 0);
+  zonWrite(files[0], path.c_str());
+  EXPECT_EQ(zonGetNoTargets(host::File(zonLoadFile(path.c_str(), 1))), 2);
+  for (void*& file : files) zonClose(&file);
+  setrlimit(RLIMIT_NOFILE, &old);
 }
 
 TEST(Io, FaultsOfWriting) {
