@@ -18,6 +18,15 @@ std::size_t WordEnd(std::string_view text, std::size_t at) {
   return at;
 }
 
+// Where a word begins anew behind the digits of a number and of its exponent.
+std::size_t NumberEnd(std::string_view text, std::size_t at, std::size_t end) {
+  const char* const digits = "0123456789";
+  const std::size_t start = std::min(text.find_first_not_of(digits, at), end);
+  if (start == at || start == end || std::toupper(text[start]) != 'E') return start;
+  const std::size_t behind = std::min(text.find_first_not_of(digits, start + 1), end);
+  return behind == start + 1 ? start : behind;
+}
+
 bool Begins(const std::string& word, const char* with) {
   return strncasecmp(word.c_str(), with, std::strlen(with)) == 0;
 }
@@ -47,8 +56,7 @@ bool IsCommon(std::string_view text) {
     }
     const std::size_t end = WordEnd(text, at);
     if (end > at && (at == 0 || WordEnd(text, at - 1) == at - 1)) {
-      // Behind the digits of a number a word begins anew.
-      const std::size_t start = std::min(text.find_first_not_of("0123456789", at), end);
+      const std::size_t start = NumberEnd(text, at, end);
       if (!IsCommonWord(std::string(text.substr(start, end - start)))) return false;
     }
     if (rest[0] != '[') continue;
