@@ -22,7 +22,8 @@ std::size_t WordEnd(std::string_view text, std::size_t at) {
 std::size_t NumberEnd(std::string_view text, std::size_t at, std::size_t end) {
   const char* const digits = "0123456789";
   const std::size_t start = std::min(text.find_first_not_of(digits, at), end);
-  if (start == at || start == end || std::toupper(text[start]) != 'E') return start;
+  const bool isNumber = start > at || (at > 0 && text[at - 1] == '.');
+  if (!isNumber || start == end || std::toupper(text[start]) != 'E') return start;
   const std::size_t behind = std::min(text.find_first_not_of(digits, start + 1), end);
   return behind == start + 1 ? start : behind;
 }
