@@ -478,6 +478,8 @@ TEST_F(Faults, OfWholeFiles) {
   std::string many = "[A]";
   while (many.size() < 700000) many += " key = 1, 2.5, 'three'\n";
   many += "EndSect";
+  std::string deep;
+  for (int depth = 0; depth < 70; ++depth) deep += "[]";
   const struct {
     std::string (*read)(const std::string&);
     const std::string& text;
@@ -485,6 +487,7 @@ TEST_F(Faults, OfWholeFiles) {
   } rows[] = {{Load, kText, 0},
               {Copy, kText, kText.size()},
               {ReadTokens, kData, 0},
+              {ReadTokens, deep, deep.size()},
               {Load, large, large.size()},
               {Copy, large, large.size()},
               {Load, many, many.size()},

@@ -119,6 +119,8 @@ TEST(Clob, CursorAndFailures) {
   zonClobReset(clob);
   EXPECT_STREQ(zonGetErrorFromZonClob(clob), "");
   EXPECT_EQ(zonGetClobInt(clob), 3);
+  host::As(clob).Copy(&unread);  // its items go with its text
+  EXPECT_EQ(zonGetClobInt(clob), 1);
   host::Heard();
   void* keyword = host::KeywordOf(file);
   EXPECT_EQ((host::Codes{zonIsClob(keyword), zonIsClobEnd(keyword)}), (host::Codes{0, 1}));
