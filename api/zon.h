@@ -388,8 +388,7 @@ ZON_API int zonAddBoolDefS(void* handle);
  *  as the refusal "Previous section was not completed"). A file that cannot be opened or written
  *  stays as it was, a new one empty; no code tells of it. A host that is killed meanwhile leaves
  *  there all of the text or nothing: a longer one is handed over by a short-lived process, of whose
- *  end the host hears nothing. A pipe that nobody reads raises SIGPIPE; at a limit on the size of
- *  files a short text raises SIGXFSZ.
+ *  end the host hears nothing. A pipe that nobody reads raises SIGPIPE.
  *  What the format cannot hold is written all the same and does not load again as it was: an
  *  infinite or undefined number, a substitution (without its %), a name that is none, a bar in a
  *  file name.

@@ -25,9 +25,10 @@ int OpenForWriting(const char* name, int flags) {
 // A text on its way into a file.
 struct Delivery {
   int file;
-  off_t before;  // the length of a regular file, -1 for others
+  bool isRegular;
   iovec* next;
   iovec* end;
+  off_t written;
 };
 
 bool WriteAll(Delivery& text) {
@@ -36,6 +37,7 @@ bool WriteAll(Delivery& text) {
     const ssize_t result = writev(text.file, text.next, static_cast<int>(count));
     if (result < 0 && errno == EINTR) continue;
     if (result <= 0) return false;
+    text.written += result;
     auto written = static_cast<std::size_t>(result);
     for (; text.next != text.end && written >= text.next->iov_len; ++text.next) {
       written -= text.next->iov_len;
@@ -62,10 +64,19 @@ void CutBack(int file, off_t size) {
   } while (result != 0 && errno == EINTR);
 }
 
+// What was written goes again, unless somebody else has written behind it.
+void TakeBack(const Delivery& text) {
+  struct stat facts {};
+  const off_t end = lseek(text.file, 0, SEEK_CUR);
+  if (text.written > 0 && fstat(text.file, &facts) == 0 && facts.st_size == end) {
+    CutBack(text.file, end - text.written);
+  }
+}
+
 bool Deliver(void* delivery) {
   auto& text = *static_cast<Delivery*>(delivery);
   if (WriteAll(text) && HasArrived(text.file)) return true;
-  if (text.before >= 0) CutBack(text.file, text.before);
+  if (text.isRegular) TakeBack(text);
   return false;
 }
 
@@ -93,12 +104,14 @@ bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
     size += piece.size();
   }
   struct stat facts {};
-  const bool regular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
-  Delivery text{file_, regular ? facts.st_size : -1, list.data(), list.data() + list.size()};
-  if (!regular || IsTakenAtOnce(text.before, size)) return Deliver(&text);
-  if (DoApart(Deliver, &text)) return true;
-  CutBack(file_, text.before);  // once more: whoever delivered it may have been stopped
-  return false;
+  const bool isRegular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
+  Delivery text{file_, isRegular, list.data(), list.data() + list.size(), 0};
+  if (!isRegular) return Deliver(&text);
+  const Undisturbed undisturbed;
+  if (IsTakenAtOnce(facts.st_size, size)) return Deliver(&text);
+  const Outcome outcome = DoApart(Deliver, &text);
+  if (outcome == Outcome::kStopped) CutBack(file_, facts.st_size);
+  return outcome == Outcome::kDone;
 }
 
 }  // namespace zon

@@ -21,7 +21,8 @@ class OutputFile {
   bool IsOpen() const { return file_ >= 0; }
 
   // Writes the pieces of a text behind what the file holds. On failure a regular file is cut back
-  // to its old length; a kill of the host leaves there all of the text or nothing.
+  // to what it held, unless somebody else has written to it meanwhile; a kill of the host leaves
+  // there all of the text or nothing.
   bool Write(const std::vector<std::string_view>& pieces);
 
  private:

@@ -1,11 +1,14 @@
 // Runs a harness with any compiler: replay CORPUS [NUMBER]. The files of the corpus, and as many
 // changed copies of them, always the same ones.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <functional>
 #include <random>
 #include <sstream>
 #include <vector>
@@ -14,30 +17,24 @@
 
 namespace {
 
-std::mt19937 random_number(1);
-
-std::size_t Below(std::size_t end) {
-  return random_number() % end;
-}
+using Number = std::function<std::size_t(std::size_t end)>;
 
 // A few pieces go, come from another file, or are any bytes; one may be long.
-std::string Changed(const std::vector<std::string>& corpus) {
-  std::string text = corpus[Below(corpus.size())];
-  for (std::size_t changes = 1 + Below(5); changes > 0; --changes) {
-    const std::string& other = corpus[Below(corpus.size())];
-    const std::size_t at = Below(text.size() + 1);
-    std::string piece = other.substr(Below(other.size() + 1), Below(Below(8) == 0 ? 200 : 12));
-    if (Below(4) == 0) {
-      for (char& c : piece) c = static_cast<char>(Below(256));
+std::string Changed(const std::vector<std::string>& corpus, const Number& below) {
+  std::string text = corpus[below(corpus.size())];
+  for (std::size_t changes = 1 + below(5); changes > 0; --changes) {
+    const std::string& other = corpus[below(corpus.size())];
+    const std::size_t at = below(text.size() + 1), from = below(other.size() + 1);
+    std::string piece = other.substr(from, below(below(8) == 0 ? 200 : 12));
+    if (below(4) == 0) {
+      for (char& c : piece) c = static_cast<char>(below(256));
     }
-    text.replace(at, Below(3) == 0 ? Below(12) : 0, piece);
+    text.replace(at, below(3) == 0 ? below(12) : 0, piece);
   }
   return text;
 }
 
-void Run(const std::string& name, const std::string& text) {
-  std::printf("%s\n", name.c_str());
-  std::fflush(stdout);
+void Run(const std::string& text) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
 }
 
@@ -52,9 +49,22 @@ int main(int argc, char** argv) {
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     corpus.push_back(text.str());
-    Run(path, corpus.back());
+    std::printf("%s\n", path.c_str());
+    std::fflush(stdout);
+    Run(corpus.back());
   }
+  // What was tried last is left in a file.
+  const std::string name = "changed_" + folder.filename().string();
+  const int last = open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
   const int number = argc > 2 ? std::atoi(argv[2]) : 0;
-  for (int n = 1; n <= number; ++n) Run("changed copy " + std::to_string(n), Changed(corpus));
+  for (int n = 1; n <= number; ++n) {
+    std::mt19937 random(static_cast<unsigned>(n));
+    const std::string text = Changed(corpus, [&](std::size_t end) { return random() % end; });
+    const auto size = static_cast<ssize_t>(text.size());
+    const bool isKept =
+        pwrite(last, text.data(), text.size(), 0) == size && ftruncate(last, size) == 0;
+    fuzz::Check(isKept, "cannot write", name);
+    Run(text);
+  }
   return corpus.empty() ? 1 : 0;
 }

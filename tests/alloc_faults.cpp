@@ -155,7 +155,8 @@ struct Tree {
     int use = 0;
     root.GetCustomResultFolder(&use, &folder);
     return host::Show(data.GetCurrentSection()) + host::Show(data.GetCurrentKeyword()) +
-           host::Show(data.GetCurrentClob()) + host::Show(&root) + folder + std::to_string(use) +
+           host::Show(data.GetCurrentClob()) + host::Show(&root) +
+           std::to_string(root.GetNoSections()) + folder + std::to_string(use) +
            root.GetResultRoot() +
            (root.GetZonFilename() == target ? "target" : root.GetZonFilename()) +
            (target.empty() ? "" : host::Timeless(target));
@@ -466,9 +467,9 @@ std::string ReadTokens(const std::string& path) {
     token = zontNextToken(reader);
     const host::AtWork mark;
     all += " " + std::to_string(token) + zontGetTokenString(reader);
+    if (token < 0) all += zontGetError(reader, nullptr, nullptr);
   }
   untilRefused = 0;
-  all += zontGetError(reader, nullptr, nullptr);
   zontDispose(&reader);
   return all;
 }

@@ -130,10 +130,13 @@ TEST(Parser, KeepsTokensIfAsked) {
       for (CyyInput* source : host::BothSources(text)) {
         CzonParser parser(source);
         EXPECT_EQ(parser.Parse(keep), text == good ? 0 : 1);
+        if (keep) parser.EndToken("of the host");
+        if (keep) parser.EndToken(nullptr);
         std::ostringstream tokens;
         parser.WriteTokens(tokens);
         const std::string all = "A\nr\nk\n.5\nx\ndefault\nl\nf\nEndSect\n";
-        EXPECT_EQ(tokens.str(), keep ? all + (text == good ? "" : "wrong\n") : "");
+        const std::string last = text == good ? "of the host\n\n" : "wrong\nof the host\n\n";
+        EXPECT_EQ(tokens.str(), keep ? all + last : "");
       }
     }
   }

@@ -32,10 +32,11 @@ std::string Paths(void* node) {
 
 TEST(Results, FolderFollowsFromSettingsAnchorAndWorkingDirectory) {
   const std::string gone = host::FolderPath() + "/gone", end = " - Result Files/";
-  for (std::string here : {gone + std::string(250, 'd'), std::string("/"), gone}) {
+  const std::string step = "/" + std::string(230, 'd');
+  for (std::string here : {gone + step + step + step, std::string("/"), gone}) {
     fs::create_directories(here);
     fs::current_path(here);
-    if (here == gone && fs::remove(gone)) here.clear();
+    if (here == gone && fs::remove_all(gone) != 0) here.clear();
     const auto expect = [](const std::string& folder, const std::string& anchor,
                            const char* root = "", int use = 0, const char* custom = "") {
       const Sample file;

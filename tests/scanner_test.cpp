@@ -66,6 +66,7 @@ const std::pair<std::string, std::string> kTexts[] = {
     {"'it''s''' '' '''' 'a\nb;//'", "string<it's'> string<> string<'> string<a\nb;//> "},
     {"|a\\b'#{;| || #1#|x|##", "file<a\\b'#{;> file<> date<1> file<x> date<> "},
     {"{a\nb\r\n\n'c|{} {}}a/b c*/", "note<ab\r'c|{> note<> } name<a> / name<b> name<c> * / "},
+    {"a//\0b\nc;\0d"s, "name<a> name<c> 2"},
     {"a;/*\nb//*/\nc/*;*/d/***/e", "name<a> name<b> name<c> name<d> name<e> 4"},
     {"/* a /* b */ c */d /*/**/*/e/*\n/*/*\n*/*/*/f//", "name<d> name<e> name<f> 8"},
     {"\x80 \xFF\xC4x@ '\xFF' #\x80#", "128 255 196 name<x> @ string<\xFF> date<\x80> "},
@@ -105,15 +106,6 @@ TEST(Scanner, AcrossBlocks) {
   }
   Scan("/* " + std::string(70000, '*') + "*/'" + std::string(140000, '\'') + "'");
   Scan(";" + std::string(65533, 'c') + "\n{" + std::string(140000, '\n') + "}.");
-}
-
-TEST(Scanner, KeepsTokensOfTheHost) {
-  CzonParser parser(new host::Memory(""));
-  parser.EndToken("made");
-  parser.EndToken(nullptr);
-  std::ostringstream tokens;
-  parser.WriteTokens(tokens);
-  EXPECT_EQ(tokens.str(), "made\n\n");
 }
 
 TEST(Scanner, SkipComment) {
