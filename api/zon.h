@@ -396,7 +396,8 @@ ZON_API int zonAddBoolDefS(void* handle);
 ZON_API void zonWrite(void* handle, const char* fileName);
 ZON_API void zonAppend(void* handle, const char* fileName);
 
-/** Writes a listing for debugging, one line for each node, over whatever the file holds.
+/** Writes a listing for debugging, one line for each node, over whatever the file holds; a listing
+ *  that cannot be written leaves the file empty.
  *  handleOrNode  a node, whose subtree is listed, or a file handle
  *  errors        1006, also (Kept) for a good file handle; neither of the two, or a file without a
  *                tree: "zonDump: bad argument" */
