@@ -62,7 +62,7 @@ Outcome DoApart(bool (*work)(void*), void* argument) {
   int status = 0;
   pid_t ended = -1;
   do {
-    ended = waitpid(process, &status, __WCLONE);
+    ended = waitpid(process, &status, static_cast<int>(__WCLONE));
   } while (ended < 0 && errno == EINTR);
   if (ended != process) return order.isDone ? Outcome::kDone : Outcome::kFailed;
   if (!WIFEXITED(status)) return Outcome::kStopped;
