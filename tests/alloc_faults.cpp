@@ -521,6 +521,23 @@ TEST_F(Faults, OfWholeFiles) {
   }
 }
 
+// Whatever is done again and again, and what is made outside a file, is given back.
+TEST_F(Faults, NothingIsKept) {
+  Tree tree(kLoaded, 3, "");
+  void* onto = zonKeywordByNum(zonSectionByNum(tree.section, 1), 1);
+  std::pair<long, long> before;
+  for (int n = 0; n < 100000; ++n) {
+    if (n % 50000 == 999) {
+      CzonTargetList copy;
+      copy.Copy(&host::As(zonGetRoot(tree.file)));
+      EXPECT_NE(copy.SectionByNum(2)->KeywordByNum(1)->FindDefault(nullptr, kName, 1), nullptr);
+    }
+    if (n == 1000) before = {living, mapped};
+    ASSERT_EQ(zonCopy(tree.keyword, onto), 1);
+  }
+  EXPECT_EQ(std::pair(living, mapped), before);
+}
+
 // What the host's new_handler throws need not be an exception of the standard library's.
 TEST_F(Faults, ThrowAnything) {
   const std::string path = host::WriteFile("odd.zon", "[" + std::string(5000, 'n'));
