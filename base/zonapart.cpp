@@ -6,13 +6,17 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <ctime>
+#include <memory>
 
 namespace zon {
 namespace {
 
 // No other tool's code: one that watches the process may put its own in the place of success.
 constexpr int kFailure = 77;
+
+constexpr std::size_t kStack = 65536;  // most of it never touched, so it costs nothing
 
 struct Order {
   bool (*work)(void*);
@@ -55,9 +59,9 @@ Undisturbed::~Undisturbed() {
 }
 
 Outcome DoApart(bool (*work)(void*), void* argument) {
-  alignas(16) char stack[16384];
+  const std::unique_ptr<char[]> stack(new char[kStack]);
   Order order{work, argument, false};
-  const pid_t process = clone(Run, stack + sizeof stack, CLONE_VM | CLONE_VFORK, &order);
+  const pid_t process = clone(Run, stack.get() + kStack, CLONE_VM | CLONE_VFORK, &order);
   if (process < 0) return work(argument) ? Outcome::kDone : Outcome::kFailed;
   int status = 0;
   pid_t ended = -1;

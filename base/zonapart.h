@@ -29,7 +29,8 @@ enum class Outcome { kDone, kFailed, kStopped };
 // and wait() are for its own children.
 //
 // The work may call the system and nothing else: a lock that another thread of the host holds at the
-// moment of the kill, that of malloc for example, is never given back.
+// moment of the kill, that of malloc for example, is never given back. Throws std::bad_alloc before
+// anything is done.
 Outcome DoApart(bool (*work)(void*), void* argument);
 
 }  // namespace zon
