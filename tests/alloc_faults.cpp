@@ -479,7 +479,8 @@ TEST_F(Faults, OfWholeFiles) {
   std::string many = "[A]";
   while (many.size() < 700000) many += " key = 1, 2.5, 'three'\n";
   many += "EndSect";
-  std::string deep;
+  const std::string name(5000, 'n');
+  std::string deep = "[" + name + "] " + name + " = '" + name + "' EndSect ";
   for (int depth = 0; depth < 70; ++depth) deep += "[]";
   const struct {
     std::string (*read)(const std::string&);
@@ -548,10 +549,13 @@ TEST_F(Faults, ThrowAnything) {
   untilRefused = 1;
   EXPECT_EQ(zontNextToken(reader), -1);
   EXPECT_STREQ(zontGetError(reader, nullptr, nullptr), "Unknown failure");
-  untilRefused = 1;
-  EXPECT_EQ(zonCreate(), nullptr);
   std::set_new_handler(nullptr);
   zontDispose(&reader);
+  CzonTokenReader none(nullptr);
+  const std::string what(5000, 'x');
+  untilRefused = 1;
+  none.Error(what.c_str());
+  EXPECT_EQ(none.GetErrorText(), "std::bad_alloc");
 }
 
 // Of enough requests, and none of the functions is forgotten.
