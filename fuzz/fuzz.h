@@ -36,6 +36,9 @@ struct Bytes {
   const std::uint8_t* end;
 };
 
+// While it is not 0, each read of the library returns 1 to this many bytes, as a pipe may.
+extern std::size_t largestRead;
+
 inline CzonNode* RootOf(void* file) {
   return static_cast<CzonNode*>(static_cast<CzonBase*>(zonGetRoot(file)));
 }

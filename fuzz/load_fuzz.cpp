@@ -72,6 +72,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   CzonParser eager(new CyyStream(name));
   Compare(file, eager, 1, UINT_MAX, name);
+  for (const std::size_t most : {std::size_t{1}, std::size_t{1} + size % 600}) {
+    fuzz::largestRead = most;
+    CzonParser pieces(new CyyStream(name));
+    Compare(file, pieces, 0, UINT_MAX, name);
+    fuzz::largestRead = 0;
+  }
   if (size % 4 == 1) {
     CzonParser called(new host::Memory(std::string(text)));
     Compare(file, called, 0, 0, name);

@@ -40,7 +40,7 @@ class Collector {
   // Take may bring another.
   void Settle() {
     buffer_.append(text_);
-    text_ = {};
+    text_ = std::string_view("");
   }
 
   std::string_view Text() {
@@ -53,7 +53,7 @@ class Collector {
   bool IsInPlace() const { return buffer_.empty(); }
 
  private:
-  std::string_view text_;
+  std::string_view text_ = "";  // never null: an empty text is given out as characters too
   std::string& buffer_;
 };
 

@@ -107,6 +107,36 @@ TEST(Load, PipeInPieces) {
   EXPECT_EQ(zonNoChars(file), kRich.size());
 }
 
+// The closing character of an empty text is the last byte of a read: of a block of a regular file.
+TEST(Load, EmptyTextsAtTheEndOfARead) {
+  const std::string before = "[A] k = ";
+  for (const std::size_t block : {65536U, 131072U, 262144U}) {
+    for (const std::string empty : {"''", "||"}) {
+      const std::string blanks(block - before.size() - empty.size(), ' ');
+      const host::File file(host::Load(before + blanks + empty + " EndSect"));
+      void* section = zonTargetByNum(file, 1);
+      void* value = host::ValueOf(file);
+      const char* name = nullptr;
+      CString text("old");
+      const bool isString = empty == "''";
+      EXPECT_STREQ(zonGetResultFilename(value), "") << empty << " at " << block;
+      EXPECT_EQ(zonGetParamResultFilename(section, "k", &name, 1, 1), 1);
+      EXPECT_STREQ(name, "");
+      if (isString) {
+        char copy[] = "x";
+        EXPECT_STREQ(zonGetString(value), "");
+        EXPECT_EQ(zonGetString2(value, copy, 2), 0);
+        EXPECT_STREQ(copy, "");
+        EXPECT_EQ(zonGetParam(section, "k", &text, 1, 1), 1);
+        EXPECT_STREQ(text, "");
+      } else {
+        EXPECT_STREQ(zonGetFilenameString(value), "");
+        EXPECT_STREQ(zonGetFilename(value), "");
+      }
+    }
+  }
+}
+
 // Wherever a file is cut off, there is a message unless all that is left is white space and
 // comments.
 TEST(Load, FilesCutAnywhere) {
