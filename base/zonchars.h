@@ -97,7 +97,7 @@ constexpr std::string_view FiledName(std::string_view name) {
 
 constexpr std::uint32_t kHashOfNoName = 0x9E3779B9U;
 
-// Differs from process to process, so that no file can be made whose names all collide.
+// Keyed with a secret of the process: the author of a file cannot choose names that collide.
 std::uint32_t HashNoCase(std::string_view name);
 
 // The length of the word that a text begins with, found sixteen characters at a time.

@@ -102,6 +102,32 @@ TEST(Size, TimeGrowsWithTheFile) {
   }
 }
 
+// Processor time of loading a section with these keywords.
+double SecondsForNames(const std::vector<std::string>& names) {
+  std::string text = "[A]\n";
+  for (const std::string& name : names) text += name + " = 1\n";
+  const std::string path = host::WriteFile("names.zon", text + "EndSect");
+  return Seconds(path, false, static_cast<unsigned>(names.size()));
+}
+
+// 0x30 and 0x70, differing in one high bit of a byte: a multiplication by an odd number carries such
+// a difference to few other bits, where the next word can take it back.
+TEST(Size, NamesCannotBeMadeToCollide) {
+  constexpr unsigned kBits = kIsRelease ? 17 : 16;
+  std::vector<std::string> made, other;
+  for (unsigned number = 0; number < 1U << kBits; ++number) {
+    std::string name;
+    for (unsigned bit = 0; bit < kBits; ++bit) {
+      const char digit = (number >> bit & 1) != 0 ? 'p' : '0';
+      name += std::string("aaaaaaa") + digit + "aaa" + digit + "aaa" + digit;
+    }
+    made.push_back(name);
+    other.push_back(std::string(name.size() - 8, 'a') + std::to_string(10000000 + number));
+  }
+  const double least = SecondsForNames(other);
+  EXPECT_LT(SecondsForNames(made), 3 * least + 0.1);
+}
+
 // On a stack of 256 KiB: comments in comments, sections in sections, however deep.
 TEST(Size, DepthOfFilesAndBuiltTreesCostsNoStack) {
   ASSERT_TRUE(host::OnSmallStack([](void*) -> void* {
