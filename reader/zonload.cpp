@@ -47,7 +47,8 @@ void TakeSettings(CzonTargetList& root) {
     if (const char* folder = value->GetFilename()) root.SetResultRoot(folder);
   }
   const CzonParam* use = Setting(*system, "UseCustomResultFolder");
-  const int useCustomFolder = use != nullptr ? use->GetBool() : 0;
+  // A packed list is no truth value: to ask it for one would read an item.
+  const int useCustomFolder = use != nullptr && !use->IsClob() ? use->GetBool() : 0;
   if (const CzonParam* value = Setting(*system, "CustomResultFolder")) {
     if (const char* folder = value->GetFilename()) {
       root.SetCustomResultFolder(useCustomFolder, folder);

@@ -55,6 +55,15 @@ TEST(Load, CodesReportsAndCounters) {
   EXPECT_EQ(zonGetErrorGlb(), 1001);
 }
 
+TEST(Load, LeavesPackedListsUnread) {
+  const host::File file(
+      host::Load("[SYSTEM] UseCustomResultFolder = '<CLOB:Boolean:true,Boolean:false>' EndSect"));
+  EXPECT_EQ(zonGetErrorGlb(), 0);
+  void* list = host::ValueOf(file);
+  EXPECT_EQ(zonGetClobBool(list), 1) << "the first item is still to be read";
+  EXPECT_STREQ(zonGetErrorFromZonClob(list), "");
+}
+
 TEST(Load, SystemSection) {
   const std::string here = host::FolderPath();
   // The section; root, use and folder; how many values do not suit.
@@ -66,6 +75,7 @@ TEST(Load, SystemSection) {
       {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", " 1 ", 0},
       {"UseCustomResultFolder = 1 CustomResultFolder = |/c|", " 0 /c", 1},
       {"ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", " 0 ", 3},
+      {"UseCustomResultFolder = '<CLOB:Integer:1>' CustomResultFolder = |/c|", " 0 /c", 0},
       {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", " 0 ", 0},
       {"EndSect [System] ResultRootFolder = |/second|", " 0 ", 0}};
   for (const auto& [system, found, refused] : rows) {
