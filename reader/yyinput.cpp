@@ -16,6 +16,9 @@ constexpr std::size_t kLargestBlock = std::size_t{256} << 10;
 constexpr std::size_t kUnknownSize = std::size_t{64} << 10;
 constexpr std::size_t kPiece = std::size_t{64} << 10;  // stays in the cache while it is scanned
 
+// What a stream without a block reads: nothing, followed by the zero that ends every block.
+unsigned char nothing[1] = {};
+
 int OpenForReading(const char* name) {
   for (;;) {
     const int file = open(name, O_RDONLY | O_CLOEXEC | O_NOCTTY);
@@ -40,6 +43,7 @@ void CyyInput::PutBack(int c) {
 }
 
 CyyStream::CyyStream(const char* name) {
+  ReleaseBlock();
   status_ = 2;
   file_ = OpenForReading(name != nullptr ? name : "");
   if (file_ < 0) return;
@@ -69,8 +73,12 @@ void CyyStream::Close() {
   CloseFile();
   if (keeper_ == nullptr) ownBlock_.Clear();
   Count();
-  block_ = next_ = end_ = nullptr;
-  counted_ = nullptr;
+  ReleaseBlock();
+}
+
+void CyyStream::ReleaseBlock() {
+  block_ = nullptr;
+  counted_ = next_ = end_ = nothing;
 }
 
 void CyyStream::CloseFile() {

@@ -93,6 +93,7 @@ class ZON_API CyyStream : public CyyInput {
 
   bool Fill();  // the next piece of the file; false at its end
   void StartBlock(zon::Store& store);
+  void ReleaseBlock();  // the stream is at its end from now on
   void CloseFile();
 
   // Counts what has been scanned since it was last counted, up to here.

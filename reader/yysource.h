@@ -4,6 +4,7 @@
 #define ZON_READER_YYSOURCE_H
 
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@
 #include "reader/yyinput.h"
 
 namespace zon {
+
+// There is no memory to collect the text of a token in.
+struct TokenTooLong {};
 
 // The text of the token at hand. While it lies whole in the block of the file it is only looked at
 // there; a text in several pieces is put together in a buffer.
@@ -33,13 +37,18 @@ class Collector {
 
   void Add(char c) {
     Settle();
-    buffer_.push_back(c);
+    text_ = {&c, 1};
+    Settle();
   }
 
   // Before the block goes: whenever a source has come to the end of the block, as its next Peek or
   // Take may bring another.
   void Settle() {
-    buffer_.append(text_);
+    try {
+      buffer_.append(text_);
+    } catch (const std::bad_alloc&) {
+      throw TokenTooLong();
+    }
     text_ = std::string_view("");
   }
 

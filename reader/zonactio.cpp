@@ -1,5 +1,7 @@
 // What the rules of the grammar do: one case for each rule, by its name in zongram.y. Tested by
 // tests/grammar_test.cpp.
+#include <typeinfo>
+
 #include "reader/zonparser.h"
 #include "reader/zonvalues.h"
 #include "tree/zonclob.h"
@@ -27,7 +29,8 @@ CzonParser::~CzonParser() {
 }
 
 int CzonParser::Parse(int keep) {
-  keepTokens_ = keep != 0;
+  hasOwnScanner_ = typeid(*this) == typeid(CzonParser);
+  scansAhead_ = hasOwnScanner_ && GetStream() != nullptr && keep == 0;
   const int failed = yyparse();
   if (failed == 0) {
     temporaries_.clear();  // the tree owns them now
@@ -35,8 +38,8 @@ int CzonParser::Parse(int keep) {
     root_ = nullptr;  // made before the parse went wrong behind it
     GarbageCollect();
   }
-  if (!keepTokens_) ClearTokens();
-  if (failed != 0 && !keepTokens_) {
+  if (keep == 0) ClearTokens();
+  if (failed != 0 && keep == 0) {
     CzonNode::Free(list_);
     list_ = nullptr;
     store_.Clear();

@@ -51,10 +51,10 @@ int CzonParser::NextToken() {
     }
     zon::CallSource source(Input());
     return Scan(source);
-  } catch (const std::bad_alloc&) {
+  } catch (const zon::TokenTooLong&) {
+    yyerror("Failed to extend buffer");
+    return ENDOFINPUT;
   }
-  yyerror("Failed to extend buffer");
-  return ENDOFINPUT;
 }
 
 template <class Source>
@@ -171,8 +171,9 @@ int CzonParser::ScanDelimited(Source& source, char closer, bool lineOnly, int to
   return EndToken(token, oneLine, false);
 }
 
+// A derived scanner may deliver any token by this function, a number too.
 void CzonParser::EndToken(const char* text) {
-  EndToken(IDENTIFIER, text != nullptr ? text : "", false);
+  KeepText(text != nullptr ? text : "", true);
 }
 
 int CzonParser::EndToken(int token, zon::Collector& text) {
@@ -185,11 +186,19 @@ int CzonParser::EndToken(int token, zon::Collector& text) {
 int CzonParser::EndToken(int token, std::string_view text, bool inPlace) {
   // A text ends at a zero byte, which no word and no number holds.
   if (MayHoldZero(token)) text = zon::UpToZero(text);
-  if (!inPlace) {
-    const std::size_t before = token == INTEGER || token == REAL ? 1 : 0;
-    text = {store_.CopyText(text, before), text.size()};
+  if (inPlace) {
+    SetTokenText(text);
+  } else {
+    KeepText(text, token == INTEGER || token == REAL);
   }
-  yylval_.SetText(text);
-  if (keepTokens_) tokens_.push_back(text);
   return token;
+}
+
+void CzonParser::KeepText(std::string_view text, bool mayBeNumber) {
+  SetTokenText({store_.CopyText(text, mayBeNumber ? 1 : 0), text.size()});
+}
+
+void CzonParser::SetTokenText(std::string_view text) {
+  yylval_.SetText(text);
+  if (!scansAhead_) tokens_.push_back(text);
 }

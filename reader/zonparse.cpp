@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
-#include <typeinfo>
 
 #include "reader/zonparser.h"
 #include "tree/zonkeyw.h"
@@ -117,8 +116,6 @@ int CzonParser::ReadToken() {
 }
 
 int CzonParser::yyparse() {
-  hasOwnScanner_ = typeid(*this) == typeid(CzonParser);
-  scansAhead_ = hasOwnScanner_ && GetStream() != nullptr && !keepTokens_;
   Stack stack;
   stack.Push(0, {});
   int token = kNoToken;

@@ -102,6 +102,8 @@ class ZON_API CzonParser : public CyyParser {
   int Fail(Source& source, const char* message);
   int EndToken(int token, zon::Collector& text);
   int EndToken(int token, std::string_view text, bool inPlace);
+  void KeepText(std::string_view text, bool mayBeNumber);  // a copy of it
+  void SetTokenText(std::string_view text);
 
   // Where TakeItems has left a list: which token stands there, and behind what.
   struct ListPlace {
@@ -137,9 +139,8 @@ class ZON_API CzonParser : public CyyParser {
   CzonTargetList* list_ = nullptr;  // the section list of the parse
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted
   std::vector<CzonNode*> temporaries_;
-  bool keepTokens_ = true;
   bool hasOwnScanner_ = false;  // yylex is ours, no derived class's
-  bool scansAhead_ = false;     // nobody can tell whether tokens were made in between
+  bool scansAhead_ = false;     // no other code runs during the parse: token texts are not listed
   Value yylval_{};
   std::string buffer_;  // of the scanner
 };

@@ -180,4 +180,66 @@ TEST(Source, CountsAndPutsBack) {
   }
 }
 
+// A stream that did not open, and one that has been parsed to its end, are at their end.
+TEST(Scanner, WithoutInput) {
+  for (const char* name : {"/nowhere/file.zon", "/"}) {
+    CzonParser parser(new CyyStream(name));
+    EXPECT_EQ(parser.yylex(), ENDOFINPUT);
+    EXPECT_EQ(parser.Parse(0), 0);
+    EXPECT_EQ(parser.SkipComment("/*"), 0);
+    parser.SkipEOL();
+    EXPECT_EQ(parser.GetInput().GetNoChars(), 0U);
+  }
+  CzonParser parser(new CyyStream(host::WriteFile("short.zon", "[A] EndSect").c_str()));
+  EXPECT_EQ(parser.Parse(0), 0);
+  EXPECT_EQ(parser.yylex(), ENDOFINPUT);
+  EXPECT_EQ(parser.yylex(), ENDOFINPUT);
+  EXPECT_FALSE(parser.HasError());
+}
+
+// A scanner of a host: it delivers the tokens of a list by the public functions.
+class ListScanner : public CzonParser {
+ public:
+  struct Token {
+    int code;
+    const char* text;
+  };
+  explicit ListScanner(std::vector<Token> tokens)
+      : CzonParser(new host::Memory("")), tokens_(std::move(tokens)) {}
+
+  int yylex() override {
+    mostTexts = std::max(mostTexts, GetNoTokens());
+    if (next_ == tokens_.size()) return ENDOFINPUT;
+    const Token& token = tokens_[next_++];
+    if (token.text != nullptr) EndToken(token.text);
+    return token.code;
+  }
+
+  unsigned mostTexts = 0;
+
+ private:
+  std::vector<Token> tokens_;
+  std::size_t next_ = 0;
+};
+
+TEST(Scanner, DerivedScannersDeliverSignedNumbers) {
+  ListScanner parser({{'[', nullptr},
+                      {IDENTIFIER, "A"},
+                      {']', nullptr},
+                      {IDENTIFIER, "k"},
+                      {'=', nullptr},
+                      {STRING, "text"},
+                      {',', nullptr},
+                      {'-', nullptr},
+                      {INTEGER, "5"},
+                      {',', nullptr},
+                      {'+', nullptr},
+                      {REAL, "2.5"},
+                      {ENDSECT, "End"}});
+  EXPECT_EQ(parser.Parse(0), 0);
+  EXPECT_EQ(host::Show(parser.GetRoot()), "{A{k(string text, int -5, real +2.5)}}");
+  EXPECT_EQ(parser.mostTexts, 6U) << "texts are listed while the parse runs";
+  EXPECT_EQ(parser.GetNoTokens(), 0U);
+}
+
 }  // namespace
