@@ -522,6 +522,32 @@ TEST_F(Faults, OfWholeFiles) {
   }
 }
 
+// A refused load gives no handle, unless it was a token that could not grow.
+TEST_F(Faults, OfALoadLeaveNoHandle) {
+  std::string lines = "[A]\n";
+  while (lines.size() < 200000) lines += "key_of_a_usual_length {remark} = 1, 2.5, 'it''s'\n";
+  const std::string path = host::WriteFile("lines.zon", lines + "EndSect");
+  int withHandle = 0, refusals = 0;
+  for (long n = 1;; ++n, ++refusals) {
+    forGood = fired = false;
+    untilRefused = n;
+    const host::File file(zonLoadFile(path.c_str(), 1));
+    untilRefused = 0;
+    if (!fired) break;
+    if (file != nullptr) {
+      ++withHandle;
+      EXPECT_NE(host::SyntaxError(file).find("Failed to extend buffer"), std::string::npos);
+      EXPECT_EQ(zonGetErrorGlb(), 1003);
+    } else {
+      EXPECT_EQ(zonGetErrorGlb(), 1002);
+    }
+  }
+  injected += refusals;
+  EXPECT_GT(refusals, 10);
+  EXPECT_LE(withHandle, 2);
+  host::Messages();
+}
+
 // Whatever is done again and again, and what is made outside a file, is given back.
 TEST_F(Faults, NothingIsKept) {
   Tree tree(kLoaded, 3, "");
