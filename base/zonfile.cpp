@@ -1,16 +1,18 @@
+// Tested by tests/io_faults.cpp.
 #include "base/zonfile.h"
 
 #include <fcntl.h>
 #include <limits.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
-
-#include "base/zonapart.h"
+#include <ctime>
 
 namespace zon {
 namespace {
@@ -22,68 +24,73 @@ int OpenForWriting(const char* name, int flags) {
   }
 }
 
-// A text on its way into a file.
-struct Delivery {
-  int file;
-  bool isRegular;
-  iovec* next;
-  iovec* end;
-  off_t written;
+bool IsPending(int signal) {
+  sigset_t pending;
+  return sigpending(&pending) == 0 && sigismember(&pending, signal) == 1;
+}
+
+// While one exists, a write beyond the limit on the size of files fails instead of ending the host,
+// and the thread is not cancelled between a part of a text and the rest of it.
+class WholeWrite {
+ public:
+  WholeWrite() {
+    sigemptyset(&limit_);
+    sigaddset(&limit_, SIGXFSZ);
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState_);
+    pthread_sigmask(SIG_BLOCK, &limit_, &before_);
+    wasPending_ = IsPending(SIGXFSZ);
+  }
+  WholeWrite(const WholeWrite&) = delete;
+  WholeWrite& operator=(const WholeWrite&) = delete;
+  ~WholeWrite() {
+    if (!wasPending_ && IsPending(SIGXFSZ)) {
+      const timespec now{};
+      sigtimedwait(&limit_, nullptr, &now);
+    }
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    pthread_setcancelstate(cancelState_, nullptr);
+  }
+
+ private:
+  sigset_t limit_;
+  sigset_t before_;
+  int cancelState_ = 0;
+  bool wasPending_ = false;
 };
 
-bool WriteAll(Delivery& text) {
-  while (text.next != text.end) {
-    const auto count = std::min<std::ptrdiff_t>(text.end - text.next, IOV_MAX);
-    const ssize_t result = writev(text.file, text.next, static_cast<int>(count));
+// Appends the pieces, as many in a call as the system takes. Adds what was written to `size`.
+bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
+  iovec* next = pieces.data();
+  iovec* const end = next + pieces.size();
+  while (next != end) {
+    const auto count = std::min<std::ptrdiff_t>(end - next, IOV_MAX);
+    const ssize_t result = writev(file, next, static_cast<int>(count));
     if (result < 0 && errno == EINTR) continue;
     if (result <= 0) return false;
-    text.written += result;
+    *size += result;
     auto written = static_cast<std::size_t>(result);
-    for (; text.next != text.end && written >= text.next->iov_len; ++text.next) {
-      written -= text.next->iov_len;
-    }
+    for (; next != end && written >= next->iov_len; ++next) written -= next->iov_len;
     if (written == 0) continue;
-    text.next->iov_base = static_cast<char*>(text.next->iov_base) + written;
-    text.next->iov_len -= written;
+    next->iov_base = static_cast<char*>(next->iov_base) + written;
+    next->iov_len -= written;
   }
   return true;
 }
 
-// Some file systems tell only at a close that there was no room. A second descriptor is closed for
-// that, while the first can still cut back.
+// Some file systems report only at a close that there was no room. A second descriptor is closed
+// for that, while the first can still cut the file back.
 bool HasArrived(int file) {
   const int second = fcntl(file, F_DUPFD_CLOEXEC, 0);
   return second < 0 || close(second) == 0 || errno == EINTR;
 }
 
-// Should even this fail, there is nothing left to try.
+// Cuts off the `size` bytes that were just written, unless another writer has appended to them.
 void CutBack(int file, off_t size) {
-  int result;
-  do {
-    result = ftruncate(file, size);
-  } while (result != 0 && errno == EINTR);
-}
-
-// What was written goes again, unless somebody else has written behind it.
-void TakeBack(const Delivery& text) {
   struct stat facts {};
-  const off_t end = lseek(text.file, 0, SEEK_CUR);
-  if (text.written > 0 && fstat(text.file, &facts) == 0 && facts.st_size == end) {
-    CutBack(text.file, end - text.written);
+  const off_t end = lseek(file, 0, SEEK_CUR);
+  if (size == 0 || fstat(file, &facts) != 0 || facts.st_size != end) return;
+  while (ftruncate(file, end - size) != 0 && errno == EINTR) {
   }
-}
-
-bool Deliver(void* delivery) {
-  auto& text = *static_cast<Delivery*>(delivery);
-  if (WriteAll(text) && HasArrived(text.file)) return true;
-  if (text.isRegular) TakeBack(text);
-  return false;
-}
-
-// The kernel takes a text page by page, and a killed process may stop between two of them.
-bool IsTakenAtOnce(off_t before, std::size_t size) {
-  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  return static_cast<std::size_t>(before) % page + size <= page;
 }
 
 }  // namespace
@@ -98,20 +105,17 @@ OutputFile::~OutputFile() {
 bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   if (!IsOpen()) return false;
   std::vector<iovec> list;
-  std::size_t size = 0;
   for (const std::string_view piece : pieces) {
     if (!piece.empty()) list.push_back({const_cast<char*>(piece.data()), piece.size()});
-    size += piece.size();
   }
+  off_t written = 0;
   struct stat facts {};
   const bool isRegular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
-  Delivery text{file_, isRegular, list.data(), list.data() + list.size(), 0};
-  if (!isRegular) return Deliver(&text);
-  const Undisturbed undisturbed;
-  if (IsTakenAtOnce(facts.st_size, size)) return Deliver(&text);
-  const Outcome outcome = DoApart(Deliver, &text);
-  if (outcome == Outcome::kStopped) CutBack(file_, facts.st_size);
-  return outcome == Outcome::kDone;
+  if (!isRegular) return WriteAll(file_, list, &written) && HasArrived(file_);
+  const WholeWrite wholeWrite;
+  if (WriteAll(file_, list, &written) && HasArrived(file_)) return true;
+  CutBack(file_, written);
+  return false;
 }
 
 }  // namespace zon

@@ -1,5 +1,6 @@
-// Whole texts into files. A text is handed over in as few calls as it takes; a file that cannot
-// take all of it keeps what it had.
+// Appends whole texts to files. A text is composed first and written in as few calls as possible; a
+// regular file that cannot take all of it is cut back. A host that is killed during a call can leave
+// the beginning of the text behind.
 #ifndef ZON_BASE_ZONFILE_H
 #define ZON_BASE_ZONFILE_H
 
@@ -20,9 +21,8 @@ class OutputFile {
 
   bool IsOpen() const { return file_ >= 0; }
 
-  // Writes the pieces of a text behind what the file holds. On failure a regular file is cut back
-  // to what it held, unless somebody else has written to it meanwhile; a kill of the host leaves
-  // there all of the text or nothing.
+  // Appends the pieces of a text. On failure a regular file is cut back to what it held before,
+  // unless another writer has appended to it since.
   bool Write(const std::vector<std::string_view>& pieces);
 
  private:
