@@ -11,16 +11,12 @@ namespace zon {
 // it leaves a code as well keeps whoever adds a keyword and then its value from going on.
 template <class T, class F, class... Arguments>
 void RunBuilder(T& data, F body, Arguments... arguments) {
-  try {
-    try {
-      body(data, arguments...);
-    } catch (const std::bad_alloc&) {
-      RaiseError(kErrHandle);
-      data.Error(kNoMemory);
-    }
-  } catch (...) {  // a hook threw
-    RaiseError(kErrHandle);
-  }
+  RunGuarded([&] { body(data, arguments...); },
+             [&] {
+               RaiseError(kErrHandle);
+               data.Error(kNoMemory);
+             },
+             [] { RaiseError(kErrHandle); });
 }
 
 template <class T, class F, class... Arguments>

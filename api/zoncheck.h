@@ -3,6 +3,8 @@
 #ifndef ZON_API_ZONCHECK_H
 #define ZON_API_ZONCHECK_H
 
+#include <cxxabi.h>
+
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -80,21 +82,38 @@ T* Check(void* handle) {
 
 inline constexpr char kNoMemory[] = "No memory";  // short enough to be kept without any
 
-// Runs the body of an exported function. No exception gets past: for want of memory, or whatever a
-// hook of the host may throw, the failure value comes back and `code` is stored.
-template <class R, class F>
-R Guarded(int code, R failure, F&& body) {
+// Runs `body` and returns true. If it is out of memory, `outOfMemory` runs instead; for any other
+// exception, which only a hook of the host can throw, `hookThrew` runs. Both return false. The
+// cancellation of a thread is not an exception to be caught: it passes through.
+template <class Body, class OutOfMemory, class HookThrew>
+bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory, HookThrew&& hookThrew) {
   try {
     try {
-      return body();
+      body();
+      return true;
     } catch (const std::bad_alloc&) {
-      RaiseError(code);
-      MessageHook(kNoMemory);
+      outOfMemory();
     }
-  } catch (...) {  // a hook threw
-    RaiseError(code);
+  } catch (const abi::__forced_unwind&) {
+    throw;
+  } catch (...) {
+    hookThrew();
   }
-  return failure;
+  return false;
+}
+
+// Runs the body of an exported function. No exception leaves it: if out of memory, or if a hook of
+// the host throws, `code` is stored and `failure` returned.
+template <class R, class F>
+R Guarded(int code, R failure, F&& body) {
+  R result = failure;
+  RunGuarded([&] { result = body(); },
+             [&] {
+               RaiseError(code);
+               MessageHook(kNoMemory);
+             },
+             [&] { RaiseError(code); });
+  return result;
 }
 
 // Checks the handle and asks the object.

@@ -1,6 +1,7 @@
 // Loading: codes and reports, counters, the SYSTEM section, files that are none, and what a load
 // leaves behind.
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -115,6 +116,31 @@ TEST(Load, PipeInPieces) {
   writer.join();
   EXPECT_EQ(host::ShowTree(file), host::ShowTree(host::File(host::Load(kRich))));
   EXPECT_EQ(zonNoChars(file), kRich.size());
+}
+
+// A thread that waits in the library for a pipe can be cancelled; its file is closed.
+TEST(Load, CancelledThreads) {
+  const std::string path = host::FolderPath() + "/idle.zon";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  static void* tokens = nullptr;
+  void* (*const readers[])(void*) = {
+      [](void* name) -> void* { return zonLoadFile(static_cast<const char*>(name), 1); },
+      [](void* name) -> void* {
+        if (zontLoadFile(static_cast<const char*>(name), &tokens) == 0) zontNextToken(tokens);
+        return nullptr;
+      }};
+  const int writer = open(path.c_str(), O_RDWR);
+  for (const auto reader : readers) {
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, nullptr, reader, const_cast<char*>(path.c_str())), 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    EXPECT_EQ(pthread_cancel(thread), 0);
+    void* result = nullptr;
+    EXPECT_EQ(pthread_join(thread, &result), 0);
+    EXPECT_EQ(result, PTHREAD_CANCELED);
+  }
+  close(writer);
+  zontDispose(&tokens);
 }
 
 // The closing character of an empty text is the last byte of a read: of a block of a regular file.

@@ -1,5 +1,7 @@
 // The token reader for hosts that know only handles. Each function checks its handle, forwards, and
 // lets no exception out: what can fail for lack of memory is answered as its header tells.
+#include <cxxabi.h>
+
 #include <exception>
 #include <memory>
 
@@ -26,6 +28,8 @@ ZON_API int zontLoadFile(const char* fileName, void** reader) {
     if (input->open(fileName) != 0) return zon::kErrFileOpen;
     if (reader) *reader = new CzonTokenReader(input.release());
     return 0;
+  } catch (const abi::__forced_unwind&) {
+    throw;  // the thread is being cancelled
   } catch (...) {
     return zon::kErrParserInit;
   }
@@ -35,6 +39,8 @@ ZON_API int zontNextToken(void* reader) {
   if (!reader) return kNullReader;
   try {
     return Reader(reader)->NextToken();
+  } catch (const abi::__forced_unwind&) {
+    throw;  // the thread is being cancelled
   } catch (const std::exception& failure) {
     Reader(reader)->Error(failure.what());
   } catch (...) {
