@@ -1,26 +1,41 @@
 /** @file
- * The flat interface of zon: reads, queries, builds and writes parameter files. C99 and C++17.
+ * The flat interface of zon: reads, queries, builds, edits and writes parameter files. C99 and
+ * C++17.
  *
- * Handles. A file handle (made by zonLoadFile or zonCreate, ended by zonClose) stands for one
- * parameter file; a node handle for one node of its tree: the root, a section, a keyword or a
- * value. Node handles are borrowed: they are valid until their file handle is closed or the node is
- * deleted. A pointer that was closed, or never came from here, must not be passed.
+ * Handles. A file handle is returned by zonLoadFile and zonCreate and is closed by zonClose. A node
+ * handle refers to one node of a file's tree: the root, a section, a keyword, a default definition
+ * or a value. The tree owns its nodes: a node handle is valid until its file handle is closed or
+ * the node is deleted or replaced. Every function accepts null for a handle and reports it as an
+ * error, except where the process ends. A closed handle, or a pointer that this library did not
+ * return, must not be passed.
  *
- * Errors. Every function checks its handle. A bad file handle (null, or of another kind) stores
- * code 1005, a bad node 1006, and passes a text to MessageHook; then the failure value named at the
- * function comes back and nothing changes. The code is process-wide; the first error stays until
- * zonGetErrorGlb takes it. For want of memory the failure value comes back with the same code and
- * the text "No memory"; to the builder that is a refusal like others, which stores 1005 as well. No
- * function throws; what a hook of the host throws ends there, with the failure value and the code.
+ * Errors. Every function checks its handle. A bad file handle (null, or a handle of another kind)
+ * stores code 1005, a bad node 1006, and the function passes a text to MessageHook and returns the
+ * failure value stated in its comment. Nothing else changes. There is one pending code for the
+ * process. A code is stored only if none is pending; zonGetErrorGlb returns and clears it,
+ * zonLoadFile, zonFileCopy and zonCreate clear it when they start. If out of memory, a function
+ * stores the code of a bad handle, passes "No memory" to MessageHook, and returns its failure
+ * value; to a builder call this is also a refusal. No function throws.
  *
- * Texts. A null text argument counts as the empty text; a null output pointer is not written
- * through. Texts returned belong to the library and live as long as the node or handle they come
- * from, unless the function says otherwise.
+ * Hooks. MessageHook and ReportHook are described in base/zonhook.h. A hook or visitor may query,
+ * load files, and build on other handles. A load or zonCreate inside it clears the pending code of
+ * the call that runs. It must not close or change the handle of that call. An exception that it
+ * throws ends the call: the failure value is returned with the code of a bad handle (1002 for
+ * zonLoadFile), unless a code is pending already.
  *
- * Numbers of sections, keywords, values and instances count from 1; 0 or a number past the end
- * gives null without a message. Names are found regardless of letter case (A to Z).
+ * Texts. A null text argument counts as the empty text. A null output pointer is not written. All
+ * texts are zero-terminated. A text that is passed is copied. A text that is returned is owned by
+ * the library and is valid as long as the node or handle that it was queried from, or shorter if
+ * the function says so. A text of a value also ends with a change of that value (zoneModify...,
+ * zonSetFilename), a name with a renaming, and both with zonCopy onto the node or a node around it.
  *
- * Threads. The library takes no locks: a host with several threads makes its calls one at a time.
+ * Numbers of sections, keywords, values and instances start at 1. If there is no such node, the
+ * functions that find nodes return null without a code and without a message. Null is a bad node to
+ * the next call, so a chain of calls reports a missing node as 1006. Names are compared without
+ * regard to the case of A to Z.
+ *
+ * Threads. The library does not lock. A host with several threads makes one call at a time, also on
+ * different handles.
  */
 #ifndef ZON_API_ZON_H
 #define ZON_API_ZON_H
@@ -38,173 +53,192 @@ typedef struct CzonNode CzonNode;
 
 /* ---- Loading and closing --------------------------------------------------------------------- */
 
-/** Reads a parameter file into a tree.
- *  fileName  any length; kept as it is, as the anchor that file names in the file count from
+/** Reads a parameter file into a tree. The file is closed again before the function returns.
+ *  fileName  of any length; stored as given, as the name of the parameter file (see File names)
  *  quiet     not 0: nothing is passed to ReportHook
- *  returns   a file handle, to be closed by zonClose; null if there is none. A file with a syntax
- *            error gives a handle without a tree. An error behind a complete top-level section that
- *            the grammar does not see gives the sections before it and no code: ask
- *            zonGetSyntaxErr.
- *  errors    the pending code is cleared first
- *            1001  the file does not open, null: report "Open error: %"
- *            1002  it cannot be read to its end, or no memory; null
- *            1003  syntax error, with a handle: report "Error: %\n in % near line % position %" */
+ *  returns   a file handle, to be closed by zonClose, or null. A file with a syntax error gives a
+ *            handle without a tree. A scanner error after a complete top-level section gives a
+ *            handle with the sections before it and no code: zonGetSyntaxErr reports it.
+ *  errors    1001  the file cannot be opened; null; report "Open error: %"
+ *            1002  the file cannot be read to its end, or out of memory; null
+ *            1003  syntax error; a handle; report "Error: %\n in % near line % position %" */
 ZON_API void* zonLoadFile(const char* fileName, int quiet);
 
-/** Ends a file handle with its tree and sets the caller's pointer to null.
- *  errors  *handle is no file handle: 1005, "Invalid zonHandle (CzonData)", pointer unchanged */
+/** Closes a file handle, frees its tree, and sets *handle to null.
+ *  errors  handle is null or *handle is no file handle: 1005, "Invalid zonHandle (CzonData)";
+ *          *handle is unchanged */
 ZON_API void zonClose(void** handle);
 
-/** Copies a parameter file behind whatever the target holds, its file names resolved against the
- *  source and written relative to the target. Kept: that form counts the target's own name as a
- *  folder, so a name that shares a folder with the target leads one folder too high when it is
- *  read.
- *  returns  1; 0 if loading the source set a code, or the target could not be written
- *  errors   1001, 1002 and 1003 as zonLoadFile, with its reports */
+/** Loads a parameter file, replaces each file name in it by its path, and appends the tree to the
+ *  target as zonWrite does. The paths are written relative to the target.
+ *  Compatibility: existing files are in that form. It counts the target's own name as a folder, so
+ *  a name that shares a folder with the target reads back one folder too high.
+ *  returns  1; 0 if loading the source stored a code, or the target could not be written
+ *  errors   1001, 1002 and 1003 with the reports of zonLoadFile; none for the target */
 ZON_API int zonFileCopy(const char* source, const char* target);
 
-/** The first error of a loaded file.
- *  line, position  where it was noticed: the line from 1, and how many characters of it were read
- *  message         the text that is returned as well
- *  returns         "syntax error" and its kin; the empty text with line and position 0 if there was
- *                  no error. Lives as long as the handle.
- *  errors          no handle of a loaded file: 1005, "Invalid zonHandle (CzonLoad)", empty text */
+/** Returns the first error of a loaded file. The library keeps no later errors.
+ *  line      receives the line, from 1, where the error was noticed; 0 if there is no error
+ *  position  receives how many bytes of that line had been read; 0 if there is no error
+ *  message   receives the text that is returned
+ *  returns   a text such as "syntax error" or "Bad string"; empty if there is no error. Valid until
+ *            the handle is closed.
+ *  errors    no handle from zonLoadFile: 1005, "Invalid zonHandle (CzonLoad)"; the empty text, line
+ *            and position 0 */
 ZON_API const char* zonGetSyntaxErr(void* handle, unsigned int* line, unsigned int* position,
                                     const char** message);
 
-/** What was counted while a file was loaded: characters; the number of the last line; comments,
- *  each nested one for itself; and token texts still kept, which after zonLoadFile is 0.
- *  errors  no handle of a loaded file: 1005, "Invalid zonHandle (CzonLoad)", 0 */
+/** Counters of a load: bytes read; number of the last line; comments, where each nested comment
+ *  counts.
+ *  errors  no handle from zonLoadFile: 1005, "Invalid zonHandle (CzonLoad)"; 0 */
 ZON_API unsigned int zonNoChars(void* handle);
 ZON_API unsigned int zonNoLines(void* handle);
 ZON_API unsigned int zonNoComments(void* handle);
-ZON_API unsigned int zonNoTokens(void* handle);
 
 /* ---- Errors and versions --------------------------------------------------------------------- */
 
-/** The pending error code, 0 for none. zonGetErrorGlb clears it, zonPeekErrorGlb does not. */
+/** Return the pending error code, 0 if there is none. zonGetErrorGlb clears it, zonPeekErrorGlb
+ *  does not. */
 ZON_API int zonGetErrorGlb(void);
 ZON_API int zonPeekErrorGlb(void);
 
-/** The text of an error code: of 1000 to 1014, else "unknown error code". Valid until the next
- *  call. */
+/** Returns the text of an error code.
+ *  code     1000 to 1014; any other gives "unknown error code"
+ *  returns  the text; valid until the next call of this function */
 ZON_API const char* zonGetErrorMessageFromErrorCode(int code);
 
-/** The text of the last refusal of the builder on this handle, empty if there was none. Valid until
- *  the next refusal.
- *  errors  bad handle: 1005 without a message, null */
+/** Returns the text of the last builder call that was refused on this handle, empty if none was.
+ *  Nothing clears it. Valid until the next refusal.
+ *  errors  bad handle: 1005, no message; null */
 ZON_API const char* zonGetErrorFromZonData(void* handle);
 
-/** Date and time of the build ("Dec  8 2021 06:06:36"), the version, and the name of the library.
- *  The texts live as long as the process. */
+/** Return the date and time of the build ("Dec  8 2021 06:06:36"), the version, and the name of
+ *  the library. The texts are valid as long as the process runs. */
 ZON_API const char* zonGetVersion(void);
 ZON_API const char* zonGetBuildVersion(void);
 ZON_API const char* zonGetDLLid(void);
 
-/** The same, copied into the caller's buffer.
- *  size     room in `buffer` in bytes, the terminating zero included
- *  returns  0 copied; -1 no room (or no buffer): the buffer is untouched; -2 there is no text */
+/** Copy the same texts.
+ *  size     room in `buffer` in bytes, including the terminating zero
+ *  returns  0 if the text was copied; -1 if `buffer` is null or has no room for the whole text, and
+ *           then it is unchanged; -2 if there is no text */
 ZON_API int zonGetVersion2(char* buffer, int size);
 ZON_API int zonGetBuildVersion2(char* buffer, int size);
 ZON_API int zonGetDLLid2(char* buffer, int size);
 
 /* ---- From a file to its nodes ---------------------------------------------------------------- */
 
-/** The root of the tree; null for a file without a tree.
- *  errors  bad handle: 1005 without a message, null */
+/** Returns the root of the tree. Null without a message if the file has no tree.
+ *  errors  bad handle: 1005, no message; null */
 ZON_API void* zonGetRoot(void* handle);
 
-/** How many top-level sections there are; the n-th of them; the n-th of that name. Null for a miss.
- *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode"; then
- *          0 or null */
+/** The number of top-level sections; the n-th one; the n-th one with that name. Null if there is
+ *  none.
+ *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode"; 0
+ *          or null */
 ZON_API int zonGetNoTargets(void* handle);
 ZON_API void* zonTargetByNum(void* handle, unsigned int n);
 ZON_API void* zonTargetByNameNum(void* handle, const char* name, unsigned int n);
 
-/** Calls `visit` on every section, keyword, default definition and value in the order of the file,
- *  a node before what it holds; the root is left out. The visitor may query and may add nodes; it
- *  must not delete any, nor close the handle. A null visitor visits nothing.
- *  errors  1005 and 1006 as zonGetNoTargets; nothing is visited */
+/** Calls `visit` for every section, keyword, default definition and value in file order, a node
+ *  before its children. The root is not visited.
+ *  visit   may query and add nodes. It must not delete nodes or close the handle. Null: nothing is
+ *          visited.
+ *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode";
+ *          nothing is visited */
 ZON_API void zonExplore(void* handle, void (*visit)(CzonNode*));
 
-/** The section at the end of a path such as "Model/Grid:2": names separated by '/' or '.', each
- *  with ":n" for its n-th instance. Null for a miss and for an empty path.
- *  errors  1005 and 1006 as zonGetNoTargets; null */
+/** Finds a section by a path of names separated by '/' or '.', such as "Model/Grid:2". ":n" after a
+ *  name selects its n-th instance; without it, the first. Null if there is no such section, and for
+ *  an empty path.
+ *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode";
+ *          null */
 ZON_API void* zonFindSectionByHandle(void* handle, const char* path);
 
-/** The same from a section downwards; an empty path gives the section itself. As '.' separates,
- *  ".." is no step up but nothing: "../A" is "A".
- *  errors  bad node: 1006, "Invalid zonNode", null */
+/** The same, starting at a section. An empty path returns the section itself.
+ *  Compatibility: '.' separates names, so ".." is no step up. "../A" finds the section A below the
+ *  node, as "A" does.
+ *  errors  bad node: 1006, "Invalid zonNode"; null */
 ZON_API void* zonFindSectionByNode(void* node, const char* path);
 
-/** Cuts a path element at its first ':' and stores the number behind it as the instance, at most
- *  the nearest int; without a colon or a number `instance` stays. Null is ignored.
- *  element   zero-terminated, changed in place
- *  instance  receives the number */
+/** Cuts a path element at its first ':' and stores the number after it.
+ *  element   changed in place; null: nothing happens
+ *  instance  receives the number, limited to the range of int; unchanged if there is no colon or no
+ *            number after it */
 ZON_API void splitElement(char* element, int* instance);
 
 /* ---- From node to node --------------------------------------------------------------------------
- * Null for a miss. What a kind of node cannot have (the keywords of a value) is told through
- * MessageHook, "Function invalid in this context", with null and without a code.
- * errors  bad node: 1006, "Invalid zonNode", null */
+ * These functions return null if there is no such node. A question that this kind of node cannot
+ * answer, such as the keywords of a value, also passes "Function invalid in this context" to
+ * MessageHook; no code is stored.
+ * errors  bad node: 1006, "Invalid zonNode"; null */
 
-/** The n-th section of the root or a section; the n-th keyword of a section; the n-th value of a
- *  keyword, where a placeholder gives the default value it stands for; the n-th child of any
- *  kind. */
+/** The n-th section of the root or of a section; the n-th keyword of a section; the n-th value of
+ *  a keyword or default definition; the n-th child of any kind. For a default placeholder
+ *  zonParamByNum returns the default value, if there is one, and zonNodeByNum the placeholder. */
 ZON_API void* zonSectionByNum(void* node, unsigned int n);
 ZON_API void* zonKeywordByNum(void* node, unsigned int n);
 ZON_API void* zonParamByNum(void* node, unsigned int n);
 ZON_API void* zonNodeByNum(void* node, unsigned int n);
 
-/** The n-th section or keyword of that name. */
+/** The n-th section or keyword with that name. */
 ZON_API void* zonSectionByNameNum(void* node, const char* name, unsigned int n);
 ZON_API void* zonKeywordByNameNum(void* node, const char* name, unsigned int n);
 
-/** The section (or root) around a section or keyword; for a value the section of its keyword. Null
- *  for the root. A bad node is told three times. */
+/** The section or root that contains a section or keyword; for a value, the section that contains
+ *  its keyword. Null for the root. A bad node is reported three times. */
 ZON_API void* zonGetParentSection(void* node);
 
-/** For a default placeholder the value it stands for, or itself if there is none; null for any
- *  other node. */
+/** For a default placeholder: the default value, or the placeholder itself if there is none. Null
+ *  without a message for any other node. */
 ZON_API void* zonFindDefault(void* node);
 
 /* ---- What a node is -----------------------------------------------------------------------------
- * errors  bad node: 1006, "Invalid zonNode", and the failure value named in brackets */
+ * errors  bad node: 1006, "Invalid zonNode", and the failure value in parentheses */
 
-/** Depth: 0 the root, 1 a top-level section. (-1) */
+/** Depth in the tree: 0 for the root, 1 for a top-level section. (-1) */
 ZON_API int zonGetLevel(void* node);
 
-/** The kind as a number. (0)
+/** The kind of node. (0)
  *   1  root                    6  integer                  11  default placeholder
  *   2  section                 7  real                     12  substitution
- *   3  keyword                 8  boolean                  14  unknown value
- *   4  default definition      9  string                   15  undefined value
- *   5  other value, or CLOB   10  file name or date-time */
+ *   3  keyword                 8  boolean                  14  unknown value (a remark only)
+ *   4  default definition      9  string                   15  undefined value (empty place)
+ *   5  CLOB                   10  file name or date-time
+ *  Of class 10, a file name is the node for which zonIsFilename returns 1. */
 ZON_API int zonGetSyntaxClass(void* node);
 
-/** The name of a section, keyword or default definition, empty for other nodes; the name of a
- *  section or keyword with the names around it, as in "Model.Grid.depth", as it was when first
- *  asked for, empty for other nodes. (empty text) */
+/** zonGetName returns the name of a section, keyword or default definition; empty for other nodes.
+ *  zonGetNameGlb returns the name of a section or keyword with the names of its sections before it,
+ *  as in "Model.Grid.depth"; empty for other nodes. It is composed by the first call: renaming a
+ *  node later does not change it. (empty text) */
 ZON_API const char* zonGetName(void* node);
 ZON_API const char* zonGetNameGlb(void* node);
 
-/** How many siblings have this name (of a value: how many values the keyword has), and which of
- *  them this is, from 1. (0) */
+/** How many siblings have the name of this node, itself included, and its place among them, from 1.
+ *  For a value: how many values the keyword has, and its place among them. (0) */
 ZON_API int zonGetNoInstances(void* node);
 ZON_API int zonGetInstanceNo(void* node);
 
-/** How many children a node has: of any kind, values, keywords, sections. (-1) */
+/** The number of children: of any kind; values; keywords; sections. 0 for a node that has no such
+ *  children. (-1) */
 ZON_API int zonGetNoNodes(void* node);
 ZON_API int zonGetNoParams(void* node);
 ZON_API int zonGetNoKeywords(void* node);
 ZON_API int zonGetNoSections(void* node);
 
-/** 1 if the node is of that kind, else 0. (0) The root counts as a section.
- *  zonIsTarget          a top-level section
- *  zonIsInt             a number whose value is whole
- *  zonIsFloat           a number whose value fits a float
- *  zonIsDouble          a number whose value is set as a double; an integer is all three
- *  zonNumericIsIntType  a value of an integer class */
+/** Return 1 if the node is of that kind, else 0. (0)
+ *  zonIsTarget          top-level section
+ *  zonIsSection         section or root
+ *  zonIsKeyword         keyword or default definition
+ *  zonIsParam           value
+ *  zonIsNumeric         integer or real
+ *  zonIsInt             number whose value is whole and within 64 bits
+ *  zonIsFloat           number that has a single-precision value
+ *  zonIsDouble          number that has a double-precision value
+ *  zonNumericIsIntType  integer (class 6)
+ *  A loaded number answers zonIsFloat and zonIsDouble, an integer all three. A reference to a
+ *  variable answers only for the type of its variable. */
 ZON_API int zonIsTarget(void* node);
 ZON_API int zonIsSection(void* node);
 ZON_API int zonIsKeyword(void* node);
@@ -220,106 +254,134 @@ ZON_API int zonIsUndefinedPar(void* node);
 ZON_API int zonIsDefaultPar(void* node);
 ZON_API int zonNumericIsIntType(void* node);
 
-/* ---- What a value is ----------------------------------------------------------------------------
- * A node that has no such value gives 0 or the empty text, and "Function invalid in this context"
- * through MessageHook, without a code.
- * errors  bad node: 1006, "Invalid zonNode", and the failure value named in brackets */
+/* ---- Values -------------------------------------------------------------------------------------
+ * A node without such a value gives 0 or the empty text, and passes "Function invalid in this
+ * context" to MessageHook; no code is stored. Query the kind first: 0 and the empty text are values
+ * too.
+ *
+ * On a CLOB, zonGetInt, zonGetDouble, zonGetFloat, zonGetBool and zonGetString read the item at the
+ * cursor and advance the cursor, as zonGetClobInt and so on do. A wrong kind of item, the end, or
+ * malformed content stores 1003 and returns the failure value.
+ *
+ * There is no getter here for the text of a date-time or a substitution. A date-time has class 10
+ * and zonIsFilename 0, a substitution class 12; C++ hosts read the text with CzonParam::GetText of
+ * zonclasses.h.
+ * errors  bad node: 1006, "Invalid zonNode", and the failure value in parentheses */
 
-/** The integer; of a real its whole value (0 if it is not whole), the low 32 bits of it. (-1) */
+/** The low 32 bits of an integer; also of a real that is whole and within 64 bits. Any other real
+ *  gives 0 without a message. (-1) */
 ZON_API int zonGetInt(void* node);
 
-/** The value in double precision (-1.0), and in single precision (-1.0): beyond the range of a
- *  float the largest float, below it 0. */
+/** The value of an integer or real, in double precision (-1.0) and in single precision (-1.0). In
+ *  single precision a value beyond the range of a float is the largest float of its sign, and one
+ *  below the smallest normal float is 0. */
 ZON_API double zonGetDouble(void* node);
 ZON_API float zonGetFloat(void* node);
 
-/** The same stored through `out`, for callers that cannot take a floating result. */
+/** Store the same values in *out, for callers that cannot receive a floating-point result. A bad
+ *  node stores -1.0. */
 ZON_API void zonPasGetDoubleProc(void* node, double* out);
 ZON_API void zonPasGetFloatProc(void* node, float* out);
 
-/** 1 or 0 for true and false; of a reference the number in the variable. (0) */
+/** 1 for true, 0 for false. For a reference, the value of the variable. (0) */
 ZON_API int zonGetBool(void* node);
 
-/** The text between the quotes. Of a reference it is valid until the next call. (empty text) */
+/** The text of a string, without its quotes. Valid until the value changes or goes; for a
+ *  reference, until the next call of zonGetString on that value. (empty text) */
 ZON_API const char* zonGetString(void* node);
 
-/** Copies of the texts, as zonGetVersion2: 0, or -1 without room. A bad node gives a copy of the
- *  empty text and 0. */
+/** Copy the texts of zonGetName, zonGetNameGlb and zonGetString.
+ *  size     room in `buffer` in bytes, including the terminating zero
+ *  returns  0 if the text was copied; -1 if `buffer` is null or has no room, and then it is
+ *           unchanged. A bad node copies the empty text and returns 0. */
 ZON_API int zonGetName2(void* node, char* buffer, int size);
 ZON_API int zonGetNameGlb2(void* node, char* buffer, int size);
 ZON_API int zonGetString2(void* node, char* buffer, int size);
 
 /* ---- File names ---------------------------------------------------------------------------------
- * A file name is kept as it was written. Asked for as a path, '\' becomes '/' and a relative name
- * counts from the directory of the parameter file, whose own name counts from the working
- * directory.
+ * A file name is stored as written. To make its path, '\' becomes '/', and a name that does not
+ * begin with '/' is joined to the folder of the parameter file and normalised. The name of the
+ * parameter file is the one given to zonLoadFile, zonWrite or zonSetAnchorFilename; if relative, it
+ * is joined to the working directory at the time of the query.
  * errors  bad node: 1006, "Invalid zonNode" */
 
-/** The path of a file-name value, any length. Valid until the next call on this value. Null with
- *  "Function invalid in this context" for any other node; bad node: the empty text. */
+/** Returns the path of a file-name value.
+ *  returns  the path, of any length, in a writable buffer with room for at least 260 characters,
+ *           including the terminating zero. Valid until the next call on this value, and until the
+ *           value changes or goes. Null with "Function invalid in this context" if the node is no
+ *           file name. A bad node: the empty text. */
 ZON_API char* zonGetFilename(void* node);
 
-/** The file name as it was written. Valid until the value changes. Null with "Function invalid in
- *  this context" for any other node; bad node: the empty text. */
+/** Returns a file name as written. Valid until the value changes or goes. Null with "Function
+ *  invalid in this context" if the node is no file name. A bad node: the empty text. */
 ZON_API const char* zonGetFilenameString(void* node);
 
-/** Replaces a file name. Any other node is left alone without a message. */
+/** Replaces the text of a file name. Any other node is unchanged, without a message. */
 ZON_API void zonSetFilename(void* node, const char* text);
 
-/** Replaces a file name by its path, so that it no longer depends on where the parameter file lies.
- *  Any other node is left alone. Made to be called on each node by a visitor of zonExplore. */
+/** Replaces the text of a file name by its path. Any other node is unchanged, without a message.
+ *  For use in a visitor of zonExplore. */
 ZON_API void zonFileCopyCallBack(void* node);
 
-/** The name of the parameter file: of the root itself, empty for any other node; and of any node in
- *  its tree, empty where the top of the tree is no file root. Valid until the name changes. Bad
- *  node: the empty text, but zonGetZonFileName ends the process. */
+/** The name of the parameter file. zonGetAnchorFilename returns it for the root only, and the empty
+ *  text for any other node; zonGetZonFileName returns it for any node of the tree. Empty if the top
+ *  of the tree is not the root of a file. Valid until the name changes. A bad node: the empty text,
+ *  but zonGetZonFileName ends the process. */
 ZON_API const char* zonGetAnchorFilename(void* node);
 ZON_API const char* zonGetZonFileName(void* node);
 
-/** Sets the name of the parameter file for the tree that the node is in. Ends the process where the
- *  top of the tree is no file root. */
+/** Sets the name of the parameter file for the tree of a node. Ends the process if the top of the
+ *  tree is not the root of a file. */
 ZON_API void zonSetAnchorFilename(void* node, const char* name);
 
-/** Copies of the texts, as zonGetVersion2: 0, -1 without room, -2 where there is no text. */
+/** Copy the texts of zonGetAnchorFilename and zonGetFilename.
+ *  size     room in `buffer` in bytes, including the terminating zero
+ *  returns  0 if the text was copied; -1 if `buffer` is null or has no room; -2 if the node is no
+ *           file name. After -1 and -2 the buffer is unchanged. A bad node copies the empty text
+ *           and returns 0. */
 ZON_API int zonGetAnchorFilename2(void* node, char* buffer, int size);
 ZON_API int zonGetFilename2(void* node, char* buffer, int size);
 
 /* ---- Building -----------------------------------------------------------------------------------
- * A file is described from top to bottom: a section is open until zonEndSection, keywords go into
- * the section that is open, values to the keyword that came last. Names are not checked.
+ * The builder appends to a tree. It has a current section, a current keyword and a current CLOB:
+ * a section or keyword is added to the current section, a value to the current keyword. It works on
+ * loaded files too, where at first nothing is current. Names and texts are not checked.
  *
- * A call out of order is refused: nothing changes, the text of the refusal goes to MessageHook and
- * can be read by zonGetErrorFromZonData; no process-wide code is set.
+ * A call that lacks its current section or keyword is refused: nothing changes, and a text is
+ * passed to MessageHook and kept for zonGetErrorFromZonData. No process-wide code is stored.
  * errors  bad handle: 1005, "Invalid zonHandle (CzonData)"
  *
- * Each function has a twin with an S at its end. It silences the refusals of this handle, for good,
- * and tells how it went: 0, 2000 after a refusal (of this call or of an earlier one whose code
- * nobody has read), or 1005 for a bad handle, which is stored but not passed to MessageHook. */
+ * Each function has a twin with an S at the end of its name. It returns 0, or 2000 if this call was
+ * refused, or if an earlier call was refused and no twin has returned 2000 since. A bad handle
+ * returns and stores 1005 without a message. A call of a twin also stops the refusals of all later
+ * builder calls on this handle from being passed to MessageHook. */
 
-/** Makes an empty file in memory. Clears the pending error code.
- *  returns  a file handle, to be closed by zonClose; null for want of memory (1002) */
+/** Makes an empty file in memory. Clears the pending code.
+ *  returns  a file handle, to be closed by zonClose; null if out of memory (1002) */
 ZON_API void* zonCreate(void);
 
-/** Opens a top-level section. Refused while a section is open: "Previous section was not
- *  completed", and without a tree: "Missing list". */
+/** Adds a top-level section and makes it current. Refused while a section is current ("Previous
+ *  section was not completed") and on a handle without a tree ("Missing list"). */
 ZON_API void zonAddTarget(void* handle, const char* name);
 ZON_API int zonAddTargetS(void* handle, const char* name);
 
-/** Opens a section in the one that is open. Refused without one: "Missing current section". */
+/** Adds a section to the current section and makes it current. Refused without a current section:
+ *  "Missing current section". */
 ZON_API void zonAddSection(void* handle, const char* name);
 ZON_API int zonAddSectionS(void* handle, const char* name);
 
-/** Closes the section; the one around it is open again. Refused without one: "Missing current
- *  section". */
+/** Makes the section around the current section current, or none after a top-level section.
+ *  Refused without a current section: "Missing current section". */
 ZON_API void zonEndSection(void* handle);
 ZON_API int zonEndSectionS(void* handle);
 
-/** Adds a keyword to the section. Refused without one: "Missing current section". */
+/** Adds a keyword to the current section and makes it current. Refused without a current section:
+ *  "Missing current section". */
 ZON_API void zonAddKeyword(void* handle, const char* name);
 ZON_API int zonAddKeywordS(void* handle, const char* name);
 
-/** Add a value to the keyword. Refused without one: "Missing current keyword". A boolean is true
- *  for any number but 0; texts are copied; a file name is kept as it is. */
+/** Add a value to the current keyword. Refused without one: "Missing current keyword". A boolean is
+ *  true for any number but 0. zonAddUndefinedPar adds an empty place. */
 ZON_API void zonAddInt(void* handle, int value);
 ZON_API int zonAddIntS(void* handle, int value);
 ZON_API void zonAddFloat(void* handle, float value);
@@ -335,10 +397,11 @@ ZON_API int zonAddFilenameS(void* handle, const char* text);
 ZON_API void zonAddUndefinedPar(void* handle);
 ZON_API int zonAddUndefinedParS(void* handle);
 
-/** Add a value that lives in a variable of the host: it is read whenever the value is asked for or
- *  written. The variable must live as long as the tree. For a string it is the buffer with the
- *  zero-terminated text. A null variable reads as 0, false or the empty text. A keyword that holds
- *  a string reference cannot be copied. */
+/** Add a reference: a value that is read from a variable of the host by every query and write.
+ *  Refused as zonAddInt.
+ *  variable  must be valid as long as the tree; for zonAddStringRef a buffer with the
+ *            zero-terminated text. Null reads as 0, false or the empty text.
+ *  Copying a keyword with a string reference (zonCopy, zonInsert) ends the process. */
 ZON_API void zonAddIntRef(void* handle, int* variable);
 ZON_API int zonAddIntRefS(void* handle, int* variable);
 ZON_API void zonAddFloatRef(void* handle, float* variable);
@@ -353,20 +416,29 @@ ZON_API int zonAddBoolRefS(void* handle, int* variable);
 /* Definitions, for templates. The handle must come from zonCreate.
  * errors  any other handle: 1005, "Invalid zonHandle (CzonCreate)" */
 
-/** Opens a section in the one that is open. multi: it may occur more than once; mandat: it must
- *  occur. Refused as zonAddSection. A top-level section of a template is opened by zonAddTarget. */
+/** Adds a section to the current section and makes it current. Refused without a current section:
+ *  "Missing current section". A top-level section of a template is added by zonAddTarget.
+ *  multi   not 0: a candidate may have several sections of this name. Written as "()" after the
+ *          name, and set again when that file is loaded.
+ *  mandat  not 0: a candidate must have such a section. Only zonEquivalent and the functions like
+ *          it use it, and only on this tree: a file cannot express it. */
 ZON_API void zonAddSectionDef(void* handle, const char* name, int multi, int mandat);
 ZON_API int zonAddSectionDefS(void* handle, const char* name, int multi, int mandat);
 
-/** Adds a keyword with a definition for each character of `codes`: B boolean, D double, F float, I
- *  integer, N file name, S string, in either case. flag: the last value may repeat. Refused without
- *  a section; any other code is told ("Invalid parameter definition code: 'x'") and passed over. */
+/** Adds a keyword with one definition for each character of `codes` and makes it current. Refused
+ *  without a current section: "Missing current section".
+ *  codes   B boolean, D double, F float, I integer, N file name, S string, in either case. Any
+ *          other is skipped and reported: "Invalid parameter definition code: 'x'".
+ *  multi   as for zonAddSectionDef
+ *  mandat  stored, but no function checks it: a candidate may lack the keyword
+ *  flag    not 0: a candidate may have any number of further values of the kind of the last one.
+ *          A file cannot express it. */
 ZON_API void zonAddKeywordDef(void* handle, const char* name, const char* codes, int multi,
                               int mandat, int flag);
 ZON_API int zonAddKeywordDefS(void* handle, const char* name, const char* codes, int multi,
                               int mandat, int flag);
 
-/** Add one definition to the keyword. Refused without one: "Missing current keyword". */
+/** Add one definition to the current keyword. Refused without one: "Missing current keyword". */
 ZON_API void zonAddIntDef(void* handle);
 ZON_API int zonAddIntDefS(void* handle);
 ZON_API void zonAddFloatDef(void* handle);
@@ -382,130 +454,159 @@ ZON_API int zonAddBoolDefS(void* handle);
 
 /* ---- Writing --------------------------------------------------------------------------------- */
 
-/** Writes the tree as a parameter file behind whatever the file holds; the two are one. The name
- *  becomes the name of the parameter file. Result settings are written as a section SYSTEM, which
- *  is added to the tree, and again by each write; while a section is open it is left out (and told
- *  as the refusal "Previous section was not completed"). A file that cannot be opened or written
- *  stays as it was, a new one empty; no code tells of it. A host that is killed meanwhile leaves
- *  there all of the text or nothing: a longer one is handed over by a short-lived process, of whose
- *  end the host hears nothing. A pipe that nobody reads raises SIGPIPE.
- *  What the format cannot hold is written all the same and does not load again as it was: an
- *  infinite or undefined number, a substitution (without its %), a name that is none, a bar in a
- *  file name.
+/** Append the tree to a file as the text of a parameter file. The two functions are the same: what
+ *  the file holds already is not removed. The file is created if it does not exist.
+ *
+ *  `fileName` becomes the name of the parameter file (see File names), also if writing fails.
+ *  Result settings that are set are first added to the tree as a section SYSTEM, again by every
+ *  write. While a section is current they are not added, and the refusal "Previous section was not
+ *  completed" is reported.
+ *
+ *  Failure. The text is composed in memory and appended in one call where the system accepts it in
+ *  one. If that fails (no room, a quota, the limit on file sizes), a regular file is cut back to
+ *  its old length, unless another process appended to it meanwhile. SIGXFSZ does not end the host.
+ *  No code is stored for a file that cannot be opened or written. If the host is killed during the
+ *  write, the file can end with the beginning of the new text, after its old content. A pipe that
+ *  has no reader raises SIGPIPE.
+ *
+ *  What the format cannot express is written without a message and is not read back as it was:
+ *    in the tree                                        in the file
+ *    infinity or NaN of a double                        a word; the file does not load
+ *    a name that is no name, a bar or line end in a     other text; the file does not load, or
+ *      file name                                          holds something else
+ *    a substitution, such as %cores or %1               cores, which does not load, or an integer
+ *    a string that begins "<CLOB:" (in any letter       the same text, which is read as a CLOB
+ *      case) and ends ">"
+ *    a double from 1e15 on that is not whole            rounded to an integer
+ *    a float printed without point or exponent: 3       an integer
+ *    digits of a double beyond 16, of a float beyond 6  rounded
+ *    a keyword without values, an unknown value, a      one empty place
+ *      default placeholder
+ *    an absolute file name                              relative, with one ".." too many
+ *    remarks; the flags `mandat` and `flag`             left out
  *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; no tree: 1006, "Invalid zonNode" */
 ZON_API void zonWrite(void* handle, const char* fileName);
 ZON_API void zonAppend(void* handle, const char* fileName);
 
-/** Writes a listing for debugging, one line for each node, over whatever the file holds; a listing
- *  that cannot be written leaves the file empty.
+/** Writes a listing for debugging, one line for each node. The old content of the file is replaced.
+ *  If the listing cannot be written, the file is left empty.
  *  handleOrNode  a node, whose subtree is listed, or a file handle
- *  errors        1006, also (Kept) for a good file handle; neither of the two, or a file without a
- *                tree: "zonDump: bad argument" */
+ *  errors        1006 for anything but a node. Compatibility: hosts expect it for a good file
+ *                handle too, which is listed. Neither a node nor a handle with a tree:
+ *                "zonDump: bad argument" */
 ZON_API void zonDump(void* handleOrNode, const char* fileName);
 
 /* ---- Result folders -----------------------------------------------------------------------------
- * The result folder of a parameter file is its custom folder, if that is set and in use; else the
- * result root, if one is set, followed directly by the name of the file with " - Result Files/";
- * else that name alone, behind the working directory if it is relative. A name without a folder
- * has a '/' put in front of it. Nothing looks whether a folder exists.
+ * The result folder of a parameter file is, in this order:
+ *  - its custom folder, if it is in use and not empty, as stored;
+ *  - if a result root is set: the root, directly followed by the name of the parameter file and
+ *    " - Result Files/"; '/' is put before a name that has no folder;
+ *  - that name and " - Result Files/", joined to the working directory if it is relative.
+ * No function creates a folder or tests whether one exists.
  *
- * The functions that copy without knowing the room need a buffer for the whole path, of any length,
- * and its terminating zero: prefer those with a 2.
- * errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; bad node: 1006, "Invalid zonNode". What
- *         is no file root at the top of a node's tree ends the process. */
+ * A function without a 2 copies a path of any length to a buffer whose size it does not know: use
+ * the function with a 2.
+ * errors  bad handle: 1005, "Invalid zonHandle (CzonData)"; bad node: 1006, "Invalid zonNode". If
+ *         the top of a node's tree is not the root of a file, the process ends. */
 
-/** The result root of a file: set (null or "" for none), and as a text that lives until it is set
- *  again. Bad node: the empty text. */
+/** Set and return the result root of a file, null or "" for none. The text is valid until the root
+ *  is set again. A bad node: the empty text. */
 ZON_API void zonSetProjectResultRoot(void* handle, const char* root);
 ZON_API const char* zonGetProjectResultRoot(void* node);
 
-/** The custom folder of a file, and whether it is in use. The getters store both; a bad node leaves
- *  the outputs as they are (-2). The form with a 2 gives 0, or -1 if the folder has no room. */
+/** Set and return the custom folder of a file, and whether it is in use (not 0).
+ *  size     room in `folder` in bytes, including the terminating zero
+ *  returns  0; -1 if `folder` is null or has no room for the text: `use` is stored, `folder` is
+ *           unchanged; -2 for a bad node: both are unchanged */
 ZON_API void zonSetCustomResultFolder(void* handle, int use, const char* folder);
 ZON_API void zonGetCustomResultFolder(void* node, int* use, char* folder);
 ZON_API int zonGetCustomResultFolder2(void* node, int* use, char* folder, int size);
 
-/** The result folder of the file that the node is in. Empty if the node is a string that begins
- *  with '/' and there is neither a custom folder in use nor a result root. Where there is neither,
- *  a node that is no string is told, "Function invalid in this context". A bad node ends the
- *  process. The form with a 2 gives 0, or -1 if the path has no room. */
+/** Copies the result folder of the file of a node. It is empty if the node is a string that begins
+ *  with '/' and neither a custom folder is in use nor a result root is set. If neither is, a node
+ *  that is no string also causes "Function invalid in this context". A bad node ends the process.
+ *  size     room in `path` in bytes, including the terminating zero
+ *  returns  0; -1 if `path` is null or has no room, and then it is unchanged; -2 if out of memory
+ */
 ZON_API void zonGetResultFolderPath(void* node, char* path);
 ZON_API int zonGetResultFolderPath2(void* node, char* path, int size);
 
-/** Does nothing. */
-ZON_API void zonConstructResultFolderPathName(void);
-
-/** Adds the name of a result file to the current keyword: one that begins with '/' as a file name,
- *  any other as a string, relative to the result folder. Refusals and the form with an S as for
- *  zonAddString. */
+/** Adds the name of a result file to the current keyword: as a file name if it begins with '/', or
+ *  else as a string, which is relative to the result folder. Refusals and the twin as zonAddString.
+ */
 ZON_API void zonAddResultFilename(void* handle, const char* name);
 ZON_API int zonAddResultFilenameS(void* handle, const char* name);
 
-/** The name of a result file: the text of a string, else as zonGetFilename; null for null. */
+/** Returns the name of a result file: of a string its text, valid as that of zonGetString; of any
+ *  other node what zonGetFilename returns. Null for null, without a code. */
 ZON_API const char* zonGetResultFilename(void* node);
 
-/** The path of a result file: a string behind its result folder, else as zonGetFilename. Null, or a
- *  node that is neither, leaves the output as it is (-2). The form with a 2 gives 0, or -1 if the
- *  path has no room. */
+/** Copies the path of a result file: of a string the result folder and its text; of a file name its
+ *  path.
+ *  size     room in `path` in bytes, including the terminating zero
+ *  returns  0; -1 if `path` is null or has no room; -2 if the node is null (no code) or neither a
+ *           string nor a file name. After -1 and -2 `path` is unchanged.
+ *  errors   a handle that is no node: 1006; the empty text is copied, and 0 is returned */
 ZON_API void zonGetResultFilenamePath(void* node, char* path);
 ZON_API int zonGetResultFilenamePath2(void* node, char* path, int size);
 
-/** Kept: finds the value as zonGetParam does and stores the first eight bytes of its result path as
- *  if they were an address. Not of use; call zonGetResultFilenamePath2. Returns 1, or 0 as
- *  zonGetParam. */
-ZON_API int zonGetParamResultFilePath(void* node, const char* keyword, const char** path,
-                                      int keywordInstance, int paramIndex);
-
 /* ---- One keyword in one call --------------------------------------------------------------------
- * Reading finds a keyword of a section by name and instance, and its value by number. It gives 1
- * when the value was stored, 0 when there is none. Writing adds a keyword with one value to the
- * section that is open and gives 1, or 0 for a bad handle and for want of memory (1005 both; for
- * want of memory the keyword may stand without its value, never a value at another keyword).
+ * Reading finds a keyword of a section by name and instance and a value of it by number. It returns
+ * 1 if something was stored, 0 if there is no such keyword or value. A value of the wrong kind is
+ * no failure: 0, 0.0, false, an empty CString or a null pointer is stored, 1 is returned, and
+ * MessageHook receives "Function invalid in this context". Query the kind first where it matters.
+ * On a CLOB, zonGetParam reads the item at the cursor (see Values).
  *
- * Success is judged by the process-wide code alone. While an older error is pending, reading stores
- * nothing and gives 0, and writing adds the keyword without its value and gives 0: call
- * zonGetErrorGlb first. A refusal of the builder (no open section) sets no such code, so writing
- * gives 1: see zonGetErrorFromZonData. The codes are those of the functions for keywords and
- * values: 1006 for a bad node, 1005 for a bad handle. */
+ * Writing adds a keyword with one value to the current section. It returns 1; 0 for a bad handle or
+ * if out of memory (1005 both). If out of memory the keyword may have been added without its value.
+ *
+ * Success is judged by the process-wide code only. While an earlier code is pending, reading stores
+ * nothing and returns 0, and writing adds the keyword without its value and returns 0: call
+ * zonGetErrorGlb first. A builder refusal (no current section) stores no code, so writing returns
+ * 1: see zonGetErrorFromZonData. A bad node stores 1006. */
 
 /** Add a keyword with a file name, or with the name of a result file as zonAddResultFilename. */
 ZON_API int zonPutParamFilename(void* handle, const char* keyword, const char* value);
 ZON_API int zonPutParamResultFilename(void* handle, const char* keyword, const char* name);
 
-/** Adds a keyword with a value for each character of `format`: i takes an int, f a double and
- *  stores a float, d a double, b an int and stores a boolean. Any other adds nothing and takes no
- *  argument.
+/** Adds a keyword with one value for each character of `format`: i reads an int argument, f a
+ *  double that is stored as a float, d a double, b an int that is stored as a boolean. Any other
+ *  character adds nothing and reads no argument.
  *    zonPutListParam(file, "grid", "iid", 40, 60, 2.5); */
 ZON_API int zonPutListParam(void* handle, const char* keyword, const char* format, ...);
 
-/** Stores value k of the keyword by the k-th character of `format` through the next pointer: i
- *  int*, f float*, d double*, b bool* (one byte). Any other passes over a value and takes no
- *  argument. 0 at the first value that is missing; those before it are stored. */
+/** Stores value k of a keyword through the next pointer, by the k-th character of `format`: i int*,
+ *  f float*, d double*, b bool* (one byte). Any other character skips a value and reads no
+ *  argument.
+ *  returns  1; 0 at the first value that is missing: the values before it are stored. Further
+ *           values of the keyword are ignored. */
 ZON_API int zonGetListParam(void* section, const char* keyword, int instance, const char* format,
                             ...);
 
 /* ---- Editing ------------------------------------------------------------------------------------
- * Each function does the whole of its work or nothing. Positions count from 1 among the siblings of
- * the kind; 0, or one past the last, is the very end; the new node stands directly before the
- * sibling whose place it takes. Names are not checked. Afterwards order, numbers and names are as
- * if the file had been loaded so; global names that were asked for stay. Before a node is deleted
- * the cursor of the builder leaves it. Nodes that were loaded or built give their memory back when
- * the file is closed, inserted ones at once.
+ * Each function does all of its work or none. A position is counted from 1 among the siblings of
+ * the same kind; the new node is placed directly before the node at that position. 0, and one past
+ * the last, append at the end. Names are not checked. Afterwards order, numbers and names are those
+ * of a file loaded with this content, but a global name that was already queried stays. Before a
+ * node is deleted, the builder's current section and keyword are moved off it. The memory of loaded
+ * and built nodes is freed when the file is closed, that of inserted nodes at once.
  *
- * Insertions give the new node, or null; the others 0, or the code. A failure stores its code and
- * passes a text to MessageHook:
+ * Insertions return the new node, or null. The others return 0, or the code. A failure stores its
+ * code and passes a text to MessageHook.
  * errors  bad node: 1006, "Invalid zonNode"
- *         neither root nor section where one is needed: 1011, "Invalid zonNode (CzonTargetList)"
- *         no section, or no such one: 1009, "Invalid zonNode (CzonSection)"
- *         no keyword, or no such one: 1007, "Invalid zonNode (CzonKeyword)"
- *         no such value: 1012, "Invalid zonNode (CzonParam)" */
+ *         the node is no keyword, or there is no such keyword: 1007, "Invalid zonNode
+ *           (CzonKeyword)"
+ *         the node is no section, or there is no such section: 1009, "Invalid zonNode
+ *           (CzonSection)"
+ *         the node is neither root nor section: 1011, "Invalid zonNode (CzonTargetList)"
+ *         there is no such value: 1012, "Invalid zonNode (CzonParam)" */
 
 /** Insert an empty section into the root or a section; an empty keyword into a section. */
 ZON_API void* zoneInsertNewSection(void* parent, const char* name, unsigned int position);
 ZON_API void* zoneInsertNewKeyword(void* section, const char* name, unsigned int position);
 
-/** Insert a value into a keyword or default definition; Undefined an empty place, Default a
- *  placeholder. */
+/** Insert a value into a keyword or default definition. Undefined inserts an empty place, Default a
+ *  placeholder, which the format cannot express: it is written as an empty place. */
 ZON_API void* zoneInsertParameterInt(void* keyword, unsigned int position, int value);
 ZON_API void* zoneInsertParameterFloat(void* keyword, unsigned int position, float value);
 ZON_API void* zoneInsertParameterDouble(void* keyword, unsigned int position, double value);
@@ -515,7 +616,8 @@ ZON_API void* zoneInsertParameterFilename(void* keyword, unsigned int position, 
 ZON_API void* zoneInsertParameterUndefined(void* keyword, unsigned int position);
 ZON_API void* zoneInsertParameterDefault(void* keyword, unsigned int position);
 
-/** Delete the n-th section, keyword or value; the n-th of a name. Values are counted as stored. */
+/** Delete the n-th section, keyword or value, or the n-th of a name. A placeholder counts as
+ *  itself, not as its default value. */
 ZON_API int zoneDeleteSectionByNum(void* parent, unsigned int n);
 ZON_API int zoneDeleteSectionByNameNum(void* parent, const char* name, unsigned int n);
 ZON_API int zoneDeleteKeywordByNum(void* section, unsigned int n);
@@ -525,14 +627,16 @@ ZON_API int zoneDeleteParameterByNum(void* keyword, unsigned int n);
 /** Deletes a section, keyword, default definition or value. The root cannot be deleted: 1009. */
 ZON_API int zoneDeleteNode(void* node);
 
-/** Gives a section, or a keyword or default definition, another name; it keeps its place. Texts of
- *  the old name are no longer valid. */
+/** Change the name of a section, or of a keyword or default definition. The node keeps its place
+ *  and its handle. The text that zonGetName returned for it is no longer valid. */
 ZON_API int zoneRenameSection(void* section, const char* name);
 ZON_API int zoneRenameKeyword(void* keyword, const char* name);
 
-/** Gives the n-th value of a keyword another value. One of the same kind keeps its node; a real
- *  that was loaded takes a float or a double; any other (also a reference, a placeholder, a CLOB)
- *  is replaced by a new node. A placeholder itself changes, never the default it stands for. */
+/** Change the n-th value of a keyword or default definition. A value of the same kind keeps its
+ *  node handle; texts returned for it are no longer valid. A loaded real accepts a float or a
+ *  double. Any other value (also a reference, a placeholder, a CLOB) is replaced by a new node, and
+ *  its old handle and texts are no longer valid. A placeholder itself changes, never its default
+ *  value. */
 ZON_API int zoneModifyParameterInt(void* keyword, unsigned int n, int value);
 ZON_API int zoneModifyParameterFloat(void* keyword, unsigned int n, float value);
 ZON_API int zoneModifyParameterDouble(void* keyword, unsigned int n, double value);
@@ -540,32 +644,36 @@ ZON_API int zoneModifyParameterBool(void* keyword, unsigned int n, int value);
 ZON_API int zoneModifyParameterString(void* keyword, unsigned int n, const char* value);
 ZON_API int zoneModifyParameterFilename(void* keyword, unsigned int n, const char* value);
 
-/** Makes a section a deep copy of another, or a keyword of a keyword, name and flags included; it
- *  keeps its place and its handle, the nodes below it are new. One may lie in the other. A default
- *  definition goes with a default definition alone. A keyword with a string reference ends the
- *  process.
- *  returns  1, also for source and target the same (nothing happens); 0 on failure
+/** Makes the target a deep copy of the source, with its name and flags. Both are sections, or both
+ *  are keywords, or both are default definitions; they may belong to different files, and one may
+ *  contain the other. The target keeps its place and its handle. The nodes below it are new: the
+ *  old handles below it, and all texts of the target and of those nodes, are no longer valid. A
+ *  keyword with a string reference in the source ends the process.
+ *  returns  1; also if source and target are the same node, and then nothing changes. 0 on failure.
  *  errors   bad node: 1006, "Invalid zonNode"; any other pair (the root is no section): no code,
  *           "zonCopy:\n\tsection/section or\n\tkeyword/keyword required" */
 ZON_API int zonCopy(void* source, void* target);
 
-/** Files a deep copy of a section or keyword as a sibling of another, of any tree: before it, or
- *  behind it if `after` is not 0.
+/** Inserts a deep copy of a section or keyword as a sibling of another section or keyword, which
+ *  may belong to another file: before it, or after it if `after` is not 0. A keyword with a string
+ *  reference in the source ends the process.
  *  returns  the copy; null on failure
  *  errors   bad node: 1006, "Invalid zonNode"; neither section nor keyword, or a keyword for the
  *           root: 1009, "Invalid zonNode (CzonSection)" */
 ZON_API void* zonInsert(void* source, void* reference, int after);
 
 /* ---- CLOB values --------------------------------------------------------------------------------
- * A CLOB packs a list of items, each of a kind, into one quoted string:
+ * A CLOB is a list of items, each with its kind, in one quoted string:
  *     k = '<CLOB:Integer:-5,Double:2.5,String:"say ""hi""",Filename:"out\a.dat">'
- * Its items are read one after the other: a read gives the item at the cursor and steps to the
- * next.
- * errors  no CLOB: 1006, "Invalid CLOB object", and the failure value named in brackets */
+ * A CLOB has a cursor. Reading returns the item at the cursor and advances the cursor. The content
+ * is parsed as a whole by the first read: one malformed item, and none can be read.
+ * errors  no CLOB: 1006, "Invalid CLOB object", and the failure value in parentheses */
 
-/** Add an empty CLOB to the current keyword; then items to the CLOB that was added last. Refusals
- *  as for zonAddInt, and "Missing current CLOB" without one, and "Invalid CLOB value" for infinity
- *  and NaN. A bad handle: 1005, "Invalid zonHandle (CzonData)". With an S: 0, 2000 or 1005. */
+/** zonAddClob adds an empty CLOB to the current keyword and makes it current; the others append an
+ *  item to the current CLOB. Refused without a current keyword ("Missing current keyword"), without
+ *  a current CLOB ("Missing current CLOB"), and for infinity and NaN ("Invalid CLOB value").
+ *  errors  bad handle: 1005, "Invalid zonHandle (CzonData)". The twins with an S return 0, 2000 or
+ *          1005, as described under Building. */
 ZON_API void zonAddClob(void* handle);
 ZON_API int zonAddClobS(void* handle);
 ZON_API void zonAddClobBool(void* handle, int value);
@@ -581,16 +689,16 @@ ZON_API int zonAddClobStringS(void* handle, const char* text);
 ZON_API void zonAddClobFilename(void* handle, const char* text);
 ZON_API int zonAddClobFilenameS(void* handle, const char* text);
 
-/** 1 if the value is a CLOB, else 0. A bad node: 1006, "Invalid zonNode", 0. */
+/** 1 if the value is a CLOB, else 0. A bad node: 1006, "Invalid zonNode"; 0. */
 ZON_API int zonIsClob(void* node);
 
-/** How many items there are; -1, and 1003, if the content cannot be taken apart. (-1) */
+/** The number of items. Malformed content: -1, and 1003 is stored. (-1) */
 ZON_API int zonGetClobNoItems(void* node);
 
-/** 1 when the cursor stands behind the last item, and for bad content, so that a loop ends. (1) */
+/** 1 if the cursor is after the last item, and for malformed content, so that a loop ends. (1) */
 ZON_API int zonIsClobEnd(void* node);
 
-/** 1 if the item at the cursor is of that kind; 0 at the end. (0) */
+/** 1 if the item at the cursor is of that kind; 0 if not, and at the end. (0) */
 ZON_API int zonIsClobBool(void* node);
 ZON_API int zonIsClobInt(void* node);
 ZON_API int zonIsClobFloat(void* node);
@@ -598,11 +706,13 @@ ZON_API int zonIsClobDouble(void* node);
 ZON_API int zonIsClobString(void* node);
 ZON_API int zonIsClobFilename(void* node);
 
-/** Read an item: 0, -1, -1.0 or the empty text on failure, which is another kind, the end, or
- *  content that cannot be taken apart: 1003 is stored, zonGetErrorFromZonClob says what was wrong,
- *  and the cursor stays. An Integer may be read as Float or Double, a Float as Double.
- *  zonGetClobFilename gives the path as zonGetFilename does, zonGetClobFilenameString the name as
- *  it was written. Texts live until the CLOB changes. */
+/** Read the item at the cursor and advance the cursor. An Integer can be read as Float or Double, a
+ *  Float as Double. zonGetClobFilename returns the path, as zonGetFilename does,
+ *  zonGetClobFilenameString the name as written.
+ *  returns  the item. A text, a path included, is valid until the CLOB changes or goes. On failure
+ *           0, -1, -1.0, -1.0 and the empty text, in the order of the functions.
+ *  errors   another kind of item, the end, or malformed content: 1003; the cursor does not move,
+ *           and zonGetErrorFromZonClob returns the details */
 ZON_API int zonGetClobBool(void* node);
 ZON_API int zonGetClobInt(void* node);
 ZON_API float zonGetClobFloat(void* node);
@@ -611,73 +721,101 @@ ZON_API const char* zonGetClobString(void* node);
 ZON_API const char* zonGetClobFilename(void* node);
 ZON_API const char* zonGetClobFilenameString(void* node);
 
-/** Puts the cursor on the first item and forgets the error text. */
+/** Moves the cursor to the first item and clears the error text. */
 ZON_API void zonClobReset(void* node);
 
-/** What the last failed read of this CLOB found: "CLOB item 2: String found, Integer wanted", "CLOB
- *  item 3: no more items", "CLOB position 17: value expected" (counted from 1 behind "<CLOB:").
- *  Empty if none failed since the reset. Valid until the next read. (null) */
+/** Returns the details of the last read of this CLOB that failed: "CLOB item 2: String found,
+ *  Integer wanted", "CLOB item 3: no more items", "CLOB position 17: value expected" (the position
+ *  is counted from 1 after "<CLOB:"). Empty if no read failed since zonClobReset. Valid until the
+ *  next read. (null) */
 ZON_API const char* zonGetErrorFromZonClob(void* node);
 
 /* ---- Checking against a template ----------------------------------------------------------------
- * A template says which sections and keywords a file may hold, which may repeat, which sections
- * must occur, and of which kind each value is; its unnamed keyword stands for all that it does not
- * name. The first mismatch ends the check and goes to ReportHook with severity 17 and no words:
- * print the pattern as it is, for it holds names. */
+ * A template is a tree that states which sections and keywords a file may have, which may repeat
+ * (the flag `multi`), which sections must be present (`mandat`), and the kind of each value. A
+ * keyword without a name describes all keywords that the template does not name. The check ends at
+ * the first mismatch and passes it to ReportHook with severity 17 and without argument words. Its
+ * text contains names of the file: print it as it is, never as a format. */
 
-/** Whether a section conforms to a section of a template, or a keyword to a keyword: 1 or 0.
- *  third   not used
- *  quiet   not 0: neither ReportHook nor MessageHook hears of it; stays in force for zonEqvSection
- *          and zonEqvKeyword until the next call. zonEquivalent is never quiet.
- *  errors  bad node: 1006, "Invalid zonNode"; not two sections or two keywords: "Conflicting
- *          zonNode types" without a code; then 0 */
+/** Check whether a section conforms to a section of a template, or a keyword to a keyword.
+ *  third    ignored
+ *  quiet    not 0: nothing is passed to ReportHook or MessageHook. It also applies to later calls
+ *           of zonEqvSection and zonEqvKeyword. zonEquivalent sets it to 0.
+ *  returns  1 if it conforms, else 0. A mismatch stores no code.
+ *  errors   bad node: 1006, "Invalid zonNode"; not two sections or two keywords: no code,
+ *           "Conflicting zonNode types"; 0 */
 ZON_API int zonEquivalent(void* templateNode, void* candidateNode, void* third);
 ZON_API int zonEquivalentExt(void* templateNode, void* candidateNode, void* third, int quiet);
 
-/** What `quiet` was in the last call of zonEquivalentExt. */
+/** The `quiet` of the last call of zonEquivalentExt; 0 after zonEquivalent. */
 ZON_API int zonIsEqvQuiet(void);
 
-/** The check of two sections (not the root) or two keywords, without the check of handles: t of the
- *  template, c of the candidate. 1 or 0; null is no section and no keyword. */
+/** The same check of two sections (not the root) or of two keywords, without the check of handles.
+ *  t        of the template, or null
+ *  c        of the candidate, or null
+ *  returns  1 if c conforms to t, else 0; null never conforms */
 ZON_API int zonEqvSection(CzonNode* t, CzonNode* c);
 ZON_API int zonEqvKeyword(CzonNode* t, CzonNode* c);
 
 /* ---- Reading token by token ---------------------------------------------------------------------
- * A second way to read a file, of any size in constant memory: no tree, one token a call. It is
- * stricter than zonLoadFile: no remarks, templates, defaults, date-times or substitutions, and
- * EndSect, true and false are spelled just so. The process-wide error code is not touched. */
+ * Reads a file of any size in constant memory, one token at a time, without a tree. It is stricter
+ * than zonLoadFile: there are no templates, default lines, date-times or substitutions, remarks are
+ * skipped, and EndSect, true and false must be written exactly so. The process-wide code is neither
+ * read nor stored. */
 
-/** Opens a file and stores a reader for it.
- *  returns  0; 1001 the file does not open; 1004 no memory. Nothing is stored then. */
+/** Opens a file and stores a reader, to be freed by zontDispose.
+ *  returns  0; 1001 if the file cannot be opened; 1004 if out of memory. After 1001 and 1004
+ *           *reader is unchanged. */
 ZON_API int zontLoadFile(const char* fileName, void** reader);
 
-/** Gives the next token:
- *     0  end of file         1000  empty place    1021  real
- *   100  section header      1010  true           1030  string
- *   101  EndSect             1011  false          1200  file name
- *   200  keyword             1020  integer
- *    -1  error, also for want of memory: see zontGetError
- *    -2  the reader is null
- *  Reading may go on after an error: 0 always comes. */
+/** Reads the next token.
+ *  returns  0  end of file         1000  empty place    1021  real
+ *         100  section header      1010  true           1030  string
+ *         101  EndSect             1011  false          1200  file name
+ *         200  keyword             1020  integer
+ *          -1  error, or out of memory: see zontGetError
+ *          -2  the reader is null
+ *  Reading can continue after an error; 0 is always reached. */
 ZON_API int zontNextToken(void* reader);
 
-/** The text of the token: the name of a section or keyword, a number as it stands, the contents of
- *  a string or file name, else empty. Valid until the next call. Null reader: "Handle is NULL". */
+/** The text of the last token: the name of a section or keyword, a number as written, the content
+ *  of a string or file name; empty for other tokens. Valid until the next call of zontNextToken. A
+ *  null reader: "Handle is NULL". */
 ZON_API const char* zontGetTokenString(void* reader);
 
-/** The last error with its line, from 1, and position; empty, 0 and 0 before any. Valid until the
- *  next error. Null reader: "Handle is NULL", all bits of line and position set. */
+/** The text, line (from 1) and position of the last error; empty, 0 and 0 if there was none. Valid
+ *  until the next error. A null reader: "Handle is NULL", and all bits of line and position are
+ *  set. */
 ZON_API const char* zontGetError(void* reader, unsigned int* line, unsigned int* position);
 
-/** Ends a reader; null, or a pointer to null, is ignored. The caller's pointer stays. */
+/** Frees a reader. The caller's pointer is unchanged. Null, or a pointer to null, is ignored. */
 ZON_API void zontDispose(void** reader);
+
+/* ---- For older hosts ----------------------------------------------------------------------------
+ * Functions that new hosts do not need. Compatibility: existing hosts link to these names. */
+
+/** Does nothing. */
+ZON_API void zonConstructResultFolderPathName(void);
+
+/** The number of token texts in memory. It is always 0 after zonLoadFile.
+ *  errors  no handle from zonLoadFile: 1005, "Invalid zonHandle (CzonLoad)"; 0 */
+ZON_API unsigned int zonNoTokens(void* handle);
+
+/** Finds a value as zonGetParam does and stores the first eight bytes of its result path in *path
+ *  as if they were an address. *path must not be dereferenced: use zonGetResultFilenamePath2.
+ *  returns  1; 0 as zonGetParam
+ *  errors   bad node: 1006, "Invalid zonNode"; 0 */
+ZON_API int zonGetParamResultFilePath(void* node, const char* keyword, const char** path,
+                                      int keywordInstance, int paramIndex);
 
 #ifdef __cplusplus
 }
 
-/** For C++, by the type of the value: as told under "One keyword in one call". Reads value
- *  `paramNo` of the keyword; a CString receives a copy of the text. 1, or 0: then `out` stays as it
- *  is. */
+/** Read value `paramNo` of a keyword by the type of `out`, as described under "One keyword in one
+ *  call". A CString receives a copy of the text.
+ *  returns  1; 0 if there is no such keyword or value, or a code is pending, and then `out` is
+ *           unchanged. A value of the wrong kind stores 0, false or the empty text and returns 1.
+ */
 ZON_API int zonGetParam(void* section, const char* keyword, int* out, int instance, int paramNo);
 ZON_API int zonGetParam(void* section, const char* keyword, float* out, int instance, int paramNo);
 ZON_API int zonGetParam(void* section, const char* keyword, double* out, int instance, int paramNo);
@@ -685,21 +823,26 @@ ZON_API int zonGetParam(void* section, const char* keyword, bool* out, int insta
 ZON_API int zonGetParam(void* section, const char* keyword, CString* out, int instance,
                         int paramNo);
 
-/** The path of a file-name value, as zonGetFilename gives it and valid as long; a CString receives
- *  a copy. 1, or 0 as zonGetParam. */
+/** Read the path of a file-name value. The pointer is that of zonGetFilename and valid as long; a
+ *  CString receives a copy.
+ *  returns  1 or 0 as zonGetParam. For a value that is no file name, null or the empty CString is
+ *           stored and 1 is returned: test the pointer. */
 ZON_API int zonGetParamFilename(void* section, const char* keyword, const char** out, int instance,
                                 int paramNo);
 ZON_API int zonGetParamFilename(void* section, const char* keyword, CString* out, int instance,
                                 int paramNo);
 
-/** The name of a result file, as zonGetResultFilename gives it and valid as long; a CString
- *  receives a copy. 1, or 0 as zonGetParam. */
+/** Read the name of a result file. The pointer is that of zonGetResultFilename and valid as long; a
+ *  CString receives a copy.
+ *  returns  1 or 0 as zonGetParam. For a value that is neither a string nor a file name, null or
+ *           the empty CString is stored and 1 is returned. */
 ZON_API int zonGetParamResultFilename(void* node, const char* keyword, const char** name,
                                       int keywordInstance, int paramIndex);
 ZON_API int zonGetParamResultFilename(void* node, const char* keyword, CString* name,
                                       int keywordInstance, int paramIndex);
 
-/** For C++, by the type of the value: adds a keyword with that value. 1, or 0. */
+/** Add a keyword with one value, by its type, as described under "One keyword in one call".
+ *  returns  1, or 0 */
 ZON_API int zonPutParam(void* handle, const char* keyword, int value);
 ZON_API int zonPutParam(void* handle, const char* keyword, float value);
 ZON_API int zonPutParam(void* handle, const char* keyword, double value);

@@ -1,9 +1,15 @@
-/* The four functions through which the library speaks to its host.
+/* The four functions through which the library reports to its host.
  *
- * The library's own versions do nothing. A host hears the library by defining a function of the
- * same name and signature with C linkage: the dynamic linker then prefers the host's. A hook may
- * query trees, load files and call the builder on other handles; it must not close the handle that
- * the reporting call works on. */
+ * The library's own versions do nothing. A host replaces one by defining a function with the same
+ * name and signature, with C linkage, that the dynamic linker can see (in a program: not static;
+ * link with -rdynamic where the linker does not export it by itself).
+ *
+ * A hook may query any tree, load files, and build or edit on other handles than that of the
+ * reporting call. A load, or zonCreate, inside a hook clears the pending error code, also the one
+ * that the reporting call has just stored: read the code first if it is needed. A hook must not
+ * close or change the handle of the reporting call. An exception thrown by a hook does not reach
+ * the host: the reporting call ends and returns its failure value. To record a report, store it and
+ * return. */
 #ifndef ZON_BASE_ZONHOOK_H
 #define ZON_BASE_ZONHOOK_H
 
@@ -13,25 +19,30 @@
 extern "C" {
 #endif
 
-/** Receives one message: a failed check of a handle or node, a refusal of the builder, or
- *  "Function invalid in this context" for a query that the kind of node does not support.
- *  text  zero-terminated, valid during the call only. It is a text, not a format. */
+/** Receives one message: a failed check of a handle or node, a builder call that was refused, or
+ *  "Function invalid in this context" for a query that this kind of node cannot answer.
+ *  text  zero-terminated, valid during the call only. Print it as it is: it is no format. */
 ZON_API void MessageHook(const char* text);
 
-/** Receives a report whose words are still apart from its pattern.
- *  pattern    text in which each '%' stands for the next word of `arguments`. Reports without words
- *             (arguments null) may hold names taken from a file: print them as they are.
- *  severity   1 from the loader, 17 from the comparison with a template
- *  arguments  chain made by ReportArgString and ReportArgInt, the first placeholder's word at its
- *             head; null when the host does not define those two. Valid during the call only. */
+/** Receives a report about a file.
+ *  pattern    text in which each '%' is a placeholder for the next word of `arguments`. A report
+ *             without words (arguments is null) can contain names of the file: print it as it is.
+ *             Valid during the call only.
+ *  severity   1 from loading, 17 from the comparison with a template
+ *  arguments  the words, as ReportArgString and ReportArgInt returned them, the word of the first
+ *             placeholder outermost; null if the host does not define these two. Valid during the
+ *             call only. */
 ZON_API void ReportHook(const char* pattern, int severity, void* arguments);
 
-/** Makes the argument word of a text. `text` is valid until ReportHook returns; `rest` is the chain
- *  of the words that follow, null behind the last. Returns the chain with this word in front; the
- *  library's own version returns null. */
+/** Adds a text to the front of the words of a report. The words are made from the last to the
+ *  first.
+ *  text     valid until ReportHook returns
+ *  rest     the words after this one, as returned by the last call; null for the last word
+ *  returns  the words with this one in front, in a form that the host chooses; the library only
+ *           passes it on. The library's own version returns null. */
 ZON_API void* ReportArgString(const char* text, void* rest);
 
-/** Makes the argument word of a number, otherwise as ReportArgString. */
+/** Adds a number to the front of the words of a report, otherwise as ReportArgString. */
 ZON_API void* ReportArgInt(int value, void* rest);
 
 #ifdef __cplusplus
