@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
-"""Tries every fenced block of the manual as it stands: README.md and its kin at the root, and docs/.
+"""Tests every fenced block of the manual: the Markdown files of the root folder and of docs/.
 
-    c, cpp    a whole program: compiled without a warning, run in a folder that holds a copy of examples/.
-              A block of text behind a line that ends in "prints:" is what it prints.
-    zon       a parameter file that loads; or one that does not, and a block of text behind a line that
-              ends in "error:" is then the diagnostic, "name:line:position: message".
-    console   lines "$ command" with what each prints, run in a copy of examples/ with the tool zon.
-    ebnf      each name is defined once, and each but the first is used.
+    c, cpp    a complete program: compiled with warnings as errors, run in a folder with a copy of examples/.
+              A text block after a line that ends in "prints:" is its expected output.
+    zon       a parameter file that loads. If a text block follows a line that ends in "error:", the file
+              does not load, and the text is the diagnostic: "name:line:position: message".
+    console   lines "$ command" with their output, run in a copy of examples/ with the tool zon.
+    ebnf      each name is defined once, and each name but the first is used.
 
-Any other block is a fault, and so is a link to a file that is not there. What is only to be looked at
-stands indented, without a fence.
+Any other block is a fault, and so is a link to a file that does not exist. Text that is not to be tested
+is indented instead of fenced.
 """
 import argparse
 import concurrent.futures
@@ -29,7 +29,7 @@ FENCE = re.compile(r"^```([^\n]*)\n(.*?)^```$", re.M | re.S)
 LINK = re.compile(r"\]\(([^)#:]+)(?:#[^)]*)?\)")
 BEFORE_TEXT = {"c": "prints:", "cpp": "prints:", "zon": "error:"}
 
-# Says how loading a file went, as the manual does.
+# Loads a file and prints its diagnostic in the form of the manual.
 LOADER = r"""
 #include <stdio.h>
 #include <zon.h>
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
 
 
 def blocks_of(file):
-    """The blocks of a file, each with the text that is expected of it, and the faults of the file."""
+    """The blocks of a file, each with its expected output, and the faults of the file."""
     text, blocks, faults, last, end = file.read_text(), [], [], None, 0
     name = file.relative_to(ROOT)
     for match in FENCE.finditer(text):
@@ -54,18 +54,18 @@ def blocks_of(file):
         block = types.SimpleNamespace(place=place, kind=kind, body=body, expected=None)
         if kind == "text":
             if last is None or "\n" in between or not between.endswith(BEFORE_TEXT.get(last.kind, "\0")):
-                faults.append(f"{block.place}: text that belongs to no block before it")
+                faults.append(f"{block.place}: text that belongs to no block")
             else:
                 last.expected = body
         elif kind not in TRIES:
-            faults.append(f"{block.place}: nobody knows how to try '{kind}'")
+            faults.append(f"{block.place}: unknown kind of block '{kind}'")
         else:
             blocks.append(block)
         last, end = block if kind != "text" else None, match.end()
     prose = FENCE.sub("", text)
     if "```" in prose:
-        faults.append(f"{name}: a fence that is indented or has no other end")
-    faults += [f"{name}: no {link}" for link in LINK.findall(prose) if not (file.parent / link).exists()]
+        faults.append(f"{name}: a fence that is indented or not closed")
+    faults += [f"{name}: missing {link}" for link in LINK.findall(prose) if not (file.parent / link).exists()]
     return blocks, faults
 
 
@@ -89,18 +89,18 @@ def compile_program(options, kind, source, folder):
 
 
 def try_program(options, block, folder):
-    status, told = compile_program(options, block.kind, block.body, folder)
+    status, output = compile_program(options, block.kind, block.body, folder)
     if status == 0:
         shutil.copytree(ROOT / "examples", folder / "examples")
-        status, told = run([folder / "program"], folder)
-    return f"exit status {status}\n{told}" if status != 0 else differs(block.expected or told, told)
+        status, output = run([folder / "program"], folder)
+    return f"exit status {status}\n{output}" if status != 0 else differs(block.expected or output, output)
 
 
 def try_file(options, block, folder):
     name = (block.expected or "block.zon").split(":")[0]
     (folder / name).write_text(block.body)
-    status, told = run([options.loader / "program", name], folder)
-    return told if status != 0 else differs(block.expected or "", told)
+    status, output = run([options.loader / "program", name], folder)
+    return output if status != 0 else differs(block.expected or "", output)
 
 
 def try_console(options, block, folder):
@@ -133,15 +133,15 @@ def main():
     found = [blocks_of(file) for file in (*sorted(ROOT.glob("*.md")), *sorted(ROOT.glob("docs/**/*.md")))]
     blocks, faults = (sum(parts, []) for parts in zip(*found))
     if not (options.build / "tool/zon").exists():
-        print("not tried, as the tool is not built:", *[b.place for b in blocks if b.kind == "console"])
+        print("not tested, as the tool is not built:", *[b.place for b in blocks if b.kind == "console"])
         blocks = [block for block in blocks if block.kind != "console"]
-    blocks.sort(key=lambda block: block.kind != "cpp")  # what takes longest begins
+    blocks.sort(key=lambda block: block.kind != "cpp")  # the slowest first
 
     with tempfile.TemporaryDirectory(dir=options.build) as scratch, concurrent.futures.ThreadPoolExecutor(2) as pool:
         options.loader = pathlib.Path(tempfile.mkdtemp(dir=scratch))
-        status, told = compile_program(options, "c", LOADER, options.loader)
+        status, output = compile_program(options, "c", LOADER, options.loader)
         if status != 0:
-            sys.exit(told)
+            sys.exit(output)
 
         def attempt(block):
             fault = TRIES[block.kind](options, block, pathlib.Path(tempfile.mkdtemp(dir=scratch)))

@@ -1,8 +1,9 @@
 """Checks the comments of zon.h: documented.py SOURCE LIBRARY
 
-Each C function has one, is called with nothing and, where a handle or node comes first, with a handle and
-all kinds of nodes. The comment, or that of its section, names what nothing gave back ("null", "empty", a
-number, a text), every code that was stored, and that it "ends the process" where it did."""
+Every C function must have a comment. It is called with null arguments and, if its first parameter is a
+handle or node, with a handle and with each kind of node. Its comment, or that of its section, must contain
+the value returned for null ("null", "empty", a number or a text), every code that was stored, and "ends the
+process" if the call did so."""
 import ctypes
 import os
 import re
@@ -10,12 +11,12 @@ import sys
 
 RESULTS = {"void": None, "int": ctypes.c_int, "unsigned int": ctypes.c_uint, "float": ctypes.c_float,
            "double": ctypes.c_double, "const char*": ctypes.c_char_p, "char*": ctypes.c_char_p}
-# c_void_p itself comes back as a number and goes in as an int.
+# ctypes converts a plain c_void_p to a number when it is returned, and to an int when it is passed.
 Pointer = type("Pointer", (ctypes.c_void_p,), {})
 
 
 def declared(source):
-    """(result, name, parameters, comment, comment with that of the section) of every C function."""
+    """Yields (result, name, parameters, comment, comment of section and function) for every C function."""
     section = comment = ""
     text = open(source + "/api/zon.h").read().split('extern "C" {')[1].split("#ifdef __cplusplus\n}")[0]
     pieces = r"/\*.*?\*/|^ZON_API ([^;(]*?) ?(\w+)\(([^;]*)\);|\n(?=\n)"
@@ -66,9 +67,9 @@ def faults(zon, tree, result, name, parameters, comment, both):
             yield f"given node {which}, it ends by signal {signal}"
         if code not in numbers:
             yield f"given node {which}, it stores {code}"
-        told = re.search(rf"(?<![\w.-]){re.escape(value)}\b", both, re.I)
-        if which == 0 and result != "void" and "*" in str(parameters) and not told:
-            yield f"given nothing, it gives back {value}"
+        stated = re.search(rf"(?<![\w.-]){re.escape(value)}\b", both, re.I)
+        if which == 0 and result != "void" and "*" in str(parameters) and not stated:
+            yield f"given null, it returns {value}, which its comment does not state"
 
 
 if __name__ == "__main__":
