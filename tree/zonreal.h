@@ -12,7 +12,10 @@
 class ZON_API CzonReal : public CzonNumeric {
  public:
   CzonReal() = default;
-  explicit CzonReal(const std::string& text);  ///< all views from the text
+
+  /** Keeps the text and sets the double and the float view from it; the integer view stays unset
+   *  until FloatToInt. */
+  explicit CzonReal(const std::string& text);
 
   CzonNode* CreateObj() override;
   int IsInt() const override;
