@@ -616,7 +616,7 @@ ZON_API void zonClobReset(void* node);
 
 /** What the last failed read of this CLOB found: "CLOB item 2: String found, Integer wanted", "CLOB
  *  item 3: no more items", "CLOB position 17: value expected" (counted from 1 behind "<CLOB:").
- *  Empty if none failed since the reset. Valid until the next read. (null) */
+ *  Empty if none failed since the reset. Valid until the CLOB changes. (null) */
 ZON_API const char* zonGetErrorFromZonClob(void* node);
 
 /* ---- Checking against a template ----------------------------------------------------------------

@@ -129,6 +129,39 @@ TEST(Clob, CursorAndFailures) {
   EXPECT_EQ(host::Heard(), "1006 Invalid CLOB object Invalid CLOB object Invalid CLOB object");
 }
 
+TEST(Clob, PathsLiveUntilItChanges) {
+  const host::Built file;
+  zonAddClob(file);
+  void* clob = ValueOf(file);
+  const auto read = [&](const char* anchor) {
+    zonSetAnchorFilename(clob, anchor);
+    zonClobReset(clob);
+    return zonGetClobFilename(clob);
+  };
+  for (const char* name : {"a", "b"}) {  // short enough for a string without memory of its own
+    zonAddClobFilename(file, name);
+    const char* const near = read("/p/m.zon");
+    const char* const far = read("/quite/a/long/way/from/there/m.zon");
+    EXPECT_STREQ(near, "/p/a");
+    EXPECT_STREQ(far, "/quite/a/long/way/from/there/a");
+    // The same path again is the same text, so that reading for ever needs no more memory.
+    EXPECT_EQ(static_cast<const void*>(read("/p/m.zon")), near);
+    EXPECT_EQ(static_cast<const void*>(read("/quite/a/long/way/from/there/m.zon")), far);
+  }
+}
+
+TEST(Clob, ErrorTextsLiveUntilItChanges) {
+  const host::File file(host::Load(Quoted("Integer:3")));
+  void* clob = ValueOf(file);
+  zonGetClobString(clob);
+  const char* const error = zonGetErrorFromZonClob(clob);
+  zonClobReset(clob);
+  zonGetClobBool(clob);
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 1: Integer found, Boolean wanted");
+  EXPECT_STREQ(error, "CLOB item 1: Integer found, String wanted");
+  zonGetErrorGlb();
+}
+
 TEST(Clob, IsBuiltWithAStatusOrWithoutAndKeepsItsItems) {
   const host::Built file;
   EXPECT_EQ(zonAddClobS(file) + zonAddClobBoolS(file, 0) + zonAddClobStringS(file, nullptr) +
