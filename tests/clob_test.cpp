@@ -215,4 +215,24 @@ TEST(Clob, BuiltItemsComeBackBitForBit) {
   for (void* clob : {ValueOf(file), ValueOf(loaded)}) EXPECT_EQ(ReadAll(clob), items);
 }
 
+TEST(Clob, ResultPathsDoNotReadIt) {
+  for (const char* content :
+       {"String:\"/x\",Integer:7", "String:\"x\",Integer:7", "Integer:7", "?"}) {
+    const host::File file(host::Load(Quoted(content)));
+    void* clob = ValueOf(file);
+    zonSetAnchorFilename(clob, "/p/m.zon");
+    char path[100] = "";
+    zonGetErrorGlb();
+    zonGetResultFolderPath(clob, path);
+    EXPECT_STREQ(path, std::strchr(content, '/') ? "" : "/p/m.zon - Result Files/") << content;
+    EXPECT_EQ(zonGetResultFolderPath2(clob, path, sizeof path), 0);
+    zonGetResultFilenamePath(clob, path);
+    EXPECT_EQ(zonGetResultFilenamePath2(clob, path, sizeof path), -2);
+    EXPECT_EQ(zonGetErrorGlb(), 0) << content;
+    EXPECT_STREQ(zonGetErrorFromZonClob(clob), "") << content;
+    EXPECT_EQ(zonIsClobString(clob), content[0] == 'S') << content;  // the cursor stays
+    host::Messages();
+  }
+}
+
 }  // namespace
