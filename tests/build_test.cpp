@@ -142,10 +142,11 @@ TEST(Build, References) {
 
 // What is done after a CLOB; what is removed, by numbers from the root; what is current then.
 const char* const kCursors[][3] = {
-    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"}, {"", "1211", "Ckc"},
-    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},   {"", "1", "---"},
-    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"K:l", "-", "Cl-"}, {"s:x", "-", "Ck-"},
-    {"S:E", "-", "E--"},  {"E", "-", "B--"},      {"T:A", "-", "Ckc"}, {"C:i", "-", "Cic"}};
+    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"},    {"", "1211", "Ckc"},
+    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},      {"", "1", "---"},
+    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"C:i", "1213", "C--"}, {"K:l", "-", "Cl-"},
+    {"s:x", "-", "Ck-"},  {"S:E", "-", "E--"},    {"E", "-", "B--"},      {"T:A", "-", "Ckc"},
+    {"C:i", "-", "Cic"}};
 
 TEST(Build, Cursor) {
   for (const auto& [steps, removed, expected] : kCursors) {
