@@ -206,8 +206,9 @@ int zoneModifyParameterInt(void* keyword, unsigned int n, int value) {
   return ModifyParameter<CzonInt>(keyword, n, SetInt(value));
 }
 int zoneModifyParameterFloat(void* keyword, unsigned int n, float value) {
-  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(value),
-                               zon::NumberText::OfFloat(value), SetFloat(value));
+  // A loaded real is written as its text, so its value is what that text is read as.
+  const auto text = zon::NumberText::OfFloat(CzonNumeric::FloatView(static_cast<double>(value)));
+  return ModifyReal<CzonFloat>(keyword, n, zon::TextToDouble(text.View()), text, SetFloat(value));
 }
 int zoneModifyParameterDouble(void* keyword, unsigned int n, double value) {
   return ModifyReal<CzonDouble>(keyword, n, value, zon::NumberText::OfDouble(value),

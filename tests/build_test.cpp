@@ -1,4 +1,6 @@
 // Building a file through the interface.
+#include <cfloat>
+
 #include "host.h"
 
 namespace {
@@ -115,6 +117,38 @@ TEST(Build, Values) {
   EXPECT_EQ(data.GetCurrentSection()->GetFlags(), 2U);
   zonAddKeywordDef(file, "k", nullptr, 2, 0, -1);
   EXPECT_EQ(data.GetCurrentKeyword()->GetFlags(), 5U);
+}
+
+TEST(Build, FloatsHaveTheTextThatIsWritten) {
+  const std::pair<float, const char*> rows[] = {{0.1F, "0.1"},
+                                                {1234567, "1.23457e+06"},
+                                                {1e-40F, "0"},
+                                                {-1e-40F, "0"},
+                                                {-0.0F, "0"},
+                                                {HUGE_VALF, "3.40282e+38"},
+                                                {FLT_MAX, "3.40282e+38"},
+                                                {-HUGE_VALF, "-3.40282e+38"}};
+  for (const auto& [value, text] : rows) {
+    const host::Built built;
+    zonAddFloat(built, value);
+    std::ostringstream out;
+    As(host::ValueOf(built)).Write(out);
+    EXPECT_EQ(out.str(), text);
+    EXPECT_EQ(As<CzonParam>(host::ValueOf(built)).GetText(), text);
+    EXPECT_EQ(zonGetDouble(host::ValueOf(built)), static_cast<double>(value)) << text;
+    // A loaded real is what a load of the written file would make of it.
+    const host::File loaded(host::Load("[A] k = 2.5 EndSect"));
+    EXPECT_EQ(zoneModifyParameterFloat(host::KeywordOf(loaded), 1, value), 0);
+    CzonReal fresh(text);
+    fresh.FloatToInt();
+    const auto& real = As<CzonReal>(host::ValueOf(loaded));
+    EXPECT_EQ(real.GetText(), text);
+    EXPECT_EQ(real.GetDouble(), fresh.GetDouble());
+    EXPECT_EQ(std::signbit(real.GetDouble()), std::signbit(fresh.GetDouble()));
+    EXPECT_EQ((host::Codes{real.IsFloat(), real.IsInt(), real.GetInt()}),
+              (host::Codes{fresh.IsFloat(), fresh.IsInt(), fresh.GetInt()}))
+        << text;
+  }
 }
 
 TEST(Build, References) {

@@ -47,7 +47,7 @@ class ZON_API CzonFloat : public CzonReal {
   std::ostream& Write(std::ostream& out) const override;
 
   // For the library's own use.
-  void SetFloat(float value, zon::Store* store);  // all views and the text
+  void SetFloat(float value, zon::Store* store);  // all views, and the text that Write gives
 };
 
 /** A real in double precision. */
