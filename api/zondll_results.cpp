@@ -58,6 +58,7 @@ const char* TextOfNode(void* node) {
 }
 
 Result ResultFolder(void* node) {
+  zon::ReadFolderTemplate();
   int use = 0;
   Result folder = CustomFolder(node, &use);
   if (use != 0 && !folder.text.empty()) return folder;
