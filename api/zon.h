@@ -255,8 +255,9 @@ ZON_API int zonGetString2(void* node, char* buffer, int size);
  * directory.
  * errors  bad node: 1006, "Invalid zonNode" */
 
-/** The path of a file-name value, any length. Valid until the next call on this value. Null with
- *  "Function invalid in this context" for any other node; bad node: the empty text. */
+/** The path of a file-name value, any length, in a buffer with room for at least 260 characters, so
+ *  that a host may append to it. Valid until the next call on this value. Null with "Function
+ *  invalid in this context" for any other node; bad node: the empty text. */
 ZON_API char* zonGetFilename(void* node);
 
 /** The file name as it was written. Valid until the value changes. Null with "Function invalid in
