@@ -107,13 +107,15 @@ void AddDump(CLI::App& app) {
 }
 
 void AddCompare(CLI::App& app) {
-  CLI::App* command = Add(app, "compare", "Hold every section against a template",
-                          "zon compare --template harbour-template.zon harbour.zon");
-  static std::string pattern, file;
-  command->add_option("-t,--template", pattern, "what the file may look like")->required();
-  command->add_option("FILE", file, "a parameter file, or -")->required();
+  CLI::App* command = Add(app, "compare", "Compare the sections of files with a template",
+                          "zon compare --template harbour-template.zon harbour*.zon");
+  static std::string pattern;
+  static std::vector<std::string> files;
+  command->add_option("-t,--template", pattern, "what the files may look like")->required();
+  command->add_option("FILE", files, "parameter files, - for standard input")->required();
   Choose(command, [] {
-    return pattern == "-" && file == "-" ? RefuseTwice() : tool::Compare(pattern, file);
+    const auto count = std::count(files.begin(), files.end(), "-") + (pattern == "-" ? 1 : 0);
+    return count > 1 ? RefuseTwice() : tool::Compare(pattern, files);
   });
 }
 
