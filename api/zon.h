@@ -727,7 +727,7 @@ ZON_API void zonClobReset(void* node);
 /** Returns the details of the last read of this CLOB that failed: "CLOB item 2: String found,
  *  Integer wanted", "CLOB item 3: no more items", "CLOB position 17: value expected" (the position
  *  is counted from 1 after "<CLOB:"). Empty if no read failed since zonClobReset. Valid until the
- *  next read. (null) */
+ *  CLOB changes. (null) */
 ZON_API const char* zonGetErrorFromZonClob(void* node);
 
 /* ---- Checking against a template ----------------------------------------------------------------

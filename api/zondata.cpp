@@ -55,7 +55,10 @@ void CzonData::UpdateCurrentNode(CzonNode* node) {
   const CzonNode* open = section_;
   while (open != nullptr && open != node) open = open->GetOwner();
   if (open != nullptr) LeaveSection(*node);
-  if (node == keyword_) keyword_ = nullptr;
+  if (node == keyword_) {
+    keyword_ = nullptr;
+    clob_ = nullptr;
+  }
   // The CLOB may be one of an earlier keyword: AddKeywordDef leaves it current.
   if (clob_ != nullptr && (clob_ == node || clob_->GetOwner() == node)) clob_ = nullptr;
 }

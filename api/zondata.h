@@ -40,7 +40,8 @@ class ZON_API CzonData : public CzonBase {
    *  again. Refused without one ("Missing current section"). */
   void EndSection();
 
-  /** To be called before a node is removed: the cursor leaves it and whatever is in it. */
+  /** To be called before a node is removed: the cursor leaves it and whatever is in it. With the
+   *  current keyword the current CLOB is cleared, also one of an earlier keyword. */
   void UpdateCurrentNode(CzonNode* node);
 
   /** Records a refusal: passes the message to MessageHook unless the handle is quiet, keeps it, and

@@ -160,14 +160,13 @@ const char* zonGetClobFilenameString(void* node) {
 }
 const char* zonGetClobFilename(void* node) {
   return AskClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
-    // The cursor must not have moved when there is no memory for the path.
-    std::string path;
+    // The path is kept first: the cursor must not have moved if out of memory.
+    const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {
-      path = zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename());
+      path = clob.Keep(zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename())).c_str();
     }
-    const std::string& name = clob.GetClobFilename();
-    if (&name == &CzonNode::empty_string) return EmpSt();  // a failure
-    return clob.KeepForLastItem(std::move(path)).c_str();
+    clob.GetClobFilename();
+    return path;
   });
 }
 

@@ -33,7 +33,7 @@ void zonSetFilename(void* node, const char* text) {
 void zonFileCopyCallBack(void* node) {
   Tell<CzonNode>(node, [](CzonNode& n) {
     if (auto* filename = dynamic_cast<CzonFilename*>(&n)) {
-      filename->SetFilename(filename->GetFilename());
+      filename->SetFilename(filename->GetPath());
     }
   });
 }

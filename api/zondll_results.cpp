@@ -48,7 +48,17 @@ Result CustomFolder(void* node, int* use) {
   return folder;
 }
 
+// The text that decides whether there is a folder. Of a CLOB it is the item at the cursor: it is
+// not read, as a path must neither move the cursor nor fail because of the content.
+const char* TextOfNode(void* node) {
+  if (const auto* clob = zon::As<CzonClob>(node)) {
+    return clob->IsKind(CzonClobKind::kString) ? clob->PeekText().c_str() : "";
+  }
+  return zonGetString(node);
+}
+
 Result ResultFolder(void* node) {
+  zon::ReadFolderTemplate();
   int use = 0;
   Result folder = CustomFolder(node, &use);
   if (use != 0 && !folder.text.empty()) return folder;
@@ -56,7 +66,7 @@ Result ResultFolder(void* node) {
   ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
   const CzonTargetList& root = *RootOf(node);
   if (!root.GetResultRoot().empty()) return {true, zon::ResultFolderByRoot(root)};
-  if (zon::IsAbsolutePath(zonGetString(node))) return {true, {}};
+  if (zon::IsAbsolutePath(TextOfNode(node))) return {true, {}};
   return {true, zon::ResultFolderByAnchor(root.GetZonFilename())};
 }
 

@@ -1,12 +1,17 @@
 // The empty text that exported functions return where there is none, as some return a char*. A
-// caller may write a terminating zero into it; whatever else it wrote is gone at the next question.
+// caller may write into it as into any path; what it wrote is gone at the next question.
 #ifndef ZON_BASE_ZONEMPST_H
 #define ZON_BASE_ZONEMPST_H
 
+#include <cstddef>
+
 namespace zon {
 
+// The characters that every returned path has room for, as hosts append to it.
+inline constexpr std::size_t kPathRoom = 260;
+
 inline char* EmpSt() {
-  static char empty[1];
+  static char empty[kPathRoom + 1];
   empty[0] = '\0';
   return empty;
 }

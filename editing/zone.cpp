@@ -206,8 +206,10 @@ int zoneModifyParameterInt(void* keyword, unsigned int n, int value) {
   return ModifyParameter<CzonInt>(keyword, n, SetInt(value));
 }
 int zoneModifyParameterFloat(void* keyword, unsigned int n, float value) {
-  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(value),
-                               zon::NumberText::OfFloat(value), SetFloat(value));
+  // The float that would be written: clamped to the range of a float, 0 for a subnormal one.
+  const float stored = CzonNumeric::FloatView(static_cast<double>(value));
+  const auto text = zon::NumberText::OfFloat(stored);
+  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(stored), text, SetFloat(value));
 }
 int zoneModifyParameterDouble(void* keyword, unsigned int n, double value) {
   return ModifyReal<CzonDouble>(keyword, n, value, zon::NumberText::OfDouble(value),

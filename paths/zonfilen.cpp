@@ -1,5 +1,7 @@
 #include "paths/zonfilen.h"
 
+#include <algorithm>
+
 #include "base/zonempst.h"
 #include "base/zonout.h"
 #include "paths/zonpath.h"
@@ -19,13 +21,17 @@ int CzonFilename::IsFilename() const {
 }
 
 char* CzonFilename::GetFilename() const {
-  const std::string path = zon::ResolveFilename(GetTextView(), GetZonFilename());
-  if (path.empty()) return zon::EmpSt();
+  std::string path = GetPath();
+  // Zeros as room for what the host appends. Every call writes all of the room anew.
+  path.resize(std::max(path.size(), zon::kPathRoom));
   resolved_.Assign(path, GetStore());
-  const std::string& text = resolved_.AsString(GetStore());
   if (resolved_.IsOwner() && Has(kInStore)) const_cast<CzonFilename*>(this)->MarkDeep();
   // The characters lie in memory of ours, so they may be handed out as they are.
-  return const_cast<char*>(text.c_str());
+  return const_cast<char*>(resolved_.View().data());
+}
+
+std::string CzonFilename::GetPath() const {
+  return zon::ResolveFilename(GetTextView(), GetZonFilename());
 }
 
 const char* CzonFilename::GetFilenameString() const {

@@ -18,8 +18,8 @@ class ZON_API CzonFilename : public CzonParam {
   int IsFilename() const override;
 
   /** The path: '\' turned into '/', a relative name resolved against the directory of the parameter
-   *  file, which itself counts from the working directory of this moment. Any length. Valid until
-   *  the next call on this value or its end. */
+   *  file, which itself counts from the working directory of this moment. Any length, in a buffer
+   *  with room for at least 260 characters. Valid until the next call on this value or its end. */
   char* GetFilename() const override;
   const char* GetFilenameString() const override;  ///< as it was given
 
@@ -31,8 +31,11 @@ class ZON_API CzonFilename : public CzonParam {
   /** Replaces the name; `text` may be a part of the present one. */
   void SetFilename(std::string_view text) { SetText(text, GetStore()); }
 
+  // For the library's own use: the path alone, which leaves the buffer as it is.
+  std::string GetPath() const;
+
  private:
-  mutable zon::Text resolved_;
+  mutable zon::Text resolved_;  // the buffer of GetFilename: the path, filled up with zeros
 };
 
 #endif

@@ -23,9 +23,12 @@ void LookUpPath(const char* path) {
 
 }  // namespace
 
+void ReadFolderTemplate() {
+  // A volatile result, as compilers may leave out a getenv whose result is not used.
+  [[maybe_unused]] const char* const volatile unused = std::getenv("VXRESULTFOLDERTEMPLATE");
+}
+
 std::string ResultSubFolder(std::string_view anchor) {
-  // Kept: read each time, never used.
-  [[maybe_unused]] const char* const unused = std::getenv("VXRESULTFOLDERTEMPLATE");
   std::string folder;
   if (anchor.find('/') == std::string_view::npos) folder = "/";
   folder.append(anchor).append(g_lpszResultFolderPostfix).append("/");

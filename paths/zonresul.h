@@ -9,6 +9,10 @@
 
 namespace zon {
 
+// Reads the environment variable VXRESULTFOLDERTEMPLATE. Compatibility: it is read for each result
+// folder, whichever rule gives it, and its value is not used.
+void ReadFolderTemplate();
+
 // The folder that belongs to a parameter file: its name, with a '/' in front if there is none in
 // it, and " - Result Files/".
 std::string ResultSubFolder(std::string_view anchor);

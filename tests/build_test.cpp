@@ -1,4 +1,6 @@
 // Building a file through the interface.
+#include <cfloat>
+
 #include "host.h"
 
 namespace {
@@ -117,6 +119,35 @@ TEST(Build, Values) {
   EXPECT_EQ(data.GetCurrentKeyword()->GetFlags(), 5U);
 }
 
+TEST(Build, FloatsHaveTheTextThatIsWritten) {
+  const std::pair<float, const char*> rows[] = {{0.1F, "0.1"},
+                                                {1234567, "1.23457e+06"},
+                                                {1e-40F, "0"},
+                                                {-1e-40F, "0"},
+                                                {-0.0F, "0"},
+                                                {HUGE_VALF, "3.40282e+38"},
+                                                {FLT_MAX, "3.40282e+38"},
+                                                {-HUGE_VALF, "-3.40282e+38"}};
+  for (const auto& [value, text] : rows) {
+    const host::Built built;
+    zonAddFloat(built, value);
+    std::ostringstream out;
+    As(host::ValueOf(built)).Write(out);
+    EXPECT_EQ(out.str(), text);
+    EXPECT_EQ(As<CzonParam>(host::ValueOf(built)).GetText(), text);
+    EXPECT_EQ(zonGetDouble(host::ValueOf(built)), static_cast<double>(value)) << text;
+    // A loaded real takes the float that would be written: clamped, or 0 for a subnormal one.
+    const host::File loaded(host::Load("[A] k = 2.5 EndSect"));
+    EXPECT_EQ(zoneModifyParameterFloat(host::KeywordOf(loaded), 1, value), 0);
+    const auto& real = As<CzonReal>(host::ValueOf(loaded));
+    const auto written = static_cast<double>(zonGetFloat(host::ValueOf(built)));
+    EXPECT_EQ(real.GetText(), text);
+    EXPECT_EQ(real.GetDouble(), written) << text;
+    EXPECT_FALSE(std::signbit(real.GetDouble()) && written == 0) << text;
+    EXPECT_TRUE(real.IsFloat()) << text;
+  }
+}
+
 TEST(Build, References) {
   int integer = 1, truth = 1;
   float single = 1;
@@ -142,10 +173,11 @@ TEST(Build, References) {
 
 // What is done after a CLOB; what is removed, by numbers from the root; what is current then.
 const char* const kCursors[][3] = {
-    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"}, {"", "1211", "Ckc"},
-    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},   {"", "1", "---"},
-    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"K:l", "-", "Cl-"}, {"s:x", "-", "Ck-"},
-    {"S:E", "-", "E--"},  {"E", "-", "B--"},      {"T:A", "-", "Ckc"}, {"C:i", "-", "Cic"}};
+    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"},    {"", "1211", "Ckc"},
+    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},      {"", "1", "---"},
+    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"C:i", "1213", "C--"}, {"K:l", "-", "Cl-"},
+    {"s:x", "-", "Ck-"},  {"S:E", "-", "E--"},    {"E", "-", "B--"},      {"T:A", "-", "Ckc"},
+    {"C:i", "-", "Cic"}};
 
 TEST(Build, Cursor) {
   for (const auto& [steps, removed, expected] : kCursors) {

@@ -129,6 +129,39 @@ TEST(Clob, CursorAndFailures) {
   EXPECT_EQ(host::Heard(), "1006 Invalid CLOB object Invalid CLOB object Invalid CLOB object");
 }
 
+TEST(Clob, PathsLiveUntilItChanges) {
+  const host::Built file;
+  zonAddClob(file);
+  void* clob = ValueOf(file);
+  const auto read = [&](const char* anchor) {
+    zonSetAnchorFilename(clob, anchor);
+    zonClobReset(clob);
+    return zonGetClobFilename(clob);
+  };
+  for (const char* name : {"a", "b"}) {  // short enough for a string without memory of its own
+    zonAddClobFilename(file, name);
+    const char* const near = read("/p/m.zon");
+    const char* const far = read("/quite/a/long/way/from/there/m.zon");
+    EXPECT_STREQ(near, "/p/a");
+    EXPECT_STREQ(far, "/quite/a/long/way/from/there/a");
+    // The same path again is the same text, so that reading for ever needs no more memory.
+    EXPECT_EQ(static_cast<const void*>(read("/p/m.zon")), near);
+    EXPECT_EQ(static_cast<const void*>(read("/quite/a/long/way/from/there/m.zon")), far);
+  }
+}
+
+TEST(Clob, ErrorTextsLiveUntilItChanges) {
+  const host::File file(host::Load(Quoted("Integer:3")));
+  void* clob = ValueOf(file);
+  zonGetClobString(clob);
+  const char* const error = zonGetErrorFromZonClob(clob);
+  zonClobReset(clob);
+  zonGetClobBool(clob);
+  EXPECT_STREQ(zonGetErrorFromZonClob(clob), "CLOB item 1: Integer found, Boolean wanted");
+  EXPECT_STREQ(error, "CLOB item 1: Integer found, String wanted");
+  zonGetErrorGlb();
+}
+
 TEST(Clob, IsBuiltWithAStatusOrWithoutAndKeepsItsItems) {
   const host::Built file;
   EXPECT_EQ(zonAddClobS(file) + zonAddClobBoolS(file, 0) + zonAddClobStringS(file, nullptr) +
@@ -180,6 +213,26 @@ TEST(Clob, BuiltItemsComeBackBitForBit) {
   zonWrite(file, path.c_str());
   const host::File loaded(zonLoadFile(path.c_str(), 0));
   for (void* clob : {ValueOf(file), ValueOf(loaded)}) EXPECT_EQ(ReadAll(clob), items);
+}
+
+TEST(Clob, ResultPathsDoNotReadIt) {
+  for (const char* content :
+       {"String:\"/x\",Integer:7", "String:\"x\",Integer:7", "Integer:7", "?"}) {
+    const host::File file(host::Load(Quoted(content)));
+    void* clob = ValueOf(file);
+    zonSetAnchorFilename(clob, "/p/m.zon");
+    char path[100] = "";
+    zonGetErrorGlb();
+    zonGetResultFolderPath(clob, path);
+    EXPECT_STREQ(path, std::strchr(content, '/') ? "" : "/p/m.zon - Result Files/") << content;
+    EXPECT_EQ(zonGetResultFolderPath2(clob, path, sizeof path), 0);
+    zonGetResultFilenamePath(clob, path);
+    EXPECT_EQ(zonGetResultFilenamePath2(clob, path, sizeof path), -2);
+    EXPECT_EQ(zonGetErrorGlb(), 0) << content;
+    EXPECT_STREQ(zonGetErrorFromZonClob(clob), "") << content;
+    EXPECT_EQ(zonIsClobString(clob), content[0] == 'S') << content;  // the cursor stays
+    host::Messages();
+  }
 }
 
 }  // namespace

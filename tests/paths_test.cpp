@@ -53,6 +53,32 @@ TEST(Filenames, AnchorsAreTheRootsOwn) {
   EXPECT_DEATH(zonGetFilename(&value), "zonnode.*" + list);
 }
 
+// Hosts append to a path in its own buffer.
+TEST(Filenames, PathsHaveRoomForMore) {
+  const host::File loaded(host::Load("[A] k = |/a|, ||, |/b| EndSect"));
+  const OneName built;
+  void* const names[] = {host::ValueOf(loaded, 1), host::ValueOf(loaded, 2),
+                         host::ValueOf(loaded, 3), built.name, nullptr};
+  const Texts paths{"/a", "", "/b", "", ""};
+  for (int again = 0; again < 3; ++again) {
+    std::vector<char*> rooms;
+    for (void* name : names) rooms.push_back(zonGetFilename(name));
+    EXPECT_EQ(Texts(rooms.begin(), rooms.end()), paths);
+    Texts longer;
+    for (char* room : rooms) {
+      longer.push_back(room + std::string(260 - std::strlen(room), char('a' + longer.size())));
+      std::strcpy(room, longer.back().c_str());
+    }
+    EXPECT_EQ(Texts(rooms.begin(), rooms.end()), longer);
+  }
+  const std::string far = "/" + std::string(300, 'n');
+  zonSetFilename(built.name, far.c_str());
+  EXPECT_EQ(zonGetFilename(built.name), far);
+  zonSetFilename(built.name, "/c");
+  EXPECT_STREQ(zonGetFilename(built.name), "/c");
+  host::Heard();
+}
+
 TEST(Filenames, ChangeOnlyFileNames) {
   const OneName file;
   host::Messages();

@@ -2,6 +2,22 @@
 #include "host.h"
 
 namespace {
+int templateReads = 0;
+}
+
+// Takes the place of the C library's, to see what the library reads.
+extern "C" __attribute__((visibility("default"))) char* getenv(const char* name) noexcept {
+  if (std::strcmp(name, "VXRESULTFOLDERTEMPLATE") == 0) ++templateReads;
+  const std::size_t length = std::strlen(name);
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    if (std::strncmp(*entry, name, length) == 0 && (*entry)[length] == '=') {
+      return *entry + length + 1;
+    }
+  }
+  return nullptr;
+}
+
+namespace {
 
 namespace fs = std::filesystem;
 
@@ -84,6 +100,24 @@ TEST(Results, SettingsAreTheRoots) {
   CzonKeyword alone;
   EXPECT_DEATH(zonGetResultFolderPath(nullptr, folder), "^zondll: .*`pOwner != 0'");
   EXPECT_DEATH(zonGetResultFolderPath(static_cast<CzonBase*>(&alone), folder), "zondll.*List");
+}
+
+TEST(Results, FoldersReadTheirTemplateEachTime) {
+  char path[100];
+  const auto reads = [&path](const char* text, const char* root, int use) {
+    const Sample file;
+    zonAddString(file, text);
+    zonSetAnchorFilename(file.value, "/p/m.zon");
+    zonSetProjectResultRoot(file, root);
+    zonSetCustomResultFolder(file, use, "c");
+    templateReads = 0;
+    zonGetResultFolderPath(zonParamByNum(zonKeywordByNum(file.section, 1), 2), path);
+    return templateReads;
+  };
+  EXPECT_EQ(reads("a", "", 0), 1);  // by the anchor
+  EXPECT_EQ(reads("a", "/r", 0), 1);
+  EXPECT_EQ(reads("/a", "", 0), 1);  // no folder
+  EXPECT_EQ(reads("a", "", 1), 1);
 }
 
 TEST(Results, NamesAreAddedAndFound) {

@@ -51,6 +51,7 @@ TEST(Text, FindsAndGivesParts) {
   int at = -8;
   EXPECT_EQ((Texts{list.Tokenize(", ", at), list.Tokenize(", ", at), list.Tokenize(", ", at)}),
             (Texts{"a", "bc", ""}));
+  EXPECT_EQ(list.Tokenize(", ", at), "");  // -1 is no index but the end
   EXPECT_EQ(
       (Ints{at, b.Find('n', 3), b.Find('n', 5), b.Find('b', -5), b.Find('a', 99), b.Find("ana", 2),
             b.Find("anab"), b.Find("", 4), b.Find(kNull, 99), b.ReverseFind('n'),

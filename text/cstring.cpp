@@ -192,6 +192,7 @@ CString CString::SpanExcluding(Text set) const {
 }
 
 CString CString::Tokenize(Text delimiters, int& start) const {
+  if (start == -1) return CString();  // the end that an earlier call has reported
   const std::string_view text = View();
   const std::size_t begin = text.find_first_not_of(delimiters.view, Clamp(start, text));
   if (begin == std::string_view::npos) {

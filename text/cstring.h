@@ -115,8 +115,8 @@ class ZON_API CString {
    *  SpanExcluding   the longest beginning with no character in `set`; all for an empty set
    *  Tokenize        the next token at or after `start`, which becomes the index just behind that
    *                  token. Delimiters before a token are skipped, so no token is empty. With no
-   *                  delimiters the rest is one token. When none is left: "", and `start` is -1
-   *                  (with which a further call would begin anew).
+   *                  delimiters the rest is one token. When none is left: "", and `start` is -1,
+   *                  with which every further call does the same.
    *    for (CString t = s.Tokenize(",", at); at != -1; t = s.Tokenize(",", at)) Use(t); */
   ///@{
   CString Left(int count) const;

@@ -33,7 +33,11 @@ Status List(const Listing& listing);
 
 Status Dump(const std::string& file);
 Status DumpJson(const std::string& file);
-Status Compare(const std::string& pattern, const std::string& file);
+
+// Compares each file with the template; a faulty one does not keep the next from being compared. The
+// reports are the result, and so they are printed on standard output.
+Status Compare(const std::string& pattern, const std::vector<std::string>& files);
+
 Status Copy(const std::string& source, const std::string& target);
 Status Format(const std::string& file);
 Status Tokens(const std::string& file);

@@ -28,13 +28,6 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < ' ' || c == 127;
 }
 
-// Names of files may hold anything.
-std::string Harmless(std::string_view text) {
-  std::string shown(text);
-  std::replace_if(shown.begin(), shown.end(), IsControl, '?');
-  return shown;
-}
-
 bool GoesOn(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -60,6 +53,12 @@ void UseColor(const std::string& when) {
   const char* refused = std::getenv("NO_COLOR");
   const bool wanted = isatty(STDERR_FILENO) != 0 && (refused == nullptr || *refused == '\0');
   coloured = when == "always" || (when == "auto" && wanted);
+}
+
+std::string Harmless(std::string_view text) {
+  std::string shown(text);
+  std::replace_if(shown.begin(), shown.end(), IsControl, '?');
+  return shown;
 }
 
 void Say(std::string_view text) {

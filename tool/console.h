@@ -16,6 +16,9 @@ enum Status { kFine = 0, kFindings = 1, kTrouble = 2 };
 // "auto" colours on a terminal only, and not where NO_COLOR is set.
 void UseColor(const std::string& when);
 
+// A name for people: file names may hold control characters, which become '?'.
+std::string Harmless(std::string_view text);
+
 // "zon: text" on standard error.
 void Say(std::string_view text);
 

@@ -20,7 +20,7 @@ void Print(void* section, const std::string& path, const Listing& listing) {
       if (listing.recursive) Print(node, own + '/', listing);
     } else if (zonGetSyntaxClass(node) == kZonKeyword) {
       std::cout << own;
-      if (listing.withValues) std::cout << " = " << WrittenValues(node);
+      if (listing.withValues) std::cout << " = " << LoadedValues(node);
       std::cout << '\n';
     }
   }

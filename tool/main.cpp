@@ -107,13 +107,15 @@ void AddDump(CLI::App& app) {
 }
 
 void AddCompare(CLI::App& app) {
-  CLI::App* command = Add(app, "compare", "Hold every section against a template",
-                          "zon compare --template harbour-template.zon harbour.zon");
-  static std::string pattern, file;
-  command->add_option("-t,--template", pattern, "what the file may look like")->required();
-  command->add_option("FILE", file, "a parameter file, or -")->required();
+  CLI::App* command = Add(app, "compare", "Compare the sections of files with a template",
+                          "zon compare --template harbour-template.zon harbour*.zon");
+  static std::string pattern;
+  static std::vector<std::string> files;
+  command->add_option("-t,--template", pattern, "what the files may look like")->required();
+  command->add_option("FILE", files, "parameter files, - for standard input")->required();
   Choose(command, [] {
-    return pattern == "-" && file == "-" ? RefuseTwice() : tool::Compare(pattern, file);
+    const auto count = std::count(files.begin(), files.end(), "-") + (pattern == "-" ? 1 : 0);
+    return count > 1 ? RefuseTwice() : tool::Compare(pattern, files);
   });
 }
 
@@ -128,6 +130,32 @@ void AddCopy(CLI::App& app) {
   Choose(command, [] { return tool::Copy(source, target); });
 }
 
+Status RefuseUnknown(const std::string& name) {
+  tool::Say("there is no subcommand " + name + "; see zon --help");
+  return tool::kTrouble;
+}
+
+// Prints what --help behind the subcommand prints; without a name what zon --help prints.
+Status Help(const CLI::App& app, const std::string& name) {
+  // Not app.help(): that is the help of the subcommand that was chosen, which is "help".
+  std::string text = app.get_formatter()->make_help(&app, app.get_name(), {});
+  if (!name.empty()) {
+    const auto commands =
+        app.get_subcommands([&](const CLI::App* command) { return command->get_name() == name; });
+    if (commands.empty()) return RefuseUnknown(name);
+    text = commands.front()->help(app.get_name());
+  }
+  std::cout << text;
+  return tool::kFine;
+}
+
+void AddHelp(CLI::App& app) {
+  CLI::App* command = Add(app, "help", "Print the help of a subcommand", "zon help get");
+  static std::string name;
+  command->add_option("COMMAND", name, "a subcommand; the list of them by default");
+  Choose(command, [&app] { return Help(app, name); });
+}
+
 void AddCommands(CLI::App& app) {
   AddCheck(app);
   AddGet(app);
@@ -139,6 +167,7 @@ void AddCommands(CLI::App& app) {
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);
+  AddHelp(app);
 }
 
 // A file that is opened must not get the number of a stream that was closed; reading or writing that
@@ -152,8 +181,7 @@ void FillClosedStreams() {
 // What CLI11 tells of a word that is no subcommand does not name it.
 int Refuse(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
   if (argc > 1 && *argv[1] != '-' && app.get_subcommands().empty()) {
-    tool::Say(std::string("there is no subcommand ") + argv[1] + "; see zon --help");
-    return tool::kTrouble;
+    return RefuseUnknown(argv[1]);
   }
   return app.exit(error) == 0 ? tool::kFine : tool::kTrouble;
 }

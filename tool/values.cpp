@@ -44,12 +44,18 @@ std::string PlainForm(void* value) {
   return text.size() > 1 && text.front() == '#' ? text.substr(1, text.size() - 2) : text;
 }
 
-std::string WrittenValues(void* keyword) {
+// The written form turns an absolute file name into one relative to the file, which leads elsewhere,
+// and has no sign for a substitution.
+std::string LoadedForm(void* value) {
+  if (zonIsFilename(value) != 0) return std::string("|") + zonGetFilenameString(value) + "|";
+  return (zonGetSyntaxClass(value) == kZonSubstit ? "%" : "") + WrittenForm(value);
+}
+
+std::string LoadedValues(void* keyword) {
   std::string text;
   for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
-    // The written form has no sign for a substitution.
-    const bool isSubstitution = zonGetSyntaxClass(value) == kZonSubstit;
-    text += std::string(n > 1 ? ", " : "") + (isSubstitution ? "%" : "") + WrittenForm(value);
+    if (n > 1) text += ", ";
+    text += LoadedForm(value);
   }
   return text;
 }

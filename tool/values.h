@@ -16,8 +16,11 @@ std::string WrittenForm(void* value);
 // A value as a script wants it: texts, file names and date-times without their marks.
 std::string PlainForm(void* value);
 
-// The values of a keyword as they are written, with commas between.
-std::string WrittenValues(void* keyword);
+// A value as it was loaded: its written form, but file names and substitutions as in the file.
+std::string LoadedForm(void* value);
+
+// The values of a keyword as they were loaded, with commas between.
+std::string LoadedValues(void* keyword);
 
 // Whether an integer is the number that stands in the file: of a larger one the low 32 bits are left.
 bool IsWithinInt(void* value);

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cmath>
 #include <iterator>
+#include <set>
 #include <vector>
 
 #include "base/zonassert.h"
@@ -35,7 +36,6 @@ struct CzonClob::Item {
   int integer = 0;  // also of a Boolean
   double real = 0;  // of every number
   std::string text;
-  std::string given;  // made of the text for somebody outside
 };
 
 struct CzonClob::State {
@@ -44,6 +44,7 @@ struct CzonClob::State {
   std::string flaw;  // why the content cannot be taken apart
   std::size_t cursor = 0;
   std::string error;
+  std::set<std::string> kept;  // texts that were returned and are no item's own; cleared by Append
 };
 
 namespace {
@@ -311,10 +312,8 @@ const std::string& CzonClob::PeekText() const {
   return IsEnd() ? empty_string : state_->items[state_->cursor].text;
 }
 
-const std::string& CzonClob::KeepForLastItem(std::string text) const {
-  std::string& given = state_->items[state_->cursor - 1].given;
-  given = std::move(text);
-  return given;
+const std::string& CzonClob::Keep(std::string text) const {
+  return *NeedState().kept.insert(std::move(text)).first;
 }
 
 int CzonClob::GetNoItems() const {
@@ -338,7 +337,7 @@ void CzonClob::Reset() {
 }
 
 const std::string& CzonClob::GetErrorText() const {
-  return state_ != nullptr ? state_->error : empty_string;
+  return state_ != nullptr && !state_->error.empty() ? Keep(state_->error) : empty_string;
 }
 
 void CzonClob::AddBool(bool value) {
@@ -368,14 +367,15 @@ void CzonClob::Append(CzonClobKind kind, std::string_view value) {
   if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) {
     AppendText(addition);
     if (state_ != nullptr) state_->loaded = false;  // the flaw may be another one now
-    return;
+  } else {
+    // While items are being read the new one joins them, without taking all of them apart again.
+    Reader<Item>(item).Read(&state_->items);
+    try {
+      AppendText(addition);
+    } catch (...) {
+      state_->items.pop_back();
+      throw;
+    }
   }
-  // While items are being read the new one joins them, without taking all of them apart again.
-  Reader<Item>(item).Read(&state_->items);
-  try {
-    AppendText(addition);
-  } catch (...) {
-    state_->items.pop_back();
-    throw;
-  }
+  if (state_ != nullptr) state_->kept.clear();
 }

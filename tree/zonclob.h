@@ -52,7 +52,7 @@ class ZON_API CzonClob : public CzonParam {
   bool IsEnd() const;                       ///< also for bad content
   bool IsKind(CzonClobKind kind) const;     ///< of the item at the cursor
   void Reset();                             ///< cursor to the first item, no error text
-  const std::string& GetErrorText() const;  ///< of the last failure, until Reset
+  const std::string& GetErrorText() const;  ///< of the last failure since Reset
 
   /** Append an item. */
   void AddBool(bool value);
@@ -64,8 +64,8 @@ class ZON_API CzonClob : public CzonParam {
   // For the library's own use.
   static bool FindContent(std::string_view text, std::string_view* content);
   const std::string& PeekText() const;  // of the item at the cursor; empty for none
-  // A text that is given out for the item that was read last, and lives as long as its own.
-  const std::string& KeepForLastItem(std::string text) const;
+  // Keeps a text until the CLOB changes. Equal texts are kept once.
+  const std::string& Keep(std::string text) const;
 
  private:
   struct Item;

@@ -11,7 +11,10 @@
 class ZON_API CzonInt : public CzonNumeric {
  public:
   CzonInt() = default;
-  explicit CzonInt(const std::string& text);  ///< all views from the text
+
+  /** Keeps the text and sets the double and the float view from it; the integer view stays unset
+   *  until CStoInt. */
+  explicit CzonInt(const std::string& text);
 
   CzonNode* CreateObj() override;
   int IsInt() const override;

@@ -25,10 +25,7 @@ int CzonNumeric::IsDouble() const {
 }
 
 float CzonNumeric::GetFloat() const {
-  const double magnitude = std::fabs(double_);
-  if (magnitude > static_cast<double>(FLT_MAX)) return double_ > 0 ? FLT_MAX : -FLT_MAX;
-  if (magnitude < static_cast<double>(FLT_MIN)) return 0.0F;  // Kept: subnormal floats are flushed
-  return static_cast<float>(double_);
+  return FloatView(double_);
 }
 
 double CzonNumeric::GetDouble() const {
@@ -42,6 +39,14 @@ void CzonNumeric::Copy(const CzonNode* source) {
   CzonParam::Copy(source);
   Set(kHasDouble, Node->Has(kHasDouble));
   double_ = Node->double_;
+}
+
+float CzonNumeric::FloatView(double value) {
+  const double magnitude = std::fabs(value);
+  if (magnitude > static_cast<double>(FLT_MAX)) return value > 0 ? FLT_MAX : -FLT_MAX;
+  // Compatibility: hosts rely on subnormal floats being flushed.
+  if (magnitude < static_cast<double>(FLT_MIN)) return 0.0F;
+  return static_cast<float>(value);
 }
 
 void CzonNumeric::Init() {

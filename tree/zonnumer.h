@@ -39,6 +39,9 @@ class ZON_API CzonNumeric : public CzonParam {
    *  over; 0.0 when there is none. */
   static double string_to_double(const std::string& s);
 
+  // For the library's own use: the float view of a number.
+  static float FloatView(double value);
+
  protected:
   // The integer view, which the classes below keep. It stands here to fill the gap behind the text.
   std::int32_t integer_ = 0;

@@ -68,7 +68,8 @@ std::ostream& CzonFloat::Write(std::ostream& out) const {
 }
 
 void CzonFloat::SetFloat(float value, zon::Store* store) {
-  SetReal(static_cast<double>(value), zon::NumberText::OfFloat(value).View(), store);
+  const auto wide = static_cast<double>(value);
+  SetReal(wide, zon::NumberText::OfFloat(FloatView(wide)).View(), store);
 }
 
 CzonDouble::CzonDouble(const std::string& text) : CzonReal(text) {}

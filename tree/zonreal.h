@@ -12,7 +12,10 @@
 class ZON_API CzonReal : public CzonNumeric {
  public:
   CzonReal() = default;
-  explicit CzonReal(const std::string& text);  ///< all views from the text
+
+  /** Keeps the text and sets the double and the float view from it; the integer view stays unset
+   *  until FloatToInt. */
+  explicit CzonReal(const std::string& text);
 
   CzonNode* CreateObj() override;
   int IsInt() const override;
@@ -44,7 +47,7 @@ class ZON_API CzonFloat : public CzonReal {
   std::ostream& Write(std::ostream& out) const override;
 
   // For the library's own use.
-  void SetFloat(float value, zon::Store* store);  // all views and the text
+  void SetFloat(float value, zon::Store* store);  // all views, and the text that Write gives
 };
 
 /** A real in double precision. */

@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump compare copy fmt tokens results'
+  local commands='check get list dump compare copy fmt tokens results help'
   local options='--color --help' command= word
   local -a given=()  # behind the subcommand, but for options
   for word in "${words[@]:1:cword-1}"; do
@@ -30,6 +30,8 @@ _zon() {
   esac
   if [[ $cur == -* || -z $command ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
+  elif [[ $command == help ]]; then
+    [[ ${#given[@]} -gt 0 ]] || mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
   elif [[ ${#given[@]} -eq 1 && $command == @(get|list) ]]; then
     # What lies in the section that has been typed so far.
     local section= file

@@ -14,8 +14,10 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump compare copy fmt tokens results
+set -l commands check get list dump compare copy fmt tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
+complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
+complete -c zon -n '__fish_seen_subcommand_from help' -f
 complete -c zon -l color -x -a 'auto always never' -d 'When to colour'
 complete -c zon -s h -l help -d 'Help'
 complete -c zon -l version -d 'Version'

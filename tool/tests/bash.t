@@ -8,6 +8,11 @@
   $ complete_bash zon co
   compare
   copy
+  $ complete_bash zon he
+  help
+  $ complete_bash zon help co
+  compare
+  copy
   $ complete_bash zon get --re
   --resolved
   $ complete_bash zon list harbour.zon Run/In

@@ -51,9 +51,15 @@ Usage:
   
   Example:
     zon get harbour.zon Quay:2/Berth/Draught 1
-  $ for command in check get list dump compare copy fmt tokens results; do
+  $ for command in check get list dump compare copy fmt tokens results help; do
   >   zon $command --help | grep -A1 '^Example:' | grep -q "  zon $command " || echo "$command"
+  >   zon $command --help > "$CRAMTMP/options"; zon help $command | diff "$CRAMTMP/options" - || echo "$command"
   > done
+  $ zon --help > "$CRAMTMP/options"; zon help | diff "$CRAMTMP/options" -; zon --color never help fmt | head -n 1
+  Print a file in its written form
+  $ zon help frob
+  zon: there is no subcommand frob; see zon --help
+  [2]
 
 What cannot be written is told:
 

@@ -4,6 +4,11 @@
   $ complete_fish 'zon co'
   compare
   copy
+  $ complete_fish 'zon he'
+  help
+  $ complete_fish 'zon help co'
+  compare
+  copy
   $ complete_fish 'zon get harbour.zon Quay:2/Le'
   Quay:2/Length
   $ complete_fish 'zon --color always get --type harbour.zon Quay:2/Le'

@@ -133,6 +133,8 @@ A listing is made of paths:
   Run/Scenario = %scenario, 'winter'
   Run/Workers = %cores
   Run/Seed = %1
+  $ printf '[A] k = |/srv/x|, |a\\b|, |./c/d| EndSect' | zon list -v - A
+  A/k = |/srv/x|, |a\b|, |./c/d|
   $ zon list harbour-template.zon Tariff
   Tariff/Mooring
   Tariff/()

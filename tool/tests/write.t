@@ -122,7 +122,7 @@ goes behind another file:
 Every section is held against the template, one report each:
 
   $ zon compare --template harbour-template.zon harbour.zon
-  $ zon compare -t harbour-template.zon - <<'E'
+  $ zon compare -t harbour-template.zon - 2>/dev/null <<'E'
   > [Run] Weather = 'fair' EndSect
   > [Sea] EndSect
   > [Tariff] Mooring = 'dear' EndSect
@@ -135,6 +135,31 @@ Every section is held against the template, one report each:
   	Keyw: Tariff.Mooring
   	No:1
   [1]
+
+Of several files those with reports are named, and a faulty one does not keep the next from being compared:
+
+  $ zon compare harbour.zon harbour-mismatch.zon sound.zon harbour-faulty.zon nowhere.zon - \
+  >   -t harbour-template.zon < harbour-mismatch.zon
+  harbour-mismatch.zon:
+  Error: Unrecognized keyword
+  	Temp: Run.Weather
+  sound.zon:
+  Error: Unrecognized section
+  	Cand: A
+  harbour-faulty.zon:9:49: error: Missing |
+       Input = 'weather',  |data\weather\tuesday.csv
+                                                    ^
+  zon: nowhere.zon: No such file or directory
+  stdin:
+  Error: Unrecognized keyword
+  	Temp: Run.Weather
+  [2]
+  $ zon compare -t harbour-template.zon harbour.zon - > /dev/full < harbour-mismatch.zon
+  zon: standard output: No space left on device
+  [2]
+  $ zon compare -t harbour-template.zon - - </dev/null
+  zon: standard input can be read once only
+  [2]
   $ zon compare -t nowhere.zon harbour.zon
   zon: nowhere.zon: No such file or directory
   [2]

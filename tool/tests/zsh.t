@@ -17,3 +17,5 @@ What is typed in a terminal of its own, with a tab at the end:
   > done
   Quay:2/Length
   Quay:2/Length
+  $ timeout 20 zsh -f "$CRAMTMP/type.zsh" 'zon help tok' 'zon help tokens'
+  zon help tokens
