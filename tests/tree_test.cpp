@@ -12,6 +12,13 @@ CzonTargetList& RootOf(void* file) {
   return host::As<CzonTargetList>(zonGetRoot(file));
 }
 
+// A number of a host.
+struct HostNumber : CzonNumeric {
+  using CzonNumeric::CzonNumeric;
+  CzonNode* CreateObj() override { return new HostNumber; }
+};
+static_assert(std::is_abstract_v<CzonNode> && std::is_abstract_v<CzonNumeric>);
+
 // Of each node the class, a letter for each kind that it is, a mark if it makes nodes of another.
 template <class... Nodes>
 std::string Kinds(Nodes*... nodes) {
@@ -43,7 +50,7 @@ TEST(Nodes, AnswerAsTheirClass) {
   EXPECT_EQ(
       Kinds(new CzonNamedNode, new CzonTargetList, new CzonSection("S", 1, 1),
             new CzonKeyword("k", 1, 1), new CzonDefaultDef("d", 1, 1), new CzonParam("x"),
-            new CzonClob("Integer:1"), new CzonNumeric("1"), new CzonInt("7"), new CzonIntDef,
+            new CzonClob("Integer:1"), new HostNumber("1"), new CzonInt("7"), new CzonIntDef,
             new CzonIntRef(&number), new CzonIntRef(nullptr), new CzonReal("2"), new CzonFloat("2"),
             new CzonFloatDef("1e39"), new CzonDouble("1e39"), new CzonDoubleDef("1e39"),
             new CzonDoubleRef(&real), new CzonFloatRef(&single), new CzonFloatRef(nullptr),
