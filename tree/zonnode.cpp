@@ -59,7 +59,11 @@ int CzonNode::GetInstanceNo() const {
 }
 
 const std::string& CzonNode::GetZonFilename() const {
-  const CzonNode* pOwner = GetTopNode();
+  const CzonNode* pOwner = this;
+  // The compiler may assume that `this` is not null. It knows nothing of what leaves the asm.
+  asm("" : "+r"(pOwner));
+  ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
+  pOwner = pOwner->GetTopNode();
   const auto* root = dynamic_cast<const CzonTargetList*>(pOwner);
   ZON_ASSERT_TEXT(root != nullptr, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
   return root->GetOwnFilename();
