@@ -178,6 +178,19 @@ TEST(Editing, CopiesLeaveNothingBehind) {
   EXPECT_EQ(zonGetLevel(target), 1);
 }
 
+TEST(Editing, ADefinitionAddedAsAKeywordIsADefinition) {
+  CzonSection section("S", 0, 0);
+  section.AddKeyword(new CzonDefaultDef("k", 0, 0));
+  section.AddKeyword(new CzonKeyword("k", 0, 0));
+  CzonNode* definition = section.NodeByNum(1);
+  EXPECT_EQ(definition->GetInstanceNo(), 0);
+  EXPECT_EQ(section.GetNoKeywords(), 1U);
+  EXPECT_EQ(section.KeywordByName("k"), section.NodeByNum(2));
+  EXPECT_EQ(zoneDeleteNode(definition), 0);
+  EXPECT_EQ(section.KeywordByNameNum("k", 2), nullptr);
+  EXPECT_EQ(host::Show(&section), "S{k()}");
+}
+
 TEST(Editing, Scales) {
   constexpr unsigned kCount = 100000;
   const host::File file(zonCreate());

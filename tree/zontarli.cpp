@@ -193,6 +193,7 @@ void CzonSection::Copy(const CzonNode* source) {
 
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
+  if (keyword->IsDefaultDef()) return AddNode(keyword);
   Children().Reserve(store_);
   keywords_.Append(keyword);
   AddNode(keyword);

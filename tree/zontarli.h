@@ -82,7 +82,8 @@ class ZON_API CzonSection : public CzonTargetList {
   int GetSyntaxClass() const override;
   void Copy(const CzonNode* source) override;
 
-  /** Appends a keyword to the children and files it by name. Null is ignored. */
+  /** Appends a keyword to the children and files it by name. A default definition is added as
+   *  AddDefaultDef does. Null is ignored. */
   void AddKeyword(CzonKeyword* keyword);
 
   /** Appends a default definition to the children alone: it has no number, no instance number and
