@@ -136,6 +136,87 @@ TEST(NameList, FilesAtAnyPlace) {
   EXPECT_EQ(list.Remove(&absent) + list.InsertIntoHashtable(nullptr, 1), 1007);
 }
 
+std::vector<int> NumbersOf(const std::vector<const CzonNode*>& nodes) {
+  std::vector<int> numbers;
+  for (const CzonNode* node : nodes) numbers.push_back(node->GetInstanceNo());
+  return numbers;
+}
+
+// A Copy resets a number; each change of the queue or of the values restores it.
+TEST(NameList, NumbersItsQueueAfterEachChange) {
+  const std::pair<const char*, std::function<void(CzonNameList<CzonKeyword>&, CzonKeyword*)>>
+      rows[] = {{"append", [](auto& list, auto* last) { list.AddToIndex(last); }},
+                {"insert", [](auto& list, auto* last) { list.InsertIntoHashtable(last, 4); }},
+                {"erase", [](auto& list, auto* last) {
+                   list.AddToIndex(last);
+                   list.ByNameNum("k", 1)->Copy(last);
+                   list.ByNameNum("k", 4)->Copy(last);
+                   list.EraseFromHashtable(last);
+                 }}};
+  for (const auto& [change, make] : rows) {
+    CzonKeyword a("k", 0, 0), b("k", 0, 0), c("k", 0, 0), last("k", 0, 0), source("k", 0, 0);
+    CzonNameList<CzonKeyword> list;
+    for (CzonKeyword* node : {&a, &b, &c}) list.Append(node);
+    b.Copy(&source);
+    EXPECT_EQ(NumbersOf({&a, &b, &c}), (host::Codes{1, 0, 3}));
+    make(list, &last);
+    EXPECT_EQ(NumbersOf({&a, &b, &c}), (host::Codes{1, 2, 3})) << change;
+    EXPECT_EQ(list.ByNameNum("k", 2), &b);
+  }
+}
+
+TEST(Nodes, AreNumberedAgainAfterACopy) {
+  CzonSection section("S", 0, 0), other("S", 0, 0);
+  CzonKeyword source("k", 0, 0);
+  for (int n = 0; n < 3; ++n) {
+    section.AddKeyword(new CzonKeyword("k", 0, 0));
+    section.AddSection(new CzonSection("S", 0, 0));
+    section.KeywordByNum(1)->AddParam(new CzonInt("1"));
+  }
+  const auto numbers = [&] {
+    std::vector<const CzonNode*> nodes;
+    for (unsigned n = 1; n <= section.GetNoNodes(); ++n) nodes.push_back(section.NodeByNum(n));
+    return NumbersOf(nodes);
+  };
+  section.KeywordByNum(2)->Copy(&source);
+  section.SectionByNum(1)->Copy(&other);
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 0, 2, 3, 3}));
+  section.AddKeyword(new CzonKeyword("l", 0, 0));  // another queue
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 0, 2, 3, 3, 1}));
+  section.AddKeyword(new CzonKeyword("k", 0, 0));
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 2, 2, 3, 3, 1, 4}));
+  EXPECT_EQ(zoneDeleteSectionByNum(&section, 3), 0);
+  EXPECT_EQ(numbers(), (host::Codes{1, 1, 2, 2, 3, 1, 4}));
+  CzonKeyword* keyword = section.KeywordByNum(1);
+  const auto value = [&](unsigned n) { return keyword->NodeByNum(n); };
+  const CzonInt two("2");
+  value(1)->Copy(&two);
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3)}), (host::Codes{0, 2, 3}));
+  keyword->AddParam(new CzonInt("4"));
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3), value(4)}), (host::Codes{1, 2, 3, 4}));
+  value(2)->Copy(&two);
+  EXPECT_EQ(zoneDeleteParameterByNum(keyword, 4), 0);
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3)}), (host::Codes{1, 2, 3}));
+}
+
+// Files a, b and a again; then a is erased twice.
+TEST(NameList, FindsTheFirstEntryOfANodeFiledTwice) {
+  for (const bool isCopiedOver : {false, true}) {
+    CzonKeyword a("k", 0, 0), b("k", 0, 0), source("k", 0, 0);
+    CzonNameList<CzonKeyword> list;
+    for (CzonKeyword* node : {&a, &b}) list.AddToIndex(node);
+    if (isCopiedOver) a.Copy(&source);
+    list.AddToIndex(&a);
+    EXPECT_EQ(NumbersOf({&a, &b}), (host::Codes{3, 2}));
+    EXPECT_EQ(list.EraseFromHashtable(&a), 0);
+    EXPECT_EQ(NumbersOf({&a, &b}), (host::Codes{2, 1}));
+    EXPECT_EQ(list.ByNameNum("k", 1), &b);
+    EXPECT_EQ(list.EraseFromHashtable(&a), 0);
+    EXPECT_EQ(list.EraseFromHashtable(&a), 1006);
+    EXPECT_EQ(list.CountOf(b), 1U);
+  }
+}
+
 TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
   CzonTargetList root;
   root.SetZonFilename("a.zon");

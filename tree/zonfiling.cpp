@@ -81,10 +81,17 @@ void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
 // `by` is 1 after a child has come to the place `from`, -1 after it has gone.
 void CzonNamedNode::ChildrenMoved(std::uint32_t from, const CzonNode& child, int by) {
   if (auto* section = dynamic_cast<CzonSection*>(this)) section->DefinitionsMoved(from, child, by);
-  if (dynamic_cast<CzonKeyword*>(this) == nullptr) return;
-  for (std::uint32_t at = from; at < Children().Size(); ++at) {
-    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
-  }
+  if (auto* keyword = dynamic_cast<CzonKeyword*>(this)) keyword->NumberValues(from);
+}
+
+// A Copy has reset the number of the child. The next change of its queue, or of the values of the
+// keyword, numbers it again.
+void CzonNamedNode::LoseNumber(CzonNode& child) {
+  WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.LoseNumber(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.LoseNumber(keyword); },
+      [this] { Set(kLostNumbers); });
 }
 
 void CzonNamedNode::Rename(std::string_view name) {

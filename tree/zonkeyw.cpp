@@ -48,7 +48,15 @@ int CzonKeyword::GetSyntaxClass() const {
 void CzonKeyword::AddParam(CzonParam* param) {
   if (param == nullptr) return;
   AddNode(param);
-  static_cast<CzonNode*>(param)->instance_ = static_cast<std::int32_t>(Children().Size());
+  NumberValues(Children().Size() - 1);
+}
+
+void CzonKeyword::NumberValues(std::uint32_t from) {
+  if (Has(kLostNumbers)) from = 0;
+  Set(kLostNumbers, false);
+  for (std::uint32_t at = from; at < Children().Size(); ++at) {
+    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  }
 }
 
 CzonKeyword::MakeFunction CzonKeyword::make_ = nullptr;

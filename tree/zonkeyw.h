@@ -45,6 +45,7 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   friend class CzonNamedNode;
 
   void MakeValues(std::string_view text);
+  void NumberValues(std::uint32_t from);  // behind a change at the place `from`
 
   static MakeFunction make_;
 };

@@ -1,6 +1,7 @@
 #include "tree/zonnamli.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -35,7 +36,24 @@ void MoveQueue(NameIndex::Queue* to, const NameIndex::Queue* from) {
   std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof *to);
 }
 
+std::atomic<std::uint32_t> losses{0};  // of numbers outside any tree
+constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
+
 }  // namespace
+
+void NameIndex::LoseOutside() {
+  losses.fetch_add(1, std::memory_order_relaxed);
+}
+
+bool NameIndex::IsNumbered(const Queue& queue) {
+  return queue.hasLostNumbers == 0 &&
+         queue.lossesSeen == (losses.load(std::memory_order_relaxed) & kLossesMask);
+}
+
+void NameIndex::NoteNumbered(Queue& queue) {
+  queue.hasLostNumbers = 0;
+  queue.lossesSeen = losses.load(std::memory_order_relaxed) & kLossesMask;
+}
 
 NameIndex::Queue* NameIndex::Find(std::string_view name) const {
   return Find(name, HashNoCase(name));
@@ -153,8 +171,10 @@ void CzonNameList<T>::Swap(CzonNameList& other) {
 template <class T>
 int CzonNameList<T>::AddToIndex(T* node) {
   if (node == nullptr) return 0;
-  const zon::NameIndex::Queue* queue = index_.Append(*node, store_);
-  static_cast<CzonNode*>(node)->instance_ = static_cast<std::int32_t>(queue->nodes.Size());
+  zon::NameIndex::Queue& queue = *index_.Append(*node, store_);
+  const std::uint32_t place = queue.nodes.Size() - 1;
+  NoteRepeat(queue, *node, place);
+  Renumber(queue, place);
   return 1;
 }
 
@@ -167,6 +187,7 @@ int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
     return 0;
   }
   const std::uint32_t place = PlaceInQueue(*queue, *node, std::max(pos, 1U) - 1);
+  NoteRepeat(*queue, *node, queue->nodes.Size());
   queue->nodes.Insert(place, node, store_);
   Renumber(*queue, place);
   return 0;
@@ -201,8 +222,7 @@ template <class T>
 int CzonNameList<T>::EraseFromHashtable(T* node) {
   zon::NameIndex::Queue* queue = node != nullptr ? index_.Find(*node) : nullptr;
   if (queue == nullptr) return zon::kErrNode;
-  const auto guess = static_cast<std::uint32_t>(static_cast<CzonNode*>(node)->instance_ - 1);
-  const std::uint32_t place = queue->nodes.Find(node, guess);
+  const std::uint32_t place = Find(*queue, *node);
   if (place == queue->nodes.Size()) return zon::kErrNode;
   queue->nodes.Erase(place);
   Renumber(*queue, place);
@@ -210,8 +230,37 @@ int CzonNameList<T>::EraseFromHashtable(T* node) {
   return 0;
 }
 
+// The place of the node in the queue, the first one if it is filed twice; the length of the queue if
+// it is not there.
 template <class T>
-void CzonNameList<T>::Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from) {
+std::uint32_t CzonNameList<T>::Find(const zon::NameIndex::Queue& queue, const CzonNode& node) {
+  return queue.nodes.Find(&node,
+                          queue.hasRepeats ? 0 : static_cast<std::uint32_t>(node.instance_ - 1));
+}
+
+// Notes whether a node that is being filed is among the first `count` of the queue already. The
+// number of the node shows it without a search.
+template <class T>
+void CzonNameList<T>::NoteRepeat(zon::NameIndex::Queue& queue, const CzonNode& node,
+                                 std::uint32_t count) {
+  const auto place = static_cast<std::uint32_t>(node.instance_ - 1);
+  const bool repeats = zon::NameIndex::IsNumbered(queue)
+                           ? place < count && queue.nodes[place] == &node
+                           : queue.nodes.Find(&node, 0) < count;
+  if (repeats) queue.hasRepeats = 1;
+}
+
+template <class T>
+void CzonNameList<T>::LoseNumber(const T* node) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
+  if (queue != nullptr) queue->hasLostNumbers = 1;
+}
+
+// Numbers the queue behind a change at the place `from`.
+template <class T>
+void CzonNameList<T>::Renumber(zon::NameIndex::Queue& queue, std::uint32_t from) {
+  if (!zon::NameIndex::IsNumbered(queue)) from = 0;
+  zon::NameIndex::NoteNumbered(queue);
   for (std::uint32_t at = from; at < queue.nodes.Size(); ++at) {
     queue.nodes[at]->instance_ = static_cast<std::int32_t>(at + 1);
   }

@@ -23,6 +23,9 @@ class NameIndex {
   // The nodes of one name. A queue of one has no block.
   struct Queue {
     std::uint32_t hash;
+    std::uint32_t hasRepeats : 1;  // set when a node is filed twice; its number is its last place
+    std::uint32_t hasLostNumbers : 1;  // set by LoseNumber, cleared when the queue is numbered
+    std::uint32_t lossesSeen : 30;     // the count of LoseOutside when the queue was numbered
     NodeList nodes;
   };
 
@@ -42,6 +45,13 @@ class NameIndex {
 
   void Release(Store* store);
   void Swap(NameIndex& other);
+
+  // A Copy resets the number of its target to 0; the next change of a queue restores the numbers of
+  // the queue. Numbers are correct, and appending is cheap, unless one was lost. Of a node without
+  // an owner the queue is unknown: all queues then count as changed.
+  static void LoseOutside();
+  static bool IsNumbered(const Queue& queue);
+  static void NoteNumbered(Queue& queue);
 
  private:
   static constexpr std::uint32_t kFirst = 4;    // queues that the first table holds
@@ -91,11 +101,14 @@ class ZON_API CzonNameList {
   void Insert(T* node, unsigned int pos);     // the same at a place
   int Remove(T* node);                        // from both
   unsigned int PlaceOf(const T* node) const;  // from 1; 0 when it is not in the list
+  void LoseNumber(const T* node);             // a Copy has reset the number of the node
   void Forget();                              // empties both
   void Swap(CzonNameList& other);             // of the same store
 
  private:
-  void Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from);
+  static void NoteRepeat(zon::NameIndex::Queue& queue, const CzonNode& node, std::uint32_t count);
+  static void Renumber(zon::NameIndex::Queue& queue, std::uint32_t from);
+  static std::uint32_t Find(const zon::NameIndex::Queue& queue, const CzonNode& node);
   std::uint32_t PlaceInQueue(const zon::NameIndex::Queue& queue, const CzonNamedNode& node,
                              std::uint32_t at) const;
 

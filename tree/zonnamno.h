@@ -101,6 +101,7 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
+  void LoseNumber(CzonNode& child);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;

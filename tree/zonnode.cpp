@@ -184,6 +184,11 @@ CzonParam* CzonNode::FindDefault(CzonNode*, const std::string&, unsigned int) co
 void CzonNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
   SetRemark(source->GetRemark(), GetStore());
+  if (owner_ != nullptr) {
+    GetOwner()->LoseNumber(*this);
+  } else if (instance_ != 0 && Has(kNamed)) {
+    zon::NameIndex::LoseOutside();
+  }
   instance_ = 0;
 }
 

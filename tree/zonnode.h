@@ -189,6 +189,7 @@ class ZON_API CzonNode : public CzonBase {
     kHasInt = 32,
     kExploresItself = 64,  // Explore begins with the node, then its children
     kDeferred = 128,       // the children stand as text, to be made when they are asked for
+    kLostNumbers = 256,    // of keywords: a Copy has reset the number of a value
   };
 
   // Asks for a bit, and sets or clears it.
