@@ -6,10 +6,10 @@
 
 namespace {
 
-using host::File, host::Load, host::Show;
+using host::As, host::File, host::Load, host::Show;
 
 CzonTargetList& RootOf(void* file) {
-  return host::As<CzonTargetList>(zonGetRoot(file));
+  return As<CzonTargetList>(zonGetRoot(file));
 }
 
 // A number of a host.
@@ -317,6 +317,36 @@ TEST(Copy, IsDeepAndFiledAndStandsAlone) {
   }
   EXPECT_TRUE(loaded.GetHandle() && !root.GetHandle());
   EXPECT_EQ(loaded.GetResultRoot() + fresh.GetResultRoot(), "resultsresults");
+}
+
+TEST(Copy, TakesASourceAboveOrBelowTheTarget) {
+  const char* const text = "[A] k = 1 [B] l = 2 [C] m = 3, 'x' EndSect EndSect EndSect";
+  const std::string a = "A{k(int 1) B{l(int 2) C{m(int 3, string x)}}}";
+  // A target, its source, the tree afterwards; paths below the root.
+  const std::tuple<const char*, const char*, std::string> rows[] = {
+      {"A/B", "A", "{A{k(int 1) " + a + "}}"},
+      {"A/B/C", "A", "{A{k(int 1) B{l(int 2) " + a + "}}}"},
+      {"A", "A/B", "{B{l(int 2) C{m(int 3, string x)}}}"},
+      {"A", "A/B/C", "{C{m(int 3, string x)}}"}};
+  for (const bool isLoaded : {true, false}) {
+    for (const auto& [target, source, expected] : rows) {
+      const File loaded(Load(text)), built(zonCreate());
+      RootOf(built).Copy(&RootOf(loaded));
+      void* file = isLoaded ? loaded : built;
+      auto& node = As<CzonNode>(zonFindSectionByHandle(file, target));
+      CzonNode* owner = node.GetOwner();
+      node.Copy(&As<CzonNode>(zonFindSectionByHandle(file, source)));
+      EXPECT_EQ(host::ShowTree(file), expected) << target << " " << source;
+      EXPECT_EQ(node.GetOwner(), owner);
+    }
+  }
+  // Outside a file.
+  CzonTargetList list;
+  list.AddSection(new CzonSection("S", 0, 0));
+  list.SectionByNum(1)->AddSection(new CzonSection("T", 0, 0));
+  list.Copy(list.SectionByNum(1));
+  EXPECT_EQ(Show(&list), "S{T{}}");
+  EXPECT_EQ(list.SectionByName("t"), list.NodeByNum(1));
 }
 
 int living = 0;

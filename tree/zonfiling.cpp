@@ -131,7 +131,10 @@ void CzonNamedNode::Rename(std::string_view name) {
 }
 
 void CzonNamedNode::SwapContent(CzonNamedNode& other) {
-  Children().Swap(other.Children());
+  children_.Swap(other.children_);
+  const bool isDeferred = Has(kDeferred);
+  Set(kDeferred, other.Has(kDeferred));
+  other.Set(kDeferred, isDeferred);
   std::swap(flags_, other.flags_);
   std::swap(nameGlb_, other.nameGlb_);
   CzonNode::SwapRemark(other);
@@ -139,7 +142,9 @@ void CzonNamedNode::SwapContent(CzonNamedNode& other) {
   auto* otherList = dynamic_cast<CzonTargetList*>(&other);
   if (list != nullptr && otherList != nullptr) list->SwapLists(*otherList);
   for (CzonNamedNode* owner : {this, &other}) {
-    for (CzonNode* child : owner->Children()) child->owner_ = owner;
+    if (!owner->Has(kDeferred)) {
+      for (CzonNode* child : owner->children_) child->owner_ = owner;
+    }
     if (Has(kDeep) || other.Has(kDeep)) owner->MarkDeep();
   }
 }

@@ -16,6 +16,10 @@ CzonNode* CzonKeyword::CreateObj() {
   return new CzonKeyword;
 }
 
+std::unique_ptr<CzonNamedNode> CzonKeyword::NewAside() const {
+  return NewInStore<CzonKeyword>();
+}
+
 unsigned int CzonKeyword::GetNoParams() const {
   return Children().Size();
 }

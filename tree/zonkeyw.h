@@ -3,6 +3,7 @@
 #define ZON_TREE_ZONKEYW_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -40,6 +41,9 @@ class ZON_API CzonKeyword : public CzonNamedNode {
 
   /** Writes the values, separated by ", ", and the end of the line. */
   std::ostream& WriteParms(std::ostream& out) const;
+
+ protected:
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
 
  private:
   friend class CzonNamedNode;

@@ -243,8 +243,29 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
   const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
   ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
-  CopyOwn(*Src);
-  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, Src}};
+  // The source may be above or below this node, so the copy is made aside. The old content, which
+  // may hold the source, is deleted last.
+  const std::unique_ptr<CzonNamedNode> aside = CopyAside(*Src);
+  SetName(Src->GetNameView());
+  SwapContent(*aside);
+  ResetNumber();
+  aside->Clear();
+}
+
+std::unique_ptr<CzonNamedNode> CzonNamedNode::CopyAside(const CzonNamedNode& source) const {
+  std::unique_ptr<CzonNamedNode> aside = NewAside();
+  aside->CopyContent(source);
+  return aside;
+}
+
+std::unique_ptr<CzonNamedNode> CzonNamedNode::NewAside() const {
+  return NewInStore<CzonNamedNode>();
+}
+
+// Fills an empty node with copies of everything but the name, without recursion.
+void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
+  CopyOwn(source);
+  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, &source}};
   while (!open.empty()) {
     const auto [to, from] = open.back();
     open.pop_back();
@@ -255,8 +276,10 @@ void CzonNamedNode::Copy(const CzonNode* source) {
                       "typeid(*NewCopy) == typeid(*Src)");
       if (child->Has(kNamed)) {
         auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
-        named->CopyOwn(static_cast<const CzonNamedNode&>(*child));
-        open.emplace_back(named, static_cast<const CzonNamedNode*>(child));
+        const auto& original = static_cast<const CzonNamedNode&>(*child);
+        named->SetName(original.GetNameView());
+        named->CopyOwn(original);
+        open.emplace_back(named, &original);
       } else {
         NewCopy->Copy(child);
       }
@@ -265,11 +288,9 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   }
 }
 
-// Everything of a node but its children.
+// Everything of a node but its name and its children.
 void CzonNamedNode::CopyOwn(const CzonNamedNode& source) {
-  Clear();
-  CzonNode::Copy(&source);
-  SetName(source.GetNameView());
+  SetRemark(source.GetRemark(), nullptr);
   flags_ = source.flags_;
   if (auto* list = dynamic_cast<CzonTargetList*>(this)) {
     if (const auto* from = dynamic_cast<const CzonTargetList*>(&source)) list->CopyFacts(*from);

@@ -80,6 +80,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   void Unfile(CzonNode* child);
   void Replace(CzonNode* child, CzonNode* by);
   void Rename(std::string_view name);
+  // A copy of everything of `source` but the name, in a node for SwapContent with this one.
+  std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& source) const;
   // Everything but name and place; both lie in one store, or in none.
   void SwapContent(CzonNamedNode& other);
 
@@ -90,6 +92,15 @@ class ZON_API CzonNamedNode : public CzonNode {
 
  protected:
   zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
+
+  // An empty node that can exchange its content with this one.
+  virtual std::unique_ptr<CzonNamedNode> NewAside() const;
+  template <class T>
+  std::unique_ptr<T> NewInStore() const {
+    auto node = std::make_unique<T>();
+    if (store_ != nullptr) node->EnterStore(*store_);
+    return node;
+  }
 
   // All children in their order: written, deleted.
   void WriteChildren(std::ostream& out) const;
@@ -102,6 +113,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
   void LoseNumber(CzonNode& child);
+  void CopyContent(const CzonNamedNode& source);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;

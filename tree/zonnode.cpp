@@ -184,6 +184,10 @@ CzonParam* CzonNode::FindDefault(CzonNode*, const std::string&, unsigned int) co
 void CzonNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
   SetRemark(source->GetRemark(), GetStore());
+  ResetNumber();
+}
+
+void CzonNode::ResetNumber() {
   if (owner_ != nullptr) {
     GetOwner()->LoseNumber(*this);
   } else if (instance_ != 0 && Has(kNamed)) {

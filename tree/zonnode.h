@@ -132,8 +132,10 @@ class ZON_API CzonNode : public CzonBase {
    *  there is none. The value stays in its default definition. */
   virtual CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const;
 
-  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends). It
-   *  keeps its place; its instance number becomes 0. Null or the node itself changes nothing. */
+  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends), as it
+   *  was at the call: the source may be above or below this node. The node keeps its place and is
+   *  filed under its new name. Its instance number becomes 0 until nodes of its name are next added
+   *  or removed. Null or the node itself changes nothing. */
   virtual void Copy(const CzonNode* source);
 
   /** Depth: 0 for a node without owner, 1 for a top-level section. */
@@ -202,6 +204,7 @@ class ZON_API CzonNode : public CzonBase {
   bool WantsDestructor() const { return (bits_ & (kInStore | kDeep)) != kInStore; }
   void MarkDeep();
   void SwapRemark(CzonNode& other);
+  void ResetNumber();  // to 0, as a Copy does; the owner takes note
 
  private:
   friend class CzonNamedNode;

@@ -32,6 +32,13 @@ CzonNode* CzonTargetList::CreateObj() {
   return new CzonTargetList;
 }
 
+// The handle stays with the node that has it.
+std::unique_ptr<CzonNamedNode> CzonTargetList::NewAside() const {
+  auto aside = NewInStore<CzonTargetList>();
+  if (GetHandle() != nullptr) aside->SetHandle(GetHandle());
+  return aside;
+}
+
 unsigned int CzonTargetList::GetNoSections() const {
   return sections_.Count();
 }
@@ -151,6 +158,10 @@ CzonSection::~CzonSection() {
 
 CzonNode* CzonSection::CreateObj() {
   return new CzonSection;
+}
+
+std::unique_ptr<CzonNamedNode> CzonSection::NewAside() const {
+  return NewInStore<CzonSection>();
 }
 
 unsigned int CzonSection::GetNoKeywords() const {

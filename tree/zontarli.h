@@ -50,6 +50,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
 
  protected:
   CzonTargetList(const std::string& name, int multi, int mandat);  // of a section
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
 
  private:
   friend class CzonNamedNode;
@@ -99,6 +100,9 @@ class ZON_API CzonSection : public CzonTargetList {
 
   // The first child that is a default definition of that name, null for none.
   const CzonNamedNode* FirstIndexedDefinition(std::string_view name) const;
+
+ protected:
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
 
  private:
   friend class CzonNamedNode;
