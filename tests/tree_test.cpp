@@ -349,6 +349,60 @@ TEST(Copy, TakesASourceAboveOrBelowTheTarget) {
   EXPECT_EQ(list.SectionByName("t"), list.NodeByNum(1));
 }
 
+// Of each name the numbers that its nodes report, in the order of the index: "a:12 b:1 ".
+std::string Numbers(const CzonSection& section, std::initializer_list<const char*> names) {
+  std::string numbers;
+  for (const char* name : names) {
+    numbers += name + std::string(":");
+    for (unsigned n = 1; const CzonNode* node = section.KeywordByNameNum(name, n); ++n) {
+      numbers += std::to_string(node->GetInstanceNo());
+    }
+    for (unsigned n = 1; const CzonNode* node = section.SectionByNameNum(name, n); ++n) {
+      numbers += std::to_string(node->GetInstanceNo());
+    }
+    numbers += ' ';
+  }
+  return numbers;
+}
+
+TEST(Copy, FilesANodeUnderItsNewName) {
+  const char* const texts[] = {"[S] a = 1 a = 2 b = 3 a = 4 b = 5 EndSect",
+                               "[S] [a] EndSect [a] EndSect [b] EndSect [a] EndSect [b] EndSect "
+                               "EndSect"};
+  for (const char* text : texts) {
+    const File file(Load(text));
+    CzonSection& section = *RootOf(file).SectionByNum(1);
+    CzonNode *second = section.NodeByNum(2), *fourth = section.NodeByNum(4);
+    // Its own number is reset. Those of the nodes of both names are renewed.
+    second->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "b"}), "a:12 b:023 ");
+    fourth->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "B"}), "a:1 B:1204 ");
+    section.NodeByNum(1)->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "B"}), "a: B:02345 ");
+    EXPECT_EQ(second->GetNoInstances(), 5U);
+    for (unsigned n = 5; n > 0; --n) EXPECT_EQ(zoneDeleteNode(section.NodeByNum(n)), 0);
+    EXPECT_EQ(Numbers(section, {"a", "b"}), "a: b: ");
+  }
+}
+
+TEST(Copy, RenewsWhatIsKnownOfDefinitions) {
+  const File file(Load("[S] default (d) = 1 default (e) = 2 d = 0 EndSect"));
+  CzonSection& section = *RootOf(file).SectionByNum(1);
+  CzonKeyword& keyword = *section.KeywordByNum(1);
+  keyword.AddParam(new CzonDefaultPar);
+  static_cast<CzonKeyword*>(section.NodeByNum(2))->AddParam(new CzonInt("3"));
+  static_cast<CzonKeyword*>(section.NodeByNum(1))->AddParam(new CzonInt("4"));
+  EXPECT_EQ(keyword.ParamByNum(2)->GetText(), "4");
+  section.NodeByNum(1)->Copy(section.NodeByNum(2));
+  EXPECT_EQ(keyword.ParamByNum(2), keyword.NodeByNum(2));  // no definition is left
+  CzonDefaultDef definition("D", 0, 0);
+  definition.AddParam(new CzonInt("5"));
+  definition.AddParam(new CzonInt("6"));
+  section.NodeByNum(2)->Copy(&definition);
+  EXPECT_EQ(keyword.ParamByNum(2)->GetText(), "6");
+}
+
 int living = 0;
 template <class T>
 struct Counted : T {

@@ -104,8 +104,9 @@ void CzonNamedNode::Rename(std::string_view name) {
     nameHash_ = zon::HashNoCase(name_.View());
   };
   const auto refile = [&](auto& list, auto* node) {
-    list.EraseFromHashtable(node);
+    const int code = list.EraseFromHashtable(node);
     swapNames();
+    if (code != 0) return;  // a node that was added to the children alone
     try {
       list.InsertIntoHashtable(node, list.PlaceOf(node));
     } catch (...) {

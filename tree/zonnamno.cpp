@@ -246,7 +246,7 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   // The source may be above or below this node, so the copy is made aside. The old content, which
   // may hold the source, is deleted last.
   const std::unique_ptr<CzonNamedNode> aside = CopyAside(*Src);
-  SetName(Src->GetNameView());
+  Rename(Src->GetNameView());
   SwapContent(*aside);
   ResetNumber();
   aside->Clear();
