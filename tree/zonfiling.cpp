@@ -57,6 +57,14 @@ void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
   ChildrenMoved(place, *child, 1);
 }
 
+bool CzonNamedNode::IsFiled(CzonNode& child) {
+  return WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { return owner.sections_.Holds(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { return owner.keywords_.Holds(keyword); },
+      [] { return true; });
+}
+
 void CzonNamedNode::Unfile(CzonNode* child) {
   const std::uint32_t place = PlaceOf(child);
   WithList(

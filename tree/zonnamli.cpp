@@ -267,6 +267,12 @@ void CzonNameList<T>::Renumber(zon::NameIndex::Queue& queue, std::uint32_t from)
 }
 
 template <class T>
+bool CzonNameList<T>::Holds(const T* node) const {
+  const zon::NameIndex::Queue* queue = index_.Find(*node);
+  return queue != nullptr && Find(*queue, *node) < queue->nodes.Size();
+}
+
+template <class T>
 T* CzonNameList<T>::ByNum(unsigned int n) const {
   return n - 1 < ordered_.Size() ? static_cast<T*>(ordered_[n - 1]) : nullptr;
 }

@@ -91,6 +91,7 @@ class ZON_API CzonNameList {
   int EraseFromHashtable(T* node);
 
   unsigned int Count() const { return ordered_.Size(); }      ///< of all nodes
+  bool Holds(const T* node) const;                            ///< whether the index does
   T* ByNum(unsigned int n) const;                             ///< null for a number out of range
   T* ByNameNum(std::string_view name, unsigned int n) const;  ///< null for a miss
   unsigned int CountOf(const CzonNamedNode& namesake) const;  ///< of the nodes of its name

@@ -78,6 +78,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   // which lives on; a value in the place of another; another name. All or nothing.
   void FileAt(CzonNode* child, std::uint32_t place);
   void Unfile(CzonNode* child);
+  bool IsFiled(CzonNode& child);  // false if it belongs into an index, which does not hold it
   void Replace(CzonNode* child, CzonNode* by);
   void Rename(std::string_view name);
   // A copy of everything of `source` but the name, in a node for SwapContent with this one.
