@@ -442,6 +442,53 @@ __attribute__((noinline, no_sanitize("undefined"))) void AskNullForItsFile() {
   node->CzonNode::GetZonFilename();
 }
 
+// Nodes of a host, whose operations the library calls where it says that it does.
+struct HostKeyword : CzonKeyword {
+  HostKeyword(const std::string& stored, std::string name)
+      : CzonKeyword(stored, 0, 0), shown(std::move(name)) {}
+  const std::string& GetName() const override { return shown; }
+  std::string shown;
+};
+
+TEST(HostClasses, AreFiledByTheirGetName) {
+  CzonSection section("S", 0, 0);
+  auto* keyword = new HostKeyword("stored", "Shown");
+  for (auto* node : {new CzonKeyword("shown", 0, 0), static_cast<CzonKeyword*>(keyword)}) {
+    section.AddKeyword(node);
+  }
+  EXPECT_EQ(section.KeywordByNameNum("SHOWN", 2), keyword);
+  EXPECT_EQ(section.KeywordByName("stored"), nullptr);
+  EXPECT_EQ(keyword->GetNoInstances(), 2U);
+  EXPECT_EQ(zoneDeleteKeywordByNum(&section, 1), 0);
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(keyword->GetInstanceNo(), 1);
+  // A name that changes afterwards: the node is known by the name that it was filed under.
+  keyword->shown = "other";
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(section.KeywordByName("other"), nullptr);
+  EXPECT_EQ(zoneDeleteNode(keyword), 1006);
+  EXPECT_EQ(zoneRenameKeyword(keyword, "new"), 1006);
+  zonGetErrorGlb();
+  keyword->shown = "shown";
+  EXPECT_EQ(zoneRenameKeyword(keyword, "new"), 0);  // which it does not show
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(keyword->GetInstanceNo(), 1);
+  EXPECT_EQ(zoneDeleteNode(keyword), 0);
+  EXPECT_EQ(section.KeywordByName("shown"), nullptr);
+  // Definitions.
+  auto* definition = new CzonDefaultDef("d", 0, 0);
+  definition->AddParam(new CzonInt("7"));
+  section.AddDefaultDef(definition);
+  CzonTargetList root;
+  auto* below = new CzonSection("B", 0, 0);
+  root.AddSection(below);
+  below->Copy(&section);
+  keyword = new HostKeyword("k", "D");
+  keyword->AddParam(new CzonDefaultPar);
+  below->AddKeyword(keyword);
+  EXPECT_EQ(keyword->ParamByNum(1)->GetText(), "7");
+}
+
 TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
   const CzonParam value;
   CzonKeyword keyword, target;

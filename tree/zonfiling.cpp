@@ -1,7 +1,7 @@
 // Filing nodes at a place and taking them out again: child list, ordered list, name index and
 // numbers together. Every operation does the whole of its work or, for want of memory, nothing.
 // Tested by tests/edit_test.cpp.
-#include <algorithm>
+#include <string>
 #include <utility>
 
 #include "tree/zonkeyw.h"
@@ -102,6 +102,14 @@ void CzonNamedNode::LoseNumber(CzonNode& child) {
       [this] { Set(kLostNumbers); });
 }
 
+void CzonNamedNode::RestoreNumbers(CzonNode& child) {
+  WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.RestoreNumbers(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.RestoreNumbers(keyword); },
+      [] {});
+}
+
 void CzonNamedNode::Rename(std::string_view name) {
   // A text of its own, whatever the node lies in: it is given back with the next renaming.
   zon::Text fresh;
@@ -112,18 +120,22 @@ void CzonNamedNode::Rename(std::string_view name) {
     nameHash_ = zon::HashNoCase(name_.View());
   };
   const auto refile = [&](auto& list, auto* node) {
-    const int code = list.EraseFromHashtable(node);
+    if (!list.Holds(node)) return swapNames();  // it was added to the children alone
+    const std::string formerName(node->GetKey().name);
+    const int formerNumber = static_cast<CzonNode*>(node)->instance_;
     swapNames();
-    if (code != 0) return;  // a node that was added to the children alone
+    if (zon::EqualNoCase(zon::FiledName(formerName), zon::FiledName(node->GetKey().name))) return;
     try {
       list.InsertIntoHashtable(node, list.PlaceOf(node));
     } catch (...) {
-      // What has just been taken out finds its room again.
       swapNames();
-      list.InsertIntoHashtable(node, list.PlaceOf(node));
       fresh.Release();
       throw;
     }
+    // The former queue is found while the node has its former name: it may be the first there.
+    swapNames();
+    list.EraseNumber(node, formerNumber);
+    swapNames();
   };
   if (owner == nullptr || zon::EqualNoCase(GetNameView(), name)) {
     swapNames();  // the indexes know it by its name in lower case

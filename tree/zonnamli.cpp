@@ -14,13 +14,14 @@
 namespace zon {
 namespace {
 
-const CzonNamedNode& FirstOf(const NameIndex::Queue& queue) {
-  return *static_cast<const CzonNamedNode*>(queue.nodes[0]);
+std::string_view NameOf(const NameIndex::Queue& queue) {
+  return queue.name != nullptr ? std::string_view(*queue.name)
+                               : static_cast<const CzonNamedNode*>(queue.nodes[0])->GetNameView();
 }
 
 bool IsNamed(const NameIndex::Queue& queue, std::string_view name, std::uint32_t hash) {
   return queue.hash == hash && queue.nodes.Size() != 0 &&
-         EqualNoCase(FiledName(FirstOf(queue).GetNameView()), FiledName(name));
+         EqualNoCase(FiledName(NameOf(queue)), FiledName(name));
 }
 
 // The block of a table: 8 << power bytes for `room` queues of up to 32 bytes.
@@ -60,7 +61,8 @@ NameIndex::Queue* NameIndex::Find(std::string_view name) const {
 }
 
 NameIndex::Queue* NameIndex::Find(const CzonNamedNode& node) const {
-  return Find(node.GetNameView(), node.GetNameHash());
+  const NameKey key = node.GetKey();
+  return Find(key.name, key.hash);
 }
 
 NameIndex::Queue* NameIndex::Find(std::string_view name, std::uint32_t hash) const {
@@ -102,20 +104,29 @@ void NameIndex::Grow(Store* store) {
 }
 
 NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, Store* store) {
-  Queue* queue = Find(node);
-  if (queue == nullptr) {
+  const NameKey key = node.GetKey();
+  Queue* queue = Find(key.name, key.hash);
+  if (queue != nullptr) {
+    KeepName(*queue, key);
+  } else {
     // Half of a hashed table stays free, so that a search soon ends.
     if (used_ == room_ || (IsHashed() && used_ >= room_ / 2)) Grow(store);
-    queue = FreePlace(node.GetNameHash());
-    queue->hash = node.GetNameHash();
+    queue = FreePlace(key.hash);
+    KeepName(*queue, key);
+    queue->hash = key.hash;
     ++used_;
   }
   queue->nodes.Append(&node, store);  // the first one of a queue cannot fail
   return queue;
 }
 
+void NameIndex::KeepName(Queue& queue, const NameKey& key) {
+  if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
+}
+
 void NameIndex::Drop(Queue* queue, Store* store) {
   queue->nodes.Release(store);
+  delete queue->name;
   --used_;
   if (!IsHashed()) {
     if (queue != queues_ + used_) MoveQueue(queue, queues_ + used_);
@@ -136,7 +147,10 @@ void NameIndex::Drop(Queue* queue, Store* store) {
 
 void NameIndex::Release(Store* store) {
   if (queues_ == nullptr) return;
-  for (std::uint32_t at = 0; at < room_; ++at) queues_[at].nodes.Release(store);
+  for (Queue* queue = queues_; queue != queues_ + room_; ++queue) {
+    queue->nodes.Release(store);
+    delete queue->name;
+  }
   GiveBlock(store, queues_, TablePower(room_));
   queues_ = nullptr;
   used_ = 0;
@@ -169,6 +183,11 @@ void CzonNameList<T>::Swap(CzonNameList& other) {
 }
 
 template <class T>
+int CzonNameList<T>::NumberOf(const CzonNode& node) {
+  return node.instance_;
+}
+
+template <class T>
 int CzonNameList<T>::AddToIndex(T* node) {
   if (node == nullptr) return 0;
   zon::NameIndex::Queue& queue = *index_.Append(*node, store_);
@@ -186,6 +205,7 @@ int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
     AddToIndex(node);
     return 0;
   }
+  zon::NameIndex::KeepName(*queue, node->GetKey());
   const std::uint32_t place = PlaceInQueue(*queue, *node, std::max(pos, 1U) - 1);
   NoteRepeat(*queue, *node, queue->nodes.Size());
   queue->nodes.Insert(place, node, store_);
@@ -202,7 +222,7 @@ std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
   std::uint32_t before = behind;
   const auto numberOf = [&](std::uint32_t index) {
     const auto* other = static_cast<const CzonNamedNode*>(ordered_[index]);
-    if (other->GetNameHash() != node.GetNameHash() || other == &node) return queue.nodes.Size();
+    if (other->GetKey().hash != queue.hash || other == &node) return queue.nodes.Size();
     // A node that has been copied over has lost its number; Find looks further.
     const auto guess =
         static_cast<std::uint32_t>(static_cast<const CzonNode*>(other)->instance_ - 1);
@@ -220,9 +240,14 @@ std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
 
 template <class T>
 int CzonNameList<T>::EraseFromHashtable(T* node) {
-  zon::NameIndex::Queue* queue = node != nullptr ? index_.Find(*node) : nullptr;
+  return node != nullptr ? EraseNumber(node, NumberOf(*node)) : zon::kErrNode;
+}
+
+template <class T>
+int CzonNameList<T>::EraseNumber(T* node, int number) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
   if (queue == nullptr) return zon::kErrNode;
-  const std::uint32_t place = Find(*queue, *node);
+  const std::uint32_t place = Find(*queue, *node, number);
   if (place == queue->nodes.Size()) return zon::kErrNode;
   queue->nodes.Erase(place);
   Renumber(*queue, place);
@@ -233,9 +258,9 @@ int CzonNameList<T>::EraseFromHashtable(T* node) {
 // The place of the node in the queue, the first one if it is filed twice; the length of the queue if
 // it is not there.
 template <class T>
-std::uint32_t CzonNameList<T>::Find(const zon::NameIndex::Queue& queue, const CzonNode& node) {
-  return queue.nodes.Find(&node,
-                          queue.hasRepeats ? 0 : static_cast<std::uint32_t>(node.instance_ - 1));
+std::uint32_t CzonNameList<T>::Find(const zon::NameIndex::Queue& queue, const CzonNode& node,
+                                    int number) {
+  return queue.nodes.Find(&node, queue.hasRepeats ? 0 : static_cast<std::uint32_t>(number - 1));
 }
 
 // Notes whether a node that is being filed is among the first `count` of the queue already. The
@@ -256,6 +281,12 @@ void CzonNameList<T>::LoseNumber(const T* node) {
   if (queue != nullptr) queue->hasLostNumbers = 1;
 }
 
+template <class T>
+void CzonNameList<T>::RestoreNumbers(const T* node) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
+  if (queue != nullptr) Renumber(*queue, 0);
+}
+
 // Numbers the queue behind a change at the place `from`.
 template <class T>
 void CzonNameList<T>::Renumber(zon::NameIndex::Queue& queue, std::uint32_t from) {
@@ -269,7 +300,7 @@ void CzonNameList<T>::Renumber(zon::NameIndex::Queue& queue, std::uint32_t from)
 template <class T>
 bool CzonNameList<T>::Holds(const T* node) const {
   const zon::NameIndex::Queue* queue = index_.Find(*node);
-  return queue != nullptr && Find(*queue, *node) < queue->nodes.Size();
+  return queue != nullptr && Find(*queue, *node, NumberOf(*node)) < queue->nodes.Size();
 }
 
 template <class T>

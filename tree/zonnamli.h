@@ -7,6 +7,7 @@
 #define ZON_TREE_ZONNAMLI_H
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/zonexport.h"
@@ -16,6 +17,13 @@
 class CzonNamedNode;
 
 namespace zon {
+
+// The name by which a node is filed, and its hash.
+struct NameKey {
+  std::string_view name;
+  std::uint32_t hash;
+  bool isStored;  // false for what a host's GetName returns; it may return something else later
+};
 
 // Names and their queues; knows nothing of instance numbers.
 class NameIndex {
@@ -27,6 +35,7 @@ class NameIndex {
     std::uint32_t hasLostNumbers : 1;  // set by LoseNumber, cleared when the queue is numbered
     std::uint32_t lossesSeen : 30;     // the count of LoseOutside when the queue was numbered
     NodeList nodes;
+    std::string* name;  // owned; null while every node of the queue was filed by its stored name
   };
 
   NameIndex() = default;
@@ -39,6 +48,9 @@ class NameIndex {
   // Files the node at the end of its queue, which is given back. Throws std::bad_alloc, the index
   // unchanged.
   Queue* Append(CzonNamedNode& node, Store* store);
+
+  // Call before a node is put into a queue. Throws std::bad_alloc, the queue unchanged.
+  static void KeepName(Queue& queue, const NameKey& key);
 
   // Takes an empty queue out.
   void Drop(Queue* queue, Store* store);
@@ -103,13 +115,16 @@ class ZON_API CzonNameList {
   int Remove(T* node);                        // from both
   unsigned int PlaceOf(const T* node) const;  // from 1; 0 when it is not in the list
   void LoseNumber(const T* node);             // a Copy has reset the number of the node
+  void RestoreNumbers(const T* node);         // of its queue
+  int EraseNumber(T* node, int number);       // from the index; it had the number when filed
   void Forget();                              // empties both
   void Swap(CzonNameList& other);             // of the same store
 
  private:
+  static int NumberOf(const CzonNode& node);
   static void NoteRepeat(zon::NameIndex::Queue& queue, const CzonNode& node, std::uint32_t count);
   static void Renumber(zon::NameIndex::Queue& queue, std::uint32_t from);
-  static std::uint32_t Find(const zon::NameIndex::Queue& queue, const CzonNode& node);
+  static std::uint32_t Find(const zon::NameIndex::Queue& queue, const CzonNode& node, int number);
   std::uint32_t PlaceInQueue(const zon::NameIndex::Queue& queue, const CzonNamedNode& node,
                              std::uint32_t at) const;
 

@@ -34,6 +34,24 @@ const std::string& CzonNamedNode::GetName() const {
   return name_.AsString(store_);
 }
 
+bool CzonNamedNode::IsOfLibrary() const {
+  if (Has(kInStore)) return true;
+  const std::type_info& type = typeid(*this);
+  return type == typeid(CzonKeyword) || type == typeid(CzonSection) ||
+         type == typeid(CzonTargetList) || type == typeid(CzonDefaultDef) ||
+         type == typeid(CzonNamedNode);
+}
+
+// A host's class may answer GetName as it likes.
+zon::NameKey CzonNamedNode::FindKey() const {
+  const std::string& name = GetName();
+  const std::string_view stored = GetNameView();
+  if (name.size() == stored.size() && (name.empty() || name.data() == stored.data())) {
+    return {stored, nameHash_, true};
+  }
+  return {name, zon::HashNoCase(name), false};
+}
+
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
   name_.Assign(name, store_);
@@ -234,7 +252,7 @@ const CzonNamedNode* CzonNamedNode::FirstDefinition(std::string_view name) const
   for (const CzonNode* child : Children()) {
     if (!child->IsDefaultDef()) continue;
     const auto* definition = static_cast<const CzonNamedNode*>(child);
-    if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
+    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
   }
   return nullptr;
 }

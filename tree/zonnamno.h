@@ -15,6 +15,7 @@
 #include "base/zonchars.h"
 #include "base/zonexport.h"
 #include "tree/zonlist.h"
+#include "tree/zonnamli.h"
 #include "tree/zonnode.h"
 #include "tree/zontext.h"
 
@@ -60,7 +61,11 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   // For the library's own use.
   std::string_view GetNameView() const { return name_.View(); }
-  std::uint32_t GetNameHash() const { return nameHash_; }
+  zon::NameKey GetKey() const {
+    return Has(kInStore) ? zon::NameKey{name_.View(), nameHash_, true} : FindKey();
+  }
+  // Whether the class is one of the library's own, so that none of its operations is overridden.
+  bool IsOfLibrary() const;
   void SetName(std::string_view name);
   void SetStoredName(std::string_view name);  // characters that lie in the node's store
   void EnterStore(zon::Store& store) {
@@ -81,6 +86,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   bool IsFiled(CzonNode& child);  // false if it belongs into an index, which does not hold it
   void Replace(CzonNode* child, CzonNode* by);
   void Rename(std::string_view name);
+  // Numbers the namesakes of the child, one of which a Copy has reset.
+  void RestoreNumbers(CzonNode& child);
   // A copy of everything of `source` but the name, in a node for SwapContent with this one.
   std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& source) const;
   // Everything but name and place; both lie in one store, or in none.
@@ -111,6 +118,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   friend class CzonNode;
   friend class CzonKeyword;
 
+  zon::NameKey FindKey() const;
   void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
   void LoseNumber(CzonNode& child);

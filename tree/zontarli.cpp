@@ -236,7 +236,7 @@ const CzonNamedNode* CzonSection::FirstIndexedDefinition(std::string_view name) 
   // The index files "" under " "; here they are two names.
   for (const CzonNode* node : queue->nodes) {
     const auto* definition = static_cast<const CzonNamedNode*>(node);
-    if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
+    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
   }
   return nullptr;
 }
