@@ -1,6 +1,7 @@
 // zonCopy and zonInsert: copies of sections and keywords at a place of their own. Tested by
 // tests/edit_test.cpp.
 #include <memory>
+#include <typeinfo>
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
@@ -23,8 +24,14 @@ void LeaveChildren(const CzonNamedNode& node) {
   for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
 }
 
-// All or nothing: what may fail comes first.
+// All or nothing: what may fail comes first. A host's class has its own Copy.
 void CopyOnto(const CzonNamedNode& source, CzonNamedNode& target) {
+  if (!target.IsOfLibrary() && typeid(source) == typeid(target)) {
+    LeaveChildren(target);
+    target.Copy(&source);
+    if (target.GetOwner() != nullptr) target.GetOwner()->RestoreNumbers(target);
+    return;
+  }
   const std::unique_ptr<CzonNamedNode> copy = target.CopyAside(source);
   target.Rename(source.GetNameView());
   LeaveChildren(target);

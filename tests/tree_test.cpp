@@ -473,6 +473,9 @@ TEST(HostClasses, AreFiledByTheirGetName) {
   EXPECT_EQ(zoneRenameKeyword(keyword, "new"), 0);  // which it does not show
   EXPECT_EQ(section.KeywordByName("shown"), keyword);
   EXPECT_EQ(keyword->GetInstanceNo(), 1);
+  keyword->shown = "global";
+  EXPECT_EQ(keyword->GetNameGlb(), "global");  // of the level below a root
+  keyword->shown = "shown";
   EXPECT_EQ(zoneDeleteNode(keyword), 0);
   EXPECT_EQ(section.KeywordByName("shown"), nullptr);
   // Definitions.
@@ -487,6 +490,91 @@ TEST(HostClasses, AreFiledByTheirGetName) {
   keyword->AddParam(new CzonDefaultPar);
   below->AddKeyword(keyword);
   EXPECT_EQ(keyword->ParamByNum(1)->GetText(), "7");
+}
+
+std::string calls;  // of the operations below
+
+struct HostSection : CzonSection {
+  HostSection() = default;
+  explicit HostSection(const std::string& name) : CzonSection(name, 0, 0) {}
+  ~HostSection() override {
+    calls += "gone with " + std::to_string(GetNoNodes());
+    for (unsigned n = 1; n <= GetNoSections(); ++n) {
+      CzonSection* section = SectionByNum(n);
+      EXPECT_EQ(SectionByName(section->GetName().c_str()), section);
+      EXPECT_EQ(section->GetOwner(), this);
+      calls += " " + section->GetName() + std::to_string(section->GetNoNodes());
+    }
+    calls += ";";
+  }
+  CzonNode* CreateObj() override { return new HostSection; }
+  const std::string& GetNameGlb() const override { return global; }
+  void Explore(void (*)(CzonNode*)) override { calls += "explored " + GetName() + ";"; }
+  CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned n) const override {
+    calls += "default " + name + " of " + start->GetName() + ";";
+    return CzonSection::FindDefault(start, name, n);
+  }
+  void Copy(const CzonNode* source) override {
+    CzonSection::Copy(source);
+    calls += "copied " + GetName() + ";";
+  }
+  std::string global = "Global";
+};
+
+// A list with the section A, in it a section of a host H, in that the section B with the keyword k.
+struct WithHostSection : CzonTargetList {
+  WithHostSection() {
+    AddSection(new CzonSection("A", 0, 0));
+    SectionByNum(1)->AddSection(host = new HostSection("H"));
+    host->AddSection(below = new CzonSection("B", 0, 0));
+    below->AddKeyword(new CzonKeyword("k", 0, 0));
+    calls.clear();
+  }
+  HostSection* host;
+  CzonSection* below;
+};
+
+TEST(HostClasses, HaveTheirOperationsCalled) {
+  calls.clear();
+  {
+    WithHostSection list;
+    EXPECT_EQ(list.below->KeywordByNum(1)->GetNameGlb(), "Global.B.k");
+    list.Explore([](CzonNode* node) { calls += node->GetName() + ";"; });
+    EXPECT_EQ(calls, "A;explored H;");
+    calls.clear();
+    list.below->KeywordByNum(1)->AddParam(new CzonDefaultPar);
+    list.below->KeywordByNum(1)->ParamByNum(1);
+    EXPECT_EQ(calls, "default k of B;");
+    calls.clear();
+    CzonTargetList copy;
+    copy.Copy(&list);
+    EXPECT_EQ(calls, "copied H;");
+    EXPECT_EQ(Show(&copy), "{A{H{B{k(default)}}}}");
+    calls.clear();
+  }
+  EXPECT_EQ(calls, "gone with 1 B1;gone with 1 B1;");
+}
+
+TEST(HostClasses, AreCopiedByTheirCopy) {
+  WithHostSection list;
+  HostSection source("X");
+  auto* second = new HostSection("X");
+  list.SectionByNum(1)->AddSection(second);
+  EXPECT_EQ(zonCopy(&source, list.host), 1);
+  EXPECT_EQ(calls, "copied X;");
+  EXPECT_EQ(NumbersOf({list.host, second}), (host::Codes{1, 2}));
+  EXPECT_EQ(Show(&list), "{A{X{} X<2>{}}}");
+}
+
+struct HostRoot : CzonTargetList {
+  const std::string& GetZonFilename() const override { return name; }
+  std::string name = "host.zon";
+};
+
+TEST(HostClasses, NameTheirFile) {
+  HostRoot root;
+  root.AddSection(new CzonSection("A", 0, 0));
+  EXPECT_EQ(root.NodeByNum(1)->GetZonFilename(), "host.zon");
 }
 
 TEST(TreeDeath, BrokenInvariantsEndTheProcess) {

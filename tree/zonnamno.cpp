@@ -62,28 +62,32 @@ void CzonNamedNode::SetStoredName(std::string_view name) {
   name_.SetStored(name);
 }
 
-// A name is made of the owner's, and stays as it was first made. So an owner that has not been
-// asked yet is asked first, from the top down and without recursion.
+// A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
+// have not been asked yet are asked first, from the top down and without recursion.
 const std::string& CzonNamedNode::GetNameGlb() const {
   if (nameGlb_ != nullptr) return *nameGlb_;
   std::vector<const CzonNamedNode*> unasked;
-  for (const CzonNamedNode* node = this; node->nameGlb_ == nullptr; node = node->GetOwner()) {
+  const std::string* prefix = nullptr;
+  for (const CzonNamedNode *node = this, *owner; prefix == nullptr; node = owner) {
     unasked.push_back(node);
-    if (node->GetOwner() == nullptr || node->GetOwner()->GetOwner() == nullptr) break;
+    owner = node->GetOwner();
+    if (owner == nullptr || owner->GetOwner() == nullptr) break;
+    prefix = owner->IsOfLibrary() ? owner->nameGlb_ : &owner->GetNameGlb();
   }
   for (; !unasked.empty(); unasked.pop_back()) {
     const CzonNamedNode* node = unasked.back();
-    const CzonNamedNode* owner = node->GetOwner();
     std::string name;
-    if (owner != nullptr) {
-      const std::string_view prefix =
-          owner->GetOwner() != nullptr ? std::string_view(*owner->nameGlb_) : std::string_view();
-      name.reserve(prefix.size() + 1 + node->GetNameView().size());
-      if (owner->GetOwner() != nullptr) name.append(prefix).append(1, '.');
-      name.append(node->GetNameView());
+    if (node->GetOwner() != nullptr) {
+      const std::string_view own = node->GetKey().name;
+      if (prefix != nullptr) {
+        name.reserve(prefix->size() + 1 + own.size());
+        name.append(*prefix).append(1, '.');
+      }
+      name.append(own);
     }
     node->nameGlb_ = node->store_ != nullptr ? node->store_->Keep(std::move(name))
                                              : new std::string(std::move(name));
+    prefix = node->nameGlb_;
   }
   return *nameGlb_;
 }
@@ -138,8 +142,8 @@ void CzonNamedNode::Clear() {
   flags_ = 0;
 }
 
-// Takes the subtree down from a list of nodes that still wait, linked by their owner fields, which
-// nobody needs any more: no recursion, and no memory that could be missing.
+// Frees the subtree iteratively. Pending nodes are linked through owner_, so neither stack nor heap
+// is needed.
 void CzonNamedNode::FreeChildren() {
   if (!Has(kDeep)) return;  // nothing below but store memory
   CzonNode* waiting = nullptr;
@@ -156,8 +160,9 @@ void CzonNamedNode::FreeChildren() {
     CzonNode* node = waiting;
     waiting = node->owner_;
     node->owner_ = nullptr;
-    if (node->Has(kNamed)) {
-      auto* named = static_cast<CzonNamedNode*>(node);
+    // The destructor of a host's class may use the children, which it then frees itself.
+    auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
+    if (named != nullptr && named->IsOfLibrary()) {
       enlist(*named);
       named->children_.Release(named->store_);
     }
@@ -179,7 +184,7 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
     CzonNode* inner = nullptr;
     while (inner == nullptr && position.next < children.Size()) {
       CzonNode* child = children[position.next++];
-      if (child->Has(kExploresItself)) {
+      if (child->Has(kExploresItself) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         inner = child;
       } else if (child->Has(kInStore)) {
         visit(child);  // a value of ours, which is visited, no more
@@ -218,30 +223,29 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   return found;
 }
 
-// Goes outward from section to section; never at the level of the root.
+// Goes outward from section to section; never at the level of the root. Owners of a host's class are
+// asked by their own operation.
 CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
                                       unsigned int n) const {
   const CzonNamedNode* node = this;
   const CzonNode* from = start;
-  if (node->IsKeyword()) {
-    from = node;
-    node = node->GetOwner();
-    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
-  }
-  for (;;) {
+  for (bool isOutward = node->IsKeyword() != 0;; isOutward = true) {
+    if (isOutward) {
+      from = node;
+      node = node->GetOwner();
+      if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
+      if (!node->IsOfLibrary()) return node->FindDefault(const_cast<CzonNode*>(from), name, n);
+    }
     const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->Children().Size();
     const bool Ok = place < node->Children().Size();
     ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
-    // Kept: of several definitions the first one of the section decides, even if it has no such
-    // value.
+    // Compatibility: of several definitions the first one of the section decides, even if it has no
+    // such value.
     const CzonNamedNode* definition = node->FirstDefinition(name);
     if (definition != nullptr && node->PlaceOf(definition) <= place) {
       CzonParam* value = definition->ParamByNum(n);
       if (value != nullptr && !value->IsDefaultPar()) return value;
     }
-    from = node;
-    node = node->GetOwner();
-    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
   }
 }
 
@@ -292,7 +296,7 @@ void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
       const CzonNode& made = *NewCopy;
       ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
                       "typeid(*NewCopy) == typeid(*Src)");
-      if (child->Has(kNamed)) {
+      if (child->Has(kNamed) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
         const auto& original = static_cast<const CzonNamedNode&>(*child);
         named->SetName(original.GetNameView());

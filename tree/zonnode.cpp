@@ -66,7 +66,7 @@ const std::string& CzonNode::GetZonFilename() const {
   pOwner = pOwner->GetTopNode();
   const auto* root = dynamic_cast<const CzonTargetList*>(pOwner);
   ZON_ASSERT_TEXT(root != nullptr, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
-  return root->GetOwnFilename();
+  return root->GetZonFilename();
 }
 
 int CzonNode::IsSection() const {
