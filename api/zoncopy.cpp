@@ -1,7 +1,7 @@
 // zonCopy and zonInsert: copies of sections and keywords at a place of their own. Tested by
 // tests/edit_test.cpp.
 #include <memory>
-#include <string_view>
+#include <typeinfo>
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
@@ -24,22 +24,18 @@ void LeaveChildren(const CzonNamedNode& node) {
   for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
 }
 
-// The copy is made aside, in memory of the same kind, and then changes places with what the target
-// held.
-template <class T>
-void CopyOnto(const CzonNode& source, CzonNamedNode& target) {
-  const std::string_view name = static_cast<const CzonNamedNode&>(source).GetNameView();
-  T copy;
-  if (zon::Store* store = target.GetStore()) {
-    copy.EnterStore(*store);
-    // Texts of its own, given back with it or with the target: no store fills up with copies.
-    copy.Rename(name);
-    copy.SetRemark(source.GetRemark(), nullptr);
+// All or nothing: what may fail comes first. A host's class has its own Copy.
+void CopyOnto(const CzonNamedNode& source, CzonNamedNode& target) {
+  if (!target.IsOfLibrary() && typeid(source) == typeid(target)) {
+    LeaveChildren(target);
+    target.Copy(&source);
+    if (target.GetOwner() != nullptr) target.GetOwner()->RestoreNumbers(target);
+    return;
   }
-  copy.Copy(&source);
-  target.Rename(name);
+  const std::unique_ptr<CzonNamedNode> copy = target.CopyAside(source);
+  target.Rename(source.GetNameView());
   LeaveChildren(target);
-  target.SwapContent(copy);
+  target.SwapContent(*copy);
 }
 
 CzonNode* NewCopy(CzonNode& source) {
@@ -64,14 +60,7 @@ int zonCopy(void* source, void* target) {
         return 0;
       }
       if (&from == &to) return 1;
-      auto& named = static_cast<CzonNamedNode&>(to);
-      if (to.GetSyntaxClass() == kZonSection) {
-        CopyOnto<CzonSection>(from, named);
-      } else if (to.IsDefaultDef()) {
-        CopyOnto<CzonDefaultDef>(from, named);
-      } else {
-        CopyOnto<CzonKeyword>(from, named);
-      }
+      CopyOnto(static_cast<const CzonNamedNode&>(from), static_cast<CzonNamedNode&>(to));
       return 1;
     });
   });

@@ -17,6 +17,8 @@ namespace {
 
 const char* TextOfRefusal(int code) {
   switch (code) {
+    case zon::kErrNode:
+      return "Invalid zonNode";
     case zon::kErrTargetList:
       return "Invalid zonNode (CzonTargetList)";
     case zon::kErrSection:
@@ -196,10 +198,12 @@ int zoneDeleteNode(void* node) {
 }
 
 int zoneRenameSection(void* section, const char* name) {
-  return Edit(section, [&](CzonNode& node) { zon::NeedSection(node).Rename(TextOf(name)); });
+  return Edit(section,
+              [&](CzonNode& node) { zon::RenameNode(zon::NeedSection(node), TextOf(name)); });
 }
 int zoneRenameKeyword(void* keyword, const char* name) {
-  return Edit(keyword, [&](CzonNode& node) { zon::NeedKeyword(node).Rename(TextOf(name)); });
+  return Edit(keyword,
+              [&](CzonNode& node) { zon::RenameNode(zon::NeedKeyword(node), TextOf(name)); });
 }
 
 int zoneModifyParameterInt(void* keyword, unsigned int n, int value) {

@@ -20,6 +20,12 @@ std::uint32_t PlaceFor(const CzonNamedNode& parent, const CzonNode* sibling, uns
   return sibling != nullptr ? parent.PlaceOf(sibling) : parent.GetNoNodes();
 }
 
+// What the index of its owner does not hold stays: to take it out would leave the lists apart.
+void NeedFiled(CzonNode& node) {
+  CzonNamedNode* owner = node.GetOwner();
+  if (owner != nullptr && !owner->IsFiled(node)) throw Refusal{kErrNode};
+}
+
 }  // namespace
 
 CzonTargetList& NeedList(CzonNode& node) {
@@ -62,9 +68,15 @@ void DeleteNode(CzonNode& node) {
   if (owner == nullptr) {
     throw Refusal{node.IsParam() ? kErrParameter : node.IsKeyword() ? kErrNamedNode : kErrSection};
   }
+  NeedFiled(node);
   LeaveNode(node);
   owner->Unfile(&node);
   CzonNode::Free(&node);
+}
+
+void RenameNode(CzonNamedNode& node, std::string_view name) {
+  NeedFiled(node);
+  node.Rename(name);
 }
 
 void ReplaceParam(CzonNode& old, CzonParam* by) {

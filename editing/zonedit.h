@@ -16,8 +16,8 @@
 
 namespace zon {
 
-// Why an edit is refused: one of the codes kErrTargetList, kErrSection, kErrNamedNode (of keywords)
-// and kErrParameter.
+// Why an edit is refused: one of the codes kErrTargetList, kErrSection, kErrNamedNode (of
+// keywords), kErrParameter, and kErrNode of a node that the index of its owner does not hold.
 struct Refusal {
   ErrorCode code;
 };
@@ -36,6 +36,9 @@ void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position);
 
 // Takes the node out of its tree and deletes it.
 void DeleteNode(CzonNode& node);
+
+// Gives a section or keyword another name.
+void RenameNode(CzonNamedNode& node, std::string_view name);
 
 // Puts the new value in the place of an old one, which is deleted.
 void ReplaceParam(CzonNode& old, CzonParam* by);

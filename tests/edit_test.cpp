@@ -121,6 +121,31 @@ TEST(Editing, RefusalsTellTheirKind) {
   }
 }
 
+TEST(Editing, ANodeOutsideTheIndexStays) {
+  const host::File file(host::Load("[A] k = 1 [B] EndSect EndSect"));
+  auto& section = host::As<CzonSection>(zonTargetByNum(file, 1));
+  section.AddNode(new CzonKeyword("k", 0, 0));
+  section.AddNode(new CzonSection("C", 0, 0));
+  const std::string before = host::ShowTree(file);
+  void* keyword = zonNodeByNum(&section, 3);
+  void* below = zonNodeByNum(&section, 4);
+  const std::pair<const char*, std::function<int()>> rows[] = {
+      {"delete keyword", [&] { return zoneDeleteNode(keyword); }},
+      {"delete section", [&] { return zoneDeleteNode(below); }},
+      {"rename keyword", [&] { return zoneRenameKeyword(keyword, "x"); }},
+      {"rename section", [&] { return zoneRenameSection(below, "x"); }}};
+  for (const auto& [edit, call] : rows) {
+    host::Heard();
+    EXPECT_EQ(call(), 1006) << edit;
+    EXPECT_EQ(host::Heard(), "1006 Invalid zonNode") << edit;
+  }
+  EXPECT_EQ(host::ShowTree(file), before);
+  EXPECT_EQ(zonKeywordByNameNum(&section, "k", 1), zonNodeByNum(&section, 1));
+  // Its content may still be replaced; it gets a name, and no place in the index.
+  EXPECT_EQ(zonCopy(zonNodeByNum(&section, 2), below), 1);
+  EXPECT_EQ(zonSectionByNameNum(&section, "B", 2), nullptr);
+}
+
 TEST(Editing, CopiesLeaveNothingBehind) {
   const host::File file(
       host::Load("[A()] {remark} x = 1 [S()] y = 'z' EndSect EndSect [B] q = 2 EndSect"));
@@ -176,6 +201,19 @@ TEST(Editing, CopiesLeaveNothingBehind) {
   EXPECT_EQ(zonCopy(zonTargetByNum(file, 2), target), 1);
   EXPECT_STREQ(zonGetNameGlb(zonKeywordByNum(target, 1)), "B.q");
   EXPECT_EQ(zonGetLevel(target), 1);
+}
+
+TEST(Editing, ADefinitionAddedAsAKeywordIsADefinition) {
+  CzonSection section("S", 0, 0);
+  section.AddKeyword(new CzonDefaultDef("k", 0, 0));
+  section.AddKeyword(new CzonKeyword("k", 0, 0));
+  CzonNode* definition = section.NodeByNum(1);
+  EXPECT_EQ(definition->GetInstanceNo(), 0);
+  EXPECT_EQ(section.GetNoKeywords(), 1U);
+  EXPECT_EQ(section.KeywordByName("k"), section.NodeByNum(2));
+  EXPECT_EQ(zoneDeleteNode(definition), 0);
+  EXPECT_EQ(section.KeywordByNameNum("k", 2), nullptr);
+  EXPECT_EQ(host::Show(&section), "S{k()}");
 }
 
 TEST(Editing, Scales) {

@@ -6,11 +6,18 @@
 
 namespace {
 
-using host::File, host::Load, host::Show;
+using host::As, host::File, host::Load, host::Show;
 
 CzonTargetList& RootOf(void* file) {
-  return host::As<CzonTargetList>(zonGetRoot(file));
+  return As<CzonTargetList>(zonGetRoot(file));
 }
+
+// A number of a host.
+struct HostNumber : CzonNumeric {
+  using CzonNumeric::CzonNumeric;
+  CzonNode* CreateObj() override { return new HostNumber; }
+};
+static_assert(std::is_abstract_v<CzonNode> && std::is_abstract_v<CzonNumeric>);
 
 // Of each node the class, a letter for each kind that it is, a mark if it makes nodes of another.
 template <class... Nodes>
@@ -43,7 +50,7 @@ TEST(Nodes, AnswerAsTheirClass) {
   EXPECT_EQ(
       Kinds(new CzonNamedNode, new CzonTargetList, new CzonSection("S", 1, 1),
             new CzonKeyword("k", 1, 1), new CzonDefaultDef("d", 1, 1), new CzonParam("x"),
-            new CzonClob("Integer:1"), new CzonNumeric("1"), new CzonInt("7"), new CzonIntDef,
+            new CzonClob("Integer:1"), new HostNumber("1"), new CzonInt("7"), new CzonIntDef,
             new CzonIntRef(&number), new CzonIntRef(nullptr), new CzonReal("2"), new CzonFloat("2"),
             new CzonFloatDef("1e39"), new CzonDouble("1e39"), new CzonDoubleDef("1e39"),
             new CzonDoubleRef(&real), new CzonFloatRef(&single), new CzonFloatRef(nullptr),
@@ -51,7 +58,7 @@ TEST(Nodes, AnswerAsTheirClass) {
             new CzonString("x"), new CzonStringRef, new CzonFilename("x"), new CzonDateTime("x"),
             new CzonDefaultPar, new CzonSubstit("x"), new CzonUnknown("x"),
             new CzonUndefinedPar("x")),
-      " 0 1s 2s 3k 4kD 5p 5pc 5pnfd! 6pnfd 6pni 6pni 6pn 7pnfd 7pnfd 7pnfd 7pnd 7pnd 7pnd 7pnf 7pn "
+      " 0 1s 2s 3k 4kD 5p 5pc 5pnfd 6pnfd 6pni 6pni 6pn 7pnfd 7pnfd 7pnfd 7pnd 7pnd 7pnd 7pnf 7pn "
       "7pn 8pb 8pb 9pt 9pt! 10pF 10p 11pP 12p 14p 15pu");
 }
 
@@ -127,6 +134,87 @@ TEST(NameList, FilesAtAnyPlace) {
   EXPECT_EQ(list.EraseFromHashtable(&absent), 1006);
   EXPECT_EQ(list.ByNameNum("k", 1), &held);
   EXPECT_EQ(list.Remove(&absent) + list.InsertIntoHashtable(nullptr, 1), 1007);
+}
+
+std::vector<int> NumbersOf(const std::vector<const CzonNode*>& nodes) {
+  std::vector<int> numbers;
+  for (const CzonNode* node : nodes) numbers.push_back(node->GetInstanceNo());
+  return numbers;
+}
+
+// A Copy resets a number; each change of the queue or of the values restores it.
+TEST(NameList, NumbersItsQueueAfterEachChange) {
+  const std::pair<const char*, std::function<void(CzonNameList<CzonKeyword>&, CzonKeyword*)>>
+      rows[] = {{"append", [](auto& list, auto* last) { list.AddToIndex(last); }},
+                {"insert", [](auto& list, auto* last) { list.InsertIntoHashtable(last, 4); }},
+                {"erase", [](auto& list, auto* last) {
+                   list.AddToIndex(last);
+                   list.ByNameNum("k", 1)->Copy(last);
+                   list.ByNameNum("k", 4)->Copy(last);
+                   list.EraseFromHashtable(last);
+                 }}};
+  for (const auto& [change, make] : rows) {
+    CzonKeyword a("k", 0, 0), b("k", 0, 0), c("k", 0, 0), last("k", 0, 0), source("k", 0, 0);
+    CzonNameList<CzonKeyword> list;
+    for (CzonKeyword* node : {&a, &b, &c}) list.Append(node);
+    b.Copy(&source);
+    EXPECT_EQ(NumbersOf({&a, &b, &c}), (host::Codes{1, 0, 3}));
+    make(list, &last);
+    EXPECT_EQ(NumbersOf({&a, &b, &c}), (host::Codes{1, 2, 3})) << change;
+    EXPECT_EQ(list.ByNameNum("k", 2), &b);
+  }
+}
+
+TEST(Nodes, AreNumberedAgainAfterACopy) {
+  CzonSection section("S", 0, 0), other("S", 0, 0);
+  CzonKeyword source("k", 0, 0);
+  for (int n = 0; n < 3; ++n) {
+    section.AddKeyword(new CzonKeyword("k", 0, 0));
+    section.AddSection(new CzonSection("S", 0, 0));
+    section.KeywordByNum(1)->AddParam(new CzonInt("1"));
+  }
+  const auto numbers = [&] {
+    std::vector<const CzonNode*> nodes;
+    for (unsigned n = 1; n <= section.GetNoNodes(); ++n) nodes.push_back(section.NodeByNum(n));
+    return NumbersOf(nodes);
+  };
+  section.KeywordByNum(2)->Copy(&source);
+  section.SectionByNum(1)->Copy(&other);
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 0, 2, 3, 3}));
+  section.AddKeyword(new CzonKeyword("l", 0, 0));  // another queue
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 0, 2, 3, 3, 1}));
+  section.AddKeyword(new CzonKeyword("k", 0, 0));
+  EXPECT_EQ(numbers(), (host::Codes{1, 0, 2, 2, 3, 3, 1, 4}));
+  EXPECT_EQ(zoneDeleteSectionByNum(&section, 3), 0);
+  EXPECT_EQ(numbers(), (host::Codes{1, 1, 2, 2, 3, 1, 4}));
+  CzonKeyword* keyword = section.KeywordByNum(1);
+  const auto value = [&](unsigned n) { return keyword->NodeByNum(n); };
+  const CzonInt two("2");
+  value(1)->Copy(&two);
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3)}), (host::Codes{0, 2, 3}));
+  keyword->AddParam(new CzonInt("4"));
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3), value(4)}), (host::Codes{1, 2, 3, 4}));
+  value(2)->Copy(&two);
+  EXPECT_EQ(zoneDeleteParameterByNum(keyword, 4), 0);
+  EXPECT_EQ(NumbersOf({value(1), value(2), value(3)}), (host::Codes{1, 2, 3}));
+}
+
+// Files a, b and a again; then a is erased twice.
+TEST(NameList, FindsTheFirstEntryOfANodeFiledTwice) {
+  for (const bool isCopiedOver : {false, true}) {
+    CzonKeyword a("k", 0, 0), b("k", 0, 0), source("k", 0, 0);
+    CzonNameList<CzonKeyword> list;
+    for (CzonKeyword* node : {&a, &b}) list.AddToIndex(node);
+    if (isCopiedOver) a.Copy(&source);
+    list.AddToIndex(&a);
+    EXPECT_EQ(NumbersOf({&a, &b}), (host::Codes{3, 2}));
+    EXPECT_EQ(list.EraseFromHashtable(&a), 0);
+    EXPECT_EQ(NumbersOf({&a, &b}), (host::Codes{2, 1}));
+    EXPECT_EQ(list.ByNameNum("k", 1), &b);
+    EXPECT_EQ(list.EraseFromHashtable(&a), 0);
+    EXPECT_EQ(list.EraseFromHashtable(&a), 1006);
+    EXPECT_EQ(list.CountOf(b), 1U);
+  }
 }
 
 TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
@@ -231,6 +319,90 @@ TEST(Copy, IsDeepAndFiledAndStandsAlone) {
   EXPECT_EQ(loaded.GetResultRoot() + fresh.GetResultRoot(), "resultsresults");
 }
 
+TEST(Copy, TakesASourceAboveOrBelowTheTarget) {
+  const char* const text = "[A] k = 1 [B] l = 2 [C] m = 3, 'x' EndSect EndSect EndSect";
+  const std::string a = "A{k(int 1) B{l(int 2) C{m(int 3, string x)}}}";
+  // A target, its source, the tree afterwards; paths below the root.
+  const std::tuple<const char*, const char*, std::string> rows[] = {
+      {"A/B", "A", "{A{k(int 1) " + a + "}}"},
+      {"A/B/C", "A", "{A{k(int 1) B{l(int 2) " + a + "}}}"},
+      {"A", "A/B", "{B{l(int 2) C{m(int 3, string x)}}}"},
+      {"A", "A/B/C", "{C{m(int 3, string x)}}"}};
+  for (const bool isLoaded : {true, false}) {
+    for (const auto& [target, source, expected] : rows) {
+      const File loaded(Load(text)), built(zonCreate());
+      RootOf(built).Copy(&RootOf(loaded));
+      void* file = isLoaded ? loaded : built;
+      auto& node = As<CzonNode>(zonFindSectionByHandle(file, target));
+      CzonNode* owner = node.GetOwner();
+      node.Copy(&As<CzonNode>(zonFindSectionByHandle(file, source)));
+      EXPECT_EQ(host::ShowTree(file), expected) << target << " " << source;
+      EXPECT_EQ(node.GetOwner(), owner);
+    }
+  }
+  // Outside a file.
+  CzonTargetList list;
+  list.AddSection(new CzonSection("S", 0, 0));
+  list.SectionByNum(1)->AddSection(new CzonSection("T", 0, 0));
+  list.Copy(list.SectionByNum(1));
+  EXPECT_EQ(Show(&list), "S{T{}}");
+  EXPECT_EQ(list.SectionByName("t"), list.NodeByNum(1));
+}
+
+// Of each name the numbers that its nodes report, in the order of the index: "a:12 b:1 ".
+std::string Numbers(const CzonSection& section, std::initializer_list<const char*> names) {
+  std::string numbers;
+  for (const char* name : names) {
+    numbers += name + std::string(":");
+    for (unsigned n = 1; const CzonNode* node = section.KeywordByNameNum(name, n); ++n) {
+      numbers += std::to_string(node->GetInstanceNo());
+    }
+    for (unsigned n = 1; const CzonNode* node = section.SectionByNameNum(name, n); ++n) {
+      numbers += std::to_string(node->GetInstanceNo());
+    }
+    numbers += ' ';
+  }
+  return numbers;
+}
+
+TEST(Copy, FilesANodeUnderItsNewName) {
+  const char* const texts[] = {"[S] a = 1 a = 2 b = 3 a = 4 b = 5 EndSect",
+                               "[S] [a] EndSect [a] EndSect [b] EndSect [a] EndSect [b] EndSect "
+                               "EndSect"};
+  for (const char* text : texts) {
+    const File file(Load(text));
+    CzonSection& section = *RootOf(file).SectionByNum(1);
+    CzonNode *second = section.NodeByNum(2), *fourth = section.NodeByNum(4);
+    // Its own number is reset. Those of the nodes of both names are renewed.
+    second->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "b"}), "a:12 b:023 ");
+    fourth->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "B"}), "a:1 B:1204 ");
+    section.NodeByNum(1)->Copy(section.NodeByNum(3));
+    EXPECT_EQ(Numbers(section, {"a", "B"}), "a: B:02345 ");
+    EXPECT_EQ(second->GetNoInstances(), 5U);
+    for (unsigned n = 5; n > 0; --n) EXPECT_EQ(zoneDeleteNode(section.NodeByNum(n)), 0);
+    EXPECT_EQ(Numbers(section, {"a", "b"}), "a: b: ");
+  }
+}
+
+TEST(Copy, RenewsWhatIsKnownOfDefinitions) {
+  const File file(Load("[S] default (d) = 1 default (e) = 2 d = 0 EndSect"));
+  CzonSection& section = *RootOf(file).SectionByNum(1);
+  CzonKeyword& keyword = *section.KeywordByNum(1);
+  keyword.AddParam(new CzonDefaultPar);
+  static_cast<CzonKeyword*>(section.NodeByNum(2))->AddParam(new CzonInt("3"));
+  static_cast<CzonKeyword*>(section.NodeByNum(1))->AddParam(new CzonInt("4"));
+  EXPECT_EQ(keyword.ParamByNum(2)->GetText(), "4");
+  section.NodeByNum(1)->Copy(section.NodeByNum(2));
+  EXPECT_EQ(keyword.ParamByNum(2), keyword.NodeByNum(2));  // no definition is left
+  CzonDefaultDef definition("D", 0, 0);
+  definition.AddParam(new CzonInt("5"));
+  definition.AddParam(new CzonInt("6"));
+  section.NodeByNum(2)->Copy(&definition);
+  EXPECT_EQ(keyword.ParamByNum(2)->GetText(), "6");
+}
+
 int living = 0;
 template <class T>
 struct Counted : T {
@@ -263,6 +435,148 @@ TEST(Destruction, TakesEveryNodeAlong) {
   EXPECT_EQ(living, 0);
 }
 
+// Neither the compiler nor a sanitizer sees that there is no node.
+__attribute__((noinline, no_sanitize("undefined"))) void AskNullForItsFile() {
+  CzonNode* volatile none = nullptr;
+  const CzonNode* node = none;
+  node->CzonNode::GetZonFilename();
+}
+
+// Nodes of a host, whose operations the library calls where it says that it does.
+struct HostKeyword : CzonKeyword {
+  HostKeyword(const std::string& stored, std::string name)
+      : CzonKeyword(stored, 0, 0), shown(std::move(name)) {}
+  const std::string& GetName() const override { return shown; }
+  std::string shown;
+};
+
+TEST(HostClasses, AreFiledByTheirGetName) {
+  CzonSection section("S", 0, 0);
+  auto* keyword = new HostKeyword("stored", "Shown");
+  for (auto* node : {new CzonKeyword("shown", 0, 0), static_cast<CzonKeyword*>(keyword)}) {
+    section.AddKeyword(node);
+  }
+  EXPECT_EQ(section.KeywordByNameNum("SHOWN", 2), keyword);
+  EXPECT_EQ(section.KeywordByName("stored"), nullptr);
+  EXPECT_EQ(keyword->GetNoInstances(), 2U);
+  EXPECT_EQ(zoneDeleteKeywordByNum(&section, 1), 0);
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(keyword->GetInstanceNo(), 1);
+  // A name that changes afterwards: the node is known by the name that it was filed under.
+  keyword->shown = "other";
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(section.KeywordByName("other"), nullptr);
+  EXPECT_EQ(zoneDeleteNode(keyword), 1006);
+  EXPECT_EQ(zoneRenameKeyword(keyword, "new"), 1006);
+  zonGetErrorGlb();
+  keyword->shown = "shown";
+  EXPECT_EQ(zoneRenameKeyword(keyword, "new"), 0);  // which it does not show
+  EXPECT_EQ(section.KeywordByName("shown"), keyword);
+  EXPECT_EQ(keyword->GetInstanceNo(), 1);
+  keyword->shown = "global";
+  EXPECT_EQ(keyword->GetNameGlb(), "global");  // of the level below a root
+  keyword->shown = "shown";
+  EXPECT_EQ(zoneDeleteNode(keyword), 0);
+  EXPECT_EQ(section.KeywordByName("shown"), nullptr);
+  // Definitions.
+  auto* definition = new CzonDefaultDef("d", 0, 0);
+  definition->AddParam(new CzonInt("7"));
+  section.AddDefaultDef(definition);
+  CzonTargetList root;
+  auto* below = new CzonSection("B", 0, 0);
+  root.AddSection(below);
+  below->Copy(&section);
+  keyword = new HostKeyword("k", "D");
+  keyword->AddParam(new CzonDefaultPar);
+  below->AddKeyword(keyword);
+  EXPECT_EQ(keyword->ParamByNum(1)->GetText(), "7");
+}
+
+std::string calls;  // of the operations below
+
+struct HostSection : CzonSection {
+  HostSection() = default;
+  explicit HostSection(const std::string& name) : CzonSection(name, 0, 0) {}
+  ~HostSection() override {
+    calls += "gone with " + std::to_string(GetNoNodes());
+    for (unsigned n = 1; n <= GetNoSections(); ++n) {
+      CzonSection* section = SectionByNum(n);
+      EXPECT_EQ(SectionByName(section->GetName().c_str()), section);
+      EXPECT_EQ(section->GetOwner(), this);
+      calls += " " + section->GetName() + std::to_string(section->GetNoNodes());
+    }
+    calls += ";";
+  }
+  CzonNode* CreateObj() override { return new HostSection; }
+  const std::string& GetNameGlb() const override { return global; }
+  void Explore(void (*)(CzonNode*)) override { calls += "explored " + GetName() + ";"; }
+  CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned n) const override {
+    calls += "default " + name + " of " + start->GetName() + ";";
+    return CzonSection::FindDefault(start, name, n);
+  }
+  void Copy(const CzonNode* source) override {
+    CzonSection::Copy(source);
+    calls += "copied " + GetName() + ";";
+  }
+  std::string global = "Global";
+};
+
+// A list with the section A, in it a section of a host H, in that the section B with the keyword k.
+struct WithHostSection : CzonTargetList {
+  WithHostSection() {
+    AddSection(new CzonSection("A", 0, 0));
+    SectionByNum(1)->AddSection(host = new HostSection("H"));
+    host->AddSection(below = new CzonSection("B", 0, 0));
+    below->AddKeyword(new CzonKeyword("k", 0, 0));
+    calls.clear();
+  }
+  HostSection* host;
+  CzonSection* below;
+};
+
+TEST(HostClasses, HaveTheirOperationsCalled) {
+  calls.clear();
+  {
+    WithHostSection list;
+    EXPECT_EQ(list.below->KeywordByNum(1)->GetNameGlb(), "Global.B.k");
+    list.Explore([](CzonNode* node) { calls += node->GetName() + ";"; });
+    EXPECT_EQ(calls, "A;explored H;");
+    calls.clear();
+    list.below->KeywordByNum(1)->AddParam(new CzonDefaultPar);
+    list.below->KeywordByNum(1)->ParamByNum(1);
+    EXPECT_EQ(calls, "default k of B;");
+    calls.clear();
+    CzonTargetList copy;
+    copy.Copy(&list);
+    EXPECT_EQ(calls, "copied H;");
+    EXPECT_EQ(Show(&copy), "{A{H{B{k(default)}}}}");
+    calls.clear();
+  }
+  EXPECT_EQ(calls, "gone with 1 B1;gone with 1 B1;");
+}
+
+TEST(HostClasses, AreCopiedByTheirCopy) {
+  WithHostSection list;
+  HostSection source("X");
+  auto* second = new HostSection("X");
+  list.SectionByNum(1)->AddSection(second);
+  EXPECT_EQ(zonCopy(&source, list.host), 1);
+  EXPECT_EQ(calls, "copied X;");
+  EXPECT_EQ(NumbersOf({list.host, second}), (host::Codes{1, 2}));
+  EXPECT_EQ(Show(&list), "{A{X{} X<2>{}}}");
+}
+
+struct HostRoot : CzonTargetList {
+  const std::string& GetZonFilename() const override { return name; }
+  std::string name = "host.zon";
+};
+
+TEST(HostClasses, NameTheirFile) {
+  HostRoot root;
+  root.AddSection(new CzonSection("A", 0, 0));
+  EXPECT_EQ(root.NodeByNum(1)->GetZonFilename(), "host.zon");
+}
+
 TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
   const CzonParam value;
   CzonKeyword keyword, target;
@@ -274,6 +588,7 @@ TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
   EXPECT_DEATH(target.Copy(&value), "^zonnamno: .*Copy.*`Src'");
   EXPECT_DEATH(target.Copy(&keyword), "^zonnamno: .*Copy.*`typeid");
   EXPECT_DEATH(CzonTargetList().FindDefault(nullptr, "k", 1), "^zonnamno: .*FindDefault.*`Ok'");
+  EXPECT_DEATH(AskNullForItsFile(), "^zonnode: .*GetZonFilename.*`pOwner != 0'");
 }
 
 // A chain of sections below the node; gives the last.

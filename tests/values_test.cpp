@@ -147,7 +147,7 @@ TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
   EXPECT_DEATH(CzonBoolRef().Copy(&real), "^zonboolr: .*`Node'");
   EXPECT_DEATH(CzonClob().Copy(&real), "^zonclob: .*`Node'");
   EXPECT_DEATH(CzonDoubleRef().Copy(&real), "^zondoubr: .*`Node'");
-  EXPECT_DEATH(CzonNumeric("1").Copy(&param), "^zonnumer: .*`Node'");
+  EXPECT_DEATH(CzonInt().CzonNumeric::Copy(&param), "^zonnumer: .*`Node'");
   EXPECT_DEATH(CzonReal().Copy(&param), "^zonreal: .*`Node'");
   EXPECT_DEATH(CzonStringRef().Copy(&real), "^zonstrir: .*`Node'");
   EXPECT_DEATH(CzonInt().Copy(&real), "^zonint: .*`Node'");

@@ -1,7 +1,7 @@
 // Filing nodes at a place and taking them out again: child list, ordered list, name index and
 // numbers together. Every operation does the whole of its work or, for want of memory, nothing.
 // Tested by tests/edit_test.cpp.
-#include <algorithm>
+#include <string>
 #include <utility>
 
 #include "tree/zonkeyw.h"
@@ -57,6 +57,14 @@ void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
   ChildrenMoved(place, *child, 1);
 }
 
+bool CzonNamedNode::IsFiled(CzonNode& child) {
+  return WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { return owner.sections_.Holds(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { return owner.keywords_.Holds(keyword); },
+      [] { return true; });
+}
+
 void CzonNamedNode::Unfile(CzonNode* child) {
   const std::uint32_t place = PlaceOf(child);
   WithList(
@@ -81,10 +89,25 @@ void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
 // `by` is 1 after a child has come to the place `from`, -1 after it has gone.
 void CzonNamedNode::ChildrenMoved(std::uint32_t from, const CzonNode& child, int by) {
   if (auto* section = dynamic_cast<CzonSection*>(this)) section->DefinitionsMoved(from, child, by);
-  if (dynamic_cast<CzonKeyword*>(this) == nullptr) return;
-  for (std::uint32_t at = from; at < Children().Size(); ++at) {
-    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
-  }
+  if (auto* keyword = dynamic_cast<CzonKeyword*>(this)) keyword->NumberValues(from);
+}
+
+// A Copy has reset the number of the child. The next change of its queue, or of the values of the
+// keyword, numbers it again.
+void CzonNamedNode::LoseNumber(CzonNode& child) {
+  WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.LoseNumber(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.LoseNumber(keyword); },
+      [this] { Set(kLostNumbers); });
+}
+
+void CzonNamedNode::RestoreNumbers(CzonNode& child) {
+  WithList(
+      *this, child,
+      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.RestoreNumbers(section); },
+      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.RestoreNumbers(keyword); },
+      [] {});
 }
 
 void CzonNamedNode::Rename(std::string_view name) {
@@ -97,17 +120,22 @@ void CzonNamedNode::Rename(std::string_view name) {
     nameHash_ = zon::HashNoCase(name_.View());
   };
   const auto refile = [&](auto& list, auto* node) {
-    list.EraseFromHashtable(node);
+    if (!list.Holds(node)) return swapNames();  // it was added to the children alone
+    const std::string formerName(node->GetKey().name);
+    const int formerNumber = static_cast<CzonNode*>(node)->instance_;
     swapNames();
+    if (zon::EqualNoCase(zon::FiledName(formerName), zon::FiledName(node->GetKey().name))) return;
     try {
       list.InsertIntoHashtable(node, list.PlaceOf(node));
     } catch (...) {
-      // What has just been taken out finds its room again.
       swapNames();
-      list.InsertIntoHashtable(node, list.PlaceOf(node));
       fresh.Release();
       throw;
     }
+    // The former queue is found while the node has its former name: it may be the first there.
+    swapNames();
+    list.EraseNumber(node, formerNumber);
+    swapNames();
   };
   if (owner == nullptr || zon::EqualNoCase(GetNameView(), name)) {
     swapNames();  // the indexes know it by its name in lower case
@@ -124,7 +152,10 @@ void CzonNamedNode::Rename(std::string_view name) {
 }
 
 void CzonNamedNode::SwapContent(CzonNamedNode& other) {
-  Children().Swap(other.Children());
+  children_.Swap(other.children_);
+  const bool isDeferred = Has(kDeferred);
+  Set(kDeferred, other.Has(kDeferred));
+  other.Set(kDeferred, isDeferred);
   std::swap(flags_, other.flags_);
   std::swap(nameGlb_, other.nameGlb_);
   CzonNode::SwapRemark(other);
@@ -132,7 +163,9 @@ void CzonNamedNode::SwapContent(CzonNamedNode& other) {
   auto* otherList = dynamic_cast<CzonTargetList*>(&other);
   if (list != nullptr && otherList != nullptr) list->SwapLists(*otherList);
   for (CzonNamedNode* owner : {this, &other}) {
-    for (CzonNode* child : owner->Children()) child->owner_ = owner;
+    if (!owner->Has(kDeferred)) {
+      for (CzonNode* child : owner->children_) child->owner_ = owner;
+    }
     if (Has(kDeep) || other.Has(kDeep)) owner->MarkDeep();
   }
 }

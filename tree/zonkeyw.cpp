@@ -16,6 +16,10 @@ CzonNode* CzonKeyword::CreateObj() {
   return new CzonKeyword;
 }
 
+std::unique_ptr<CzonNamedNode> CzonKeyword::NewAside() const {
+  return NewInStore<CzonKeyword>();
+}
+
 unsigned int CzonKeyword::GetNoParams() const {
   return Children().Size();
 }
@@ -48,7 +52,15 @@ int CzonKeyword::GetSyntaxClass() const {
 void CzonKeyword::AddParam(CzonParam* param) {
   if (param == nullptr) return;
   AddNode(param);
-  static_cast<CzonNode*>(param)->instance_ = static_cast<std::int32_t>(Children().Size());
+  NumberValues(Children().Size() - 1);
+}
+
+void CzonKeyword::NumberValues(std::uint32_t from) {
+  if (Has(kLostNumbers)) from = 0;
+  Set(kLostNumbers, false);
+  for (std::uint32_t at = from; at < Children().Size(); ++at) {
+    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  }
 }
 
 CzonKeyword::MakeFunction CzonKeyword::make_ = nullptr;

@@ -3,6 +3,7 @@
 #define ZON_TREE_ZONKEYW_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -41,10 +42,14 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   /** Writes the values, separated by ", ", and the end of the line. */
   std::ostream& WriteParms(std::ostream& out) const;
 
+ protected:
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
+
  private:
   friend class CzonNamedNode;
 
   void MakeValues(std::string_view text);
+  void NumberValues(std::uint32_t from);  // behind a change at the place `from`
 
   static MakeFunction make_;
 };

@@ -1,6 +1,7 @@
 #include "tree/zonnamli.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -13,13 +14,14 @@
 namespace zon {
 namespace {
 
-const CzonNamedNode& FirstOf(const NameIndex::Queue& queue) {
-  return *static_cast<const CzonNamedNode*>(queue.nodes[0]);
+std::string_view NameOf(const NameIndex::Queue& queue) {
+  return queue.name != nullptr ? std::string_view(*queue.name)
+                               : static_cast<const CzonNamedNode*>(queue.nodes[0])->GetNameView();
 }
 
 bool IsNamed(const NameIndex::Queue& queue, std::string_view name, std::uint32_t hash) {
   return queue.hash == hash && queue.nodes.Size() != 0 &&
-         EqualNoCase(FiledName(FirstOf(queue).GetNameView()), FiledName(name));
+         EqualNoCase(FiledName(NameOf(queue)), FiledName(name));
 }
 
 // The block of a table: 8 << power bytes for `room` queues of up to 32 bytes.
@@ -35,14 +37,32 @@ void MoveQueue(NameIndex::Queue* to, const NameIndex::Queue* from) {
   std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), sizeof *to);
 }
 
+std::atomic<std::uint32_t> losses{0};  // of numbers outside any tree
+constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
+
 }  // namespace
+
+void NameIndex::LoseOutside() {
+  losses.fetch_add(1, std::memory_order_relaxed);
+}
+
+bool NameIndex::IsNumbered(const Queue& queue) {
+  return queue.hasLostNumbers == 0 &&
+         queue.lossesSeen == (losses.load(std::memory_order_relaxed) & kLossesMask);
+}
+
+void NameIndex::NoteNumbered(Queue& queue) {
+  queue.hasLostNumbers = 0;
+  queue.lossesSeen = losses.load(std::memory_order_relaxed) & kLossesMask;
+}
 
 NameIndex::Queue* NameIndex::Find(std::string_view name) const {
   return Find(name, HashNoCase(name));
 }
 
 NameIndex::Queue* NameIndex::Find(const CzonNamedNode& node) const {
-  return Find(node.GetNameView(), node.GetNameHash());
+  const NameKey key = node.GetKey();
+  return Find(key.name, key.hash);
 }
 
 NameIndex::Queue* NameIndex::Find(std::string_view name, std::uint32_t hash) const {
@@ -84,20 +104,29 @@ void NameIndex::Grow(Store* store) {
 }
 
 NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, Store* store) {
-  Queue* queue = Find(node);
-  if (queue == nullptr) {
+  const NameKey key = node.GetKey();
+  Queue* queue = Find(key.name, key.hash);
+  if (queue != nullptr) {
+    KeepName(*queue, key);
+  } else {
     // Half of a hashed table stays free, so that a search soon ends.
     if (used_ == room_ || (IsHashed() && used_ >= room_ / 2)) Grow(store);
-    queue = FreePlace(node.GetNameHash());
-    queue->hash = node.GetNameHash();
+    queue = FreePlace(key.hash);
+    KeepName(*queue, key);
+    queue->hash = key.hash;
     ++used_;
   }
   queue->nodes.Append(&node, store);  // the first one of a queue cannot fail
   return queue;
 }
 
+void NameIndex::KeepName(Queue& queue, const NameKey& key) {
+  if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
+}
+
 void NameIndex::Drop(Queue* queue, Store* store) {
   queue->nodes.Release(store);
+  delete queue->name;
   --used_;
   if (!IsHashed()) {
     if (queue != queues_ + used_) MoveQueue(queue, queues_ + used_);
@@ -118,7 +147,10 @@ void NameIndex::Drop(Queue* queue, Store* store) {
 
 void NameIndex::Release(Store* store) {
   if (queues_ == nullptr) return;
-  for (std::uint32_t at = 0; at < room_; ++at) queues_[at].nodes.Release(store);
+  for (Queue* queue = queues_; queue != queues_ + room_; ++queue) {
+    queue->nodes.Release(store);
+    delete queue->name;
+  }
   GiveBlock(store, queues_, TablePower(room_));
   queues_ = nullptr;
   used_ = 0;
@@ -151,10 +183,17 @@ void CzonNameList<T>::Swap(CzonNameList& other) {
 }
 
 template <class T>
+int CzonNameList<T>::NumberOf(const CzonNode& node) {
+  return node.instance_;
+}
+
+template <class T>
 int CzonNameList<T>::AddToIndex(T* node) {
   if (node == nullptr) return 0;
-  const zon::NameIndex::Queue* queue = index_.Append(*node, store_);
-  static_cast<CzonNode*>(node)->instance_ = static_cast<std::int32_t>(queue->nodes.Size());
+  zon::NameIndex::Queue& queue = *index_.Append(*node, store_);
+  const std::uint32_t place = queue.nodes.Size() - 1;
+  NoteRepeat(queue, *node, place);
+  Renumber(queue, place);
   return 1;
 }
 
@@ -166,7 +205,9 @@ int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
     AddToIndex(node);
     return 0;
   }
+  zon::NameIndex::KeepName(*queue, node->GetKey());
   const std::uint32_t place = PlaceInQueue(*queue, *node, std::max(pos, 1U) - 1);
+  NoteRepeat(*queue, *node, queue->nodes.Size());
   queue->nodes.Insert(place, node, store_);
   Renumber(*queue, place);
   return 0;
@@ -181,7 +222,7 @@ std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
   std::uint32_t before = behind;
   const auto numberOf = [&](std::uint32_t index) {
     const auto* other = static_cast<const CzonNamedNode*>(ordered_[index]);
-    if (other->GetNameHash() != node.GetNameHash() || other == &node) return queue.nodes.Size();
+    if (other->GetKey().hash != queue.hash || other == &node) return queue.nodes.Size();
     // A node that has been copied over has lost its number; Find looks further.
     const auto guess =
         static_cast<std::uint32_t>(static_cast<const CzonNode*>(other)->instance_ - 1);
@@ -199,10 +240,14 @@ std::uint32_t CzonNameList<T>::PlaceInQueue(const zon::NameIndex::Queue& queue,
 
 template <class T>
 int CzonNameList<T>::EraseFromHashtable(T* node) {
-  zon::NameIndex::Queue* queue = node != nullptr ? index_.Find(*node) : nullptr;
+  return node != nullptr ? EraseNumber(node, NumberOf(*node)) : zon::kErrNode;
+}
+
+template <class T>
+int CzonNameList<T>::EraseNumber(T* node, int number) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
   if (queue == nullptr) return zon::kErrNode;
-  const auto guess = static_cast<std::uint32_t>(static_cast<CzonNode*>(node)->instance_ - 1);
-  const std::uint32_t place = queue->nodes.Find(node, guess);
+  const std::uint32_t place = Find(*queue, *node, number);
   if (place == queue->nodes.Size()) return zon::kErrNode;
   queue->nodes.Erase(place);
   Renumber(*queue, place);
@@ -210,11 +255,52 @@ int CzonNameList<T>::EraseFromHashtable(T* node) {
   return 0;
 }
 
+// The place of the node in the queue, the first one if it is filed twice; the length of the queue if
+// it is not there.
 template <class T>
-void CzonNameList<T>::Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from) {
+std::uint32_t CzonNameList<T>::Find(const zon::NameIndex::Queue& queue, const CzonNode& node,
+                                    int number) {
+  return queue.nodes.Find(&node, queue.hasRepeats ? 0 : static_cast<std::uint32_t>(number - 1));
+}
+
+// Notes whether a node that is being filed is among the first `count` of the queue already. The
+// number of the node shows it without a search.
+template <class T>
+void CzonNameList<T>::NoteRepeat(zon::NameIndex::Queue& queue, const CzonNode& node,
+                                 std::uint32_t count) {
+  const auto place = static_cast<std::uint32_t>(node.instance_ - 1);
+  const bool repeats = zon::NameIndex::IsNumbered(queue)
+                           ? place < count && queue.nodes[place] == &node
+                           : queue.nodes.Find(&node, 0) < count;
+  if (repeats) queue.hasRepeats = 1;
+}
+
+template <class T>
+void CzonNameList<T>::LoseNumber(const T* node) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
+  if (queue != nullptr) queue->hasLostNumbers = 1;
+}
+
+template <class T>
+void CzonNameList<T>::RestoreNumbers(const T* node) {
+  zon::NameIndex::Queue* queue = index_.Find(*node);
+  if (queue != nullptr) Renumber(*queue, 0);
+}
+
+// Numbers the queue behind a change at the place `from`.
+template <class T>
+void CzonNameList<T>::Renumber(zon::NameIndex::Queue& queue, std::uint32_t from) {
+  if (!zon::NameIndex::IsNumbered(queue)) from = 0;
+  zon::NameIndex::NoteNumbered(queue);
   for (std::uint32_t at = from; at < queue.nodes.Size(); ++at) {
     queue.nodes[at]->instance_ = static_cast<std::int32_t>(at + 1);
   }
+}
+
+template <class T>
+bool CzonNameList<T>::Holds(const T* node) const {
+  const zon::NameIndex::Queue* queue = index_.Find(*node);
+  return queue != nullptr && Find(*queue, *node, NumberOf(*node)) < queue->nodes.Size();
 }
 
 template <class T>

@@ -7,6 +7,7 @@
 #define ZON_TREE_ZONNAMLI_H
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/zonexport.h"
@@ -17,13 +18,24 @@ class CzonNamedNode;
 
 namespace zon {
 
+// The name by which a node is filed, and its hash.
+struct NameKey {
+  std::string_view name;
+  std::uint32_t hash;
+  bool isStored;  // false for what a host's GetName returns; it may return something else later
+};
+
 // Names and their queues; knows nothing of instance numbers.
 class NameIndex {
  public:
   // The nodes of one name. A queue of one has no block.
   struct Queue {
     std::uint32_t hash;
+    std::uint32_t hasRepeats : 1;  // set when a node is filed twice; its number is its last place
+    std::uint32_t hasLostNumbers : 1;  // set by LoseNumber, cleared when the queue is numbered
+    std::uint32_t lossesSeen : 30;     // the count of LoseOutside when the queue was numbered
     NodeList nodes;
+    std::string* name;  // owned; null while every node of the queue was filed by its stored name
   };
 
   NameIndex() = default;
@@ -37,11 +49,21 @@ class NameIndex {
   // unchanged.
   Queue* Append(CzonNamedNode& node, Store* store);
 
+  // Call before a node is put into a queue. Throws std::bad_alloc, the queue unchanged.
+  static void KeepName(Queue& queue, const NameKey& key);
+
   // Takes an empty queue out.
   void Drop(Queue* queue, Store* store);
 
   void Release(Store* store);
   void Swap(NameIndex& other);
+
+  // A Copy resets the number of its target to 0; the next change of a queue restores the numbers of
+  // the queue. Numbers are correct, and appending is cheap, unless one was lost. Of a node without
+  // an owner the queue is unknown: all queues then count as changed.
+  static void LoseOutside();
+  static bool IsNumbered(const Queue& queue);
+  static void NoteNumbered(Queue& queue);
 
  private:
   static constexpr std::uint32_t kFirst = 4;    // queues that the first table holds
@@ -81,6 +103,7 @@ class ZON_API CzonNameList {
   int EraseFromHashtable(T* node);
 
   unsigned int Count() const { return ordered_.Size(); }      ///< of all nodes
+  bool Holds(const T* node) const;                            ///< whether the index does
   T* ByNum(unsigned int n) const;                             ///< null for a number out of range
   T* ByNameNum(std::string_view name, unsigned int n) const;  ///< null for a miss
   unsigned int CountOf(const CzonNamedNode& namesake) const;  ///< of the nodes of its name
@@ -91,11 +114,17 @@ class ZON_API CzonNameList {
   void Insert(T* node, unsigned int pos);     // the same at a place
   int Remove(T* node);                        // from both
   unsigned int PlaceOf(const T* node) const;  // from 1; 0 when it is not in the list
+  void LoseNumber(const T* node);             // a Copy has reset the number of the node
+  void RestoreNumbers(const T* node);         // of its queue
+  int EraseNumber(T* node, int number);       // from the index; it had the number when filed
   void Forget();                              // empties both
   void Swap(CzonNameList& other);             // of the same store
 
  private:
-  void Renumber(const zon::NameIndex::Queue& queue, std::uint32_t from);
+  static int NumberOf(const CzonNode& node);
+  static void NoteRepeat(zon::NameIndex::Queue& queue, const CzonNode& node, std::uint32_t count);
+  static void Renumber(zon::NameIndex::Queue& queue, std::uint32_t from);
+  static std::uint32_t Find(const zon::NameIndex::Queue& queue, const CzonNode& node, int number);
   std::uint32_t PlaceInQueue(const zon::NameIndex::Queue& queue, const CzonNamedNode& node,
                              std::uint32_t at) const;
 

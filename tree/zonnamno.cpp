@@ -34,6 +34,24 @@ const std::string& CzonNamedNode::GetName() const {
   return name_.AsString(store_);
 }
 
+bool CzonNamedNode::IsOfLibrary() const {
+  if (Has(kInStore)) return true;
+  const std::type_info& type = typeid(*this);
+  return type == typeid(CzonKeyword) || type == typeid(CzonSection) ||
+         type == typeid(CzonTargetList) || type == typeid(CzonDefaultDef) ||
+         type == typeid(CzonNamedNode);
+}
+
+// A host's class may answer GetName as it likes.
+zon::NameKey CzonNamedNode::FindKey() const {
+  const std::string& name = GetName();
+  const std::string_view stored = GetNameView();
+  if (name.size() == stored.size() && (name.empty() || name.data() == stored.data())) {
+    return {stored, nameHash_, true};
+  }
+  return {name, zon::HashNoCase(name), false};
+}
+
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
   name_.Assign(name, store_);
@@ -44,28 +62,32 @@ void CzonNamedNode::SetStoredName(std::string_view name) {
   name_.SetStored(name);
 }
 
-// A name is made of the owner's, and stays as it was first made. So an owner that has not been
-// asked yet is asked first, from the top down and without recursion.
+// A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
+// have not been asked yet are asked first, from the top down and without recursion.
 const std::string& CzonNamedNode::GetNameGlb() const {
   if (nameGlb_ != nullptr) return *nameGlb_;
   std::vector<const CzonNamedNode*> unasked;
-  for (const CzonNamedNode* node = this; node->nameGlb_ == nullptr; node = node->GetOwner()) {
+  const std::string* prefix = nullptr;
+  for (const CzonNamedNode *node = this, *owner; prefix == nullptr; node = owner) {
     unasked.push_back(node);
-    if (node->GetOwner() == nullptr || node->GetOwner()->GetOwner() == nullptr) break;
+    owner = node->GetOwner();
+    if (owner == nullptr || owner->GetOwner() == nullptr) break;
+    prefix = owner->IsOfLibrary() ? owner->nameGlb_ : &owner->GetNameGlb();
   }
   for (; !unasked.empty(); unasked.pop_back()) {
     const CzonNamedNode* node = unasked.back();
-    const CzonNamedNode* owner = node->GetOwner();
     std::string name;
-    if (owner != nullptr) {
-      const std::string_view prefix =
-          owner->GetOwner() != nullptr ? std::string_view(*owner->nameGlb_) : std::string_view();
-      name.reserve(prefix.size() + 1 + node->GetNameView().size());
-      if (owner->GetOwner() != nullptr) name.append(prefix).append(1, '.');
-      name.append(node->GetNameView());
+    if (node->GetOwner() != nullptr) {
+      const std::string_view own = node->GetKey().name;
+      if (prefix != nullptr) {
+        name.reserve(prefix->size() + 1 + own.size());
+        name.append(*prefix).append(1, '.');
+      }
+      name.append(own);
     }
     node->nameGlb_ = node->store_ != nullptr ? node->store_->Keep(std::move(name))
                                              : new std::string(std::move(name));
+    prefix = node->nameGlb_;
   }
   return *nameGlb_;
 }
@@ -120,8 +142,8 @@ void CzonNamedNode::Clear() {
   flags_ = 0;
 }
 
-// Takes the subtree down from a list of nodes that still wait, linked by their owner fields, which
-// nobody needs any more: no recursion, and no memory that could be missing.
+// Frees the subtree iteratively. Pending nodes are linked through owner_, so neither stack nor heap
+// is needed.
 void CzonNamedNode::FreeChildren() {
   if (!Has(kDeep)) return;  // nothing below but store memory
   CzonNode* waiting = nullptr;
@@ -138,8 +160,9 @@ void CzonNamedNode::FreeChildren() {
     CzonNode* node = waiting;
     waiting = node->owner_;
     node->owner_ = nullptr;
-    if (node->Has(kNamed)) {
-      auto* named = static_cast<CzonNamedNode*>(node);
+    // The destructor of a host's class may use the children, which it then frees itself.
+    auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
+    if (named != nullptr && named->IsOfLibrary()) {
       enlist(*named);
       named->children_.Release(named->store_);
     }
@@ -161,7 +184,7 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
     CzonNode* inner = nullptr;
     while (inner == nullptr && position.next < children.Size()) {
       CzonNode* child = children[position.next++];
-      if (child->Has(kExploresItself)) {
+      if (child->Has(kExploresItself) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         inner = child;
       } else if (child->Has(kInStore)) {
         visit(child);  // a value of ours, which is visited, no more
@@ -200,30 +223,29 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   return found;
 }
 
-// Goes outward from section to section; never at the level of the root.
+// Goes outward from section to section; never at the level of the root. Owners of a host's class are
+// asked by their own operation.
 CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
                                       unsigned int n) const {
   const CzonNamedNode* node = this;
   const CzonNode* from = start;
-  if (node->IsKeyword()) {
-    from = node;
-    node = node->GetOwner();
-    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
-  }
-  for (;;) {
+  for (bool isOutward = node->IsKeyword() != 0;; isOutward = true) {
+    if (isOutward) {
+      from = node;
+      node = node->GetOwner();
+      if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
+      if (!node->IsOfLibrary()) return node->FindDefault(const_cast<CzonNode*>(from), name, n);
+    }
     const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->Children().Size();
     const bool Ok = place < node->Children().Size();
     ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
-    // Kept: of several definitions the first one of the section decides, even if it has no such
-    // value.
+    // Compatibility: of several definitions the first one of the section decides, even if it has no
+    // such value.
     const CzonNamedNode* definition = node->FirstDefinition(name);
     if (definition != nullptr && node->PlaceOf(definition) <= place) {
       CzonParam* value = definition->ParamByNum(n);
       if (value != nullptr && !value->IsDefaultPar()) return value;
     }
-    from = node;
-    node = node->GetOwner();
-    if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
   }
 }
 
@@ -234,7 +256,7 @@ const CzonNamedNode* CzonNamedNode::FirstDefinition(std::string_view name) const
   for (const CzonNode* child : Children()) {
     if (!child->IsDefaultDef()) continue;
     const auto* definition = static_cast<const CzonNamedNode*>(child);
-    if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
+    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
   }
   return nullptr;
 }
@@ -243,8 +265,29 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
   const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
   ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
-  CopyOwn(*Src);
-  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, Src}};
+  // The source may be above or below this node, so the copy is made aside. The old content, which
+  // may hold the source, is deleted last.
+  const std::unique_ptr<CzonNamedNode> aside = CopyAside(*Src);
+  Rename(Src->GetNameView());
+  SwapContent(*aside);
+  ResetNumber();
+  aside->Clear();
+}
+
+std::unique_ptr<CzonNamedNode> CzonNamedNode::CopyAside(const CzonNamedNode& source) const {
+  std::unique_ptr<CzonNamedNode> aside = NewAside();
+  aside->CopyContent(source);
+  return aside;
+}
+
+std::unique_ptr<CzonNamedNode> CzonNamedNode::NewAside() const {
+  return NewInStore<CzonNamedNode>();
+}
+
+// Fills an empty node with copies of everything but the name, without recursion.
+void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
+  CopyOwn(source);
+  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, &source}};
   while (!open.empty()) {
     const auto [to, from] = open.back();
     open.pop_back();
@@ -253,10 +296,12 @@ void CzonNamedNode::Copy(const CzonNode* source) {
       const CzonNode& made = *NewCopy;
       ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
                       "typeid(*NewCopy) == typeid(*Src)");
-      if (child->Has(kNamed)) {
+      if (child->Has(kNamed) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
-        named->CopyOwn(static_cast<const CzonNamedNode&>(*child));
-        open.emplace_back(named, static_cast<const CzonNamedNode*>(child));
+        const auto& original = static_cast<const CzonNamedNode&>(*child);
+        named->SetName(original.GetNameView());
+        named->CopyOwn(original);
+        open.emplace_back(named, &original);
       } else {
         NewCopy->Copy(child);
       }
@@ -265,11 +310,9 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   }
 }
 
-// Everything of a node but its children.
+// Everything of a node but its name and its children.
 void CzonNamedNode::CopyOwn(const CzonNamedNode& source) {
-  Clear();
-  CzonNode::Copy(&source);
-  SetName(source.GetNameView());
+  SetRemark(source.GetRemark(), nullptr);
   flags_ = source.flags_;
   if (auto* list = dynamic_cast<CzonTargetList*>(this)) {
     if (const auto* from = dynamic_cast<const CzonTargetList*>(&source)) list->CopyFacts(*from);

@@ -15,6 +15,7 @@
 #include "base/zonchars.h"
 #include "base/zonexport.h"
 #include "tree/zonlist.h"
+#include "tree/zonnamli.h"
 #include "tree/zonnode.h"
 #include "tree/zontext.h"
 
@@ -60,7 +61,11 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   // For the library's own use.
   std::string_view GetNameView() const { return name_.View(); }
-  std::uint32_t GetNameHash() const { return nameHash_; }
+  zon::NameKey GetKey() const {
+    return Has(kInStore) ? zon::NameKey{name_.View(), nameHash_, true} : FindKey();
+  }
+  // Whether the class is one of the library's own, so that none of its operations is overridden.
+  bool IsOfLibrary() const;
   void SetName(std::string_view name);
   void SetStoredName(std::string_view name);  // characters that lie in the node's store
   void EnterStore(zon::Store& store) {
@@ -78,8 +83,13 @@ class ZON_API CzonNamedNode : public CzonNode {
   // which lives on; a value in the place of another; another name. All or nothing.
   void FileAt(CzonNode* child, std::uint32_t place);
   void Unfile(CzonNode* child);
+  bool IsFiled(CzonNode& child);  // false if it belongs into an index, which does not hold it
   void Replace(CzonNode* child, CzonNode* by);
   void Rename(std::string_view name);
+  // Numbers the namesakes of the child, one of which a Copy has reset.
+  void RestoreNumbers(CzonNode& child);
+  // A copy of everything of `source` but the name, in a node for SwapContent with this one.
+  std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& source) const;
   // Everything but name and place; both lie in one store, or in none.
   void SwapContent(CzonNamedNode& other);
 
@@ -91,6 +101,15 @@ class ZON_API CzonNamedNode : public CzonNode {
  protected:
   zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
 
+  // An empty node that can exchange its content with this one.
+  virtual std::unique_ptr<CzonNamedNode> NewAside() const;
+  template <class T>
+  std::unique_ptr<T> NewInStore() const {
+    auto node = std::make_unique<T>();
+    if (store_ != nullptr) node->EnterStore(*store_);
+    return node;
+  }
+
   // All children in their order: written, deleted.
   void WriteChildren(std::ostream& out) const;
   void FreeChildren();
@@ -99,8 +118,11 @@ class ZON_API CzonNamedNode : public CzonNode {
   friend class CzonNode;
   friend class CzonKeyword;
 
+  zon::NameKey FindKey() const;
   void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
+  void LoseNumber(CzonNode& child);
+  void CopyContent(const CzonNamedNode& source);
   void CopyOwn(const CzonNamedNode& source);
   void FileCopied(std::unique_ptr<CzonNode>& child);
   const CzonNamedNode* FirstDefinition(std::string_view name) const;

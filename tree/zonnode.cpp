@@ -59,10 +59,14 @@ int CzonNode::GetInstanceNo() const {
 }
 
 const std::string& CzonNode::GetZonFilename() const {
-  const CzonNode* pOwner = GetTopNode();
+  const CzonNode* pOwner = this;
+  // The compiler may assume that `this` is not null. It knows nothing of what leaves the asm.
+  asm("" : "+r"(pOwner));
+  ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
+  pOwner = pOwner->GetTopNode();
   const auto* root = dynamic_cast<const CzonTargetList*>(pOwner);
   ZON_ASSERT_TEXT(root != nullptr, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
-  return root->GetOwnFilename();
+  return root->GetZonFilename();
 }
 
 int CzonNode::IsSection() const {
@@ -180,6 +184,15 @@ CzonParam* CzonNode::FindDefault(CzonNode*, const std::string&, unsigned int) co
 void CzonNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
   SetRemark(source->GetRemark(), GetStore());
+  ResetNumber();
+}
+
+void CzonNode::ResetNumber() {
+  if (owner_ != nullptr) {
+    GetOwner()->LoseNumber(*this);
+  } else if (instance_ != 0 && Has(kNamed)) {
+    zon::NameIndex::LoseOutside();
+  }
   instance_ = 0;
 }
 

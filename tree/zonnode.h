@@ -132,8 +132,10 @@ class ZON_API CzonNode : public CzonBase {
    *  there is none. The value stays in its default definition. */
   virtual CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const;
 
-  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends). It
-   *  keeps its place; its instance number becomes 0. Null or the node itself changes nothing. */
+  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends), as it
+   *  was at the call: the source may be above or below this node. The node keeps its place and is
+   *  filed under its new name. Its instance number becomes 0 until nodes of its name are next added
+   *  or removed. Null or the node itself changes nothing. */
   virtual void Copy(const CzonNode* source);
 
   /** Depth: 0 for a node without owner, 1 for a top-level section. */
@@ -189,6 +191,7 @@ class ZON_API CzonNode : public CzonBase {
     kHasInt = 32,
     kExploresItself = 64,  // Explore begins with the node, then its children
     kDeferred = 128,       // the children stand as text, to be made when they are asked for
+    kLostNumbers = 256,    // of keywords: a Copy has reset the number of a value
   };
 
   // Asks for a bit, and sets or clears it.
@@ -201,6 +204,7 @@ class ZON_API CzonNode : public CzonBase {
   bool WantsDestructor() const { return (bits_ & (kInStore | kDeep)) != kInStore; }
   void MarkDeep();
   void SwapRemark(CzonNode& other);
+  void ResetNumber();  // to 0, as a Copy does; the owner takes note
 
  private:
   friend class CzonNamedNode;

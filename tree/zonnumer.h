@@ -9,12 +9,13 @@
 
 #include "tree/zonparam.h"
 
-/** A number. */
+/** A number: what integers and reals have in common. */
 class ZON_API CzonNumeric : public CzonParam {
  public:
   CzonNumeric() { Double(0.0); }
   explicit CzonNumeric(const std::string& text);  ///< both views from the text
 
+  CzonNode* CreateObj() override = 0;
   int IsNumeric() const override;
   int IsFloat() const override;
   int IsDouble() const override;

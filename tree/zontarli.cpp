@@ -32,6 +32,13 @@ CzonNode* CzonTargetList::CreateObj() {
   return new CzonTargetList;
 }
 
+// The handle stays with the node that has it.
+std::unique_ptr<CzonNamedNode> CzonTargetList::NewAside() const {
+  auto aside = NewInStore<CzonTargetList>();
+  if (GetHandle() != nullptr) aside->SetHandle(GetHandle());
+  return aside;
+}
+
 unsigned int CzonTargetList::GetNoSections() const {
   return sections_.Count();
 }
@@ -153,6 +160,10 @@ CzonNode* CzonSection::CreateObj() {
   return new CzonSection;
 }
 
+std::unique_ptr<CzonNamedNode> CzonSection::NewAside() const {
+  return NewInStore<CzonSection>();
+}
+
 unsigned int CzonSection::GetNoKeywords() const {
   return keywords_.Count();
 }
@@ -193,6 +204,7 @@ void CzonSection::Copy(const CzonNode* source) {
 
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
+  if (keyword->IsDefaultDef()) return AddNode(keyword);
   Children().Reserve(store_);
   keywords_.Append(keyword);
   AddNode(keyword);
@@ -224,7 +236,7 @@ const CzonNamedNode* CzonSection::FirstIndexedDefinition(std::string_view name) 
   // The index files "" under " "; here they are two names.
   for (const CzonNode* node : queue->nodes) {
     const auto* definition = static_cast<const CzonNamedNode*>(node);
-    if (zon::EqualNoCase(definition->GetNameView(), name)) return definition;
+    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
   }
   return nullptr;
 }

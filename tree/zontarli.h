@@ -50,6 +50,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
 
  protected:
   CzonTargetList(const std::string& name, int multi, int mandat);  // of a section
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
 
  private:
   friend class CzonNamedNode;
@@ -82,7 +83,8 @@ class ZON_API CzonSection : public CzonTargetList {
   int GetSyntaxClass() const override;
   void Copy(const CzonNode* source) override;
 
-  /** Appends a keyword to the children and files it by name. Null is ignored. */
+  /** Appends a keyword to the children and files it by name. A default definition is added as
+   *  AddDefaultDef does. Null is ignored. */
   void AddKeyword(CzonKeyword* keyword);
 
   /** Appends a default definition to the children alone: it has no number, no instance number and
@@ -98,6 +100,9 @@ class ZON_API CzonSection : public CzonTargetList {
 
   // The first child that is a default definition of that name, null for none.
   const CzonNamedNode* FirstIndexedDefinition(std::string_view name) const;
+
+ protected:
+  std::unique_ptr<CzonNamedNode> NewAside() const override;
 
  private:
   friend class CzonNamedNode;
