@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -104,16 +105,23 @@ void NameIndex::Grow(Store* store) {
 }
 
 NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, Store* store) {
+  if (node.IsInStore()) return Append(node, node.GetNameView(), node.GetNameHash(), store);
   const NameKey key = node.GetKey();
-  Queue* queue = Find(key.name, key.hash);
-  if (queue != nullptr) {
-    KeepName(*queue, key);
-  } else {
+  if (key.isStored) return Append(node, key.name, key.hash, store);
+  auto kept = std::make_unique<std::string>(key.name);
+  Queue* queue = Append(node, *kept, key.hash, store);
+  if (queue->name == nullptr) queue->name = kept.release();
+  return queue;
+}
+
+NameIndex::Queue* NameIndex::Append(CzonNamedNode& node, std::string_view name, std::uint32_t hash,
+                                    Store* store) {
+  Queue* queue = Find(name, hash);
+  if (queue == nullptr) {
     // Half of a hashed table stays free, so that a search soon ends.
     if (used_ == room_ || (IsHashed() && used_ >= room_ / 2)) Grow(store);
-    queue = FreePlace(key.hash);
-    KeepName(*queue, key);
-    queue->hash = key.hash;
+    queue = FreePlace(hash);
+    queue->hash = hash;
     ++used_;
   }
   queue->nodes.Append(&node, store);  // the first one of a queue cannot fail
@@ -192,6 +200,10 @@ int CzonNameList<T>::AddToIndex(T* node) {
   if (node == nullptr) return 0;
   zon::NameIndex::Queue& queue = *index_.Append(*node, store_);
   const std::uint32_t place = queue.nodes.Size() - 1;
+  if (place == 0) {  // most names are those of one node
+    static_cast<CzonNode*>(node)->instance_ = 1;
+    return 1;
+  }
   NoteRepeat(queue, *node, place);
   Renumber(queue, place);
   return 1;

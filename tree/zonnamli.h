@@ -70,6 +70,7 @@ class NameIndex {
   static constexpr std::uint32_t kScanned = 8;  // as many queues are not hashed
 
   Queue* Find(std::string_view name, std::uint32_t hash) const;
+  Queue* Append(CzonNamedNode& node, std::string_view name, std::uint32_t hash, Store* store);
   Queue* FreePlace(std::uint32_t hash) const;
   void Grow(Store* store);
   bool IsHashed() const { return room_ > kScanned; }

@@ -35,7 +35,7 @@ const std::string& CzonNamedNode::GetName() const {
 }
 
 bool CzonNamedNode::IsOfLibrary() const {
-  if (Has(kInStore)) return true;
+  if (IsInStore()) return true;
   const std::type_info& type = typeid(*this);
   return type == typeid(CzonKeyword) || type == typeid(CzonSection) ||
          type == typeid(CzonTargetList) || type == typeid(CzonDefaultDef) ||
@@ -43,7 +43,8 @@ bool CzonNamedNode::IsOfLibrary() const {
 }
 
 // A host's class may answer GetName as it likes.
-zon::NameKey CzonNamedNode::FindKey() const {
+zon::NameKey CzonNamedNode::GetKey() const {
+  if (IsInStore()) return {GetNameView(), nameHash_, true};
   const std::string& name = GetName();
   const std::string_view stored = GetNameView();
   if (name.size() == stored.size() && (name.empty() || name.data() == stored.data())) {

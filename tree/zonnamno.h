@@ -61,9 +61,9 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   // For the library's own use.
   std::string_view GetNameView() const { return name_.View(); }
-  zon::NameKey GetKey() const {
-    return Has(kInStore) ? zon::NameKey{name_.View(), nameHash_, true} : FindKey();
-  }
+  std::uint32_t GetNameHash() const { return nameHash_; }
+  bool IsInStore() const { return Has(kInStore); }  // only nodes of the library's classes are
+  zon::NameKey GetKey() const;
   // Whether the class is one of the library's own, so that none of its operations is overridden.
   bool IsOfLibrary() const;
   void SetName(std::string_view name);
@@ -118,7 +118,6 @@ class ZON_API CzonNamedNode : public CzonNode {
   friend class CzonNode;
   friend class CzonKeyword;
 
-  zon::NameKey FindKey() const;
   void MakeDeferred();
   void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
   void LoseNumber(CzonNode& child);
