@@ -10,7 +10,7 @@
 #include "api/zonwrite.h"
 #include "base/zonempst.h"
 #include "base/zonident.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "reader/zonload.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyw.h"

@@ -2,7 +2,7 @@
 // in how a refusal is told. Tested by tests/build_test.cpp.
 #include "api/zon.h"
 #include "api/zonbuild.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "paths/zonfilen.h"
 #include "tree/zonbool.h"
 #include "tree/zonint.h"

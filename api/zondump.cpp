@@ -4,7 +4,7 @@
 #include "api/zon.h"
 #include "api/zoncheck.h"
 #include "base/zonfile.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "base/zonout.h"
 #include "base/zontextb.h"
 

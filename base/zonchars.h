@@ -3,8 +3,6 @@
 #ifndef ZON_BASE_ZONCHARS_H
 #define ZON_BASE_ZONCHARS_H
 
-#include <emmintrin.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -43,6 +41,10 @@ inline constexpr std::array<unsigned char, 256> kLowerCase = MakeLowerCase();
 
 constexpr bool IsClass(int c, unsigned classes) {
   return c >= 0 && (kCharClasses[static_cast<unsigned char>(c)] & classes) != 0;
+}
+
+constexpr bool IsClass(char c, unsigned classes) {
+  return (kCharClasses[static_cast<unsigned char>(c)] & classes) != 0;
 }
 
 constexpr unsigned char Lower(char c) {
@@ -99,28 +101,6 @@ constexpr std::uint32_t kHashOfNoName = 0x9E3779B9U;
 
 // Keyed with a secret of the process: the author of a file cannot choose names that collide.
 std::uint32_t HashNoCase(std::string_view name);
-
-// The length of the word that a text begins with, found sixteen characters at a time.
-inline std::size_t WordLength(const char* at, const char* end) {
-  const char* const start = at;
-  for (; end - at >= 16; at += 16) {
-    const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-    // Each range is moved to the lower end of the signed bytes, where one comparison tells.
-    const auto within = [](__m128i bytes, char first, char count) {
-      const __m128i moved = _mm_sub_epi8(bytes, _mm_set1_epi8(static_cast<char>(first - 128)));
-      return _mm_cmplt_epi8(moved, _mm_set1_epi8(static_cast<char>(count - 128)));
-    };
-    const __m128i letters = within(_mm_or_si128(text, _mm_set1_epi8(0x20)), 'a', 26);
-    const __m128i digits = within(text, '0', 10);
-    const __m128i underline = _mm_cmpeq_epi8(text, _mm_set1_epi8('_'));
-    const auto word = static_cast<unsigned>(
-        _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(letters, digits), underline)));
-    if (word != 0xFFFF)
-      return static_cast<std::size_t>(at - start) + static_cast<unsigned>(__builtin_ctz(~word));
-  }
-  while (at < end && IsClass(static_cast<unsigned char>(*at), kWord)) ++at;
-  return static_cast<std::size_t>(at - start);
-}
 
 }  // namespace zon
 

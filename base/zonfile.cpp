@@ -17,9 +17,9 @@
 namespace zon {
 namespace {
 
-int OpenForWriting(const char* name, int flags) {
+int OpenFile(const char* name, int flags) {
   for (;;) {
-    const int file = open(name, O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | flags, 0666);
+    const int file = open(name, flags | O_CLOEXEC | O_NOCTTY, 0666);
     if (file >= 0 || errno != EINTR) return file;
   }
 }
@@ -95,8 +95,39 @@ void CutBack(int file, off_t size) {
 
 }  // namespace
 
+bool InputFile::Open(const char* name) {
+  Close();
+  file_ = OpenFile(name != nullptr ? name : "", O_RDONLY);
+  if (!IsOpen()) return false;
+  struct stat facts {};
+  if (fstat(file_, &facts) != 0 || S_ISDIR(facts.st_mode)) {
+    Close();
+    return false;
+  }
+  size_ = S_ISREG(facts.st_mode) ? static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0)) : 0;
+  failed_ = false;
+  return true;
+}
+
+std::size_t InputFile::Read(char* room, std::size_t size) {
+  if (!IsOpen()) return 0;
+  ssize_t got;
+  do {
+    got = read(file_, room, size);
+  } while (got < 0 && errno == EINTR);
+  if (got > 0) return static_cast<std::size_t>(got);
+  failed_ = got < 0;
+  Close();
+  return 0;
+}
+
+void InputFile::Close() {
+  if (IsOpen()) close(file_);
+  file_ = -1;
+}
+
 OutputFile::OutputFile(const char* name, Mode mode)
-    : file_(OpenForWriting(name, mode == kAppend ? O_APPEND : O_TRUNC)) {}
+    : file_(OpenFile(name, O_WRONLY | O_CREAT | (mode == kAppend ? O_APPEND : O_TRUNC))) {}
 
 OutputFile::~OutputFile() {
   if (IsOpen()) close(file_);

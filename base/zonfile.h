@@ -1,13 +1,43 @@
-// Appends whole texts to files. A text is composed first and written in as few calls as possible; a
-// regular file that cannot take all of it is cut back. A host that is killed during a call can leave
-// the beginning of the text behind.
+// Files of the system. A text is composed first and appended in as few calls as possible; a regular
+// file that cannot take all of it is cut back. A host that is killed during a call can leave the
+// beginning of the text behind.
 #ifndef ZON_BASE_ZONFILE_H
 #define ZON_BASE_ZONFILE_H
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
 namespace zon {
+
+// A file that is open for reading: a regular file, a pipe or a device, but no directory.
+class InputFile {
+ public:
+  InputFile() = default;
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile() { Close(); }
+
+  bool Open(const char* name);
+  bool IsOpen() const { return file_ >= 0; }
+
+  // The size that the system reports; 0 if unknown, as for a pipe. Only a hint: a file may grow.
+  std::size_t Size() const { return size_; }
+
+  // Reads up to `size` bytes and returns how many. 0 at the end and on failure, which close the
+  // file, and for a closed file.
+  std::size_t Read(char* room, std::size_t size);
+
+  // Whether the last read failed. What was read before is only a part of the file.
+  bool HasFailed() const { return failed_; }
+
+  void Close();
+
+ private:
+  int file_ = -1;
+  std::size_t size_ = 0;
+  bool failed_ = false;
+};
 
 // A file that is open for writing, created if it was missing.
 class OutputFile {

@@ -3,7 +3,7 @@
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "editing/zonedit.h"
 #include "paths/zonfilen.h"
 #include "tree/zonbool.h"

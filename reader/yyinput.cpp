@@ -1,34 +1,34 @@
 // Tested by tests/scanner_test.cpp.
 #include "reader/yyinput.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <cstddef>
+#include <cstring>
 
-#include <algorithm>
-#include <cerrno>
-#include <new>
+#include "base/zonfiletext.h"
+#include "base/zonlexeme.h"
 
 namespace {
 
-constexpr std::size_t kSmallestBlock = 512;
-constexpr std::size_t kLargestBlock = std::size_t{256} << 10;
-constexpr std::size_t kUnknownSize = std::size_t{64} << 10;
-constexpr std::size_t kPiece = std::size_t{64} << 10;  // stays in the cache while it is scanned
-
-// What a stream without a block reads: nothing, followed by the zero that ends every block.
-unsigned char nothing[1] = {};
-
-int OpenForReading(const char* name) {
-  for (;;) {
-    const int file = open(name, O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    if (file >= 0 || errno != EINTR) return file;
-  }
-}
+// What a stream reads that has no text: nothing, followed by the zero that ends every text.
+char nothing[zon::FileText::kFront + 1] = {};
 
 }  // namespace
 
 CyyInput::~CyyInput() = default;
+
+int CyyInput::GetCh() {
+  const int c = Get();
+  if (c < 0) return c;
+  ++characters_;
+  if (c == '\n') {
+    ++lines_;
+    previousPosition_ = position_;
+    position_ = 0;
+  } else {
+    ++position_;
+  }
+  return c;
+}
 
 void CyyInput::PutBack(int c) {
   if (c < 0) return;
@@ -42,91 +42,76 @@ void CyyInput::PutBack(int c) {
   Put(c);
 }
 
-CyyStream::CyyStream(const char* name) {
-  ReleaseBlock();
-  status_ = 2;
-  file_ = OpenForReading(name != nullptr ? name : "");
-  if (file_ < 0) return;
-  struct stat facts {};
-  if (fstat(file_, &facts) != 0 || S_ISDIR(facts.st_mode)) {
-    Close();
+void CyyInput::CountText(const char* begin, const char* end) {
+  const auto size = static_cast<std::size_t>(end - begin);
+  characters_ += static_cast<unsigned int>(size);
+  const std::size_t newlines = zon::CountChar('\n', begin, end);
+  if (newlines == 0) {
+    position_ += static_cast<unsigned int>(size);
     return;
   }
-  // A small file gets a small block. The size is a hint alone: pipes and the files of /proc have
-  // none, and a file may grow.
-  const auto size = static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0));
-  size_ = size == 0 ? kUnknownSize : std::clamp(size + 1, kSmallestBlock, kLargestBlock);
-  try {
-    StartBlock(ownBlock_);
-  } catch (...) {
-    CloseFile();
-    throw;
-  }
-  status_ = 0;
+  lines_ += static_cast<unsigned int>(newlines);
+  const auto* last = static_cast<const char*>(memrchr(begin, '\n', size));
+  const auto before = static_cast<std::size_t>(last - begin);
+  const void* line = before != 0 ? memrchr(begin, '\n', before) : nullptr;
+  previousPosition_ = line != nullptr
+                          ? static_cast<unsigned int>(last - static_cast<const char*>(line) - 1)
+                          : position_ + static_cast<unsigned int>(before);
+  position_ = static_cast<unsigned int>(end - last - 1);
 }
 
-CyyStream::~CyyStream() {
-  Close();
+CyyStream::CyyStream(const char* name) : text_(std::make_unique<zon::FileText>()) {
+  status_ = text_->Open(name) ? 0 : 2;
+  counted_ = next_ = end_ = nothing + zon::FileText::kFront;
 }
+
+CyyStream::~CyyStream() = default;
 
 void CyyStream::Close() {
-  CloseFile();
-  if (keeper_ == nullptr) ownBlock_.Clear();
   Count();
-  ReleaseBlock();
+  text_->Close();
+  next_ = end_;
+  counted_ = end_;
 }
 
-void CyyStream::ReleaseBlock() {
-  block_ = nullptr;
-  counted_ = next_ = end_ = nothing;
-}
-
-void CyyStream::CloseFile() {
-  if (file_ >= 0) close(file_);
-  file_ = -1;
-}
-
-void CyyStream::StartBlock(zon::Store& store) {
-  char* room = store.TakeRaw(kPutBackRoom + size_ + 1);
-  counted_ = next_ = end_ = block_ = reinterpret_cast<unsigned char*>(room) + kPutBackRoom;
-  *end_ = '\0';
+void CyyStream::Release() {
+  Close();
+  text_->Release();
+  counted_ = next_ = end_ = nothing + zon::FileText::kFront;
 }
 
 bool CyyStream::Fill() {
-  if (file_ < 0) return false;
-  Count();
-  if (keeper_ == nullptr) {
-    counted_ = next_ = end_ = block_;
-  } else if (end_ == block_ + size_) {
-    StartBlock(*keeper_);
-  }
-  const std::size_t room = std::min(static_cast<std::size_t>(block_ + size_ - end_), kPiece);
-  ssize_t got;
-  do {
-    got = read(file_, end_, room);
-  } while (got < 0 && errno == EINTR);
-  if (got > 0) end_ += got;
-  *end_ = '\0';
-  if (got > 0) return true;
-  failed_ = got < 0;
-  CloseFile();
-  return false;
+  const bool isFirst = text_->Begin() == nullptr;
+  const bool hasMore = text_->ReadMore();
+  if (text_->Begin() == nullptr) return false;
+  if (isFirst) counted_ = next_ = text_->Begin();
+  end_ = text_->End();
+  return hasMore;
 }
 
-// What is taken one by one is counted by who takes it.
+bool CyyStream::HasFailed() const {
+  return text_->HasFailed();
+}
+
+// A character that is consumed alone is counted by the caller.
 int CyyStream::Get() {
+  Count();
   if (next_ == end_ && !Fill()) return -1;
-  ++counted_;
-  return *next_++;
+  counted_ = next_ + 1;
+  return static_cast<unsigned char>(*next_++);
 }
 
 int CyyStream::Peek() {
   if (next_ == end_ && !Fill()) return -1;
-  return *next_;
+  return static_cast<unsigned char>(*next_);
 }
 
+// The text stays as the file has it unless another character is put back than was consumed.
 void CyyStream::Put(int c) {
-  if (c < 0 || block_ == nullptr || next_ == block_ - kPutBackRoom) return;
-  --counted_;
-  *--next_ = static_cast<unsigned char>(c);
+  if (text_->Begin() == nullptr) Fill();
+  const char* begin = text_->Begin();
+  if (c < 0 || begin == nullptr || next_ == begin - zon::FileText::kFront) return;
+  Count();
+  counted_ = --next_;
+  if (*next_ != static_cast<char>(c)) *next_ = static_cast<char>(c);
 }

@@ -5,33 +5,34 @@
 #include <typeinfo>
 
 #include "base/zonout.h"
-#include "reader/yysource.h"
+#include "base/zonstore.h"
+#include "reader/zonsource.h"
 
 namespace {
 
-// A class derived from CyyStream may deliver other characters than lie in its block.
-CyyStream* AsPlainStream(CyyInput* input) {
-  return input != nullptr && typeid(*input) == typeid(CyyStream) ? static_cast<CyyStream*>(input)
-                                                                 : nullptr;
+constexpr std::size_t kRoomForMessage = 64;  // so that a lack of memory can be reported too
+
+CyyInput* Checked(CyyInput* input) {
+  return input != nullptr ? input : new CyyStream(nullptr);
 }
 
-// Room for any message, so that even a lack of memory can be reported.
-std::string RoomForMessage() {
-  std::string text;
-  text.reserve(64);
-  return text;
+// A class derived from CyyStream may deliver other characters than the file has.
+CyyStream* AsPlainStream(CyyInput* input) {
+  return typeid(*input) == typeid(CyyStream) ? static_cast<CyyStream*>(input) : nullptr;
 }
 
 }  // namespace
 
 CyyParser::CyyParser(CyyInput* input)
-    : error_(RoomForMessage()), input_(input), stream_(AsPlainStream(input)) {
-  if (stream_ != nullptr) stream_->KeepBlocks(store_);
+    : input_(Checked(input)),
+      store_(std::make_unique<zon::Store>()),
+      stream_(AsPlainStream(input_.get())) {
+  error_.reserve(kRoomForMessage);
 }
 
 CyyParser::~CyyParser() = default;
 
-// Nesting is counted, not followed by recursion: a file of a million openers costs no stack.
+// Nesting is counted, without recursion: a file of a million openers costs no stack.
 template <class Source>
 int CyyParser::SkipCommentIn(Source&& source, unsigned char first, unsigned char second) {
   const int c = source.Take();
@@ -64,28 +65,32 @@ int CyyParser::SkipComment(const char* delimiters) {
   if (delimiters == nullptr || std::strlen(delimiters) != 2) return 0;
   const auto first = static_cast<unsigned char>(delimiters[0]);
   const auto second = static_cast<unsigned char>(delimiters[1]);
-  if (stream_ == nullptr) return SkipCommentIn(zon::CallSource(*input_), first, second);
-  zon::StreamSource source(*stream_);
-  const int whole = SkipCommentIn(source, first, second);
-  source.Sync();
+  std::string buffer;
+  if (stream_ == nullptr) return SkipCommentIn(zon::CallSource(*input_, buffer), first, second);
+  const int whole = SkipCommentIn(zon::TextSource(*stream_), first, second);
+  CountInput();
   return whole;
 }
 
 void CyyParser::SkipEOL() {
+  std::string buffer;
   if (stream_ != nullptr) {
-    zon::StreamSource source(*stream_);
-    source.SkipLine();
-    source.Sync();
+    zon::TextSource(*stream_).SkipLine();
+    CountInput();
   } else {
-    zon::CallSource(*input_).SkipLine();
+    zon::CallSource(*input_, buffer).SkipLine();
   }
   ++comments_;
+}
+
+void CyyParser::CountInput() {
+  if (stream_ != nullptr) zon::TextSource(*stream_).Count();
 }
 
 void CyyParser::yyerror(const char* message) {
   if (hasError_) return;
   hasError_ = true;
-  if (stream_ != nullptr) zon::StreamSource(*stream_).Sync();
+  CountInput();
   errorLine_ = input_->GetNoLines();
   errorPosition_ = input_->GetPosition();
   error_ = message != nullptr ? message : "";

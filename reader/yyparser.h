@@ -1,4 +1,4 @@
-// What any parser of parameter files has: its source, the texts of its tokens, the number of its
+// What every parser of parameter files has: its source, the texts of its tokens, the number of its
 // comments and the first error.
 #ifndef ZON_READER_YYPARSER_H
 #define ZON_READER_YYPARSER_H
@@ -10,13 +10,17 @@
 #include <vector>
 
 #include "base/zonexport.h"
-#include "base/zonstore.h"
 #include "reader/yyinput.h"
+
+namespace zon {
+class Store;
+}
 
 /** What scanners and parsers share: the source, comments, the first error, token texts. */
 class ZON_API CyyParser {
  public:
-  explicit CyyParser(CyyInput* input);  ///< takes the source over
+  /** Takes ownership of the source, also if it throws. Null is an empty source. */
+  explicit CyyParser(CyyInput* input);
   CyyParser(const CyyParser&) = delete;
   CyyParser& operator=(const CyyParser&) = delete;
   virtual ~CyyParser();
@@ -26,15 +30,15 @@ class ZON_API CyyParser {
   virtual int yylex() = 0;
   virtual int yyparse() = 0;
 
-  /** Skips a block comment, nested ones in it included. `delimiters` are the two characters of its
-   *  opener, of which the closer is the reverse. Gives 1 when a whole comment was consumed, each
-   *  one in it counted; 0 when there is none (nothing consumed) or the input ends in it. */
+  /** Skips a block comment with the comments nested in it, and counts each. `delimiters` are the two
+   *  characters of the opener; the closer is the reverse. Returns 1 if a whole comment was consumed,
+   *  0 if there is none (nothing is consumed) or if the input ends in it. */
   virtual int SkipComment(const char* delimiters);
 
   /** Skips the rest of the line, up to its newline, and counts a comment. */
   virtual void SkipEOL();
 
-  /** Records an error at the present place of the source. The first one stays. */
+  /** Records an error at the current place of the source. Only the first one is kept. */
   void yyerror(const char* message);
 
   void ClearTokens();                         ///< forgets the token texts
@@ -50,20 +54,26 @@ class ZON_API CyyParser {
   const CyyInput& GetInput() const { return *input_; }
 
  protected:
-  // The source as a plain file, whose characters may be taken many at a time; null for any other.
+  /** The source as a plain file, whose characters may be consumed many at a time; null for any
+   *  other. */
   CyyStream* GetStream() const { return stream_; }
   CyyInput& Input() const { return *input_; }
 
-  zon::Store store_;                      // token texts and whatever is made of them; goes last
-  std::vector<std::string_view> tokens_;  // the texts that are kept
+  /** The memory of token texts and of the nodes that are made of them. */
+  zon::Store& GetStore() const { return *store_; }
+
+  void AddToken(std::string_view text) { tokens_.push_back(text); }  ///< to the list of texts
+  void CountInput();  ///< brings the counters of a plain file up to date
 
  private:
   template <class Source>
   int SkipCommentIn(Source&& source, unsigned char first, unsigned char second);
 
-  std::string error_;  // made first: nothing may fail once the source is taken over
   std::unique_ptr<CyyInput> input_;
+  std::unique_ptr<zon::Store> store_;
+  std::string error_;
   CyyStream* stream_;
+  std::vector<std::string_view> tokens_;
   bool hasError_ = false;
   unsigned int errorLine_ = 0;
   unsigned int errorPosition_ = 0;

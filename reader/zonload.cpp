@@ -73,8 +73,8 @@ std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
     return nullptr;
   }
   const CyyStream& stream = *input;
-  auto parser = std::make_unique<CzonParser>(input.get());
-  static_cast<void>(input.release());  // the parser's now
+  // The memory of the parser is allocated before the stream is released to it.
+  std::unique_ptr<CzonParser> parser(new CzonParser(input.release()));
   const int failed = parser->Parse(0);
   if (stream.HasFailed()) {
     // Whatever was read is a part of the file at best.

@@ -9,8 +9,8 @@
 #include <cstring>
 #include <exception>
 
-#include "base/zonchars.h"
-#include "base/zondecim.h"
+#include "base/zonlexeme.h"
+#include "base/zonnumberscan.h"
 
 namespace {
 
@@ -65,49 +65,18 @@ constexpr Classes ClassesOf(int c) {
   return classes;
 }
 
-// What a number has come to.
-enum NumberState : unsigned char {
-  kStart,
-  kSign,
-  kWhole,
-  kPoint,  // without a digit before it: one must follow
-  kFraction,
-  kScale,  // the e: a digit must follow, or a sign and a digit
-  kScaleSign,
-  kExponent,
-  kStop  // the character is not part of the number
-};
-
-constexpr NumberState After(NumberState state, int c) {
-  if (zon::IsClass(c, zon::kDigit))
-    return state >= kScale ? kExponent : state >= kPoint ? kFraction : kWhole;
-  if (c == '.') return state == kWhole ? kFraction : state <= kSign ? kPoint : kStop;
-  // Kept: a sign needs no digit behind it, so "+" is an integer and "-e5" a real.
-  if (c == 'e' || c == 'E')
-    return state == kSign || state == kWhole || state == kFraction ? kScale : kStop;
-  if (c == '+' || c == '-') return state == kStart ? kSign : state == kScale ? kScaleSign : kStop;
-  return kStop;
-}
-
-struct Tables {
-  std::array<std::uint16_t, 256> classes;
-  std::array<std::array<NumberState, 256>, kStop> after;
-};
-
-constexpr Tables MakeTables() {
-  Tables tables{};
+constexpr std::array<std::uint16_t, 256> MakeClasses() {
+  std::array<std::uint16_t, 256> classes{};
   for (std::size_t c = 0; c < 256; ++c) {
-    tables.classes[c] = static_cast<std::uint16_t>(ClassesOf(static_cast<int>(c)));
-    for (std::size_t state = 0; state < kStop; ++state)
-      tables.after[state][c] = After(static_cast<NumberState>(state), static_cast<int>(c));
+    classes[c] = static_cast<std::uint16_t>(ClassesOf(static_cast<int>(c)));
   }
-  return tables;
+  return classes;
 }
 
-constexpr Tables kTables = MakeTables();
+constexpr std::array<std::uint16_t, 256> kClasses = MakeClasses();
 
 bool Is(unsigned char c, Classes classes) {
-  return (kTables.classes[c] & classes) != 0;
+  return (kClasses[c] & classes) != 0;
 }
 
 }  // namespace
@@ -194,7 +163,10 @@ class zontScanner {
   }
 
   void CollectName() {
-    TakeAhead(zon::WordLength, [this](const char* run, std::size_t size) { Append(run, size); });
+    const auto length = [](const char* begin, const char* end) {
+      return static_cast<std::size_t>(zon::SkipWord(begin, end) - begin);
+    };
+    TakeAhead(length, [this](const char* run, std::size_t size) { Append(run, size); });
   }
 
   void Append(const char* data, std::size_t size) {
@@ -355,7 +327,7 @@ int zontScanner::Number() {
   const auto* const end = reinterpret_cast<const char*>(input_.end_);
   const bool hasSign = *start == '-' || *start == '+';
   bool isWhole = false;
-  const char* const behind = zon::PassNumber(start + (hasSign ? 1 : 0), end, &isWhole);
+  const char* const behind = zon::SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
   if (behind == nullptr || behind == end) return NumberStepByStep();
   const auto size = static_cast<std::size_t>(behind - start);
   input_.cursor_ += size;
@@ -364,26 +336,12 @@ int zontScanner::Number() {
 }
 
 int zontScanner::NumberStepByStep() {
-  NumberState state = kStart;
-  const auto accept = [&state](unsigned char c) {
-    const NumberState next = kTables.after[state][c];
-    if (next == kStop) return false;
-    state = next;
-    return true;
-  };
-  TakeRun(accept, [this](const char* run, std::size_t size) { Append(run, size); });
-  switch (state) {
-    case kPoint:
-      return FailAfter("Expecting digit after .");
-    case kScale:
-    case kScaleSign:
-      return FailAfter("Bad floating point exponent definition (e/E)");
-    case kFraction:
-    case kExponent:
-      return kReal;
-    default:
-      return kInteger;
-  }
+  zon::NumberScan number;
+  TakeRun([&number](unsigned char c) { return number.Accept(c); },
+          [this](const char* run, std::size_t size) { Append(run, size); });
+  if (number.IsComplete()) return number.IsWhole() ? kInteger : kReal;
+  return FailAfter(number.MissesFraction() ? "Expecting digit after ."
+                                           : "Bad floating point exponent definition (e/E)");
 }
 
 int zontScanner::String() {

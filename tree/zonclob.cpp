@@ -12,7 +12,7 @@
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "base/zonerror.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "base/zonout.h"
 #include "tree/zonstri.h"
 

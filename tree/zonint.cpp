@@ -2,7 +2,7 @@
 
 #include "base/zonassert.h"
 #include "base/zonchars.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "base/zonout.h"
 
 CzonInt::CzonInt(const std::string& text) : CzonNumeric(text) {}

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
 /** An integer; it also has the views of a real. */

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "base/zonassert.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 
 CzonNumeric::CzonNumeric(const std::string& text) : CzonParam(text) {
   CStoReals();

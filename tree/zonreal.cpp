@@ -1,7 +1,7 @@
 #include "tree/zonreal.h"
 
 #include "base/zonassert.h"
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "base/zonout.h"
 
 namespace {

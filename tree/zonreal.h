@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
 /** A real as it stood in a file; written back as it stood. */

@@ -9,15 +9,18 @@
  *       [Inner()] EndSect
  *     EndSect
  *
- * The comment behind each rule is its name. zongram.cmake makes from them the enumeration `Rule`,
- * which stands beside the tables in zongram.inc: so write one rule a line, name each, and run that
- * script after a change. No actions are written here: the driver in zonparse.cpp calls one action
- * per rule by the rule's name, and the tables can be made without a line of code.
+ * The comment after each rule is its name. zongrammar.cmake makes the enumeration `Rule` from them,
+ * beside the tables in zongrammar.inc: write one rule a line, name each, and run that script after a
+ * change. There are no actions here: the engine (zonengine.cpp) calls one action per rule, by the
+ * name of the rule.
  *
  * Lists are left-recursive, because the parse stack has a fixed depth and a long list must not use
- * it up. A place left empty in a list is a rule of its own, as it gives a parameter too. */
+ * it up. A place left empty in a list is a rule of its own, as it makes a value too.
+ *
+ * VALUES is a run of plain values with the commas between them. The lexer offers it only where the
+ * tables accept it, so that a long list takes one step. */
 
-/* The codes that the scanner returns. A character in quotes is its own code. */
+/* The codes that the lexer returns. A character in quotes is its own code. */
 %token INTEGER     257
 %token REAL        258
 %token BOOLEAN     259
@@ -28,6 +31,7 @@
 %token DEFAULT     264
 %token DATETIME    265
 %token FILENAME    266
+%token VALUES      267
 
 %start parameter_file
 
@@ -68,6 +72,8 @@ keyword_line
     | remarked_keyword_name '=' item            /* kKeywordFirstItem */
     | keyword_line ',' item                     /* kKeywordNextItem */
     | keyword_line ','                          /* kKeywordNextEmpty */
+    | remarked_keyword_name '=' VALUES          /* kKeywordFirstValues */
+    | keyword_line ',' VALUES                   /* kKeywordNextValues */
     ;
 
 remarked_keyword_name
@@ -86,6 +92,8 @@ default_line
     | remarked_default_head '=' item            /* kDefaultFirstItem */
     | default_line ','                          /* kDefaultNextEmpty */
     | default_line ',' item                     /* kDefaultNextItem */
+    | remarked_default_head '=' VALUES          /* kDefaultFirstValues */
+    | default_line ',' VALUES                   /* kDefaultNextValues */
     ;
 
 remarked_default_head

@@ -1,5 +1,5 @@
 // Tested by tests/values_test.cpp, which holds the conversions against a table of hard cases.
-#include "base/zonnumtx.h"
+#include "base/zonnumber.h"
 
 #include <charconv>
 #include <climits>
@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "base/zonchars.h"
-#include "base/zondecim.h"
+#include "base/zonnumberscan.h"
 
 namespace zon {
 namespace {
@@ -38,8 +38,8 @@ bool AcceptSign(Cursor& cursor) {
 }
 
 bool ConvertShort(Cursor cursor, double* value) {
-  Decimal decimal;
-  return decimal.Read(cursor.at, cursor.end) == cursor.end && decimal.ToDouble(false, value);
+  ShortNumber number;
+  return number.Read(cursor.at, cursor.end) == cursor.end && number.ToDouble(false, value);
 }
 
 constexpr bool IsHexDigit(int c) {

@@ -1,32 +1,31 @@
-# Makes zongram.inc, the parse tables and the names of the rules, from zongram.y.
+# Makes zongrammar.inc, the parse tables and the names of the rules, from zongrammar.y.
 #
-#   cmake -P reader/zongram.cmake              write zongram.inc beside this script
-#   cmake -DCHECK=ON -P reader/zongram.cmake   make it elsewhere and fail when the file differs
+#   cmake -P reader/zongrammar.cmake              write zongrammar.inc beside this script
+#   cmake -DCHECK=ON -P reader/zongrammar.cmake   make it elsewhere and fail when the file differs
 #
 # Settings, each with a default; relative paths are taken from the current directory:
 #   YACC         the yacc of Debian's package 9base; other yaccs lay out other tables
 #   SOURCE       the grammar
-#   YACCPAR_DIR  the folder of yaccpar, the template that yacc copies behind the tables
+#   YACCPAR_DIR  the folder of yaccpar, the template that yacc copies after the tables
 #   OUTPUT       the file to write, or to compare with
 #
-# Nobody who only builds the library needs this script, for zongram.inc is kept with the sources.
+# Building the library does not need this script: zongrammar.inc is kept with the sources.
 cmake_minimum_required(VERSION 3.16)
 
-# The size of the grammar as its driver and its tests know it. Not a limit: whoever changes the
-# grammar changes these too. They are here so that a slip of the pen does not pass for a change.
-set(EXPECT_STATES 63)
-set(EXPECT_RULES 50)  # the accepting rule, which yacc adds as number 0, is one of them
+# The size of the grammar. Change the numbers with the grammar: they catch a change by mistake.
+set(EXPECT_STATES 67)
+set(EXPECT_RULES 54)  # the accepting rule, which yacc adds as number 0, is one of them
 set(EXPECT_NONTERMINALS 19)
 set(EXPECT_EXCEPTIONS 1)
 
 if(NOT DEFINED SOURCE)
-  set(SOURCE "${CMAKE_CURRENT_LIST_DIR}/zongram.y")
+  set(SOURCE "${CMAKE_CURRENT_LIST_DIR}/zongrammar.y")
 endif()
 if(NOT DEFINED YACCPAR_DIR)
   set(YACCPAR_DIR "${CMAKE_CURRENT_LIST_DIR}")
 endif()
 if(NOT DEFINED OUTPUT)
-  set(OUTPUT "${CMAKE_CURRENT_LIST_DIR}/zongram.inc")
+  set(OUTPUT "${CMAKE_CURRENT_LIST_DIR}/zongrammar.inc")
 endif()
 if(NOT DEFINED YACC)
   find_program(YACC yacc PATHS /usr/lib/plan9/bin NO_DEFAULT_PATH)
@@ -54,7 +53,7 @@ if(work STREQUAL "")
   set(work /tmp)
 endif()
 string(RANDOM LENGTH 12 random)
-string(APPEND work "/zongram-${random}")
+string(APPEND work "/zongrammar-${random}")
 
 function(fail text)
   file(REMOVE_RECURSE "${work}")
@@ -71,7 +70,7 @@ execute_process(
   OUTPUT_VARIABLE said
   ERROR_VARIABLE said)
 if(NOT result STREQUAL "0" OR NOT said STREQUAL "")
-  fail("${YACC} on ${SOURCE} ended with ${result} and said:\n${said}")
+  fail("${YACC} on ${SOURCE} ended with ${result} and wrote:\n${said}")
 endif()
 foreach(file IN ITEMS tables.c y.output)
   if(NOT EXISTS "${work}/${file}")
@@ -93,7 +92,7 @@ endforeach()
 
 function(expect pattern number what)
   if(NOT report MATCHES "${pattern}")
-    fail("y.output tells no number of ${what}")
+    fail("y.output has no number of ${what}")
   endif()
   if(NOT CMAKE_MATCH_1 EQUAL number)
     fail("the grammar has ${CMAKE_MATCH_1} ${what}, expected ${number}")
@@ -154,7 +153,7 @@ foreach(line IN LISTS lines)
     string(STRIP "${CMAKE_MATCH_1}" right)
     string(REPLACE "'" "" plain "${right}")
     if(NOT rule_${number} STREQUAL "${left}: ${plain}")
-      fail("${name} stands in place ${number}, where yacc sees the rule\n${rule_${number}}")
+      fail("${name} is in place ${number}, where yacc has the rule\n${rule_${number}}")
     endif()
     if(name IN_LIST names)
       fail("two rules are named ${name}")
@@ -181,7 +180,7 @@ endif()
 
 function(constant name out)
   if(NOT tables MATCHES "#define[ \t]+${name}[ \t]+([0-9]+)\n")
-    fail("yacc has not told ${name}")
+    fail("yacc has not written ${name}")
   endif()
   set(${out} "${CMAKE_MATCH_1}" PARENT_SCOPE)
 endfunction()
@@ -262,9 +261,9 @@ constexpr int YYNPROD = ${rules};    // length of yyr1 and yyr2: one for each Ru
 constexpr int YYLAST = ${last};     // length of yyact
 constexpr int YYFLAG = -1000;  // in yypact: the state shifts nothing
 
-/* What a state does whose entry in yydef is -2. Behind the pair (-1, state) stand pairs of a token
+/* What a state does whose entry in yydef is -2. The pair (-1, state) is followed by pairs of a token
  * and what to do on it: a rule to reduce by, 0 for an error, -1 to accept. The pair that begins
- * with -2 ends them and tells what to do on any other token. */
+ * with -2 ends them and is for any other token. */
 ${yyexca}
 /* The states that a shift or a goto leads to. If yypact[state] is YYFLAG, no token is shifted, and
  * none needs to be read. Else yyact[yypact[state] + token] is the state to shift to, provided that
@@ -279,7 +278,7 @@ ${yyr1}${yyr2}
 /* The symbol by which each state is entered: a token's number, or a nonterminal's negated. */
 ${yychk}
 /* What a state does when it has shifted nothing: a rule to reduce by, 0 for an error, or -2 for
- * what yyexca tells. */
+ * what yyexca says. */
 ${yydef}")
 
 if(CHECK)

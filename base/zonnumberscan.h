@@ -1,7 +1,11 @@
-// Numbers as people mostly write them, converted while they are looked for: few digits, with a
-// point, a power of ten or neither.
-#ifndef ZON_BASE_ZONDECIM_H
-#define ZON_BASE_ZONDECIM_H
+// Finding and converting numbers in a text.
+//
+// SkipNumber finds the end of a number, eight digits at a time. NumberScan does it character by
+// character, for sources that deliver no more than one. ShortNumber also converts numbers of at most
+// 18 digits; all others are left to TextToDouble and TextToLong (zonnumber.h).
+// Tested by tests/values_test.cpp and tests/scanner_test.cpp.
+#ifndef ZON_BASE_ZONNUMBERSCAN_H
+#define ZON_BASE_ZONNUMBERSCAN_H
 
 #include <cstddef>
 #include <cstdint>
@@ -10,9 +14,8 @@
 
 namespace zon {
 
-// Eight characters at once, without a branch that depends on how many of them are digits: a
-// processor guesses that wrong for nearly every number. Each digit in `word` is turned into its own
-// value; gives how many of them stand in front.
+// How many of eight characters are leading digits; turns each digit in `word` into its value. There
+// is no branch on their number, which a processor would mispredict for nearly every number.
 inline int LeadingDigits(std::uint64_t* word) {
   *word ^= kEachByte * '0';
   const std::uint64_t others = ((*word + kEachByte * 0x76) | *word) & kEachByte * 0x80;
@@ -23,7 +26,7 @@ inline bool IsDigit(char c) {
   return static_cast<unsigned char>(c - '0') <= 9;
 }
 
-inline const char* PassDigits(const char* at, const char* end) {
+inline const char* SkipDigits(const char* at, const char* end) {
   while (end - at >= 8) {
     std::uint64_t word = LoadEight(at);
     const int count = LeadingDigits(&word);
@@ -35,17 +38,17 @@ inline const char* PassDigits(const char* at, const char* end) {
 }
 
 // The end of the number without sign that begins at `at`, and whether it has neither point nor
-// power; null when none stands there.
-inline const char* PassNumber(const char* at, const char* end, bool* isWhole) {
+// exponent. Null if there is none.
+inline const char* SkipNumber(const char* at, const char* end, bool* isWhole) {
   const char* const start = at;
-  at = PassDigits(at, end);
+  at = SkipDigits(at, end);
   bool hasDigits = at != start;
   *isWhole = true;
   if (at < end && *at == '.') {
     *isWhole = false;
-    const char* const behindPoint = ++at;
-    at = PassDigits(at, end);
-    hasDigits = hasDigits || at != behindPoint;
+    const char* const fraction = ++at;
+    at = SkipDigits(at, end);
+    hasDigits = hasDigits || at != fraction;
   }
   if (!hasDigits) return nullptr;
   if (at == end || (*at != 'e' && *at != 'E')) return at;
@@ -53,14 +56,61 @@ inline const char* PassNumber(const char* at, const char* end, bool* isWhole) {
   ++at;
   if (at < end && (*at == '-' || *at == '+')) ++at;
   const char* const power = at;
-  at = PassDigits(at, end);
+  at = SkipDigits(at, end);
   return at != power ? at : nullptr;
 }
 
-class Decimal {
+// The state of a number that is read character by character, its sign included.
+//
+// Compatibility: a sign needs no digit after it. The token reader takes "+" as an integer and "-e5"
+// as a real; the loader's lexer never passes a sign.
+class NumberScan {
  public:
-  // Reads the number without sign that begins at `at`. Gives its end; null when none of this kind
-  // stands there, and the object is then in no particular state.
+  // Adds a character to the number; false if it does not belong to it.
+  bool Accept(int c) {
+    const State next = After(c);
+    if (next == kStop) return false;
+    state_ = next;
+    return true;
+  }
+
+  bool IsWhole() const { return state_ <= kWhole; }  // neither point nor exponent
+  bool IsComplete() const {
+    return state_ != kPoint && state_ != kExponent && state_ != kExponentSign;
+  }
+  bool MissesFraction() const { return state_ == kPoint; }  // of ".", a digit must follow
+
+ private:
+  enum State : unsigned char {
+    kStart,
+    kSign,
+    kWhole,
+    kPoint,  // without a digit before it
+    kFraction,
+    kExponent,  // the letter alone
+    kExponentSign,
+    kExponentDigits,
+    kStop
+  };
+
+  State After(int c) const {
+    if (IsClass(c, kDigit)) {
+      return state_ >= kExponent ? kExponentDigits : state_ >= kPoint ? kFraction : kWhole;
+    }
+    const bool mayGoOn = state_ == kSign || state_ == kWhole || state_ == kFraction;
+    if (c == '.') return state_ == kWhole ? kFraction : state_ <= kSign ? kPoint : kStop;
+    if (c == 'e' || c == 'E') return mayGoOn ? kExponent : kStop;
+    if (c != '+' && c != '-') return kStop;
+    return state_ == kStart ? kSign : state_ == kExponent ? kExponentSign : kStop;
+  }
+
+  State state_ = kStart;
+};
+
+class ShortNumber {
+ public:
+  // Reads the number without sign that begins at `at`. Returns its end; null if there is none, or
+  // none that is short. The object is then unusable.
   const char* Read(const char* at, const char* end) {
     digits_ = 0;
     const char* const start = at;
@@ -79,14 +129,14 @@ class Decimal {
     return at < end && (*at == 'e' || *at == 'E') ? ReadPower(at + 1, end) : at;
   }
 
-  bool IsWhole() const { return isWhole_; }  // neither point nor power
+  bool IsWhole() const { return isWhole_; }  // neither point nor exponent
   std::int64_t Whole() const { return static_cast<std::int64_t>(digits_); }
 
-  // Gives the value, with its sign, if a single rounding makes it: up to 2^53 and with a power of
-  // ten that a double holds exactly, one multiplication or division rounds once and so correctly.
+  // Stores the value with its sign if that takes a single rounding: with digits up to 2^53 and a
+  // power of ten that a double holds exactly, one multiplication or division rounds correctly.
   bool ToDouble(bool negative, double* value) const {
     if (digits_ > (std::uint64_t{1} << 53)) return false;
-    // A table, as a branch would guess half of the signs wrong.
+    // A table, as half of the signs would be mispredicted.
     static constexpr double kSigns[] = {1.0, -1.0};
     const double mantissa = static_cast<double>(digits_) * kSigns[negative ? 1 : 0];
     if (scale_ == 0) {
@@ -102,8 +152,8 @@ class Decimal {
   }
 
  private:
-  static constexpr int kSafeDigits = 18;     // as many digits always fit into 64 bits
-  static constexpr int kExponentDigits = 4;  // more than enough for any double
+  static constexpr int kSafeDigits = 18;     // fit into 64 bits, whatever they are
+  static constexpr int kExponentDigits = 4;  // more than any double needs
   static constexpr int kLargestExactPower = 22;
   static constexpr std::uint64_t kWholePowers[] = {1,      10,      100,      1000,     10000,
                                                    100000, 1000000, 10000000, 100000000};
@@ -125,7 +175,7 @@ class Decimal {
     return at;
   }
 
-  // Of eight digits, the first one in the lowest byte: pairs, then fours, then all are joined.
+  // The value of eight digits, the first one in the lowest byte: joins pairs, then fours, then all.
   static std::uint64_t ValueOf(std::uint64_t block) {
     block = (block * (1 + (10 << 8))) >> 8;
     block = ((block & 0x00FF00FF00FF00FF) * (1 + (std::uint64_t{100} << 16))) >> 16;

@@ -1,19 +1,20 @@
-// What the rules of the grammar do: one case for each rule, by its name in zongram.y. Tested by
-// tests/grammar_test.cpp.
-#include <typeinfo>
+// What the rules of the grammar do: one case for each rule, by its name in zongrammar.y.
+#include "reader/zontreebuilder.h"
 
+#include "reader/zonlexer.h"
 #include "reader/zonparser.h"
-#include "reader/zonvalues.h"
+#include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
 #include "tree/zonkeyw.h"
 #include "tree/zonstri.h"
 #include "tree/zontarli.h"
 
+namespace zon {
 namespace {
 
-#include "reader/zongram.inc"
+#include "reader/zongrammar.inc"
 
-// The grammar knows of which class the node of a symbol is.
+// The grammar decides of which class the node of a symbol is.
 template <class T>
 T* As(CzonNode* node) {
   return static_cast<T*>(node);
@@ -21,41 +22,19 @@ T* As(CzonNode* node) {
 
 }  // namespace
 
-CzonParser::CzonParser(CyyInput* input) : CyyParser(input) {}
+TreeBuilder::~TreeBuilder() {
+  Abandon();
+}
 
-CzonParser::~CzonParser() {
-  GarbageCollect();
+void TreeBuilder::Abandon() {
+  root_ = nullptr;
+  CollectGarbage();
   CzonNode::Free(list_);
+  list_ = nullptr;
 }
 
-int CzonParser::Parse(int keep) {
-  hasOwnScanner_ = typeid(*this) == typeid(CzonParser);
-  scansAhead_ = hasOwnScanner_ && GetStream() != nullptr && keep == 0;
-  const int failed = yyparse();
-  if (failed == 0) {
-    temporaries_.clear();  // the tree owns them now
-  } else {
-    root_ = nullptr;  // made before the parse went wrong behind it
-    GarbageCollect();
-  }
-  if (keep == 0) ClearTokens();
-  if (failed != 0 && keep == 0) {
-    CzonNode::Free(list_);
-    list_ = nullptr;
-    store_.Clear();
-  }
-  if (GetStream() != nullptr) GetStream()->Close();
-  buffer_ = std::string();
-  return failed;
-}
-
-void CzonParser::KeepTemp(CzonNode* node) {
-  temporaries_.push_back(node);
-}
-
-void CzonParser::GarbageCollect() {
-  // First who has an owner is told apart, while all of them still live; then the others go, and
-  // take theirs along.
+void TreeBuilder::CollectGarbage() {
+  // A node with an owner goes with it. All are looked at before any is deleted.
   std::size_t free = 0;
   for (CzonNode* node : temporaries_) {
     if (node != nullptr && node->GetLevel() == 0) temporaries_[free++] = node;
@@ -64,45 +43,53 @@ void CzonParser::GarbageCollect() {
   temporaries_.clear();
 }
 
-void CzonParser::CheckUnique(CzonNamedNode* node) {
+void TreeBuilder::CheckUnique(const CzonNamedNode* node) {
   if (node == nullptr || node->GetNoInstances() <= 1) return;
-  if (kind_ == kTemplate) yyerror("Template: ambiguous identifier");
+  if (kind_ == kTemplate) parser_.yyerror("Template: ambiguous identifier");
   if (kind_ == kUndecided) kind_ = kData;
 }
 
-void CzonParser::CheckMulti() {
-  if (kind_ == kData) yyerror("Data: invalid use of ()");
+void TreeBuilder::CheckMulti() {
+  if (kind_ == kData) parser_.yyerror("Data: invalid use of ()");
   if (kind_ == kUndecided) kind_ = kTemplate;
 }
 
-CzonParam* CzonParser::ParseStringParam(std::string& text) {
-  CzonParam* clob = CzonClob::Parse(text);
-  return clob != nullptr ? clob : new CzonString(text);
+template <class T>
+T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
+  T* node = CzonNode::Make<T>(store_);
+  node->SetStoredName(name);
+  if (multi) node->SetMultiMandat(1, 0);
+  return node;
 }
 
-CzonNode* CzonParser::NewValue(int token, std::string_view text) {
-  CzonNode* value = zon::MakeValue(store_, token, text);
-  if (token == INTEGER && !value->IsDouble()) yyerror("Double overflow (integer)");
-  if (token == REAL && !value->IsDouble()) yyerror("Double overflow (real)");
+CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
+  CzonNode* value = MakeValue(store_, token, text);
+  if (token == INTEGER && !value->IsDouble()) parser_.yyerror("Double overflow (integer)");
+  if (token == REAL && !value->IsDouble()) parser_.yyerror("Double overflow (real)");
   return value;
 }
 
-// The byte in front of a number is free for its sign.
-std::string_view CzonParser::Signed(char sign, const Value& number) {
-  char* start = const_cast<char*>(number.chars) - 1;
-  *start = sign;
-  return {start, number.size + 1};
+// A number with its sign. Mostly the two are one text; blanks between them are left out.
+std::string_view TreeBuilder::Signed(char sign, std::string_view number) {
+  if (number.data()[-1] == sign) return {number.data() - 1, number.size() + 1};
+  const std::string text = sign + std::string(number);
+  return {store_.CopyText(text), text.size()};
 }
 
-void CzonParser::FileKeyword(CzonNode* section, CzonNode* node) {
-  auto* keyword = As<CzonKeyword>(node);
+CzonKeyword* TreeBuilder::MakeLine() {
+  auto* keyword = NewNamed<CzonKeyword>(lexer_.Text(), false);
+  keyword->TakeValues(lexer_.Values(), MakePlainValues);
+  return keyword;
+}
+
+void TreeBuilder::FileKeyword(CzonNode* section, CzonKeyword* keyword) {
   As<CzonSection>(section)->AddKeyword(keyword);
   // Only a namesake can make the new one ambiguous.
   if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
 }
 
-CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
-  Value result = right[0];  // what most rules hand on
+SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
+  SymbolValue result = right[0];  // what most rules hand on
   switch (rule) {
     case kFile:
       if (root_ == nullptr) root_ = As<CzonTargetList>(right[0].node);
@@ -119,7 +106,7 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
       break;
     }
     case kBodyKeyword:
-      FileKeyword(right[0].node, right[1].node);
+      FileKeyword(right[0].node, As<CzonKeyword>(right[1].node));
       break;
     case kBodyDefault:
       As<CzonSection>(right[0].node)->AddDefaultDef(As<CzonDefaultDef>(right[1].node));
@@ -166,6 +153,13 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
       As<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(store_));
       break;
 
+    case kKeywordFirstValues:
+    case kDefaultFirstValues:
+    case kKeywordNextValues:
+    case kDefaultNextValues:
+      As<CzonKeyword>(right[0].node)->TakeValues(lexer_.Values(), MakePlainValues);
+      break;
+
     case kSectionRemark:
     case kKeywordRemark:
     case kDefaultRemark:
@@ -204,11 +198,11 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
 
     case kIntegerPlus:
     case kRealPlus:
-      result.SetText(Signed('+', right[1]));
+      result.SetText(Signed('+', right[1].Text()));
       break;
     case kIntegerMinus:
     case kRealMinus:
-      result.SetText(Signed('-', right[1]));
+      result.SetText(Signed('-', right[1].Text()));
       break;
     case kSubstitutionNumber:
     case kSubstitutionName:
@@ -220,3 +214,5 @@ CzonParser::Value CzonParser::Reduce(int rule, const Value* right) {
   }
   return result;
 }
+
+}  // namespace zon

@@ -1,6 +1,6 @@
 // Numbers as text, both ways, as in the "C" locale whatever locale the host has set.
-#ifndef ZON_BASE_ZONNUMTX_H
-#define ZON_BASE_ZONNUMTX_H
+#ifndef ZON_BASE_ZONNUMBER_H
+#define ZON_BASE_ZONNUMBER_H
 
 #include <cstdint>
 #include <string_view>

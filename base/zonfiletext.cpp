@@ -1,0 +1,87 @@
+#include "base/zonfiletext.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "base/zonchunk.h"
+
+namespace zon {
+namespace {
+
+constexpr std::size_t kPage = 4096;
+constexpr std::size_t kPiece = std::size_t{64} << 10;     // stays in the cache while it is scanned
+constexpr std::size_t kLeastRoom = std::size_t{1} << 20;  // for a file of unknown size
+constexpr std::size_t kMostRoom = std::size_t{1} << 38;
+
+}  // namespace
+
+void FileText::Reserve() {
+  const std::size_t size = file_.Size();
+  if (size == 0) {
+    ReserveAddresses();
+  } else {
+    // Some room for what is appended to the file while it is read.
+    size_ = kFront + size + std::min(size, kPiece) + 1;
+    if (size > SIZE_MAX / 4) throw std::bad_alloc();
+    memory_ = static_cast<char*>(TakeChunk(size_));
+    if (memory_ == nullptr) throw std::bad_alloc();
+  }
+  std::memset(memory_, 0, kFront);
+  begin_ = end_ = memory_ + kFront;
+}
+
+// A pipe can hold any amount, and the text must not move: addresses are reserved for far more than
+// will be used, as many as the system grants. Only the pages that are written take memory.
+void FileText::ReserveAddresses() {
+  for (std::size_t size = kMostRoom; size >= kLeastRoom; size /= 2) {
+    void* mapped = mmap(nullptr, size, PROT_READ | PROT_WRITE,
+                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (mapped == MAP_FAILED) continue;
+    memory_ = static_cast<char*>(mapped);
+    size_ = size;
+    isMapped_ = true;
+    return;
+  }
+  throw std::bad_alloc();
+}
+
+bool FileText::ReadMore() {
+  if (!file_.IsOpen()) return false;
+  if (memory_ == nullptr) Reserve();
+  const auto room = static_cast<std::size_t>(memory_ + size_ - 1 - end_);
+  if (room == 0) {
+    char more;
+    isTooLong_ = file_.Read(&more, 1) != 0;
+    Close();
+    return false;
+  }
+  end_ += file_.Read(end_, std::min(room, kPiece));
+  *end_ = '\0';
+  if (file_.IsOpen()) return true;
+  Trim();
+  return false;
+}
+
+// Gives back the addresses that were not needed.
+void FileText::Trim() {
+  if (!isMapped_) return;
+  const auto used = static_cast<std::size_t>(end_ + 1 - memory_);
+  const std::size_t kept = (used + kPage - 1) / kPage * kPage;
+  munmap(memory_ + kept, size_ - kept);
+  size_ = kept;
+}
+
+void FileText::Release() {
+  if (memory_ == nullptr) return;
+  if (isMapped_) {
+    munmap(memory_, size_);
+  } else {
+    GiveChunk(memory_, size_);
+  }
+  memory_ = begin_ = end_ = nullptr;
+}
+
+}  // namespace zon

@@ -1,0 +1,58 @@
+// The text of a file in one piece of memory, read as far as the caller asks for it.
+//
+// What was read never moves, so tokens, names and values can point into it for as long as the object
+// lives. A zero byte follows the last one, and kFront bytes precede the first one: a search needs no
+// limit, and a look at the byte before any place is allowed. Reading stops where the parser stops, so
+// an endless device does not fill the memory.
+//
+// Tested by tests/load_test.cpp and tests/scanner_test.cpp.
+#ifndef ZON_BASE_ZONFILETEXT_H
+#define ZON_BASE_ZONFILETEXT_H
+
+#include <cstddef>
+
+#include "base/zonfile.h"
+
+namespace zon {
+
+class FileText {
+ public:
+  static constexpr std::size_t kFront = 16;
+
+  FileText() = default;
+  FileText(const FileText&) = delete;
+  FileText& operator=(const FileText&) = delete;
+  ~FileText() { Release(); }
+
+  bool Open(const char* name) { return file_.Open(name); }
+
+  // Reads on; false at the end of the file. Throws std::bad_alloc.
+  bool ReadMore();
+
+  // What has been read. Both are null before the first ReadMore.
+  char* Begin() const { return begin_; }
+  char* End() const { return end_; }
+
+  // Whether a part of the file could not be read.
+  bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
+
+  void Close() { file_.Close(); }  // there is nothing more to read
+  void Release();                  // gives the memory back
+
+ private:
+  void Reserve();
+  void ReserveAddresses();
+  void Trim();
+
+  InputFile file_;
+  char* memory_ = nullptr;
+  std::size_t size_ = 0;    // of the memory
+  bool isMapped_ = false;   // by addresses alone: pages are there once they are used
+  bool isTooLong_ = false;  // the file has grown beyond the memory
+  char* begin_ = nullptr;
+  char* end_ = nullptr;
+};
+
+}  // namespace zon
+
+#endif

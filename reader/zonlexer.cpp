@@ -1,0 +1,198 @@
+// Tested by tests/scanner_test.cpp.
+#include "reader/zonlexer.h"
+
+#include <algorithm>
+
+#include "base/zonchars.h"
+#include "base/zonnumberscan.h"
+#include "reader/zonparser.h"
+#include "reader/zonsource.h"
+#include "reader/zonvaluelist.h"
+
+namespace zon {
+namespace {
+
+// The token for a zero byte, whose own code would end the input. No rule has it.
+constexpr int kNoCharacter = 256;
+
+struct ReservedWord {
+  std::string_view word;
+  int token;
+};
+constexpr ReservedWord kReservedWords[] = {
+    {"true", BOOLEAN}, {"false", BOOLEAN}, {"endsect", ENDSECT}, {"default", DEFAULT}};
+
+int WordToken(std::string_view word) {
+  if (word.size() < 4 || word.size() > 7) return IDENTIFIER;
+  if (std::string_view("tTfFeEdD").find(word[0]) == std::string_view::npos) return IDENTIFIER;
+  for (const ReservedWord& reserved : kReservedWords) {
+    if (EqualNoCase(word, reserved.word)) return reserved.token;
+  }
+  return IDENTIFIER;
+}
+
+}  // namespace
+
+int Lexer::Next() {
+  if (parser_.HasError()) return ENDOFINPUT;
+  try {
+    if (stream_ != nullptr) {
+      TextSource source(*stream_);
+      return Scan(source);
+    }
+    CallSource source(input_, buffer_);
+    return Scan(source);
+  } catch (const TokenTooLong&) {
+    parser_.yyerror("Failed to extend buffer");
+    return ENDOFINPUT;
+  }
+}
+
+template <class Source>
+int Lexer::Scan(Source& source) {
+  for (;;) {
+    const int c = source.TakeAfterSpace();
+    if (IsClass(c, kAlpha)) {
+      source.Back(c);
+      return ScanWord(source);
+    }
+    if (IsClass(c, kDigit) || c == '.') {
+      source.Back(c);
+      return ScanNumber(source);
+    }
+    switch (c) {
+      case -1:
+        return ENDOFINPUT;
+      case '\0':
+        return kNoCharacter;
+      case '\'':
+        return ScanString(source);
+      case '|':
+        return ScanDelimited(source, '|', true, FILENAME, "Missing |");
+      case '#':
+        return ScanDelimited(source, '#', true, DATETIME, "Missing #");
+      case '{':
+        return ScanDelimited(source, '}', false, BRACE_TEXT, "Missing }");
+      case ';':
+        source.Count();  // a derived parser may skip the comment
+        parser_.SkipEOL();
+        break;
+      case '/':
+        if (source.Peek() == '*') {
+          source.Back(c);
+          source.Count();
+          if (parser_.SkipComment("/*") == 0) return Fail(source, "Bad comment");
+        } else if (source.Peek() == '/') {
+          source.Count();
+          parser_.SkipEOL();
+        } else {
+          return c;
+        }
+        break;
+      default:
+        return c;
+    }
+  }
+}
+
+template <class Source>
+int Lexer::Fail(Source& source, const char* message) {
+  source.Count();
+  parser_.yyerror(message);
+  return ENDOFINPUT;
+}
+
+template <class Source>
+int Lexer::ScanWord(Source& source) {
+  source.BeginText();
+  source.CollectWord();
+  return Finish<Source>(WordToken(source.Text()), source.Text());
+}
+
+// A sign is not part of the number: it is a token of its own.
+template <class Source>
+int Lexer::ScanNumber(Source& source) {
+  source.BeginText();
+  NumberScan number;
+  while (number.Accept(source.Peek())) source.CollectOne();
+  if (!number.IsComplete()) {
+    source.Take();  // the error is placed after the character that does not fit
+    return Fail(source, number.MissesFraction() ? "Expecting digit" : "Bad scale factor");
+  }
+  return Finish<Source>(number.IsWhole() ? INTEGER : REAL, source.Text());
+}
+
+template <class Source>
+int Lexer::ScanString(Source& source) {
+  source.BeginText();
+  bool hasDoubled = false;
+  for (;;) {
+    if (source.CollectTo('\'', false) < 0) return Fail(source, "Bad string");
+    if (source.Peek() != '\'') break;
+    source.CollectOne();
+    hasDoubled = true;
+  }
+  const std::string_view text = UpToZero(source.TextBeforeStop());
+  if (!hasDoubled) return Finish<Source>(STRING, text);
+  SetText(WithoutDoubled('\'', text));
+  return STRING;
+}
+
+template <class Source>
+int Lexer::ScanDelimited(Source& source, char closer, bool inLine, int token, const char* error) {
+  source.BeginText();
+  if (source.CollectTo(closer, inLine) != closer) return Fail(source, error);
+  const std::string_view text = source.TextBeforeStop();
+  if (token != BRACE_TEXT || text.find('\n') == std::string_view::npos) {
+    return Finish<Source>(token, UpToZero(text));
+  }
+  std::string oneLine(text);
+  oneLine.erase(std::remove(oneLine.begin(), oneLine.end(), '\n'), oneLine.end());
+  SetText(UpToZero(oneLine));
+  return token;
+}
+
+template <class Source>
+int Lexer::Finish(int token, std::string_view text) {
+  if (Source::kStays) {
+    text_ = text;
+  } else {
+    SetText(text);
+  }
+  return token;
+}
+
+void Lexer::SetText(std::string_view text) {
+  text_ = {store_.CopyText(text, 1), text.size()};
+}
+
+bool Lexer::TakeLine() {
+  if (parser_.HasError()) return false;
+  TextSource source(*stream_);
+  const std::string_view ready = source.Ready();
+  const char* const end = ready.data() + ready.size();
+  const char* values = ready.data();
+  while (*values == ' ') ++values;  // a zero follows the last character
+  if (*values++ != '=') return false;
+  const PlainValues plain = FindValues(values, end);
+  if (!plain.isWhole) return false;
+  TakeValues(source, values, plain.end);
+  return true;
+}
+
+bool Lexer::TakeValues() {
+  if (parser_.HasError()) return false;
+  TextSource source(*stream_);
+  const std::string_view ready = source.Ready();
+  const PlainValues plain = FindValues(ready.data(), ready.data() + ready.size());
+  if (plain.end == nullptr) return false;
+  TakeValues(source, ready.data(), plain.end);
+  return true;
+}
+
+void Lexer::TakeValues(TextSource& source, const char* begin, const char* end) {
+  values_ = {begin, static_cast<std::size_t>(end - begin)};
+  source.Consume(end);
+}
+
+}  // namespace zon

@@ -1,0 +1,77 @@
+// The lexer: characters into tokens.
+//
+// Texts of a file stay where they were read. Texts that differ from their spelling (doubled quotes,
+// newlines in a remark) and texts of a host's source are copied to the arena. One readable byte
+// precedes every token text, so a sign can be looked for there.
+//
+// Plain values, and a whole line `name = values`, can be consumed at once: see zonvaluelist.h for what
+// is plain. The lexer does that only when the engine asks for it.
+#ifndef ZON_READER_ZONLEXER_H
+#define ZON_READER_ZONLEXER_H
+
+#include <string>
+#include <string_view>
+
+#include "base/zonstore.h"
+#include "reader/yyparser.h"
+
+namespace zon {
+
+class TextSource;
+
+class Lexer {
+ public:
+  Lexer(CyyParser& parser, CyyInput& input, CyyStream* stream, Store& store)
+      : parser_(parser), input_(input), stream_(stream), store_(store) {}
+
+  // The next token, a CzonToken or a character; 0 at the end and after an error. The counters of a
+  // stream are not brought up to date.
+  int Next();
+
+  // After an IDENTIFIER: consumes "=" and a whole list of plain values if they follow, and returns
+  // whether they do.
+  bool TakeLine();
+
+  // Consumes plain values if they follow.
+  bool TakeValues();
+
+  // The text of the last token; of a line its name.
+  std::string_view Text() const { return text_; }
+
+  // The values that were consumed last, as they are written.
+  std::string_view Values() const { return values_; }
+
+  // Makes a copy of the text that of the current token.
+  void SetText(std::string_view text);
+
+  void Release() { buffer_ = std::string(); }
+
+ private:
+  template <class Source>
+  int Scan(Source& source);
+  template <class Source>
+  int ScanWord(Source& source);
+  template <class Source>
+  int ScanNumber(Source& source);
+  template <class Source>
+  int ScanString(Source& source);
+  template <class Source>
+  int ScanDelimited(Source& source, char closer, bool inLine, int token, const char* error);
+  template <class Source>
+  int Fail(Source& source, const char* message);
+  template <class Source>
+  int Finish(int token, std::string_view text);
+  void TakeValues(TextSource& source, const char* begin, const char* end);
+
+  CyyParser& parser_;
+  CyyInput& input_;
+  CyyStream* stream_;  // the input as a plain file; null for any other
+  Store& store_;
+  std::string buffer_;  // of a text from a host's source
+  std::string_view text_;
+  std::string_view values_;
+};
+
+}  // namespace zon
+
+#endif

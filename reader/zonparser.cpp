@@ -1,0 +1,96 @@
+// Tested by tests/grammar_test.cpp and tests/scanner_test.cpp.
+#include "reader/zonparser.h"
+
+#include <typeinfo>
+
+#include "base/zonstore.h"
+#include "reader/zonengine.h"
+#include "reader/zonlexer.h"
+#include "reader/zontreebuilder.h"
+#include "tree/zonclob.h"
+#include "tree/zonstri.h"
+#include "tree/zontarli.h"
+
+struct CzonParser::Parts {
+  Parts(CzonParser& parser, CyyInput& input, CyyStream* stream, zon::Store& store)
+      : lexer(parser, input, stream, store), builder(parser, lexer, store) {}
+
+  zon::Lexer lexer;
+  zon::TreeBuilder builder;
+};
+
+CzonParser::CzonParser(CyyInput* input)
+    : CyyParser(input), parts_(std::make_unique<Parts>(*this, Input(), GetStream(), GetStore())) {}
+
+CzonParser::~CzonParser() = default;
+
+int CzonParser::Parse(int keep) {
+  hasOwnScanner_ = typeid(*this) == typeid(CzonParser);
+  // A source of the host may ask for the token texts while it delivers characters.
+  listsTokens_ = !hasOwnScanner_ || GetStream() == nullptr || keep != 0;
+  zon::TreeBuilder& builder = parts_->builder;
+  const int failed = yyparse();
+  if (failed == 0) {
+    builder.ForgetTemporaries();  // the tree owns them now
+  } else {
+    builder.ForgetRoot();  // made before the parse failed after it
+    builder.CollectGarbage();
+  }
+  if (keep == 0) ClearTokens();
+  if (GetStream() != nullptr) GetStream()->Close();
+  if (failed != 0 && keep == 0) {
+    builder.Abandon();
+    GetStore().Clear();
+    if (GetStream() != nullptr) GetStream()->Release();
+  }
+  parts_->lexer.Release();
+  return failed;
+}
+
+int CzonParser::yyparse() {
+  return zon::Engine(*this, parts_->lexer, parts_->builder, !listsTokens_).Run();
+}
+
+int CzonParser::ReadToken() {
+  return hasOwnScanner_ ? ReadOwnToken() : yylex();
+}
+
+int CzonParser::yylex() {
+  const int token = ReadOwnToken();
+  CountInput();
+  return token;
+}
+
+int CzonParser::ReadOwnToken() {
+  const int token = parts_->lexer.Next();
+  if (listsTokens_ && token >= INTEGER) AddToken(parts_->lexer.Text());
+  return token;
+}
+
+// A derived scanner may deliver any token by this function, a number too.
+void CzonParser::EndToken(const char* text) {
+  parts_->lexer.SetText(text != nullptr ? text : "");
+  AddToken(parts_->lexer.Text());
+}
+
+void CzonParser::KeepTemp(CzonNode* node) {
+  parts_->builder.KeepTemporary(node);
+}
+void CzonParser::GarbageCollect() {
+  parts_->builder.CollectGarbage();
+}
+void CzonParser::CheckUnique(CzonNamedNode* node) {
+  parts_->builder.CheckUnique(node);
+}
+void CzonParser::CheckMulti() {
+  parts_->builder.CheckMulti();
+}
+
+CzonParam* CzonParser::ParseStringParam(std::string& text) {
+  CzonParam* clob = CzonClob::Parse(text);
+  return clob != nullptr ? clob : new CzonString(text);
+}
+
+CzonTargetList* CzonParser::GetRoot() const {
+  return parts_->builder.GetRoot();
+}

@@ -1,0 +1,72 @@
+// The tree that a parse makes: the action of each rule, the rule on data and templates, and who frees
+// the nodes of a parse that failed.
+//
+// All nodes of a parse are in the arena of the parser. After a failure the arena goes, and every node
+// with it, wherever the parse ended; nothing has to be collected. Tested by tests/grammar_test.cpp.
+#ifndef ZON_READER_ZONTREEBUILDER_H
+#define ZON_READER_ZONTREEBUILDER_H
+
+#include <string_view>
+#include <vector>
+
+#include "reader/zonengine.h"
+
+class CzonKeyword;
+class CzonNamedNode;
+class CzonTargetList;
+
+namespace zon {
+
+class Store;
+
+class TreeBuilder {
+ public:
+  TreeBuilder(CzonParser& parser, const Lexer& lexer, Store& store)
+      : parser_(parser), lexer_(lexer), store_(store) {}
+  TreeBuilder(const TreeBuilder&) = delete;
+  TreeBuilder& operator=(const TreeBuilder&) = delete;
+  ~TreeBuilder();
+
+  // Runs the action of a rule of zongrammar.y on the values of its right side.
+  SymbolValue Reduce(int rule, const SymbolValue* right);
+
+  // The keyword of a whole line that the lexer has consumed, and filing a keyword in its section.
+  CzonKeyword* MakeLine();
+  void FileKeyword(CzonNode* section, CzonKeyword* keyword);
+
+  // The root of an accepted parse, else null.
+  CzonTargetList* GetRoot() const { return root_; }
+
+  // The first of names that repeat and names that declare repetition decides what the file is; the
+  // other one is then an error. CheckUnique is for a node that was just filed.
+  void CheckUnique(const CzonNamedNode* node);
+  void CheckMulti();
+
+  // Nodes that are deleted with the parse unless they have an owner by then.
+  void KeepTemporary(CzonNode* node) { temporaries_.push_back(node); }
+  void ForgetTemporaries() { temporaries_.clear(); }
+  void CollectGarbage();
+
+  void ForgetRoot() { root_ = nullptr; }
+  void Abandon();  // frees everything
+
+ private:
+  enum FileKind { kUndecided, kData, kTemplate };
+
+  template <class T>
+  T* NewNamed(std::string_view name, bool multi);
+  CzonNode* NewValue(int token, std::string_view text);
+  std::string_view Signed(char sign, std::string_view number);
+
+  CzonParser& parser_;
+  const Lexer& lexer_;
+  Store& store_;
+  FileKind kind_ = kUndecided;
+  CzonTargetList* list_ = nullptr;  // of the sections at the top level
+  CzonTargetList* root_ = nullptr;  // the same, once it is accepted
+  std::vector<CzonNode*> temporaries_;
+};
+
+}  // namespace zon
+
+#endif
