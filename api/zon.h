@@ -278,7 +278,7 @@ ZON_API int zonGetInt(void* node);
 ZON_API double zonGetDouble(void* node);
 ZON_API float zonGetFloat(void* node);
 
-/** Store the same values in *out, for callers that cannot receive a floating-point result. A bad
+/** Arena the same values in *out, for callers that cannot receive a floating-point result. A bad
  *  node stores -1.0. */
 ZON_API void zonPasGetDoubleProc(void* node, double* out);
 ZON_API void zonPasGetFloatProc(void* node, float* out);

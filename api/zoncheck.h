@@ -9,12 +9,12 @@
 #include <cstring>
 #include <new>
 
-#include "api/zonhandl.h"
+#include "api/zonfilehandle.h"
 #include "base/zonassert.h"
 #include "base/zonerror.h"
 #include "base/zonhook.h"
 #include "tree/zonclob.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 namespace zon {
 
@@ -51,7 +51,7 @@ struct HandleKind<CzonClob> {
 // The object as a T; null for a null pointer and for an object of another class. A class that the
 // general cast has once passed is known again by its table of virtual operations.
 template <class T>
-T* As(void* handle) {
+T* CastHandle(void* handle) {
   constexpr std::size_t kRemembered = 64;
   static const void* remembered[kRemembered];
   if (handle == nullptr) return nullptr;
@@ -67,16 +67,16 @@ T* As(void* handle) {
 }
 
 template <class T>
-void ReportBad() {
+void ReportInvalid() {
   RaiseError(HandleKind<T>::kCode);
   MessageHook(HandleKind<T>::kText);
 }
 
 // The same with a report.
 template <class T>
-T* Check(void* handle) {
-  T* object = As<T>(handle);
-  if (object == nullptr) ReportBad<T>();
+T* Require(void* handle) {
+  T* object = CastHandle<T>(handle);
+  if (object == nullptr) ReportInvalid<T>();
   return object;
 }
 
@@ -118,24 +118,24 @@ R Guarded(int code, R failure, F&& body) {
 
 // Checks the handle and asks the object.
 template <class T, class R, class F>
-R Ask(void* handle, R failure, F&& question) {
+R Query(void* handle, R failure, F&& question) {
   return Guarded(HandleKind<T>::kCode, failure, [&]() -> R {
-    T* object = Check<T>(handle);
+    T* object = Require<T>(handle);
     return object != nullptr ? question(*object) : failure;
   });
 }
 
 template <class T, class F>
-void Tell(void* handle, F&& body) {
-  Ask<T>(handle, 0, [&](T& object) {
+void Update(void* handle, F&& body) {
+  Query<T>(handle, 0, [&](T& object) {
     body(object);
     return 0;
   });
 }
 
 // The root of a file handle, checked as a node; null after a report.
-inline CzonTargetList* CheckRoot(CzonData& data) {
-  if (data.GetRoot() == nullptr) ReportBad<CzonNode>();
+inline CzonTargetList* RequireRoot(CzonData& data) {
+  if (data.GetRoot() == nullptr) ReportInvalid<CzonNode>();
   return data.GetRoot();
 }
 
@@ -150,7 +150,7 @@ inline CzonTargetList& RootOfTree(CzonNode& node) {
 
 // The resolved path of a file name; the empty text for a bad node, after a report.
 inline const char* CheckedFilename(void* node) {
-  auto* n = Check<CzonNode>(node);
+  auto* n = Require<CzonNode>(node);
   return n != nullptr ? n->GetFilename() : "";
 }
 

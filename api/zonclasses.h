@@ -2,8 +2,8 @@
 #ifndef ZON_API_ZONCLASSES_H
 #define ZON_API_ZONCLASSES_H
 
-#include "api/zonhandl.h"
-#include "paths/zonfilen.h"
+#include "api/zonfilehandle.h"
+#include "paths/zonfilename.h"
 #include "paths/zonpath.h"
 #include "reader/zonparser.h"
 #include "text/cstring.h"
@@ -11,12 +11,12 @@
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
-#include "tree/zonkeyw.h"
-#include "tree/zonnamli.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonparam.h"
 #include "tree/zonreal.h"
-#include "tree/zonrefs.h"
-#include "tree/zonstri.h"
-#include "tree/zontarli.h"
+#include "tree/zonreference.h"
+#include "tree/zonsection.h"
+#include "tree/zonstring.h"
 
 #endif

@@ -4,9 +4,9 @@
 #include "base/zonerror.h"
 #include "base/zonhook.h"
 #include "tree/zonclob.h"
-#include "tree/zonkeyw.h"
+#include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 CzonData::~CzonData() {
   CzonNode::Free(root_);
@@ -16,7 +16,7 @@ void CzonData::AddTarget(const std::string& name) {
   if (section_ != nullptr) return Error("Previous section was not completed");
   if (root_ == nullptr) return Error("Missing list");
   root_->SetHandle(this);
-  auto* section = CzonNode::Make<CzonSection>(*store_);
+  auto* section = CzonNode::Make<CzonSection>(*arena_);
   section->SetName(name);
   root_->AddSection(section);
   OpenSection(section);
@@ -24,7 +24,7 @@ void CzonData::AddTarget(const std::string& name) {
 
 void CzonData::AddSection(const std::string& name) {
   if (!HasSection()) return;
-  auto* section = CzonNode::Make<CzonSection>(*store_);
+  auto* section = CzonNode::Make<CzonSection>(*arena_);
   section->SetName(name);
   section_->AddSection(section);
   OpenSection(section);
@@ -32,7 +32,7 @@ void CzonData::AddSection(const std::string& name) {
 
 void CzonData::AddKeyword(const std::string& name) {
   if (!HasSection()) return;
-  auto* keyword = CzonNode::Make<CzonKeyword>(*store_);
+  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
   keyword->SetName(name);
   section_->AddKeyword(keyword);
   keyword_ = keyword;

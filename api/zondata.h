@@ -7,8 +7,8 @@
 
 #include <string>
 
+#include "base/zonarena.h"
 #include "base/zonexport.h"
-#include "base/zonstore.h"
 #include "tree/zonnode.h"
 
 class CzonTargetList;
@@ -60,7 +60,7 @@ class ZON_API CzonData : public CzonBase {
 
   // For the library's own use: the memory for nodes of this tree, and the refusal of a missing
   // keyword before a value is made in vain.
-  zon::Store& GetStore() { return *store_; }
+  zon::Arena& GetArena() { return *arena_; }
   bool HasKeyword();
 
  protected:
@@ -70,8 +70,8 @@ class ZON_API CzonData : public CzonBase {
   bool HasSection();
 
   // The memory for nodes of the tree: this handle's own, or that of the reader.
-  zon::Store ownStore_;
-  zon::Store* store_ = &ownStore_;
+  zon::Arena ownArena_;
+  zon::Arena* arena_ = &ownArena_;
   CzonTargetList* root_ = nullptr;  // deleted with the handle
 
  private:

@@ -7,20 +7,20 @@
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
-#include "api/zonwrite.h"
-#include "base/zonempst.h"
-#include "base/zonident.h"
+#include "api/zonfilewriter.h"
+#include "base/zonemptytext.h"
 #include "base/zonnumber.h"
+#include "base/zonversion.h"
 #include "reader/zonload.h"
 #include "tree/zonint.h"
-#include "tree/zonkeyw.h"
-#include "tree/zonstri.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonstring.h"
 
-using zon::Ask;
 using zon::CopyOut;
 using zon::EmpSt;
-using zon::Tell;
+using zon::Query;
 using zon::TextOf;
+using zon::Update;
 
 namespace {
 
@@ -30,39 +30,39 @@ void* HandleOf(CzonBase* object) {
 }
 
 template <class T, class F>
-T AskNode(void* node, T failure, F&& question) {
-  return Ask<CzonNode>(node, failure, [&](CzonNode& n) { return static_cast<T>(question(n)); });
+T QueryNode(void* node, T failure, F&& question) {
+  return Query<CzonNode>(node, failure, [&](CzonNode& n) { return static_cast<T>(question(n)); });
 }
 
 // Asks the root of a file handle.
 template <class T, class F>
-T AskRoot(void* handle, T failure, F&& question) {
-  return Ask<CzonData>(handle, failure, [&](CzonData& data) {
-    CzonTargetList* root = zon::CheckRoot(data);
+T QueryRoot(void* handle, T failure, F&& question) {
+  return Query<CzonData>(handle, failure, [&](CzonData& data) {
+    CzonTargetList* root = zon::RequireRoot(data);
     return root != nullptr ? static_cast<T>(question(*root)) : failure;
   });
 }
 
 template <class F>
-unsigned int AskParser(void* handle, F&& question) {
-  return Ask<CzonLoad>(handle, 0U, [&](CzonLoad& load) {
+unsigned int QueryParser(void* handle, F&& question) {
+  return Query<CzonLoad>(handle, 0U, [&](CzonLoad& load) {
     return load.GetParser() != nullptr ? question(*load.GetParser()) : 0U;
   });
 }
 
 template <class F>
 void* FindNode(void* node, F&& question) {
-  return AskNode<void*>(node, nullptr, [&](CzonNode& n) { return HandleOf(question(n)); });
+  return QueryNode<void*>(node, nullptr, [&](CzonNode& n) { return HandleOf(question(n)); });
 }
 
 template <class F>
 const char* TextOfNode(void* node, F&& question) {
-  return AskNode<const char*>(node, EmpSt(), [&](CzonNode& n) { return question(n).c_str(); });
+  return QueryNode<const char*>(node, EmpSt(), [&](CzonNode& n) { return question(n).c_str(); });
 }
 
 bool Write(void* handle, const char* fileName) {
-  return Ask<CzonData>(handle, false,
-                       [&](CzonData& data) { return zon::WriteTree(data, fileName); });
+  return Query<CzonData>(handle, false,
+                         [&](CzonData& data) { return zon::WriteTree(data, fileName); });
 }
 
 // Follows a path from element to element; null as soon as a step gives null.
@@ -99,7 +99,7 @@ void* zonLoadFile(const char* fileName, int quiet) {
 }
 
 void zonClose(void** handle) {
-  Tell<CzonData>(handle != nullptr ? *handle : nullptr, [&](CzonData& data) {
+  Update<CzonData>(handle != nullptr ? *handle : nullptr, [&](CzonData& data) {
     delete &data;
     *handle = nullptr;
   });
@@ -127,7 +127,7 @@ const char* zonGetSyntaxErr(void* handle, unsigned int* line, unsigned int* posi
                             const char** message) {
   if (line != nullptr) *line = 0;
   if (position != nullptr) *position = 0;
-  const char* text = Ask<CzonLoad, const char*>(handle, EmpSt(), [&](CzonLoad& load) {
+  const char* text = Query<CzonLoad, const char*>(handle, EmpSt(), [&](CzonLoad& load) {
     const CzonParser* parser = load.GetParser();
     if (parser == nullptr) return static_cast<const char*>(nullptr);
     if (line != nullptr) *line = parser->GetErrorLine();
@@ -139,27 +139,29 @@ const char* zonGetSyntaxErr(void* handle, unsigned int* line, unsigned int* posi
 }
 
 unsigned int zonNoChars(void* handle) {
-  return AskParser(handle, [](const CzonParser& parser) { return parser.GetInput().GetNoChars(); });
+  return QueryParser(handle,
+                     [](const CzonParser& parser) { return parser.GetInput().GetNoChars(); });
 }
 unsigned int zonNoLines(void* handle) {
-  return AskParser(handle, [](const CzonParser& parser) { return parser.GetInput().GetNoLines(); });
+  return QueryParser(handle,
+                     [](const CzonParser& parser) { return parser.GetInput().GetNoLines(); });
 }
 unsigned int zonNoComments(void* handle) {
-  return AskParser(handle, [](const CzonParser& parser) { return parser.GetNoComments(); });
+  return QueryParser(handle, [](const CzonParser& parser) { return parser.GetNoComments(); });
 }
 unsigned int zonNoTokens(void* handle) {
-  return AskParser(handle, [](const CzonParser& parser) { return parser.GetNoTokens(); });
+  return QueryParser(handle, [](const CzonParser& parser) { return parser.GetNoTokens(); });
 }
 
 int zonGetErrorGlb(void) {
-  return zon::TakeError();
+  return zon::ConsumeError();
 }
 int zonPeekErrorGlb(void) {
   return zon::PeekError();
 }
 
 const char* zonGetErrorFromZonData(void* handle) {
-  const auto* data = zon::As<CzonData>(handle);
+  const auto* data = zon::CastHandle<CzonData>(handle);
   if (data != nullptr) return data->GetErrorMessage().c_str();
   zon::RaiseError(zon::kErrHandle);
   return nullptr;
@@ -186,34 +188,34 @@ int zonGetDLLid2(char* buffer, int size) {
 }
 
 void* zonGetRoot(void* handle) {
-  auto* data = zon::As<CzonData>(handle);
+  auto* data = zon::CastHandle<CzonData>(handle);
   if (data != nullptr) return HandleOf(data->GetRoot());
   zon::RaiseError(zon::kErrHandle);
   return nullptr;
 }
 
 int zonGetNoTargets(void* handle) {
-  return AskRoot(handle, 0, [](CzonTargetList& root) { return root.GetNoSections(); });
+  return QueryRoot(handle, 0, [](CzonTargetList& root) { return root.GetNoSections(); });
 }
 void* zonTargetByNum(void* handle, unsigned int n) {
-  return AskRoot<void*>(handle, nullptr,
-                        [&](CzonTargetList& root) { return HandleOf(root.SectionByNum(n)); });
+  return QueryRoot<void*>(handle, nullptr,
+                          [&](CzonTargetList& root) { return HandleOf(root.SectionByNum(n)); });
 }
 void* zonTargetByNameNum(void* handle, const char* name, unsigned int n) {
-  return AskRoot<void*>(handle, nullptr, [&](CzonTargetList& root) {
+  return QueryRoot<void*>(handle, nullptr, [&](CzonTargetList& root) {
     return HandleOf(root.SectionByNameNum(TextOf(name), n));
   });
 }
 
 void zonExplore(void* handle, void (*visit)(CzonNode*)) {
-  AskRoot(handle, 0, [&](CzonTargetList& root) {
+  QueryRoot(handle, 0, [&](CzonTargetList& root) {
     if (visit != nullptr) root.Explore(visit);
     return 0;
   });
 }
 
 void* zonFindSectionByHandle(void* handle, const char* path) {
-  return AskRoot<void*>(handle, nullptr, [&](CzonTargetList& root) {
+  return QueryRoot<void*>(handle, nullptr, [&](CzonTargetList& root) {
     void* top = HandleOf(&root);
     void* found = FollowPath(top, path, zonSectionByNameNum);
     return found != top ? found : nullptr;
@@ -221,7 +223,7 @@ void* zonFindSectionByHandle(void* handle, const char* path) {
 }
 
 void* zonFindSectionByNode(void* node, const char* path) {
-  return AskNode<void*>(node, nullptr, [&](CzonNode& start) {
+  return QueryNode<void*>(node, nullptr, [&](CzonNode& start) {
     return FollowPath(HandleOf(&start), path, zonSectionByNameNum);
   });
 }
@@ -262,16 +264,16 @@ void* zonKeywordByNameNum(void* node, const char* name, unsigned int n) {
 void* zonGetParentSection(void* node) {
   // Each of the three tests reports a bad node for itself.
   if (zonIsSection(node) || zonIsKeyword(node)) {
-    return HandleOf(zon::As<CzonNode>(node)->GetOwner());
+    return HandleOf(zon::CastHandle<CzonNode>(node)->GetOwner());
   }
   if (!zonIsParam(node)) return nullptr;
-  const CzonNamedNode* keyword = zon::As<CzonNode>(node)->GetOwner();
+  const CzonNamedNode* keyword = zon::CastHandle<CzonNode>(node)->GetOwner();
   return keyword != nullptr ? HandleOf(keyword->GetOwner()) : nullptr;
 }
 
 void* zonFindDefault(void* node) {
   if (!zonIsDefaultPar(node)) return nullptr;
-  return AskNode<void*>(node, nullptr, [&](CzonNode& placeholder) {
+  return QueryNode<void*>(node, nullptr, [&](CzonNode& placeholder) {
     CzonNamedNode* keyword = placeholder.GetOwner();
     if (keyword == nullptr) return HandleOf(&placeholder);
     CzonNode* value = keyword->FindDefault(&placeholder, keyword->GetName(),
@@ -281,10 +283,10 @@ void* zonFindDefault(void* node) {
 }
 
 int zonGetLevel(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetLevel(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetLevel(); });
 }
 int zonGetSyntaxClass(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.GetSyntaxClass(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.GetSyntaxClass(); });
 }
 const char* zonGetName(void* node) {
   return TextOfNode(
@@ -295,77 +297,77 @@ const char* zonGetNameGlb(void* node) {
       node, [](CzonNode & n) -> auto& { return n.GetNameGlb(); });
 }
 int zonGetNoInstances(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.GetNoInstances(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.GetNoInstances(); });
 }
 int zonGetInstanceNo(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.GetInstanceNo(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.GetInstanceNo(); });
 }
 int zonGetNoNodes(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetNoNodes(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetNoNodes(); });
 }
 int zonGetNoParams(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetNoParams(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetNoParams(); });
 }
 int zonGetNoKeywords(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetNoKeywords(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetNoKeywords(); });
 }
 int zonGetNoSections(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetNoSections(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetNoSections(); });
 }
 
 int zonIsTarget(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) {
+  return QueryNode(node, 0, [](CzonNode& n) {
     return n.GetOwner() != nullptr && n.GetOwner()->GetOwner() == nullptr;
   });
 }
 int zonIsSection(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsSection(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsSection(); });
 }
 int zonIsKeyword(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsKeyword(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsKeyword(); });
 }
 int zonIsParam(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsParam(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsParam(); });
 }
 int zonIsNumeric(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsNumeric(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsNumeric(); });
 }
 int zonIsInt(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsInt(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsInt(); });
 }
 int zonIsFloat(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsFloat(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsFloat(); });
 }
 int zonIsDouble(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsDouble(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsDouble(); });
 }
 int zonIsBool(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsBool(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsBool(); });
 }
 int zonIsString(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsString(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsString(); });
 }
 int zonIsFilename(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsFilename(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsFilename(); });
 }
 int zonIsUndefinedPar(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsUndefinedPar(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsUndefinedPar(); });
 }
 int zonIsDefaultPar(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.IsDefaultPar(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.IsDefaultPar(); });
 }
 int zonNumericIsIntType(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return dynamic_cast<CzonInt*>(&n) != nullptr; });
+  return QueryNode(node, 0, [](CzonNode& n) { return dynamic_cast<CzonInt*>(&n) != nullptr; });
 }
 
 int zonGetInt(void* node) {
-  return AskNode(node, -1, [](CzonNode& n) { return n.GetInt(); });
+  return QueryNode(node, -1, [](CzonNode& n) { return n.GetInt(); });
 }
 double zonGetDouble(void* node) {
-  return AskNode(node, -1.0, [](CzonNode& n) { return n.GetDouble(); });
+  return QueryNode(node, -1.0, [](CzonNode& n) { return n.GetDouble(); });
 }
 float zonGetFloat(void* node) {
-  return AskNode(node, -1.0F, [](CzonNode& n) { return n.GetFloat(); });
+  return QueryNode(node, -1.0F, [](CzonNode& n) { return n.GetFloat(); });
 }
 void zonPasGetDoubleProc(void* node, double* out) {
   const double value = zonGetDouble(node);
@@ -376,10 +378,10 @@ void zonPasGetFloatProc(void* node, float* out) {
   if (out != nullptr) *out = value;
 }
 int zonGetBool(void* node) {
-  return AskNode(node, 0, [](CzonNode& n) { return n.GetBool(); });
+  return QueryNode(node, 0, [](CzonNode& n) { return n.GetBool(); });
 }
 const char* zonGetString(void* node) {
-  return AskNode<const char*>(node, EmpSt(), [](CzonNode& n) {
+  return QueryNode<const char*>(node, EmpSt(), [](CzonNode& n) {
     // Our own strings need not be made into objects first; a class of the host is asked as any.
     if (typeid(n) == typeid(CzonString)) return static_cast<CzonString&>(n).GetChars();
     return n.GetString().c_str();

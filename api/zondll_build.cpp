@@ -1,12 +1,12 @@
 // The exported functions of the builder. What a call does stands once, above; its two forms differ
 // in how a refusal is told. Tested by tests/build_test.cpp.
 #include "api/zon.h"
-#include "api/zonbuild.h"
+#include "api/zonbuilder.h"
 #include "base/zonnumber.h"
-#include "paths/zonfilen.h"
+#include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonint.h"
-#include "tree/zonrefs.h"
+#include "tree/zonreference.h"
 
 using zon::AddNewParam;
 using zon::Build;
@@ -29,35 +29,35 @@ void AddKeyword(CzonData& data, const char* name) {
 }
 
 void AddInt(CzonData& data, int value) {
-  AddNewParam<CzonInt>(data, [&](CzonInt& p, zon::Store* store) { p.SetInt(value, store); });
+  AddNewParam<CzonInt>(data, [&](CzonInt& p, zon::Arena* arena) { p.SetInt(value, arena); });
 }
 void AddFloat(CzonData& data, float value) {
-  AddNewParam<CzonFloat>(data, [&](CzonFloat& p, zon::Store* store) { p.SetFloat(value, store); });
+  AddNewParam<CzonFloat>(data, [&](CzonFloat& p, zon::Arena* arena) { p.SetFloat(value, arena); });
 }
 void AddDouble(CzonData& data, double value) {
   AddNewParam<CzonDouble>(data,
-                          [&](CzonDouble& p, zon::Store* store) { p.SetDouble(value, store); });
+                          [&](CzonDouble& p, zon::Arena* arena) { p.SetDouble(value, arena); });
 }
 void AddBool(CzonData& data, int value) {
   AddNewParam<CzonBool>(data,
-                        [&](CzonBool& p, zon::Store* store) { p.SetBool(value != 0, store); });
+                        [&](CzonBool& p, zon::Arena* arena) { p.SetBool(value != 0, arena); });
 }
 void AddString(CzonData& data, const char* text) {
   AddNewParam<CzonString>(
-      data, [&](CzonString& p, zon::Store* store) { p.SetText(TextOf(text), store); });
+      data, [&](CzonString& p, zon::Arena* arena) { p.SetText(TextOf(text), arena); });
 }
 void AddFilename(CzonData& data, const char* text) {
   AddNewParam<CzonFilename>(
-      data, [&](CzonFilename& p, zon::Store* store) { p.SetText(TextOf(text), store); });
+      data, [&](CzonFilename& p, zon::Arena* arena) { p.SetText(TextOf(text), arena); });
 }
 void AddUndefinedPar(CzonData& data) {
-  AddNewParam<CzonUndefinedPar>(data, [](CzonUndefinedPar&, zon::Store*) {});
+  AddNewParam<CzonUndefinedPar>(data, [](CzonUndefinedPar&, zon::Arena*) {});
 }
 
 template <class Reference, class Variable>
 void AddReference(CzonData& data, Variable* variable) {
   if (!data.HasKeyword()) return;
-  data.AddParam(CzonNode::Make<Reference>(data.GetStore(), variable));
+  data.AddParam(CzonNode::Make<Reference>(data.GetArena(), variable));
 }
 void AddIntRef(CzonData& data, int* variable) {
   AddReference<CzonIntRef>(data, variable);
@@ -90,7 +90,7 @@ void AddKeywordDef(CzonCreate& data, const char* name, const char* codes, int mu
 // One definition, by the code that AddKeywordDef knows it by.
 template <char kCode>
 void AddDefinition(CzonCreate& data) {
-  if (data.HasKeyword()) data.AddParam(zon::NewDefinition(kCode, data.GetStore()));
+  if (data.HasKeyword()) data.AddParam(zon::NewDefinition(kCode, data.GetArena()));
 }
 
 }  // namespace

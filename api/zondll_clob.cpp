@@ -5,20 +5,20 @@
 #include <utility>
 
 #include "api/zon.h"
-#include "api/zonbuild.h"
-#include "base/zonempst.h"
+#include "api/zonbuilder.h"
+#include "base/zonemptytext.h"
 #include "paths/zonpath.h"
 
-using zon::Ask;
 using zon::Build;
 using zon::BuildS;
 using zon::EmpSt;
+using zon::Query;
 using zon::TextOf;
 
 namespace {
 
 void AddClob(CzonData& data) {
-  if (data.HasKeyword()) data.AddParam(CzonNode::Make<CzonClob>(data.GetStore()));
+  if (data.HasKeyword()) data.AddParam(CzonNode::Make<CzonClob>(data.GetArena()));
 }
 
 template <class F>
@@ -54,13 +54,13 @@ void AddFilename(CzonData& data, const char* text) {
 }
 
 template <class T, class F>
-T AskClob(void* node, T failure, F&& question) {
-  return Ask<CzonClob>(node, failure,
-                       [&](CzonClob& clob) { return static_cast<T>(question(clob)); });
+T QueryClob(void* node, T failure, F&& question) {
+  return Query<CzonClob>(node, failure,
+                         [&](CzonClob& clob) { return static_cast<T>(question(clob)); });
 }
 
 int IsKind(void* node, CzonClobKind kind) {
-  return AskClob(node, 0, [&](CzonClob& clob) { return clob.IsKind(kind); });
+  return QueryClob(node, 0, [&](CzonClob& clob) { return clob.IsKind(kind); });
 }
 
 }  // namespace
@@ -111,13 +111,13 @@ int zonAddClobFilenameS(void* handle, const char* text) {
 }
 
 int zonIsClob(void* node) {
-  return Ask<CzonNode>(node, 0, [](CzonNode& n) { return n.IsClob(); });
+  return Query<CzonNode>(node, 0, [](CzonNode& n) { return n.IsClob(); });
 }
 int zonGetClobNoItems(void* node) {
-  return AskClob(node, -1, [](CzonClob& clob) { return clob.GetNoItems(); });
+  return QueryClob(node, -1, [](CzonClob& clob) { return clob.GetNoItems(); });
 }
 int zonIsClobEnd(void* node) {
-  return AskClob(node, 1, [](CzonClob& clob) { return clob.IsEnd(); });
+  return QueryClob(node, 1, [](CzonClob& clob) { return clob.IsEnd(); });
 }
 int zonIsClobBool(void* node) {
   return IsKind(node, CzonClobKind::kBoolean);
@@ -139,27 +139,27 @@ int zonIsClobFilename(void* node) {
 }
 
 int zonGetClobBool(void* node) {
-  return AskClob(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
+  return QueryClob(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
 }
 int zonGetClobInt(void* node) {
-  return AskClob(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
+  return QueryClob(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
 }
 float zonGetClobFloat(void* node) {
-  return AskClob(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
+  return QueryClob(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
 }
 double zonGetClobDouble(void* node) {
-  return AskClob(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
+  return QueryClob(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
 }
 const char* zonGetClobString(void* node) {
-  return AskClob<const char*>(node, EmpSt(),
-                              [](CzonClob& clob) { return clob.GetString().c_str(); });
+  return QueryClob<const char*>(node, EmpSt(),
+                                [](CzonClob& clob) { return clob.GetString().c_str(); });
 }
 const char* zonGetClobFilenameString(void* node) {
-  return AskClob<const char*>(node, EmpSt(),
-                              [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
+  return QueryClob<const char*>(node, EmpSt(),
+                                [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
 }
 const char* zonGetClobFilename(void* node) {
-  return AskClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
+  return QueryClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
     // The path is kept first: the cursor must not have moved if out of memory.
     const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {
@@ -171,12 +171,12 @@ const char* zonGetClobFilename(void* node) {
 }
 
 void zonClobReset(void* node) {
-  zon::Tell<CzonClob>(node, [](CzonClob& clob) { clob.Reset(); });
+  zon::Update<CzonClob>(node, [](CzonClob& clob) { clob.Reset(); });
 }
 
 const char* zonGetErrorFromZonClob(void* node) {
-  return AskClob<const char*>(node, nullptr,
-                              [](CzonClob& clob) { return clob.GetErrorText().c_str(); });
+  return QueryClob<const char*>(node, nullptr,
+                                [](CzonClob& clob) { return clob.GetErrorText().c_str(); });
 }
 
 }  // extern "C"

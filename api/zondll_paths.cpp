@@ -5,33 +5,33 @@
 #include "api/zon.h"
 #include "api/zoncheck.h"
 #include "base/zonassert.h"
-#include "base/zonempst.h"
-#include "paths/zonfilen.h"
+#include "base/zonemptytext.h"
+#include "paths/zonfilename.h"
 
-using zon::Ask;
 using zon::EmpSt;
-using zon::Tell;
+using zon::Query;
 using zon::TextOf;
+using zon::Update;
 
 extern "C" {
 
 char* zonGetFilename(void* node) {
-  return Ask<CzonNode>(node, EmpSt(), [](CzonNode& n) { return n.GetFilename(); });
+  return Query<CzonNode>(node, EmpSt(), [](CzonNode& n) { return n.GetFilename(); });
 }
 
 const char* zonGetFilenameString(void* node) {
-  return Ask<CzonNode, const char*>(node, EmpSt(),
-                                    [](CzonNode& n) { return n.GetFilenameString(); });
+  return Query<CzonNode, const char*>(node, EmpSt(),
+                                      [](CzonNode& n) { return n.GetFilenameString(); });
 }
 
 void zonSetFilename(void* node, const char* text) {
-  Tell<CzonNode>(node, [&](CzonNode& n) {
+  Update<CzonNode>(node, [&](CzonNode& n) {
     if (auto* filename = dynamic_cast<CzonFilename*>(&n)) filename->SetFilename(TextOf(text));
   });
 }
 
 void zonFileCopyCallBack(void* node) {
-  Tell<CzonNode>(node, [](CzonNode& n) {
+  Update<CzonNode>(node, [](CzonNode& n) {
     if (auto* filename = dynamic_cast<CzonFilename*>(&n)) {
       filename->SetFilename(filename->GetPath());
     }
@@ -39,7 +39,7 @@ void zonFileCopyCallBack(void* node) {
 }
 
 const char* zonGetAnchorFilename(void* node) {
-  return Ask<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) -> const char* {
+  return Query<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) -> const char* {
     const auto* root = dynamic_cast<CzonTargetList*>(&n);
     const bool isRoot = root != nullptr && root->GetOwner() == nullptr;
     return isRoot ? root->GetZonFilename().c_str() : EmpSt();
@@ -48,13 +48,13 @@ const char* zonGetAnchorFilename(void* node) {
 
 const char* zonGetZonFileName(void* node) {
   const CzonNode* pOwner =
-      Ask<CzonNode, const CzonNode*>(node, nullptr, [](CzonNode& n) { return &n; });
+      Query<CzonNode, const CzonNode*>(node, nullptr, [](CzonNode& n) { return &n; });
   ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
   return zonGetAnchorFilename(static_cast<CzonBase*>(pOwner->GetTopNode()));
 }
 
 void zonSetAnchorFilename(void* node, const char* name) {
-  Tell<CzonNode>(node, [&](CzonNode& n) { zon::RootOfTree(n).SetZonFilename(TextOf(name)); });
+  Update<CzonNode>(node, [&](CzonNode& n) { zon::RootOfTree(n).SetZonFilename(TextOf(name)); });
 }
 
 int zonGetAnchorFilename2(void* node, char* buffer, int size) {

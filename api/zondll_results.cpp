@@ -5,15 +5,15 @@
 
 #include "api/zon.h"
 #include "api/zoncheck.h"
-#include "api/zonconv.h"
-#include "base/zonempst.h"
+#include "api/zonconvenience.h"
+#include "base/zonemptytext.h"
 #include "paths/zonpath.h"
-#include "paths/zonresul.h"
+#include "paths/zonresultfolder.h"
 #include "text/cstring.h"
 
-using zon::Ask;
-using zon::Tell;
+using zon::Query;
 using zon::TextOf;
+using zon::Update;
 
 namespace {
 
@@ -35,7 +35,7 @@ int CopyBounded(const Result& result, char* out, int size) {
 
 // The root of the tree that the node is in; null after a report.
 CzonTargetList* RootOf(void* node) {
-  auto* n = zon::Check<CzonNode>(node);
+  auto* n = zon::Require<CzonNode>(node);
   return n != nullptr ? &zon::RootOfTree(*n) : nullptr;
 }
 
@@ -51,7 +51,7 @@ Result CustomFolder(void* node, int* use) {
 // The text that decides whether there is a folder. Of a CLOB it is the item at the cursor: it is
 // not read, as a path must neither move the cursor nor fail because of the content.
 const char* TextOfNode(void* node) {
-  if (const auto* clob = zon::As<CzonClob>(node)) {
+  if (const auto* clob = zon::CastHandle<CzonClob>(node)) {
     return clob->IsKind(CzonClobKind::kString) ? clob->PeekText().c_str() : "";
   }
   return zonGetString(node);
@@ -62,7 +62,7 @@ Result ResultFolder(void* node) {
   int use = 0;
   Result folder = CustomFolder(node, &use);
   if (use != 0 && !folder.text.empty()) return folder;
-  const auto* pOwner = zon::Check<CzonNode>(node);
+  const auto* pOwner = zon::Require<CzonNode>(node);
   ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
   const CzonTargetList& root = *RootOf(node);
   if (!root.GetResultRoot().empty()) return {true, zon::ResultFolderByRoot(root)};
@@ -92,19 +92,19 @@ int Give(F&& make, G&& give) {
 extern "C" {
 
 void zonSetProjectResultRoot(void* handle, const char* root) {
-  Tell<CzonData>(handle, [&](CzonData& data) {
-    if (CzonTargetList* list = zon::CheckRoot(data)) list->SetResultRoot(root);
+  Update<CzonData>(handle, [&](CzonData& data) {
+    if (CzonTargetList* list = zon::RequireRoot(data)) list->SetResultRoot(root);
   });
 }
 
 const char* zonGetProjectResultRoot(void* node) {
-  return Ask<CzonNode, const char*>(
+  return Query<CzonNode, const char*>(
       node, zon::EmpSt(), [](CzonNode& n) { return zon::RootOfTree(n).GetResultRoot().c_str(); });
 }
 
 void zonSetCustomResultFolder(void* handle, int use, const char* folder) {
-  Tell<CzonData>(handle, [&](CzonData& data) {
-    if (CzonTargetList* list = zon::CheckRoot(data)) list->SetCustomResultFolder(use, folder);
+  Update<CzonData>(handle, [&](CzonData& data) {
+    if (CzonTargetList* list = zon::RequireRoot(data)) list->SetCustomResultFolder(use, folder);
   });
 }
 

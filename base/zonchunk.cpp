@@ -83,7 +83,7 @@ void* MapInLargePages(std::size_t size) {
 
 }  // namespace
 
-void* TakeChunk(std::size_t& size) {
+void* AllocateChunk(std::size_t& size) {
   if (size <= kLargestOfMalloc) return std::malloc(size);
   if (size > SIZE_MAX / 2) return nullptr;
   if (Waiting* waiters = WaitingFor(size)) {
@@ -95,7 +95,7 @@ void* TakeChunk(std::size_t& size) {
   return size < kHugePage ? Map(size) : MapInLargePages(size);
 }
 
-void GiveChunk(void* chunk, std::size_t size) {
+void ReleaseChunk(void* chunk, std::size_t size) {
   if (size <= kLargestOfMalloc) return std::free(chunk);
   Waiting* waiters = WaitingFor(size);
   if (waiters == nullptr || waiters->Size() != size || !waiters->Keep(chunk)) munmap(chunk, size);

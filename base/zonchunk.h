@@ -15,10 +15,10 @@ constexpr std::size_t kChunkSizes[] = {
 
 // A piece of at least that size, aligned for everything; `size` tells how large it is. Null for
 // want of memory.
-void* TakeChunk(std::size_t& size);
+void* AllocateChunk(std::size_t& size);
 
-// `size` as TakeChunk told it.
-void GiveChunk(void* chunk, std::size_t size);
+// `size` as AllocateChunk told it.
+void ReleaseChunk(void* chunk, std::size_t size);
 
 }  // namespace zon
 

@@ -15,7 +15,7 @@ int PeekError() {
   return zonErrorGlb;
 }
 
-int TakeError() {
+int ConsumeError() {
   const int code = zonErrorGlb;
   zonErrorGlb = kErrNone;
   return code;

@@ -22,7 +22,7 @@ enum ErrorCode : int {
 
 void RaiseError(int code);  // stored only while none is pending
 int PeekError();
-int TakeError();  // returns the code and clears it
+int ConsumeError();  // returns the code and clears it
 
 }  // namespace zon
 

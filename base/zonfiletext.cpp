@@ -26,7 +26,7 @@ void FileText::Reserve() {
     // Some room for what is appended to the file while it is read.
     size_ = kFront + size + std::min(size, kPiece) + 1;
     if (size > SIZE_MAX / 4) throw std::bad_alloc();
-    memory_ = static_cast<char*>(TakeChunk(size_));
+    memory_ = static_cast<char*>(AllocateChunk(size_));
     if (memory_ == nullptr) throw std::bad_alloc();
   }
   std::memset(memory_, 0, kFront);
@@ -79,7 +79,7 @@ void FileText::Release() {
   if (isMapped_) {
     munmap(memory_, size_);
   } else {
-    GiveChunk(memory_, size_);
+    ReleaseChunk(memory_, size_);
   }
   memory_ = begin_ = end_ = nullptr;
 }

@@ -28,22 +28,22 @@ void NeedFiled(CzonNode& node) {
 
 }  // namespace
 
-CzonTargetList& NeedList(CzonNode& node) {
+CzonTargetList& RequireList(CzonNode& node) {
   if (auto* list = dynamic_cast<CzonTargetList*>(&node)) return *list;
   throw Refusal{kErrTargetList};
 }
 
-CzonSection& NeedSection(CzonNode& node) {
+CzonSection& RequireSection(CzonNode& node) {
   if (auto* section = dynamic_cast<CzonSection*>(&node)) return *section;
   throw Refusal{kErrSection};
 }
 
-CzonKeyword& NeedKeyword(CzonNode& node) {
+CzonKeyword& RequireKeyword(CzonNode& node) {
   if (auto* keyword = dynamic_cast<CzonKeyword*>(&node)) return *keyword;
   throw Refusal{kErrNamedNode};
 }
 
-CzonNode& NeedParam(CzonKeyword& keyword, unsigned int n) {
+CzonNode& RequireParam(CzonKeyword& keyword, unsigned int n) {
   if (CzonNode* param = keyword.NodeByNum(n)) return *param;
   throw Refusal{kErrParameter};
 }

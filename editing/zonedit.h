@@ -10,9 +10,9 @@
 #include <string_view>
 
 #include "base/zonerror.h"
-#include "tree/zonkeyw.h"
+#include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 namespace zon {
 
@@ -23,10 +23,10 @@ struct Refusal {
 };
 
 // The node as what is needed here; a Refusal otherwise.
-CzonTargetList& NeedList(CzonNode& node);                   // the root or a section
-CzonSection& NeedSection(CzonNode& node);                   // not the root
-CzonKeyword& NeedKeyword(CzonNode& node);                   // or a default definition
-CzonNode& NeedParam(CzonKeyword& keyword, unsigned int n);  // as stored
+CzonTargetList& RequireList(CzonNode& node);                   // the root or a section
+CzonSection& RequireSection(CzonNode& node);                   // not the root
+CzonKeyword& RequireKeyword(CzonNode& node);                   // or a default definition
+CzonNode& RequireParam(CzonKeyword& keyword, unsigned int n);  // as stored
 
 // Positions count from 1 among the siblings of the kind; 0, or one past the last, is the very end
 // of the children. The new node stands directly before the sibling whose place it takes.

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/zonsystm.h"
+#include "base/zonenvironment.h"
 
 // One pass. What is kept is written at or before the place that is read, so the path never grows.
 void _normalizePath(std::string& path) {

@@ -4,8 +4,8 @@
 #include <ostream>
 #include <typeinfo>
 
-#include "base/zonout.h"
-#include "base/zonstore.h"
+#include "base/zonarena.h"
+#include "base/zonput.h"
 #include "reader/zonsource.h"
 
 namespace {
@@ -25,7 +25,7 @@ CyyStream* AsPlainStream(CyyInput* input) {
 
 CyyParser::CyyParser(CyyInput* input)
     : input_(Checked(input)),
-      store_(std::make_unique<zon::Store>()),
+      arena_(std::make_unique<zon::Arena>()),
       stream_(AsPlainStream(input_.get())) {
   error_.reserve(kRoomForMessage);
 }
@@ -35,25 +35,25 @@ CyyParser::~CyyParser() = default;
 // Nesting is counted, without recursion: a file of a million openers costs no stack.
 template <class Source>
 int CyyParser::SkipCommentIn(Source&& source, unsigned char first, unsigned char second) {
-  const int c = source.Take();
+  const int c = source.Get();
   if (c != first) {
-    source.Back(c);
+    source.PutBack(c);
     return 0;
   }
   if (source.Peek() != second) {
-    source.Back(c);
+    source.PutBack(c);
     return 0;
   }
-  source.Take();
+  source.Get();
   unsigned long depth = 1;
   while (depth > 0) {
-    const int next = source.Take();
+    const int next = source.Get();
     if (next < 0) return 0;
     if (next == first && source.Peek() == second) {
-      source.Take();
+      source.Get();
       ++depth;
     } else if (next == second && source.Peek() == first) {
-      source.Take();
+      source.Get();
       ++comments_;
       --depth;
     }

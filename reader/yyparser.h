@@ -13,7 +13,7 @@
 #include "reader/yyinput.h"
 
 namespace zon {
-class Store;
+class Arena;
 }
 
 /** What scanners and parsers share: the source, comments, the first error, token texts. */
@@ -60,7 +60,7 @@ class ZON_API CyyParser {
   CyyInput& Input() const { return *input_; }
 
   /** The memory of token texts and of the nodes that are made of them. */
-  zon::Store& GetStore() const { return *store_; }
+  zon::Arena& GetArena() const { return *arena_; }
 
   void AddToken(std::string_view text) { tokens_.push_back(text); }  ///< to the list of texts
   void CountInput();  ///< brings the counters of a plain file up to date
@@ -70,7 +70,7 @@ class ZON_API CyyParser {
   int SkipCommentIn(Source&& source, unsigned char first, unsigned char second);
 
   std::unique_ptr<CyyInput> input_;
-  std::unique_ptr<zon::Store> store_;
+  std::unique_ptr<zon::Arena> arena_;
   std::string error_;
   CyyStream* stream_;
   std::vector<std::string_view> tokens_;

@@ -142,14 +142,14 @@ void Engine::ReadToken() {
   const auto state = static_cast<std::size_t>(State());
   const bool mayTakeMore = takesLines_ && HasRoom(kRoomOfLine);
   if (token_ == kNoToken) {
-    if (mayTakeMore && kValuesStates[state] && lexer_.TakeValues()) {
+    if (mayTakeMore && kValuesStates[state] && lexer_.ConsumeValues()) {
       token_ = kTokenNumbers[VALUES];
       return;
     }
     token_ = TokenNumber(parser_.ReadToken());
   }
   if (!mayTakeMore || !kLineStates[state]) return;
-  while (token_ == kTokenNumbers[IDENTIFIER] && lexer_.TakeLine()) {
+  while (token_ == kTokenNumbers[IDENTIFIER] && lexer_.ConsumeLine()) {
     CzonKeyword* keyword = builder_.MakeLine();
     token_ = TokenNumber(parser_.ReadToken());
     builder_.FileKeyword(values_[depth_ - 1].node, keyword);

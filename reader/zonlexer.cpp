@@ -51,13 +51,13 @@ int Lexer::Next() {
 template <class Source>
 int Lexer::Scan(Source& source) {
   for (;;) {
-    const int c = source.TakeAfterSpace();
+    const int c = source.GetAfterSpace();
     if (IsClass(c, kAlpha)) {
-      source.Back(c);
+      source.PutBack(c);
       return ScanWord(source);
     }
     if (IsClass(c, kDigit) || c == '.') {
-      source.Back(c);
+      source.PutBack(c);
       return ScanNumber(source);
     }
     switch (c) {
@@ -79,7 +79,7 @@ int Lexer::Scan(Source& source) {
         break;
       case '/':
         if (source.Peek() == '*') {
-          source.Back(c);
+          source.PutBack(c);
           source.Count();
           if (parser_.SkipComment("/*") == 0) return Fail(source, "Bad comment");
         } else if (source.Peek() == '/') {
@@ -116,7 +116,7 @@ int Lexer::ScanNumber(Source& source) {
   NumberScan number;
   while (number.Accept(source.Peek())) source.CollectOne();
   if (!number.IsComplete()) {
-    source.Take();  // the error is placed after the character that does not fit
+    source.Get();  // the error is placed after the character that does not fit
     return Fail(source, number.MissesFraction() ? "Expecting digit" : "Bad scale factor");
   }
   return Finish<Source>(number.IsWhole() ? INTEGER : REAL, source.Text());
@@ -163,10 +163,10 @@ int Lexer::Finish(int token, std::string_view text) {
 }
 
 void Lexer::SetText(std::string_view text) {
-  text_ = {store_.CopyText(text, 1), text.size()};
+  text_ = {arena_.CopyText(text, 1), text.size()};
 }
 
-bool Lexer::TakeLine() {
+bool Lexer::ConsumeLine() {
   if (parser_.HasError()) return false;
   TextSource source(*stream_);
   const std::string_view ready = source.Ready();
@@ -176,21 +176,21 @@ bool Lexer::TakeLine() {
   if (*values++ != '=') return false;
   const PlainValues plain = FindValues(values, end);
   if (!plain.isWhole) return false;
-  TakeValues(source, values, plain.end);
+  ConsumeValues(source, values, plain.end);
   return true;
 }
 
-bool Lexer::TakeValues() {
+bool Lexer::ConsumeValues() {
   if (parser_.HasError()) return false;
   TextSource source(*stream_);
   const std::string_view ready = source.Ready();
   const PlainValues plain = FindValues(ready.data(), ready.data() + ready.size());
   if (plain.end == nullptr) return false;
-  TakeValues(source, ready.data(), plain.end);
+  ConsumeValues(source, ready.data(), plain.end);
   return true;
 }
 
-void Lexer::TakeValues(TextSource& source, const char* begin, const char* end) {
+void Lexer::ConsumeValues(TextSource& source, const char* begin, const char* end) {
   values_ = {begin, static_cast<std::size_t>(end - begin)};
   source.Consume(end);
 }

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/zonstore.h"
+#include "base/zonarena.h"
 #include "reader/yyparser.h"
 
 namespace zon {
@@ -21,8 +21,8 @@ class TextSource;
 
 class Lexer {
  public:
-  Lexer(CyyParser& parser, CyyInput& input, CyyStream* stream, Store& store)
-      : parser_(parser), input_(input), stream_(stream), store_(store) {}
+  Lexer(CyyParser& parser, CyyInput& input, CyyStream* stream, Arena& arena)
+      : parser_(parser), input_(input), stream_(stream), arena_(arena) {}
 
   // The next token, a CzonToken or a character; 0 at the end and after an error. The counters of a
   // stream are not brought up to date.
@@ -30,10 +30,10 @@ class Lexer {
 
   // After an IDENTIFIER: consumes "=" and a whole list of plain values if they follow, and returns
   // whether they do.
-  bool TakeLine();
+  bool ConsumeLine();
 
   // Consumes plain values if they follow.
-  bool TakeValues();
+  bool ConsumeValues();
 
   // The text of the last token; of a line its name.
   std::string_view Text() const { return text_; }
@@ -61,12 +61,12 @@ class Lexer {
   int Fail(Source& source, const char* message);
   template <class Source>
   int Finish(int token, std::string_view text);
-  void TakeValues(TextSource& source, const char* begin, const char* end);
+  void ConsumeValues(TextSource& source, const char* begin, const char* end);
 
   CyyParser& parser_;
   CyyInput& input_;
   CyyStream* stream_;  // the input as a plain file; null for any other
-  Store& store_;
+  Arena& arena_;
   std::string buffer_;  // of a text from a host's source
   std::string_view text_;
   std::string_view values_;

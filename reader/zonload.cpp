@@ -4,9 +4,9 @@
 
 #include "base/zonerror.h"
 #include "base/zonhook.h"
-#include "tree/zonkeyw.h"
+#include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 namespace zon {
 namespace {

@@ -3,24 +3,24 @@
 
 #include <typeinfo>
 
-#include "base/zonstore.h"
+#include "base/zonarena.h"
 #include "reader/zonengine.h"
 #include "reader/zonlexer.h"
 #include "reader/zontreebuilder.h"
 #include "tree/zonclob.h"
-#include "tree/zonstri.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
+#include "tree/zonstring.h"
 
 struct CzonParser::Parts {
-  Parts(CzonParser& parser, CyyInput& input, CyyStream* stream, zon::Store& store)
-      : lexer(parser, input, stream, store), builder(parser, lexer, store) {}
+  Parts(CzonParser& parser, CyyInput& input, CyyStream* stream, zon::Arena& arena)
+      : lexer(parser, input, stream, arena), builder(parser, lexer, arena) {}
 
   zon::Lexer lexer;
   zon::TreeBuilder builder;
 };
 
 CzonParser::CzonParser(CyyInput* input)
-    : CyyParser(input), parts_(std::make_unique<Parts>(*this, Input(), GetStream(), GetStore())) {}
+    : CyyParser(input), parts_(std::make_unique<Parts>(*this, Input(), GetStream(), GetArena())) {}
 
 CzonParser::~CzonParser() = default;
 
@@ -40,7 +40,7 @@ int CzonParser::Parse(int keep) {
   if (GetStream() != nullptr) GetStream()->Close();
   if (failed != 0 && keep == 0) {
     builder.Abandon();
-    GetStore().Clear();
+    GetArena().Clear();
     if (GetStream() != nullptr) GetStream()->Release();
   }
   parts_->lexer.Release();

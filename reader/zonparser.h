@@ -64,7 +64,7 @@ class ZON_API CzonParser : public CyyParser {
   CzonTargetList* GetRoot() const;
 
   // For the library's own use.
-  using CyyParser::GetStore;
+  using CyyParser::GetArena;
 
  private:
   friend class zon::Engine;

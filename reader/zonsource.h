@@ -29,17 +29,17 @@ class TextSource {
   void Count() { stream_.Count(); }
 
   int Peek() { return stream_.Peek(); }
-  int Take() {
+  int Get() {
     if (stream_.next_ == stream_.end_ && !stream_.Fill()) return -1;
     return static_cast<unsigned char>(*stream_.next_++);
   }
   // Takes the last character back, unless that was the end.
-  void Back(int c) {
+  void PutBack(int c) {
     if (c >= 0) --stream_.next_;
   }
 
   // Consumes white space and the character after it, which is returned.
-  int TakeAfterSpace() {
+  int GetAfterSpace() {
     for (;;) {
       char* next = stream_.next_;
       while (IsClass(*next, kSpace)) ++next;
@@ -66,7 +66,7 @@ class TextSource {
       if (newline != nullptr) found = newline;
       Consume(found != nullptr ? found : limit);
       end_ = stream_.next_;
-      if (found != nullptr) return Take();
+      if (found != nullptr) return Get();
       if (!stream_.Fill()) return -1;
     }
   }
@@ -106,25 +106,25 @@ class CallSource {
   void Count() {}
 
   int Peek() { return input_.Peek(); }
-  int Take() { return input_.GetCh(); }
-  void Back(int c) { input_.PutBack(c); }
+  int Get() { return input_.GetCh(); }
+  void PutBack(int c) { input_.PutBack(c); }
 
-  int TakeAfterSpace() {
-    int c = Take();
-    while (c >= 0 && IsClass(c, kSpace)) c = Take();
+  int GetAfterSpace() {
+    int c = Get();
+    while (c >= 0 && IsClass(c, kSpace)) c = Get();
     return c;
   }
 
   void BeginText() { buffer_.clear(); }
-  void CollectOne() { Append(Take()); }
+  void CollectOne() { Append(Get()); }
   void CollectWord() {
-    int c = Take();
-    for (; IsClass(c, kWord); c = Take()) Append(c);
-    Back(c);
+    int c = Get();
+    for (; IsClass(c, kWord); c = Get()) Append(c);
+    PutBack(c);
   }
   int CollectTo(char stop, bool inLine) {
-    int c = Take();
-    for (; c >= 0 && c != static_cast<unsigned char>(stop) && !(inLine && c == '\n'); c = Take()) {
+    int c = Get();
+    for (; c >= 0 && c != static_cast<unsigned char>(stop) && !(inLine && c == '\n'); c = Get()) {
       Append(c);
     }
     size_ = buffer_.size();
@@ -135,9 +135,9 @@ class CallSource {
   std::string_view TextBeforeStop() const { return std::string_view(buffer_).substr(0, size_); }
 
   void SkipLine() {
-    int c = Take();
-    while (c >= 0 && c != '\n') c = Take();
-    Back(c);
+    int c = Get();
+    while (c >= 0 && c != '\n') c = Get();
+    PutBack(c);
   }
 
  private:

@@ -5,9 +5,9 @@
 #include "reader/zonparser.h"
 #include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
-#include "tree/zonkeyw.h"
-#include "tree/zonstri.h"
-#include "tree/zontarli.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonsection.h"
+#include "tree/zonstring.h"
 
 namespace zon {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 
 // The grammar decides of which class the node of a symbol is.
 template <class T>
-T* As(CzonNode* node) {
+T* Downcast(CzonNode* node) {
   return static_cast<T*>(node);
 }
 
@@ -56,14 +56,14 @@ void TreeBuilder::CheckMulti() {
 
 template <class T>
 T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
-  T* node = CzonNode::Make<T>(store_);
-  node->SetStoredName(name);
+  T* node = CzonNode::Make<T>(arena_);
+  node->ReferToName(name);
   if (multi) node->SetMultiMandat(1, 0);
   return node;
 }
 
 CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
-  CzonNode* value = MakeValue(store_, token, text);
+  CzonNode* value = MakeValue(arena_, token, text);
   if (token == INTEGER && !value->IsDouble()) parser_.yyerror("Double overflow (integer)");
   if (token == REAL && !value->IsDouble()) parser_.yyerror("Double overflow (real)");
   return value;
@@ -73,17 +73,17 @@ CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
 std::string_view TreeBuilder::Signed(char sign, std::string_view number) {
   if (number.data()[-1] == sign) return {number.data() - 1, number.size() + 1};
   const std::string text = sign + std::string(number);
-  return {store_.CopyText(text), text.size()};
+  return {arena_.CopyText(text), text.size()};
 }
 
 CzonKeyword* TreeBuilder::MakeLine() {
   auto* keyword = NewNamed<CzonKeyword>(lexer_.Text(), false);
-  keyword->TakeValues(lexer_.Values(), MakePlainValues);
+  keyword->DeferValues(lexer_.Values(), MakePlainValues);
   return keyword;
 }
 
 void TreeBuilder::FileKeyword(CzonNode* section, CzonKeyword* keyword) {
-  As<CzonSection>(section)->AddKeyword(keyword);
+  Downcast<CzonSection>(section)->AddKeyword(keyword);
   // Only a namesake can make the new one ambiguous.
   if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
 }
@@ -92,24 +92,24 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];  // what most rules hand on
   switch (rule) {
     case kFile:
-      if (root_ == nullptr) root_ = As<CzonTargetList>(right[0].node);
+      if (root_ == nullptr) root_ = Downcast<CzonTargetList>(right[0].node);
       break;
     case kListEmpty:
-      list_ = CzonNode::Make<CzonTargetList>(store_);
+      list_ = CzonNode::Make<CzonTargetList>(arena_);
       result.node = list_;
       break;
     case kListSection:
     case kBodySection: {
-      auto* section = As<CzonSection>(right[1].node);
-      As<CzonTargetList>(right[0].node)->AddSection(section);
+      auto* section = Downcast<CzonSection>(right[1].node);
+      Downcast<CzonTargetList>(right[0].node)->AddSection(section);
       if (section->GetInstanceNo() > 1) CheckUnique(section);
       break;
     }
     case kBodyKeyword:
-      FileKeyword(right[0].node, As<CzonKeyword>(right[1].node));
+      FileKeyword(right[0].node, Downcast<CzonKeyword>(right[1].node));
       break;
     case kBodyDefault:
-      As<CzonSection>(right[0].node)->AddDefaultDef(As<CzonDefaultDef>(right[1].node));
+      Downcast<CzonSection>(right[0].node)->AddDefaultDef(Downcast<CzonDefaultDef>(right[1].node));
       break;
 
     case kSectionSingle:
@@ -142,33 +142,33 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
     case kDefaultFirstItem:
     case kKeywordNextItem:
     case kDefaultNextItem:
-      As<CzonKeyword>(right[0].node)->AddParam(As<CzonParam>(right[2].node));
+      Downcast<CzonKeyword>(right[0].node)->AddParam(Downcast<CzonParam>(right[2].node));
       break;
     case kKeywordFirstEmpty:
     case kKeywordNextEmpty:
-      As<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonUndefinedPar>(store_));
+      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonUndefinedPar>(arena_));
       break;
     case kDefaultFirstEmpty:
     case kDefaultNextEmpty:
-      As<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(store_));
+      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(arena_));
       break;
 
     case kKeywordFirstValues:
     case kDefaultFirstValues:
     case kKeywordNextValues:
     case kDefaultNextValues:
-      As<CzonKeyword>(right[0].node)->TakeValues(lexer_.Values(), MakePlainValues);
+      Downcast<CzonKeyword>(right[0].node)->DeferValues(lexer_.Values(), MakePlainValues);
       break;
 
     case kSectionRemark:
     case kKeywordRemark:
     case kDefaultRemark:
     case kItemRemark:
-      right[0].node->SetRemark(right[1].Text(), &store_);
+      right[0].node->SetRemark(right[1].Text(), &arena_);
       break;
     case kItemOnlyRemark:
-      result.node = CzonNode::Make<CzonUnknown>(store_);
-      result.node->SetRemark(right[0].Text(), &store_);
+      result.node = CzonNode::Make<CzonUnknown>(arena_);
+      result.node->SetRemark(right[0].Text(), &arena_);
       break;
 
     case kValueInteger:
@@ -190,8 +190,8 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
       result.node = NewValue(FILENAME, right[0].Text());
       break;
     case kValueSubstitution: {
-      auto* substitution = CzonNode::Make<CzonSubstit>(store_);
-      substitution->SetStoredText(right[0].Text());
+      auto* substitution = CzonNode::Make<CzonSubstit>(arena_);
+      substitution->ReferToText(right[0].Text());
       result.node = substitution;
       break;
     }

@@ -17,12 +17,12 @@ class CzonTargetList;
 
 namespace zon {
 
-class Store;
+class Arena;
 
 class TreeBuilder {
  public:
-  TreeBuilder(CzonParser& parser, const Lexer& lexer, Store& store)
-      : parser_(parser), lexer_(lexer), store_(store) {}
+  TreeBuilder(CzonParser& parser, const Lexer& lexer, Arena& arena)
+      : parser_(parser), lexer_(lexer), arena_(arena) {}
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
   ~TreeBuilder();
@@ -60,7 +60,7 @@ class TreeBuilder {
 
   CzonParser& parser_;
   const Lexer& lexer_;
-  Store& store_;
+  Arena& arena_;
   FileKind kind_ = kUndecided;
   CzonTargetList* list_ = nullptr;  // of the sections at the top level
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted

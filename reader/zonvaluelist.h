@@ -10,7 +10,7 @@
 
 #include <string_view>
 
-#include "base/zonstore.h"
+#include "base/zonarena.h"
 
 class CzonKeyword;
 class CzonNode;
@@ -24,7 +24,7 @@ inline std::string_view UpToZero(std::string_view text) {
 
 // A value in the arena, from the text of its token; that of a number has its sign. Null if the token
 // is no value by itself.
-CzonNode* MakeValue(Store& store, int token, std::string_view text);
+CzonNode* MakeValue(Arena& arena, int token, std::string_view text);
 
 // The plain values, with the commas between them, that begin at `at`.
 struct PlainValues {

@@ -167,6 +167,7 @@ TEST(Writing, BeginsWithTheLocalTimeAndAppends) {
 }
 
 TEST(Writing, AddsTheResultSettings) {
+  host::Heard();  // what earlier tests left
   const struct {
     const char *root, *custom;
     int use;

@@ -2,7 +2,7 @@
 
 #include "base/zonassert.h"
 #include "base/zonchars.h"
-#include "base/zonout.h"
+#include "base/zonput.h"
 
 CzonBool::CzonBool(const std::string& text) : CzonParam(text) {
   ReadText();
@@ -34,8 +34,8 @@ void CzonBool::Copy(const CzonNode* source) {
   value_ = Node->value_;
 }
 
-void CzonBool::SetBool(bool value, zon::Store* store) {
-  SetText(value ? "true" : "false", store);
+void CzonBool::SetBool(bool value, zon::Arena* arena) {
+  SetText(value ? "true" : "false", arena);
   value_ = value ? 1 : 0;
 }
 

@@ -21,7 +21,7 @@ class ZON_API CzonBool : public CzonParam {
   void Copy(const CzonNode* source) override;
 
   // For the library's own use.
-  void SetBool(bool value, zon::Store* store);  // value and text
+  void SetBool(bool value, zon::Arena* arena);  // value and text
   void ReadText();                              // the value from the text
 
  private:

@@ -1,5 +1,5 @@
 #include "base/zonassert.h"
-#include "tree/zonrefs.h"
+#include "tree/zonreference.h"
 
 CzonBoolRef::CzonBoolRef(int* variable) : variable_(variable) {}
 CzonNode* CzonBoolRef::CreateObj() {

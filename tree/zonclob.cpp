@@ -13,8 +13,8 @@
 #include "base/zonchars.h"
 #include "base/zonerror.h"
 #include "base/zonnumber.h"
-#include "base/zonout.h"
-#include "tree/zonstri.h"
+#include "base/zonput.h"
+#include "tree/zonstring.h"
 
 namespace {
 
@@ -229,7 +229,7 @@ void CzonClob::Copy(const CzonNode* source) {
   state_.reset();
 }
 
-CzonClob::State& CzonClob::NeedState() const {
+CzonClob::State& CzonClob::EnsureState() const {
   if (state_ == nullptr) {
     state_ = std::make_unique<State>();
     const_cast<CzonClob*>(this)->MarkDeep();
@@ -238,7 +238,7 @@ CzonClob::State& CzonClob::NeedState() const {
 }
 
 bool CzonClob::Load() const {
-  State& state = NeedState();
+  State& state = EnsureState();
   if (!state.loaded) {
     Reader<Item> reader(GetTextView());
     std::vector<Item> items;
@@ -251,14 +251,14 @@ bool CzonClob::Load() const {
 
 bool CzonClob::Fail(std::string text) const {
   zon::RaiseError(zon::kErrParse);
-  NeedState().error = std::move(text);
+  EnsureState().error = std::move(text);
   return false;
 }
 
 // The item at the cursor if it is of one of these kinds, and the cursor behind it; else null.
 template <class... Wanted>
 const CzonClob::Item* CzonClob::Next(CzonClobKind first, Wanted... others) const {
-  State& state = NeedState();
+  State& state = EnsureState();
   if (!Load()) {
     Fail(state.flaw);
     return nullptr;
@@ -313,7 +313,7 @@ const std::string& CzonClob::PeekText() const {
 }
 
 const std::string& CzonClob::Keep(std::string text) const {
-  return *NeedState().kept.insert(std::move(text)).first;
+  return *EnsureState().kept.insert(std::move(text)).first;
 }
 
 int CzonClob::GetNoItems() const {

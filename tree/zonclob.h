@@ -71,7 +71,7 @@ class ZON_API CzonClob : public CzonParam {
   struct Item;
   struct State;
 
-  State& NeedState() const;
+  State& EnsureState() const;
   bool Load() const;
   template <class... Wanted>
   const Item* Next(CzonClobKind first, Wanted... others) const;

@@ -1,5 +1,5 @@
 #include "base/zonassert.h"
-#include "tree/zonrefs.h"
+#include "tree/zonreference.h"
 
 CzonDoubleRef::CzonDoubleRef(double* variable) : variable_(variable) {
   Init();

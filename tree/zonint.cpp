@@ -3,7 +3,7 @@
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "base/zonnumber.h"
-#include "base/zonout.h"
+#include "base/zonput.h"
 
 CzonInt::CzonInt(const std::string& text) : CzonNumeric(text) {}
 
@@ -44,8 +44,8 @@ long CzonInt::CStoInt() {
   return value;
 }
 
-void CzonInt::SetInt(int value, zon::Store* store) {
-  SetText(zon::NumberText::OfInt(value).View(), store);
+void CzonInt::SetInt(int value, zon::Arena* arena) {
+  SetText(zon::NumberText::OfInt(value).View(), arena);
   Double(value);
   integer_ = value;
   Set(kHasInt);

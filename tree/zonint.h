@@ -28,7 +28,7 @@ class ZON_API CzonInt : public CzonNumeric {
   long CStoInt();
 
   // For the library's own use.
-  void SetInt(int value, zon::Store* store);  // all views and the text
+  void SetInt(int value, zon::Arena* arena);  // all views and the text
   void ReadText();                            // all views from the text
   void SetViews(double value, std::int64_t whole) {
     Double(value);

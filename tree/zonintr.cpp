@@ -1,5 +1,5 @@
 #include "base/zonassert.h"
-#include "tree/zonrefs.h"
+#include "tree/zonreference.h"
 
 CzonIntRef::CzonIntRef(int* variable) : variable_(variable) {
   Init();

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "base/zonassert.h"
-#include "tree/zonkeyw.h"
+#include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
   Set(kNamed);
@@ -21,8 +21,8 @@ CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
 
 CzonNamedNode::~CzonNamedNode() {
   FreeChildren();
-  children_.Release(store_);
-  if (store_ == nullptr) delete nameGlb_;
+  children_.Release(arena_);
+  if (arena_ == nullptr) delete nameGlb_;
   name_.Release();
 }
 
@@ -31,7 +31,7 @@ CzonNode* CzonNamedNode::CreateObj() {
 }
 
 const std::string& CzonNamedNode::GetName() const {
-  return name_.AsString(store_);
+  return name_.AsString(arena_);
 }
 
 bool CzonNamedNode::IsOfLibrary() const {
@@ -55,12 +55,12 @@ zon::NameKey CzonNamedNode::GetKey() const {
 
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
-  name_.Assign(name, store_);
+  name_.Assign(name, arena_);
 }
 
-void CzonNamedNode::SetStoredName(std::string_view name) {
+void CzonNamedNode::ReferToName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
-  name_.SetStored(name);
+  name_.ReferTo(name);
 }
 
 // A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
@@ -86,7 +86,7 @@ const std::string& CzonNamedNode::GetNameGlb() const {
       }
       name.append(own);
     }
-    node->nameGlb_ = node->store_ != nullptr ? node->store_->Keep(std::move(name))
+    node->nameGlb_ = node->arena_ != nullptr ? node->arena_->KeepString(std::move(name))
                                              : new std::string(std::move(name));
     prefix = node->nameGlb_;
   }
@@ -108,7 +108,7 @@ void CzonNamedNode::MakeDeferred() {
   try {
     static_cast<CzonKeyword*>(this)->MakeValues(text);
   } catch (...) {
-    children_.Release(store_);
+    children_.Release(arena_);
     children_.Defer(text);
     Set(kDeferred);
     throw;
@@ -117,7 +117,7 @@ void CzonNamedNode::MakeDeferred() {
 
 void CzonNamedNode::AddNode(CzonNode* node) {
   if (node == nullptr) return;
-  Children().Append(node, store_);
+  Children().Append(node, arena_);
   node->owner_ = this;
   if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = Children().Size() - 1;
   if (node->WantsDestructor()) MarkDeep();
@@ -132,9 +132,9 @@ void CzonNamedNode::SetMultiMandat(int multi, int mandat) {
 void CzonNamedNode::Clear() {
   if (auto* list = dynamic_cast<CzonTargetList*>(this)) list->ForgetNames();
   FreeChildren();
-  children_.Release(store_);
+  children_.Release(arena_);
   Set(kDeferred, false);
-  if (store_ == nullptr) {
+  if (arena_ == nullptr) {
     delete nameGlb_;
   } else if (nameGlb_ != nullptr) {
     std::string().swap(*nameGlb_);  // the store keeps the string itself
@@ -165,7 +165,7 @@ void CzonNamedNode::FreeChildren() {
     auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
     if (named != nullptr && named->IsOfLibrary()) {
       enlist(*named);
-      named->children_.Release(named->store_);
+      named->children_.Release(named->arena_);
     }
     Free(node);
   }
@@ -187,7 +187,7 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
       CzonNode* child = children[position.next++];
       if (child->Has(kExploresItself) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         inner = child;
-      } else if (child->Has(kInStore)) {
+      } else if (child->Has(kInArena)) {
         visit(child);  // a value of ours, which is visited, no more
       } else {
         child->Explore(visit);

@@ -14,10 +14,10 @@
 
 #include "base/zonchars.h"
 #include "base/zonexport.h"
-#include "tree/zonlist.h"
-#include "tree/zonnamli.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnode.h"
-#include "tree/zontext.h"
+#include "tree/zonnodelist.h"
+#include "tree/zonnodetext.h"
 
 /** A node with a name and children. */
 class ZON_API CzonNamedNode : public CzonNode {
@@ -62,15 +62,15 @@ class ZON_API CzonNamedNode : public CzonNode {
   // For the library's own use.
   std::string_view GetNameView() const { return name_.View(); }
   std::uint32_t GetNameHash() const { return nameHash_; }
-  bool IsInStore() const { return Has(kInStore); }  // only nodes of the library's classes are
+  bool IsInStore() const { return Has(kInArena); }  // only nodes of the library's classes are
   zon::NameKey GetKey() const;
   // Whether the class is one of the library's own, so that none of its operations is overridden.
   bool IsOfLibrary() const;
   void SetName(std::string_view name);
-  void SetStoredName(std::string_view name);  // characters that lie in the node's store
-  void EnterStore(zon::Store& store) {
-    CzonNode::EnterStore(store);
-    store_ = &store;
+  void ReferToName(std::string_view name);  // characters that lie in the node's store
+  void EnterArena(zon::Arena& arena) {
+    CzonNode::EnterArena(arena);
+    arena_ = &arena;
   }
   // The children. The values of a loaded keyword are made when they are first asked for, which may
   // throw std::bad_alloc.
@@ -90,7 +90,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void RestoreNumbers(CzonNode& child);
   // A copy of everything of `source` but the name, in a node for SwapContent with this one.
   std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& source) const;
-  // Everything but name and place; both lie in one store, or in none.
+  // Everything but name and place; both lie in one arena, or in none.
   void SwapContent(CzonNamedNode& other);
 
   // Where the child stands in the child list, from 0; the length of the list when it does not.
@@ -99,14 +99,14 @@ class ZON_API CzonNamedNode : public CzonNode {
   std::uint32_t PlaceSeen() const { return place_; }
 
  protected:
-  zon::Store* store_ = nullptr;  // set exactly for nodes that lie in one
+  zon::Arena* arena_ = nullptr;  // set exactly for nodes that lie in one
 
   // An empty node that can exchange its content with this one.
   virtual std::unique_ptr<CzonNamedNode> NewAside() const;
   template <class T>
   std::unique_ptr<T> NewInStore() const {
     auto node = std::make_unique<T>();
-    if (store_ != nullptr) node->EnterStore(*store_);
+    if (arena_ != nullptr) node->EnterArena(*arena_);
     return node;
   }
 

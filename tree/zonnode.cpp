@@ -5,9 +5,9 @@
 
 #include "base/zonassert.h"
 #include "base/zonhook.h"
-#include "tree/zonkeyw.h"
+#include "tree/zonkeyword.h"
 #include "tree/zonnamno.h"
-#include "tree/zontarli.h"
+#include "tree/zonsection.h"
 
 namespace {
 
@@ -183,7 +183,7 @@ CzonParam* CzonNode::FindDefault(CzonNode*, const std::string&, unsigned int) co
 
 void CzonNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  SetRemark(source->GetRemark(), GetStore());
+  SetRemark(source->GetRemark(), GetArena());
   ResetNumber();
 }
 
@@ -216,17 +216,17 @@ const std::string& CzonNode::GetRemark() const {
   return remark_ != nullptr ? *remark_ : empty_string;
 }
 
-void CzonNode::SetRemark(std::string_view text, zon::Store* store) {
+void CzonNode::SetRemark(std::string_view text, zon::Arena* arena) {
   if (remark_ != nullptr) {
     remark_->assign(text);
   } else if (text.empty()) {
     return;
-  } else if (store != nullptr) {
-    remark_ = store->Keep(std::string(text));
+  } else if (arena != nullptr) {
+    remark_ = arena->KeepString(std::string(text));
   } else {
     remark_ = new std::string(text);
     Set(kOwnsRemark);
-    if (Has(kInStore)) MarkDeep();
+    if (Has(kInArena)) MarkDeep();
   }
 }
 
@@ -239,7 +239,7 @@ void CzonNode::SwapRemark(CzonNode& other) {
 
 void CzonNode::Free(CzonNode* node) {
   if (node == nullptr || !node->WantsDestructor()) return;
-  if (node->Has(kInStore)) {
+  if (node->Has(kInArena)) {
     node->~CzonNode();
   } else {
     delete node;
@@ -252,8 +252,8 @@ void CzonNode::MarkDeep() {
   }
 }
 
-zon::Store* CzonNode::GetStore() const {
-  if (!Has(kInStore)) return nullptr;
+zon::Arena* CzonNode::GetArena() const {
+  if (!Has(kInArena)) return nullptr;
   const CzonNode* named = Has(kNamed) ? this : owner_;
-  return named != nullptr ? static_cast<const CzonNamedNode*>(named)->store_ : nullptr;
+  return named != nullptr ? static_cast<const CzonNamedNode*>(named)->arena_ : nullptr;
 }

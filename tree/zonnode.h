@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/zonarena.h"
 #include "base/zonexport.h"
-#include "base/zonstore.h"
 
 class CzonClob;
 class CzonDefaultDef;
@@ -64,7 +64,7 @@ class ZON_API CzonNode : public CzonBase {
   /** The text given where there is none. Lives as long as the process. */
   static const std::string& empty_string;
 
-  /** Makes an empty node of the same class on the free store; the caller owns it. */
+  /** Makes an empty node of the same class on the free arena; the caller owns it. */
   virtual CzonNode* CreateObj() = 0;
 
   virtual const std::string& GetName() const;     ///< silently empty but for named nodes
@@ -151,40 +151,40 @@ class ZON_API CzonNode : public CzonBase {
    *  is not written back. */
   const std::string& GetRemark() const;
 
-  // For the library's own use: nodes in a store.
+  // For the library's own use: nodes in a arena.
 
   // Deletes a node; one that lies in a store is only emptied of what the store does not hold.
   static void Free(CzonNode* node);
 
-  // Makes a node in a store; it is never deleted by itself. It may hold nothing that the store does
+  // Makes a node in a arena; it is never deleted by itself. It may hold nothing that the store does
   // not.
   template <class T, class... Arguments>
-  static T* Make(zon::Store& store, Arguments... arguments) {
-    void* place = store.Take(sizeof(T));
+  static T* Make(zon::Arena& arena, Arguments... arguments) {
+    void* place = arena.Allocate(sizeof(T));
     T* node;
     if constexpr (sizeof...(arguments) == 0) {
       node = new (place) T;  // without parentheses: nothing is cleared first
     } else {
       node = new (place) T(arguments...);
     }
-    node->EnterStore(store);
+    node->EnterArena(arena);
     return node;
   }
 
-  // The node lies in the store.
-  void EnterStore(zon::Store&) { Set(kInStore); }
+  // The node lies in the arena.
+  void EnterArena(zon::Arena&) { Set(kInArena); }
 
   // Keeps a copy of the text, in the store if there is one.
-  void SetRemark(std::string_view text, zon::Store* store);
+  void SetRemark(std::string_view text, zon::Arena* arena);
 
   // The store whose memory may serve this node; null for none.
-  zon::Store* GetStore() const;
+  zon::Arena* GetArena() const;
 
  protected:
   // What is to be known of a node, in one place.
   enum Bits : std::uint32_t {
     kNamed = 1,    // a CzonNamedNode
-    kInStore = 2,  // lies in the store of its tree
+    kInArena = 2,  // lies in the store of its tree
     kDeep = 4,     // something in it or below it wants its destructor; so has every owner above
     kOwnsRemark = 8,
     kHasDouble = 16,  // of numeric values: which views are set
@@ -201,7 +201,7 @@ class ZON_API CzonNode : public CzonBase {
   }
 
   // Whether somebody has to run the destructor.
-  bool WantsDestructor() const { return (bits_ & (kInStore | kDeep)) != kInStore; }
+  bool WantsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
   void MarkDeep();
   void SwapRemark(CzonNode& other);
   void ResetNumber();  // to 0, as a Copy does; the owner takes note

@@ -1,6 +1,6 @@
 #include "tree/zonparam.h"
 
-#include "base/zonout.h"
+#include "base/zonput.h"
 #include "tree/zonnamno.h"
 
 CzonParam::CzonParam(const std::string& text) {
@@ -37,24 +37,24 @@ void CzonParam::Copy(const CzonNode* source) {
   const auto* param = dynamic_cast<const CzonParam*>(source);
   if (param == nullptr) return;
   CzonNode::Copy(source);
-  SetText(param->text_.View(), GetStore());
+  SetText(param->text_.View(), GetArena());
 }
 
 const std::string& CzonParam::GetText() const {
-  const std::string& text = text_.AsString(GetStore());
+  const std::string& text = text_.AsString(GetArena());
   // A string of our own wants our destructor.
-  if (text_.IsOwner() && Has(kInStore)) const_cast<CzonParam*>(this)->MarkDeep();
+  if (text_.IsOwner() && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
   return text;
 }
 
-void CzonParam::SetText(std::string_view text, zon::Store* store) {
-  text_.Assign(text, store);
-  if (text_.IsOwner() && Has(kInStore)) MarkDeep();
+void CzonParam::SetText(std::string_view text, zon::Arena* arena) {
+  text_.Assign(text, arena);
+  if (text_.IsOwner() && Has(kInArena)) MarkDeep();
 }
 
 void CzonParam::AppendText(std::string_view text) {
-  text_.Append(text, GetStore());
-  if (text_.IsOwner() && Has(kInStore)) MarkDeep();
+  text_.Append(text, GetArena());
+  if (text_.IsOwner() && Has(kInArena)) MarkDeep();
 }
 
 CzonUndefinedPar::CzonUndefinedPar(const std::string& text) : CzonParam(text) {}

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "tree/zonnode.h"
-#include "tree/zontext.h"
+#include "tree/zonnodetext.h"
 
 /** A value in the list of a keyword. */
 class ZON_API CzonParam : public CzonNode {
@@ -28,8 +28,8 @@ class ZON_API CzonParam : public CzonNode {
 
   // For the library's own use.
   std::string_view GetTextView() const { return text_.View(); }
-  void SetText(std::string_view text, zon::Store* store);  // a copy, in the store if there is one
-  void SetStoredText(std::string_view text) { text_.SetStored(text); }
+  void SetText(std::string_view text, zon::Arena* arena);  // a copy, in the store if there is one
+  void ReferToText(std::string_view text) { text_.ReferTo(text); }
 
  protected:
   // The text of the value, and adding to its end.

@@ -2,7 +2,7 @@
 
 #include "base/zonassert.h"
 #include "base/zonnumber.h"
-#include "base/zonout.h"
+#include "base/zonput.h"
 
 namespace {
 
@@ -52,8 +52,8 @@ void CzonReal::ReadText() {
   FloatToInt();
 }
 
-void CzonReal::SetReal(double value, std::string_view text, zon::Store* store) {
-  SetText(text, store);
+void CzonReal::SetReal(double value, std::string_view text, zon::Arena* arena) {
+  SetText(text, arena);
   SetViews(value);
 }
 
@@ -67,9 +67,9 @@ std::ostream& CzonFloat::Write(std::ostream& out) const {
   return out;
 }
 
-void CzonFloat::SetFloat(float value, zon::Store* store) {
+void CzonFloat::SetFloat(float value, zon::Arena* arena) {
   const auto wide = static_cast<double>(value);
-  SetReal(wide, zon::NumberText::OfFloat(FloatView(wide)).View(), store);
+  SetReal(wide, zon::NumberText::OfFloat(FloatView(wide)).View(), arena);
 }
 
 CzonDouble::CzonDouble(const std::string& text) : CzonReal(text) {}
@@ -85,8 +85,8 @@ std::ostream& CzonDouble::Write(std::ostream& out) const {
   return out;
 }
 
-void CzonDouble::SetDouble(double value, zon::Store* store) {
-  SetReal(value, zon::NumberText::OfDouble(value).View(), store);
+void CzonDouble::SetDouble(double value, zon::Arena* arena) {
+  SetReal(value, zon::NumberText::OfDouble(value).View(), arena);
 }
 
 CzonFloatDef::CzonFloatDef(const std::string& text) : CzonFloat(text) {}

@@ -35,7 +35,7 @@ class ZON_API CzonReal : public CzonNumeric {
     Set(kHasInt, zon::WholeNumber(value, &whole));
     integer_ = zon::LowBits(whole);
   }
-  void SetReal(double value, std::string_view text, zon::Store* store);  // all views and the text
+  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
 };
 
 /** A real in single precision. */
@@ -47,7 +47,7 @@ class ZON_API CzonFloat : public CzonReal {
   std::ostream& Write(std::ostream& out) const override;
 
   // For the library's own use.
-  void SetFloat(float value, zon::Store* store);  // all views, and the text that Write gives
+  void SetFloat(float value, zon::Arena* arena);  // all views, and the text that Write gives
 };
 
 /** A real in double precision. */
@@ -59,7 +59,7 @@ class ZON_API CzonDouble : public CzonReal {
   std::ostream& Write(std::ostream& out) const override;
 
   // For the library's own use.
-  void SetDouble(double value, zon::Store* store);  // all views and the text
+  void SetDouble(double value, zon::Arena* arena);  // all views and the text
 };
 
 /** The float of a definition made through the builder. */

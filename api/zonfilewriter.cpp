@@ -1,0 +1,83 @@
+// Tested by tests/write_test.cpp.
+#include "api/zonfilewriter.h"
+
+#include <string>
+
+#include "api/zoncheck.h"
+#include "base/zonfile.h"
+#include "base/zontextstream.h"
+#include "paths/zonfilename.h"
+#include "tree/zonbool.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonsection.h"
+
+namespace zon {
+namespace {
+
+template <class Value, class Fill>
+void AddSetting(CzonSection& section, const char* name, zon::Arena& arena, Fill&& fill) {
+  auto* value = CzonNode::Make<Value>(arena);
+  fill(*value);
+  auto* keyword = CzonNode::Make<CzonKeyword>(arena);
+  keyword->SetName(name);
+  keyword->AddParam(value);
+  section.AddKeyword(keyword);
+}
+
+// Kept: the section stays in the tree, and every write adds another. Null if there is none to add.
+CzonSection* AddSettings(CzonData& data) {
+  CzonTargetList* root = RequireRoot(data);
+  if (root == nullptr) return nullptr;
+  const std::string& resultRoot = root->GetResultRoot();
+  std::string custom;
+  int use = 0;
+  root->GetCustomResultFolder(&use, &custom);
+  if (resultRoot.empty() && custom.empty() && use == 0) return nullptr;
+  if (data.GetCurrentSection() != nullptr) {
+    data.AddTarget("SYSTEM");  // refused, and told
+    return nullptr;
+  }
+  Arena& arena = data.GetArena();
+  auto* section = CzonNode::Make<CzonSection>(arena);
+  section->SetName("SYSTEM");
+  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena,
+                           [&](CzonFilename& value) { value.SetText(resultRoot, &arena); });
+  AddSetting<CzonBool>(*section, "UseCustomResultFolder", arena,
+                       [&](CzonBool& value) { value.SetBool(use != 0, &arena); });
+  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena,
+                           [&](CzonFilename& value) { value.SetText(custom, &arena); });
+  root->SetHandle(&data);
+  root->AddSection(section);  // whole or, for want of memory, not at all
+  return section;
+}
+
+bool WriteRoot(CzonTargetList& root, const std::string& name, OutputFile& file) {
+  root.SetZonFilename(name);
+  if (!file.IsOpen()) return false;
+  TextStream text;
+  root.Write(text);
+  return text.good() && file.Write(text.Pieces());
+}
+
+}  // namespace
+
+bool WriteTree(CzonData& data, const char* fileName) {
+  const std::string name = TextOf(fileName);
+  CzonTargetList* root = data.GetRoot();
+  const std::string before = root != nullptr ? root->GetZonFilename() : "";
+  CzonSection* settings = AddSettings(data);
+  OutputFile file(name.c_str(), OutputFile::kAppend);
+  if (root == nullptr) return false;
+  try {
+    return WriteRoot(*root, name, file);
+  } catch (...) {  // there is no memory, and the tree is as it was
+    root->SetZonFilename(before);
+    if (settings != nullptr) {
+      root->Unfile(settings);
+      CzonNode::Free(settings);
+    }
+    throw;
+  }
+}
+
+}  // namespace zon

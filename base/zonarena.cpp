@@ -1,0 +1,104 @@
+#include "base/zonarena.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <new>
+#include <utility>
+
+#include "base/zonchunk.h"
+
+namespace zon {
+
+struct Arena::Chunk {
+  Chunk* older;
+  std::size_t size;
+};
+
+struct Arena::Kept {
+  Kept* older;
+  std::string text;
+};
+
+void Arena::Clear() {
+  for (Kept* kept = kept_; kept != nullptr;) {
+    Kept* older = kept->older;
+    kept->~Kept();
+    kept = older;
+  }
+  for (Chunk* chunk = chunks_; chunk != nullptr;) {
+    Chunk* older = chunk->older;
+    ReleaseChunk(chunk, chunk->size);
+    chunk = older;
+  }
+  next_ = end_ = nullptr;
+  chunks_ = nullptr;
+  kept_ = nullptr;
+  grown_ = 0;
+  std::fill(std::begin(freeBlocks_), std::end(freeBlocks_), nullptr);
+}
+
+char* Arena::AllocateFromNewChunk(std::size_t size) {
+  // What is larger than a quarter of a chunk gets one to itself and the current chunk stays in use,
+  // so no more than a quarter of any chunk is left empty.
+  std::size_t whole = kChunkSizes[std::min(grown_, std::size(kChunkSizes) - 1)];
+  const bool alone = size > whole / 4;
+  if (alone) {
+    if (size > SIZE_MAX / 4) throw std::bad_alloc();
+    whole = (sizeof(Chunk) + size + 7) & ~std::size_t{7};
+  }
+  void* memory = AllocateChunk(whole);
+  if (memory == nullptr) throw std::bad_alloc();
+  chunks_ = new (memory) Chunk{chunks_, whole};
+  char* allocated = reinterpret_cast<char*>(chunks_ + 1);
+  if (!alone) {
+    ++grown_;
+    next_ = allocated + size;
+    end_ = reinterpret_cast<char*>(memory) + whole;
+  }
+  return allocated;
+}
+
+void* Arena::AllocateBlock(unsigned power) {
+  void* block = freeBlocks_[power];
+  if (block == nullptr) return Allocate(std::size_t{8} << power);
+  std::memcpy(&freeBlocks_[power], block, sizeof(void*));
+  return block;
+}
+
+void Arena::ReleaseBlock(void* block, unsigned power) {
+  std::memcpy(block, &freeBlocks_[power], sizeof(void*));
+  freeBlocks_[power] = block;
+}
+
+void* AllocateBlock(Arena* arena, unsigned power) {
+  if (arena != nullptr) return arena->AllocateBlock(power);
+  void* block = std::malloc(std::size_t{8} << power);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+void ReleaseBlock(Arena* arena, void* block, unsigned power) {
+  if (arena == nullptr) {
+    std::free(block);
+  } else {
+    arena->ReleaseBlock(block, power);
+  }
+}
+
+const char* Arena::CopyText(std::string_view text, std::size_t before) {
+  char* copy = AllocateBytes(before + text.size() + 1) + before;
+  if (!text.empty()) std::memcpy(copy, text.data(), text.size());
+  copy[text.size()] = '\0';
+  return copy;
+}
+
+std::string* Arena::KeepString(std::string text) {
+  auto* kept = new (Allocate(sizeof(Kept))) Kept{nullptr, std::move(text)};
+  kept->older = kept_;
+  kept_ = kept;
+  return &kept->text;
+}
+
+}  // namespace zon

@@ -1,0 +1,21 @@
+// The empty text that exported functions return where there is none, as some return a char*. A
+// caller may write into it as into any path; what it wrote is gone at the next question.
+#ifndef ZON_BASE_ZONEMPTYTEXT_H
+#define ZON_BASE_ZONEMPTYTEXT_H
+
+#include <cstddef>
+
+namespace zon {
+
+// The characters that every returned path has room for, as hosts append to it.
+inline constexpr std::size_t kPathRoom = 260;
+
+inline char* EmpSt() {
+  static char empty[kPathRoom + 1];
+  empty[0] = '\0';
+  return empty;
+}
+
+}  // namespace zon
+
+#endif

@@ -1,7 +1,0 @@
-#include "base/zonident.h"
-
-namespace zon {
-
-const char zonCompDate[] = __DATE__ " " __TIME__;
-
-}  // namespace zon

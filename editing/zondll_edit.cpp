@@ -1,0 +1,234 @@
+// The exported editing functions. Tested by tests/edit_test.cpp.
+#include <typeinfo>
+
+#include "api/zon.h"
+#include "api/zoncheck.h"
+#include "base/zonnumber.h"
+#include "editing/zonedit.h"
+#include "paths/zonfilename.h"
+#include "tree/zonbool.h"
+#include "tree/zonint.h"
+#include "tree/zonreal.h"
+#include "tree/zonstring.h"
+
+using zon::TextOf;
+
+namespace {
+
+const char* TextOfRefusal(int code) {
+  switch (code) {
+    case zon::kErrNode:
+      return "Invalid zonNode";
+    case zon::kErrTargetList:
+      return "Invalid zonNode (CzonTargetList)";
+    case zon::kErrSection:
+      return "Invalid zonNode (CzonSection)";
+    case zon::kErrNamedNode:
+      return "Invalid zonNode (CzonKeyword)";
+    default:
+      return "Invalid zonNode (CzonParam)";
+  }
+}
+
+// Runs an edit of a checked node: 0, or the code of what was wrong after a report.
+template <class F>
+int Edit(void* node, F&& edit) {
+  return zon::Guarded(zon::kErrNode, static_cast<int>(zon::kErrNode), [&]() -> int {
+    auto* checked = zon::Require<CzonNode>(node);
+    if (checked == nullptr) return zon::kErrNode;
+    try {
+      edit(*checked);
+      return 0;
+    } catch (const zon::Refusal& refusal) {
+      zon::RaiseError(refusal.code);
+      MessageHook(TextOfRefusal(refusal.code));
+      return refusal.code;
+    }
+  });
+}
+
+// The same for an edit that makes a node; null on failure.
+template <class F>
+void* Insert(void* node, F&& insert) {
+  CzonBase* inserted = nullptr;
+  Edit(node, [&](CzonNode& checked) { inserted = insert(checked); });
+  return inserted;
+}
+
+template <class T, class F>
+void* InsertParameter(void* keyword, unsigned int position, F&& fill) {
+  return Insert(keyword, [&](CzonNode& node) {
+    CzonKeyword& owner = zon::RequireKeyword(node);
+    auto param = std::make_unique<T>();
+    fill(*param);
+    zon::InsertParam(owner, param.get(), position);
+    return param.release();
+  });
+}
+
+// A value of the class that the builder makes takes the new value itself; any other gives way to
+// one.
+template <class T, class F>
+void Modify(CzonNode& param, F&& fill) {
+  if (typeid(param) == typeid(T)) return fill(static_cast<T&>(param));
+  auto fresh = std::make_unique<T>();
+  fill(*fresh);
+  zon::ReplaceParam(param, fresh.get());
+  static_cast<void>(fresh.release());  // the tree's now
+}
+
+template <class T, class F>
+int ModifyParameter(void* keyword, unsigned int n, F&& fill) {
+  return Edit(keyword, [&](CzonNode& node) {
+    Modify<T>(zon::RequireParam(zon::RequireKeyword(node), n), fill);
+  });
+}
+
+// The same for reals: one that was read from a file takes either precision in place.
+template <class T, class F>
+int ModifyReal(void* keyword, unsigned int n, double value, const zon::NumberText& text, F&& fill) {
+  return Edit(keyword, [&](CzonNode& node) {
+    CzonNode& param = zon::RequireParam(zon::RequireKeyword(node), n);
+    if (typeid(param) == typeid(CzonReal)) {
+      static_cast<CzonReal&>(param).SetReal(value, text.View(), param.GetArena());
+    } else {
+      Modify<T>(param, fill);
+    }
+  });
+}
+
+// How a node of each kind is given its value.
+auto SetInt(int value) {
+  return [value](CzonInt& p) { p.SetInt(value, p.GetArena()); };
+}
+auto SetFloat(float value) {
+  return [value](CzonFloat& p) { p.SetFloat(value, p.GetArena()); };
+}
+auto SetDouble(double value) {
+  return [value](CzonDouble& p) { p.SetDouble(value, p.GetArena()); };
+}
+auto SetBool(int value) {
+  return [value](CzonBool& p) { p.SetBool(value != 0, p.GetArena()); };
+}
+auto SetText(const char* text) {
+  return [text](CzonParam& p) { p.SetText(TextOf(text), p.GetArena()); };
+}
+void SetNothing(CzonParam&) {}
+
+}  // namespace
+
+extern "C" {
+
+void* zoneInsertNewSection(void* parent, const char* name, unsigned int position) {
+  return Insert(parent, [&](CzonNode& node) {
+    CzonTargetList& owner = zon::RequireList(node);
+    auto section = std::make_unique<CzonSection>(TextOf(name), 0, 0);
+    zon::InsertSection(owner, section.get(), position);
+    return section.release();
+  });
+}
+
+void* zoneInsertNewKeyword(void* section, const char* name, unsigned int position) {
+  return Insert(section, [&](CzonNode& node) {
+    CzonSection& owner = zon::RequireSection(node);
+    auto keyword = std::make_unique<CzonKeyword>(TextOf(name), 0, 0);
+    zon::InsertKeyword(owner, keyword.get(), position);
+    return keyword.release();
+  });
+}
+
+void* zoneInsertParameterInt(void* keyword, unsigned int position, int value) {
+  return InsertParameter<CzonInt>(keyword, position, SetInt(value));
+}
+void* zoneInsertParameterFloat(void* keyword, unsigned int position, float value) {
+  return InsertParameter<CzonFloat>(keyword, position, SetFloat(value));
+}
+void* zoneInsertParameterDouble(void* keyword, unsigned int position, double value) {
+  return InsertParameter<CzonDouble>(keyword, position, SetDouble(value));
+}
+void* zoneInsertParameterBool(void* keyword, unsigned int position, int value) {
+  return InsertParameter<CzonBool>(keyword, position, SetBool(value));
+}
+void* zoneInsertParameterString(void* keyword, unsigned int position, const char* value) {
+  return InsertParameter<CzonString>(keyword, position, SetText(value));
+}
+void* zoneInsertParameterFilename(void* keyword, unsigned int position, const char* value) {
+  return InsertParameter<CzonFilename>(keyword, position, SetText(value));
+}
+void* zoneInsertParameterUndefined(void* keyword, unsigned int position) {
+  return InsertParameter<CzonUndefinedPar>(keyword, position, SetNothing);
+}
+void* zoneInsertParameterDefault(void* keyword, unsigned int position) {
+  return InsertParameter<CzonDefaultPar>(keyword, position, SetNothing);
+}
+
+int zoneDeleteSectionByNum(void* parent, unsigned int n) {
+  return Edit(parent, [&](CzonNode& node) {
+    CzonSection* section = zon::RequireList(node).SectionByNum(n);
+    if (section == nullptr) throw zon::Refusal{zon::kErrSection};
+    zon::DeleteNode(*section);
+  });
+}
+int zoneDeleteSectionByNameNum(void* parent, const char* name, unsigned int n) {
+  return Edit(parent, [&](CzonNode& node) {
+    CzonSection* section = zon::RequireList(node).SectionByNameNum(name, n);
+    if (section == nullptr) throw zon::Refusal{zon::kErrSection};
+    zon::DeleteNode(*section);
+  });
+}
+int zoneDeleteKeywordByNum(void* section, unsigned int n) {
+  return Edit(section, [&](CzonNode& node) {
+    CzonKeyword* keyword = zon::RequireSection(node).KeywordByNum(n);
+    if (keyword == nullptr) throw zon::Refusal{zon::kErrNamedNode};
+    zon::DeleteNode(*keyword);
+  });
+}
+int zoneDeleteKeywordByNameNum(void* section, const char* name, unsigned int n) {
+  return Edit(section, [&](CzonNode& node) {
+    CzonKeyword* keyword = zon::RequireSection(node).KeywordByNameNum(name, n);
+    if (keyword == nullptr) throw zon::Refusal{zon::kErrNamedNode};
+    zon::DeleteNode(*keyword);
+  });
+}
+int zoneDeleteParameterByNum(void* keyword, unsigned int n) {
+  return Edit(keyword, [&](CzonNode& node) {
+    zon::DeleteNode(zon::RequireParam(zon::RequireKeyword(node), n));
+  });
+}
+int zoneDeleteNode(void* node) {
+  return Edit(node, [](CzonNode& checked) { zon::DeleteNode(checked); });
+}
+
+int zoneRenameSection(void* section, const char* name) {
+  return Edit(section,
+              [&](CzonNode& node) { zon::RenameNode(zon::RequireSection(node), TextOf(name)); });
+}
+int zoneRenameKeyword(void* keyword, const char* name) {
+  return Edit(keyword,
+              [&](CzonNode& node) { zon::RenameNode(zon::RequireKeyword(node), TextOf(name)); });
+}
+
+int zoneModifyParameterInt(void* keyword, unsigned int n, int value) {
+  return ModifyParameter<CzonInt>(keyword, n, SetInt(value));
+}
+int zoneModifyParameterFloat(void* keyword, unsigned int n, float value) {
+  // The float that would be written: clamped to the range of a float, 0 for a subnormal one.
+  const float stored = CzonNumeric::FloatView(static_cast<double>(value));
+  const auto text = zon::NumberText::OfFloat(stored);
+  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(stored), text, SetFloat(value));
+}
+int zoneModifyParameterDouble(void* keyword, unsigned int n, double value) {
+  return ModifyReal<CzonDouble>(keyword, n, value, zon::NumberText::OfDouble(value),
+                                SetDouble(value));
+}
+int zoneModifyParameterBool(void* keyword, unsigned int n, int value) {
+  return ModifyParameter<CzonBool>(keyword, n, SetBool(value));
+}
+int zoneModifyParameterString(void* keyword, unsigned int n, const char* value) {
+  return ModifyParameter<CzonString>(keyword, n, SetText(value));
+}
+int zoneModifyParameterFilename(void* keyword, unsigned int n, const char* value) {
+  return ModifyParameter<CzonFilename>(keyword, n, SetText(value));
+}
+
+}  // extern "C"

@@ -1,0 +1,44 @@
+#include "tree/zonstring.h"
+
+#include "base/zonput.h"
+
+namespace zon {
+
+void PutDoublingQuotes(std::ostream& out, std::string_view text) {
+  for (;;) {
+    const std::size_t quote = text.find('\'');
+    if (quote == std::string_view::npos) break;
+    Put(out, text.substr(0, quote + 1));
+    Put(out, '\'');
+    text.remove_prefix(quote + 1);
+  }
+  Put(out, text);
+}
+
+void PutQuoted(std::ostream& out, std::string_view text) {
+  Put(out, '\'');
+  PutDoublingQuotes(out, text);
+  Put(out, '\'');
+}
+
+}  // namespace zon
+
+CzonString::CzonString(const std::string& text) : CzonParam(text) {}
+CzonNode* CzonString::CreateObj() {
+  return new CzonString;
+}
+int CzonString::IsString() const {
+  return 1;
+}
+const std::string& CzonString::GetString() const {
+  return GetText();
+}
+
+std::ostream& CzonString::Write(std::ostream& out) const {
+  zon::PutQuoted(out, GetTextView());
+  return out;
+}
+
+int CzonString::GetSyntaxClass() const {
+  return kZonString;
+}
