@@ -17,13 +17,19 @@ namespace model {
 
 using fuzz::Check;
 
+struct Value {
+  int value = 0;
+  bool isReset = false;  // as of an item
+};
+
 // Sections with keywords, and keywords with integers, in the order of the file.
 struct Item {
   bool section = false;
   std::string name;
   std::vector<Item> children;  // of a section
-  std::vector<int> values;     // of a keyword
+  std::vector<Value> values;   // of a keyword
   int id = 0;                  // of the item itself, whatever it holds; the root's is 0
+  bool isReset = false;  // a Copy has reset its number, and its namesakes did not change since
 
   Item* Find(int wanted) {
     if (id == wanted) return this;
@@ -40,10 +46,30 @@ struct Item {
     return nullptr;
   }
 
+  bool IsNamesakeOf(bool wantSection, const std::string& wanted) const {
+    return section == wantSection && strcasecmp(name.c_str(), wanted.c_str()) == 0;
+  }
+
+  // All items of a kind below this one.
+  void Collect(bool wantSection, std::vector<Item*>& found) {
+    for (Item& child : children) {
+      if (child.section == wantSection) found.push_back(&child);
+      child.Collect(wantSection, found);
+    }
+  }
+
+  std::size_t Count() const {
+    std::size_t count = 1;
+    for (const Item& child : children) count += child.Count();
+    return count;
+  }
+
   // As it comes back from a file: a keyword without values has an undefined one.
   Item AsLoaded() const {
     Item loaded = *this;
-    if (!section && id != 0 && values.empty()) loaded.values = {0};
+    if (!section && id != 0 && values.empty()) loaded.values = {Value{}};
+    loaded.isReset = false;
+    for (Value& value : loaded.values) value.isReset = false;
     std::transform(children.begin(), children.end(), loaded.children.begin(),
                    [](const Item& child) { return child.AsLoaded(); });
     return loaded;
@@ -69,11 +95,12 @@ inline void ExpectSame(const Item& model, void* node) {
     unsigned instance = 0;
     int instances = 0;
     for (const Item& other : model.children) {
-      if (other.section != item.section || strcasecmp(other.name.c_str(), name) != 0) continue;
+      if (!other.IsNamesakeOf(item.section, item.name)) continue;
       ++instances;
       if (&other <= &item) ++instance;
     }
-    Check(zonGetInstanceNo(child) == static_cast<int>(instance), "instance number");
+    Check(zonGetInstanceNo(child) == (item.isReset ? 0 : static_cast<int>(instance)),
+          "instance number");
     Check(zonGetNoInstances(child) == instances, "number of instances");
     Check((item.section ? zonSectionByNum : zonKeywordByNum)(node, number) == child, "by number");
     Check((item.section ? zonSectionByNameNum : zonKeywordByNameNum)(node, name, instance) == child,
@@ -84,8 +111,10 @@ inline void ExpectSame(const Item& model, void* node) {
     }
     Check(zonGetNoParams(child) == static_cast<int>(item.values.size()), "number of values");
     for (unsigned v = 1; v <= item.values.size(); ++v) {
-      Check(zonGetInt(zonParamByNum(child, v)) == (item.values[v - 1]), "value");
-      Check(zonGetInstanceNo(zonParamByNum(child, v)) == static_cast<int>(v), "number of a value");
+      const auto& [value, isReset] = item.values[v - 1];
+      Check(zonGetInt(zonParamByNum(child, v)) == value, "value");
+      Check(zonGetInstanceNo(zonParamByNum(child, v)) == (isReset ? 0 : static_cast<int>(v)),
+            "number of a value");
     }
   }
   Check(zonGetNoSections(node) == static_cast<int>(counts[1]), "number of sections");
@@ -111,11 +140,14 @@ class Editor {
       node = NodeAt(node, place);
       section = &section->children[place];
     }
-    const unsigned action = number_(0, section == &root_ ? 3 : 9);
+    unsigned action = number_(0, section == &root_ ? 4 : 10);
+    if (section == &root_ && action == 4) action = 10;
     if (action < 2 || action == 4 || action == 5) {
       InsertNew(*section, node, action < 2);
-    } else if (action > 7) {
+    } else if (action == 8 || action == 9) {
       EditValues(*section, node);
+    } else if (action == 10 && !section->children.empty()) {
+      CopyOne(*section, node);
     } else if (!section->children.empty()) {
       EditOne(*section, node, action);
     }
@@ -151,6 +183,7 @@ class Editor {
     const std::size_t place =
         position > 0 ? section.PlaceOf(isSection, position) : section.children.size();
     section.children.insert(At(section, place), Item{isSection, name, {}, {}, ++lastId_});
+    Renumber(section, isSection, name);
     const std::string owner = zonGetNameGlb(node);
     Check(zonGetNameGlb(made) == (owner.empty() ? name : owner + "." + name), "global name");
   }
@@ -167,9 +200,15 @@ class Editor {
                                  : zonEndSectionS(file_);
     Check(code == (accepted ? 0 : 2000), "code of the builder");
     if (!accepted) return;
-    if (call == 3) return root_.Find(keyword_)->values.push_back(7);
+    if (call == 3) {
+      std::vector<Value>& values = root_.Find(keyword_)->values;
+      values.push_back({7});
+      return Renumber(values);
+    }
     if (call == 4) return OpenSection(root_.ParentOf(open_)->id);
-    root_.Find(open_)->children.push_back(Item{call != 2, name, {}, {}, ++lastId_});
+    Item& section = *root_.Find(open_);
+    section.children.push_back(Item{call != 2, name, {}, {}, ++lastId_});
+    Renumber(section, call != 2, name);
     if (call != 2) return OpenSection(lastId_);
     keyword_ = lastId_;
   }
@@ -185,8 +224,25 @@ class Editor {
     if (open_ != 0 && item.Find(open_) != nullptr) OpenSection(parent.id);
   }
 
+  // Each change of the items of a name, or of the values of a keyword, numbers them all.
+  static void Renumber(Item& section, bool isSection, const std::string& name) {
+    for (Item& child : section.children) {
+      if (child.IsNamesakeOf(isSection, name)) child.isReset = false;
+    }
+  }
+  static void Renumber(std::vector<Value>& values) {
+    for (Value& value : values) value.isReset = false;
+  }
+  static void RenumberRenamed(Item& section, const Item& item, const std::string& former) {
+    if (item.IsNamesakeOf(item.section, former)) return;
+    Renumber(section, item.section, former);
+    Renumber(section, item.section, item.name);
+  }
+
   void Renew(Item& copy) {
     copy.id = ++lastId_;
+    copy.isReset = false;
+    Renumber(copy.values);
     for (Item& child : copy.children) Renew(child);
   }
 
@@ -200,16 +256,19 @@ class Editor {
       Check(zoneDeleteNode(NodeAt(node, from)) == 0, "delete");
       Leave(section.children[from], section);
       section.children.erase(At(section, from));
+      Renumber(section, copy.section, copy.name);
     } else if (action == 3) {
       const std::string name = section.children[from].name = Name();
       Check((copy.section ? zoneRenameSection : zoneRenameKeyword)(NodeAt(node, from),
                                                                    name.c_str()) == 0,
             "rename");
+      RenumberRenamed(section, section.children[from], copy.name);
     } else if (action == 6 && last < 12) {
       const unsigned after = number_(0, 1);
       Check(zonInsert(NodeAt(node, from), NodeAt(node, to), static_cast<int>(after)) != nullptr,
             "insert");
       section.children.insert(At(section, to + after), copy);
+      Renumber(section, copy.section, copy.name);
     } else if (action == 7) {
       const bool fits = copy.section == section.children[to].section;
       const unsigned long before = fuzz::heard;
@@ -218,31 +277,91 @@ class Editor {
       if (!fits || from == to) return;
       Item& target = section.children[to];
       for (Item& child : target.children) Leave(child, target);
-      copy.id = target.id;
-      target = copy;
+      Replace(section, target, std::move(copy));
     }
+  }
+
+  static void Replace(Item& section, Item& target, Item copy) {
+    const std::string former = target.name;
+    copy.id = target.id;
+    copy.isReset = target.isReset;
+    target = std::move(copy);
+    RenumberRenamed(section, target, former);
+  }
+
+  static CzonNode& As(void* node) { return dynamic_cast<CzonNode&>(*static_cast<CzonBase*>(node)); }
+
+  // The node of an item.
+  void* NodeOf(int id) {
+    std::vector<std::size_t> places;
+    for (Item* parent = root_.ParentOf(id); parent != nullptr; parent = root_.ParentOf(id)) {
+      std::size_t place = 0;
+      while (parent->children[place].id != id) ++place;
+      places.push_back(place);
+      id = parent->id;
+    }
+    void* node = zonGetRoot(file_);
+    for (; !places.empty(); places.pop_back()) node = NodeAt(node, places.back());
+    return node;
+  }
+
+  // The class operation, with a source from anywhere in the tree: above, below and beside.
+  void CopyOne(Item& section, void* node) {
+    const std::size_t place = number_(0, static_cast<unsigned>(section.children.size() - 1));
+    Item& target = section.children[place];
+    std::vector<Item*> sources;
+    root_.Collect(target.section, sources);
+    const Item& source = *sources[number_(0, static_cast<unsigned>(sources.size() - 1))];
+    if (source.Count() > 30 || root_.Count() > 300) return;
+    CzonNode& to = As(NodeAt(node, place));
+    const CzonNode& from = As(NodeOf(source.id));
+    if (&source == &target) return to.Copy(&from);
+    Item copy = source;
+    Renew(copy);
+    for (Item& child : target.children) {
+      dynamic_cast<CzonData&>(*static_cast<CzonBase*>(file_))
+          .UpdateCurrentNode(&As(NodeOf(child.id)));
+      Leave(child, target);
+    }
+    to.Copy(&from);
+    Replace(section, target, std::move(copy));
+    target.isReset = true;
   }
 
   void EditValues(Item& section, void* node) {
     const std::size_t place = section.PlaceOf(false, number_(1, 4));
     if (place == section.children.size()) return;
-    std::vector<int>& values = section.children[place].values;
-    void* keyword = NodeAt(node, place);
+    // A keyword has several values only if one is edited more than once.
+    for (unsigned edits = number_(1, 6); edits > 0; --edits) {
+      EditValue(section.children[place].values, NodeAt(node, place));
+    }
+  }
+
+  void EditValue(std::vector<Value>& values, void* keyword) {
     const unsigned count = static_cast<unsigned>(values.size());
     const unsigned n = number_(0, count + 1);
     const int value = static_cast<int>(number_(0, 1000));
     const auto at = values.begin() + (n == 0 ? count : std::min(n - 1, count));
-    const unsigned action = number_(0, 2);
+    const unsigned action = number_(0, 3);
     const bool there = n >= 1 && n <= count;
     if (action == 0) {
       Check(zoneInsertParameterInt(keyword, n, value) != nullptr, "value inserted");
-      values.insert(at, value);
+      values.insert(at, Value{value});
+      Renumber(values);
     } else if (action == 1) {
       Check(zoneModifyParameterInt(keyword, n, value) == (there ? 0 : 1012), "value modified");
-      if (there) *at = value;
+      if (there) at->value = value;
+    } else if (action == 3) {
+      if (!there || count == 1) return;
+      const unsigned other = n == count ? 1 : n + 1;
+      As(zonParamByNum(keyword, n)).Copy(&As(zonParamByNum(keyword, other)));
+      *at = Value{values[other - 1].value, true};
     } else {
       Check(zoneDeleteParameterByNum(keyword, n) == (there ? 0 : 1012), "value deleted");
-      if (there) values.erase(at);
+      if (there) {
+        values.erase(at);
+        Renumber(values);
+      }
     }
     zonGetErrorGlb();
   }

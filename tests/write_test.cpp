@@ -167,7 +167,6 @@ TEST(Writing, BeginsWithTheLocalTimeAndAppends) {
 }
 
 TEST(Writing, AddsTheResultSettings) {
-  host::Heard();  // what earlier tests left
   const struct {
     const char *root, *custom;
     int use;
