@@ -111,8 +111,10 @@ void CzonNamedNode::RestoreNumbers(CzonNode& child) {
 }
 
 void CzonNamedNode::Rename(std::string_view name) {
-  // A text of its own, whatever the node lies in: it is given back with the next renaming.
-  zon::Text fresh;
+  // A text of its own, also in an arena: it is released with the next renaming.
+  struct OwnedText : zon::Text {
+    ~OwnedText() { Release(); }
+  } fresh;
   fresh.Assign(name, nullptr);
   CzonNamedNode* owner = GetOwner();
   const auto swapNames = [&] {
@@ -129,7 +131,6 @@ void CzonNamedNode::Rename(std::string_view name) {
       list.InsertIntoHashtable(node, list.PlaceOf(node));
     } catch (...) {
       swapNames();
-      fresh.Release();
       throw;
     }
     // The former queue is found while the node has its former name: it may be the first there.
@@ -148,7 +149,6 @@ void CzonNamedNode::Rename(std::string_view name) {
     if (section != nullptr && IsDefaultDef()) section->ForgetDefinitions();
   }
   if (name_.IsOwner() && Has(kInArena)) MarkDeep();
-  fresh.Release();
 }
 
 void CzonNamedNode::SwapContent(CzonNamedNode& other) {
