@@ -1,5 +1,5 @@
 // The empty text that exported functions return where there is none, as some return a char*. A
-// caller may write into it as into any path; what it wrote is gone at the next question.
+// caller may write into it as into any path; the next call clears what was written.
 #ifndef ZON_BASE_ZONEMPTYTEXT_H
 #define ZON_BASE_ZONEMPTYTEXT_H
 

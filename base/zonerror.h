@@ -1,5 +1,5 @@
-// The process-wide error code. The first error stays until somebody takes it: every store in the
-// library goes through RaiseError, so that rule is kept in one place.
+// The process-wide error code. The first error stays until ConsumeError: every store in the library
+// goes through RaiseError, which alone knows that rule.
 #ifndef ZON_BASE_ZONERROR_H
 #define ZON_BASE_ZONERROR_H
 

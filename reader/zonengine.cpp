@@ -135,9 +135,9 @@ void Engine::Push(int state, const SymbolValue& value) {
 
 // Makes sure that there is a token. Plain values become one token where the tables shift it.
 //
-// A whole plain line has the same effect wherever it may begin: what the tables would push for it they
-// would pop again. So it is filed at once. The token after it is read first, as the tables would do,
-// because the place of an error depends on it. Saves a quarter of the time of a load.
+// A whole plain line is filed at once, without the tables: all that they would push for it they would
+// pop again. The token after it is read first, as the tables would do, because the place of an error
+// depends on it. Saves a fifth of the instructions of a load.
 void Engine::ReadToken() {
   const auto state = static_cast<std::size_t>(State());
   const bool mayTakeMore = takesLines_ && HasRoom(kRoomOfLine);

@@ -37,7 +37,7 @@ struct SymbolValue {
 
 class Engine {
  public:
-  // `takesLines`: nothing else sees the tokens, so that the lexer may take many as one.
+  // `takesLines`: nothing else sees the tokens, so that the lexer may return many as one.
   Engine(CzonParser& parser, Lexer& lexer, TreeBuilder& builder, bool takesLines)
       : parser_(parser), lexer_(lexer), builder_(builder), takesLines_(takesLines) {}
 

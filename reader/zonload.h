@@ -9,7 +9,7 @@
 namespace zon {
 
 // Reads the file. Null when it cannot be opened (code 1001) or not be read to its end (1002). A
-// file with an error gives a parser without a tree and 1003; the parser knows the error. `quiet`
+// file with an error gives a parser without a tree and 1003; the parser has the error. `quiet`
 // keeps the reports from ReportHook.
 std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet);
 

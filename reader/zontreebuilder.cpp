@@ -34,7 +34,7 @@ void TreeBuilder::Abandon() {
 }
 
 void TreeBuilder::CollectGarbage() {
-  // A node with an owner goes with it. All are looked at before any is deleted.
+  // A node with an owner is deleted by it. All are tested before any is deleted.
   std::size_t free = 0;
   for (CzonNode* node : temporaries_) {
     if (node != nullptr && node->GetLevel() == 0) temporaries_[free++] = node;

@@ -55,7 +55,7 @@ class ValueCursor {
   }
   void SkipSpace() { at_ = zon::SkipSpace(at_, end_); }
 
-  // Consumes a plain value. Returns its token, and stores the text that MakeValue takes; 0 if none
+  // Consumes a plain value. Returns its token, and stores the text for MakeValue; 0 if none
   // follows.
   __attribute__((always_inline)) int ConsumeValue(std::string_view* text) {
     if (at_ == end_) return 0;
