@@ -1,5 +1,5 @@
-// The empty text that exported functions return where there is none, as some return a char*. A
-// caller may write into it as into any path; the next call clears what was written.
+// The empty text that exported functions return if there is none. Some return a char*, so a host may
+// write into it as into any returned path; the next call clears what was written.
 #ifndef ZON_BASE_ZONEMPTYTEXT_H
 #define ZON_BASE_ZONEMPTYTEXT_H
 
