@@ -15,7 +15,7 @@ bool FileText::Read(const std::string& path) {
   std::FILE* const file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return false;
   size = std::filesystem::file_size(path);
-  text.reset(new char[size + 1]);  // not cleared: it is filled next
+  text.reset(new char[size + 1]);  // not initialised: it is filled below
   text[size] = 0;
   std::setvbuf(file, nullptr, _IONBF, 0);
   const bool good = std::fread(text.get(), 1, size, file) == size;
@@ -71,11 +71,11 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
                         const std::string& file) {
   const std::string program = std::filesystem::read_symlink("/proc/self/exe");
   const std::string command = "'" + program + "' --memory " + name + " " + warmUp + " " + file;
-  std::FILE* const told = popen(command.c_str(), "r");
+  std::FILE* const output = popen(command.c_str(), "r");
   MemoryUse use;
-  const bool good = told != nullptr && std::fscanf(told, "%lf %lf", &use.heap, &use.peak) == 2;
-  if (told == nullptr || pclose(told) != 0 || !good) {
-    throw std::runtime_error("memory cannot be measured");
+  const bool good = output != nullptr && std::fscanf(output, "%lf %lf", &use.heap, &use.peak) == 2;
+  if (output == nullptr || pclose(output) != 0 || !good) {
+    throw std::runtime_error("cannot measure memory");
   }
   return use;
 }

@@ -1,5 +1,6 @@
-// The token reader for hosts that know only handles. Each function checks its handle, forwards, and
-// lets no exception out: what can fail for lack of memory is answered as its header tells.
+// The C functions of the token reader. Each one checks its handle and calls the class. No exception
+// leaves it: if out of memory, it returns the failure value that zon.h states.
+// Tested by tests/tokens_test.cpp and tests/alloc_faults.cpp.
 #include <cxxabi.h>
 
 #include <exception>

@@ -1,5 +1,5 @@
-// Reading and push-back; the counting is in the header. The file is closed as soon as its end is
-// seen, so that readers kept for long cost no descriptors, and a growing file has one end only.
+// Reading and push-back; the counting is in the header. The file is closed when its end is reached:
+// a reader that is kept uses no descriptor, and the end of a growing file is final.
 #include "tokens/zoninput.h"
 
 #include <fcntl.h>
@@ -13,7 +13,7 @@
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{64} * 1024;
-constexpr std::size_t kFront = 16;  // push-back right after a block was read needs no new buffer
+constexpr std::size_t kFront = 16;  // free bytes before a block, for push-back right after a read
 
 int OpenForReading(const char* name) {
   int file;
@@ -65,8 +65,8 @@ void CzonInput::putback(char c) {
   lineOrigin_ = Characters() - previousPosition_;
 }
 
-/** Reads on; to be called when nothing is unread. False at the end and after a failure, for
- *  good. */
+/** Reads the next block. Call only when every character is consumed. Returns false at the end of the
+ *  file and after a failure, from then on always. */
 bool CzonInput::Fill() {
   if (file_ < 0) return false;
   unsigned char* const block = begin_ + kFront;
@@ -86,8 +86,9 @@ bool CzonInput::Fill() {
   return true;
 }
 
-/** Moves what is unread to the end of a larger buffer; to be called at the start of this one. There
- *  is then room for as many characters again, so that n put back cost n steps. */
+/** Moves the unread characters to the end of a larger buffer. Call only when the cursor is at the
+ *  start of the buffer. The free part before them is at least as large as they are, so that n
+ *  characters are put back in O(n) steps. */
 void CzonInput::MakeRoom() {
   const auto unread = static_cast<std::size_t>(end_ - cursor_);
   const std::size_t room = unread + kFront + kBlock;
@@ -97,7 +98,7 @@ void CzonInput::MakeRoom() {
   charactersBefore_ -= static_cast<std::uint32_t>(room);
 }
 
-/** Takes over a buffer in which `size` characters are unread from `start` on. */
+/** Makes the buffer the current one; `size` characters from `start` on are unread. */
 void CzonInput::Use(std::unique_ptr<unsigned char[]> buffer, std::size_t start, std::size_t size) {
   buffer_ = std::move(buffer);
   begin_ = buffer_.get();

@@ -10,7 +10,7 @@ namespace tool {
 
 Status Results(const std::string& file) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
+  if (source.GetStatus() != kFine) return source.GetStatus();
   std::string path(256, '\0');
   int outcome;
   while ((outcome = zonGetResultFolderPath2(source.Root(), path.data(),
@@ -18,7 +18,7 @@ Status Results(const std::string& file) {
     path.resize(2 * path.size());
   }
   if (outcome != 0) {
-    Say("No memory");
+    PrintMessage("out of memory");
     return kTrouble;
   }
   std::cout << path.c_str() << '\n';
