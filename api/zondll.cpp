@@ -6,8 +6,10 @@
 #include <typeinfo>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zoncopyout.h"
 #include "api/zonfilewriter.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
 #include "base/zonnumber.h"
 #include "base/zonversion.h"
@@ -18,16 +20,12 @@
 
 using zon::CopyOut;
 using zon::EmpSt;
+using zon::HandleOf;
 using zon::Query;
 using zon::TextOf;
 using zon::Update;
 
 namespace {
-
-// A handle is the address of the CzonBase.
-void* HandleOf(CzonBase* object) {
-  return object;
-}
 
 template <class T, class F>
 T QueryNode(void* node, T failure, F&& question) {

@@ -2,7 +2,8 @@
 #include <string>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonfile.h"
 #include "base/zonnumber.h"
 #include "base/zonput.h"

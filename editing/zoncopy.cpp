@@ -4,7 +4,7 @@
 #include <typeinfo>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zonhandlecheck.h"
 #include "tree/zonkeyword.h"
 
 namespace {

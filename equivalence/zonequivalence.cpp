@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonchars.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
