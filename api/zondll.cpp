@@ -45,7 +45,7 @@ void* zonLoadFile(const char* fileName, int quiet) {
     auto load = std::make_unique<CzonLoad>(nullptr);
     std::unique_ptr<CzonParser> parser = zon::LoadFile(fileName, quiet != 0);
     if (parser == nullptr) return nullptr;
-    load->Take(std::move(parser));
+    load->SetParser(std::move(parser));
     return HandleOf(load.release());
   });
 }
