@@ -17,11 +17,11 @@
  * stores the code of a bad handle, passes "No memory" to MessageHook, and returns its failure
  * value; to a builder call this is also a refusal. No function throws.
  *
- * Hooks. MessageHook and ReportHook are described in base/zonhook.h. A hook or visitor may query,
- * load files, and build on other handles. A load or zonCreate inside it clears the pending code of
- * the call that runs. It must not close or change the handle of that call. An exception that it
- * throws ends the call: the failure value is returned with the code of a bad handle (1002 for
- * zonLoadFile), unless a code is pending already.
+ * Hooks. The host can define functions that receive messages and reports (see Hooks). A hook or
+ * visitor may query, load files, and build on other handles. A load or zonCreate inside it clears
+ * the pending code of the call that runs. It must not close or change the handle of that call. An
+ * exception that it throws ends the call: the failure value is returned with the code of a bad
+ * handle (1002 for zonLoadFile), unless a code is pending already.
  *
  * Texts. A null text argument counts as the empty text. A null output pointer is not written. All
  * texts are zero-terminated. A text that is passed is copied. A text that is returned is owned by
@@ -40,8 +40,20 @@
 #ifndef ZON_API_ZON_H
 #define ZON_API_ZON_H
 
-#include "base/zonexport.h"
-#include "base/zonhook.h"
+/** The version of this header and of the library that was installed with it. */
+#define ZON_VERSION_MAJOR 0
+#define ZON_VERSION_MINOR 1
+#define ZON_VERSION_PATCH 0
+
+/** Marks what the shared library exports. Define ZON_STATIC before the include to compile the
+ *  library itself, or to link to a static one, without exports. */
+#ifndef ZON_API
+#if defined(ZON_STATIC)
+#define ZON_API
+#else
+#define ZON_API __attribute__((visibility("default")))
+#endif
+#endif
 
 #ifdef __cplusplus
 class CString;
@@ -50,6 +62,41 @@ extern "C" {
 #else
 typedef struct CzonNode CzonNode;
 #endif
+
+/* ---- Hooks --------------------------------------------------------------------------------------
+ * The four functions through which the library reports to its host. The library's own versions do
+ * nothing. A host replaces one by defining a function with the same name and signature, with C
+ * linkage, that the dynamic linker can see: in a program not static, and linked with -rdynamic if
+ * the linker does not export it by itself.
+ *
+ * A hook may do what is said above. The reporting call may have stored its code before: read it
+ * before a load or zonCreate inside the hook clears it. To record a report, store it and return. */
+
+/** Receives one message: a failed check of a handle or node, a builder call that was refused, or
+ *  "Function invalid in this context" for a query that this kind of node cannot answer.
+ *  text  zero-terminated, valid during the call only. Print it as it is: it is no format. */
+ZON_API void MessageHook(const char* text);
+
+/** Receives a report about a file.
+ *  pattern    text in which each '%' is a placeholder for the next word of `arguments`. A report
+ *             without words (arguments is null) can contain names of the file: print it as it is.
+ *             Valid during the call only.
+ *  severity   1 from loading, 17 from the comparison with a template
+ *  arguments  the words, as ReportArgString and ReportArgInt returned them, the word of the first
+ *             placeholder outermost; null if the host does not define these two. Valid during the
+ *             call only. */
+ZON_API void ReportHook(const char* pattern, int severity, void* arguments);
+
+/** Adds a text to the front of the words of a report. The words are made from the last to the
+ *  first.
+ *  text     valid until ReportHook returns
+ *  rest     the words after this one, as returned by the last call; null for the last word
+ *  returns  the words with this one in front, in a form that the host chooses; the library only
+ *           passes it on. The library's own version returns null. */
+ZON_API void* ReportArgString(const char* text, void* rest);
+
+/** Adds a number to the front of the words of a report, otherwise as ReportArgString. */
+ZON_API void* ReportArgInt(int value, void* rest);
 
 /* ---- Loading and closing --------------------------------------------------------------------- */
 
