@@ -7,10 +7,9 @@
 #ifndef ZON_API_ZONGUARD_H
 #define ZON_API_ZONGUARD_H
 
-#include <cxxabi.h>
-
 #include <new>
 
+#include "base/zoncancel.h"
 #include "base/zonerror.h"
 #include "base/zonhook.h"
 
@@ -22,7 +21,8 @@ inline constexpr char kNoMemory[] = "No memory";
 // Runs `body` and returns true. If it runs out of memory, calls `outOfMemory`; if it or
 // `outOfMemory` throws anything else, calls `hookThrew`; both return false.
 template <class Body, class OutOfMemory, class HookThrew>
-bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory, HookThrew&& hookThrew) {
+ZON_SEES_CANCELLATION bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory,
+                                      HookThrew&& hookThrew) {
   try {
     try {
       body();
