@@ -2,40 +2,28 @@
 // a reader that is kept uses no descriptor, and the end of a growing file is final.
 #include "tokens/zoninput.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <utility>
+
+#include "base/zonfile.h"
 
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{64} * 1024;
 constexpr std::size_t kFront = 16;  // free bytes before a block, for push-back right after a read
 
-int OpenForReading(const char* name) {
-  int file;
-  do {
-    file = ::open(name, O_RDONLY | O_CLOEXEC | O_NOCTTY);
-  } while (file < 0 && errno == EINTR);
-  if (file < 0) return -1;
-  struct stat status;
-  if (::fstat(file, &status) == 0 && !S_ISDIR(status.st_mode)) return file;
-  ::close(file);
-  return -1;
-}
-
 }  // namespace
+
+CzonInput::CzonInput() = default;
+
+CzonInput::~CzonInput() = default;
 
 int CzonInput::open(const char* name) {
   if (!name) return 2;
   std::unique_ptr<unsigned char[]> buffer(new unsigned char[kFront + kBlock + 1]);
-  const int file = OpenForReading(name);
-  if (file < 0) return 2;
-  CloseFile();
-  file_ = file;
+  auto file = std::make_unique<zon::InputFile>();
+  if (!file->Open(name)) return 2;
+  file_ = std::move(file);
   failed_ = false;
   Use(std::move(buffer), kFront, 0);
   charactersBefore_ = 0U - static_cast<std::uint32_t>(kFront);
@@ -68,15 +56,12 @@ void CzonInput::putback(char c) {
 /** Reads the next block. Call only when every character is consumed. Returns false at the end of the
  *  file and after a failure, from then on always. */
 bool CzonInput::Fill() {
-  if (file_ < 0) return false;
+  if (file_ == nullptr) return false;
   unsigned char* const block = begin_ + kFront;
-  ssize_t got;
-  do {
-    got = ::read(file_, block, kBlock);
-  } while (got < 0 && errno == EINTR);
-  if (got <= 0) {
-    failed_ = got < 0;
-    CloseFile();
+  const std::size_t got = file_->Read(reinterpret_cast<char*>(block), kBlock);
+  if (got == 0) {
+    failed_ = file_->HasFailed();
+    file_.reset();
     return false;
   }
   charactersBefore_ = Characters() - static_cast<std::uint32_t>(kFront);
@@ -105,9 +90,4 @@ void CzonInput::Use(std::unique_ptr<unsigned char[]> buffer, std::size_t start, 
   cursor_ = begin_ + start;
   end_ = cursor_ + size;
   *end_ = 0;
-}
-
-void CzonInput::CloseFile() {
-  if (file_ >= 0) ::close(file_);
-  file_ = -1;
 }

@@ -16,12 +16,16 @@
 
 #include "base/zonexport.h"
 
+namespace zon {
+class InputFile;
+}
+
 /** A counted character source over one file, pipe or device. Its memory does not depend on the length
  *  of the file. */
 class ZON_API CzonInput {
  public:
-  CzonInput() = default;
-  ~CzonInput() { CloseFile(); }
+  CzonInput();
+  ~CzonInput();
   CzonInput(const CzonInput&) = delete;
   CzonInput& operator=(const CzonInput&) = delete;
 
@@ -71,9 +75,8 @@ class ZON_API CzonInput {
   bool Fill();
   void MakeRoom();
   void Use(std::unique_ptr<unsigned char[]> buffer, std::size_t start, std::size_t size);
-  void CloseFile();
 
-  int file_ = -1;
+  std::unique_ptr<zon::InputFile> file_;  // null when it is closed
   bool failed_ = false;
   std::unique_ptr<unsigned char[]> buffer_;
   unsigned char nothing_ = 0;           // the empty buffer of an input that was never opened
