@@ -7,6 +7,7 @@
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <new>
 
 #include <zon.h>
 #include <CLI/CLI.hpp>
@@ -195,6 +196,8 @@ Status Run() {
     const Status status = chosen();
     if (std::cout.flush()) return status;
     tool::PrintMessage(std::string("standard output: ") + std::strerror(errno));
+  } catch (const std::bad_alloc&) {
+    tool::PrintMessage("out of memory");
   } catch (const std::exception& error) {
     tool::PrintMessage(error.what());
   }

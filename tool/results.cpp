@@ -1,4 +1,5 @@
 #include <iostream>
+#include <new>
 #include <string>
 
 #include <zon.h>
@@ -17,10 +18,7 @@ Status Results(const std::string& file) {
                                             static_cast<int>(path.size()))) == -1) {
     path.resize(2 * path.size());
   }
-  if (outcome != 0) {
-    PrintMessage("out of memory");
-    return kTrouble;
-  }
+  if (outcome != 0) throw std::bad_alloc();
   std::cout << path.c_str() << '\n';
   return kFine;
 }
