@@ -6,7 +6,7 @@
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 #include "paths/zonfilename.h"
-#include "reader/zonparser.h"
+#include "reader/zontokencode.h"
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
