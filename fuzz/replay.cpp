@@ -38,6 +38,13 @@ void Run(const std::string& text) {
   LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
 }
 
+// The same again, with reads of 1 to 600 bytes.
+void RunInPieces(const std::string& text) {
+  fuzz::largestRead = 1 + text.size() % 600;
+  Run(text);
+  fuzz::largestRead = 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -52,6 +59,7 @@ int main(int argc, char** argv) {
     std::printf("%s\n", path.c_str());
     std::fflush(stdout);
     Run(corpus.back());
+    RunInPieces(corpus.back());
   }
   // The current mutation is kept in a file of the working directory, for the case of a crash.
   const std::string name = "changed_" + folder.filename().string();
@@ -64,7 +72,11 @@ int main(int argc, char** argv) {
     const bool isKept =
         pwrite(last, text.data(), text.size(), 0) == size && ftruncate(last, size) == 0;
     fuzz::Check(isKept, "cannot write", name);
-    Run(text);
+    if (n % 4 == 0) {
+      RunInPieces(text);
+    } else {
+      Run(text);
+    }
   }
   return corpus.empty() ? 1 : 0;
 }
