@@ -1,7 +1,7 @@
 // Paths against the slow references of the tests, which go from component to component.
 #include <unistd.h>
 
-#include "../tests/host.h"
+#include "../tests/treetext.h"
 #include "fuzz.h"
 #include "paths_model.h"
 
