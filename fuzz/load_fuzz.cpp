@@ -6,7 +6,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "../tests/host.h"
+#include "../tests/files.h"
 #include "fuzz.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Paths, compared with slow reference functions that work component by component.
 #include <unistd.h>
 
-#include "../tests/host.h"
+#include "../tests/treetext.h"
 #include "fuzz.h"
 #include "paths_model.h"
 

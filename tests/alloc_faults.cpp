@@ -11,7 +11,7 @@
 #include <new>
 #include <regex>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ long mapped = 0;  // bytes
 long injected = 0;
 
 bool Refuse() {
-  if (untilRefused == 0 || host::AtWork::count != 0 || (untilRefused > 1 && --untilRefused > 0)) {
+  if (untilRefused == 0 || host::OwnMemory::count != 0 || (untilRefused > 1 && --untilRefused > 0)) {
     return false;
   }
   if (!forGood) untilRefused = 0;
@@ -159,7 +159,7 @@ struct Tree {
            std::to_string(root.GetNoSections()) + folder + std::to_string(use) +
            root.GetResultRoot() +
            (root.GetZonFilename() == target ? "target" : root.GetZonFilename()) +
-           (target.empty() ? "" : host::Timeless(target));
+           (target.empty() ? "" : host::ReadFileWithoutDates(target));
   }
 
   static int CreateAndClose() {
@@ -455,7 +455,7 @@ std::string Copy(const std::string& path) {
   static const std::string target = host::FolderPath() + "/copy.zon";
   const int done = zonFileCopy(path.c_str(), target.c_str());
   untilRefused = 0;
-  const std::string content = host::Timeless(target);
+  const std::string content = host::ReadFileWithoutDates(target);
   std::remove(target.c_str());
   EXPECT_NE(content.empty(), done == 1);
   return std::to_string(zonGetErrorGlb()) + content;
@@ -465,7 +465,7 @@ std::string ReadTokens(const std::string& path) {
   std::string all = std::to_string(zontLoadFile(path.c_str(), &reader));
   for (int token = 1; reader != nullptr && token != 0;) {
     token = zontNextToken(reader);
-    const host::AtWork mark;
+    const host::OwnMemory mark;
     all += " " + std::to_string(token) + zontGetTokenString(reader);
     if (token < 0) all += zontGetError(reader, nullptr, nullptr);
   }

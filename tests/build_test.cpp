@@ -1,146 +1,186 @@
 // Building a file through the interface.
 #include <cfloat>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
-using host::As, host::Texts;
+using namespace host;
 
-// The calls of the builder. A script is words of a letter and an argument, such as "T:A K:k i:1 E";
-// without a colon the argument is null.
-using Call = std::pair<char, int (*)(void* h, const char* a, bool status)>;
-#define CALL(letter, name, arguments)                                     \
-  Call(letter, [](void* h, [[maybe_unused]] const char* a, bool status) { \
-    return status ? zon##name##S arguments : (zon##name arguments, 0);    \
-  })
-const auto kCalls =
-    [](auto... calls) { return std::vector<Call>{calls...}; }(
-        CALL('T', AddTarget, (h, a)), CALL('S', AddSection, (h, a)), CALL('K', AddKeyword, (h, a)),
-        CALL('E', EndSection, (h)), CALL('s', AddString, (h, a)), CALL('n', AddFilename, (h, a)),
-        CALL('i', AddInt, (h, std::stoi(a))), CALL('f', AddFloat, (h, std::stof(a))),
-        CALL('d', AddDouble, (h, std::stod(a))), CALL('b', AddBool, (h, std::stoi(a))),
-        CALL('1', AddIntRef, (h, nullptr)), CALL('2', AddFloatRef, (h, nullptr)),
-        CALL('3', AddDoubleRef, (h, nullptr)), CALL('4', AddBoolRef, (h, nullptr)),
-        CALL('5', AddStringRef, (h, nullptr)), CALL('u', AddUndefinedPar, (h)),
-        CALL('D', AddSectionDef, (h, a, 1, 0)), CALL('C', AddKeywordDef, (h, a, a, 1, 0, 0)),
-        CALL('I', AddIntDef, (h)), CALL('F', AddFloatDef, (h)), CALL('R', AddDoubleDef, (h)),
-        CALL('X', AddStringDef, (h)), CALL('N', AddFilenameDef, (h)), CALL('B', AddBoolDef, (h)));
+// A builder function in both forms, without and with a status. Its arguments are made of one text:
+// a number that the text does not begin with is 0, a reference refers to nothing.
+class Step {
+ public:
+  template <class... T>
+  Step(std::string its, void (*plain)(void*, T...), int (*withStatus)(void*, T...))
+      : name(std::move(its)),
+        call([=](void* file, [[maybe_unused]] const char* text, bool wantStatus) {
+          if (wantStatus) return withStatus(file, Argument<T>(text)...);
+          return plain(file, Argument<T>(text)...), 0;
+        }) {}
+  std::string name;
+  std::function<int(void* file, const char* text, bool wantStatus)> call;
 
-// Runs a script; gives a '.' for each 0 and a '!' for each 2000 of the forms with a status.
-std::string Script(void* handle, const std::string& script, bool status = false) {
-  std::istringstream words(script);
-  std::string codes;
-  for (std::string word; words >> word;) {
-    const char* a = word.size() > 1 ? word.c_str() + 2 : nullptr;
-    for (const auto& [letter, call] : kCalls)
-      if (letter == word[0]) codes += call(handle, a, status) == 0 ? '.' : '!';
+ private:
+  template <class T>
+  static T Argument([[maybe_unused]] const char* text) {
+    if constexpr (std::is_arithmetic_v<T>) return static_cast<T>(std::atof(text));
+    if constexpr (std::is_same_v<T, const char*>) return text;
+    return {};
   }
-  return codes;
+};
+#define STEP(name) Step(#name, zonAdd##name, zonAdd##name##S)
+const auto kSteps = [](auto... steps) { return std::vector<Step>{steps...}; }(
+                        STEP(Target), STEP(Section), STEP(Keyword), STEP(String), STEP(Filename),
+                        STEP(Int), STEP(Float), STEP(Double), STEP(Bool), STEP(UndefinedPar),
+                        STEP(IntRef), STEP(FloatRef), STEP(DoubleRef), STEP(BoolRef),
+                        STEP(StringRef), STEP(IntDef), STEP(FloatDef), STEP(DoubleDef),
+                        STEP(StringDef), STEP(FilenameDef), STEP(BoolDef), STEP(SectionDef),
+                        STEP(KeywordDef), Step("EndSection", zonEndSection, zonEndSectionS));
+
+// Calls the functions of a script such as "Target A, Keyword k, Int 1" and returns the refused ones.
+std::string Build(void* file, const std::string& script, bool wantStatus = false) {
+  std::istringstream words(script);
+  std::string refused;
+  for (std::string word; std::getline(words >> std::ws, word, ',');) {
+    const std::size_t space = std::min(word.find(' '), word.size());
+    const auto step = std::find_if(kSteps.begin(), kSteps.end(),
+                                   [&](const Step& s) { return s.name == word.substr(0, space); });
+    const char* text = space < word.size() ? &word[space + 1] : nullptr;
+    if (step->call(file, text, wantStatus) == 2000) refused += (refused.empty() ? "" : ", ") + word;
+  }
+  return refused;
 }
 
-void ExpectScript(const std::string& script, const std::string& codes, const char* tree,
-                  const Texts& refusals) {
-  for (bool status : {false, true}) {
-    host::File file(zonCreate());
-    EXPECT_EQ(Script(file, script, status), status ? codes : std::string(codes.size(), '.'));
-    EXPECT_EQ(host::ShowTree(file), tree) << script;
-    EXPECT_EQ(host::Messages(), status ? Texts{} : refusals) << script;
-    EXPECT_EQ(zonGetErrorFromZonData(file), refusals.empty() ? "" : refusals.back());
+// Runs a script by both forms of its functions. Each refusal passes a message, unless a status is returned.
+void ExpectBuilt(const std::string& script, const char* tree, const std::string& refused = "",
+                 const Texts& messages = {}) {
+  for (const bool wantStatus : {false, true}) {
+    File file(zonCreate());
+    EXPECT_EQ(Build(file, script, wantStatus), wantStatus ? refused : "");
+    EXPECT_EQ(ShowTree(file), tree) << script;
+    EXPECT_EQ(Messages(), wantStatus ? Texts{} : messages) << script;
+    EXPECT_EQ(zonGetErrorFromZonData(file), messages.empty() ? "" : messages.back());
     EXPECT_EQ(zonGetErrorGlb(), 0) << script;
   }
 }
 
 TEST(Build, Scripts) {
   const std::string code = "Invalid parameter definition code: '";
-  ExpectScript("T:A K:k i:1 S:B K:m E E T:C", "........", "{A{k(int 1) B{m()}} C{}}", {});
-  ExpectScript("T:A E T:a K K T E T", ".....!..", "{A{} a<2>{() <2>()} {}}",
-               {"Previous section was not completed"});
-  ExpectScript("E S:B D:B C:i K:k", "!!!!!", "{}", Texts(5, "Missing current section"));
-  ExpectScript("T:A s:x K:k s:x S:B s:y E I 1 2 3 4 5", ".!...!.!!!!!!", "{A{k(string x) B{}}}",
-               Texts(8, "Missing current keyword"));
-  ExpectScript("T:A D:B C:bDfInxs i:7", "..!.",
-               "{A{B(){bDfInxs()(bool false, real 0.0, real 0, int 0, file , string , int 7)}}}",
-               {code + "x'"});
-  ExpectScript("T:A C:%\xFF'", ".!", "{A{%\xFF'()()}}", {code + "%'", code + "\xFF'", code + "''"});
-  host::File file(zonCreate());
-  Script(file, "E");
-  EXPECT_EQ(Script(file, "T:A S:B", true), "!.") << "the code of the refusal before";
-  Script(file, "T:C");
-  EXPECT_EQ(host::Messages(), Texts{"Missing current section"}) << "silenced for good";
-  for (int pending : {2000, 0}) EXPECT_EQ(As<CzonData>(file).GetErrorCode(), pending);
+  ExpectBuilt("Target A, Keyword k, Int 1, Section B, Keyword m, EndSection, EndSection, Target C",
+              "{A{k(int 1) B{m()}} C{}}");
+  ExpectBuilt("Target A, EndSection, Target a, Keyword, Keyword, Target B, EndSection, Target",
+              "{A{} a<2>{() <2>()} {}}", "Target B", {"Previous section was not completed"});
+  ExpectBuilt("EndSection, Section B, SectionDef B, KeywordDef i, Keyword k", "{}",
+              "EndSection, Section B, SectionDef B, KeywordDef i, Keyword k",
+              Texts(5, "Missing current section"));
+  ExpectBuilt("Target A, String x, Keyword k, String x, Section B, String y, EndSection, IntDef",
+              "{A{k(string x) B{}}}", "String x, String y, IntDef",
+              Texts(3, "Missing current keyword"));
+  ExpectBuilt("Target A, IntRef, FloatRef, DoubleRef, BoolRef, StringRef", "{A{}}",
+              "IntRef, FloatRef, DoubleRef, BoolRef, StringRef",
+              Texts(5, "Missing current keyword"));
+  ExpectBuilt("Target A, SectionDef B, KeywordDef bDfInxs, Int 7",
+              "{A{B{bDfInxs(bool false, real 0.0, real 0, int 0, file , string , int 7)}}}",
+              "KeywordDef bDfInxs", {code + "x'"});
+  ExpectBuilt("Target A, KeywordDef %\xFF'", "{A{%\xFF'()}}", "KeywordDef %\xFF'",
+              {code + "%'", code + "\xFF'", code + "''"});
+}
+
+TEST(Build, RefusalsArePending) {
+  const File file(zonCreate());
+  Build(file, "EndSection");
+  EXPECT_EQ(Build(file, "Target A, Section B", true), "Target A") << "refused for the step before";
+  Build(file, "Target C");
+  EXPECT_EQ(Messages(), Texts{"Missing current section"}) << "a status silences the file for good";
+  EXPECT_EQ(As<CzonData>(file).GetErrorCode(), 2000);
+  EXPECT_EQ(As<CzonData>(file).GetErrorCode(), 0);
 }
 
 TEST(Build, BadHandles) {
-  host::File file(host::Load("[A] EndSect"));
-  for (const auto& [letter, call] : kCalls) {
-    const bool def = std::strchr("DCIFRXNB", letter) != nullptr;
-    const std::string heard = def ? "(CzonCreate)" : "(CzonData)";
-    for (void* bad : {static_cast<void*>(nullptr), def ? *file.Address() : zonGetRoot(file)}) {
-      for (bool status : {false, true}) {
-        EXPECT_EQ(call(bad, "1", status), status ? 1005 : 0) << letter;
-        EXPECT_EQ(host::Heard(), status ? "1005" : "1005 Invalid zonHandle " + heard);
-      }
+  File file(Load("[A] EndSect"));
+  for (const auto& [name, call] : kSteps) {
+    const bool isDefinition = name.find("Def") != std::string::npos;
+    const std::string wanted = isDefinition ? "(CzonCreate)" : "(CzonData)";
+    for (void* bad : {static_cast<void*>(nullptr), isDefinition ? file : zonGetRoot(file)}) {
+      EXPECT_EQ(call(bad, "1", true), 1005) << name;
+      EXPECT_EQ(Heard(), "1005") << name;
+      call(bad, "1", false);
+      EXPECT_EQ(Heard(), "1005 Invalid zonHandle " + wanted) << name;
     }
   }
-  zonEndSection(file);  // not silenced by a call that was not for it
-  EXPECT_EQ(host::Heard(), "0 Missing current section");
-  const host::File treeless(host::Load("[A"));
+  zonEndSection(file);
+  EXPECT_EQ(Heard(), "0 Missing current section") << "a status of another handle silences nothing";
+  const File treeless(Load("[A"));
   zonGetErrorGlb();
-  host::Reports();
+  Reports();
   zonAddTarget(treeless, "A");
-  EXPECT_EQ(host::Heard(), "0 Missing list");
+  EXPECT_EQ(Heard(), "0 Missing list");
 }
 
-// The facts of a keyword's numbers, and how it is written.
-std::string Shown(CzonKeyword* keyword) {
-  std::ostringstream out;
-  for (unsigned n = 1; CzonNode* value = keyword->ParamByNum(n); ++n)
-    if (value->IsNumeric()) out << host::Facts(static_cast<CzonBase*>(value)) << ";";
-  keyword->Write(out);
-  return out.str();
+// The facts of the numbers of a keyword.
+Texts NumbersOf(CzonKeyword* keyword) {
+  Texts facts;
+  for (unsigned n = 1; CzonNode* value = keyword->ParamByNum(n); ++n) {
+    if (value->IsNumeric()) facts.push_back(Facts(static_cast<CzonBase*>(value)));
+  }
+  return facts;
 }
 
 TEST(Build, Values) {
-  host::File file(zonCreate());
-  CzonData& data = As<CzonData>(file);
-  data.AddParam(new CzonParam);  // there is no keyword for it
-  EXPECT_EQ(host::Heard(), "0 Missing current keyword");
-  Script(file, "T:A K:k i:-7 f:0.1 d:3 I F R b:-3 s:it's s n:a/b u X N B 1 2 3 4 5");
-  EXPECT_EQ(Shown(data.GetCurrentKeyword()),
-            "6 PNIFDi -7 -7 -7 0 '' 2;7 PNFD 0 0.1 0.1 0 '' 2;"
-            "7 PNIFD 3 3 3 0 '' 2;6 PNIi 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;7 PNIFD 0 0 0 0 '' 2;"
-            "6 PNi 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;7 PN 0 0 0 0 '' 2;   k = -7, 0.1, 3.0, 0, 0, "
-            "0.0, true, 'it''s', '', |a\\b|, , '', ||, false, 0, 0, 0, false, ''\n");
+  File file(zonCreate());
+  auto& data = As<CzonData>(file);
+  data.AddParam(new CzonParam);
+  EXPECT_EQ(Heard(), "0 Missing current keyword");
+  Build(file,
+        "Target A, Keyword k, Int -7, Float 0.1, Double 3, IntDef, FloatDef, DoubleDef, Bool -3, "
+        "String it's, String, Filename a/b, UndefinedPar, StringDef, FilenameDef, BoolDef, IntRef, "
+        "FloatRef, DoubleRef, BoolRef, StringRef");
+  EXPECT_EQ(NumbersOf(data.GetCurrentKeyword()),
+            (Texts{"class 6: param numeric int float double inttype; -7 -7 -7 0 ''; refused 2",
+                   "class 7: param numeric float double; 0 0.1 0.1 0 ''; refused 2",
+                   "class 7: param numeric int float double; 3 3 3 0 ''; refused 2",
+                   "class 6: param numeric int inttype; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric int float double; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric int float double; 0 0 0 0 ''; refused 2",
+                   "class 6: param numeric inttype; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric; 0 0 0 0 ''; refused 2"}));
+  EXPECT_EQ(WrittenBy(*data.GetCurrentKeyword()),
+            "   k = -7, 0.1, 3.0, 0, 0, 0.0, true, 'it''s', '', |a\\b|, , '', ||, false, 0, 0, 0, "
+            "false, ''\n");
   data.AddParam(nullptr);
   zonAddSectionDef(file, "B", 0, 5);
-  EXPECT_EQ(data.GetCurrentSection()->GetFlags(), 2U);
+  EXPECT_EQ(data.GetCurrentSection()->GetFlags(), CzonNamedNode::kMandat);
+  zonAddSectionDefS(file, "B", 1, 0);
+  EXPECT_EQ(data.GetCurrentSection()->GetFlags(), CzonNamedNode::kMulti);
   zonAddKeywordDef(file, "k", nullptr, 2, 0, -1);
-  EXPECT_EQ(data.GetCurrentKeyword()->GetFlags(), 5U);
+  EXPECT_EQ(data.GetCurrentKeyword()->GetFlags(), CzonNamedNode::kMulti | CzonNamedNode::kOpenList);
 }
 
 TEST(Build, FloatsHaveTheTextThatIsWritten) {
-  const std::pair<float, const char*> rows[] = {{0.1F, "0.1"},
-                                                {1234567, "1.23457e+06"},
-                                                {1e-40F, "0"},
-                                                {-1e-40F, "0"},
-                                                {-0.0F, "0"},
-                                                {HUGE_VALF, "3.40282e+38"},
-                                                {FLT_MAX, "3.40282e+38"},
-                                                {-HUGE_VALF, "-3.40282e+38"}};
+  const struct {
+    float value;
+    const char* text;
+  } rows[] = {{0.1F, "0.1"},
+              {1234567, "1.23457e+06"},
+              {1e-40F, "0"},
+              {-1e-40F, "0"},
+              {-0.0F, "0"},
+              {HUGE_VALF, "3.40282e+38"},
+              {FLT_MAX, "3.40282e+38"},
+              {-HUGE_VALF, "-3.40282e+38"}};
   for (const auto& [value, text] : rows) {
-    const host::Built built;
+    const Built built;
     zonAddFloat(built, value);
-    std::ostringstream out;
-    As(host::ValueOf(built)).Write(out);
-    EXPECT_EQ(out.str(), text);
-    EXPECT_EQ(As<CzonParam>(host::ValueOf(built)).GetText(), text);
-    EXPECT_EQ(zonGetDouble(host::ValueOf(built)), static_cast<double>(value)) << text;
+    EXPECT_EQ(WrittenBy(As(ValueOf(built))), text);
+    EXPECT_EQ(As<CzonParam>(ValueOf(built)).GetText(), text);
+    EXPECT_EQ(zonGetDouble(ValueOf(built)), static_cast<double>(value)) << text;
     // A loaded real takes the float that would be written: clamped, or 0 for a subnormal one.
-    const host::File loaded(host::Load("[A] k = 2.5 EndSect"));
-    EXPECT_EQ(zoneModifyParameterFloat(host::KeywordOf(loaded), 1, value), 0);
-    const auto& real = As<CzonReal>(host::ValueOf(loaded));
-    const auto written = static_cast<double>(zonGetFloat(host::ValueOf(built)));
+    const File loaded(Load("[A] k = 2.5 EndSect"));
+    EXPECT_EQ(zoneModifyParameterFloat(KeywordOf(loaded), 1, value), 0);
+    const auto& real = As<CzonReal>(ValueOf(loaded));
+    const auto written = static_cast<double>(zonGetFloat(ValueOf(built)));
     EXPECT_EQ(real.GetText(), text);
     EXPECT_EQ(real.GetDouble(), written) << text;
     EXPECT_FALSE(std::signbit(real.GetDouble()) && written == 0) << text;
@@ -148,53 +188,77 @@ TEST(Build, FloatsHaveTheTextThatIsWritten) {
   }
 }
 
-TEST(Build, References) {
+TEST(Build, ReferencesFollowTheirVariables) {
   int integer = 1, truth = 1;
   float single = 1;
   double number = 1;
   char text[] = "one";
   // A loaded tree has its memory elsewhere than a built one.
-  for (void* handle : {zonCreate(), host::Load("[A] EndSect")}) {
-    host::File file(handle);
-    Script(file, "T:R K:k");
+  for (void* handle : {zonCreate(), Load("[A] EndSect")}) {
+    File file(handle);
+    Build(file, "Target R, Keyword k");
     zonAddIntRef(file, &integer);
     zonAddFloatRef(file, &single);
     zonAddDoubleRef(file, &number);
     zonAddBoolRef(file, &truth);
     zonAddStringRef(file, text);
     integer = 7, truth = 5, single = 2.5F, number = 3, text[0] = 't';
-    EXPECT_EQ(Shown(As<CzonData>(file).GetCurrentKeyword()),
-              "6 PNIi 7 0 0 0 '' 2;7 PNF 0 0 2.5 0 '' 2;7 PND 0 3 0 0 '' 2;"
-              "   k = 7, 2.5, 3.0, true, 'tne'\n");
+    CzonKeyword* keyword = As<CzonData>(file).GetCurrentKeyword();
+    EXPECT_EQ(NumbersOf(keyword),
+              (Texts{"class 6: param numeric int inttype; 7 0 0 0 ''; refused 2",
+                     "class 7: param numeric float; 0 0 2.5 0 ''; refused 2",
+                     "class 7: param numeric double; 0 3 0 0 ''; refused 2"}));
+    EXPECT_EQ(WrittenBy(*keyword), "   k = 7, 2.5, 3.0, true, 'tne'\n");
   }
-  CzonInt plain("1");
-  EXPECT_DEATH(CzonIntRef().Copy(&plain), "zonintr.*Node");
+  EXPECT_DEATH(CzonIntRef().Copy(std::make_unique<CzonInt>("1").get()), "zonintr.*Node");
 }
 
-// What is done after a CLOB; what is removed, by numbers from the root; what is current then.
-const char* const kCursors[][3] = {
-    {"", "12122", "Ck-"}, {"", "12121", "Ckc"},   {"", "1212", "C--"},    {"", "1211", "Ckc"},
-    {"", "121", "B--"},   {"", "12", "A--"},      {"", "11", "Ckc"},      {"", "1", "---"},
-    {"", "", "---"},      {"C:i", "1212", "Ci-"}, {"C:i", "1213", "C--"}, {"K:l", "-", "Cl-"},
-    {"s:x", "-", "Ck-"},  {"S:E", "-", "E--"},    {"E", "-", "B--"},      {"T:A", "-", "Ckc"},
-    {"C:i", "-", "Cic"}};
+std::string NameOf(const CzonNode& node) {
+  return node.IsParam() ? static_cast<const CzonParam&>(node).GetText() : node.GetName();
+}
+CzonNode* Find(CzonNode* node, const std::string& name) {
+  if (NameOf(*node) == name) return node;
+  CzonNode* found = nullptr;
+  for (unsigned n = 1; n <= node->GetNoNodes() && found == nullptr; ++n)
+    found = Find(node->NodeByNum(n), name);
+  return found;
+}
 
-TEST(Build, Cursor) {
-  for (const auto& [steps, removed, expected] : kCursors) {
-    host::File file(zonCreate());
-    CzonData& data = As<CzonData>(file);
-    Script(file, "T:A S:D E S:B S:C K:j K:k s:x");
-    data.AddParam(new CzonClob("c"));
-    Script(file, steps);
-    CzonNode* node = data.GetCurrentSection()->GetTopNode();
-    for (const char* n = removed; *n != '\0' && node != nullptr; ++n)
-      node = node->NodeByNum(static_cast<unsigned>(*n - '0'));
-    data.UpdateCurrentNode(node);
-    std::string current = data.GetCurrentSection() ? data.GetCurrentSection()->GetName() : "-";
-    current += data.GetCurrentKeyword() ? data.GetCurrentKeyword()->GetName() : "-";
-    EXPECT_EQ(current + (data.GetCurrentClob() ? "c" : "-"), expected) << steps << removed;
+TEST(Build, CursorLeavesARemovedNode) {
+  const struct {
+    const char *steps, *removed, *current;  // section, keyword and CLOB
+  } rows[] = {{"", "packed", "C k -"},
+              {"", "x", "C k packed"},
+              {"", "k", "C - -"},
+              {"", "j", "C k packed"},
+              {"", "C", "B - -"},
+              {"", "B", "A - -"},
+              {"", "D", "C k packed"},
+              {"", "A", "- - -"},
+              {"", "", "- - -"},  // the root
+              {"KeywordDef i", "k", "C i -"},
+              {"KeywordDef i", "i", "C - -"},
+              {"KeywordDef i", nullptr, "C i packed"},
+              {"Keyword l", nullptr, "C l -"},
+              {"String x", nullptr, "C k -"},
+              {"Section E", nullptr, "E - -"},
+              {"EndSection", nullptr, "B - -"},
+              {"Target A", nullptr, "C k packed"}};  // is refused
+  for (const auto& [steps, removed, current] : rows) {
+    File file(zonCreate());
+    auto& data = As<CzonData>(file);
+    Build(file,
+          "Target A, Section D, EndSection, Section B, Section C, Keyword j, Keyword k, String x");
+    data.AddParam(new CzonClob("packed"));
+    Build(file, steps);
+    data.UpdateCurrentNode(removed != nullptr ? Find(data.GetRoot(), removed) : nullptr);
+    const auto name = [](CzonNode* node) { return node == nullptr ? "-" : NameOf(*node); };
+    EXPECT_EQ(name(data.GetCurrentSection()) + " " + name(data.GetCurrentKeyword()) + " " +
+                  name(data.GetCurrentClob()),
+              current)
+        << steps << " removed " << (removed != nullptr ? removed : "nothing");
   }
-  host::Messages();
+  Messages();
 }
 
 }  // namespace

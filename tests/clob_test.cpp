@@ -1,7 +1,7 @@
 // CLOB values: contents and what reading them gives, side by side.
 #include <cfloat>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

@@ -1,9 +1,18 @@
 // The grammar: texts and the trees they give, side by side, or the place and text of the error.
-#include "host.h"
+#include <sstream>
+
+#include "treetext.h"
 
 namespace {
 
 using namespace std::string_literals;
+
+host::Texts Split(const std::string& list) {
+  std::istringstream in(list);
+  host::Texts texts;
+  for (std::string text; std::getline(in, text, '~');) texts.push_back(text);
+  return texts;
+}
 
 struct Case {
   std::string text, tree, error = {};
@@ -60,7 +69,7 @@ const std::string kSyntaxErrors =
 // The tree, "null" for none, and the error behind it. Where an error leaves a tree, no code is set.
 TEST(Grammar, TreesAndErrors) {
   std::vector<Case> rows(std::begin(kCases), std::end(kCases));
-  for (std::string text : host::Split(kSyntaxErrors)) {
+  for (std::string text : Split(kSyntaxErrors)) {
     const std::size_t at = text.find('^');
     rows.push_back({text.erase(at, 1), "null", "1:" + std::to_string(at) + " syntax error"});
   }

@@ -1,7 +1,7 @@
 // Handles, errors, navigation and queries through the flat interface.
 #include <stdexcept>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -128,10 +128,10 @@ TEST(Queries, NodesAndTheWayBetweenThem) {
   const Sample s;
   void* placeholder = zonNodeByNum(s.def, 1);
   void* unfound = zonNodeByNum(s.def, 2);
-  EXPECT_EQ(host::Facts(s.root), "1 S 0 0 0 0 '' 5");
-  EXPECT_EQ(host::Facts(s.model), "2 RS 0 0 0 0 '' 5");
-  EXPECT_EQ(host::Facts(s.def), "4 K 0 0 0 0 '' 5");
-  EXPECT_EQ(host::Facts(placeholder), "11 Pf 0 0 0 0 '' 5");
+  EXPECT_EQ(host::Facts(s.root), "class 1: section; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(host::Facts(s.model), "class 2: target section; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(host::Facts(s.def), "class 4: keyword; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(host::Facts(placeholder), "class 11: param default; 0 0 0 0 ''; refused 5");
   EXPECT_EQ(All(zonGetNoTargets(s), zonTargetByNum(s, 0), zonTargetByNum(s, UINT_MAX),
                 zonTargetByNameNum(s, "MODEL", 2), zonTargetByNameNum(s, nullptr, 1),
                 zonFindSectionByHandle(s, nullptr)),

@@ -13,7 +13,7 @@
 #include <csignal>
 #include <cstdarg>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -94,7 +94,7 @@ using namespace std::string_literals;
 // Does it with a fault in the n-th call, for n = 1, 2 and so on until none is met any more.
 template <class F>
 void Inject(Call call, int fault, bool all, F&& attempt) {
-  const int descriptor = host::LowestFreeFile();
+  const int descriptor = host::LowestFreeDescriptor();
   int met = 0;
   for (int n = 1; n < 100000; ++n, ++met) {
     faults[call] = fault;
@@ -106,7 +106,7 @@ void Inject(Call call, int fault, bool all, F&& attempt) {
     if (fired == 0) break;
   }
   EXPECT_GT(met, 0) << call << ": no such call any more";
-  EXPECT_EQ(host::LowestFreeFile(), descriptor) << call;
+  EXPECT_EQ(host::LowestFreeDescriptor(), descriptor) << call;
 }
 
 void Calm() {
@@ -199,7 +199,7 @@ TEST(Io, FaultsOfWriting) {
   target = host::WriteFile("target.zon", "");
   const host::File file(zonLoadFile(path.c_str(), 1));
   zonWrite(file, target.c_str());
-  const std::string text = host::Timeless(target);
+  const std::string text = host::ReadFileWithoutDates(target);
   sigset_t before{}, after{};
   sigprocmask(SIG_BLOCK, nullptr, &before);
   const struct {
@@ -218,7 +218,7 @@ TEST(Io, FaultsOfWriting) {
         const int copied = copies ? zonFileCopy(path.c_str(), target.c_str()) : 0;
         if (!copies) zonWrite(file, target.c_str());
         Calm();
-        const std::string written = host::Timeless(target);
+        const std::string written = host::ReadFileWithoutDates(target);
         const bool whole = written == "; kept" + text;
         EXPECT_TRUE(whole || written == "; kept") << row.call << row.fault << written.size();
         const bool source = copies && row.call == kStat;  // it may be that of the source
@@ -237,7 +237,7 @@ TEST(Io, FaultsOfWriting) {
     until[call] = 1;
     zonWrite(file, target.c_str());
     Calm();
-    EXPECT_EQ(host::Timeless(target), left);
+    EXPECT_EQ(host::ReadFileWithoutDates(target), left);
   }
   sigprocmask(SIG_BLOCK, nullptr, &after);
   EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
@@ -297,7 +297,7 @@ TEST(Io, KilledAtAnyMoment) {
   target = host::FolderPath() + "/killed.zon";
   const host::File file(zonLoadFile(path.c_str(), 1));
   zonWrite(file, target.c_str());
-  const std::string text = host::Timeless(target);
+  const std::string text = host::ReadFileWithoutDates(target);
   for (useconds_t n = 0; n < 50; ++n) {
     host::WriteFile("killed.zon", "; kept\n");
     int open[2];
@@ -313,7 +313,7 @@ TEST(Io, KilledAtAnyMoment) {
     pollfd end{open[0], POLLIN, 0};
     EXPECT_EQ(poll(&end, 1, 0), 1) << "the files of the host are closed with it";
     close(open[0]);
-    std::string left = host::Timeless(target);
+    std::string left = host::ReadFileWithoutDates(target);
     left.erase(left.rfind('\n') + 1);  // part of a line may be part of a time
     std::string whole = "; kept\n";
     while (whole.size() < left.size()) whole += text;

@@ -9,7 +9,7 @@
 #include <map>
 #include <thread>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -21,9 +21,9 @@ std::string Outcome(const std::string& name, int quiet) {
   zonGetLevel(nullptr);  // its code does not count
   host::Messages();
   host::Reports();
-  const int descriptor = host::LowestFreeFile();
+  const int descriptor = host::LowestFreeDescriptor();
   const host::File file(zonLoadFile(name.c_str(), quiet));
-  EXPECT_EQ(host::LowestFreeFile(), descriptor);  // however many files are at hand
+  EXPECT_EQ(host::LowestFreeDescriptor(), descriptor);  // however many files are at hand
   std::string text = std::to_string(zonGetErrorGlb());
   for (const auto count : {zonNoChars, zonNoLines, zonNoComments, zonNoTokens}) {
     if (file != nullptr) text += " " + std::to_string(count(file));

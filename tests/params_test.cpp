@@ -1,5 +1,5 @@
 // One keyword at a time: the convenience functions, and by what they judge success.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // File names: how they are resolved and written in some cases, and the functions over them.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

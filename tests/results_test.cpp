@@ -1,5 +1,5 @@
 // Result folders, and the names of result files.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 int templateReads = 0;

@@ -1,7 +1,7 @@
 // The scanner: texts and the tokens they give, side by side. Every text is scanned twice, from a
 // file and from a source of the host's own, and the two have to agree in every token, every count
 // and every error.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

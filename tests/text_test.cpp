@@ -1,6 +1,6 @@
 // CString at its edges: indexes outside, negative counts, zero bytes, arguments that lie inside the
 // text being changed, the buffer that is lent. What was given stands beside what was wanted.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The token reader: texts and the tokens they give, side by side. One line holds a whole run:
 // codes, texts behind colons, and for an error "-1 line:position message", where the run stops.
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -172,7 +172,7 @@ TEST(TokenReader, AnswersForEveryState) {
 }
 
 TEST(Zont, Handles) {
-  const int free = host::LowestFreeFile();
+  const int free = host::LowestFreeDescriptor();
   void* reader = nullptr;
   zontDispose(&reader);
   for (const char* name : {"/nowhere/at/all", "/", static_cast<const char*>(nullptr)})
@@ -184,7 +184,7 @@ TEST(Zont, Handles) {
   for (int token : {100, 200, 1030}) EXPECT_EQ(token, zontNextToken(reader));
   EXPECT_STREQ("a", zontGetTokenString(reader));
   for (int i = 0; i < 5; ++i) EXPECT_EQ(0, zontNextToken(reader));
-  EXPECT_EQ(free, host::LowestFreeFile());  // closed at its end, as is the one without a handle
+  EXPECT_EQ(free, host::LowestFreeDescriptor());  // closed at its end, as is the one without a handle
   zontDispose(&reader);
   zontDispose(nullptr);
   unsigned int line = 1, position = 1;

@@ -2,7 +2,7 @@
 #include <deque>
 #include <typeinfo>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 
@@ -589,51 +589,6 @@ TEST(TreeDeath, BrokenInvariantsEndTheProcess) {
   EXPECT_DEATH(target.Copy(&keyword), "^zonnamno: .*Copy.*`typeid");
   EXPECT_DEATH(CzonTargetList().FindDefault(nullptr, "k", 1), "^zonnamno: .*FindDefault.*`Ok'");
   EXPECT_DEATH(AskNullForItsFile(), "^zonnode: .*GetZonFilename.*`pOwner != 0'");
-}
-
-// A chain of sections below the node; gives the last.
-CzonSection* Deepen(CzonTargetList* deepest, unsigned depth) {
-  for (CzonSection* below; depth > 0; --depth, deepest = below)
-    deepest->AddSection(below = new CzonSection("s", 0, 0));
-  return static_cast<CzonSection*>(deepest);
-}
-
-// A definition in the section that a keyword so far below it finds.
-void ExpectDefault(CzonSection* section, const std::string& name, unsigned depth) {
-  auto* definition = new CzonDefaultDef(name, 0, 0);
-  auto* keyword = new CzonKeyword(name, 0, 0);
-  definition->AddParam(new CzonParam(name));
-  keyword->AddParam(new CzonDefaultPar);
-  section->AddDefaultDef(definition);
-  Deepen(section, depth)->AddKeyword(keyword);
-  ASSERT_EQ(keyword->ParamByNum(1)->GetText(), name);
-}
-
-// On a stack of 256 KiB, where a recursion along the tree would show.
-TEST(Size, DepthCostsNoStack) {
-  ASSERT_TRUE(host::OnSmallStack([](void*) -> void* {
-    static unsigned counted;
-    CzonTargetList copy, named;
-    auto root = std::make_unique<CzonTargetList>();
-    EXPECT_EQ(Deepen(&named, 10000)->GetNameGlb().size(), 19999U);
-    ExpectDefault(Deepen(root.get(), 1), "k", 999999);
-    copy.Copy(root.get());
-    root.reset();
-    copy.Explore([](CzonNode*) { ++counted; });
-    EXPECT_EQ(counted, 1000004U);
-    return nullptr;
-  }));
-}
-
-// Walking along the siblings for each of them would take minutes here.
-TEST(Size, NamesakesAndDefaultsAreCheap) {
-  CzonTargetList root;
-  CzonSection* section = Deepen(&root, 1);
-  for (unsigned n = 1; n <= 200000; ++n) {
-    root.AddSection(new CzonSection("Same", 0, 0));
-    ASSERT_EQ(root.SectionByNameNum("same", n), root.NodeByNum(n + 1));
-    ExpectDefault(section, "k" + std::to_string(n), 0);
-  }
 }
 
 }  // namespace

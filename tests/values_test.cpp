@@ -2,7 +2,7 @@
 #include <clocale>
 #include <cstdio>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <iomanip>
 #include <limits>
 
-#include "host.h"
+#include "treetext.h"
 
 namespace {
 

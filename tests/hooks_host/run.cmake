@@ -16,7 +16,7 @@ foreach(compiler IN LISTS compilers)
       message(STATUS "skipped: ${compiler} ${lto} does not work here")
       continue()
     endif()
-    execute_process(COMMAND ${build} ${SOURCE}/tests/hooks/host.cpp -I${SOURCE} -I${SOURCE}/api ${LIBRARY}
+    execute_process(COMMAND ${build} ${SOURCE}/tests/hooks_host/host.cpp -I${SOURCE} -I${SOURCE}/api ${LIBRARY}
       -Wl,-rpath,${folder} RESULT_VARIABLE built)
     execute_process(COMMAND ${WORK}/host ${SOURCE}/examples/harbour-faulty.zon RESULT_VARIABLE status)
     if(NOT built EQUAL 0 OR NOT status EQUAL 0)

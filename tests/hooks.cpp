@@ -1,0 +1,84 @@
+#include "hooks.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace host {
+
+void (*onMessage)(const char* text) = nullptr;
+void (*onReport)() = nullptr;
+int OwnMemory::count = 0;
+
+namespace {
+
+Texts messages;
+Texts reports;
+
+// The words of a report form a list, which is freed with the report.
+struct Word {
+  std::string text;
+  Word* next;
+};
+
+void* NewWord(std::string text, void* next) {
+  const OwnMemory mark;
+  return new Word{std::move(text), static_cast<Word*>(next)};
+}
+
+}  // namespace
+
+Texts Messages() {
+  return std::exchange(messages, {});
+}
+Texts Reports() {
+  return std::exchange(reports, {});
+}
+
+std::string Heard() {
+  std::string heard = std::to_string(zonGetErrorGlb());
+  for (const std::string& message : Messages()) heard += " " + message;
+  return heard;
+}
+
+}  // namespace host
+
+extern "C" {
+
+#ifdef ZON_COVERAGE
+// Coverage is written at exit, so abort exits.
+void abort() noexcept {
+  std::exit(134);
+}
+#endif
+
+void MessageHook(const char* text) {
+  const host::OwnMemory mark;
+  host::messages.emplace_back(text);
+  if (host::onMessage != nullptr) host::onMessage(text);
+}
+
+void ReportHook(const char* pattern, int severity, void* arguments) {
+  const host::OwnMemory mark;
+  std::string text = std::to_string(severity) + ": ";
+  auto* word = static_cast<host::Word*>(arguments);
+  for (; *pattern != '\0'; ++pattern) {
+    if (*pattern != '%' || word == nullptr) {
+      text += *pattern;
+      continue;
+    }
+    text += word->text;
+    delete std::exchange(word, word->next);
+  }
+  while (word != nullptr) delete std::exchange(word, word->next);
+  host::reports.push_back(text);
+  if (host::onReport != nullptr) host::onReport();
+}
+
+void* ReportArgString(const char* text, void* next) {
+  return host::NewWord(text, next);
+}
+void* ReportArgInt(int value, void* next) {
+  return host::NewWord(std::to_string(value), next);
+}
+
+}  // extern "C"

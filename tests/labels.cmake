@@ -1,0 +1,6 @@
+# Read by CTest after the tests of zon_tests are known: the tests that take long are labelled `slow`.
+foreach(test IN LISTS zon_tests_TESTS)
+  if(test MATCHES "^Size")
+    set_tests_properties(${test} PROPERTIES LABELS "own;slow")
+  endif()
+endforeach()

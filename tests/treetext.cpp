@@ -1,0 +1,81 @@
+#include "treetext.h"
+
+namespace host {
+
+namespace {
+
+const char* KindOf(const CzonNode& value) {
+  if (value.IsClob()) return "clob ";
+  switch (value.GetSyntaxClass()) {
+    case kZonInt:
+      return "int ";
+    case kZonReal:
+      return "real ";
+    case kZonBool:
+      return "bool ";
+    case kZonString:
+      return "string ";
+    case kZonFilename:
+      return value.IsFilename() ? "file " : "date ";
+    case kZonDefaultPar:
+      return "default";
+    case kZonSubstit:
+      return "subst ";
+    case kZonUnknown:
+      return "unknown";
+    case kZonUndefinedPar:
+      return "undef";
+    default:
+      return "other ";
+  }
+}
+
+}  // namespace
+
+std::string Show(const CzonNode* node) {
+  if (node == nullptr) return "null";
+  const std::string remark = node->GetRemark().empty() ? "" : "{" + node->GetRemark() + "}";
+  if (node->IsParam()) {
+    return KindOf(*node) + static_cast<const CzonParam*>(node)->GetText() + remark;
+  }
+  std::string text = node->IsDefaultDef() ? "default " : "";
+  text += node->GetName();
+  const auto* named = static_cast<const CzonNamedNode*>(node);
+  if ((named->GetFlags() & CzonNamedNode::kMulti) != 0) text += "()";
+  if (node->GetInstanceNo() > 1) text += "<" + std::to_string(node->GetInstanceNo()) + ">";
+  text += remark + (node->IsKeyword() ? "(" : "{");
+  const char* separator = "";
+  for (unsigned n = 1; n <= node->GetNoNodes(); ++n) {
+    text += separator + Show(node->NodeByNum(n));
+    separator = node->IsKeyword() ? ", " : " ";
+  }
+  return text + (node->IsKeyword() ? ")" : "}");
+}
+
+std::string Facts(void* node) {
+  const std::pair<const char*, int (*)(void*)> kinds[] = {
+      {" target", zonIsTarget},      {" section", zonIsSection},
+      {" keyword", zonIsKeyword},    {" param", zonIsParam},
+      {" numeric", zonIsNumeric},    {" int", zonIsInt},
+      {" float", zonIsFloat},        {" double", zonIsDouble},
+      {" bool", zonIsBool},          {" string", zonIsString},
+      {" file", zonIsFilename},      {" undefined", zonIsUndefinedPar},
+      {" default", zonIsDefaultPar}, {" inttype", zonNumericIsIntType}};
+  std::ostringstream text;
+  text << "class " << zonGetSyntaxClass(node) << ":";
+  for (const auto& [name, is] : kinds) text << (is(node) != 0 ? name : "");
+  Messages();
+  text << "; " << zonGetInt(node) << ' ' << zonGetDouble(node) << ' ' << zonGetFloat(node) << ' '
+       << zonGetBool(node) << " '" << zonGetString(node) << "'; refused ";
+  text << Messages().size();
+  return text.str();
+}
+
+std::string SyntaxError(void* file) {
+  unsigned line = 0, position = 0;
+  const std::string message = zonGetSyntaxErr(file, &line, &position, nullptr);
+  if (message.empty()) return {};
+  return std::to_string(line) + ":" + std::to_string(position) + " " + message;
+}
+
+}  // namespace host
