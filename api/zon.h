@@ -644,7 +644,8 @@ ZON_API int zonGetResultFilenamePath2(void* node, char* path, int size);
  * Success is judged by the process-wide code only. While an earlier code is pending, reading stores
  * nothing and returns 0, and writing adds the keyword without its value and returns 0: call
  * zonGetErrorGlb first. A builder refusal (no current section) stores no code, so writing returns
- * 1: see zonGetErrorFromZonData. A bad node stores 1006. */
+ * 1: see zonGetErrorFromZonData.
+ * Errors: bad handle: 1005; bad node: 1006; 0 */
 
 /** Add a keyword with a file name, or with the name of a result file as zonAddResultFilename. @{ */
 ZON_API int zonPutParamFilename(void* handle, const char* keyword, const char* value);
@@ -776,7 +777,8 @@ ZON_API void zonAddClobFilename(void* handle, const char* text);
 ZON_API int zonAddClobFilenameS(void* handle, const char* text);
 /** @} */
 
-/** 1 if the value is a CLOB, else 0. A bad node: 1006, "Invalid zonNode"; 0. */
+/** 1 if the value is a CLOB, else 0.
+ *  @errors bad node: 1006, "Invalid zonNode"; 0 */
 ZON_API int zonIsClob(void* node);
 
 /** The number of items. Malformed content: -1, and 1003 is stored. (-1) */
