@@ -1,18 +1,18 @@
-#Makes zongrammar.inc, the parse tables and the names of the rules, from zongrammar.y.
+# Makes zongrammar.inc, the parse tables and the names of the rules, from zongrammar.y.
 #
-#cmake - P reader / zongrammar.cmake write zongrammar.inc beside this script
-#cmake - DCHECK = ON - P reader / zongrammar.cmake make it elsewhere and fail when the file differs
+#   cmake -P reader/zongrammar.cmake              write zongrammar.inc beside this script
+#   cmake -DCHECK=ON -P reader/zongrammar.cmake   make it elsewhere and fail when the file differs
 #
-#Settings, each with a default; relative paths are taken from the current directory:
-#YACC the yacc of Debian's package 9base; other yaccs lay out other tables
-#SOURCE the grammar
-#YACCPAR_DIR the folder of yaccpar, the template that yacc copies after the tables
-#OUTPUT the file to write, or to compare with
+# Settings, each with a default; relative paths are taken from the current directory:
+#   YACC         the yacc of Debian's package 9base; other yaccs lay out other tables
+#   SOURCE       the grammar
+#   YACCPAR_DIR  the folder of yaccpar, the template that yacc copies after the tables
+#   OUTPUT       the file to write, or to compare with
 #
-#Building the library does not need this script : zongrammar.inc is kept with the sources.
+# Building the library does not need this script: zongrammar.inc is kept with the sources.
 cmake_minimum_required(VERSION 3.16)
 
-#The size of the grammar.Change the numbers with the grammar : they catch a change by mistake.
+# The size of the grammar. Change the numbers with the grammar: they catch a change by mistake.
 set(EXPECT_STATES 67)
 set(EXPECT_RULES 54)  # the accepting rule, which yacc adds as number 0, is one of them
 set(EXPECT_NONTERMINALS 19)
@@ -39,8 +39,7 @@ if(NOT YACC)
   message(FATAL_ERROR "${text}")
 endif()
 foreach(path IN ITEMS YACC SOURCE YACCPAR_DIR OUTPUT)
-  get_filename_component(${
-  path} "${${path}}" ABSOLUTE)
+  get_filename_component(${path} "${${path}}" ABSOLUTE)
 endforeach()
 foreach(input IN ITEMS "${YACC}" "${SOURCE}" "${YACCPAR_DIR}/yaccpar")
   if(NOT EXISTS "${input}")
@@ -48,7 +47,7 @@ foreach(input IN ITEMS "${YACC}" "${SOURCE}" "${YACCPAR_DIR}/yaccpar")
   endif()
 endforeach()
 
-#yacc leaves files behind in the current directory, so it works in a folder of its own.
+# yacc leaves files behind in the current directory, so it works in a folder of its own.
 set(work "$ENV{TMPDIR}")
 if(work STREQUAL "")
   set(work /tmp)
@@ -61,7 +60,7 @@ function(fail text)
   message(FATAL_ERROR "${text}")
 endfunction()
 
-#This yacc looks for its template at $PLAN9 / yacc / yaccpar.
+# This yacc looks for its template at $PLAN9/yacc/yaccpar.
 file(MAKE_DIRECTORY "${work}/yacc")
 configure_file("${YACCPAR_DIR}/yaccpar" "${work}/yacc/yaccpar" COPYONLY)
 execute_process(
@@ -82,17 +81,14 @@ file(READ "${work}/tables.c" tables)
 file(READ "${work}/y.output" report)
 file(READ "${SOURCE}" grammar)
 
-#Brackets and semicolons steer how CMake splits a list, so the texts to be split do without them.
+# Brackets and semicolons steer how CMake splits a list, so the texts to be split do without them.
 foreach(text IN ITEMS report grammar)
-  string(REPLACE ";" "" ${
-  text} "${${text}}")
-  string(REPLACE "[" "<" ${
-  text} "${${text}}")
-  string(REPLACE "]" ">" ${
-  text} "${${text}}")
+  string(REPLACE ";" "" ${text} "${${text}}")
+  string(REPLACE "[" "<" ${text} "${${text}}")
+  string(REPLACE "]" ">" ${text} "${${text}}")
 endforeach()
 
-#-- -- The size of the grammar, as yacc reports it -- --
+# ---- The size of the grammar, as yacc reports it ----
 
 function(expect pattern number what)
   if(NOT report MATCHES "${pattern}")
@@ -103,28 +99,23 @@ function(expect pattern number what)
   endif()
 endfunction()
 
-expect("([0-9]+)/[0-9]+ states" ${
-  EXPECT_STATES} "states")
-expect("([0-9]+)/[0-9]+ grammar rules" ${
-  EXPECT_RULES} "rules")
-expect("([0-9]+)/[0-9]+ nonterminals" ${
-  EXPECT_NONTERMINALS} "nonterminals")
-expect("([0-9]+) exceptions" ${
-  EXPECT_EXCEPTIONS} "exceptions")
+expect("([0-9]+)/[0-9]+ states" ${EXPECT_STATES} "states")
+expect("([0-9]+)/[0-9]+ grammar rules" ${EXPECT_RULES} "rules")
+expect("([0-9]+)/[0-9]+ nonterminals" ${EXPECT_NONTERMINALS} "nonterminals")
+expect("([0-9]+) exceptions" ${EXPECT_EXCEPTIONS} "exceptions")
 expect("([0-9]+) shift/reduce" 0 "shift/reduce conflicts")
 expect("([0-9]+) reduce/reduce" 0 "reduce/reduce conflicts")
 
-#-- -- The names of the rules -- --
+# ---- The names of the rules ----
 
-#What yacc calls rule n : y.output shows each rule with its number where a state completes it.
+# What yacc calls rule n: y.output shows each rule with its number where a state completes it.
 string(REGEX MATCHALL "\t[a-z_]+: [^\n]*\\.    \\([0-9]+\\)" completed "${report}")
 foreach(item IN LISTS completed)
   if(item MATCHES "^\t([a-z_]+): (.*)\\.    \\(([0-9]+)\\)$")
     set(number ${CMAKE_MATCH_3})
     set(left "${CMAKE_MATCH_1}")
     string(STRIP "${CMAKE_MATCH_2}" right)
-    set(rule_${
-  number} "${left}: ${right}")
+    set(rule_${number} "${left}: ${right}")
   endif()
 endforeach()
 
@@ -173,8 +164,7 @@ foreach(line IN LISTS lines)
     endif()
     string(REPLACE "<" "[" right "${right}")
     string(REPLACE ">" "]" right "${right}")
-    enumerator(${name} ${
-  number} "${left}: ${right}")
+    enumerator(${name} ${number} "${left}: ${right}")
   endif()
 endforeach()
 list(LENGTH names named)
@@ -182,7 +172,7 @@ if(NOT named EQUAL EXPECT_RULES)
   fail("${named} rules have names, and the grammar has ${EXPECT_RULES}")
 endif()
 
-#-- -- The tables -- --
+# ---- The tables ----
 
 if(NOT tables MATCHES "/\\* end of tables \\*/\n$")
   fail("what yacc wrote does not end as ${YACCPAR_DIR}/yaccpar does")
@@ -192,11 +182,10 @@ function(constant name out)
   if(NOT tables MATCHES "#define[ \t]+${name}[ \t]+([0-9]+)\n")
     fail("yacc has not written ${name}")
   endif()
-  set(${
-  out} "${CMAKE_MATCH_1}" PARENT_SCOPE)
+  set(${out} "${CMAKE_MATCH_1}" PARENT_SCOPE)
 endfunction()
 
-#Puts the array `name` into the variable of that name; checks its length where one is given.
+# Puts the array `name` into the variable of that name; checks its length where one is given.
 function(array name)
   if(NOT tables MATCHES "static[ \t]+const[ \t]+(short|long)[ \t]+${name}\\[\\] =\n{\n?([^}]*)};\n")
     fail("yacc has not written ${name}")
@@ -210,8 +199,7 @@ function(array name)
   if(ARGC GREATER 1 AND NOT length EQUAL ARGV1)
     fail("${name} has ${length} entries, expected ${ARGV1}")
   endif()
-  set(${
-  name} "constexpr short ${name}[] = {\n    ${body}};\n" PARENT_SCOPE)
+  set(${name} "constexpr short ${name}[] = {\n    ${body}};\n" PARENT_SCOPE)
 endfunction()
 
 constant(YYLAST last)
@@ -239,7 +227,7 @@ endif()
 if(NOT yypact MATCHES "-1000")
   fail("yypact does not know -1000 as the mark of a state without shifts")
 endif()
-#Two numbers without a code of their own : the error token, and every token that no rule names.
+# Two numbers without a code of their own: the error token, and every token that no rule names.
 if(NOT yytok2 MATCHES "{\n *${error}, +([0-9]+)};")
   fail("yytok2 is not the error token and the unknown token:\n${yytok2}")
 endif()
@@ -264,8 +252,7 @@ ${enumerators}};
  *                                              (code, number) that a single 0 ends
  * and YYUNKCODE, which no state shifts, where that gives 0 or nothing. The tables below know these
  * numbers only, never the scanner's codes. */
-${yytok1}${
-  yytok3}
+${yytok1}${yytok3}
 constexpr int YYEOFCODE = ${end};   // number of the end of input
 constexpr int YYERRCODE = ${error};   // number of the error token, which no rule uses
 constexpr int YYUNKCODE = ${unknown};   // number of every token that the grammar does not name
@@ -292,8 +279,7 @@ ${yyr1}${yyr2}
 ${yychk}
 /* What a state does when it has shifted nothing: a rule to reduce by, 0 for an error, or -2 for
  * what yyexca says. */
-${
-  yydef}")
+${yydef}")
 
 if(CHECK)
   if(NOT EXISTS "${OUTPUT}")

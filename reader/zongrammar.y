@@ -21,135 +21,128 @@
  * tables accept it, so that a long list takes one step. */
 
 /* The codes that the lexer returns. A character in quotes is its own code. */
-% token INTEGER 257 % token REAL 258 % token BOOLEAN 259 % token STRING 260 % token IDENTIFIER 261 %
-    token BRACE_TEXT 262 % token ENDSECT 263 % token DEFAULT 264 % token DATETIME 265 %
-    token FILENAME 266 % token VALUES 267
+%token INTEGER     257
+%token REAL        258
+%token BOOLEAN     259
+%token STRING      260
+%token IDENTIFIER  261
+%token BRACE_TEXT  262
+%token ENDSECT     263
+%token DEFAULT     264
+%token DATETIME    265
+%token FILENAME    266
+%token VALUES      267
 
-    % start parameter_file
+%start parameter_file
 
-    % %
+%%
 
-    parameter_file : section_list /* kFile */
+parameter_file
+    : section_list                              /* kFile */
     ;
 
-section_list : /* kListEmpty */
-               |
-               section_list section /* kListSection */
+section_list
+    :                                           /* kListEmpty */
+    | section_list section                      /* kListSection */
     ;
 
-section : section_body ENDSECT /* kSectionEnd */
-          ;
-
-section_body : remarked_section_header /* kBodyHeader */
-               |
-               section_body keyword_line /* kBodyKeyword */
-               |
-               section_body section /* kBodySection */
-               |
-               section_body default_line /* kBodyDefault */
+section
+    : section_body ENDSECT                      /* kSectionEnd */
     ;
 
-remarked_section_header : section_header /* kSectionNoRemark */
-                          |
-                          section_header BRACE_TEXT /* kSectionRemark */
+section_body
+    : remarked_section_header                   /* kBodyHeader */
+    | section_body keyword_line                 /* kBodyKeyword */
+    | section_body section                      /* kBodySection */
+    | section_body default_line                 /* kBodyDefault */
     ;
 
-section_header : '[' IDENTIFIER ']' /* kSectionSingle */
-                 |
-                 '[' multi_name ']' /* kSectionMulti */
+remarked_section_header
+    : section_header                            /* kSectionNoRemark */
+    | section_header BRACE_TEXT                 /* kSectionRemark */
     ;
 
-keyword_line : remarked_keyword_name '=' /* kKeywordFirstEmpty */
-               |
-               remarked_keyword_name '=' item /* kKeywordFirstItem */
-               |
-               keyword_line ',' item /* kKeywordNextItem */
-               |
-               keyword_line ',' /* kKeywordNextEmpty */
-               |
-               remarked_keyword_name '=' VALUES /* kKeywordFirstValues */
-               |
-               keyword_line ',' VALUES /* kKeywordNextValues */
+section_header
+    : '[' IDENTIFIER ']'                        /* kSectionSingle */
+    | '[' multi_name ']'                        /* kSectionMulti */
     ;
 
-remarked_keyword_name : keyword_name /* kKeywordNoRemark */
-                        |
-                        keyword_name BRACE_TEXT /* kKeywordRemark */
+keyword_line
+    : remarked_keyword_name '='                 /* kKeywordFirstEmpty */
+    | remarked_keyword_name '=' item            /* kKeywordFirstItem */
+    | keyword_line ',' item                     /* kKeywordNextItem */
+    | keyword_line ','                          /* kKeywordNextEmpty */
+    | remarked_keyword_name '=' VALUES          /* kKeywordFirstValues */
+    | keyword_line ',' VALUES                   /* kKeywordNextValues */
     ;
 
-keyword_name : IDENTIFIER /* kKeywordSingle */
-               |
-               multi_name /* kKeywordMulti */
-               |
-               instance_marker /* kKeywordUnnamed */
+remarked_keyword_name
+    : keyword_name                              /* kKeywordNoRemark */
+    | keyword_name BRACE_TEXT                   /* kKeywordRemark */
     ;
 
-default_line : remarked_default_head '=' /* kDefaultFirstEmpty */
-               |
-               remarked_default_head '=' item /* kDefaultFirstItem */
-               |
-               default_line ',' /* kDefaultNextEmpty */
-               |
-               default_line ',' item /* kDefaultNextItem */
-               |
-               remarked_default_head '=' VALUES /* kDefaultFirstValues */
-               |
-               default_line ',' VALUES /* kDefaultNextValues */
+keyword_name
+    : IDENTIFIER                                /* kKeywordSingle */
+    | multi_name                                /* kKeywordMulti */
+    | instance_marker                           /* kKeywordUnnamed */
     ;
 
-remarked_default_head : default_head /* kDefaultNoRemark */
-                        |
-                        default_head BRACE_TEXT /* kDefaultRemark */
+default_line
+    : remarked_default_head '='                 /* kDefaultFirstEmpty */
+    | remarked_default_head '=' item            /* kDefaultFirstItem */
+    | default_line ','                          /* kDefaultNextEmpty */
+    | default_line ',' item                     /* kDefaultNextItem */
+    | remarked_default_head '=' VALUES          /* kDefaultFirstValues */
+    | default_line ',' VALUES                   /* kDefaultNextValues */
     ;
 
-default_head : DEFAULT '(' IDENTIFIER ')' /* kDefaultNamed */
-               |
-               DEFAULT instance_marker /* kDefaultUnnamed */
+remarked_default_head
+    : default_head                              /* kDefaultNoRemark */
+    | default_head BRACE_TEXT                   /* kDefaultRemark */
     ;
 
-instance_marker : '(' ')' /* kInstanceMarker */
-                  ;
-
-multi_name : IDENTIFIER instance_marker /* kMultiName */
-             ;
-
-item : value /* kItemNoRemark */
-       |
-       value BRACE_TEXT /* kItemRemark */
-       |
-       BRACE_TEXT /* kItemOnlyRemark */
+default_head
+    : DEFAULT '(' IDENTIFIER ')'                /* kDefaultNamed */
+    | DEFAULT instance_marker                   /* kDefaultUnnamed */
     ;
 
-value : signed_integer /* kValueInteger */
-        |
-        BOOLEAN /* kValueBoolean */
-        |
-        signed_real /* kValueReal */
-        |
-        STRING /* kValueString */
-        |
-        DATETIME /* kValueDateTime */
-        |
-        FILENAME /* kValueFilename */
-        |
-        substitution /* kValueSubstitution */
+instance_marker
+    : '(' ')'                                   /* kInstanceMarker */
     ;
 
-signed_integer : INTEGER /* kIntegerNoSign */
-                 |
-                 '+' INTEGER /* kIntegerPlus */
-                 |
-                 '-' INTEGER /* kIntegerMinus */
+multi_name
+    : IDENTIFIER instance_marker                /* kMultiName */
     ;
 
-signed_real : REAL /* kRealNoSign */
-              |
-              '+' REAL /* kRealPlus */
-              |
-              '-' REAL /* kRealMinus */
+item
+    : value                                     /* kItemNoRemark */
+    | value BRACE_TEXT                          /* kItemRemark */
+    | BRACE_TEXT                                /* kItemOnlyRemark */
     ;
 
-substitution : '%' INTEGER /* kSubstitutionNumber */
-               |
-               '%' IDENTIFIER /* kSubstitutionName */
+value
+    : signed_integer                            /* kValueInteger */
+    | BOOLEAN                                   /* kValueBoolean */
+    | signed_real                               /* kValueReal */
+    | STRING                                    /* kValueString */
+    | DATETIME                                  /* kValueDateTime */
+    | FILENAME                                  /* kValueFilename */
+    | substitution                              /* kValueSubstitution */
+    ;
+
+signed_integer
+    : INTEGER                                   /* kIntegerNoSign */
+    | '+' INTEGER                               /* kIntegerPlus */
+    | '-' INTEGER                               /* kIntegerMinus */
+    ;
+
+signed_real
+    : REAL                                      /* kRealNoSign */
+    | '+' REAL                                  /* kRealPlus */
+    | '-' REAL                                  /* kRealMinus */
+    ;
+
+substitution
+    : '%' INTEGER                               /* kSubstitutionNumber */
+    | '%' IDENTIFIER                            /* kSubstitutionName */
     ;
