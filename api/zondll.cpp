@@ -113,7 +113,8 @@ int zonPeekErrorGlb(void) {
 }
 
 const char* zonGetErrorMessageFromErrorCode(int code) {
-  static char text[64];  // Compatibility: each call replaces the text of the call before.
+  // Compatibility: each call replaces the text of the call before, whichever thread made it.
+  static char text[64];
   std::strncpy(text, zon::TextOfCode(code), sizeof text - 1);
   return text;
 }

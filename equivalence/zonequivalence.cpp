@@ -10,6 +10,7 @@
 // Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -24,10 +25,11 @@ namespace {
 
 constexpr int kSeverity = 17;
 
-int equivalenceQuiet = 0;  // not 0: no reports
+// Not 0: no reports. It belongs to the process, not to a thread: zonIsEqvQuiet returns it to all.
+std::atomic<int> equivalenceQuiet{0};
 
 void Report(const std::string& text) {
-  if (equivalenceQuiet == 0) ReportHook(text.c_str(), kSeverity, nullptr);
+  if (GetEquivalenceQuiet() == 0) ReportHook(text.c_str(), kSeverity, nullptr);
 }
 
 // Reports a mismatch of two nodes, of which one may be null. Returns false, the result of the check.
@@ -222,11 +224,11 @@ bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate) {
 }
 
 void SetEquivalenceQuiet(int quiet) {
-  equivalenceQuiet = quiet;
+  equivalenceQuiet.store(quiet, std::memory_order_relaxed);
 }
 
 int GetEquivalenceQuiet() {
-  return equivalenceQuiet;
+  return equivalenceQuiet.load(std::memory_order_relaxed);
 }
 
 }  // namespace zon
