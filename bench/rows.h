@@ -176,7 +176,7 @@ class Rows {
     return *this;
   }
 
-  // Memory that a loaded tree holds, and the most that the process held on the way.
+  // Resident memory after a load, and its peak during the load.
   Rows& Memory(Sizes sizes) {
     MemoryLoads()[name_] = [](const std::string& warmUp, const std::string& file) {
       Library().Load(warmUp);
@@ -188,7 +188,7 @@ class Rows {
       MemoryUse use;
       for (auto _ : state) use = MemoryInChild(name, small.files.front(), source.files.front());
       const auto values = static_cast<double>(source.totals.Values());
-      state.counters["bytes_per_value"] = use.heap / values;
+      state.counters["resident_per_value"] = use.resident / values;
       state.counters["peak_per_value"] = use.peak / values;
     };
     return Add("memory", sizes, run,
