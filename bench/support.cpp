@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
@@ -54,7 +55,8 @@ MemoryUse MemoryOf(const std::function<void()>& load) {
   const double before = ResidentBytes();
   load();
   const double after = ResidentBytes();
-  return {after - before, PeakBytes() - before};
+  // The kernel updates the two counters at different times.
+  return {after - before, std::max(PeakBytes(), after) - before};
 }
 
 std::map<std::string, MemoryLoad>& MemoryLoads() {
