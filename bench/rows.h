@@ -177,7 +177,7 @@ class Rows {
     return *this;
   }
 
-  // Heap memory of a loaded tree, and the peak of resident memory while loading.
+  // Resident memory after a load, and its peak during the load.
   Rows& Memory(Sizes sizes) {
     MemoryLoads()[name_] = [](const std::string& warmUp, const std::string& file) {
       Library().Load(warmUp);
@@ -189,7 +189,7 @@ class Rows {
       MemoryUse use;
       for (auto _ : state) use = MemoryInChild(name, small.files.front(), source.files.front());
       const auto values = static_cast<double>(source.totals.Values());
-      state.counters["bytes_per_value"] = use.heap / values;
+      state.counters["resident_per_value"] = use.resident / values;
       state.counters["peak_per_value"] = use.peak / values;
     };
     return Add("memory", sizes, run,

@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
@@ -31,11 +32,6 @@ double CpuSeconds() {
 
 namespace {
 
-double HeapBytes() {
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<double>(info.uordblks + info.hblkhd);
-}
-
 double ResidentBytes() {
   std::size_t pages = 0;
   std::FILE* file = std::fopen("/proc/self/statm", "r");
@@ -56,10 +52,11 @@ double PeakBytes() {
 
 MemoryUse MemoryOf(const std::function<void()>& load) {
   malloc_trim(0);
-  const double heap = HeapBytes();
-  const double resident = ResidentBytes();
+  const double before = ResidentBytes();
   load();
-  return {HeapBytes() - heap, PeakBytes() - resident};
+  const double after = ResidentBytes();
+  // The kernel updates the two counters at different times.
+  return {after - before, std::max(PeakBytes(), after) - before};
 }
 
 std::map<std::string, MemoryLoad>& MemoryLoads() {
@@ -73,16 +70,17 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
   const std::string command = "'" + program + "' --memory " + name + " " + warmUp + " " + file;
   std::FILE* const output = popen(command.c_str(), "r");
   MemoryUse use;
-  const bool good = output != nullptr && std::fscanf(output, "%lf %lf", &use.heap, &use.peak) == 2;
+  const bool good =
+      output != nullptr && std::fscanf(output, "%lf %lf", &use.resident, &use.peak) == 2;
   if (output == nullptr || pclose(output) != 0 || !good) {
-    throw std::runtime_error("cannot measure memory");
+    throw std::runtime_error("memory cannot be measured");
   }
   return use;
 }
 
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file) {
   const MemoryUse use = MemoryLoads().at(name)(warmUp, file);
-  std::printf("%.0f %.0f\n", use.heap, use.peak);
+  std::printf("%.0f %.0f\n", use.resident, use.peak);
   return 0;
 }
 

@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// A whole file in memory, with a terminating zero, for libraries that parse from memory.
+// A whole file in memory, followed by a zero, for libraries that parse from memory.
 struct FileText {
   bool Read(const std::string& path);
   std::unique_ptr<char[]> text;
@@ -21,20 +21,20 @@ struct FileText {
 double CpuSeconds();
 
 struct MemoryUse {
-  double heap = 0;  // in bytes
+  double resident = 0;  // in bytes
   double peak = 0;
 };
 
-// Runs `load`. Returns by how much the heap grew, and the peak of resident memory above its start.
+// The resident memory that `load` adds, mapped files included: what remains after it, and the peak.
 MemoryUse MemoryOf(const std::function<void()>& load);
 
 // The libraries by name. Each loads the first file, so that its code is resident, and measures the
-// load of the second.
+// second one.
 using MemoryLoad = std::function<MemoryUse(const std::string& warmUp, const std::string& file)>;
 std::map<std::string, MemoryLoad>& MemoryLoads();
 
-// The same in a new process, `zon_bench --memory NAME WARMUP FILE`: in this one memory that other rows
-// freed would be used again.
+// The same in a new process, zon_bench --memory NAME WARMUP FILE: this one has free memory left
+// from other rows.
 MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
                         const std::string& file);
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file);
