@@ -21,7 +21,6 @@ struct Word {
 };
 
 void* NewWord(std::string text, void* next) {
-  const OwnMemory mark;
   return new Word{std::move(text), static_cast<Word*>(next)};
 }
 
@@ -75,9 +74,11 @@ void ReportHook(const char* pattern, int severity, void* arguments) {
 }
 
 void* ReportArgString(const char* text, void* next) {
+  const host::OwnMemory mark;
   return host::NewWord(text, next);
 }
 void* ReportArgInt(int value, void* next) {
+  const host::OwnMemory mark;
   return host::NewWord(std::to_string(value), next);
 }
 

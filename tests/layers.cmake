@@ -33,7 +33,7 @@ foreach(folder base tree text tokens paths reader api editing equivalence)
 endforeach()
 
 # Tests, fuzzers, examples, benchmarks and the tool include the two public headers only.
-file(GLOB hosts ${ROOT}/tests/*.cpp ${ROOT}/tests/*.h ${ROOT}/tests/*.c ${ROOT}/fuzz/*.h ${ROOT}/fuzz/*.cpp ${ROOT}/examples/*.c* ${ROOT}/bench/*.cpp
+file(GLOB hosts ${ROOT}/tests/*.cpp ${ROOT}/tests/*.h ${ROOT}/tests/faults/*.cpp ${ROOT}/fuzz/*.h ${ROOT}/fuzz/*.cpp ${ROOT}/examples/*.c* ${ROOT}/bench/*.cpp
   ${ROOT}/tool/*.h ${ROOT}/tool/*.cpp)
 foreach(file IN LISTS hosts)
   file(STRINGS ${file} includes REGEX "^#include [\"<](base|tree|text|tokens|paths|reader|api)/")

@@ -1,0 +1,263 @@
+// What the system may refuse, or do in part, while files are read and written.
+#include "io_faults.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "../treetext.h"
+
+namespace {
+
+using namespace host;
+using namespace faults;
+
+const std::string kText = "[A] k = 1, '" + std::string(200000, 'x') + "', 2.5 EndSect\n";
+
+// Makes the attempt with a fault in the n-th call, for n = 1, 2 and so on until no call has it. The
+// attempt must call Stop before it uses files itself.
+void InjectEach(Call call, int fault, bool andAllAfter, const std::function<void()>& attempt) {
+  const int descriptor = LowestFreeDescriptor();
+  int n = 1;
+  for (;; ++n) {
+    Inject(call, fault, n, andAllAfter);
+    attempt();
+    if (!Stop()) break;
+  }
+  EXPECT_GT(n, 1) << "there is no such call";
+  EXPECT_EQ(LowestFreeDescriptor(), descriptor);
+}
+
+struct TokenStream {
+  explicit TokenStream(const std::string& path) {
+    void* reader = nullptr;
+    code = zontLoadFile(path.c_str(), &reader);
+    for (int token = 1; reader != nullptr && token != 0;) {
+      token = zontNextToken(reader);
+      text += std::to_string(token) + zontGetTokenString(reader) + " ";
+    }
+    if (reader != nullptr) error = zontGetError(reader, nullptr, nullptr);
+    zontDispose(&reader);
+  }
+  int code;
+  std::string text, error;
+};
+
+TEST(Io, FaultsOfReading) {
+  const std::string path = WriteFile("read.zon", kText);
+  const std::string tree = ShowTree(File(zonLoadFile(path.c_str(), 1)));
+  const TokenStream tokens(path);
+  const struct {
+    const char* name;
+    Call call;
+    int fault;
+    bool andAllAfter;
+    int loadCode, tokenCode;
+  } rows[] = {{"open: EMFILE", kOpen, EMFILE, false, 1001, 1001},
+              {"open: EINTR", kOpen, EINTR, false, 0, 0},
+              {"stat: EIO", kStat, EIO, false, 1001, 1001},
+              {"read: EIO", kRead, EIO, false, 1002, 0},
+              {"read: EISDIR", kRead, EISDIR, true, 1002, 0},
+              {"read: EINTR", kRead, EINTR, false, 0, 0},
+              {"read: one byte once", kRead, kAsLittleAsPossible, false, 0, 0},
+              {"read: one byte always", kRead, kAsLittleAsPossible, true, 0, 0},
+              {"close: EIO", kClose, EIO, false, 0, 0},
+              {"close: EINTR", kClose, EINTR, true, 0, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    InjectEach(row.call, row.fault, row.andAllAfter, [&] {
+      const File file(zonLoadFile(path.c_str(), 1));
+      const int code = Stop() ? row.loadCode : 0;
+      EXPECT_EQ(zonGetErrorGlb(), code);
+      EXPECT_EQ(file == nullptr, code != 0);
+      EXPECT_EQ(file == nullptr ? tree : ShowTree(file), tree);
+    });
+    InjectEach(row.call, row.fault, row.andAllAfter, [&] {
+      const TokenStream got(path);
+      const bool hasFailed = Stop();
+      EXPECT_EQ(got.code, hasFailed ? row.tokenCode : 0);
+      EXPECT_EQ(got.error, hasFailed && row.loadCode == 1002 ? "Read error" : "");
+      EXPECT_TRUE(got.text == tokens.text || got.code != 0 || !got.error.empty());
+    });
+  }
+}
+
+// A host without standard input gets its files under the number 0.
+TEST(Io, DescriptorZero) {
+  const std::string path = WriteFile("zero.zon", "[A] k = 1 EndSect");
+  const int kept = dup(STDIN_FILENO);
+  for (const bool hasStandardInput : {true, false}) {
+    if (!hasStandardInput) close(STDIN_FILENO);
+    EXPECT_EQ(ShowTree(File(zonLoadFile(path.c_str(), 1))), "{A{k(int 1)}}");
+    EXPECT_EQ(TokenStream(path).text, "100A 200k 10201 101 0 ");
+  }
+  dup2(kept, STDIN_FILENO);
+  close(kept);
+}
+
+// While one exists, a limit of the process is lower.
+struct LowerLimit {
+  LowerLimit(__rlimit_resource which, rlim_t limit) : resource(which) {
+    getrlimit(resource, &before);
+    const rlimit lower{limit, before.rlim_max};
+    setrlimit(resource, &lower);
+  }
+  ~LowerLimit() { setrlimit(resource, &before); }
+  __rlimit_resource resource;
+  rlimit before{};
+};
+
+TEST(Io, NoHandleKeepsItsFileOpen) {
+  const std::string path = WriteFile("few.zon", "[A] k = 1 EndSect");
+  const LowerLimit limit(RLIMIT_NOFILE, 64);
+  std::vector<void*> files(1000);
+  for (void*& file : files) file = zonLoadFile(path.c_str(), 1);
+  EXPECT_EQ(std::count(files.begin(), files.end(), nullptr), 0);
+  zonWrite(files[0], path.c_str());
+  EXPECT_EQ(zonGetNoTargets(File(zonLoadFile(path.c_str(), 1))), 2);
+  for (void*& file : files) zonClose(&file);
+  EXPECT_EQ(CountInherited(), 0);
+}
+
+TEST(Io, FaultsOfWriting) {
+  const std::string path = WriteFile("source.zon", kText);
+  target = WriteFile("target.zon", "");
+  const File file(zonLoadFile(path.c_str(), 1));
+  zonWrite(file, target.c_str());
+  const std::string text = ReadFileWithoutDates(target);
+  sigset_t before{}, after{};
+  sigprocmask(SIG_BLOCK, nullptr, &before);
+  const struct {
+    const char* name;
+    Call call;
+    int fault;
+    bool andAllAfter, isWritten;
+  } rows[] = {{"open: EACCES", kOpen, EACCES, false, false},
+              {"open: EINTR", kOpen, EINTR, false, true},
+              {"stat: EIO", kStat, EIO, false, true},
+              {"write: ENOSPC", kWrite, ENOSPC, false, false},
+              {"write: ENOSPC after some", kWrite, kNoRoomAfterSome, false, false},
+              {"write: EIO", kWrite, EIO, true, false},
+              {"write: EINTR", kWrite, EINTR, false, true},
+              {"write: one byte once", kWrite, kAsLittleAsPossible, false, true},
+              {"write: one byte always", kWrite, kAsLittleAsPossible, true, true},
+              {"close: EINTR", kClose, EINTR, true, true}};
+  for (const auto& row : rows) {
+    for (const bool isCopy : {false, true}) {
+      SCOPED_TRACE(std::string(row.name) + (isCopy ? ", zonFileCopy" : ", zonWrite"));
+      WriteFile("target.zon", "; kept");
+      InjectEach(row.call, row.fault, row.andAllAfter, [&] {
+        const int copied = isCopy ? zonFileCopy(path.c_str(), target.c_str()) : 0;
+        if (!isCopy) zonWrite(file, target.c_str());
+        const bool hasFailed = Stop();
+        const bool isWritten = ReadFileWithoutDates(target) == "; kept" + text;
+        EXPECT_TRUE(isWritten || ReadFile(target) == "; kept");
+        // A stat may also be that of the source of a copy.
+        const bool isOfSource = isCopy && row.call == kStat;
+        EXPECT_TRUE(isOfSource || isWritten == (row.isWritten || !hasFailed));
+        EXPECT_EQ(copied, isCopy && isWritten);
+        zonGetErrorGlb();
+        WriteFile("target.zon", "; kept");
+      });
+    }
+  }
+  sigprocmask(SIG_BLOCK, nullptr, &after);
+  EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
+}
+
+// A failed write leaves what the file held and what another writer has appended since.
+TEST(Io, FailedWritesAreCutBack) {
+  const File file(Load(kText));
+  const struct {
+    Call call;
+    int fault;
+    const char* left;
+  } rows[] = {{kClose, ENOSPC, "; kept"},
+              {kWrite, kOtherWriterThenNoRoom, "; kept; other"},
+              {kWrite, kSomeThenOtherWriter, "; kept/; other"}};
+  for (const auto& row : rows) {
+    target = WriteFile("target.zon", "; kept");
+    Inject(row.call, row.fault);
+    zonWrite(file, target.c_str());
+    Stop();
+    EXPECT_EQ(ReadFile(target), row.left);
+  }
+}
+
+TEST(Io, LinksAreFollowed) {
+  const std::string folder = FolderPath() + "/", dangling = folder + "dangling",
+                    loop = folder + "loop";
+  ASSERT_EQ(symlink("nowhere.zon", dangling.c_str()), 0);
+  ASSERT_EQ(symlink("loop", loop.c_str()), 0);
+  for (const std::string& link : {dangling, loop}) {
+    EXPECT_EQ(zonLoadFile(link.c_str(), 1), nullptr);
+    EXPECT_EQ(zonGetErrorGlb(), 1001);
+    zonWrite(File(zonCreate()), link.c_str());
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+  }
+  EXPECT_TRUE(std::filesystem::exists(folder + "nowhere.zon"));
+  const std::string first = WriteFile("first.zon", kText), second = folder + "second.zon";
+  ASSERT_EQ(link(first.c_str(), second.c_str()), 0);
+  zonWrite(File(zonLoadFile(first.c_str(), 1)), second.c_str());
+  EXPECT_EQ(zonGetNoTargets(File(zonLoadFile(first.c_str(), 1))), 2) << "one file with two names";
+}
+
+TEST(Io, RemovedWorkingDirectory) {
+  const std::string before = std::filesystem::current_path(), gone = FolderPath() + "/gone";
+  const File source(Load("[A] EndSect"));
+  std::filesystem::create_directory(gone);
+  std::filesystem::current_path(gone);
+  std::filesystem::remove(gone);
+  zonWrite(source, "here.zon");
+  EXPECT_EQ(zonLoadFile("here.zon", 1), nullptr);
+  EXPECT_EQ(zonGetErrorGlb(), 1001);
+  std::filesystem::current_path(before);
+}
+
+// A write beyond the limit on the size of files fails; the host and the old text remain.
+TEST(Io, LimitOnTheSizeOfFiles) {
+  const File file(Load(kText));
+  target = WriteFile("limited.zon", "; kept\n");
+  {
+    const LowerLimit limit(RLIMIT_FSIZE, 100000);
+    zonWrite(file, target.c_str());
+  }
+  EXPECT_EQ(ReadFile(target), "; kept\n");
+}
+
+// A host that is killed while it writes leaves the old text, whole new ones, and at most the
+// beginning of another one. No other process has its files.
+TEST(Io, KilledAtAnyMoment) {
+  const File file(Load(kText));
+  target = FolderPath() + "/killed.zon";
+  zonWrite(file, target.c_str());
+  const std::string text = ReadFileWithoutDates(target);
+  for (useconds_t n = 0; n < 50; ++n) {
+    WriteFile("killed.zon", "; kept\n");
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      for (alarm(5);;) zonWrite(file, target.c_str());
+    }
+    close(ends[1]);
+    usleep(n * 37 % 100 * 50);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    pollfd closed{ends[0], POLLIN, 0};
+    EXPECT_EQ(poll(&closed, 1, 0), 1) << "the files of the host are closed with it";
+    close(ends[0]);
+    std::string left = ReadFileWithoutDates(target);
+    left.erase(left.rfind('\n') + 1);  // part of a line may be part of a date
+    std::string whole = "; kept\n";
+    while (whole.size() < left.size()) whole += text;
+    EXPECT_EQ(whole.compare(0, left.size(), left), 0) << left.size();
+  }
+}
+
+}  // namespace
