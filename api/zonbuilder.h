@@ -3,7 +3,8 @@
 #ifndef ZON_API_ZONBUILDER_H
 #define ZON_API_ZONBUILDER_H
 
-#include "api/zoncheck.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 
 namespace zon {
 

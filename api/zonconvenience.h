@@ -3,7 +3,8 @@
 #define ZON_API_ZONCONVENIENCE_H
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 
 namespace zon {
 

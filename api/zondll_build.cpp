@@ -90,7 +90,7 @@ void AddKeywordDef(CzonCreate& data, const char* name, const char* codes, int mu
 // One definition, by the code that AddKeywordDef knows it by.
 template <char kCode>
 void AddDefinition(CzonCreate& data) {
-  if (data.HasKeyword()) data.AddParam(zon::NewDefinition(kCode, data.GetArena()));
+  if (data.HasKeyword()) data.AddParam(zon::MakeDefinition(kCode, data.GetArena()));
 }
 
 }  // namespace

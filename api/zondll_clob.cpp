@@ -8,6 +8,7 @@
 #include "api/zonbuilder.h"
 #include "base/zonemptytext.h"
 #include "paths/zonpath.h"
+#include "tree/zonclob.h"
 
 using zon::Build;
 using zon::BuildS;

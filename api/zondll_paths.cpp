@@ -3,7 +3,9 @@
 #include <string>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zoncopyout.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonassert.h"
 #include "base/zonemptytext.h"
 #include "paths/zonfilename.h"
@@ -62,8 +64,10 @@ int zonGetAnchorFilename2(void* node, char* buffer, int size) {
 }
 
 int zonGetFilename2(void* node, char* buffer, int size) {
-  return zon::Guarded(zon::kErrNode, -2,
-                      [&] { return zon::CopyOut(zon::CheckedFilename(node), buffer, size); });
+  return zon::Guarded(zon::kErrNode, -2, [&] {
+    const auto* n = zon::Require<CzonNode>(node);
+    return zon::CopyOut(n != nullptr ? n->GetFilename() : "", buffer, size);
+  });
 }
 
 }  // extern "C"

@@ -4,12 +4,15 @@
 #include <string>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
 #include "api/zonconvenience.h"
+#include "api/zoncopyout.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
 #include "paths/zonpath.h"
 #include "paths/zonresultfolder.h"
 #include "text/cstring.h"
+#include "tree/zonclob.h"
 
 using zon::Query;
 using zon::TextOf;
@@ -73,7 +76,8 @@ Result ResultFolder(void* node) {
 Result ResultPath(void* node) {
   if (node == nullptr) return {};
   if (!zonIsString(node)) {
-    const char* path = zon::CheckedFilename(node);
+    const auto* n = zon::Require<CzonNode>(node);
+    const char* path = n != nullptr ? n->GetFilename() : "";
     return path != nullptr ? Result{true, path} : Result{};
   }
   Result path = ResultFolder(node);

@@ -1,8 +1,7 @@
-// The texts of the error codes.
-#include <cstring>
+// Tested by tests/handles_test.cpp.
+#include "api/zonerrortext.h"
 
-#include "api/zon.h"
-
+namespace zon {
 namespace {
 
 struct ErrorText {
@@ -12,7 +11,8 @@ struct ErrorText {
 
 constexpr ErrorText kErrorTexts[] = {
     {1000, "Error starting. (ERR_START, 1000)"},
-    {1001, "Error opening file. (ERR_FILE_OPEN , 1001)"},  // Kept: the blank before the comma
+    {1001, "Error opening file. (ERR_FILE_OPEN , 1001)"},  // Compatibility: the blank
+
     {1002, "Error initialising file. (ERR_FILE_INIT, 1002)"},
     {1003, "Error parsing. (ERR_PARSE, 1003)"},
     {1004, "Error initialising parsing. (ERR_PARSER_INIT, 1004)"},
@@ -28,6 +28,8 @@ constexpr ErrorText kErrorTexts[] = {
     {1014, "Invalid parameter type error"},
 };
 
+}  // namespace
+
 const char* TextOfCode(int code) {
   for (const ErrorText& row : kErrorTexts) {
     if (row.code == code) return row.text;
@@ -35,11 +37,4 @@ const char* TextOfCode(int code) {
   return "unknown error code";
 }
 
-char ZonErrorMessage[64];
-
-}  // namespace
-
-extern "C" const char* zonGetErrorMessageFromErrorCode(int code) {
-  std::strncpy(ZonErrorMessage, TextOfCode(code), sizeof ZonErrorMessage - 1);
-  return ZonErrorMessage;
-}
+}  // namespace zon

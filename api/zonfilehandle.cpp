@@ -1,19 +1,151 @@
+// Tested by tests/build_test.cpp and tests/tree_test.cpp.
 #include "api/zonfilehandle.h"
 
+#include <utility>
+
 #include "base/zonchars.h"
+#include "base/zonerror.h"
+#include "base/zonhook.h"
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
+#include "tree/zonclob.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonparam.h"
 #include "tree/zonreal.h"
 #include "tree/zonsection.h"
 #include "tree/zonstring.h"
 
-CzonLoad::CzonLoad(std::unique_ptr<CzonParser> parser) {
-  Take(std::move(parser));
+namespace zon {
+namespace {
+
+template <class T, class F>
+CzonParam* MakeFilled(Arena& arena, F&& fill) {
+  T* definition = CzonNode::Make<T>(arena);
+  fill(*definition);
+  return definition;
 }
 
-void CzonLoad::Take(std::unique_ptr<CzonParser> parser) {
+}  // namespace
+
+CzonParam* MakeDefinition(char code, Arena& arena) {
+  switch (Upper(code)) {
+    case 'B':
+      return MakeFilled<CzonBool>(arena, [&](CzonBool& p) { p.SetBool(false, &arena); });
+    case 'D':
+      return MakeFilled<CzonDoubleDef>(arena, [&](CzonDoubleDef& p) { p.SetDouble(0.0, &arena); });
+    case 'F':
+      return MakeFilled<CzonFloatDef>(arena, [&](CzonFloatDef& p) { p.SetFloat(0.0F, &arena); });
+    case 'I':  // set as a text: only its integer view is known
+      return MakeFilled<CzonIntDef>(arena, [&](CzonIntDef& p) { p.SetText("0", &arena); });
+    case 'N':
+      return CzonNode::Make<CzonFilename>(arena);
+    case 'S':
+      return CzonNode::Make<CzonString>(arena);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace zon
+
+CzonData::~CzonData() {
+  CzonNode::Free(root_);
+}
+
+void CzonData::AddTarget(const std::string& name) {
+  if (section_ != nullptr) return Error("Previous section was not completed");
+  if (root_ == nullptr) return Error("Missing list");
+  root_->SetHandle(this);
+  auto* section = CzonNode::Make<CzonSection>(*arena_);
+  section->SetName(name);
+  root_->AddSection(section);
+  OpenSection(section);
+}
+
+void CzonData::AddSection(const std::string& name) {
+  if (!HasSection()) return;
+  auto* section = CzonNode::Make<CzonSection>(*arena_);
+  section->SetName(name);
+  section_->AddSection(section);
+  OpenSection(section);
+}
+
+void CzonData::AddKeyword(const std::string& name) {
+  if (!HasSection()) return;
+  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
+  keyword->SetName(name);
+  section_->AddKeyword(keyword);
+  keyword_ = keyword;
+  clob_ = nullptr;
+}
+
+void CzonData::AddParam(CzonParam* param) {
+  if (!HasKeyword()) return CzonNode::Free(param);
+  if (param == nullptr) return;
+  keyword_->AddParam(param);
+  clob_ = param->IsClob() ? static_cast<CzonClob*>(param) : nullptr;
+}
+
+void CzonData::EndSection() {
+  if (HasSection()) LeaveSection(*section_);
+}
+
+void CzonData::UpdateCurrentNode(CzonNode* node) {
+  if (node == nullptr) return;
+  const CzonNode* open = section_;
+  while (open != nullptr && open != node) open = open->GetOwner();
+  if (open != nullptr) LeaveSection(*node);
+  if (node == keyword_) {
+    keyword_ = nullptr;
+    clob_ = nullptr;
+  }
+  // The CLOB can be in an earlier keyword, because AddKeywordDef leaves it current.
+  if (clob_ != nullptr && (clob_ == node || clob_->GetOwner() == node)) clob_ = nullptr;
+}
+
+void CzonData::Error(const std::string& message) {
+  if (quiet_ == 0) MessageHook(message.c_str());
+  errorCode_ = zon::kErrBuilder;
+  errorMessage_ = message;
+}
+
+int CzonData::GetErrorCode() {
+  const unsigned int code = errorCode_;
+  errorCode_ = 0;
+  return static_cast<int>(code);
+}
+
+void CzonData::OpenSection(CzonSection* section) {
+  section_ = section;
+  keyword_ = nullptr;
+  clob_ = nullptr;
+}
+
+void CzonData::LeaveSection(const CzonNode& section) {
+  CzonNamedNode* owner = section.GetOwner();
+  OpenSection(owner != root_ ? static_cast<CzonSection*>(owner) : nullptr);
+}
+
+void CzonData::OpenKeyword(CzonKeyword* keyword) {
+  keyword_ = keyword;
+}
+
+bool CzonData::HasSection() {
+  if (section_ == nullptr) Error("Missing current section");
+  return section_ != nullptr;
+}
+
+bool CzonData::HasKeyword() {
+  if (keyword_ == nullptr) Error("Missing current keyword");
+  return keyword_ != nullptr;
+}
+
+CzonLoad::CzonLoad(std::unique_ptr<CzonParser> parser) {
+  SetParser(std::move(parser));
+}
+
+void CzonLoad::SetParser(std::unique_ptr<CzonParser> parser) {
   parser_ = std::move(parser);
   if (parser_ == nullptr) return;
   arena_ = &parser_->GetArena();
@@ -22,7 +154,7 @@ void CzonLoad::Take(std::unique_ptr<CzonParser> parser) {
 }
 
 CzonLoad::~CzonLoad() {
-  root_ = nullptr;
+  root_ = nullptr;  // the parser deletes it
 }
 
 CzonCreate::CzonCreate() {
@@ -44,46 +176,13 @@ void CzonCreate::AddKeywordDef(const std::string& name, const std::string& codes
   if (flag != 0) keyword->SetOpenList();
   std::string invalid;
   for (const char code : codes) {
-    CzonParam* definition = zon::NewDefinition(code, *arena_);
+    CzonParam* definition = zon::MakeDefinition(code, *arena_);
     if (definition == nullptr) invalid += code;
     keyword->AddParam(definition);
   }
-  GetCurrentSection()->AddKeyword(keyword);  // whole or, for want of memory, not at all
+  GetCurrentSection()->AddKeyword(keyword);  // last: throws if out of memory
   OpenKeyword(keyword);
   for (const char code : invalid) {
     Error(std::string("Invalid parameter definition code: '") + code + "'");
   }
 }
-
-namespace zon {
-namespace {
-
-template <class T, class F>
-CzonParam* NewFilled(Arena& arena, F&& fill) {
-  T* definition = CzonNode::Make<T>(arena);
-  fill(*definition);
-  return definition;
-}
-
-}  // namespace
-
-CzonParam* NewDefinition(char code, Arena& arena) {
-  switch (Upper(code)) {
-    case 'B':
-      return NewFilled<CzonBool>(arena, [&](CzonBool& p) { p.SetBool(false, &arena); });
-    case 'D':
-      return NewFilled<CzonDoubleDef>(arena, [&](CzonDoubleDef& p) { p.SetDouble(0.0, &arena); });
-    case 'F':
-      return NewFilled<CzonFloatDef>(arena, [&](CzonFloatDef& p) { p.SetFloat(0.0F, &arena); });
-    case 'I':  // its integer view is there, the others are not
-      return NewFilled<CzonIntDef>(arena, [&](CzonIntDef& p) { p.SetText("0", &arena); });
-    case 'N':
-      return CzonNode::Make<CzonFilename>(arena);
-    case 'S':
-      return CzonNode::Make<CzonString>(arena);
-    default:
-      return nullptr;
-  }
-}
-
-}  // namespace zon

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "api/zoncheck.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonfile.h"
 #include "base/zontextstream.h"
 #include "paths/zonfilename.h"

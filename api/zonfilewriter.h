@@ -2,7 +2,7 @@
 #ifndef ZON_API_ZONFILEWRITER_H
 #define ZON_API_ZONFILEWRITER_H
 
-#include "api/zondata.h"
+#include "api/zonfilehandle.h"
 
 namespace zon {
 

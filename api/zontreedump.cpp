@@ -1,34 +1,53 @@
-// The listing of a tree for debugging. Tested by tests/write_test.cpp.
-#include <string>
+// Every fact of a node is asked through the C functions, so a node that fails to answer, or a value
+// that is asked what it is not, is reported and listed as the host would see it.
+// Tested by tests/write_test.cpp.
+#include "api/zontreedump.h"
+
+#include <string_view>
+#include <vector>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
 #include "base/zonfile.h"
 #include "base/zonnumber.h"
 #include "base/zonput.h"
 #include "base/zontextstream.h"
 
+namespace zon {
 namespace {
 
-// Where the dump at work writes to. A visitor has no argument for it.
-zon::TextStream* XpF = nullptr;
+// The listing in progress: the visitor of Explore has no argument for it.
+thread_local TextStream* output = nullptr;
 
 void Put(std::string_view text) {
-  zon::Put(*XpF, text);
-}
-void PutInt(int value) {
-  Put(zon::NumberText::OfInt(value).View());
+  Put(*output, text);
 }
 
-void PutCount(int count, const char* what) {
-  PutInt(count);
-  Put(what);
+void PutInt(int value, std::string_view after) {
+  Put(NumberText::OfInt(value).View());
+  Put(after);
 }
 
-void PutNameGlb(void* node) {
+void PutGlobalName(void* node) {
   Put("   <");
   Put(zonGetNameGlb(node));
   Put(">");
+}
+
+void PutNumber(void* node) {
+  if (zonIsFloat(node)) {
+    Put("Float: ");
+    Put(NumberText::OfFloat(zonGetFloat(node)).View());
+    Put("   ");
+  }
+  if (zonIsDouble(node)) {
+    Put("Double: ");
+    Put(NumberText::OfSixDigits(zonGetDouble(node)).View());
+    Put("   ");
+  }
+  if (zonIsInt(node)) {
+    Put("Int: ");
+    PutInt(zonGetInt(node), "   ");
+  }
 }
 
 void PutValue(void* node) {
@@ -37,21 +56,7 @@ void PutValue(void* node) {
     node = zonFindDefault(node);
   }
   if (zonIsNumeric(node)) {
-    if (zonIsFloat(node)) {
-      Put("Float: ");
-      Put(zon::NumberText::OfFloat(zonGetFloat(node)).View());
-      Put("   ");
-    }
-    if (zonIsDouble(node)) {
-      Put("Double: ");
-      Put(zon::NumberText::OfSixDigits(zonGetDouble(node)).View());
-      Put("   ");
-    }
-    if (zonIsInt(node)) {
-      Put("Int: ");
-      PutInt(zonGetInt(node));
-      Put("   ");
-    }
+    PutNumber(node);
   } else if (zonIsString(node)) {
     Put("String: ");
     Put(zonGetString(node));
@@ -63,76 +68,62 @@ void PutValue(void* node) {
   }
 }
 
-void DumpNode(CzonNode* visited) {
-  void* node = static_cast<CzonBase*>(visited);
-  for (int blanks = 3 * (zonGetLevel(node) - 1); blanks > 0; --blanks) Put(" ");
-  Put("(");
-  PutInt(zonGetSyntaxClass(node));
-  Put(") ");
-  if (zonGetNoInstances(node) > 1) {
-    Put("<");
-    PutInt(zonGetNoInstances(node));
-    Put(",");
-    PutInt(zonGetInstanceNo(node));
-    Put("> ");
-  }
+void PutContent(void* node) {
   if (zonIsSection(node)) {
     Put("[");
     Put(zonGetName(node));
     Put("]   (");
-    PutCount(zonGetNoSections(node), " sections   ");
-    PutCount(zonGetNoKeywords(node), " keywords)");
-    PutNameGlb(node);
+    PutInt(zonGetNoSections(node), " sections   ");
+    PutInt(zonGetNoKeywords(node), " keywords)");
+    PutGlobalName(node);
   } else if (zonIsKeyword(node)) {
     Put(zonGetName(node));
     Put(" =    (");
-    PutCount(zonGetNoParams(node), " params)");
-    PutNameGlb(node);
+    PutInt(zonGetNoParams(node), " params)");
+    PutGlobalName(node);
   } else if (zonIsParam(node)) {
     PutValue(node);
   } else {
     Put(">>>  P E N D I N G  <<<");
   }
+}
+
+void PutLine(CzonNode* visited) {
+  void* node = static_cast<CzonBase*>(visited);
+  for (int blanks = 3 * (zonGetLevel(node) - 1); blanks > 0; --blanks) Put(" ");
+  Put("(");
+  PutInt(zonGetSyntaxClass(node), ") ");
+  if (zonGetNoInstances(node) > 1) {
+    Put("<");
+    PutInt(zonGetNoInstances(node), ",");
+    PutInt(zonGetInstanceNo(node), "> ");
+  }
+  PutContent(node);
   Put("\n");
 }
 
-// A hook may start another dump in the middle of this one.
-class Dump {
+// Directs the output to a stream of its own. Nested, as a hook can start another dump during one.
+class Listing {
  public:
-  Dump() : outer_(XpF) { XpF = &text_; }
-  Dump(const Dump&) = delete;
-  Dump& operator=(const Dump&) = delete;
-  ~Dump() { XpF = outer_; }
+  Listing() : outer_(output) { output = &text_; }
+  Listing(const Listing&) = delete;
+  Listing& operator=(const Listing&) = delete;
+  ~Listing() { output = outer_; }
 
   std::vector<std::string_view> Pieces() const { return text_.Pieces(); }
 
  private:
-  zon::TextStream text_;
-  zon::TextStream* outer_;
+  TextStream text_;
+  TextStream* outer_;
 };
-
-// The node to begin at; null after a report.
-CzonNode* StartOf(void* handleOrNode) {
-  if (auto* node = zon::CastHandle<CzonNode>(handleOrNode)) return node;
-  // Kept: a good file handle leaves the code behind as well.
-  zon::RaiseError(zon::kErrNode);
-  auto* data = zon::CastHandle<CzonData>(handleOrNode);
-  if (data != nullptr && data->GetRoot() != nullptr) return data->GetRoot();
-  MessageHook("zonDump: bad argument");
-  return nullptr;
-}
 
 }  // namespace
 
-extern "C" void zonDump(void* handleOrNode, const char* fileName) {
-  zon::Guarded(zon::kErrNode, 0, [&] {
-    CzonNode* start = StartOf(handleOrNode);
-    if (start == nullptr) return 0;
-    // Made first, so that an old listing goes only when there is a new one.
-    Dump dump;
-    start->Explore(DumpNode);
-    const std::vector<std::string_view> pieces = dump.Pieces();
-    zon::OutputFile(zon::TextOf(fileName), zon::OutputFile::kReplace).Write(pieces);
-    return 0;
-  });
+void DumpTree(CzonNode& start, const char* fileName) {
+  Listing listing;
+  start.Explore(PutLine);
+  const std::vector<std::string_view> pieces = listing.Pieces();
+  OutputFile(fileName, OutputFile::kReplace).Write(pieces);
 }
+
+}  // namespace zon

@@ -40,8 +40,8 @@ void Arena::Clear() {
 }
 
 char* Arena::AllocateFromNewChunk(std::size_t size) {
-  // What is larger than a quarter of a chunk gets one to itself and the current chunk stays in use,
-  // so no more than a quarter of any chunk is left empty.
+  // A piece larger than a quarter of a chunk gets a chunk of its own and the current one stays in
+  // use, so at most a quarter of any chunk is left empty.
   std::size_t whole = kChunkSizes[std::min(grown_, std::size(kChunkSizes) - 1)];
   const bool alone = size > whole / 4;
   if (alone) {
@@ -89,6 +89,7 @@ void ReleaseBlock(Arena* arena, void* block, unsigned power) {
 
 const char* Arena::CopyText(std::string_view text, std::size_t before) {
   char* copy = AllocateBytes(before + text.size() + 1) + before;
+  std::memset(copy - before, 0, before);
   if (!text.empty()) std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = '\0';
   return copy;

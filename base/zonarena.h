@@ -1,9 +1,10 @@
-// Memory that lives and dies with one tree. Nodes, their small arrays and their texts are cut one
-// behind the other from a few growing chunks, and given back all at once: making a node costs a few
-// nanoseconds, closing a file a few calls.
+// The memory of one tree: nodes, their small arrays and their texts.
 //
-// The store runs no destructors, except those of the strings it keeps. Who puts anything else with
-// a destructor into it sees to it (CzonNode::Free).
+// A bump allocator over a list of growing chunks. Nothing is freed alone, except arrays, which go to a
+// free list for their size; everything is freed at once, so making a node costs a few nanoseconds and
+// closing a file a few calls. The arena runs no destructors but those of the strings it keeps: an
+// owner that puts another object with a destructor into it must run that (CzonNode::Free).
+// Tested by tests/tree_test.cpp and by the tests that refuse memory.
 #ifndef ZON_BASE_ZONARENA_H
 #define ZON_BASE_ZONARENA_H
 
@@ -21,17 +22,17 @@ class Arena {
   Arena(const Arena&) = delete;
   Arena& operator=(const Arena&) = delete;
 
-  // Gives everything back.
+  // Frees everything.
   void Clear();
 
-  // Room for `size` bytes, aligned for pointers and doubles. Throws std::bad_alloc.
+  // Allocates `size` bytes, aligned for pointers and doubles. Throws std::bad_alloc.
   void* Allocate(std::size_t size) {
     size = (size + 7) & ~std::size_t{7};
     next_ += -reinterpret_cast<std::uintptr_t>(next_) & 7;
     return AllocateBytes(size);
   }
 
-  // Room for characters, not aligned.
+  // Allocates characters, not aligned. Throws std::bad_alloc.
   char* AllocateBytes(std::size_t size) {
     if (size > static_cast<std::size_t>(end_ - next_)) return AllocateFromNewChunk(size);
     char* allocated = next_;
@@ -39,15 +40,15 @@ class Arena {
     return allocated;
   }
 
-  // Room for 8 << power bytes for a growing array, and its return: given back, it serves the next
-  // array of its size, so that lists that grow and shrink for ever do not fill the arena.
+  // Allocates 8 << power bytes for a growing array. A released block serves the next array of its
+  // size, so arrays that grow and shrink again and again do not fill the arena.
   void* AllocateBlock(unsigned power);
   void ReleaseBlock(void* block, unsigned power);
 
-  // A copy of the text with a terminating zero. `before` more bytes stand free in front of it.
+  // Copies the text and appends a zero. `before` zeros precede it.
   const char* CopyText(std::string_view text, std::size_t before = 0);
 
-  // Makes a string that lives as long as the arena.
+  // Keeps a string for as long as the arena lives.
   std::string* KeepString(std::string text);
 
  private:
@@ -61,10 +62,10 @@ class Arena {
   Chunk* chunks_ = nullptr;
   Kept* kept_ = nullptr;
   void* freeBlocks_[40] = {};  // by power; each block begins with a pointer to the next
-  std::size_t grown_ = 0;      // chunks allocated that were not for one block alone
+  std::size_t grown_ = 0;      // how many chunks were allocated for more than one piece
 };
 
-// The same for owners that may stand outside any store: then the block is allocated by itself.
+// The same for owners that may have no arena: then the block comes from malloc.
 void* AllocateBlock(Arena* arena, unsigned power);
 void ReleaseBlock(Arena* arena, void* block, unsigned power);
 

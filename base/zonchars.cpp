@@ -1,4 +1,9 @@
-// The hash of names: SipHash-1-3 over the letters in lower case, with a key of the process.
+// The hash of names. The author of a file must not be able to choose names that collide, so the hash
+// is keyed with random bytes of the process.
+//
+// Names of usual length: multilinear hashing, the upper half of key0 + sum(key_i * piece_i) mod 2^64
+// over pieces of 32 bits. For secret random keys any two names share any bits of it by chance alone.
+// It needs a key for each piece, so longer names are hashed by SipHash-1-3, which also makes the keys.
 // Tested by tests/size_test.cpp.
 #include "base/zonchars.h"
 
@@ -11,26 +16,26 @@ constexpr std::uint64_t RotateLeft(std::uint64_t word, unsigned count) {
   return word << count | word >> (64 - count);
 }
 
-struct Key {
+struct Secret {
   std::uint64_t low = 0;
   std::uint64_t high = 0;
 };
 
 // The kernel gives each process 16 random bytes, also where addresses are not random.
-Key KeyOfProcess() {
-  Key key;
+Secret SecretOfProcess() {
+  Secret secret;
   const auto address = static_cast<std::uintptr_t>(getauxval(AT_RANDOM));
-  if (address != 0) std::memcpy(&key, reinterpret_cast<const void*>(address), sizeof key);
-  return key;
+  if (address != 0) std::memcpy(&secret, reinterpret_cast<const void*>(address), sizeof secret);
+  return secret;
 }
 
 class SipHash {
  public:
-  explicit SipHash(const Key& key)
-      : a_(key.low ^ 0x736F6D6570736575),
-        b_(key.high ^ 0x646F72616E646F6D),
-        c_(key.low ^ 0x6C7967656E657261),
-        d_(key.high ^ 0x7465646279746573) {}
+  explicit SipHash(const Secret& secret)
+      : a_(secret.low ^ 0x736F6D6570736575),
+        b_(secret.high ^ 0x646F72616E646F6D),
+        c_(secret.low ^ 0x6C7967656E657261),
+        d_(secret.high ^ 0x7465646279746573) {}
 
   void Add(std::uint64_t word) {
     d_ ^= word;
@@ -61,24 +66,66 @@ class SipHash {
   std::uint64_t a_, b_, c_, d_;
 };
 
-// Up to seven bytes of the end of a name, in the low bytes of a word.
-std::uint64_t LoadRest(const char* at, std::size_t size) {
-  std::uint64_t word = 0;
-  while (size > 0) word = word << 8 | static_cast<unsigned char>(at[--size]);
+constexpr std::size_t kUsualSize = 64;  // in bytes
+
+struct Keys {
+  Keys() {
+    for (std::uint64_t& key : pieces) {
+      SipHash hash(secret);
+      hash.Add(static_cast<std::uint64_t>(&key - pieces));
+      key = hash.Finish();
+    }
+  }
+
+  const Secret secret = SecretOfProcess();
+  std::uint64_t pieces[2 + kUsualSize / 4];  // for the start, for the size, for each piece
+};
+
+std::uint64_t LoadFour(const char* at) {
+  std::uint32_t word;
+  std::memcpy(&word, at, sizeof word);
   return word;
+}
+
+// A name of less than eight bytes as a word. Some bytes can be in it twice: names of one size differ
+// in it as they differ themselves.
+std::uint64_t LoadShort(std::string_view name) {
+  const char* const at = name.data();
+  const std::size_t size = name.size();
+  if (size >= 4) return LoadFour(at) | LoadFour(at + size - 4) << 32;
+  const auto byte = [at](std::size_t place) -> std::uint64_t {
+    return static_cast<unsigned char>(at[place]);
+  };
+  return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
+}
+
+// Calls `add` with each eight bytes of the name in lower case; the last ones may overlap.
+template <class F>
+void ForEachWord(std::string_view name, F&& add) {
+  if (name.size() < 8) return add(LowerEach(LoadShort(name)));
+  std::size_t at = 0;
+  for (; at + 8 <= name.size(); at += 8) add(LowerEach(LoadEight(name.data() + at)));
+  if (at < name.size()) add(LowerEach(LoadEight(name.data() + name.size() - 8)));
 }
 
 }  // namespace
 
 std::uint32_t HashNoCase(std::string_view name) {
-  static const Key key = KeyOfProcess();
+  static const Keys keys;
   if (FiledName(name) == " ") return kHashOfNoName;
-  SipHash hash(key);
-  std::size_t at = 0;
-  for (; at + 8 <= name.size(); at += 8) hash.Add(LowerEach(LoadEight(name.data() + at)));
-  const std::uint64_t rest = LowerEach(LoadRest(name.data() + at, name.size() - at));
-  hash.Add(rest | static_cast<std::uint64_t>(name.size()) << 56);
-  return static_cast<std::uint32_t>(hash.Finish());
+  if (name.size() > kUsualSize) {
+    SipHash hash(keys.secret);
+    ForEachWord(name, [&hash](std::uint64_t word) { hash.Add(word); });
+    hash.Add(name.size());
+    return static_cast<std::uint32_t>(hash.Finish());
+  }
+  const std::uint64_t* key = keys.pieces;
+  std::uint64_t sum = key[0] + key[1] * name.size();
+  ForEachWord(name, [&](std::uint64_t word) {
+    key += 2;
+    sum += key[0] * static_cast<std::uint32_t>(word) + key[1] * (word >> 32);
+  });
+  return static_cast<std::uint32_t>(sum >> 32);
 }
 
 }  // namespace zon

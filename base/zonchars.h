@@ -1,5 +1,5 @@
-// Character classes and letter case as in the "C" locale, whatever locale the host has set: a file
-// must not read differently in Ankara. Bytes of 128 and above belong to no class and have no case.
+// Character classes and letter case as in the "C" locale, whatever locale the host has set: the same
+// file must read the same everywhere. Bytes of 128 and above belong to no class and have no case.
 #ifndef ZON_BASE_ZONCHARS_H
 #define ZON_BASE_ZONCHARS_H
 
@@ -55,7 +55,7 @@ constexpr char Upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// Eight characters at once in a word; the first one stands in its lowest byte.
+// Eight characters as a word, the first one in its lowest byte.
 inline std::uint64_t LoadEight(const char* at) {
   std::uint64_t word;
   std::memcpy(&word, at, sizeof word);
@@ -64,11 +64,13 @@ inline std::uint64_t LoadEight(const char* at) {
 
 constexpr std::uint64_t kEachByte = 0x0101010101010101;
 
+// Turns A to Z into a to z in eight bytes at once: a byte is a capital letter if adding one constant
+// sets its high bit and adding another does not.
 constexpr std::uint64_t LowerEach(std::uint64_t word) {
   const std::uint64_t low = word & kEachByte * 0x7F;
-  const std::uint64_t fromA = low + kEachByte * (0x80 - 'A');    // the high bit: at least 'A'
-  const std::uint64_t behindZ = low + kEachByte * (0x7F - 'Z');  // the high bit: above 'Z'
-  return word | ((fromA & ~behindZ & ~word & kEachByte * 0x80) >> 2);
+  const std::uint64_t fromA = low + kEachByte * (0x80 - 'A');   // the high bit: at least 'A'
+  const std::uint64_t afterZ = low + kEachByte * (0x7F - 'Z');  // the high bit: above 'Z'
+  return word | ((fromA & ~afterZ & ~word & kEachByte * 0x80) >> 2);
 }
 
 inline bool EqualNoCase(std::string_view a, std::string_view b) {
@@ -88,7 +90,7 @@ inline bool EqualNoCase(std::string_view a, std::string_view b) {
   for (std::size_t at = 0; at + 8 < size; at += 8) {
     if (differ(at)) return false;
   }
-  return !differ(size - 8);  // some of it for the second time
+  return !differ(size - 8);  // overlaps what was compared
 }
 
 // Names are filed under their lower-cased form, the empty name under one blank. The hash of that

@@ -1,5 +1,5 @@
-// Memory in large pieces. The first touch of a page costs more than whatever is put into it; so the
-// largest pieces lie in large pages, and those that are given back wait for who comes next.
+// Large pieces of memory from the system. Touching a new page costs more than filling it, so chunks
+// of 2 MiB and more use large pages, and the last freed chunk of each size is kept for the next file.
 #ifndef ZON_BASE_ZONCHUNK_H
 #define ZON_BASE_ZONCHUNK_H
 
@@ -7,17 +7,21 @@
 
 namespace zon {
 
-// The sizes in which pieces are lent best: the least of them is for small needs, the last one for
-// all that goes on growing.
+// The sizes that a growing user asks for in turn, the last one again and again.
 constexpr std::size_t kChunkSizes[] = {
     std::size_t{4} << 10,  std::size_t{8} << 10,   std::size_t{16} << 10, std::size_t{32} << 10,
     std::size_t{64} << 10, std::size_t{256} << 10, std::size_t{1} << 20,  std::size_t{4} << 20};
 
-// A piece of at least that size, aligned for everything; `size` tells how large it is. Null for
-// want of memory.
+// The sizes for the text of a file. They differ from those above, so that the nodes made of a text do
+// not take the memory that the next text could use again.
+constexpr std::size_t kTextChunkSizes[] = {std::size_t{512} << 10, std::size_t{2} << 20,
+                                           std::size_t{8} << 20};
+
+// Allocates at least `size` bytes, aligned for every type, and stores in `size` how many. Returns
+// null if out of memory.
 void* AllocateChunk(std::size_t& size);
 
-// `size` as AllocateChunk told it.
+// `size` is the one that AllocateChunk stored.
 void ReleaseChunk(void* chunk, std::size_t size);
 
 }  // namespace zon

@@ -1,5 +1,5 @@
-// The empty text that exported functions return where there is none, as some return a char*. A
-// caller may write into it as into any path; what it wrote is gone at the next question.
+// The empty text that exported functions return if there is none. Some return a char*: a host can
+// write into it as into any path. Each call empties it again.
 #ifndef ZON_BASE_ZONEMPTYTEXT_H
 #define ZON_BASE_ZONEMPTYTEXT_H
 
@@ -7,12 +7,14 @@
 
 namespace zon {
 
-// The characters that every returned path has room for, as hosts append to it.
+// The room of every returned path, because hosts append to it.
 inline constexpr std::size_t kPathRoom = 260;
 
+// The text is not thread_local: a pointer that a thread got stays valid after the thread. Unless a
+// host writes into it, it is only read here, by several threads at a time if they ask.
 inline char* EmpSt() {
   static char empty[kPathRoom + 1];
-  empty[0] = '\0';
+  if (empty[0] != '\0') empty[0] = '\0';
   return empty;
 }
 

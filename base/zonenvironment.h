@@ -1,4 +1,4 @@
-// The facts of the outside world that the library asks for.
+// What the library asks the process and the system for.
 #ifndef ZON_BASE_ZONENVIRONMENT_H
 #define ZON_BASE_ZONENVIRONMENT_H
 
@@ -7,10 +7,10 @@
 
 namespace zon {
 
-// The process's working directory, however long; empty when it cannot be read.
+// The working directory of the process, of any length; empty if it cannot be read.
 std::string CurrentDirectory();
 
-// The local time of now; all fields 0 when the clock cannot be put into a calendar.
+// The current local time; all fields are 0 if the clock is out of the range of a calendar.
 std::tm LocalTime();
 
 }  // namespace zon

@@ -1,5 +1,5 @@
-// The process-wide error code. The first error stays until somebody takes it: every store in the
-// library goes through RaiseError, so that rule is kept in one place.
+// The error code of the process. The first error stays until the host consumes it: every error goes
+// through RaiseError. Safe to call from several threads.
 #ifndef ZON_BASE_ZONERROR_H
 #define ZON_BASE_ZONERROR_H
 

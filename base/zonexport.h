@@ -1,12 +1,14 @@
-/* What the shared library shows to hosts. Everything else is hidden, so that nothing of the library
- * can collide with a name of the host. C and C++. */
+// Marks what the shared library exports; all else is hidden, so that no name of the library collides
+// with one of the host. The same macro is in api/zon.h, which includes no other header.
 #ifndef ZON_BASE_ZONEXPORT_H
 #define ZON_BASE_ZONEXPORT_H
 
+#ifndef ZON_API
 #if defined(ZON_STATIC)
 #define ZON_API
 #else
 #define ZON_API __attribute__((visibility("default")))
+#endif
 #endif
 
 #endif

@@ -1,6 +1,6 @@
 // Files of the system. A text is composed first and appended in as few calls as possible; a regular
 // file that cannot take all of it is cut back. A host that is killed during a call can leave the
-// beginning of the text behind.
+// beginning of the text in the file.
 #ifndef ZON_BASE_ZONFILE_H
 #define ZON_BASE_ZONFILE_H
 

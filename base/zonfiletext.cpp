@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #include "base/zonchunk.h"
@@ -26,6 +27,11 @@ void FileText::Reserve() {
     // Some room for what is appended to the file while it is read.
     size_ = kFront + size + std::min(size, kPiece) + 1;
     if (size > SIZE_MAX / 4) throw std::bad_alloc();
+    if (size > kPiece) {
+      const auto* chunk =
+          std::lower_bound(std::begin(kTextChunkSizes), std::end(kTextChunkSizes), size_);
+      if (chunk != std::end(kTextChunkSizes)) size_ = *chunk;
+    }
     memory_ = static_cast<char*>(AllocateChunk(size_));
     if (memory_ == nullptr) throw std::bad_alloc();
   }

@@ -37,7 +37,7 @@ class FileText {
   bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
 
   void Close() { file_.Close(); }  // there is nothing more to read
-  void Release();                  // gives the memory back
+  void Release();                  // frees the memory
 
  private:
   void Reserve();

@@ -64,8 +64,8 @@ inline const char* SkipWord(const char* at, const char* end) {
   return at;
 }
 
-// A text in which the closing delimiter stands for itself when it is doubled: the place of the first
-// one that is not. Null if there is none, or if what follows the last one is behind `end`.
+// In a text that spells its closing delimiter as two: the place of the first single one. Null if
+// there is none, or if the character after it is not visible.
 inline const char* FindClosing(char delimiter, const char* at, const char* end) {
   for (;;) {
     const char* found = FindChar(delimiter, at, end);

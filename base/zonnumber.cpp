@@ -13,7 +13,8 @@
 namespace zon {
 namespace {
 
-struct Cursor {
+// The characters that are not yet read.
+struct Input {
   const char* at;
   const char* end;
 
@@ -25,89 +26,89 @@ struct Cursor {
   }
 };
 
-Cursor SkipSpace(std::string_view text) {
-  Cursor cursor{text.data(), text.data() + text.size()};
-  while (IsClass(cursor.Peek(), kSpace)) ++cursor.at;
-  return cursor;
+Input SkipLeadingSpace(std::string_view text) {
+  Input input{text.data(), text.data() + text.size()};
+  while (IsClass(input.Peek(), kSpace)) ++input.at;
+  return input;
 }
 
-bool AcceptSign(Cursor& cursor) {
-  if (cursor.Accept('-')) return true;
-  cursor.Accept('+');
+bool AcceptSign(Input& input) {
+  if (input.Accept('-')) return true;
+  input.Accept('+');
   return false;
 }
 
-bool ConvertShort(Cursor cursor, double* value) {
+bool ConvertShort(Input input, double* value) {
   ShortNumber number;
-  return number.Read(cursor.at, cursor.end) == cursor.end && number.ToDouble(false, value);
+  return number.Read(input.at, input.end) == input.end && number.ToDouble(false, value);
 }
 
 constexpr bool IsHexDigit(int c) {
   return IsClass(c, kDigit) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-// Where a number lies beyond the range of a double, whether that is above it. The place of its
-// first digit that is not 0 and its exponent decide; so far out neither can mislead.
-bool IsAboveRange(Cursor cursor, bool hexadecimal) {
+// For a number beyond the range of a double: whether it is above it or below. The place of its first
+// digit that is not 0 plus its exponent decides, as it is far from 0 either way.
+bool IsAboveRange(Input input, bool hexadecimal) {
   const auto isDigit = [hexadecimal](int c) {
     return hexadecimal ? IsHexDigit(c) : IsClass(c, kDigit);
   };
-  long place = 0;  // of the first significant digit, 1 standing directly before the point
+  long place = 0;  // of the first significant digit; 1 is directly before the point
   bool found = false;
-  for (; isDigit(cursor.Peek()); ++cursor.at) {
-    found = found || *cursor.at != '0';
+  for (; isDigit(input.Peek()); ++input.at) {
+    found = found || *input.at != '0';
     if (found) ++place;
   }
-  if (cursor.Accept('.')) {
-    for (; isDigit(cursor.Peek()); ++cursor.at) {
-      found = found || *cursor.at != '0';
+  if (input.Accept('.')) {
+    for (; isDigit(input.Peek()); ++input.at) {
+      found = found || *input.at != '0';
       if (!found) --place;
     }
   }
   if (hexadecimal) place *= 4;
   long exponent = 0;
   const char mark = hexadecimal ? 'p' : 'e';
-  if (cursor.Peek() >= 0 && Lower(*cursor.at) == static_cast<unsigned char>(mark)) {
-    ++cursor.at;
-    const bool negative = AcceptSign(cursor);
-    for (; IsClass(cursor.Peek(), kDigit) && exponent < LONG_MAX / 20; ++cursor.at) {
-      exponent = exponent * 10 + (*cursor.at - '0');
+  if (input.Peek() >= 0 && Lower(*input.at) == static_cast<unsigned char>(mark)) {
+    ++input.at;
+    const bool negative = AcceptSign(input);
+    for (; IsClass(input.Peek(), kDigit) && exponent < LONG_MAX / 20; ++input.at) {
+      exponent = exponent * 10 + (*input.at - '0');
     }
     if (negative) exponent = -exponent;
   }
   return place + exponent > 0;
 }
 
-// False when no number stands there.
-bool ConvertUnsigned(Cursor cursor, double* value) {
-  if (ConvertShort(cursor, value)) return true;
+// Returns false if there is no number.
+bool ConvertUnsigned(Input input, double* value) {
+  if (ConvertShort(input, value)) return true;
   bool hexadecimal = false;
   std::from_chars_result result{};
-  // from_chars also takes a sign or a word ("inf") behind the x; strtod does not.
-  if (cursor.end - cursor.at > 2 && cursor.at[0] == '0' && Lower(cursor.at[1]) == 'x' &&
-      (IsHexDigit(cursor.at[2]) || cursor.at[2] == '.')) {
-    result = std::from_chars(cursor.at + 2, cursor.end, *value, std::chars_format::hex);
+  // from_chars also accepts a sign or a word ("inf") after the x; strtod does not.
+  if (input.end - input.at > 2 && input.at[0] == '0' && Lower(input.at[1]) == 'x' &&
+      (IsHexDigit(input.at[2]) || input.at[2] == '.')) {
+    result = std::from_chars(input.at + 2, input.end, *value, std::chars_format::hex);
     if (result.ec == std::errc::invalid_argument) return true;  // the 0 before the x
     hexadecimal = true;
   } else {
-    // from_chars takes a second sign; strtod does not.
-    if (cursor.Peek() == '-' || cursor.Peek() == '+') return false;
-    result = std::from_chars(cursor.at, cursor.end, *value);
+    // from_chars accepts a second sign; strtod does not.
+    if (input.Peek() == '-' || input.Peek() == '+') return false;
+    result = std::from_chars(input.at, input.end, *value);
     if (result.ec == std::errc::invalid_argument) return false;
   }
   if (result.ec == std::errc()) return true;
-  if (hexadecimal) cursor.at += 2;
-  *value = IsAboveRange(cursor, hexadecimal) ? HUGE_VAL : 0.0;
+  if (hexadecimal) input.at += 2;
+  *value = IsAboveRange(input, hexadecimal) ? HUGE_VAL : 0.0;
   return true;
 }
 
 }  // namespace
 
 double TextToDouble(std::string_view text) {
-  Cursor cursor = SkipSpace(text);
-  const bool negative = AcceptSign(cursor);
+  Input input = SkipLeadingSpace(text);
+  const bool negative = AcceptSign(input);
   double value = 0.0;
-  if (!ConvertUnsigned(cursor, &value)) return 0.0;
+  if (!ConvertUnsigned(input, &value)) return 0.0;
   return negative ? -value : value;
 }
 
@@ -126,7 +127,7 @@ NumberText NumberText::OfSixDigits(double value) {
 
 NumberText NumberText::OfDouble(double value) {
   long long whole = 0;
-  // 2^63 is whole too, but a conversion of it is not defined: it takes the general form.
+  // 2^63 is whole too, but must not be converted to an integer: it gets the general form.
   if (!WholeNumber(value, &whole)) return OfDoubleDigits(value);
   NumberText text;
   text.EndAt(
@@ -142,12 +143,12 @@ NumberText NumberText::OfDoubleDigits(double value) {
 }
 
 long TextToLong(std::string_view text) {
-  Cursor cursor = SkipSpace(text);
-  const bool negative = AcceptSign(cursor);
-  // Gathered on the negative side, which reaches one further.
+  Input input = SkipLeadingSpace(text);
+  const bool negative = AcceptSign(input);
+  // Summed up as a negative number, as the range reaches one further there.
   long value = 0;
-  for (; IsClass(cursor.Peek(), kDigit); ++cursor.at) {
-    const int digit = *cursor.at - '0';
+  for (; IsClass(input.Peek(), kDigit); ++input.at) {
+    const int digit = *input.at - '0';
     if (value < (LONG_MIN + digit) / 10) return negative ? LONG_MIN : LONG_MAX;
     value = value * 10 - digit;
   }

@@ -7,11 +7,11 @@
 
 namespace zon {
 
-// The number at the start of a text by the rules of strtod: white space in front and text behind
-// are passed over, a text that starts with no number gives 0, one too large an infinity.
+// Converts the number that a text begins with, by the rules of strtod: leading white space and
+// trailing text are ignored, a text without a number is 0, a number too large is an infinity.
 double TextToDouble(std::string_view text);
 
-// The same by the rules of strtol in base 10: beyond 64 bits the nearest end of the range.
+// The same by the rules of strtol in base 10: beyond 64 bits it is the nearest end of the range.
 long TextToLong(std::string_view text);
 
 // The low 32 bits of a whole number, as the integer views of values keep them.
@@ -40,7 +40,7 @@ class NumberText {
   unsigned size_ = 0;
 };
 
-// Whether the value is whole and within 64 bits; if so stores it. 2^63 itself is outside.
+// Returns whether the value is whole and within 64 bits, and stores it. 2^63 itself is outside.
 inline bool WholeNumber(double value, long long* whole) {
   if (!(value >= -9223372036854775808.0 && value < 9223372036854775808.0)) return false;
   const auto truncated = static_cast<long long>(value);

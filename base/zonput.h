@@ -1,4 +1,5 @@
-// Characters into a stream as they are: no width, no fill, no locale, and no ceremony per piece.
+// Writes characters to a stream as they are, without width, fill, locale and sentry: those cost more
+// than the short pieces that a tree is written in.
 #ifndef ZON_BASE_ZONPUT_H
 #define ZON_BASE_ZONPUT_H
 

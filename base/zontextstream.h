@@ -1,4 +1,5 @@
-// A stream that gathers text in memory, in the "C" locale whatever the host's global locale is.
+// A stream that collects text in memory, in the "C" locale whatever locale the host has set. The
+// text is a list of growing pieces: appending never copies what was written before.
 #ifndef ZON_BASE_ZONTEXTSTREAM_H
 #define ZON_BASE_ZONTEXTSTREAM_H
 
@@ -28,7 +29,7 @@ class TextStream : private std::streambuf, public std::ostream {
   TextStream(const TextStream&) = delete;
   TextStream& operator=(const TextStream&) = delete;
 
-  // What was put, in pieces that lie apart: a long text is never copied to make room for more.
+  // The pieces of the text, in order. Valid until more is written.
   std::vector<std::string_view> Pieces() const {
     std::vector<std::string_view> views;
     for (const Piece& piece : pieces_) views.emplace_back(piece.start, piece.size);

@@ -1,4 +1,4 @@
-// What the library says of itself.
+// The identification of the library.
 #ifndef ZON_BASE_ZONVERSION_H
 #define ZON_BASE_ZONVERSION_H
 

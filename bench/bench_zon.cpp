@@ -2,7 +2,7 @@
 //
 //     zon_bench [--benchmark_filter=...]
 //
-// A row is named after what is done, who does it, and the size of the content: load/zon/1MB.
+// A row is named by action, library and size of the content: load/zon/1MB.
 #include <random>
 
 #include "rows.h"
@@ -24,12 +24,12 @@ void Tokens(benchmark::State& state, const char* size) {
       benchmark::DoNotOptimize(zontGetTokenString(reader));
     }
     zontDispose(&reader);
-    Require(values == source.totals.Values(), "the tokens are not those of the content");
+    Require(values == source.totals.Values(), "the number of tokens is wrong");
   }
   Rates(state, source);
 }
 
-// A section of many keywords against itself as the template.
+// A section of many keywords, compared with itself as the template.
 void Compare(benchmark::State& state, int count) {
   void* handle = zonCreate();
   zonAddTarget(handle, "A");

@@ -40,7 +40,7 @@ bool Totals::Near(const Totals& other) const {
 
 namespace {
 
-// Gives names that are new to a section, and that no format reserves.
+// Makes names unique in a section, and different from the reserved words of all formats.
 class Names {
  public:
   std::string Unique(const std::string& name) {
@@ -72,8 +72,8 @@ Value MakeValue(Kind kind, const std::string& text) {
   return value;
 }
 
-// The text of a section in one format. In the patterns % stands for the name, @ for the names of
-// the sections from the outermost on, joined by dots.
+// Prints a section in one format. In the patterns % is the name and @ the path: the names from the
+// outermost section on, joined by dots.
 class Printer {
  public:
   explicit Printer(Format format)
@@ -81,7 +81,7 @@ class Printer {
 
   std::string Print(const Section& root) {
     text_ = style_.open;
-    Inside(root, "", 0);
+    PutContent(root, "", 0);
     return std::move(text_) + style_.close;
   }
 
@@ -108,7 +108,7 @@ class Printer {
       {"", "", "%:", "", "%: [", "]", "", ", "},
   };
 
-  void Inside(const Section& section, const std::string& path, std::size_t depth) {
+  void PutContent(const Section& section, const std::string& path, std::size_t depth) {
     std::size_t left = section.keywords.size() + section.sections.size();
     for (const Keyword& keyword : section.keywords) {
       Put(style_.keywordOpen, keyword.name, path, depth);
@@ -123,7 +123,7 @@ class Printer {
       const std::string innerPath = (path.empty() ? "" : path + ".") + inner.name;
       Put(style_.sectionOpen, inner.name, innerPath, depth);
       text_ += '\n';
-      Inside(inner, innerPath, depth + 1);
+      PutContent(inner, innerPath, depth + 1);
       if (*style_.sectionClose != 0) Put(style_.sectionClose, "", "", depth);
       End(--left);
     }
@@ -191,7 +191,7 @@ class Generator {
  public:
   explicit Generator(unsigned seed) : random_(seed) {}
 
-  // Sections that take about `size` bytes as parameter text.
+  // Top-level sections until their parameter text has `size` bytes.
   Section Make(std::size_t size) {
     Section root;
     Names names;
@@ -237,7 +237,7 @@ class Generator {
     return keyword;
   }
 
-  // The keyword that stands directly in the outer section is what look-ups are after.
+  // A top-level section. Its own keyword, a real, is the target of look-ups.
   Section Target(Names& outer) {
     Section target{outer.Unique(Name()), {}, {}};
     Names names;
@@ -258,7 +258,7 @@ class Generator {
 };
 
 #ifdef ZON_BENCH_SETTINGS
-// {"files": [{"tree": [["s", name, [...]], ["k", name, ["i2", "r1.0", "bt", "stext"]]]}]}
+// Reads {"files": [{"tree": [["s", name, [...]], ["k", name, ["i2", "r1.0", "bt", "stext"]]]}]}.
 Section FromJson(const std::string& name, const nlohmann::json& tree) {
   Section section{name, {}, {}};
   Names names;
@@ -321,7 +321,7 @@ std::vector<Path> Paths(const Section& root) {
   return paths;
 }
 
-// The folder of temporary files, made with the first of them.
+// The folder of temporary files; created with the first of them, removed at the end.
 class Folder {
  public:
   Folder() {

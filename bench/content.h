@@ -1,5 +1,5 @@
-// Made-up but ordinary content, the same for every library that is measured: one model in memory,
-// and its text in the format of each library.
+// Generated content, the same for every library that is measured: one model in memory, printed in the
+// format of each library. Numbers, names and lengths are random, with a fixed seed.
 #ifndef ZON_BENCH_CONTENT_H
 #define ZON_BENCH_CONTENT_H
 
@@ -23,15 +23,15 @@ struct Keyword {
   std::vector<Value> values;
 };
 
-// Names are unique within a section in every letter case, as not all formats can repeat them; and
-// keywords stand before inner sections, as not all formats can put them behind.
+// Names are unique within a section, also without regard to case, and keywords precede inner sections:
+// some formats require it.
 struct Section {
   std::string name;
   std::vector<Keyword> keywords;
   std::vector<Section> sections;
 };
 
-// What a reader of every value has seen. Two readers of the same content must agree.
+// A checksum of the values that were read. Equal content gives equal totals, in any order.
 class Totals {
  public:
   void Number(double number);
@@ -39,7 +39,7 @@ class Totals {
   void Text(std::string_view text);
 
   std::size_t Values() const { return values_; }
-  // Numbers may differ by what a library loses in reading or writing them.
+  // Equal, except that a library may lose some digits of numbers.
   bool Near(const Totals& other) const;
 
  private:
@@ -50,31 +50,31 @@ class Totals {
   double magnitude_ = 0;
 };
 
-// kZonTokens has strings in place of date-times, which the token reader does not take.
+// kZonTokens has strings in place of date-times, which the token reader does not accept.
 enum class Format { kZon, kZonTokens, kJson, kXml, kLua, kLibconfig, kToml, kYaml };
 
-// The way to one number.
+// A number, with the names by which it is found.
 struct Path {
   std::string section;
   std::string keyword;
   double number = 0;
 };
 
-// One or more files that are worked on one after the other.
+// One or more files, which a row processes in turn.
 struct Source {
   std::vector<std::string> files;
   std::size_t bytes = 0;
   Totals totals;
-  std::vector<Path> paths;  // in the first file, in no order
+  std::vector<Path> paths;  // in the first file, shuffled
 };
 
-// Sizes are "100KB", "1MB", "10MB", "50MB" of parameter text; "small", a hundred files of 1 to 50
-// KB; and "settings", real settings that the environment variable ZON_PEERS_TREE names.
+// Sizes: "100KB", "1MB", "10MB", "50MB" of parameter text; "small", a hundred files of 1 to 50 KB;
+// "settings", the models in the JSON file that the environment variable ZON_PEERS_TREE names.
 bool HasSize(const std::string& size);
 std::vector<Section> Models(const std::string& size);
 const Source& SourceOf(Format format, const std::string& size);
 
-// A file in the folder of this process, which goes when the process ends.
+// The path of a file in a temporary folder, which is removed when the process ends.
 std::string TemporaryFile(const std::string& name);
 bool WriteText(const std::string& path, const std::string& text);
 

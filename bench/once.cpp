@@ -1,9 +1,9 @@
-// Does one thing a number of times, for tools that count instructions; what two runs differ by is
-// free of the start-up.
+// Repeats one action, for tools that count instructions. The difference of two runs with different TIMES
+// does not contain the start-up.
 //
 //     zon_once load|read|write|lookup TIMES
 //
-// Prints how many values one time handles.
+// Prints the number of values that one repetition processes.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -1,7 +1,7 @@
-// The rows that every library gets, from one set of templates, so that each does the same work.
+// The rows of a library, by templates, so that every library does the same work.
 //
-// A library is shown as a class with a default constructor, and a destructor that gives back all
-// memory. It has the members that its rows use:
+// A library is represented by a class whose destructor frees all memory. It has the members that its
+// rows use:
 //   static constexpr Format kFormat;
 //   bool Load(const std::string& path);
 //   void Read(Totals& totals);  // every value
@@ -34,7 +34,7 @@ inline void Require(bool holds, const char* otherwise) {
   if (!holds) throw std::runtime_error(otherwise);
 }
 
-// Time of one value: the inverse of a rate.
+// Adds a column with the time of one value.
 inline void PerValue(benchmark::State& state, std::size_t values) {
   state.counters["per_value"] =
       benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(values),
@@ -46,7 +46,7 @@ inline void Rates(benchmark::State& state, const Source& source) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(source.bytes));
 }
 
-// Adds a row; what the run throws becomes the error of the row.
+// Adds a row. An exception of the run becomes the error of the row.
 template <class Run>
 benchmark::internal::Benchmark* AddRow(const std::string& name, Run run) {
   return benchmark::RegisterBenchmark(name.c_str(),
@@ -65,10 +65,10 @@ class Rows {
  public:
   explicit Rows(const std::string& name) : name_(name) {}
 
-  // From the disk into memory and out of it.
+  // Loads the files and frees their trees.
   Rows& Load(Sizes sizes) {
     return Add("load", sizes, [](benchmark::State& state, const Source& source) {
-      // Once a run: is it the content that gets loaded?
+      // Once per run: compares the loaded values with the content.
       static std::set<const Source*> checked;
       if (checked.insert(&source).second) Check(source.files, source);
       for (auto _ : state) {
@@ -81,7 +81,7 @@ class Rows {
     });
   }
 
-  // The same, and between the two every value is read once.
+  // The same, and reads every value once.
   Rows& Read(Sizes sizes) {
     return Add("read", sizes, [](benchmark::State& state, const Source& source) {
       for (auto _ : state) Check(source.files, source);
@@ -89,7 +89,7 @@ class Rows {
     });
   }
 
-  // The end of a loaded tree alone.
+  // Frees loaded trees; only that is timed.
   Rows& Free(Sizes sizes) {
     const auto run = [](benchmark::State& state, const Source& source) {
       for (auto _ : state) {
@@ -109,14 +109,15 @@ class Rows {
                [](benchmark::internal::Benchmark* row) { row->UseManualTime()->Iterations(10); });
   }
 
-  // From a section name and a keyword name to a number.
+  // Finds a number by the names of its section and keyword.
   Rows& LookUp(Sizes sizes) {
     return Add("lookup", sizes, [](benchmark::State& state, const Source& source) {
       Library library;
       LoadInto(library, source.files.front());
       for (const Path& path : source.paths) {
         const double found = library.LookUp(path.section, path.keyword);
-        Require(std::abs(found - path.number) <= 1e-9 * std::abs(path.number), "look-up is wrong");
+        Require(std::abs(found - path.number) <= 1e-9 * std::abs(path.number),
+                "a look-up found a wrong number");
       }
       std::size_t at = 0;
       double sum = 0;
@@ -130,7 +131,7 @@ class Rows {
     });
   }
 
-  // A loaded tree to a new file. What a library puts off until the tree is first used has been done.
+  // Writes a loaded tree to a new file. A first write is not timed: it does what a library defers.
   Rows& Write(Sizes sizes) {
     return Add("write", sizes, [](benchmark::State& state, const Source& source) {
       Library library;
@@ -143,7 +144,7 @@ class Rows {
     });
   }
 
-  // From one file to another, and out of memory.
+  // Loads a file, writes it to another one and frees the tree.
   Rows& Rewrite(Sizes sizes) {
     return Add("rewrite", sizes, [](benchmark::State& state, const Source& source) {
       const std::string target = TemporaryFile("rewritten");
@@ -156,7 +157,7 @@ class Rows {
     });
   }
 
-  // A tree made call by call, written to a new file and given back.
+  // Builds a tree call by call, writes it to a new file and frees it.
   Rows& Build(Sizes sizes) {
     const std::string name = name_;
     for (const char* const size : sizes) {
@@ -176,7 +177,7 @@ class Rows {
     return *this;
   }
 
-  // Memory that a loaded tree holds, and the most that the process held on the way.
+  // Resident memory after a load, and its peak during the load.
   Rows& Memory(Sizes sizes) {
     MemoryLoads()[name_] = [](const std::string& warmUp, const std::string& file) {
       Library().Load(warmUp);
@@ -188,7 +189,7 @@ class Rows {
       MemoryUse use;
       for (auto _ : state) use = MemoryInChild(name, small.files.front(), source.files.front());
       const auto values = static_cast<double>(source.totals.Values());
-      state.counters["bytes_per_value"] = use.heap / values;
+      state.counters["resident_per_value"] = use.resident / values;
       state.counters["peak_per_value"] = use.peak / values;
     };
     return Add("memory", sizes, run,
@@ -225,7 +226,7 @@ class Rows {
       LoadInto(library, file);
       library.Read(totals);
     }
-    Require(totals.Near(source.totals), "the values are not those of the content");
+    Require(totals.Near(source.totals), "the values differ from the content");
   }
 
   std::string name_;

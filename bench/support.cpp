@@ -5,6 +5,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
@@ -15,7 +16,7 @@ bool FileText::Read(const std::string& path) {
   std::FILE* const file = std::fopen(path.c_str(), "rb");
   if (file == nullptr) return false;
   size = std::filesystem::file_size(path);
-  text.reset(new char[size + 1]);  // not cleared: it is filled next
+  text.reset(new char[size + 1]);  // not initialised: it is filled below
   text[size] = 0;
   std::setvbuf(file, nullptr, _IONBF, 0);
   const bool good = std::fread(text.get(), 1, size, file) == size;
@@ -30,11 +31,6 @@ double CpuSeconds() {
 }
 
 namespace {
-
-double HeapBytes() {
-  const struct mallinfo2 info = mallinfo2();
-  return static_cast<double>(info.uordblks + info.hblkhd);
-}
 
 double ResidentBytes() {
   std::size_t pages = 0;
@@ -56,10 +52,11 @@ double PeakBytes() {
 
 MemoryUse MemoryOf(const std::function<void()>& load) {
   malloc_trim(0);
-  const double heap = HeapBytes();
-  const double resident = ResidentBytes();
+  const double before = ResidentBytes();
   load();
-  return {HeapBytes() - heap, PeakBytes() - resident};
+  const double after = ResidentBytes();
+  // The kernel updates the two counters at different times.
+  return {after - before, std::max(PeakBytes(), after) - before};
 }
 
 std::map<std::string, MemoryLoad>& MemoryLoads() {
@@ -71,10 +68,11 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
                         const std::string& file) {
   const std::string program = std::filesystem::read_symlink("/proc/self/exe");
   const std::string command = "'" + program + "' --memory " + name + " " + warmUp + " " + file;
-  std::FILE* const told = popen(command.c_str(), "r");
+  std::FILE* const output = popen(command.c_str(), "r");
   MemoryUse use;
-  const bool good = told != nullptr && std::fscanf(told, "%lf %lf", &use.heap, &use.peak) == 2;
-  if (told == nullptr || pclose(told) != 0 || !good) {
+  const bool good =
+      output != nullptr && std::fscanf(output, "%lf %lf", &use.resident, &use.peak) == 2;
+  if (output == nullptr || pclose(output) != 0 || !good) {
     throw std::runtime_error("memory cannot be measured");
   }
   return use;
@@ -82,7 +80,7 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
 
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file) {
   const MemoryUse use = MemoryLoads().at(name)(warmUp, file);
-  std::printf("%.0f %.0f\n", use.heap, use.peak);
+  std::printf("%.0f %.0f\n", use.resident, use.peak);
   return 0;
 }
 

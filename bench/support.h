@@ -1,4 +1,4 @@
-// What rows need from the system.
+// Files, time and memory of the process, as the rows need them.
 #ifndef ZON_BENCH_SUPPORT_H
 #define ZON_BENCH_SUPPORT_H
 
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// A whole file in memory with a zero behind it, for libraries that parse from memory.
+// A whole file in memory, followed by a zero, for libraries that parse from memory.
 struct FileText {
   bool Read(const std::string& path);
   std::unique_ptr<char[]> text;
@@ -21,20 +21,20 @@ struct FileText {
 double CpuSeconds();
 
 struct MemoryUse {
-  double heap = 0;  // in bytes
+  double resident = 0;  // in bytes
   double peak = 0;
 };
 
-// What `load` adds to the heap, and to the most that was resident up to its end.
+// The resident memory that `load` adds, mapped files included: what remains after it, and the peak.
 MemoryUse MemoryOf(const std::function<void()>& load);
 
-// The libraries by name: each loads the first file, which draws in its code, and measures the
-// other.
+// The libraries by name. Each loads the first file, so that its code is resident, and measures the
+// second one.
 using MemoryLoad = std::function<MemoryUse(const std::string& warmUp, const std::string& file)>;
 std::map<std::string, MemoryLoad>& MemoryLoads();
 
-// The same in a fresh process, zon_bench --memory NAME WARMUP FILE, for this one has free memory
-// left over from other rows.
+// The same in a new process, zon_bench --memory NAME WARMUP FILE: this one has free memory left
+// from other rows.
 MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
                         const std::string& file);
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints what zon_bench measured as tables in Markdown.
+"""Prints the results of zon_bench as Markdown tables.
 
     zon_bench --benchmark_repetitions=5 --benchmark_format=json >FILE; table.py FILE
 """
@@ -8,7 +8,7 @@ import sys
 
 
 def read(path):
-    """Row name -> {"median": {...}, "cv": {...}}; the names lose what follows the size."""
+    """Row name -> {"median": {...}, "cv": {...}}. The part of a name after the size is removed."""
     rows = {}
     with open(path, encoding="utf-8") as file:
         for row in json.load(file)["benchmarks"]:
@@ -68,7 +68,7 @@ def matrix(results, title, cell, wanted):
 PLAIN = ["rapidjson"]
 WRITERS = ["rapidjson", "rapidjson-pretty", "simdjson", "pugixml"]
 NAMED = ["rapidjson", "simdjson", "pugixml", "nlohmann", "jansson", "lua", "libconfig", "toml++", "yaml-cpp"]
-# action, size, what zon is measured by (the fastest of them), the most that the ratio should be
+# action, size, the libraries to compare with (the fastest counts), the greatest ratio allowed
 GOALS = [
     ("load", "1MB", PLAIN, 1.0),
     ("load", "10MB", PLAIN, 1.0),
@@ -88,7 +88,7 @@ def verdict(ratio, goal):
 
 
 def goals(results):
-    line("What", "zon, ns", "measured by", "ns", "ratio", "goal", "")
+    line("What", "zon, ns", "compared with", "ns", "ratio", "goal", "")
     line("---", "---:", "---", "---:", "---:", "---:", "---")
     for action, size, peers, goal in GOALS:
         own = results.ns(f"{action}/zon/{size}")
@@ -109,8 +109,8 @@ def alone(results):
     spread = results.get("load/zon/1MB", what="cv")
     rate = results.get("tokens/zon/10MB", "bytes_per_second")
     for text, value in [
-        ("bytes per value, 10 MB, heap", results.get("memory/zon/10MB", "bytes_per_value")),
-        ("bytes per value, 10 MB, peak of the process", results.get("memory/zon/10MB", "peak_per_value")),
+        ("bytes per value, 10 MB, resident after the load", results.get("memory/zon/10MB", "resident_per_value")),
+        ("bytes per value, 10 MB, resident at the peak", results.get("memory/zon/10MB", "peak_per_value")),
         ("free alone, 1 MB, ns per value", results.ns("free/zon/1MB")),
         ("free alone, 10 MB, ns per value", results.ns("free/zon/10MB")),
         ("token reader, 10 MB, MB/s", rate and rate / 1e6),
@@ -125,7 +125,7 @@ def main():
     goals(results)
     alone(results)
     matrix(results, "ns per value", results.ns, lambda action: action != "memory")
-    for counter, title in [("bytes_per_value", "bytes per value, heap"), ("peak_per_value", "bytes per value, peak")]:
+    for counter, title in [("resident_per_value", "bytes per value, resident"), ("peak_per_value", "bytes per value, peak")]:
         matrix(results, title, lambda name: results.get(name, counter), lambda action: action == "memory")
 
 

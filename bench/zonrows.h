@@ -1,4 +1,4 @@
-// The library itself as the rows see it.
+// The library as a class for rows.h.
 #ifndef ZON_BENCH_ZONROWS_H
 #define ZON_BENCH_ZONROWS_H
 
@@ -52,7 +52,7 @@ class Zon {
   }
 
  private:
-  // A visitor has no data of its own.
+  // A global, because a visitor has no argument for it.
   inline static Totals* totals_ = nullptr;
 
   static void Visit(CzonNode* node) {
@@ -65,7 +65,7 @@ class Zon {
         return totals_->Flag(zonGetBool(node) != 0);
       case 9:
         return totals_->Text(zonGetString(node));
-      case 10:  // a file name, or a date-time, whose text only the classes give
+      case 10:  // a file name or a date-time; only the classes have the text of the latter
         return totals_->Text(zonIsFilename(node) ? zonGetFilenameString(node)
                                                  : static_cast<CzonParam*>(node)->GetText());
       default:
@@ -95,7 +95,7 @@ class Zon {
         return zonAddBool(handle_, value.number != 0);
       case Kind::kFileName:
         return zonAddFilename(handle_, value.text.c_str());
-      default:  // the builder makes no date-times
+      default:  // the builder has no date-times
         return zonAddString(handle_, value.text.c_str());
     }
   }

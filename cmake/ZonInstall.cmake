@@ -1,7 +1,7 @@
 # Installing, in the components runtime, dev, doc and (from tool/) tool.
 include(CMakePackageConfigHelpers)
 
-# The headers that hosts reach from the two public ones.
+# The two public headers and those that they include.
 function(zon_public_headers result)
   set(found)
   set(waiting api/zon.h api/zonclasses.h)
@@ -18,7 +18,7 @@ function(zon_public_headers result)
   set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# Installs a text under a name, compressed where gzip is there to do it.
+# Installs a text under a name, compressed if gzip is available.
 find_program(ZON_GZIP gzip)
 mark_as_advanced(ZON_GZIP)
 function(zon_install_text source name destination component)
@@ -41,10 +41,23 @@ if(ZON_STATIC)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
 endif()
 
+# zon.h and zonclasses.h go to the include folder of the prefix, the headers that zonclasses.h includes to
+# zon/ beside them, without the folders of the sources. Includes are changed to match, so that every header
+# is found with the include folder alone.
 zon_public_headers(ZON_PUBLIC_HEADERS)
 foreach(header IN LISTS ZON_PUBLIC_HEADERS)
-  get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zon/${folder} COMPONENT dev)
+  set(below "")
+  set(folder /zon)
+  if(header MATCHES "^api/zon(classes)?\\.h$")
+    set(below zon/)
+    set(folder "")
+  endif()
+  file(READ ${header} text)
+  string(REGEX REPLACE "(\n#include \")[a-z]+/" "\\1${below}" text "${text}")
+  get_filename_component(name ${header} NAME)
+  file(WRITE ${PROJECT_BINARY_DIR}/headers${folder}/${name} "${text}")
+  install(FILES ${PROJECT_BINARY_DIR}/headers${folder}/${name}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}${folder} COMPONENT dev)
 endforeach()
 
 set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/zon)
@@ -54,8 +67,8 @@ write_basic_package_version_file(zonConfigVersion.cmake COMPATIBILITY SameMajorV
 install(FILES ${PROJECT_BINARY_DIR}/zonConfig.cmake ${PROJECT_BINARY_DIR}/zonConfigVersion.cmake
   DESTINATION ${folder} COMPONENT dev)
 
-# zon.pc finds its prefix from where it lies itself. Who links the archive needs what the library was
-# linked with.
+# zon.pc finds the prefix relative to its own folder. Programs that link the static library also need the
+# libraries that the shared one was linked with.
 file(RELATIVE_PATH ZON_PC_UP ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 set(ZON_PC_LIBS)
 foreach(library stdc++ c++ c++abi m)
@@ -67,11 +80,11 @@ string(REGEX REPLACE "/$" "" ZON_PC_UP ${ZON_PC_UP})
 configure_file(cmake/zon.pc.in zon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
-# The texts keep their places to each other, and so most of their links.
+# The pages keep their relative places, so links between them work.
 install(FILES README.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
 install(FILES bench/RESULTS.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench COMPONENT doc)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
-  FILES_MATCHING PATTERN *.zon PATTERN *.c PATTERN *.cpp)
+  FILES_MATCHING PATTERN *.zon PATTERN *.c PATTERN *.cpp PATTERN *.f90 PATTERN *.pas PATTERN *.py)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   FILES_MATCHING PATTERN *.md PATTERN man EXCLUDE)
 zon_install_text(CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR} doc)
@@ -79,7 +92,7 @@ file(GLOB pages CONFIGURE_DEPENDS docs/man/*.[135])
 foreach(page IN LISTS pages)
   get_filename_component(name ${page} NAME)
   string(REGEX MATCH "[135]$" section ${name})
-  set(component tool)  # also that of the format, which is for who edits files
+  set(component tool)  # zon(5) too: it is for people who edit files
   if(section EQUAL 3)
     set(component dev)
   endif()

@@ -1,5 +1,5 @@
-# Packages for Debian: libzon0, libzon-dev and, with the command, zon-tools. For a build whose prefix is
-# /usr; scripts/package makes one.
+# Packages for Debian: libzon0, libzon-dev and, with the command, zon-tools. The prefix of the build must be
+# /usr, as in scripts/package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "the zon developers")
 set(CPACK_PACKAGE_CONTACT "zon developers <zon@example.org>")
@@ -13,7 +13,7 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
 
-# A package: the files that each has, and what is told of it.
+# Describes one package, and installs the files that every package has.
 function(zon_package component name section summary text)
   set(documents ${CMAKE_INSTALL_DATAROOTDIR}/doc/${name})
   install(FILES ${PROJECT_BINARY_DIR}/copyright DESTINATION ${documents} COMPONENT ${component})
@@ -44,18 +44,21 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers ${PROJECT_BINARY_DIR}/symbols)
+add_custom_command(TARGET zon POST_BUILD
+  COMMAND dpkg-gensymbols -plibzon${PROJECT_VERSION_MAJOR} -v${PROJECT_VERSION}-1 -c4 -e$<TARGET_SONAME_FILE:zon>
+    -I${PROJECT_SOURCE_DIR}/cmake/libzon0.symbols -O${PROJECT_BINARY_DIR}/symbols)
 
 set(same "libzon${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-1)")
 zon_package(dev libzon-dev libdevel "library for zon parameter files (development files)"
-  "${about}\nThis package has what programs that use libzon${PROJECT_VERSION_MAJOR} are built with.")
+  "${about}\nThis package contains the headers and libraries to build programs with.")
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS ${same})
 list(APPEND CPACK_COMPONENTS_ALL doc)
 set(CPACK_COMPONENT_DOC_GROUP dev)
 
 if(TARGET zon_tool)
   zon_package(tool zon-tools utils "command for zon parameter files"
-    "${about}\nThis package has the command zon, which works with them from the shell.")
+    "${about}\nThis package contains the command zon, which reads and checks them.")
   set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ${same})
   set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
 endif()

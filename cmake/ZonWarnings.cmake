@@ -1,4 +1,4 @@
-# The warnings that every target of the project is built with. CI makes them errors (ZON_WERROR).
+# The warnings of every target. The presets make them errors (ZON_WERROR).
 option(ZON_WERROR "Treat warnings as errors" OFF)
 
 function(zon_warnings target)

@@ -1,4 +1,4 @@
-# Shows doxygen the comments of a header as they are meant: those with // as well, and one that stands above
+# Filter for doxygen: makes // comments of class headers into /// comments, and repeats a comment that precedes
 # several declarations for each of them, up to the next empty line.
 function braces(text) {
   return gsub(/{/, "{", text) - gsub(/}/, "}", text)

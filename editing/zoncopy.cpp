@@ -1,22 +1,16 @@
-// zonCopy and zonInsert: copies of sections and keywords at a place of their own. Tested by
-// tests/edit_test.cpp.
+// Tested by tests/edit_test.cpp and fuzz/edit_fuzz.cpp.
+#include "editing/zoncopy.h"
+
 #include <memory>
 #include <typeinfo>
 
-#include "api/zon.h"
-#include "api/zoncheck.h"
-#include "tree/zonkeyword.h"
+#include "api/zonfilehandle.h"
+#include "tree/zonsection.h"
 
+namespace zon {
 namespace {
 
-// What can be copied onto what.
-bool IsPair(const CzonNode& source, const CzonNode& target) {
-  const int kind = source.GetSyntaxClass();
-  return kind == target.GetSyntaxClass() &&
-         (kind == kZonSection || kind == kZonKeyword || kind == kZonDefaultDef);
-}
-
-// The cursor leaves everything below the node.
+// Moves the cursor of the builder out of everything below the node.
 void LeaveChildren(const CzonNamedNode& node) {
   const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
   auto* handle = root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
@@ -24,8 +18,9 @@ void LeaveChildren(const CzonNamedNode& node) {
   for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
 }
 
-// All or nothing: what may fail comes first. A host's class has its own Copy.
-void CopyOnto(const CzonNamedNode& source, CzonNamedNode& target) {
+// A class of the host overrides Copy, so this is called. A node of the library is copied aside
+// first: all that can fail precedes the first change of the target.
+void CopyNamedNode(const CzonNamedNode& source, CzonNamedNode& target) {
   if (!target.IsOfLibrary() && typeid(source) == typeid(target)) {
     LeaveChildren(target);
     target.Copy(&source);
@@ -38,51 +33,36 @@ void CopyOnto(const CzonNamedNode& source, CzonNamedNode& target) {
   target.SwapContent(*copy);
 }
 
-CzonNode* NewCopy(CzonNode& source) {
-  std::unique_ptr<CzonNode> copy(source.CreateObj());
-  copy->Copy(&source);
-  return copy.release();
-}
-
+// False for the root of a file, which IsSection counts as a section.
 bool IsSectionOrKeyword(const CzonNode& node) {
   return node.GetSyntaxClass() != kZonTargetList && (node.IsSection() || node.IsKeyword());
 }
 
 }  // namespace
 
-extern "C" {
-
-int zonCopy(void* source, void* target) {
-  return zon::Query<CzonNode>(source, 0, [&](CzonNode& from) {
-    return zon::Query<CzonNode>(target, 0, [&](CzonNode& to) {
-      if (!IsPair(from, to)) {
-        MessageHook("zonCopy:\n\tsection/section or\n\tkeyword/keyword required");
-        return 0;
-      }
-      if (&from == &to) return 1;
-      CopyOnto(static_cast<const CzonNamedNode&>(from), static_cast<CzonNamedNode&>(to));
-      return 1;
-    });
-  });
+bool CanCopy(const CzonNode& source, const CzonNode& target) {
+  const int kind = source.GetSyntaxClass();
+  return kind == target.GetSyntaxClass() &&
+         (kind == kZonSection || kind == kZonKeyword || kind == kZonDefaultDef);
 }
 
-void* zonInsert(void* source, void* reference, int after) {
-  return zon::Query<CzonNode, void*>(source, nullptr, [&](CzonNode& from) {
-    return zon::Query<CzonNode, void*>(reference, nullptr, [&](CzonNode& beside) -> void* {
-      CzonNamedNode* owner = beside.GetOwner();
-      const bool fits = IsSectionOrKeyword(from) && IsSectionOrKeyword(beside) &&
-                        owner != nullptr &&
-                        (from.IsSection() || owner->GetSyntaxClass() == kZonSection);
-      if (!fits) {
-        zon::RaiseError(zon::kErrSection);
-        MessageHook("Invalid zonNode (CzonSection)");
-        return nullptr;
-      }
-      std::unique_ptr<CzonNode> copy(NewCopy(from));
-      owner->FileAt(copy.get(), owner->PlaceOf(&beside) + (after != 0 ? 1 : 0));
-      return static_cast<CzonBase*>(copy.release());
-    });
-  });
+void CopyNode(const CzonNode& source, CzonNode& target) {
+  if (&source == &target) return;
+  CopyNamedNode(static_cast<const CzonNamedNode&>(source), static_cast<CzonNamedNode&>(target));
 }
 
-}  // extern "C"
+bool CanInsertCopy(const CzonNode& source, const CzonNode& reference) {
+  const CzonNamedNode* owner = reference.GetOwner();
+  return IsSectionOrKeyword(source) && IsSectionOrKeyword(reference) && owner != nullptr &&
+         (source.IsSection() || owner->GetSyntaxClass() == kZonSection);
+}
+
+CzonNode* InsertCopy(CzonNode& source, const CzonNode& reference, bool after) {
+  std::unique_ptr<CzonNode> copy(source.CreateObj());
+  copy->Copy(&source);
+  CzonNamedNode* owner = reference.GetOwner();
+  owner->FileAt(copy.get(), owner->PlaceOf(&reference) + (after ? 1 : 0));
+  return copy.release();
+}
+
+}  // namespace zon

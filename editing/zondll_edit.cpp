@@ -2,7 +2,8 @@
 #include <typeinfo>
 
 #include "api/zon.h"
-#include "api/zoncheck.h"
+#include "api/zonguard.h"
+#include "api/zonhandlecheck.h"
 #include "base/zonnumber.h"
 #include "editing/zonedit.h"
 #include "paths/zonfilename.h"

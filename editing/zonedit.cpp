@@ -1,7 +1,7 @@
 // Tested by tests/edit_test.cpp.
 #include "editing/zonedit.h"
 
-#include "api/zondata.h"
+#include "api/zonfilehandle.h"
 
 namespace zon {
 namespace {

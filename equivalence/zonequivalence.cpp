@@ -1,39 +1,50 @@
-// Tested by tests/equiv_test.cpp.
+// A walk over the definition and the candidate at the same time, in the order of the definition.
+//
+// Sections are matched by name and instance through the name indexes of both trees, so a check costs
+// time linear in the number of their nodes. The pairs of sections that are not finished are a stack
+// on the heap: the depth of a template costs no call stack. Each pair counts how many sections of the
+// candidate are not matched yet; a rest at its end is an error.
+//
+// A keyword of the definition without a name is the wildcard: it defines all keywords of the
+// candidate that have no definition of their own. Keywords may be missing in the candidate.
+// Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
-#include <cstdint>
+#include <atomic>
 #include <string>
 #include <vector>
 
-#include "api/zon.h"
-#include "api/zoncheck.h"
 #include "base/zonchars.h"
+#include "base/zonhook.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
 
+namespace zon {
 namespace {
 
 constexpr int kSeverity = 17;
 
-std::int32_t _bEqvQuiet = 0;
+// Not 0: no reports. It belongs to the process, not to a thread: zonIsEqvQuiet returns it to all.
+std::atomic<int> equivalenceQuiet{0};
 
 void Report(const std::string& text) {
-  if (!zonIsEqvQuiet()) ReportHook(text.c_str(), kSeverity, nullptr);
+  if (GetEquivalenceQuiet() == 0) ReportHook(text.c_str(), kSeverity, nullptr);
 }
 
-// Each report gives false, so that a failing test is one line.
-bool Error(const CzonNode* t, const CzonNode* c, const char* message) {
+// Reports a mismatch of two nodes, of which one may be null. Returns false, the result of the check.
+bool ReportNodes(const CzonNode* definition, const CzonNode* candidate, const char* message) {
   std::string text = std::string("Error: ") + message;
-  if (t != nullptr) text += "\n\tTemp: " + t->GetNameGlb();
-  if (c != nullptr) text += "\n\tCand: " + c->GetNameGlb();
+  if (definition != nullptr) text += "\n\tTemp: " + definition->GetNameGlb();
+  if (candidate != nullptr) text += "\n\tCand: " + candidate->GetNameGlb();
   Report(text);
   return false;
 }
 
-bool parError(const CzonNode* keyword, unsigned int number, const char* message) {
+// The same for the n-th value of a keyword.
+bool ReportParam(const CzonNode* keyword, unsigned int n, const char* message) {
   Report(std::string("Error: ") + message + "\n\tKeyw: " + keyword->GetNameGlb() +
-         "\n\tNo:" + std::to_string(number));
+         "\n\tNo:" + std::to_string(n));
   return false;
 }
 
@@ -41,176 +52,183 @@ bool HasFlag(const CzonNode* node, CzonNamedNode::Flags flag) {
   return (static_cast<const CzonNamedNode*>(node)->GetFlags() & flag) != 0;
 }
 
-bool SameName(const CzonNode* t, const CzonNode* c) {
-  return zon::EqualNoCase(t->GetName(), c->GetName());
+bool HaveSameName(const CzonNode* a, const CzonNode* b) {
+  return EqualNoCase(a->GetName(), b->GetName());
 }
 
 bool IsOwnedSection(const CzonNode* node) {
   return node != nullptr && node->IsSection() && node->GetOwner() != nullptr;
 }
 
-bool HeadsConform(const CzonNode* t, const CzonNode* c) {
-  if (!IsOwnedSection(t) || !IsOwnedSection(c)) return Error(t, c, "Two sections required");
-  if (t->GetName().empty()) return Error(t, c, "Blank section name");
-  if (!SameName(t, c)) return Error(t, c, "Section name conflict");
-  if (t->GetNoInstances() > 1) return Error(t, c, "Ambiguous template section");
-  if (!HasFlag(t, CzonNamedNode::kMulti) && c->GetNoInstances() > 1) {
-    return Error(t, c, "Ambiguous candidate section");
+// Names and instances of two sections; not what is in them.
+bool HeadsConform(const CzonNode* definition, const CzonNode* candidate) {
+  const auto report = [&](const char* message) {
+    return ReportNodes(definition, candidate, message);
+  };
+  if (!IsOwnedSection(definition) || !IsOwnedSection(candidate)) {
+    return report("Two sections required");
+  }
+  if (definition->GetName().empty()) return report("Blank section name");
+  if (!HaveSameName(definition, candidate)) return report("Section name conflict");
+  if (definition->GetNoInstances() > 1) return report("Ambiguous template section");
+  if (!HasFlag(definition, CzonNamedNode::kMulti) && candidate->GetNoInstances() > 1) {
+    return report("Ambiguous candidate section");
   }
   return true;
 }
 
-// Every keyword of the template against all of its name in the candidate; one that is lacking there
-// is no error.
-bool NamedKeywordsConform(const CzonNode* t, const CzonNode* c) {
-  for (unsigned int n = 1; const CzonKeyword* tk = t->KeywordByNum(n); ++n) {
-    const std::string& name = tk->GetName();
+// Each named keyword of the definition against all keywords of that name in the candidate.
+bool NamedKeywordsConform(const CzonNode* definition, const CzonNode* candidate) {
+  for (unsigned int n = 1; const CzonKeyword* keyword = definition->KeywordByNum(n); ++n) {
+    const std::string& name = keyword->GetName();
     if (name.empty()) continue;
-    for (unsigned int k = 1; const CzonKeyword* ck = c->KeywordByNameNum(name.c_str(), k); ++k) {
-      if (!zon::ConformsKeyword(tk, ck)) return false;
+    for (unsigned int k = 1;
+         const CzonKeyword* found = candidate->KeywordByNameNum(name.c_str(), k); ++k) {
+      if (!ConformsKeyword(keyword, found)) return false;
     }
   }
   return true;
 }
 
-// The unnamed keyword of a template stands for every keyword that the template does not name.
-bool OtherKeywordsConform(const CzonNode* t, const CzonNode* c) {
-  const CzonKeyword* wildcard = t->KeywordByNameNum("", 1);
-  for (unsigned int n = 1; const CzonKeyword* ck = c->KeywordByNum(n); ++n) {
-    if (t->KeywordByNameNum(ck->GetName().c_str(), 1) != nullptr) continue;
-    if (wildcard == nullptr) return Error(ck, nullptr, "Unrecognized keyword");
-    if (!zon::ConformsKeyword(wildcard, ck)) return false;
+// All other keywords of the candidate against the wildcard.
+bool OtherKeywordsConform(const CzonNode* definition, const CzonNode* candidate) {
+  const CzonKeyword* wildcard = definition->KeywordByNameNum("", 1);
+  for (unsigned int n = 1; const CzonKeyword* keyword = candidate->KeywordByNum(n); ++n) {
+    if (definition->KeywordByNameNum(keyword->GetName().c_str(), 1) != nullptr) continue;
+    // Compatibility: the keyword of the candidate is reported as if it were of the template.
+    if (wildcard == nullptr) return ReportNodes(keyword, nullptr, "Unrecognized keyword");
+    if (!ConformsKeyword(wildcard, keyword)) return false;
   }
   return true;
 }
 
-bool KindsConform(const CzonNode* tp, const CzonNode* cp) {
-  if (!tp->IsParam() || !cp->IsParam()) return Error(tp, cp, "Two parameters expected");
-  if (!tp->IsNumeric()) return tp->GetSyntaxClass() == cp->GetSyntaxClass();
-  return (tp->IsInt() && cp->IsInt()) || (tp->IsFloat() && cp->IsFloat()) ||
-         (tp->IsDouble() && cp->IsDouble());
+// Two sections of which the check has begun, and its state.
+struct SectionPair {
+  const CzonNode* definition;
+  const CzonNode* candidate;
+  unsigned int unmatched;     // sections of the candidate
+  unsigned int section = 1;   // number of the section of the definition that is searched next,
+  unsigned int instance = 1;  // and its instance in the candidate
+
+  SectionPair(const CzonNode* d, const CzonNode* c)
+      : definition(d), candidate(c), unmatched(c->GetNoSections()) {}
+};
+
+// The next sections of the pair that match: first all instances of a section in the candidate, then
+// the next section. Null if there are none left.
+struct Match {
+  const CzonSection* definition = nullptr;
+  const CzonSection* candidate = nullptr;
+};
+
+// Stores the next match. Returns false, after a report, if a mandatory section is missing.
+bool FindNextMatch(SectionPair& pair, Match& match) {
+  for (; const CzonSection* section = pair.definition->SectionByNum(pair.section); ++pair.section) {
+    const char* name = section->GetName().c_str();
+    if (const CzonSection* found = pair.candidate->SectionByNameNum(name, pair.instance)) {
+      ++pair.instance;
+      match = {section, found};
+      return true;
+    }
+    if (pair.instance == 1 && HasFlag(section, CzonNamedNode::kMandat)) {
+      return ReportNodes(section, nullptr, "Missing section");
+    }
+    pair.instance = 1;
+  }
+  match = {};
+  return true;
 }
 
-bool ParamConforms(const CzonNode* tp, const CzonNode* cp, const CzonNode* keyword,
-                   unsigned int number) {
-  if (KindsConform(tp, cp)) return true;
-  return parError(keyword, number,
-                  cp->IsDefaultPar() ? "Unresolved default value" : "Parameter type conflict");
+// What is checked after the last section of a pair.
+bool RestConforms(const SectionPair& pair) {
+  if (pair.unmatched != 0) {
+    return ReportNodes(pair.definition, pair.candidate, "Inconsistent number of sections");
+  }
+  return NamedKeywordsConform(pair.definition, pair.candidate) &&
+         OtherKeywordsConform(pair.definition, pair.candidate);
+}
+
+bool KindsConform(const CzonNode* definition, const CzonNode* param) {
+  if (!definition->IsParam() || !param->IsParam()) {
+    return ReportNodes(definition, param, "Two parameters expected");
+  }
+  if (!definition->IsNumeric()) return definition->GetSyntaxClass() == param->GetSyntaxClass();
+  return (definition->IsInt() && param->IsInt()) || (definition->IsFloat() && param->IsFloat()) ||
+         (definition->IsDouble() && param->IsDouble());
+}
+
+bool ParamConforms(const CzonNode* definition, const CzonNode* param, const CzonNode* keyword,
+                   unsigned int n) {
+  if (KindsConform(definition, param)) return true;
+  return ReportParam(
+      keyword, n, param->IsDefaultPar() ? "Unresolved default value" : "Parameter type conflict");
+}
+
+// Names and instances of two keywords; not their values.
+bool KeywordHeadsConform(const CzonNode* definition, const CzonNode* candidate) {
+  const auto report = [&](const char* message) {
+    return ReportNodes(definition, candidate, message);
+  };
+  if (definition == nullptr || candidate == nullptr || !definition->IsKeyword() ||
+      !candidate->IsKeyword()) {
+    return report("Two keywords required");
+  }
+  const bool named = definition->GetName().empty() ? !candidate->GetName().empty()
+                                                   : HaveSameName(definition, candidate);
+  if (!named) return report("Keyword name conflict");
+  if (definition->GetNoInstances() >= 2) return report("Ambiguous template keyword");
+  if (!HasFlag(definition, CzonNamedNode::kMulti) && candidate->GetNoInstances() > 1) {
+    return report("Ambiguous candidate keyword");
+  }
+  return true;
 }
 
 }  // namespace
 
-namespace zon {
-
-// The sections in progress are kept in a list, so that the depth of a template costs no stack.
-bool ConformsSection(const CzonNode* t, const CzonNode* c) {
-  struct Pair {
-    const CzonNode* t;
-    const CzonNode* c;
-    unsigned int remaining;  // sections of the candidate that no section of the template has named
-    unsigned int section = 1;
-    unsigned int instance = 1;
-  };
-  if (!HeadsConform(t, c)) return false;
-  std::vector<Pair> open{{t, c, c->GetNoSections()}};
+bool ConformsSection(const CzonNode* definition, const CzonNode* candidate) {
+  if (!HeadsConform(definition, candidate)) return false;
+  std::vector<SectionPair> open{{definition, candidate}};
   while (!open.empty()) {
-    Pair& pair = open.back();
-    if (const CzonSection* ts = pair.t->SectionByNum(pair.section)) {
-      const CzonSection* cs = pair.c->SectionByNameNum(ts->GetName().c_str(), pair.instance);
-      if (cs == nullptr) {
-        if (pair.instance == 1 && HasFlag(ts, CzonNamedNode::kMandat)) {
-          return Error(ts, nullptr, "Missing section");
-        }
-        ++pair.section;
-        pair.instance = 1;
-        continue;
-      }
-      if (!HeadsConform(ts, cs)) return false;
-      ++pair.instance;
-      --pair.remaining;
-      open.push_back({ts, cs, cs->GetNoSections()});
+    SectionPair& pair = open.back();
+    Match match;
+    if (!FindNextMatch(pair, match)) return false;
+    if (match.definition == nullptr) {
+      if (!RestConforms(pair)) return false;
+      open.pop_back();
       continue;
     }
-    if (pair.remaining != 0) return Error(pair.t, pair.c, "Inconsistent number of sections");
-    if (!NamedKeywordsConform(pair.t, pair.c) || !OtherKeywordsConform(pair.t, pair.c))
-      return false;
-    open.pop_back();
+    if (!HeadsConform(match.definition, match.candidate)) return false;
+    --pair.unmatched;
+    open.emplace_back(match.definition, match.candidate);  // `pair` is invalid from here
   }
   return true;
 }
 
-bool ConformsKeyword(const CzonNode* t, const CzonNode* c) {
-  if (t == nullptr || c == nullptr || !t->IsKeyword() || !c->IsKeyword()) {
-    return Error(t, c, "Two keywords required");
-  }
-  const bool named = t->GetName().empty() ? !c->GetName().empty() : SameName(t, c);
-  if (!named) return Error(t, c, "Keyword name conflict");
-  if (t->GetNoInstances() >= 2) return Error(t, c, "Ambiguous template keyword");
-  if (!HasFlag(t, CzonNamedNode::kMulti) && c->GetNoInstances() > 1) {
-    return Error(t, c, "Ambiguous candidate keyword");
-  }
-  const CzonNode* last = nullptr;  // of the template
+bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate) {
+  if (!KeywordHeadsConform(definition, candidate)) return false;
+  const CzonNode* last = nullptr;  // the last value of the definition so far
   for (unsigned int n = 1;; ++n) {
-    const CzonNode* tp = t->ParamByNum(n);
-    const CzonNode* cp = c->ParamByNum(n);
-    if (cp == nullptr) return tp == nullptr || parError(t, n, "Missing parameters");
-    if (tp != nullptr) {
-      last = tp;
-    } else if (!HasFlag(t, CzonNamedNode::kOpenList)) {
-      return parError(t, n, "Too many parameters");
+    const CzonNode* expected = definition->ParamByNum(n);
+    const CzonNode* param = candidate->ParamByNum(n);
+    if (param == nullptr) {
+      return expected == nullptr || ReportParam(definition, n, "Missing parameters");
     }
-    // An open list without a definition takes anything.
-    if (last != nullptr && !ParamConforms(last, cp, c, n)) return false;
+    if (expected != nullptr) {
+      last = expected;
+    } else if (!HasFlag(definition, CzonNamedNode::kOpenList)) {
+      return ReportParam(definition, n, "Too many parameters");
+    }
+    // The last value of an open list repeats. An open list without values accepts any.
+    if (last != nullptr && !ParamConforms(last, param, candidate, n)) return false;
   }
+}
+
+void SetEquivalenceQuiet(int quiet) {
+  equivalenceQuiet.store(quiet, std::memory_order_relaxed);
+}
+
+int GetEquivalenceQuiet() {
+  return equivalenceQuiet.load(std::memory_order_relaxed);
 }
 
 }  // namespace zon
-
-namespace {
-
-CzonNode* CheckUnlessQuiet(void* node) {
-  auto* checked = zon::CastHandle<CzonNode>(node);
-  if (checked == nullptr) {
-    zon::RaiseError(zon::kErrNode);
-    if (!zonIsEqvQuiet()) MessageHook("Invalid zonNode");
-  }
-  return checked;
-}
-
-bool Conforms(void* templateNode, void* candidateNode) {
-  const CzonNode* t = CheckUnlessQuiet(templateNode);
-  const CzonNode* c = CheckUnlessQuiet(candidateNode);
-  if (t == nullptr || c == nullptr) return false;
-  if (t->IsSection() && c->IsSection()) return zon::ConformsSection(t, c);
-  if (t->IsKeyword() && c->IsKeyword()) return zon::ConformsKeyword(t, c);
-  if (!zonIsEqvQuiet()) MessageHook("Conflicting zonNode types");
-  return false;
-}
-
-}  // namespace
-
-extern "C" {
-
-int zonEquivalent(void* templateNode, void* candidateNode, void* third) {
-  return zonEquivalentExt(templateNode, candidateNode, third, 0);
-}
-
-int zonEquivalentExt(void* templateNode, void* candidateNode, void*, int quiet) {
-  _bEqvQuiet = quiet;
-  return zon::Guarded(zon::kErrNode, 0,
-                      [&] { return Conforms(templateNode, candidateNode) ? 1 : 0; });
-}
-
-int zonIsEqvQuiet(void) {
-  return _bEqvQuiet;
-}
-
-int zonEqvSection(CzonNode* t, CzonNode* c) {
-  return zon::Guarded(zon::kErrNode, 0, [&] { return zon::ConformsSection(t, c) ? 1 : 0; });
-}
-
-int zonEqvKeyword(CzonNode* t, CzonNode* c) {
-  return zon::Guarded(zon::kErrNode, 0, [&] { return zon::ConformsKeyword(t, c) ? 1 : 0; });
-}
-
-}  // extern "C"

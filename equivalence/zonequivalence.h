@@ -1,7 +1,6 @@
-// Whether a section or keyword of a file conforms to one of a template.
+// Equivalence: whether a section or keyword of a file conforms to its definition in a template.
 //
-// The first mismatch ends the check and is reported through ReportHook. Names are found through the
-// indexes of both trees, so a check costs no more than the two have nodes.
+// The first mismatch ends the check and is reported through ReportHook, unless reports are off.
 #ifndef ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 #define ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 
@@ -9,8 +8,12 @@
 
 namespace zon {
 
-bool ConformsSection(const CzonNode* t, const CzonNode* c);
-bool ConformsKeyword(const CzonNode* t, const CzonNode* c);
+bool ConformsSection(const CzonNode* definition, const CzonNode* candidate);
+bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate);
+
+// Not 0 turns off the reports of all later checks in the process, until it is set again.
+void SetEquivalenceQuiet(int quiet);
+int GetEquivalenceQuiet();
 
 }  // namespace zon
 

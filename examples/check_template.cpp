@@ -8,7 +8,7 @@
 
 #include <zon.h>
 
-// The library's reports come here: a host hears them by defining a function of this name.
+// Receives the reports of the library: a host defines a function of this name.
 extern "C" void ReportHook(const char* pattern, int severity, void*) {
   std::printf("report (severity %d):\n%s\n", severity, pattern);
 }

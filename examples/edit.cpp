@@ -23,13 +23,13 @@ int main(int argc, char** argv) {
   zoneModifyParameterDouble(zonKeywordByNameNum(quay, "Length", 1), 1, 415.0);
   zoneRenameKeyword(zonKeywordByNameNum(quay, "Name", 1), "Title");
 
-  void* crane = zoneInsertNewSection(quay, "Crane", 1);  // in front of the berth
+  void* crane = zoneInsertNewSection(quay, "Crane", 1);  // before the berth
   void* lift = zoneInsertNewKeyword(crane, "Lift", 0);
   zoneInsertParameterDouble(lift, 0, 12.5);
   zoneInsertParameterInt(lift, 0, 5);
 
   const bool good = zonGetErrorGlb() == 0;
-  std::remove(argv[2]);  // the library writes behind what a file holds
+  std::remove(argv[2]);  // the library appends to what a file holds
   zonWrite(file, argv[2]);
   zonClose(&file);
   std::cout << std::ifstream(argv[2]).rdbuf();

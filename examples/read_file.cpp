@@ -1,8 +1,7 @@
-// Reads parameter files and shows what is in them:
+// Reads parameter files and prints their content, or the error of a file that does not load:
 //
-//     read_file FILE...      every section, keyword and value with its kind; of a faulty file the
-//     error read_file FOLDER       how many files, sections, keywords and values of which kind it
-//     holds
+//     read_file FILE...     every section, keyword and value with its kind
+//     read_file FOLDER      the number of files, sections, keywords and values of each kind
 //
 // Exit status 1 if a file could not be read.
 #include <algorithm>
@@ -78,7 +77,7 @@ void ShowSection(void* section) {
   }
 }
 
-// Opens a file and shows its error, if it has one, as "file:line:position: message".
+// Loads a file and prints its error, if there is one, as "file:line:position: message".
 void* Load(const char* file, bool* faulty) {
   void* handle = zonLoadFile(file, 1);
   if (handle == nullptr) {

@@ -1,8 +1,8 @@
-/* Reads a parameter file token by token and prints it in outline, without building a tree:
+/* Reads a parameter file token by token, without a tree, and prints its outline:
  *
  *     stream_tokens FILE
  *
- * Exit status 1 at an error in the file, 2 if it cannot be opened. */
+ * Exit status 1 if the file has an error, 2 if it cannot be opened. */
 #include <stdio.h>
 
 #include <zon.h>

@@ -1,8 +1,8 @@
-// Builds a parameter file, writes it, shows the text, and loads it back:
+// Builds a parameter file, writes it, prints the text and loads it:
 //
 //     write_file FILE
 //
-// The library writes behind whatever a file holds, so the example removes an old one first.
+// The library appends to what a file holds, so the example removes an old file first.
 #include <cstdio>
 #include <fstream>
 #include <iostream>

@@ -1,4 +1,4 @@
-// A packed list beside a model of its items and of its cursor.
+// A packed list and a model of it: its items and its cursor.
 #ifndef ZON_FUZZ_CLOB_MODEL_H
 #define ZON_FUZZ_CLOB_MODEL_H
 
@@ -10,8 +10,8 @@
 namespace model {
 
 struct ClobItem {
-  unsigned kind;  // in the order of these functions
-  int value;      // of a real: half of it
+  unsigned kind;  // the index in kAdd
+  int value;      // a real has half of it
   std::string text;
 };
 inline int (*const kAdd[])(void*, const ClobItem&) = {
@@ -35,7 +35,7 @@ class Clob {
       std::string text;
       for (unsigned n = bytes.Number(0, 4); n > 0; --n) text += "a\"', >/\\\n:"[bytes.Number(0, 9)];
       items_.push_back({call, static_cast<int>(bytes.Byte()) - 128, text});
-      fuzz::Check(kAdd[call](file, items_.back()) == 0, "a refused item");
+      fuzz::Check(kAdd[call](file, items_.back()) == 0, "an item was refused");
     } else if (call < 12) {
       Read(node, call - 6);
     } else {

@@ -1,5 +1,5 @@
-// The builder, edits and packed lists as the bytes say, on two files and their models. Hooks call
-// back: they ask all trees, load a file and build a third one.
+// Builder calls, edits and packed lists, chosen by the input, on two files and on models of them. Hooks
+// call the library in turn: they query all trees, load a file and build a third one.
 #include "clob_model.h"
 #include "edit_model.h"
 #include "fuzz.h"
@@ -10,7 +10,7 @@ using fuzz::Check;
 
 void* files[4];  // two with a model, one that hooks build, one with a packed list
 unsigned built;
-const char* nested;  // a file to load from a hook, which no pending code outlives
+const char* nested;  // a file that a hook loads, if not null; the load clears the pending code
 
 void CallBack() {
   if (built >= 8) return;
@@ -28,7 +28,7 @@ void LoadWithHook() {
   nested = fuzz::FileOf("[A] k = 1, 'x' EndSect", 1);
   void* faulty = zonLoadFile(fuzz::FileOf("[A] k = |x", 2), 0);
   const std::string message = zonGetSyntaxErr(faulty, nullptr, nullptr, nullptr);
-  Check(message == "Missing |", "an error that a hook has changed:", message);
+  Check(message == "Missing |", "a load in a hook changed the error:", message);
   zonClose(&faulty);
   nested = nullptr;
   zonGetErrorGlb();

@@ -1,4 +1,4 @@
-// A simple model of a file that is edited and built, and edits that are made on both.
+// A simple model of a file, and an editor that makes the same random changes on both.
 #ifndef ZON_FUZZ_EDIT_MODEL_H
 #define ZON_FUZZ_EDIT_MODEL_H
 
@@ -19,7 +19,7 @@ using fuzz::Check;
 
 struct Value {
   int value = 0;
-  bool isReset = false;  // as of an item
+  bool isReset = false;  // as for an Item
 };
 
 // Sections with keywords, and keywords with integers, in the order of the file.
@@ -28,8 +28,8 @@ struct Item {
   std::string name;
   std::vector<Item> children;  // of a section
   std::vector<Value> values;   // of a keyword
-  int id = 0;                  // of the item itself, whatever it holds; the root's is 0
-  bool isReset = false;  // a Copy has reset its number, and its namesakes did not change since
+  int id = 0;                  // identifies the item when its place changes; 0 for the root
+  bool isReset = false;        // set by a Copy onto it, cleared by the next change of its namesakes
 
   Item* Find(int wanted) {
     if (id == wanted) return this;
@@ -64,7 +64,7 @@ struct Item {
     return count;
   }
 
-  // As it comes back from a file: a keyword without values has an undefined one.
+  // The item after writing and loading: a keyword without values gets an undefined one.
   Item AsLoaded() const {
     Item loaded = *this;
     if (!section && id != 0 && values.empty()) loaded.values = {Value{}};
@@ -124,7 +124,7 @@ inline void ExpectSame(const Item& model, void* node) {
 
 class Editor {
  public:
-  // What happens is up to `number`, which gives one from a range.
+  // Returns a number of a range; chooses what happens.
   using Number = std::function<unsigned(unsigned from, unsigned to)>;
   Editor(void* file, Number number) : file_(file), number_(std::move(number)) {}
 
@@ -188,7 +188,7 @@ class Editor {
     Check(zonGetNameGlb(made) == (owner.empty() ? name : owner + "." + name), "global name");
   }
 
-  // A call of the builder, which goes by the cursor.
+  // A call of the builder, which appends at the cursor.
   void Build() {
     const std::string name = Name();
     const unsigned call = number_(0, 4);
@@ -218,13 +218,13 @@ class Editor {
     keyword_ = 0;
   }
 
-  // The cursor leaves what goes, for the section around it.
+  // Moves the cursor out of an item that is removed, to the section around it.
   void Leave(Item& item, const Item& parent) {
     if (keyword_ != 0 && item.Find(keyword_) != nullptr) keyword_ = 0;
     if (open_ != 0 && item.Find(open_) != nullptr) OpenSection(parent.id);
   }
 
-  // Each change of the items of a name, or of the values of a keyword, numbers them all.
+  // Each change of the items of a name, or of the values of a keyword, restores their numbers.
   static void Renumber(Item& section, bool isSection, const std::string& name) {
     for (Item& child : section.children) {
       if (child.IsNamesakeOf(isSection, name)) child.isReset = false;
@@ -271,9 +271,9 @@ class Editor {
       Renumber(section, copy.section, copy.name);
     } else if (action == 7) {
       const bool fits = copy.section == section.children[to].section;
-      const unsigned long before = fuzz::heard;
+      const unsigned long before = fuzz::messages;
       Check(zonCopy(NodeAt(node, from), NodeAt(node, to)) == fits, "copy");
-      Check(fuzz::heard - before == (fits ? 0 : 1), "a message for what does not fit");
+      Check(fuzz::messages - before == (fits ? 0 : 1), "a message exactly if the nodes do not fit");
       if (!fits || from == to) return;
       Item& target = section.children[to];
       for (Item& child : target.children) Leave(child, target);
@@ -305,7 +305,7 @@ class Editor {
     return node;
   }
 
-  // The class operation, with a source from anywhere in the tree: above, below and beside.
+  // Copies by the class, from a source anywhere in the tree: above, below or beside the target.
   void CopyOne(Item& section, void* node) {
     const std::size_t place = number_(0, static_cast<unsigned>(section.children.size() - 1));
     Item& target = section.children[place];
@@ -370,7 +370,7 @@ class Editor {
   Number number_;
   Item root_;
   int lastId_ = 0;
-  int open_ = 0;  // the cursor: ids of the open section and of the current keyword, 0 for none
+  int open_ = 0;  // the cursor: the ids of the open section and of the current keyword, 0 for none
   int keyword_ = 0;
 };
 

@@ -1,4 +1,4 @@
-// A template and a candidate, with a zero byte in between, against a naive checker.
+// A template and a candidate, separated by a zero byte, compared by the library and by a naive checker.
 #include "equiv_model.h"
 #include "fuzz.h"
 
@@ -6,7 +6,7 @@ namespace {
 
 using model::Has;
 
-// What no file can say: sections with an M are mandatory, keywords with an O have open lists.
+// Sets flags that a file cannot: sections with an M are mandatory, keywords with an O have open lists.
 void SetFlags(CzonNode* node) {
   if (node->IsParam()) return;
   auto* named = static_cast<CzonNamedNode*>(node);
@@ -22,12 +22,12 @@ CzonNode* pattern;
 void Compare() {
   const bool sections = pattern->IsSection() && candidate->IsSection();
   if (!sections && !(pattern->IsKeyword() && candidate->IsKeyword())) return;
-  const unsigned long before = fuzz::heard;
+  const unsigned long before = fuzz::messages;
   const int fits = zonEquivalent(pattern, candidate, nullptr);
   const bool naive = sections ? model::SectionFits(*pattern, *candidate)
                               : model::KeywordFits(*pattern, *candidate);
   fuzz::Check((fits != 0) == naive, naive ? "refused" : "accepted", candidate->GetNameGlb());
-  fuzz::Check(fuzz::heard - before == (fits != 0 ? 0U : 1U), "one report");
+  fuzz::Check(fuzz::messages - before == (fits != 0 ? 0U : 1U), "one report");
 }
 
 }  // namespace

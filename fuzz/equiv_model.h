@@ -1,4 +1,4 @@
-// A naive checker of candidates against templates: it scans where the library looks up.
+// A naive comparison with a template: it scans lists where the library uses an index.
 #ifndef ZON_FUZZ_EQUIV_MODEL_H
 #define ZON_FUZZ_EQUIV_MODEL_H
 
@@ -18,7 +18,7 @@ inline bool Has(const CzonNode& node, CzonNamedNode::Flags flag) {
 
 using Nodes = std::vector<const CzonNode*>;
 
-// The children of a kind, of any name or of one; default definitions are none.
+// The children of a kind, of any name or of one name, without default definitions.
 inline Nodes ChildrenOf(const CzonNode* node, bool sections, const std::string* name = nullptr) {
   Nodes nodes;
   for (unsigned n = 1; n <= node->GetNoNodes(); ++n) {
@@ -30,8 +30,8 @@ inline Nodes ChildrenOf(const CzonNode* node, bool sections, const std::string* 
   return nodes;
 }
 
-// Whether the names of two nodes stand where they are as often as they may.
-inline bool MayStand(const CzonNode& t, const CzonNode& c) {
+// Whether both nodes occur among their siblings as often as the template permits.
+inline bool IsCountPermitted(const CzonNode& t, const CzonNode& c) {
   const auto count = [](const CzonNode& node) {
     return node.IsDefaultDef()
                ? 0
@@ -49,7 +49,7 @@ inline bool KeywordFits(const CzonNode& t, const CzonNode& c) {
   const unsigned wanted = t.GetNoNodes();
   const unsigned count = c.GetNoNodes();
   const bool isLong = count > wanted && !Has(t, CzonNamedNode::kOpenList);
-  if (!MayStand(t, c) || count < wanted || isLong) return false;
+  if (!IsCountPermitted(t, c) || count < wanted || isLong) return false;
   for (unsigned n = 1; n <= count && wanted > 0; ++n) {
     const CzonNode& definition = *t.NodeByNum(std::min(n, wanted));
     const CzonNode& value = *c.NodeByNum(n);
@@ -60,19 +60,19 @@ inline bool KeywordFits(const CzonNode& t, const CzonNode& c) {
 }
 
 inline bool SectionFits(const CzonNode& t, const CzonNode& c) {
-  if (!SameName(t, c) || !MayStand(t, c)) return false;
+  if (!SameName(t, c) || !IsCountPermitted(t, c)) return false;
   for (const CzonNode* inner : ChildrenOf(&c, true)) {
     const Nodes named = ChildrenOf(&t, true, &inner->GetName());
     if (named.empty() || !SectionFits(*named[0], *inner)) return false;
   }
   for (const CzonNode* inner : ChildrenOf(&t, true)) {
-    const bool isLacking = ChildrenOf(&c, true, &inner->GetName()).empty();
-    if (isLacking && Has(*inner, CzonNamedNode::kMandat)) return false;
+    const bool isMissing = ChildrenOf(&c, true, &inner->GetName()).empty();
+    if (isMissing && Has(*inner, CzonNamedNode::kMandat)) return false;
   }
   const std::string none;
   for (const CzonNode* keyword : ChildrenOf(&c, false)) {
     Nodes named = ChildrenOf(&t, false, &keyword->GetName());
-    // An unnamed keyword of the candidate is left alone where the template has one.
+    // An unnamed keyword of the candidate is not compared if the template has one.
     if (!named.empty() && keyword->GetName().empty()) continue;
     if (named.empty()) named = ChildrenOf(&t, false, &none);
     if (named.empty() || !KeywordFits(*named[0], *keyword)) return false;

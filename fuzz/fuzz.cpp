@@ -15,7 +15,7 @@
 
 namespace fuzz {
 
-unsigned long heard = 0;
+unsigned long messages = 0;
 void (*onMessage)() = nullptr;
 std::size_t largestRead = 0;
 
@@ -34,7 +34,7 @@ struct MemoryFile {
 };
 MemoryFile files[4];
 
-// In this order they step through the items of a packed list, whatever their kinds are.
+// In this order the queries step through the items of a packed list of any kinds.
 int (*const kNumbers[])(void*) = {
     zonGetSyntaxClass, zonGetLevel,         zonGetNoInstances, zonGetInstanceNo, zonGetNoNodes,
     zonGetNoParams,    zonGetNoKeywords,    zonGetNoSections,  zonIsTarget,      zonIsSection,
@@ -63,16 +63,16 @@ bool SameBits(double a, double b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-void AskEverything(CzonNode* a, CzonNode* b) {
+void CompareByQueries(CzonNode* a, CzonNode* b) {
   for (CzonNode* node : {a, b}) {
     if (node->IsClob()) zonClobReset(node);
   }
   for (int round = a->IsClob() ? 4 : 1; round > 0; --round) {
-    for (const auto ask : kNumbers) Check(ask(a) == ask(b), "number", a->GetNameGlb());
-    for (const auto ask : kReals) Check(SameBits(ask(a), ask(b)), "real", a->GetNameGlb());
-    for (const auto ask : kTexts) {
-      const char* one = ask(a);
-      const char* other = ask(b);
+    for (const auto query : kNumbers) Check(query(a) == query(b), "number", a->GetNameGlb());
+    for (const auto query : kReals) Check(SameBits(query(a), query(b)), "real", a->GetNameGlb());
+    for (const auto query : kTexts) {
+      const char* one = query(a);
+      const char* other = query(b);
       const bool isSame = one && other ? std::strcmp(one, other) == 0 : one == other;
       Check(isSame, "text", one ? one : "null");
     }
@@ -83,7 +83,7 @@ void AskEverything(CzonNode* a, CzonNode* b) {
                 : a->IsSection()            ? zonSectionByNameNum(owner, zonGetName(a), n)
                 : a->IsKeyword()            ? zonKeywordByNameNum(owner, zonGetName(a), n)
                                             : zonNodeByNum(owner, n);
-  Check(found == a, "not found by its number", a->GetNameGlb());
+  Check(found == a, "a node is not found by its number:", a->GetNameGlb());
   for (void* node : {zonGetParentSection(a), zonFindDefault(a)}) zonGetLevel(node);
   char path[256];
   zonGetResultFilenamePath2(a, path, sizeof path);
@@ -92,15 +92,16 @@ void AskEverything(CzonNode* a, CzonNode* b) {
 
 void ExpectSameValues(const CzonNode& a, const CzonNode& b, Loss loss) {
   if (loss == kByWriting && a.GetSyntaxClass() == kZonUnknown) {
-    return Check(b.IsUndefinedPar() || b.IsDefaultPar(), "an unknown value is no empty place");
+    return Check(b.IsUndefinedPar() || b.IsDefaultPar(),
+                 "an unknown value must be written as an undefined one");
   }
   Check(typeid(a) == typeid(b), typeid(a).name(), typeid(b).name());
   std::string text = static_cast<const CzonParam&>(a).GetText();
   const std::string& other = static_cast<const CzonParam&>(b).GetText();
   if (loss == kByWriting) {
-    const bool isAnew = a.IsFilename() ? text[0] == '/' : a.IsNumeric() || a.IsBool();
+    const bool isRewritten = a.IsFilename() ? text[0] == '/' : a.IsNumeric() || a.IsBool();
     for (char& c : text) c = a.IsFilename() && c == '/' ? '\\' : c;
-    if (isAnew) text = other;
+    if (isRewritten) text = other;
   }
   Check(text == other, text.c_str(), other);
   if (a.IsBool()) Check(a.GetBool() == b.GetBool(), "boolean", text);
@@ -115,23 +116,25 @@ void ExpectSameValues(const CzonNode& a, const CzonNode& b, Loss loss) {
 const char* FileOf(std::string_view text, unsigned number) {
   const int file = files[number].file;
   const auto size = static_cast<ssize_t>(text.size());
-  Check(ftruncate(file, 0) == 0 && pwrite(file, text.data(), text.size(), 0) == size, "no memory");
+  Check(ftruncate(file, 0) == 0 && pwrite(file, text.data(), text.size(), 0) == size,
+        "a file in memory cannot be written");
   return files[number].name;
 }
 
 std::string ContentOf(unsigned number) {
   const int file = files[number].file;
   std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
-  Check(pread(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()), "no file");
+  Check(pread(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()),
+        "a file in memory cannot be read");
   return text;
 }
 
-void ExpectSame(CzonNode* a, CzonNode* b, Loss loss, unsigned asked) {
+void ExpectSame(CzonNode* a, CzonNode* b, Loss loss, unsigned queried) {
   std::vector<std::pair<CzonNode*, CzonNode*>> pairs{{a, b}};
   while (!pairs.empty()) {
     std::tie(a, b) = pairs.back();
     pairs.pop_back();
-    if (asked != 0) AskEverything(a, b), --asked;
+    if (queried != 0) CompareByQueries(a, b), --queried;
     Check(loss == kByWriting || a->GetRemark() == b->GetRemark(), "remark", a->GetRemark());
     Check(a->GetInstanceNo() == b->GetInstanceNo(), "instance", a->GetName());
     if (a->IsParam()) {
@@ -153,7 +156,7 @@ void ExpectSame(CzonNode* a, CzonNode* b, Loss loss, unsigned asked) {
 
 extern "C" {
 
-// Sizes follow from a fixed sequence, so that a replay repeats them.
+// Replaces read() of the process. Sizes follow a fixed sequence, so that a replay repeats them.
 ssize_t read(int file, void* room, std::size_t size) {
   static unsigned long sequence = 0;
   if (fuzz::largestRead != 0) {
@@ -164,7 +167,7 @@ ssize_t read(int file, void* room, std::size_t size) {
 }
 
 void MessageHook(const char*) {
-  ++fuzz::heard;
+  ++fuzz::messages;
   if (fuzz::onMessage != nullptr) fuzz::onMessage();
 }
 void ReportHook(const char*, int, void*) {

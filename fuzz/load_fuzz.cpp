@@ -1,5 +1,6 @@
-// Any bytes as a file. It loads or is refused by one of the known messages; values that are made
-// when somebody asks are those that the token path makes at once, from a file and from characters.
+// Any bytes as a file. It loads, or fails with one of the known messages. The tree with deferred values
+// equals the tree of a parse that makes every value at once, of one that reads the file in small pieces,
+// and of one whose characters come from a source of the host.
 #include <algorithm>
 #include <climits>
 #include <iterator>
@@ -25,8 +26,8 @@ constexpr const char* kMessages[] = {"",
                                      "Data: invalid use of ()",
                                      "yacc stack overflow"};
 
-// The first question to the tree is not always the same.
-void AskFirst(void* file, std::size_t choice) {
+// Makes the deferred values by one of several operations.
+void QueryFirst(void* file, std::size_t choice) {
   std::ostringstream out;
   CzonTargetList copy;
   CzonNode* root = fuzz::RootOf(file);
@@ -37,7 +38,7 @@ void AskFirst(void* file, std::size_t choice) {
   if (choice == 3) zonEquivalentExt(section, section, nullptr, 1);
 }
 
-void Compare(void* file, CzonParser& parser, int keep, unsigned asked, const char* name) {
+void Compare(void* file, CzonParser& parser, int keep, unsigned queried, const char* name) {
   const int failed = parser.Parse(keep);
   unsigned line = 0;
   unsigned position = 0;
@@ -50,7 +51,7 @@ void Compare(void* file, CzonParser& parser, int keep, unsigned asked, const cha
   Check((failed != 0) == (zonGetRoot(file) == nullptr), "tree");
   if (failed != 0) return;
   parser.GetRoot()->SetZonFilename(name);
-  fuzz::ExpectSame(fuzz::RootOf(file), parser.GetRoot(), fuzz::kNothing, asked);
+  fuzz::ExpectSame(fuzz::RootOf(file), parser.GetRoot(), fuzz::kNothing, queried);
 }
 
 }  // namespace
@@ -62,10 +63,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Check(file != nullptr, "no handle");
   const std::string message = zonGetSyntaxErr(file, nullptr, nullptr, nullptr);
   const auto* known = std::find(std::begin(kMessages), std::end(kMessages), message);
-  Check(known != std::end(kMessages), "an unknown message:", message);
+  Check(known != std::end(kMessages), "unknown message:", message);
   Check(zonGetErrorGlb() == (zonGetRoot(file) != nullptr ? 0 : 1003), "code");
   if (zonGetRoot(file) != nullptr) {
-    AskFirst(file, size % 6);
+    QueryFirst(file, size % 6);
     const auto newlines = static_cast<unsigned>(std::count(text.begin(), text.end(), '\n'));
     Check(!message.empty() || (zonNoChars(file) == size && zonNoLines(file) == newlines + 1),
           "counts");

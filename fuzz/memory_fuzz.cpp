@@ -1,6 +1,6 @@
-// Loading and asking while the n-th piece of memory is refused: a failure value and its code come
-// back, nothing is lost, and the next load and the next question go well. Of the library built with
-// the fuzzer malloc, realloc and mmap are refused as well, of a shared one only operator new.
+// Loads and queries a file while the n-th allocation fails. The failed call returns its failure value and
+// stores its code, nothing leaks, and the next call succeeds. In a build for the fuzzer malloc, realloc
+// and mmap fail as well, otherwise only operator new.
 #include <sys/mman.h>
 
 #include <cstdlib>
@@ -10,7 +10,7 @@
 
 namespace {
 
-unsigned long untilRefused = 0;  // refused when it comes to 0; 0 refuses none
+unsigned long untilRefused = 0;  // counts down; the allocation that makes it 0 fails; 0: none fails
 
 bool IsRefused() {
   return untilRefused > 0 && --untilRefused == 0;
@@ -20,7 +20,7 @@ bool IsRefused() {
 
 #ifdef ZON_FUZZ_WRAPS
 extern "C" {
-// The fuzzer itself is bound to other operators.
+// The fuzzer itself allocates by other operators.
 const char* __asan_default_options() {
   return "alloc_dealloc_mismatch=0";
 }
@@ -58,23 +58,23 @@ namespace {
 
 using fuzz::Check;
 
-// Asks what makes values, names and texts.
-void Ask(void* node) {
+// Runs the queries that make values, names and texts.
+void QueryAll(void* node) {
   zonGetNameGlb(node);
   zonGetString(node);
   zonGetFilename(node);
   zonGetClobString(node);
   const int count = zonGetNoNodes(node);
-  for (int n = 1; n <= count; ++n) Ask(zonNodeByNum(node, static_cast<unsigned>(n)));
+  for (int n = 1; n <= count; ++n) QueryAll(zonNodeByNum(node, static_cast<unsigned>(n)));
 }
 
 }  // namespace
 
-// The first byte says which piece is refused while the file loads, the second one which then.
+// Byte 1: which allocation fails while the file is loaded; byte 2: which one after that.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Bytes bytes{data, data + size};
   const unsigned loading = bytes.Byte();
-  const unsigned asking = bytes.Byte();
+  const unsigned querying = bytes.Byte();
   const char* name = fuzz::FileOf(fuzz::TextOf(data, size).substr(std::min<std::size_t>(size, 2)));
 
   untilRefused = loading;
@@ -84,19 +84,19 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const int code = zonGetErrorGlb();
   void* again = zonLoadFile(name, 0);
   const int codeAgain = zonGetErrorGlb();
-  if (!refused) Check(file != nullptr && code == codeAgain, "two loads, two codes");
-  Check(file != nullptr || code == 1002, "no handle, and no code of it");
-  Check(code != 0 || zonGetRoot(file) != nullptr, "no tree, and no code of it");
+  if (!refused) Check(file != nullptr && code == codeAgain, "two loads with different codes");
+  Check(file != nullptr || code == 1002, "no handle, but no code 1002");
+  Check(code != 0 || zonGetRoot(file) != nullptr, "no tree and no code");
 
   if (zonGetRoot(file) != nullptr) {
     const bool isSame = codeAgain == 0 && *zonGetSyntaxErr(file, nullptr, nullptr, nullptr) ==
                                               *zonGetSyntaxErr(again, nullptr, nullptr, nullptr);
-    untilRefused = asking;
-    Ask(zonGetRoot(file));
+    untilRefused = querying;
+    QueryAll(zonGetRoot(file));
     zonWrite(file, fuzz::FileOf({}, 1));
     untilRefused = 0;
     zonGetErrorGlb();
-    // Writing result settings adds a section.
+    // A tree with result settings gains a section when it is written.
     int use = 0;
     char folder[1] = "";
     const bool isPlain = *zonGetProjectResultRoot(zonGetRoot(file)) == '\0' &&

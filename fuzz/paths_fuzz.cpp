@@ -1,12 +1,12 @@
-// Paths against the slow references of the tests, which go from component to component.
+// Paths, compared with slow reference functions that work component by component.
 #include <unistd.h>
 
 #include "../tests/treetext.h"
 #include "fuzz.h"
 #include "paths_model.h"
 
-// The first line is the name of the parameter file, the rest a file name in it; '~' at its start
-// stands for the working directory.
+// The first line is the name of the parameter file, the rest is a file name in it. A '~' at the start of
+// that is replaced by the working directory.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using fuzz::Check;
   static const host::OneName file;
@@ -24,7 +24,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string anchor = text.substr(0, end);
   std::string name = end < text.size() ? text.substr(end + 1) : text;
   if (name[0] == '~') name.replace(0, 1, here);
-  // The working directory is no name of the file: these stand for it.
+  // These names select the working directory; they are not names of files.
   if (anchor == "$PWD" || anchor == "$CDD") return -1;
   const std::string full = model::SlowJoined(here, model::SlowJoined(here, anchor));
   const std::string both = file.Both(name, anchor);

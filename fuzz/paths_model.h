@@ -1,4 +1,4 @@
-// What paths come to, by slow references.
+// Slow reference functions for paths.
 #ifndef ZON_FUZZ_PATHS_MODEL_H
 #define ZON_FUZZ_PATHS_MODEL_H
 
@@ -11,7 +11,7 @@ namespace model {
 
 using Texts = std::vector<std::string>;
 
-// The references go from component to component: "/a//b" is "/", "a/", "/", "b".
+// The components of a path: "/a//b" is "/", "a/", "/", "b".
 inline Texts Pieces(const std::string& path) {
   Texts pieces;
   for (std::size_t at = 0, end; at < path.size(); at = end) {
@@ -22,7 +22,7 @@ inline Texts Pieces(const std::string& path) {
 }
 
 inline std::string SlowNormalized(const std::string& path) {
-  Texts kept;  // `fixed` pieces at its start cannot be taken back
+  Texts kept;  // a later ".." cannot remove the first `fixed` pieces
   if (path[0] == '/') kept = {"/"};
   std::size_t fixed = kept.size();
   for (const std::string& piece : Pieces(path)) {
@@ -30,10 +30,10 @@ inline std::string SlowNormalized(const std::string& path) {
     const std::string name = piece.substr(0, piece.find('/'));
     const std::size_t run = name.size() - name.find_last_not_of('.') - 1;
     const std::size_t dots = run - (run > 0 && run < name.size());
-    const bool takesBack = dots == 2 && kept.size() > fixed;
-    if (takesBack) kept.pop_back();
-    if (dots == 2 && !takesBack) ++fixed;
-    if (dots != 1 && !takesBack) kept.push_back(piece);
+    const bool removesLast = dots == 2 && kept.size() > fixed;
+    if (removesLast) kept.pop_back();
+    if (dots == 2 && !removesLast) ++fixed;
+    if (dots != 1 && !removesLast) kept.push_back(piece);
   }
   return std::accumulate(kept.begin(), kept.end(), std::string());
 }

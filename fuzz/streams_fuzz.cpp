@@ -1,5 +1,5 @@
-// A file that lies in what both readers know: the stream of tokens is the traversal of the tree,
-// and one reader takes the file if the other does.
+// Files of the format that both readers accept. The stream of tokens equals the traversal of the tree,
+// and either both readers accept the file or none does.
 #include <strings.h>
 
 #include <algorithm>
@@ -18,21 +18,21 @@ std::size_t WordEnd(std::string_view text, std::size_t at) {
   return at;
 }
 
-// Where a word begins anew behind the digits of a number and of its exponent.
+// Where a new word begins after the digits of a number and of its exponent.
 std::size_t NumberEnd(std::string_view text, std::size_t at, std::size_t end) {
   const char* const digits = "0123456789";
   const std::size_t start = std::min(text.find_first_not_of(digits, at), end);
   const bool isNumber = start > at || (at > 0 && text[at - 1] == '.');
   if (!isNumber || start == end || std::toupper(text[start]) != 'E') return start;
-  const std::size_t behind = std::min(text.find_first_not_of(digits, start + 1), end);
-  return behind == start + 1 ? start : behind;
+  const std::size_t after = std::min(text.find_first_not_of(digits, start + 1), end);
+  return after == start + 1 ? start : after;
 }
 
 bool Begins(const std::string& word, const char* with) {
   return strncasecmp(word.c_str(), with, std::strlen(with)) == 0;
 }
 
-// Whether each reader understands the same by a word: no other form of a reserved one.
+// Whether both readers treat the word alike: it is not another spelling of a reserved word.
 bool IsCommonWord(const std::string& word) {
   for (const char* reserved : {"true", "false", "EndSect"}) {
     if (Begins(word, reserved) && word != reserved) return false;
@@ -40,9 +40,9 @@ bool IsCommonWord(const std::string& word) {
   return !Begins(word, "default");
 }
 
-// Looks at the characters alone, so it is too strict inside texts and comments.
+// Whether the text is in the common format. Does not know texts and comments, so it is too strict there.
 bool IsCommon(std::string_view text) {
-  std::size_t comment = text.npos;  // where a block comment has begun
+  std::size_t comment = text.npos;  // the start of an open block comment
   for (std::size_t at = 0; at < text.size(); ++at) {
     const std::string_view rest = text.substr(at);
     const char next = rest.size() > 1 ? rest[1] : '\0';
@@ -67,7 +67,7 @@ bool IsCommon(std::string_view text) {
   return true;
 }
 
-// Whether the token reader has found all it looks for, and no reserved word as a name.
+// Whether the stream is complete: no error, no open section, and no reserved word as a name.
 bool IsWhole(const std::string& stream) {
   long open = 0;
   for (std::size_t at = 0, end; at < stream.size(); at = end + 1) {
@@ -88,14 +88,14 @@ bool IsWhole(const std::string& stream) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text = fuzz::TextOf(data, size);
-  if (!IsCommon(text)) return -1;  // of no use for the corpus
+  if (!IsCommon(text)) return -1;  // libFuzzer does not add it to the corpus
   const std::string name = fuzz::FileOf(text);
   void* file = zonLoadFile(name.c_str(), 1);
   const std::string message = zonGetSyntaxErr(file, nullptr, nullptr, nullptr);
   const std::string stream = model::StreamOf(name);
   if (message.empty()) {
     fuzz::Check(stream == model::TraversalOf(fuzz::RootOf(file)), "not the traversal:", stream);
-  } else {  // only the token reader lets a file name run on, or sections nest for ever
+  } else {  // only the token reader accepts line ends in file names, and any depth
     const bool isKnown = message == "Missing |" || message == "yacc stack overflow";
     fuzz::Check(isKnown || !IsWhole(stream), message.c_str(), stream);
   }

@@ -1,4 +1,4 @@
-// A file as a stream of tokens, a line for each, from the token reader and from a tree.
+// A file as a stream of tokens, one per line: from the token reader, and from a tree.
 #ifndef ZON_FUZZ_STREAMS_MODEL_H
 #define ZON_FUZZ_STREAMS_MODEL_H
 

@@ -1,4 +1,4 @@
-// The token reader is called on after every error, and comes to the end of any bytes.
+// Any bytes for the token reader, which is called again after each error until the end of the file.
 #include <algorithm>
 #include <iterator>
 
@@ -8,7 +8,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using fuzz::Check;
   const std::string_view text = fuzz::TextOf(data, size);
   void* reader = nullptr;
-  Check(zontLoadFile(fuzz::FileOf(text), &reader) == 0, "does not open");
+  Check(zontLoadFile(fuzz::FileOf(text), &reader) == 0, "the file does not open");
   std::size_t calls = 0;
   std::size_t sections = 0;
   std::size_t ended = 0;
@@ -17,7 +17,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ++calls;
     if (token == 100) ++sections;
     if (token == 101) ++ended;
-    Check(calls <= size + sections + 2, "no end");
+    Check(calls <= size + sections + 2, "more calls than the file can need");
     constexpr int kTokens[] = {-1, 0, 100, 101, 200, 1000, 1010, 1011, 1020, 1021, 1030, 1200};
     Check(std::count(std::begin(kTokens), std::end(kTokens), token) == 1, "an unknown token");
     const std::string_view shown = zontGetTokenString(reader);

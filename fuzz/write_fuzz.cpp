@@ -1,12 +1,12 @@
-// Load, write, load, write: the same tree but for what writing is known to lose, and the same text
-// below the header comment.
+// Load, write, load, write: the trees are equal except for what writing does not keep, and the second
+// text equals the first below the header comment.
 #include "fuzz.h"
 
 namespace {
 
 using fuzz::Check;
 
-// Result settings would add a section with each writing.
+// Without result settings, which add a section to each written file.
 void Write(void* file, const char* name) {
   zonSetProjectResultRoot(file, "");
   zonSetCustomResultFolder(file, 0, "");
@@ -30,25 +30,25 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size % 8 == 0) zonFileCopy(name, fuzz::FileOf({}, 2));
   zonGetErrorGlb();
   if (zonGetRoot(file) != nullptr) {
-    // An error behind whole sections leaves them; what makes it may be among them.
+    // An error after complete sections keeps them; its cause can be among them.
     const bool hasError = *zonGetSyntaxErr(file, nullptr, nullptr, nullptr) != '\0';
-    // Half of them are written before anybody has asked for a value.
+    // Half of the files are written while their values are still deferred.
     hasSubstitution = false;
-    const auto look = [](CzonNode* node) {
+    const auto visit = [](CzonNode* node) {
       if (node->GetSyntaxClass() == kZonSubstit) hasSubstitution = true;
     };
-    if (size % 2 == 0) zonExplore(file, look);
+    if (size % 2 == 0) zonExplore(file, visit);
     Write(file, fuzz::FileOf({}, 1));
-    if (size % 2 != 0) zonExplore(file, look);
+    if (size % 2 != 0) zonExplore(file, visit);
     const std::string first = Body(1);
     void* again = zonLoadFile(fuzz::FileOf(fuzz::ContentOf(1), 1), 1);
     if (!hasSubstitution) {
-      Check(zonGetRoot(again) != nullptr, "does not load again:", first);
+      Check(zonGetRoot(again) != nullptr, "the written text does not load:", first);
       Check(*zonGetSyntaxErr(again, nullptr, nullptr, nullptr) == '\0' || hasError,
-            "loads not whole:", first);
+            "the written text has an error:", first);
       fuzz::ExpectSame(fuzz::RootOf(file), fuzz::RootOf(again), fuzz::kByWriting, 0);
       Write(again, fuzz::FileOf({}, 2));
-      Check(Body(2) == first, "another text:", first);
+      Check(Body(2) == first, "the second text differs:", first);
     }
     if (size % 16 == 1) zonDump(zonGetRoot(file), fuzz::FileOf({}, 3));
     zonClose(&again);

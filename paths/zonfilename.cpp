@@ -1,3 +1,4 @@
+// Tested by tests/paths_test.cpp.
 #include "paths/zonfilename.h"
 
 #include <algorithm>
@@ -22,11 +23,11 @@ int CzonFilename::IsFilename() const {
 
 char* CzonFilename::GetFilename() const {
   std::string path = GetPath();
-  // Zeros as room for what the host appends. Every call writes all of the room anew.
+  // Padded with zeros: the host can append up to kPathRoom. Each call writes the whole room again.
   path.resize(std::max(path.size(), zon::kPathRoom));
   resolved_.Assign(path, GetArena());
   if (resolved_.IsOwner() && Has(kInArena)) const_cast<CzonFilename*>(this)->MarkDeep();
-  // The characters lie in memory of ours, so they may be handed out as they are.
+  // The buffer belongs to this node and is not shared, so the host may write into it.
   return const_cast<char*>(resolved_.View().data());
 }
 

@@ -6,36 +6,35 @@
 
 #include "tree/zonparam.h"
 
-/** A file name. It is kept exactly as it was given and turned into a path only when asked for: a
- *  relative name counts from the directory of the parameter file. */
+/** A file name. It is stored as given and resolved when asked for: a relative name is relative to the
+ *  directory of the parameter file. */
 class ZON_API CzonFilename : public CzonParam {
  public:
   CzonFilename() = default;
-  explicit CzonFilename(const std::string& text);  ///< the name as it is written
+  explicit CzonFilename(const std::string& text);  ///< the name as given
   ~CzonFilename() override;
 
   CzonNode* CreateObj() override;
   int IsFilename() const override;
 
-  /** The path: '\' turned into '/', a relative name resolved against the directory of the parameter
-   *  file, which itself counts from the working directory of this moment. Any length, in a buffer
-   *  with room for at least 260 characters. Valid until the next call on this value or its end. */
+  /** Returns the path: each '\' becomes '/', a relative name is resolved against the directory of the
+   *  parameter file, and that against the working directory at the time of the call. The buffer has
+   *  room for at least 260 characters. Valid until the next call on this value or its end. */
   char* GetFilename() const override;
-  const char* GetFilenameString() const override;  ///< as it was given
+  const char* GetFilenameString() const override;  ///< as given
 
-  /** "|name|", with every '/' turned into '\'; an absolute name in its form relative to the
-   *  parameter file. */
+  /** Writes "|name|", each '/' as '\', an absolute name relative to the parameter file. */
   std::ostream& Write(std::ostream& out) const override;
   int GetSyntaxClass() const override;
 
-  /** Replaces the name; `text` may be a part of the present one. */
+  /** Replaces the name. `text` may be a part of the old one. */
   void SetFilename(std::string_view text) { SetText(text, GetArena()); }
 
-  // For the library's own use: the path alone, which leaves the buffer as it is.
+  // For the library's own use: the path, without a change of the buffer of GetFilename.
   std::string GetPath() const;
 
  private:
-  mutable zon::Text resolved_;  // the buffer of GetFilename: the path, filled up with zeros
+  mutable zon::Text resolved_;  // the buffer of GetFilename: the path, padded with zeros
 };
 
 #endif

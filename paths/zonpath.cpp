@@ -1,4 +1,11 @@
-// Tested by tests/paths_test.cpp.
+// Paths as texts: normalising, resolving against a directory, the form relative to a file.
+//
+// _normalizePath is one pass that rewrites the path in place. It writes each kept character at or
+// before the position it reads, so the path never grows. A stack holds the starts of the components
+// that a ".." can still remove. Linear time.
+//
+// Names in a parameter file are relative to the directory of that file, whose own name is relative to
+// the working directory. Tested by tests/paths_test.cpp, and against a model by fuzz/paths_fuzz.cpp.
 #include "paths/zonpath.h"
 
 #include <algorithm>
@@ -6,51 +13,79 @@
 
 #include "base/zonenvironment.h"
 
-// One pass. What is kept is written at or before the place that is read, so the path never grows.
+namespace {
+
+// The normalised beginning of a path, in the same buffer as the rest that is still to be read.
+class Normalized {
+ public:
+  explicit Normalized(std::string& path) : path_(path) {}
+
+  // A character other than '/'.
+  void Append(char c) {
+    if (start_ == kNone) start_ = size_;
+    if (c != '.') {
+      dots_ = 0;
+    } else if (size_ == start_ || path_[size_ - 1] == '.') {
+      // Compatibility: a dot after another character neither counts nor ends the count.
+      ++dots_;
+    }
+    path_[size_++] = c;
+  }
+
+  // The first '/' after a component, or at the start.
+  void EndComponent() {
+    if (dots_ == 1) {
+      size_ = start_;
+    } else if (dots_ == 2 && !removable_.empty()) {
+      size_ = start_ = removable_.back();
+      removable_.pop_back();
+    } else {
+      path_[size_++] = '/';
+      // Not removable: the '/' at the start, and a ".." that had nothing to remove.
+      if (dots_ != 2 && start_ != kNone) removable_.push_back(start_);
+      start_ = size_;
+    }
+    dots_ = 0;
+  }
+
+  // The end of the path. The last component has no '/' after it.
+  void End() {
+    if (dots_ == 1) size_ = start_;
+    if (dots_ == 2 && !removable_.empty()) size_ = removable_.back();
+    path_.resize(size_);
+  }
+
+ private:
+  static constexpr std::size_t kNone = std::string::npos;
+
+  std::string& path_;
+  std::size_t size_ = 0;
+  std::size_t start_ = kNone;           // of the current component
+  std::size_t dots_ = 0;                // counted in it: 1 is ".", 2 is ".."
+  std::vector<std::size_t> removable_;  // starts of the components that a ".." can remove
+};
+
+}  // namespace
+
 void _normalizePath(std::string& path) {
-  constexpr std::size_t kUnset = std::string::npos;
-  std::vector<std::size_t> starts;  // of the components that a ".." may still take back
-  std::size_t start = kUnset;       // of the current component
-  std::size_t write = 0;
-  std::size_t dots = 0;
+  Normalized normalized(path);
   char previous = '\0';
   for (const char c : path) {
     if (c != '/') {
-      if (start == kUnset) start = write;
-      if (c != '.') {
-        dots = 0;
-      } else if (write == start || previous == '.') {
-        // Kept: a dot behind another character neither counts nor ends the count.
-        ++dots;
-      }
-      path[write++] = c;
+      normalized.Append(c);
     } else if (previous != '/') {
-      if (dots == 1) {
-        write = start;
-      } else if (dots == 2 && !starts.empty()) {
-        write = start = starts.back();
-        starts.pop_back();
-      } else {
-        path[write++] = '/';
-        // A leading '/' is no component; nor is a ".." that found nothing to take back.
-        if (dots != 2 && start != kUnset) starts.push_back(start);
-        start = write;
-      }
-      dots = 0;
-    } else {
-      dots = 0;
+      normalized.EndComponent();
     }
     previous = c;
   }
-  if (dots == 1) write = start;
-  if (dots == 2 && !starts.empty()) write = starts.back();
-  path.resize(write);
+  normalized.End();
 }
 
 namespace zon {
 namespace {
 
-// The directory of a normalised name; of a name that ends in '/', the directory above.
+// The directory of a normalised name, with a '/' at its end. The last component counts as a file,
+// also if a '/' follows it.
 std::string_view BaseDirectory(std::string_view name) {
   if (name == "/") return name;
   if (!name.empty() && name.back() == '/') name.remove_suffix(1);
@@ -88,7 +123,7 @@ std::string WrittenFilename(std::string_view text, std::string_view fileName) {
   std::string output(text);
   if (IsAbsolutePath(text)) {
     std::string anchor = AbsoluteAnchor(fileName);
-    // Without a readable working directory the name may still be relative.
+    // If the working directory cannot be read, the anchor is still relative.
     if (IsAbsolutePath(anchor)) {
       _normalizePath(anchor);
     } else {
@@ -103,7 +138,7 @@ std::string WrittenFilename(std::string_view text, std::string_view fileName) {
 
 std::string RelativeForm(std::string_view text, std::string_view fileName) {
   std::size_t at = 0;
-  std::size_t textSplit = 0;
+  std::size_t textSplit = 0;  // the first character after the common components
   std::size_t fileSplit = 0;
   for (; at < text.size() && at < fileName.size() && text[at] == fileName[at]; ++at) {
     if (text[at] == '/') textSplit = fileSplit = at + 1;
@@ -112,8 +147,8 @@ std::string RelativeForm(std::string_view text, std::string_view fileName) {
     fileSplit = at;
     textSplit = at + 1;
   }
-  // Kept: the parameter file's own name counts as a component to climb out of, so reading the form
-  // back does not lead to the same file.
+  // Compatibility: the name of the parameter file itself counts as a component, so there is one "../"
+  // too many to resolve the form to the same file.
   std::string path;
   bool inComponent = false;
   for (const char c : fileName.substr(fileSplit)) {

@@ -1,4 +1,4 @@
-// Arithmetic on path texts. Nothing here looks at the file system, but for the working directory.
+// Paths as texts. Of the file system only the name of the working directory is read.
 #ifndef ZON_PATHS_ZONPATH_H
 #define ZON_PATHS_ZONPATH_H
 
@@ -7,11 +7,12 @@
 
 #include "base/zonexport.h"
 
-/** Normalises a path in place: runs of '/' become one, "." and ".." are resolved as far as the text
- *  itself allows (a leading ".." stays, also under the root), a '/' at the end stays.
+/** Normalises a path in place: several '/' in a row become one, "." and ".." are resolved as far as
+ *  the text allows (".." at the start stays, also after the root), a '/' at the end stays.
  *
- *  Deliberately odd: only dots that open a component or follow a dot are counted, so "x.." counts
- *  as "." and disappears, and "x..." counts as ".." and takes the component before it along. */
+ *  Compatibility: a dot counts if it is the first character of a component or follows a dot, and any
+ *  other character resets the count. So "x.." counts one dot and disappears like ".", and "x..."
+ *  counts two and removes the component before it too. */
 ZON_API void _normalizePath(std::string& path);
 
 namespace zon {
@@ -20,20 +21,21 @@ inline bool IsAbsolutePath(std::string_view path) {
   return !path.empty() && path.front() == '/';
 }
 
-// The text taken relative to the base unless it is absolute or there is no base; normalised. The
-// bases "$PWD" and "$CDD" stand for the working directory of this moment.
+// Returns the path `text`, resolved against the directory `base` unless it is absolute; normalised.
+// The bases "$PWD" and "$CDD" are the working directory at the time of the call.
 std::string AbsolutePath(std::string_view text, std::string_view base);
 
-// The name of a parameter file, taken relative to the working directory.
+// Returns the name of a parameter file, resolved against the working directory.
 std::string AbsoluteAnchor(std::string_view fileName);
 
-// The name of a file that a value of the parameter file `fileName` gives as `text`.
+// Returns the path of the file that is called `text` in the parameter file `fileName`.
 std::string ResolveFilename(std::string_view text, std::string_view fileName);
 
-// The name as it is to stand in the parameter file `fileName`, with backslashes.
+// Returns how the name `text` is written in the parameter file `fileName`: an absolute name in its
+// relative form, with backslashes.
 std::string WrittenFilename(std::string_view text, std::string_view fileName);
 
-// The path relative to the parameter file.
+// Returns the path `text` relative to the parameter file. Both are absolute and normalised.
 std::string RelativeForm(std::string_view text, std::string_view fileName);
 
 }  // namespace zon

@@ -10,13 +10,14 @@
 namespace zon {
 namespace {
 
-constexpr char g_lpszResultFolderPostfix[] = " - Result Files";
+constexpr char kResultFolderSuffix[] = " - Result Files";
 
 std::string DirectoryOf(std::string path) {
   return dirname(path.data());  // writes into its argument
 }
 
-// Kept: the path is looked up and what is found is not used.
+// Compatibility: resolves the path and ignores the result. The accesses themselves can have effects,
+// such as the mounting of a directory.
 void LookUpPath(const char* path) {
   std::free(realpath(path, nullptr));
 }
@@ -24,14 +25,14 @@ void LookUpPath(const char* path) {
 }  // namespace
 
 void ReadFolderTemplate() {
-  // A volatile result, as compilers may leave out a getenv whose result is not used.
+  // volatile: a compiler may remove a getenv whose result is not used.
   [[maybe_unused]] const char* const volatile unused = std::getenv("VXRESULTFOLDERTEMPLATE");
 }
 
 std::string ResultSubFolder(std::string_view anchor) {
   std::string folder;
   if (anchor.find('/') == std::string_view::npos) folder = "/";
-  folder.append(anchor).append(g_lpszResultFolderPostfix).append("/");
+  folder.append(anchor).append(kResultFolderSuffix).append("/");
   return folder;
 }
 

@@ -1,4 +1,4 @@
-// Where the results of a parameter file go.
+// The folder for the results of a parameter file.
 #ifndef ZON_PATHS_ZONRESULTFOLDER_H
 #define ZON_PATHS_ZONRESULTFOLDER_H
 
@@ -13,12 +13,12 @@ namespace zon {
 // folder, whichever rule gives it, and its value is not used.
 void ReadFolderTemplate();
 
-// The folder that belongs to a parameter file: its name, with a '/' in front if there is none in
-// it, and " - Result Files/".
+// Returns the name of the parameter file and " - Result Files/", with a '/' before it if the name has
+// none.
 std::string ResultSubFolder(std::string_view anchor);
 
-// The result folder of the file of this root, when the custom folder is not in use: by the result
-// root, or else by the place of the parameter file and the working directory.
+// Return the result folder of a file without a custom folder: by its result root, and if it has none,
+// by the name of the parameter file and the working directory.
 std::string ResultFolderByRoot(const CzonTargetList& root);
 std::string ResultFolderByAnchor(const std::string& anchor);
 

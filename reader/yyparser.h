@@ -25,7 +25,8 @@ class ZON_API CyyParser {
   CyyParser& operator=(const CyyParser&) = delete;
   virtual ~CyyParser();
 
-  /** The whole of the work; the next token; the grammar over the tokens. See CzonParser. */
+  /** Parse does everything, yylex returns the next token, yyparse runs the grammar. See
+   *  CzonParser. */
   virtual int Parse(int keep) = 0;
   virtual int yylex() = 0;
   virtual int yyparse() = 0;

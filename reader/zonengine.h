@@ -10,36 +10,17 @@
 #define ZON_READER_ZONENGINE_H
 
 #include <cstddef>
-#include <string_view>
 
-class CzonNode;
-class CzonParser;
+#include "reader/zontreebuilder.h"
 
 namespace zon {
 
-class Lexer;
-class TreeBuilder;
-
-// The value of a grammar symbol: the node that a rule made, or the text of a token.
-struct SymbolValue {
-  union {
-    CzonNode* node;
-    const char* chars;
-  };
-  std::size_t size;
-
-  std::string_view Text() const { return {chars, size}; }
-  void SetText(std::string_view text) {
-    chars = text.data();
-    size = text.size();
-  }
-};
-
 class Engine {
  public:
-  // `takesLines`: nothing else sees the tokens, so that the lexer may take many as one.
-  Engine(CzonParser& parser, Lexer& lexer, TreeBuilder& builder, bool takesLines)
-      : parser_(parser), lexer_(lexer), builder_(builder), takesLines_(takesLines) {}
+  // `readsAhead`: no other code sees the tokens, so they come from the lexer itself, which may return
+  // many as one. Otherwise they come from the virtual yylex of the parser.
+  Engine(CyyParser& parser, Lexer& lexer, TreeBuilder& builder, bool readsAhead)
+      : parser_(parser), lexer_(lexer), builder_(builder), readsAhead_(readsAhead) {}
 
   // Parses the input to its end. Returns 0, or 1 after an error, which the parser records.
   int Run();
@@ -50,13 +31,14 @@ class Engine {
   bool HasRoom(std::size_t more) const { return depth_ + more <= kDepth; }
   void Push(int state, const SymbolValue& value);
   int State() const { return states_[depth_ - 1]; }
+  int ReadSimpleToken();
   void ReadToken();
   int Fail(const char* message);
 
-  CzonParser& parser_;
+  CyyParser& parser_;
   Lexer& lexer_;
   TreeBuilder& builder_;
-  const bool takesLines_;
+  const bool readsAhead_;
   int token_;  // as the tables number it
   std::size_t depth_ = 0;
   int states_[kDepth];

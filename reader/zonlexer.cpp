@@ -5,8 +5,8 @@
 
 #include "base/zonchars.h"
 #include "base/zonnumberscan.h"
-#include "reader/zonparser.h"
 #include "reader/zonsource.h"
+#include "reader/zontokencode.h"
 #include "reader/zonvaluelist.h"
 
 namespace zon {
@@ -74,25 +74,37 @@ int Lexer::Scan(Source& source) {
       case '{':
         return ScanDelimited(source, '}', false, BRACE_TEXT, "Missing }");
       case ';':
-        source.Count();  // a derived parser may skip the comment
-        parser_.SkipEOL();
+        SkipLine(source);
         break;
       case '/':
-        if (source.Peek() == '*') {
-          source.PutBack(c);
-          source.Count();
-          if (parser_.SkipComment("/*") == 0) return Fail(source, "Bad comment");
-        } else if (source.Peek() == '/') {
-          source.Count();
-          parser_.SkipEOL();
-        } else {
-          return c;
-        }
+        if (!SkipComment(source)) return parser_.HasError() ? ENDOFINPUT : c;
         break;
       default:
         return c;
     }
   }
+}
+
+// A derived parser may skip comments itself, so it is given true counters.
+template <class Source>
+void Lexer::SkipLine(Source& source) {
+  source.Count();
+  parser_.SkipEOL();
+}
+
+// After a slash. Returns false if it begins no comment, or after the error of one without an end.
+template <class Source>
+bool Lexer::SkipComment(Source& source) {
+  if (source.Peek() == '/') {
+    SkipLine(source);
+    return true;
+  }
+  if (source.Peek() != '*') return false;
+  source.PutBack('/');
+  source.Count();
+  if (parser_.SkipComment("/*") == 1) return true;
+  Fail(source, "Bad comment");
+  return false;
 }
 
 template <class Source>

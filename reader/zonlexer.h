@@ -58,6 +58,10 @@ class Lexer {
   template <class Source>
   int ScanDelimited(Source& source, char closer, bool inLine, int token, const char* error);
   template <class Source>
+  void SkipLine(Source& source);
+  template <class Source>
+  bool SkipComment(Source& source);
+  template <class Source>
   int Fail(Source& source, const char* message);
   template <class Source>
   int Finish(int token, std::string_view text);

@@ -17,7 +17,7 @@ void Report(const char* pattern, void* arguments) {
   ReportHook(pattern, kSeverity, arguments);
 }
 
-// The file is there, but cannot be read.
+// The file opened but cannot be read.
 void FailToRead(bool quiet) {
   RaiseError(kErrFileInit);
   if (!quiet) Report("CyyStream", nullptr);
@@ -33,14 +33,14 @@ void ReportSyntaxError(const CzonParser& parser, const char* fileName) {
                                                        nullptr)))));
 }
 
-// The first value of the first keyword of that name; null where either is missing.
+// The first value of the first keyword of that name; null if either is missing.
 const CzonParam* Setting(const CzonSection& system, const char* name) {
   const CzonKeyword* keyword = system.KeywordByName(name);
   return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
 }
 
 // The section stays in the tree; the settings are copies of its values.
-void TakeSettings(CzonTargetList& root) {
+void ApplySettings(CzonTargetList& root) {
   const CzonSection* system = root.SectionByName("SYSTEM");
   if (system == nullptr) return;
   if (const CzonParam* value = Setting(*system, "ResultRootFolder")) {
@@ -77,7 +77,7 @@ std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   std::unique_ptr<CzonParser> parser(new CzonParser(input.release()));
   const int failed = parser->Parse(0);
   if (stream.HasFailed()) {
-    // Whatever was read is a part of the file at best.
+    // What was read is only a part of the file.
     FailToRead(quiet);
     return nullptr;
   }
@@ -87,7 +87,7 @@ std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   }
   if (CzonTargetList* root = parser->GetRoot()) {
     root->SetZonFilename(fileName);
-    TakeSettings(*root);
+    ApplySettings(*root);
   }
   return parser;
 }

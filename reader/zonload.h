@@ -1,4 +1,4 @@
-// From the name of a parameter file to its tree.
+// Loads a parameter file: reads it, parses it, and applies its SYSTEM section.
 #ifndef ZON_READER_ZONLOAD_H
 #define ZON_READER_ZONLOAD_H
 
@@ -8,9 +8,9 @@
 
 namespace zon {
 
-// Reads the file. Null when it cannot be opened (code 1001) or not be read to its end (1002). A
-// file with an error gives a parser without a tree and 1003; the parser knows the error. `quiet`
-// keeps the reports from ReportHook.
+// Returns the parser of the file, which owns the tree. Null if the file does not open (code 1001) or
+// cannot be read to its end (1002). A file with an error gives a parser without a tree and code 1003;
+// the parser has the error. If `quiet`, nothing is passed to ReportHook. Throws std::bad_alloc.
 std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet);
 
 }  // namespace zon

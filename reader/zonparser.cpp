@@ -25,9 +25,8 @@ CzonParser::CzonParser(CyyInput* input)
 CzonParser::~CzonParser() = default;
 
 int CzonParser::Parse(int keep) {
-  hasOwnScanner_ = typeid(*this) == typeid(CzonParser);
-  // A source of the host may ask for the token texts while it delivers characters.
-  listsTokens_ = !hasOwnScanner_ || GetStream() == nullptr || keep != 0;
+  // A derived class, or a source of the host, may ask for the token texts at any time.
+  listsTokens_ = typeid(*this) != typeid(CzonParser) || GetStream() == nullptr || keep != 0;
   zon::TreeBuilder& builder = parts_->builder;
   const int failed = yyparse();
   if (failed == 0) {
@@ -51,19 +50,10 @@ int CzonParser::yyparse() {
   return zon::Engine(*this, parts_->lexer, parts_->builder, !listsTokens_).Run();
 }
 
-int CzonParser::ReadToken() {
-  return hasOwnScanner_ ? ReadOwnToken() : yylex();
-}
-
 int CzonParser::yylex() {
-  const int token = ReadOwnToken();
-  CountInput();
-  return token;
-}
-
-int CzonParser::ReadOwnToken() {
   const int token = parts_->lexer.Next();
-  if (listsTokens_ && token >= INTEGER) AddToken(parts_->lexer.Text());
+  if (token >= INTEGER) AddToken(parts_->lexer.Text());
+  CountInput();
   return token;
 }
 

@@ -1,4 +1,4 @@
-// The two kinds of sources that the lexer reads: the text of a file, which lies in one piece, and a
+// The two kinds of sources that the lexer reads: the text of a file, which is in one piece, and a
 // source of the host, which delivers one character at a time. Both have the same functions, so the
 // lexer is one template over them.
 //

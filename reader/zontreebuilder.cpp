@@ -1,8 +1,9 @@
-// What the rules of the grammar do: one case for each rule, by its name in zongrammar.y.
+// The action of each rule of the grammar, by its name in zongrammar.y.
 #include "reader/zontreebuilder.h"
 
+#include "reader/yyparser.h"
 #include "reader/zonlexer.h"
-#include "reader/zonparser.h"
+#include "reader/zontokencode.h"
 #include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
 #include "tree/zonkeyword.h"
@@ -34,7 +35,7 @@ void TreeBuilder::Abandon() {
 }
 
 void TreeBuilder::CollectGarbage() {
-  // A node with an owner goes with it. All are looked at before any is deleted.
+  // A node with an owner is deleted by it. All are tested before any is deleted.
   std::size_t free = 0;
   for (CzonNode* node : temporaries_) {
     if (node != nullptr && node->GetLevel() == 0) temporaries_[free++] = node;
@@ -69,6 +70,12 @@ CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
   return value;
 }
 
+CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
+  auto* substitution = CzonNode::Make<CzonSubstit>(arena_);
+  substitution->ReferToText(text);
+  return substitution;
+}
+
 // A number with its sign. Mostly the two are one text; blanks between them are left out.
 std::string_view TreeBuilder::Signed(char sign, std::string_view number) {
   if (number.data()[-1] == sign) return {number.data() - 1, number.size() + 1};
@@ -88,131 +95,148 @@ void TreeBuilder::FileKeyword(CzonNode* section, CzonKeyword* keyword) {
   if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
 }
 
+// The value of the left side is that of the first symbol on the right unless the rule makes another.
 SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
-  SymbolValue result = right[0];  // what most rules hand on
+  SymbolValue result = right[0];
   switch (rule) {
     case kFile:
       if (root_ == nullptr) root_ = Downcast<CzonTargetList>(right[0].node);
-      break;
+      return result;
     case kListEmpty:
       list_ = CzonNode::Make<CzonTargetList>(arena_);
       result.node = list_;
-      break;
+      return result;
     case kListSection:
     case kBodySection: {
       auto* section = Downcast<CzonSection>(right[1].node);
       Downcast<CzonTargetList>(right[0].node)->AddSection(section);
       if (section->GetInstanceNo() > 1) CheckUnique(section);
-      break;
+      return result;
     }
     case kBodyKeyword:
       FileKeyword(right[0].node, Downcast<CzonKeyword>(right[1].node));
-      break;
+      return result;
     case kBodyDefault:
       Downcast<CzonSection>(right[0].node)->AddDefaultDef(Downcast<CzonDefaultDef>(right[1].node));
-      break;
-
-    case kSectionSingle:
-      result.node = NewNamed<CzonSection>(right[1].Text(), false);
-      break;
-    case kSectionMulti:
-      result.node = NewNamed<CzonSection>(right[1].Text(), true);
-      break;
-    case kKeywordSingle:
-      result.node = NewNamed<CzonKeyword>(right[0].Text(), false);
-      break;
-    case kKeywordMulti:
-      result.node = NewNamed<CzonKeyword>(right[0].Text(), true);
-      break;
-    case kKeywordUnnamed:
-      CheckMulti();
-      result.node = NewNamed<CzonKeyword>({}, true);
-      break;
-    case kDefaultNamed:
-      result.node = NewNamed<CzonDefaultDef>(right[2].Text(), false);
-      break;
-    case kDefaultUnnamed:
-      result.node = NewNamed<CzonDefaultDef>({}, true);
-      break;
-    case kMultiName:
-      CheckMulti();
-      break;
-
-    case kKeywordFirstItem:
-    case kDefaultFirstItem:
-    case kKeywordNextItem:
-    case kDefaultNextItem:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(Downcast<CzonParam>(right[2].node));
-      break;
-    case kKeywordFirstEmpty:
-    case kKeywordNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonUndefinedPar>(arena_));
-      break;
-    case kDefaultFirstEmpty:
-    case kDefaultNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(arena_));
-      break;
-
-    case kKeywordFirstValues:
-    case kDefaultFirstValues:
-    case kKeywordNextValues:
-    case kDefaultNextValues:
-      Downcast<CzonKeyword>(right[0].node)->DeferValues(lexer_.Values(), MakePlainValues);
-      break;
-
+      return result;
     case kSectionRemark:
     case kKeywordRemark:
     case kDefaultRemark:
     case kItemRemark:
       right[0].node->SetRemark(right[1].Text(), &arena_);
-      break;
-    case kItemOnlyRemark:
+      return result;
+    default:
+      return ReduceName(rule, right);
+  }
+}
+
+// The rules that begin a section, a keyword or a default definition.
+SymbolValue TreeBuilder::ReduceName(int rule, const SymbolValue* right) {
+  SymbolValue result = right[0];
+  switch (rule) {
+    case kMultiName:
+      CheckMulti();
+      return result;
+    case kSectionSingle:
+      result.node = NewNamed<CzonSection>(right[1].Text(), false);
+      return result;
+    case kSectionMulti:
+      result.node = NewNamed<CzonSection>(right[1].Text(), true);
+      return result;
+    case kKeywordSingle:
+      result.node = NewNamed<CzonKeyword>(right[0].Text(), false);
+      return result;
+    case kKeywordMulti:
+      result.node = NewNamed<CzonKeyword>(right[0].Text(), true);
+      return result;
+    case kKeywordUnnamed:
+      CheckMulti();
+      result.node = NewNamed<CzonKeyword>({}, true);
+      return result;
+    case kDefaultNamed:
+      result.node = NewNamed<CzonDefaultDef>(right[2].Text(), false);
+      return result;
+    case kDefaultUnnamed:
+      result.node = NewNamed<CzonDefaultDef>({}, true);
+      return result;
+    default:
+      return ReduceItem(rule, right);
+  }
+}
+
+// The rules that append to the list of a keyword or a default definition.
+SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
+  switch (rule) {
+    case kKeywordFirstItem:
+    case kDefaultFirstItem:
+    case kKeywordNextItem:
+    case kDefaultNextItem:
+      Downcast<CzonKeyword>(right[0].node)->AddParam(Downcast<CzonParam>(right[2].node));
+      return right[0];
+    case kKeywordFirstValues:
+    case kDefaultFirstValues:
+    case kKeywordNextValues:
+    case kDefaultNextValues:
+      Downcast<CzonKeyword>(right[0].node)->DeferValues(lexer_.Values(), MakePlainValues);
+      return right[0];
+    case kKeywordFirstEmpty:
+    case kKeywordNextEmpty:
+      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonUndefinedPar>(arena_));
+      return right[0];
+    case kDefaultFirstEmpty:
+    case kDefaultNextEmpty:
+      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(arena_));
+      return right[0];
+    case kItemOnlyRemark: {
+      SymbolValue result = right[0];
       result.node = CzonNode::Make<CzonUnknown>(arena_);
       result.node->SetRemark(right[0].Text(), &arena_);
-      break;
+      return result;
+    }
+    default:
+      return ReduceValue(rule, right);
+  }
+}
 
+// The rules that make a value, or the text of one.
+SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
+  SymbolValue result = right[0];
+  switch (rule) {
     case kValueInteger:
       result.node = NewValue(INTEGER, right[0].Text());
-      break;
+      return result;
     case kValueReal:
       result.node = NewValue(REAL, right[0].Text());
-      break;
+      return result;
     case kValueBoolean:
       result.node = NewValue(BOOLEAN, right[0].Text());
-      break;
+      return result;
     case kValueString:
       result.node = NewValue(STRING, right[0].Text());
-      break;
+      return result;
     case kValueDateTime:
       result.node = NewValue(DATETIME, right[0].Text());
-      break;
+      return result;
     case kValueFilename:
       result.node = NewValue(FILENAME, right[0].Text());
-      break;
-    case kValueSubstitution: {
-      auto* substitution = CzonNode::Make<CzonSubstit>(arena_);
-      substitution->ReferToText(right[0].Text());
-      result.node = substitution;
-      break;
-    }
-
+      return result;
+    case kValueSubstitution:
+      result.node = NewSubstitution(right[0].Text());
+      return result;
     case kIntegerPlus:
     case kRealPlus:
       result.SetText(Signed('+', right[1].Text()));
-      break;
+      return result;
     case kIntegerMinus:
     case kRealMinus:
       result.SetText(Signed('-', right[1].Text()));
-      break;
+      return result;
     case kSubstitutionNumber:
     case kSubstitutionName:
-      result = right[1];
-      break;
-
-    default:  // the first symbol's value is the result
-      break;
+      return right[1];
+    default:
+      return result;
   }
-  return result;
 }
 
 }  // namespace zon

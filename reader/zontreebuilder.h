@@ -1,27 +1,44 @@
 // The tree that a parse makes: the action of each rule, the rule on data and templates, and who frees
 // the nodes of a parse that failed.
 //
-// All nodes of a parse are in the arena of the parser. After a failure the arena goes, and every node
-// with it, wherever the parse ended; nothing has to be collected. Tested by tests/grammar_test.cpp.
+// All nodes of a parse are in the arena of the parser. A failed parse frees the arena and every node
+// with it, wherever it ended; no node has to be collected. Tested by tests/grammar_test.cpp.
 #ifndef ZON_READER_ZONTREEBUILDER_H
 #define ZON_READER_ZONTREEBUILDER_H
 
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
-#include "reader/zonengine.h"
-
+class CyyParser;
 class CzonKeyword;
 class CzonNamedNode;
+class CzonNode;
 class CzonTargetList;
 
 namespace zon {
 
 class Arena;
+class Lexer;
+
+// The value of a grammar symbol: the node that a rule made, or the text of a token.
+struct SymbolValue {
+  union {
+    CzonNode* node;
+    const char* chars;
+  };
+  std::size_t size;
+
+  std::string_view Text() const { return {chars, size}; }
+  void SetText(std::string_view text) {
+    chars = text.data();
+    size = text.size();
+  }
+};
 
 class TreeBuilder {
  public:
-  TreeBuilder(CzonParser& parser, const Lexer& lexer, Arena& arena)
+  TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena)
       : parser_(parser), lexer_(lexer), arena_(arena) {}
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
@@ -53,12 +70,16 @@ class TreeBuilder {
  private:
   enum FileKind { kUndecided, kData, kTemplate };
 
+  SymbolValue ReduceName(int rule, const SymbolValue* right);
+  SymbolValue ReduceItem(int rule, const SymbolValue* right);
+  SymbolValue ReduceValue(int rule, const SymbolValue* right);
   template <class T>
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewValue(int token, std::string_view text);
+  CzonNode* NewSubstitution(std::string_view text);
   std::string_view Signed(char sign, std::string_view number);
 
-  CzonParser& parser_;
+  CyyParser& parser_;
   const Lexer& lexer_;
   Arena& arena_;
   FileKind kind_ = kUndecided;

@@ -6,7 +6,7 @@
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 #include "paths/zonfilename.h"
-#include "reader/zonparser.h"
+#include "reader/zontokencode.h"
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
@@ -55,7 +55,7 @@ class ValueCursor {
   }
   void SkipSpace() { at_ = zon::SkipSpace(at_, end_); }
 
-  // Consumes a plain value. Returns its token, and stores the text that MakeValue takes; 0 if none
+  // Consumes a plain value. Returns its token, and stores the text for MakeValue; 0 if none
   // follows.
   __attribute__((always_inline)) int ConsumeValue(std::string_view* text) {
     if (at_ == end_) return 0;

@@ -1,9 +1,9 @@
-"""Checks the comments of zon.h: documented.py SOURCE LIBRARY
+"""Compares zon.h with what its functions do: documented.py SOURCE LIBRARY
 
-Every C function must have a comment. It is called with null arguments and, if its first parameter is a
-handle or node, with a handle and with each kind of node. Its comment, or that of its section, must contain
-the value returned for null ("null", "empty", a number or a text), every code that was stored, and "ends the
-process" if the call did so."""
+Every C function is called with null arguments and, if its first parameter is a handle or node, with a handle
+and with each kind of node. A code that is stored must be in an errors paragraph: @errors of the function, or
+"Errors:" of its section. The value returned for null must be in one of these, in @return, in a sentence
+about null or a bad handle or node, or in parentheses. A function that ends the process must say so."""
 import ctypes
 import os
 import re
@@ -57,17 +57,27 @@ def call(zon, tree, result, name, parameters, which):
     return *os.fdopen(out).read().partition(" ")[::2], -os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
 
 
+def statements(comment):
+    """The errors paragraphs, and with them all that can state the value returned on failure."""
+    plain = re.sub(r"\n +\* +(?=@)|\n \*\n|\*/", "\0", comment)  # \0 ends a paragraph
+    plain = re.sub(r"\s*\n \* ?|@\{|/\*\*?", " ", plain)
+    errors = " ".join(re.findall(r"(?:@errors|Errors:)([^\0]*)", plain))
+    others = re.findall(r"@return[^\0]*|\([^)]*\)|[^.;\0]*\b(?i:null|bad node|bad handle)\b[^.;\0]*", plain)
+    return errors, " ".join([errors, *others])
+
+
 def faults(zon, tree, result, name, parameters, comment, both):
-    numbers = ["", "0", *re.findall(r"-?\d+(?:\.\d+)?", both)]
+    errors, values = statements(both)
+    codes = ["", "0", *re.findall(r"\b1\d{3}\b", errors)]
     if not comment:
         yield "has no comment"
     for which in range(8 if re.match(r"void\* (?!reader)", parameters[0]) else 1):
         code, value, signal = call(zon, tree, result, name, parameters, which)
         if signal and "nds the process" not in both:
             yield f"given node {which}, it ends by signal {signal}"
-        if code not in numbers:
-            yield f"given node {which}, it stores {code}"
-        stated = re.search(rf"(?<![\w.-]){re.escape(value)}\b", both, re.I)
+        if code not in codes:
+            yield f"given node {which}, it stores {code}, which is in no errors paragraph"
+        stated = re.search(rf"(?<![\w.-]){re.escape(value)}(?![\w-]|\.\d)", values, re.I)
         if which == 0 and result != "void" and "*" in str(parameters) and not stated:
             yield f"given null, it returns {value}, which its comment does not state"
 

@@ -1,4 +1,4 @@
-// File names: how they are resolved and written in some cases, and the functions over them.
+// File names: how they are resolved and written, and the functions that read and set them.
 #include "treetext.h"
 
 namespace {
@@ -6,32 +6,42 @@ namespace {
 namespace fs = std::filesystem;
 using host::OneName, host::Texts;
 
-TEST(Paths, ResolvedAndWritten) {
+class Paths : public testing::Test {
+ protected:
+  Paths() {
+    fs::create_directories(here);
+    fs::current_path(here);
+  }
+  ~Paths() override { fs::current_path(before); }
   const OneName file;
   const fs::path before = fs::current_path();
-  const std::string up = host::FolderPath() + "/a/", here = up + "x..y", far(1000000, 'n');
-  fs::create_directories(here);
-  fs::current_path(here);
+  const std::string up = host::FolderPath() + "/a/", here = up + "x..y";
+};
+
+TEST_F(Paths, AreResolvedByTheAnchor) {
+  const std::string longName(1000000, 'n');
   EXPECT_EQ(file.Both("sub\\..\\x", "/p/q/m.zon"), "/p/q/x|sub\\..\\x|");
   EXPECT_EQ(file.Both("/abs/../x", "/p/q/m.zon"), "/abs/../x|..\\..\\..\\x|");
   EXPECT_EQ(file.Both("/data/m/in", "/data/m"), "/data/m/in|in|");
   EXPECT_EQ(file.Both("\\abs\\x", "/p/m.zon"), "/abs/x|\\abs\\x|");
+  EXPECT_EQ(file.Both("x", "/" + longName + "/m.zon"), "/" + longName + "/x|x|");
   EXPECT_EQ(file.Both("x.dat", ""), up + "x.dat|x.dat|");
   EXPECT_EQ(file.Both("x.dat", "$PWD/m.zon"), here + "/$PWD/x.dat|x.dat|");
   EXPECT_EQ(file.Both(here + "/a", "cfg/model.zon"), here + "/a|..\\..\\a|");
-  EXPECT_EQ(file.Both("x", "/" + far + "/m.zon"), "/" + far + "/x|x|");
-  std::string deep = here;
-  for (const std::string step(100, 'd'); deep.size() < 4500; deep += "/" + step) {
+}
+
+TEST_F(Paths, WorkingDirectoryCanBeLongOrRemoved) {
+  const std::string step(100, 'd');
+  for (std::string deep = here; deep.size() < 4500; deep += "/" + step) {
     EXPECT_EQ(file.Both("x", "m.zon"), deep + "/x|x|");
     fs::create_directory(step);
     fs::current_path(step);
   }
-  fs::remove("../" + std::string(100, 'd'));
+  fs::remove("../" + step);
   EXPECT_EQ(file.Both("x", "cfg/m.zon"), "cfg/x|x|");
   EXPECT_EQ(file.Both("x", ""), "x|x|");
   EXPECT_EQ(file.Both("/x", ""), "/x|\\x|");
   EXPECT_EQ(file.Both("/a/../x", "cfg/m.zon"), "/a/../x|\\x|");
-  fs::current_path(before);
 }
 
 TEST(Filenames, AnchorsAreTheRootsOwn) {
@@ -57,19 +67,20 @@ TEST(Filenames, AnchorsAreTheRootsOwn) {
 TEST(Filenames, PathsHaveRoomForMore) {
   const host::File loaded(host::Load("[A] k = |/a|, ||, |/b| EndSect"));
   const OneName built;
-  void* const names[] = {host::ValueOf(loaded, 1), host::ValueOf(loaded, 2),
-                         host::ValueOf(loaded, 3), built.name, nullptr};
-  const Texts paths{"/a", "", "/b", "", ""};
+  struct {
+    void* name;
+    const char* path;
+    char letter, *room;
+  } rows[] = {{host::ValueOf(loaded, 1), "/a", 'c', nullptr},
+              {host::ValueOf(loaded, 2), "", 'd', nullptr},
+              {host::ValueOf(loaded, 3), "/b", 'e', nullptr},
+              {built.name, "", 'f', nullptr},
+              {nullptr, "", 'g', nullptr}};
   for (int again = 0; again < 3; ++again) {
-    std::vector<char*> rooms;
-    for (void* name : names) rooms.push_back(zonGetFilename(name));
-    EXPECT_EQ(Texts(rooms.begin(), rooms.end()), paths);
-    Texts longer;
-    for (char* room : rooms) {
-      longer.push_back(room + std::string(260 - std::strlen(room), char('a' + longer.size())));
-      std::strcpy(room, longer.back().c_str());
-    }
-    EXPECT_EQ(Texts(rooms.begin(), rooms.end()), longer);
+    for (auto& row : rows) row.room = zonGetFilename(row.name);
+    for (auto& row : rows) EXPECT_STREQ(row.room, row.path);
+    for (auto& row : rows) std::strcpy(row.room, std::string(260, row.letter).c_str());
+    for (auto& row : rows) EXPECT_EQ(row.room, std::string(260, row.letter));
   }
   const std::string far = "/" + std::string(300, 'n');
   zonSetFilename(built.name, far.c_str());

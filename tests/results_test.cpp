@@ -5,7 +5,7 @@ namespace {
 int templateReads = 0;
 }
 
-// Takes the place of the C library's, to see what the library reads.
+// Replaces the function of the C library to count what the library reads.
 extern "C" __attribute__((visibility("default"))) char* getenv(const char* name) noexcept {
   if (std::strcmp(name, "VXRESULTFOLDERTEMPLATE") == 0) ++templateReads;
   const std::size_t length = std::strlen(name);
@@ -31,19 +31,19 @@ struct Sample : host::File {  // a file with one value in it, k of A
   void *section, *value;
 };
 
-// What the two functions copy, as their sized twins must, into exactly the room it takes.
-std::string Paths(void* node) {
-  std::string paths;
-  for (const auto& [copy, copySized] :
-       {std::pair(&zonGetResultFolderPath, &zonGetResultFolderPath2),
-        std::pair(&zonGetResultFilenamePath, &zonGetResultFilenamePath2)}) {
-    char text[2000] = "", sized[2000];
-    copy(node, text);
-    EXPECT_EQ(copySized(node, sized, static_cast<int>(std::strlen(text)) + 1), 0);
-    EXPECT_STREQ(sized, text);
-    paths += std::string(text) + ",";
-  }
-  return paths;
+// The path that a function copies. Its sized twin must copy the same into a buffer of just that size.
+std::string PathOf(void* node, void (*copy)(void*, char*), int (*copySized)(void*, char*, int)) {
+  char text[2000] = "", sized[2000];
+  copy(node, text);
+  EXPECT_EQ(copySized(node, sized, static_cast<int>(std::strlen(text)) + 1), 0);
+  EXPECT_STREQ(sized, text);
+  return text;
+}
+std::string FolderOf(void* node) {
+  return PathOf(node, zonGetResultFolderPath, zonGetResultFolderPath2);
+}
+std::string PathOf(void* node) {
+  return PathOf(node, zonGetResultFilenamePath, zonGetResultFilenamePath2);
 }
 
 TEST(Results, FolderFollowsFromSettingsAnchorAndWorkingDirectory) {
@@ -59,7 +59,8 @@ TEST(Results, FolderFollowsFromSettingsAnchorAndWorkingDirectory) {
       zonSetAnchorFilename(file.value, anchor.c_str());
       zonSetProjectResultRoot(file, root);
       zonSetCustomResultFolder(file, use, custom);
-      EXPECT_EQ(Paths(file.value), folder + "," + folder + "out/a,") << anchor;
+      EXPECT_EQ(FolderOf(file.value), folder) << anchor;
+      EXPECT_EQ(PathOf(file.value), folder + "out/a") << anchor;
     };
     expect(here + "/" + end, "", "", 0, "c");
     expect(here + "/m.zon" + end, "m.zon");
@@ -82,16 +83,22 @@ TEST(Results, SettingsAreTheRoots) {
   zonSetCustomResultFolder(file, -3, "c\\d");
   EXPECT_EQ(zonGetCustomResultFolder2(file.value, &use, folder, 3), -1);
   EXPECT_EQ(zonGetCustomResultFolder2(nullptr, &use, folder, 5), -2);
-  EXPECT_EQ(std::to_string(use) + folder, "-3kept");
+  EXPECT_EQ(use, -3);
+  EXPECT_STREQ(folder, "kept");
   zonGetCustomResultFolder(file.value, nullptr, folder);
   EXPECT_STREQ(folder, "c\\d");
   EXPECT_EQ(zonGetCustomResultFolder2(file.value, nullptr, folder, 4), 0);
   const host::File treeless(host::Load("[A"));
-  for (void* bad : std::vector<void*>{nullptr, file.value, treeless}) {
+  const struct {
+    const char* name;
+    void* handle;
+    int code;
+  } rows[] = {{"null", nullptr, 1005}, {"value", file.value, 1005}, {"no tree", treeless, 1006}};
+  for (const auto& [name, handle, code] : rows) {
     zonGetErrorGlb();
-    zonSetProjectResultRoot(bad, "x");
-    zonSetCustomResultFolder(bad, 1, "x");
-    EXPECT_EQ(zonGetErrorGlb(), bad == treeless ? 1006 : 1005);
+    zonSetProjectResultRoot(handle, "x");
+    zonSetCustomResultFolder(handle, 1, "x");
+    EXPECT_EQ(zonGetErrorGlb(), code) << name;
   }
   EXPECT_EQ(host::Messages().size(), 7U);
   zonConstructResultFolderPathName();
@@ -130,8 +137,9 @@ TEST(Results, NamesAreAddedAndFound) {
     CString copied;
     EXPECT_EQ(zonGetParamResultFilename(file.section, "K", &copied, 1, 2), 1);
     EXPECT_EQ(zonGetParamResultFilename(file.section, "K", &found, 1, 1), 1);
-    EXPECT_EQ(found + std::string(copied), name + name);
-    // The path function gives the first eight bytes of the path as if they were an address.
+    EXPECT_EQ(found, name);
+    EXPECT_EQ(copied, name.c_str());
+    // The path function stores the first eight bytes of the path as if they were an address.
     const std::string custom(name.empty() ? 500 : 1, 'l');
     zonSetCustomResultFolder(file, 1, custom.c_str());
     EXPECT_EQ(zonGetParamResultFilePath(file.section, "k", &found, 1, 1), 1);
@@ -141,7 +149,9 @@ TEST(Results, NamesAreAddedAndFound) {
   EXPECT_EQ(zonAddResultFilenameS(nullptr, nullptr), 1005);
   const Sample file;
   zonAddString(file, "/a");
-  EXPECT_EQ(Paths(zonParamByNum(zonKeywordByNum(file.section, 1), 2)), ",/a,");
+  void* rooted = zonParamByNum(zonKeywordByNum(file.section, 1), 2);
+  EXPECT_EQ(FolderOf(rooted), "");
+  EXPECT_EQ(PathOf(rooted), "/a");
   for (void* other : {static_cast<void*>(nullptr), file.section}) {
     char path[] = "kept";
     zonGetResultFilenamePath(other, path);

@@ -1,8 +1,12 @@
-// CString over std::string. All operations see the text through View(), all changes go through
-// Edit() or Splice(), so that only these three and the buffer functions know of the loan of a
-// buffer (GetBuffer). A std::string may be written to only up to its size: while the buffer is
-// lent, text_ is as long as the room, and lentLength_ remembers the length of the text. Case and
-// white space are spelled out here, for <cctype> follows the host's locale.
+// CString over std::string. Every operation reads the text through View() and changes it through
+// Edit() or Splice(). So only these three and the buffer functions know that a buffer can be lent.
+//
+// A std::string may be written to only up to its size. While the buffer is lent, text_ is as long as
+// the lent room, and lentLength_ is the length of the text; otherwise it is kNotLent. An argument can
+// be a part of the text, or of the lent room, so it is read completely before the text changes.
+//
+// Letters and white space are those of base/zonchars.h: <cctype> depends on the locale of the host.
+// Tested by tests/text_test.cpp.
 #include "text/cstring.h"
 
 #include <algorithm>
@@ -10,16 +14,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/zonchars.h"
+
 namespace {
-
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-char Upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 std::size_t Count(int count) {
   return count < 0 ? 0 : static_cast<std::size_t>(count);
@@ -41,22 +38,32 @@ CString Part(std::string_view part) {
   return CString(std::string(part));
 }
 
-// A text of its own, so that format and arguments stay readable wherever they are while it is made.
+// Returns what printf would print; empty if it fails. Most results fit the local buffer; a longer one
+// is printed again into memory of its size, so the arguments are copied for the second time. The
+// result is separate from the CString: the format and its arguments can be parts of its text.
 __attribute__((format(printf, 1, 0))) std::string Print(const char* format, std::va_list args) {
   if (!format) return std::string();
-  char few[256];
+  char local[256];
   std::va_list again;
   va_copy(again, args);
-  const int length = std::vsnprintf(few, sizeof few, format, args);
-  std::string all;
-  if (length >= static_cast<int>(sizeof few)) {
-    all.resize(Count(length));
-    std::vsnprintf(all.data(), all.size() + 1, format, again);
+  const int length = std::vsnprintf(local, sizeof local, format, args);
+  std::string result;
+  if (length >= static_cast<int>(sizeof local)) {
+    result.resize(Count(length));
+    std::vsnprintf(result.data(), result.size() + 1, format, again);
   } else {
-    all.assign(few, Count(length));
+    result.assign(local, Count(length));
   }
   va_end(again);
-  return all;
+  return result;
+}
+
+// The part of the text that remains after stripping at the ends asked for.
+template <class F>
+std::string_view Stripped(std::string_view text, bool left, bool right, F&& isStripped) {
+  while (left && !text.empty() && isStripped(text.front())) text.remove_prefix(1);
+  while (right && !text.empty() && isStripped(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 }  // namespace
@@ -69,8 +76,8 @@ std::string& CString::Edit() {
   return text_;
 }
 
-// Puts `part` in the place of `count` characters. std::string copes with a part of itself, but only
-// within its size: a part of the room behind the text has to be saved before the loan ends.
+// Replaces `count` characters by `part`. std::string allows a part of itself, but only within its
+// size: a part of the lent room after the text is copied before the loan ends.
 void CString::Splice(std::size_t at, std::size_t count, std::string_view part) {
   if (lentLength_ == kNotLent) {
     text_.replace(at, count, part.data(), part.size());
@@ -88,8 +95,8 @@ char* CString::GetBuffer(int minLength) {
 }
 
 char* CString::GetBufferSetLength(int length) {
-  text_.resize(Count(length));  // of the room: what was written there meanwhile counts
-  lentLength_ = kNotLent;       // room and text are one
+  text_.resize(Count(length));  // resizes the room: keeps what the host wrote in it
+  lentLength_ = kNotLent;       // the room is the text
   return text_.data();
 }
 
@@ -100,14 +107,14 @@ void CString::ReleaseBuffer(int newLength) {
 }
 
 void CString::Preallocate(int length) {
-  if (Count(length) > text_.capacity()) text_.reserve(Count(length));  // a smaller one may shrink
+  if (Count(length) > text_.capacity()) text_.reserve(Count(length));  // or reserve may shrink it
 }
 
 void CString::FreeExtra() {
   Edit().shrink_to_fit();
 }
 
-// ---- Make and assign ----------------------------------------------------------------------------
+// ---- Construct and assign ----------------------------------------------------------------------------
 
 CString::CString(const char* text) : text_(text ? text : "") {}
 
@@ -120,7 +127,7 @@ CString::CString(const CString& other) : text_(other.View()) {}
 
 CString::CString(CString&& other) noexcept
     : lentLength_(std::exchange(other.lentLength_, kNotLent)) {
-  text_.swap(other.text_);  // not moved: the source has to be empty, not just anything
+  text_.swap(other.text_);  // a moved std::string need not be empty
 }
 
 CString& CString::operator=(const CString& other) {
@@ -129,9 +136,9 @@ CString& CString::operator=(const CString& other) {
 }
 
 CString& CString::operator=(CString&& other) noexcept {
-  CString taken(std::move(other));
-  text_.swap(taken.text_);
-  std::swap(lentLength_, taken.lentLength_);
+  CString source(std::move(other));
+  text_.swap(source.text_);
+  std::swap(lentLength_, source.lentLength_);
   return *this;
 }
 
@@ -140,7 +147,7 @@ CString& CString::operator=(const char* text) {
   return *this;
 }
 
-// ---- Look and compare ---------------------------------------------------------------------------
+// ---- Get and compare ---------------------------------------------------------------------------
 
 int CString::GetLength() const {
   return Length(View().size());
@@ -158,8 +165,8 @@ int CString::Compare(Text other) const {
 int CString::CompareNoCase(Text other) const {
   const std::string_view a = View(), b = other.view;
   for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-    const auto x = static_cast<unsigned char>(Lower(a[i]));
-    const auto y = static_cast<unsigned char>(Lower(b[i]));
+    const unsigned char x = zon::Lower(a[i]);
+    const unsigned char y = zon::Lower(b[i]);
     if (x != y) return x < y ? -1 : 1;
   }
   return (a.size() > b.size()) - (a.size() < b.size());
@@ -192,7 +199,7 @@ CString CString::SpanExcluding(Text set) const {
 }
 
 CString CString::Tokenize(Text delimiters, int& start) const {
-  if (start == -1) return CString();  // the end that an earlier call has reported
+  if (start == -1) return CString();  // an earlier call reported the end
   const std::string_view text = View();
   const std::size_t begin = text.find_first_not_of(delimiters.view, Clamp(start, text));
   if (begin == std::string_view::npos) {
@@ -301,13 +308,14 @@ int CString::Replace(Text oldPart, Text newPart) {
 
 CString& CString::MakeUpper() {
   std::string& text = Edit();
-  std::transform(text.begin(), text.end(), text.begin(), Upper);
+  std::transform(text.begin(), text.end(), text.begin(), zon::Upper);
   return *this;
 }
 
 CString& CString::MakeLower() {
   std::string& text = Edit();
-  std::transform(text.begin(), text.end(), text.begin(), Lower);
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](char c) { return static_cast<char>(zon::Lower(c)); });
   return *this;
 }
 
@@ -317,18 +325,26 @@ CString& CString::MakeReverse() {
   return *this;
 }
 
-// `set` may be a part of the text, hence both ends are found before the first change.
 CString& CString::Strip(std::string_view set, bool left, bool right) {
-  const std::string_view text = View();
-  const std::size_t begin = left ? std::min(text.find_first_not_of(set), text.size()) : 0;
-  const std::size_t end = right ? text.find_last_not_of(set) + 1 : text.size();  // npos + 1 is 0
-  Edit().resize(end);
+  const auto isStripped = [set](char c) { return set.find(c) != std::string_view::npos; };
+  return Shorten(Stripped(View(), left, right, isStripped));
+}
+
+CString& CString::StripSpace(bool left, bool right) {
+  const auto isStripped = [](char c) { return zon::IsClass(c, zon::kSpace); };
+  return Shorten(Stripped(View(), left, right, isStripped));
+}
+
+// `part` is a part of the text.
+CString& CString::Shorten(std::string_view part) {
+  const auto begin = static_cast<std::size_t>(part.data() - text_.data());
+  Edit().resize(begin + part.size());
   text_.erase(0, begin);
   return *this;
 }
 
 CString& CString::Trim() {
-  return Strip(kWhiteSpace, true, true);
+  return StripSpace(true, true);
 }
 CString& CString::Trim(char c) {
   return Strip({&c, 1}, true, true);
@@ -337,7 +353,7 @@ CString& CString::Trim(Text set) {
   return Strip(set.view, true, true);
 }
 CString& CString::TrimLeft() {
-  return Strip(kWhiteSpace, true, false);
+  return StripSpace(true, false);
 }
 CString& CString::TrimLeft(char c) {
   return Strip({&c, 1}, true, false);
@@ -346,7 +362,7 @@ CString& CString::TrimLeft(Text set) {
   return Strip(set.view, true, false);
 }
 CString& CString::TrimRight() {
-  return Strip(kWhiteSpace, false, true);
+  return StripSpace(false, true);
 }
 CString& CString::TrimRight(char c) {
   return Strip({&c, 1}, false, true);

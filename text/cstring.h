@@ -1,15 +1,14 @@
-// CString: a text of bytes, held by value. [C++ only]
+// CString: a text of bytes, a value class over std::string. [C++ only]
 //
-// The class wraps a std::string, so that copying, moving and memory are settled there, and adds one
-// rule for all its operations: nothing a caller passes is out of range.
-//   index, start   counted from 0; past the end it is the end, below 0 it is 0
-//   count, length  below 0 it is 0; more than there is means what there is
+// No argument is out of range:
+//   index, start   from 0; after the end it counts as the end, below 0 as 0
+//   count, length  below 0 it counts as 0; more than there are means all there are
 //   a text         a C string, a CString or a std::string; a null pointer is the empty text
 //   not found      -1
-// A zero byte inside a text counts like any other; only a reader of C strings stops there. Letters,
-// white space and order are those of the "C" locale, whatever locale the host has set: bytes from
-// 128 up are no letters, and they come after all others. Lengths are int; of a text longer than an
-// int can tell, lengths and positions are given as INT_MAX.
+// A zero byte in a text is a character as any other; only a reader of C strings stops at it. Letters,
+// white space and order are those of the "C" locale, whatever locale the host has set: bytes from 128
+// up are no letters and follow all others. Lengths are int: for a text of more than INT_MAX
+// characters, greater lengths and positions are returned as INT_MAX.
 // Tested by tests/text_test.cpp.
 #ifndef ZON_TEXT_CSTRING_H
 #define ZON_TEXT_CSTRING_H
@@ -25,23 +24,23 @@
 
 class ZON_API CString {
  public:
-  /** What the operations take as a text. It only looks, and lives as long as the call it is passed
-   *  to. One type for all kinds of text lets every operation see the zero bytes of a CString. */
+  /** A parameter that accepts any kind of text, with its zero bytes. It refers to the text and is
+   *  valid during the call only. */
   struct Text {
-    /** Looks at a text; null is the empty one. */
+    /** Refers to a text; null is the empty text. */
     Text(const char* text) : view(text ? text : "") {}
     Text(const std::string& text) : view(text) {}
     Text(const CString& text) : view(text.View()) {}
-    const std::string_view view;  ///< what is looked at
+    const std::string_view view;  ///< the text
   };
 
-  /** @name Make and assign
-   *  text           up to its terminating null; a std::string with all its bytes. In an assignment
-   *                 it may be a part of this text
+  /** @name Construct and assign
+   *  text           a C string up to its terminating zero; a std::string with all its bytes. In an
+   *                 assignment it may be a part of this text
    *  text, length   exactly `length` bytes, zero bytes too; all of them must be readable
    *  c, repeat      `c` that many times
-   *  Each of them converts silently, but an integer is no `c`: CString(65) does not compile.
-   *  A copy takes the text alone. A move leaves the source empty and takes a lent buffer along. */
+   *  All are implicit conversions, but an integer is no `c`: CString(65) does not compile. A copy has
+   *  the text, not the loan of a buffer. A move leaves the source empty and moves the loan too. */
   ///@{
   CString() = default;
   CString(const char* text);
@@ -55,20 +54,20 @@ class ZON_API CString {
 
   CString& operator=(const CString& other);
   CString& operator=(CString&& other) noexcept;
-  CString& operator=(const char* text);  // from char and std::string by way of a CString
+  CString& operator=(const char* text);  // char and std::string convert to CString
   ///@}
 
-  /** @name Look
-   *  GetAt, []   the character, by value; a null at the end. [] takes any kind of integer
-   *  GetString   the text as a C string, never null; the cast to const char* is the same. It holds
-   *              until the text is changed, assigned or moved, or ends: never keep that of a
-   *              temporary. Because of the cast `if (s)` is always true: ask IsEmpty. */
+  /** @name Get
+   *  GetAt, []   the character, by value; 0 at the end. [] accepts any type of integer
+   *  GetString   the text as a C string, never null, like the conversion to const char*. Valid until
+   *              the text is changed, assigned, moved or destroyed; for a temporary, in the same
+   *              expression only. Because of the conversion `if (s)` is always true: use IsEmpty. */
   ///@{
   int GetLength() const;
   bool IsEmpty() const { return View().empty(); }
   char GetAt(int index) const;
   char operator[](int index) const { return GetAt(index); }
-  // With operator[](int) alone, s[someLong] would be ambiguous: it fits const char*[long] as well.
+  // With operator[](int) alone, s[someLong] would be ambiguous with const char*[long].
   template <class Integer, std::enable_if_t<std::is_integral<Integer>::value, int> = 0>
   char operator[](Integer index) const {
     const bool below = std::is_signed<Integer>::value && static_cast<long long>(index) < 0;
@@ -79,15 +78,15 @@ class ZON_API CString {
   ///@}
 
   /** @name Compare
-   *  returns  -1, 0 or 1: this text comes before, equals, comes after the other. Bytes are compared
-   *           unsigned; a text comes before its own continuations
-   *  CompareNoCase takes A-Z as a-z. Collate is Compare: the "C" locale orders by bytes. */
+   *  returns  -1, 0 or 1: this text is less than, equal to, greater than the other. Bytes are
+   *           compared unsigned; a text is less than its continuations
+   *  CompareNoCase treats A-Z as a-z. Collate is Compare: the "C" locale orders by bytes. */
   ///@{
   int Compare(Text other) const;
   int CompareNoCase(Text other) const;
   int Collate(Text other) const { return Compare(other); }
 
-  // Three of each, for comparing with a literal could else as well mean comparing two pointers.
+  // Three of each: otherwise comparing with a literal would be ambiguous with comparing pointers.
   friend bool operator==(const CString& a, const CString& b) { return a.Compare(b) == 0; }
   friend bool operator==(const CString& a, const char* b) { return a.Compare(b) == 0; }
   friend bool operator==(const char* a, const CString& b) { return b.Compare(a) == 0; }
@@ -111,12 +110,12 @@ class ZON_API CString {
   /** @name Parts, each a new text
    *  Left, Right     the first, the last `count` characters
    *  Mid             from `first` on: all, or `count` characters
-   *  SpanIncluding   the longest beginning made of characters in `set` only; "" for an empty set
-   *  SpanExcluding   the longest beginning with no character in `set`; all for an empty set
-   *  Tokenize        the next token at or after `start`, which becomes the index just behind that
-   *                  token. Delimiters before a token are skipped, so no token is empty. With no
-   *                  delimiters the rest is one token. When none is left: "", and `start` is -1,
-   *                  with which every further call does the same.
+   *  SpanIncluding   the longest prefix of characters in `set` only; "" for an empty set
+   *  SpanExcluding   the longest prefix without a character in `set`; all for an empty set
+   *  Tokenize        the next token at or after `start`; sets `start` to the index after the token.
+   *                  Delimiters before a token are skipped, so no token is empty. Without delimiters
+   *                  the rest is one token. If no token is left, returns "" and sets `start` to -1,
+   *                  at once if it is -1 already.
    *    for (CString t = s.Tokenize(",", at); at != -1; t = s.Tokenize(",", at)) Use(t); */
   ///@{
   CString Left(int count) const;
@@ -129,11 +128,10 @@ class ZON_API CString {
   ///@}
 
   /** @name Find
-   *  Find          index of the first occurrence that begins at or after `start`; of the empty text
-   *                that is `start` itself
-   *  ReverseFind   index of the last occurrence
-   *  FindOneOf     index of the first character that is in `set`
-   *  returns       -1 when there is none */
+   *  Find          the index of the first occurrence at or after `start`; for the empty text `start`
+   *  ReverseFind   the index of the last occurrence
+   *  FindOneOf     the index of the first character in `set`
+   *  returns       -1 if there is none */
   ///@{
   int Find(char c, int start = 0) const;
   int Find(Text part, int start = 0) const;
@@ -142,14 +140,14 @@ class ZON_API CString {
   ///@}
 
   /** @name Change
-   *  A text passed in may be this text or a part of it. Every change ends the loan of a buffer.
-   *  Empty            leaves no character; the memory stays for the next text (see FreeExtra)
-   *  SetAt            overwrites one character; does nothing at the end, where there is none
+   *  An argument may be this text or a part of it. Every change ends the loan of a buffer.
+   *  Empty            removes all characters, but keeps the memory (see FreeExtra)
+   *  SetAt            overwrites a character; at the end, where there is none, does nothing
    *  Insert, Delete   return the new length
-   *  Remove, Replace  return how many were removed, replaced. They go from left to right; what was
-   *                   put in is not searched again; an empty `oldPart` replaces nothing
-   *  Make..., Trim... return this text. Trim takes off white space (blank, and 9 to 13), one
-   *                   character, or all characters in `set` */
+   *  Remove, Replace  return how many were removed, replaced. They search from left to right and do
+   *                   not search what they inserted; an empty `oldPart` replaces nothing
+   *  Make..., Trim... return this text. Trim removes white space (blank, and 9 to 13), one character,
+   *                   or all characters in `set` */
   ///@{
   void Empty();
   void SetAt(int index, char c);
@@ -177,7 +175,7 @@ class ZON_API CString {
   CString& TrimRight(char c);
   CString& TrimRight(Text set);
 
-  // The left side comes by value: in a + b + c the sum so far is moved on, not copied.
+  // The left side is passed by value: a + b + c moves the first sum and does not copy it.
   friend CString operator+(CString a, const CString& b) { return std::move(a += b); }
   friend CString operator+(CString a, const char* b) { return std::move(a += b); }
   friend CString operator+(CString a, char b) { return std::move(a += b); }
@@ -185,12 +183,12 @@ class ZON_API CString {
   friend CString operator+(char a, const CString& b) { return std::move(CString(a) += b); }
   ///@}
 
-  /** @name Format, in the form of printf
-   *  Format replaces the text, AppendFormat adds to it. The result has any length; "%c" of 0 puts a
-   *  zero byte in it. The format and its arguments may be parts of this text. A null format is the
-   *  empty one. Where printf fails (a wide character it cannot convert), the result is empty.
-   *  As in printf, the decimal point of "%f" and its like is that of the host's LC_NUMERIC.
-   *  "%s" takes a CString as s.GetString(). The V forms leave va_end to the caller. */
+  /** @name Format, as printf
+   *  Format replaces the text, AppendFormat appends to it. The result may be of any length; "%c" of 0
+   *  is a zero byte in it. The format and its arguments may be parts of this text. A null format is
+   *  the empty one. If printf fails (a wide character that it cannot convert), the result is empty.
+   *  The decimal point of "%f" and its like is that of the host's LC_NUMERIC, as in printf. Pass a
+   *  CString to "%s" as s.GetString(). The V forms do not call va_end. */
   ///@{
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
   void FormatV(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
@@ -198,20 +196,20 @@ class ZON_API CString {
   void AppendFormatV(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
   ///@}
 
-  /** @name Buffer: lend the text's own memory to code that writes C strings
-   *  GetBuffer           room for `minLength` characters, or for the text where that is longer, and
-   *                      one byte more for a null. In front stands the text with its null.
-   *                      GetLength stays what it is while the room is lent. Asked again meanwhile,
-   *                      the room at most grows and keeps what was written in it
-   *  GetBufferSetLength  makes the text `length` characters long, new ones null, and lends just
-   *                      those; it needs no ReleaseBuffer
-   *  ReleaseBuffer       takes the room as the text: up to its first null, or all of it where there
-   *                      is none; with `newLength` that many characters, at most all. Without a
-   *                      loan the room is the text itself
-   *  Preallocate         memory for texts up to `length`, so that growing to it moves nothing
-   *  FreeExtra           gives back the memory that the text does not need
-   *  The pointer holds until the next of these calls or any change. A change without ReleaseBuffer
-   *  ends the loan: of the room it keeps the first GetLength() characters. */
+  /** @name Buffer: lends the memory of the text to code that writes C strings
+   *  GetBuffer           lends room for `minLength` characters, at least for the text, and a
+   *                      terminating zero. The room begins with the text and its zero. GetLength does
+   *                      not change while the room is lent. A second call keeps what was written; the
+   *                      room can only grow
+   *  GetBufferSetLength  makes the text `length` characters long, fills it up with zeros, and lends
+   *                      exactly these; needs no ReleaseBuffer
+   *  ReleaseBuffer       makes the room the text: up to its first zero, or all of it if there is
+   *                      none; with `newLength` that many characters, at most all. Without a loan
+   *                      the room is the text itself
+   *  Preallocate         allocates memory for texts up to `length`: they are not moved as they grow
+   *  FreeExtra           releases the memory that the text does not need
+   *  The pointer is valid until the next of these calls or any change. A change without ReleaseBuffer
+   *  ends the loan and keeps the first GetLength() characters of the room. */
   ///@{
   char* GetBuffer() { return GetBuffer(0); }
   char* GetBuffer(int minLength);
@@ -228,12 +226,14 @@ class ZON_API CString {
     return {text_.data(), lentLength_ == kNotLent ? text_.size() : lentLength_};
   }
   char At(std::size_t index) const { return index < View().size() ? View()[index] : '\0'; }
-  std::string& Edit();  // the text alone, for a change: ends a loan
+  std::string& Edit();  // ends a loan and returns the text, for a change
   void Splice(std::size_t at, std::size_t count, std::string_view part);
   CString& Strip(std::string_view set, bool left, bool right);
+  CString& StripSpace(bool left, bool right);
+  CString& Shorten(std::string_view part);
 
-  std::string text_;                   // the text; while lent, the whole room
-  std::size_t lentLength_ = kNotLent;  // while lent, how much of the room is the text
+  std::string text_;                   // the text; during a loan the lent room
+  std::size_t lentLength_ = kNotLent;  // during a loan the length of the text
 };
 
 #endif

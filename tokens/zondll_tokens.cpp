@@ -1,10 +1,10 @@
-// The token reader for hosts that know only handles. Each function checks its handle, forwards, and
-// lets no exception out: what can fail for lack of memory is answered as its header tells.
-#include <cxxabi.h>
-
+// The C functions of the token reader. Each one checks its handle and calls the class. No exception
+// leaves it: if out of memory, it returns the failure value that zon.h states.
+// Tested by tests/tokens_test.cpp and tests/alloc_faults.cpp.
 #include <exception>
 #include <memory>
 
+#include "base/zoncancel.h"
 #include "base/zonerror.h"
 #include "tokens/zontoken.h"
 
@@ -22,7 +22,7 @@ CzonTokenReader* Reader(void* handle) {
 
 extern "C" {
 
-ZON_API int zontLoadFile(const char* fileName, void** reader) {
+ZON_SEES_CANCELLATION ZON_API int zontLoadFile(const char* fileName, void** reader) {
   try {
     auto input = std::make_unique<CzonInput>();
     if (input->open(fileName) != 0) return zon::kErrFileOpen;
@@ -35,7 +35,7 @@ ZON_API int zontLoadFile(const char* fileName, void** reader) {
   }
 }
 
-ZON_API int zontNextToken(void* reader) {
+ZON_SEES_CANCELLATION ZON_API int zontNextToken(void* reader) {
   if (!reader) return kNullReader;
   try {
     return Reader(reader)->NextToken();

@@ -1,7 +1,24 @@
-// What each state reads. A state says what is to follow before it gives its token; where it has
-// none to give, NextToken goes on with the next one in a loop, so no text makes the reader recurse.
-// A call takes a character, gives the empty place that a "=" or "," already taken has announced, or
-// leaves a section for good: that is why reading on after an error comes to an end.
+// A pushdown automaton. The stack of the reader holds the states that are expected next, the innermost
+// last; between two tokens it is the whole state of the parse.
+//
+//     state           reads                               pushes before it returns
+//     kSectionList    a section header, or the end        itself, kEndSection, kSectionBody
+//     kSectionBody    a section header, a keyword         itself and the states of what it read
+//     kEndSection     EndSect, or the end                 nothing
+//     kMoreParameter  "," and a parameter, or nothing     itself, after a ","
+//     kSimParameter   a parameter, possibly empty         nothing
+//     (a keyword      its name and "="                    kMoreParameter, kSimParameter)
+//
+// NextToken pops a state and runs it. A state that reads nothing returns kContinue, and NextToken runs
+// the next one in a loop, so there is no recursion, however deep a file nests.
+//
+// Termination, also after errors: each call consumes a character, or returns the parameter place after
+// a consumed "=" or ",", or pops a state of a section that is not pushed again.
+//
+// Runs of characters are found by a table of classes and consumed directly from the buffer of the
+// input. No class contains the newline, which the counters of the input need, or the zero, which ends
+// the buffer. Tested by tests/tokens_test.cpp and fuzz/tokens_fuzz.cpp, and against the loader by
+// fuzz/streams_fuzz.cpp.
 #include "tokens/zontoken.h"
 
 #include <algorithm>
@@ -14,7 +31,7 @@
 
 namespace {
 
-// Token codes; they are part of the interface.
+// Token codes, as the interface documents them.
 constexpr int kError = -1;
 constexpr int kEndOfFile = 0;
 constexpr int kSection = 100;
@@ -28,27 +45,26 @@ constexpr int kReal = 1021;
 constexpr int kString = 1030;
 constexpr int kFilename = 1200;
 
-constexpr int kContinue = -2;  // instead of a token: go on with the next state
+constexpr int kContinue = -2;  // no token: run the next state
 
 constexpr char kEndWord[] = "EndSect";
 
-// Instead of a character: the end of the file, or a comment that it cuts short.
+// Values in place of a character: the end of the file, or a comment that does not end.
 constexpr int kEnd = -1;
 constexpr int kOpenBlock = -2;
 constexpr int kOpenBraces = -3;
 
-// Classes of characters, as bits. None that a run is taken by holds the newline, which counts, or
-// the zero, which stands behind the buffered characters.
+// Classes of characters, as bits. None contains the newline or the zero.
 using Classes = unsigned;
 constexpr Classes kLetter = 1;
-constexpr Classes kNumber = 2;  // begins one
+constexpr Classes kNumber = 2;  // begins a number
 constexpr Classes kBlank = 8;
 constexpr Classes kInLine = 16;
 constexpr Classes kInString = 32;
 constexpr Classes kInFilename = 64;
 constexpr Classes kInBlock = 128;
 constexpr Classes kInBraces = 256;
-constexpr Classes kPlain = 512;  // significant, and no zero
+constexpr Classes kPlain = 512;  // neither white space nor the start of a comment
 
 constexpr Classes ClassesOf(int c) {
   if (c == 0 || c == '\n') return 0;
@@ -81,8 +97,8 @@ bool Is(unsigned char c, Classes classes) {
 
 }  // namespace
 
-// The reader at work: what its operations do, apart from the exported class so that the compiler
-// may inline it and nothing of it is visible outside.
+// The functions of the states. Separate from the exported class, so that they can be inlined and are not
+// part of its layout.
 class zontScanner {
  public:
   explicit zontScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
@@ -101,24 +117,24 @@ class zontScanner {
   int String();
   int Filename();
 
-  /** Skips white space and comments and looks at what follows. */
+  /** Skips white space and comments. Returns the next character, not consumed. */
   int PeekSignificant() {
-    if (*input_.cursor_ == ' ') ++input_.cursor_;  // mostly there is one blank or none
+    if (*input_.cursor_ == ' ') ++input_.cursor_;  // most often there is one blank or none
     const unsigned char c = *input_.cursor_;
     return Is(c, kPlain) ? c : PeekFurther();
   }
 
-  /** Takes a word of letters if it is next. */
-  bool Take(const char* word) {
+  /** Consumes the word if it is next. */
+  bool Consume(const char* word) {
     const unsigned char* next = input_.cursor_;
     const char* letter = word;
     while (*letter && *next == static_cast<unsigned char>(*letter)) ++next, ++letter;
-    if (*letter && next == input_.end_) return TakeSlowly(word);
+    if (*letter && next == input_.end_) return ConsumeByCharacter(word);
     if (!*letter) input_.cursor_ += letter - word;
     return !*letter;
   }
 
-  __attribute__((noinline)) bool TakeSlowly(const char* word);
+  __attribute__((noinline)) bool ConsumeByCharacter(const char* word);
 
   void PutBack(const char* begin, const char* end) {
     while (end != begin) input_.putback(*--end);
@@ -129,10 +145,11 @@ class zontScanner {
   }
 
  private:
-  /** Takes as many characters as length(const char* begin, const char* end) says, none of them a
-   *  newline, and hands them to use(const char*, std::size_t), in pieces where the buffer ends. */
+  /** Consumes as many characters as length(const char* begin, const char* end) returns and passes them
+   *  to use(const char*, std::size_t), in several calls if the buffer ends between them. There must be
+   *  no newline among them. */
   template <class Length, class Use>
-  void TakeAhead(Length length, Use use) {
+  void ConsumeAhead(Length length, Use use) {
     do {
       const auto* const begin = reinterpret_cast<const char*>(input_.cursor_);
       const std::size_t size = length(begin, reinterpret_cast<const char*>(input_.end_));
@@ -141,39 +158,40 @@ class zontScanner {
     } while (input_.cursor_ == input_.end_ && input_.Fill());
   }
 
-  /** The same as long as accept(unsigned char) holds, which it must not for a newline or a zero. */
+  /** Consumes characters while accept(unsigned char) holds. It must not accept a newline or a zero. */
   template <class Accept, class Use>
-  void TakeRun(Accept accept, Use use) {
+  void ConsumeRun(Accept accept, Use use) {
     const auto length = [&accept](const char* begin, const char*) {
       const char* next = begin;
       while (accept(static_cast<unsigned char>(*next))) ++next;
       return static_cast<std::size_t>(next - begin);
     };
-    TakeAhead(length, use);
+    ConsumeAhead(length, use);
   }
 
   void SkipRun(Classes classes) {
-    TakeRun([classes](unsigned char c) { return Is(c, classes); }, [](const char*, std::size_t) {});
+    ConsumeRun([classes](unsigned char c) { return Is(c, classes); },
+               [](const char*, std::size_t) {});
   }
 
-  /** Takes the characters of the given classes into the token text. */
+  /** Consumes characters of the classes and appends them to the token text. */
   void Collect(Classes classes) {
-    TakeRun([classes](unsigned char c) { return Is(c, classes); },
-            [this](const char* run, std::size_t size) { Append(run, size); });
+    ConsumeRun([classes](unsigned char c) { return Is(c, classes); },
+               [this](const char* run, std::size_t size) { Append(run, size); });
   }
 
   void CollectName() {
     const auto length = [](const char* begin, const char* end) {
       return static_cast<std::size_t>(zon::SkipWord(begin, end) - begin);
     };
-    TakeAhead(length, [this](const char* run, std::size_t size) { Append(run, size); });
+    ConsumeAhead(length, [this](const char* run, std::size_t size) { Append(run, size); });
   }
 
   void Append(const char* data, std::size_t size) {
     try {
       reader_.text_.append(data, size);
     } catch (const std::exception& failure) {
-      // Dropped. The token is read to its end all the same, and then is an error.
+      // The text is lost. The token is still read to its end, and then reported as an error.
       reader_.textLost_ = true;
       reader_.Error(failure.what());
     }
@@ -184,7 +202,7 @@ class zontScanner {
     return kError;
   }
 
-  /** Uses up the character that does not fit. */
+  /** Consumes the character that does not fit, then fails. */
   int FailAfter(const char* message) {
     input_.get();
     return Fail(message);
@@ -218,7 +236,7 @@ int zontScanner::NextToken() {
   return reader_.textLost_ ? kError : token;
 }
 
-// A section and a keyword are read by whoever sees them: they are never left for later.
+// kSection and kKeyword are never pushed: the state that sees a section or keyword reads its start.
 inline int zontScanner::RunState(EParseState state) {
   switch (state) {
     case EParseState::kSectionBody:
@@ -270,7 +288,7 @@ int zontScanner::SectionBody() {
     return Section();
   }
   if (c == kEnd || !Is(static_cast<unsigned char>(c), kLetter)) return kContinue;
-  if (c == 'E' && Take(kEndWord)) {
+  if (c == 'E' && Consume(kEndWord)) {
     PutBack(kEndWord, kEndWord + std::strlen(kEndWord));
     return kContinue;
   }
@@ -282,8 +300,9 @@ int zontScanner::EndSection() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
-  // Kept: "EndSection" ends a section as well, and "ion" is read as a name then.
-  return Take(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
+  // Compatibility: only the letters are compared, because token streams of existing files depend on it:
+  // "EndSection" is EndSect and then a name "ion".
+  return Consume(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
 }
 
 int zontScanner::Keyword() {
@@ -312,24 +331,24 @@ int zontScanner::SimParameter() {
   if (c == kEnd) return kEmpty;
   if (c < kEnd) return FailComment(c);
   if (Is(static_cast<unsigned char>(c), kNumber)) return Number();
-  // Kept: only these letters are taken, "trueish" is true and then a keyword "ish".
-  if (c == 'f' && Take("false")) return kFalse;
-  if (c == 't' && Take("true")) return kTrue;
+  // Compatibility: for the same reason "trueish" is true and then a keyword "ish".
+  if (c == 'f' && Consume("false")) return kFalse;
+  if (c == 't' && Consume("true")) return kTrue;
   if (c != '\'' && c != '|') return kEmpty;
   input_.get();
   return c == '|' ? Filename() : String();
 }
 
-/** Reads a number, of which nothing is taken yet. */
+/** Reads a number, of which nothing is consumed yet. */
 int zontScanner::Number() {
-  // Mostly it is a whole one and ends before the buffer does.
+  // Most often the number is well formed and ends inside the buffer.
   const auto* const start = reinterpret_cast<const char*>(input_.cursor_);
   const auto* const end = reinterpret_cast<const char*>(input_.end_);
   const bool hasSign = *start == '-' || *start == '+';
   bool isWhole = false;
-  const char* const behind = zon::SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
-  if (behind == nullptr || behind == end) return NumberStepByStep();
-  const auto size = static_cast<std::size_t>(behind - start);
+  const char* const after = zon::SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
+  if (after == nullptr || after == end) return NumberStepByStep();
+  const auto size = static_cast<std::size_t>(after - start);
   input_.cursor_ += size;
   Append(start, size);
   return isWhole ? kInteger : kReal;
@@ -337,8 +356,8 @@ int zontScanner::Number() {
 
 int zontScanner::NumberStepByStep() {
   zon::NumberScan number;
-  TakeRun([&number](unsigned char c) { return number.Accept(c); },
-          [this](const char* run, std::size_t size) { Append(run, size); });
+  ConsumeRun([&number](unsigned char c) { return number.Accept(c); },
+             [this](const char* run, std::size_t size) { Append(run, size); });
   if (number.IsComplete()) return number.IsWhole() ? kInteger : kReal;
   return FailAfter(number.MissesFraction() ? "Expecting digit after ."
                                            : "Bad floating point exponent definition (e/E)");
@@ -370,14 +389,16 @@ int zontScanner::PeekFurther() {
   }
 }
 
-/** Skips the comment that `c`, which is next, begins. False if it begins none, or one without its
- *  end; `c` then says so. */
+/** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if it
+ *  does not end; `c` is then kOpenBlock or kOpenBraces. */
 bool zontScanner::SkipComment(int& c) {
   if (c == ';') return SkipLine();
   if (c == '/') return SkipSlash(c);
   if (c != '{') return false;
   input_.get();
-  input_.get();  // Kept: whatever follows the brace is skipped, so "{}" does not close.
+  // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token streams
+  // of existing files depend on it.
+  input_.get();
   if (SkipTo('}', kInBraces)) return true;
   c = kOpenBraces;
   return false;
@@ -398,7 +419,7 @@ bool zontScanner::SkipSlash(int& c) {
     input_.putback('/');
     return false;
   }
-  input_.get();  // this star does not close as well
+  input_.get();  // this star cannot end the comment: "/*/" is open
   while (SkipTo('*', kInBlock)) {
     if (input_.peek() != '/') continue;
     input_.get();
@@ -408,8 +429,8 @@ bool zontScanner::SkipSlash(int& c) {
   return false;
 }
 
-/** Skips what is before `closer`, and the closer. `classes` holds what runs of it consist of. False
- *  at the end of the file. */
+/** Skips everything up to and including `closer`. `classes` are the characters that are skipped in
+ *  runs. Returns false at the end of the file. */
 bool zontScanner::SkipTo(char closer, Classes classes) {
   for (;;) {
     SkipRun(classes);
@@ -418,7 +439,7 @@ bool zontScanner::SkipTo(char closer, Classes classes) {
   }
 }
 
-/** As SkipTo, but takes what is before `closer` into the token text. */
+/** As SkipTo, but appends everything before `closer` to the token text. */
 bool zontScanner::CollectTo(char closer, Classes classes) {
   for (;;) {
     Collect(classes);
@@ -429,8 +450,8 @@ bool zontScanner::CollectTo(char closer, Classes classes) {
   }
 }
 
-/** Take for a word that the end of the buffer cuts in two or that may hold a newline. */
-bool zontScanner::TakeSlowly(const char* word) {
+/** Consume for a word that continues after the end of the buffer, or that contains a newline. */
+bool zontScanner::ConsumeByCharacter(const char* word) {
   for (const char* letter = word; *letter; ++letter) {
     if (input_.peek() != static_cast<unsigned char>(*letter)) {
       PutBack(word, letter);
@@ -446,12 +467,12 @@ CzonTokenReader::CzonTokenReader(CzonInput* input)
   states_.reserve(64);
   states_.push_back(EParseState::kParFile);
   text_.reserve(1024);
-  errorText_.reserve(64);  // so that telling of a lack of memory needs none
+  errorText_.reserve(64);  // room for any message: storing one then needs no memory
 }
 
 CzonTokenReader::~CzonTokenReader() = default;
 
-// With all of it in one function the scanner lives in registers: a fifth less time per token.
+// Inlined into one function, the scanner is kept in registers: 20 % less time per token.
 __attribute__((flatten)) int CzonTokenReader::NextToken() {
   return zontScanner(*this).NextToken();
 }
@@ -509,7 +530,7 @@ int CzonTokenReader::GetChSkipBlanks() {
 
 bool CzonTokenReader::InputIs(int c, const char* word) {
   if (!word || !*word || c != static_cast<unsigned char>(*word)) return false;
-  return zontScanner(*this).TakeSlowly(word + 1);
+  return zontScanner(*this).ConsumeByCharacter(word + 1);
 }
 
 bool CzonTokenReader::InputPeak(int c, const char* word) {

@@ -1,10 +1,10 @@
 /* The token reader: a parameter file as a stream of tokens, without a tree.
  *
- * It is a reader of its own beside the loader and knows less: no templates, defaults, date-times or
+ * It is independent of the loader and accepts less: no templates, defaults, date-times or
  * substitutions; text in braces is a comment, comments do not nest, and EndSect, true and false are
- * spelled exactly so. A stack of states says what is to follow, so that reading can stop behind any
- * token; each call of NextToken gives one. Letters, digits and white space are those of the "C"
- * locale whatever the host has set. Tested by tests/tokens_test.cpp. */
+ * case-sensitive. Each call of NextToken returns one token; a stack of states stores what is expected
+ * after it (see zontoken.cpp). Letters, digits and white space are those of the "C" locale, whatever
+ * locale the host has set. Tested by tests/tokens_test.cpp and fuzz/tokens_fuzz.cpp. */
 #ifndef ZON_TOKENS_ZONTOKEN_H
 #define ZON_TOKENS_ZONTOKEN_H
 
@@ -15,7 +15,7 @@
 #include "base/zonexport.h"
 #include "tokens/zoninput.h"
 
-/** What the reader does next; each value selects the operation of the same name. */
+/** What the reader parses next: each value selects the Parse function of that name. */
 enum class EParseState : unsigned char {
   kParFile = 0,
   kSectionList = 1,
@@ -27,7 +27,7 @@ enum class EParseState : unsigned char {
   kSimParameter = 7
 };
 
-/** Reads tokens from an input. Token codes, with the token text in brackets (else it is empty):
+/** Reads tokens from an input. Token codes, with the token text in brackets (otherwise it is empty):
  *
  *       0  end of the file
  *     100  section header [its name]          1010  true
@@ -37,56 +37,55 @@ enum class EParseState : unsigned char {
  *      -1  error [as far as read]             1030  string [contents, '' reduced to ']
  *                                             1200  file name [contents]
  *
- *  At an error the reader stands behind the character that did not fit, except where an EndSect is
- *  missing. Reading may go on: every further call answers, and 0 comes after at most as many calls
- *  as the file has bytes and open sections, and two more.
+ *  An error consumes the character that did not fit, except if an EndSect is missing. Reading may
+ *  continue after it: 0 is returned after at most as many calls as the file has bytes and section
+ *  headers, plus two.
  *
- *  NextToken is all that a host needs. The operations of the states are open to hosts that read a
- *  part of a file themselves; they answer like NextToken and add to the token text. */
+ *  Most hosts need only NextToken. The Parse functions are for hosts that read a part of a file
+ *  themselves; they return the same codes as NextToken and append to the token text. */
 class ZON_API CzonTokenReader {
  public:
-  /** Takes the input over, from the call on even if it throws, and deletes it with the reader. Null
-   *  is read like an empty file. */
+  /** Takes ownership of the input, even if it throws. Null is read like an empty file. */
   explicit CzonTokenReader(CzonInput* input);
   virtual ~CzonTokenReader();
   CzonTokenReader(const CzonTokenReader&) = delete;
   CzonTokenReader& operator=(const CzonTokenReader&) = delete;
 
-  /** Gives the next token. Once reading the file has failed it gives the error "Read error" for as
-   *  long as sections are open, and no token that the failure may have cut short.
-   *  throws  std::bad_alloc when sections are nested too deeply for the memory */
+  /** Returns the next token. After reading the file has failed, returns the error "Read error" as long
+   *  as sections are open, and no token that the failure may have cut short.
+   *  throws  std::bad_alloc if the states of nested sections need more memory than there is */
   int NextToken();
 
   int ParseParFile();        ///< a file is a list of sections
   int ParseSectionList();    ///< a section or the end of the file
-  int ParseSection();        ///< a section header, at its bracket; body and EndSect follow
-  int ParseSectionBody();    ///< a section, a keyword, or what follows the body
+  int ParseSection();        ///< the section header that is next; body and EndSect follow
+  int ParseSectionBody();    ///< a section, a keyword, or the token after the body
   int ParseEndSection();     ///< EndSect or the end of the file
-  int ParseKeyword();        ///< name and "=", at the name; parameters follow
-  int ParseMoreParameter();  ///< a comma and a parameter, or what follows the keyword
+  int ParseKeyword();        ///< the name that is next, and "="; parameters follow
+  int ParseMoreParameter();  ///< a comma and a parameter, or the token after the keyword
   int ParseSimParameter();   ///< one parameter, possibly an empty place
 
   bool ParseSectionHeader();  ///< "[name]"; false after an error
-  int ParseNumber(int c);     ///< a number of which `c` is already taken
-  int ParseString();          ///< a string behind its opening quote
-  int ParseFilename();        ///< a file name behind its opening bar
+  int ParseNumber(int c);     ///< a number whose first character `c` is already consumed
+  int ParseString();          ///< a string after its opening quote
+  int ParseFilename();        ///< a file name after its opening bar
 
-  /** Takes the next character that is neither white space nor in a comment. -1 at the end of the
-   *  file, and after the error of a comment without its end. */
+  /** Consumes the next character that is neither white space nor in a comment, and returns it. -1 at
+   *  the end of the file, and after the error of a comment that does not end. */
   int GetChSkipBlanks();
 
-  /** Whether `c`, already taken, and the characters after it read `word`. If so those are taken,
-   *  else they stay unread. */
+  /** Whether `c`, already consumed, and the characters after it are `word`. If so they are consumed,
+   *  otherwise they stay unread. */
   bool InputIs(int c, const char* word);
 
-  /** As InputIs, but takes nothing. */
+  /** As InputIs, but consumes nothing. */
   bool InputPeak(int c, const char* word);
 
-  /** Records an error where the input stands now, in place of any earlier one. Without an input,
+  /** Stores an error at the current place of the input, replacing any earlier one. Without an input,
    *  line and position have all bits set. */
   void Error(const char* message);
 
-  /** The text of the current token, until the next call. May hold zero bytes. */
+  /** The text of the current token; valid until the next call. May contain zero bytes. */
   const std::string& GetTokenText() const { return text_; }
 
   /** Text, line (from 1) and position of the last error; empty, 0 and 0 before the first. */
@@ -97,14 +96,14 @@ class ZON_API CzonTokenReader {
  private:
   friend class zontScanner;
 
-  std::vector<EParseState> states_;  // last one next
+  std::vector<EParseState> states_;  // the stack; the last one is next
   std::unique_ptr<CzonInput> input_;
   std::string text_;
   unsigned int errorLine_ = 0;
   unsigned int errorPosition_ = 0;
   std::string errorText_;
   bool hasInput_;
-  bool textLost_ = false;  // the token text could not grow
+  bool textLost_ = false;  // set if the token text could not grow; the token becomes an error
 };
 
 #endif

@@ -7,7 +7,7 @@ namespace tool {
 
 Status Check(const std::vector<std::string>& files) {
   Status worst = kFine;
-  for (const std::string& file : files) worst = std::max(worst, Source(file).Problem());
+  for (const std::string& file : files) worst = std::max(worst, Source(file).GetStatus());
   return worst;
 }
 

@@ -1,5 +1,5 @@
-// The subcommands. Each works on its own, tells what is wrong on standard error, and gives the status
-// that the process ends with.
+// The subcommands. Each prints its result on standard output and its messages on standard error, and
+// returns the exit status of the process.
 #ifndef ZON_TOOL_COMMANDS_H
 #define ZON_TOOL_COMMANDS_H
 
@@ -11,32 +11,32 @@
 
 namespace tool {
 
-// Loads each file; a faulty one does not keep the next from being looked at.
+// Loads each file. A file with an error does not stop the check of the next ones.
 Status Check(const std::vector<std::string>& files);
 
-struct Wanted {
+struct GetOptions {
   std::string file;
-  std::string path;        // "Quay:2/Berth/Number"
-  unsigned int param = 0;  // 0 for all
-  bool withType = false;
-  bool resolved = false;  // file names as paths
+  std::string path;        // of a keyword: "Quay:2/Berth/Number"
+  unsigned int param = 0;  // the number of the value; 0 for all values
+  bool withType = false;   // prints the kind before each value
+  bool resolved = false;   // prints file names as paths
 };
-Status Get(const Wanted& wanted);
+Status Get(const GetOptions& options);
 
-struct Listing {
+struct ListOptions {
   std::string file;
-  std::string path;  // of a section; empty for the whole file
+  std::string path;  // of a section; empty for the top level
   bool withValues = false;
   bool recursive = false;
 };
-Status List(const Listing& listing);
+Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
 Status DumpJson(const std::string& file);
 
-// Compares each file with the template; a faulty one does not keep the next from being compared. The
-// reports are the result, and so they are printed on standard output.
-Status Compare(const std::string& pattern, const std::vector<std::string>& files);
+// Compares each file with the template. A file with an error does not stop the comparison of the next
+// ones. The reports are the result, so they go to standard output.
+Status Compare(const std::string& templateFile, const std::vector<std::string>& files);
 
 Status Copy(const std::string& source, const std::string& target);
 Status Format(const std::string& file);

@@ -10,53 +10,53 @@
 
 namespace {
 
-constexpr int kMismatch = 17;  // the severity of what the comparison reports
+constexpr int kMismatch = 17;  // the severity of the reports of a comparison
 
-// The heading of the next report: the candidate's name and a colon. Empty after its first report,
-// and if there is only one candidate. A global, as the hook has no argument for it.
+// Printed before the next report: the name of the candidate and a colon. Set for each candidate if
+// there are several, cleared by its first report. A global, because the hook has no argument for it.
 std::string heading;
 
-void Report(std::string_view text) {
+void PrintReport(std::string_view text) {
   std::cout << heading << text << '\n';
   heading.clear();
 }
 
 }  // namespace
 
-// What the library tells its host. The loader's reports come as diagnostics already.
+// Receives the reports of the library. Those of the loader are ignored: Source prints the error.
 extern "C" void ReportHook(const char* pattern, int severity, void*) {
-  if (severity == kMismatch) Report(pattern);
+  if (severity == kMismatch) PrintReport(pattern);
 }
 
 namespace tool {
 namespace {
 
-Status CompareOne(const Source& wanted, const std::string& file, bool withName) {
+Status CompareOne(const Source& pattern, const std::string& file, bool withName) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
-  heading = withName ? Harmless(source.From().Name()) + ":\n" : "";
+  if (source.GetStatus() != kFine) return source.GetStatus();
+  heading = withName ? Printable(source.GetInput().Name()) + ":\n" : "";
   Status status = kFine;
   for (unsigned int n = 1; void* section = zonTargetByNum(source.File(), n); ++n) {
-    void* model = zonTargetByNameNum(wanted.File(), zonGetName(section), 1);
-    if (model == nullptr) {
-      Report(std::string("Error: Unrecognized section\n\tCand: ") + zonGetNameGlb(section));
-    } else if (zonEquivalent(model, section, nullptr) != 0) {
+    void* expected = zonTargetByNameNum(pattern.File(), zonGetName(section), 1);
+    if (expected == nullptr) {
+      PrintReport(std::string("Error: Unrecognized section\n\tCand: ") + zonGetNameGlb(section));
+    } else if (zonEquivalent(expected, section, nullptr) != 0) {
       continue;
     }
     status = kFindings;
   }
-  std::cout.flush();  // before the diagnostics of the next file
+  std::cout.flush();  // before messages on the next file, if both go to one place
   return status;
 }
 
 }  // namespace
 
-Status Compare(const std::string& pattern, const std::vector<std::string>& files) {
-  const Source wanted(pattern);
-  Status worst = wanted.Problem();
+Status Compare(const std::string& templateFile, const std::vector<std::string>& files) {
+  const Source pattern(templateFile);
+  Status worst = pattern.GetStatus();
   if (worst != kFine) return worst;
   for (const std::string& file : files) {
-    worst = std::max(worst, CompareOne(wanted, file, files.size() > 1));
+    worst = std::max(worst, CompareOne(pattern, file, files.size() > 1));
     if (!std::cout) break;
   }
   return worst;

@@ -28,21 +28,22 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < ' ' || c == 127;
 }
 
-bool GoesOn(char c) {
+// Whether the byte continues a character of UTF-8.
+bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// What a terminal shows of a line, and where the column stands in it: a part of a long line, control
-// characters as blanks. Bytes that go on with a character take no column of their own.
-std::string Underlined(std::string_view line, std::size_t column) {
+// The line and, below it, a caret at the column. Of a long line only the part around the column is
+// shown. Control characters become blanks; continuation bytes occupy no column on the screen.
+std::string LineWithCaret(std::string_view line, std::size_t column) {
   constexpr std::size_t kWidth = 120;
   const std::size_t caret = std::min(column - 1, line.size());
   std::size_t start = caret < kWidth ? 0 : caret - kWidth / 2;
-  while (start > 0 && start < caret && GoesOn(line[start])) ++start;
+  while (start > 0 && start < caret && IsContinuation(line[start])) ++start;
   std::string shown, pad;
   for (std::size_t n = start; n < std::min(line.size(), start + kWidth); ++n) {
     shown += IsControl(line[n]) ? ' ' : line[n];
-    if (n < caret && !GoesOn(line[n])) pad += ' ';
+    if (n < caret && !IsContinuation(line[n])) pad += ' ';
   }
   return "  " + shown + "\n  " + pad + Coloured(kGreen, "^") + "\n";
 }
@@ -50,30 +51,30 @@ std::string Underlined(std::string_view line, std::size_t column) {
 }  // namespace
 
 void UseColor(const std::string& when) {
-  const char* refused = std::getenv("NO_COLOR");
-  const bool wanted = isatty(STDERR_FILENO) != 0 && (refused == nullptr || *refused == '\0');
-  coloured = when == "always" || (when == "auto" && wanted);
+  const char* noColor = std::getenv("NO_COLOR");
+  const bool isColorRefused = noColor != nullptr && *noColor != '\0';
+  coloured = when == "always" || (when == "auto" && isatty(STDERR_FILENO) != 0 && !isColorRefused);
 }
 
-std::string Harmless(std::string_view text) {
+std::string Printable(std::string_view text) {
   std::string shown(text);
   std::replace_if(shown.begin(), shown.end(), IsControl, '?');
   return shown;
 }
 
-void Say(std::string_view text) {
-  Put(Coloured(kBold, "zon:") + " " + Harmless(text) + "\n");
+void PrintMessage(std::string_view text) {
+  Put(Coloured(kBold, "zon:") + " " + Printable(text) + "\n");
 }
 
-void Diagnose(const Place& place, std::string_view text, std::string_view line) {
-  const std::string where = Harmless(place.file) + ":" + std::to_string(place.line) + ":" +
+void PrintDiagnostic(const Place& place, std::string_view text, std::string_view line) {
+  const std::string where = Printable(place.file) + ":" + std::to_string(place.line) + ":" +
                             std::to_string(place.column) + ":";
   Put(Coloured(kBold, where) + " " + Coloured(kRed, "error:") + " " + std::string(text) + "\n" +
-      Underlined(line, place.column));
+      LineWithCaret(line, place.column));
 }
 
 Progress::Progress(std::string name) : name_(std::move(name)) {
-  if (isatty(STDERR_FILENO) != 0) thread_ = std::thread([this] { Show(); });
+  if (isatty(STDERR_FILENO) != 0) thread_ = std::thread([this] { Run(); });
 }
 
 Progress::~Progress() {
@@ -86,11 +87,11 @@ Progress::~Progress() {
   thread_.join();
 }
 
-void Progress::Show() {
+void Progress::Run() {
   std::unique_lock<std::mutex> lock(mutex_);
   int seconds = 0;
   while (!ending_.wait_for(lock, std::chrono::seconds(1), [this] { return done_; })) {
-    Put("\r" + Harmless(name_) + ": reading, " + std::to_string(++seconds) + " s");
+    Put("\r" + Printable(name_) + ": reading, " + std::to_string(++seconds) + " s");
   }
   if (seconds > 0) Put("\r\033[K");
 }

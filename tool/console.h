@@ -1,4 +1,4 @@
-// What the command says to a person: messages, diagnostics with their place, a line of progress.
+// Output for people on standard error: messages, diagnostics with their place, a progress line.
 #ifndef ZON_TOOL_CONSOLE_H
 #define ZON_TOOL_CONSOLE_H
 
@@ -10,17 +10,21 @@
 
 namespace tool {
 
-// What a command ends with, from the mildest to the worst.
-enum Status { kFine = 0, kFindings = 1, kTrouble = 2 };
+// The exit status of a command, from the mildest to the worst.
+enum Status {
+  kFine = 0,
+  kFindings = 1,  // an error in a file, a mismatch, a missing keyword, a loss
+  kTrouble = 2    // wrong usage, or a file that cannot be read or written
+};
 
-// "auto" colours on a terminal only, and not where NO_COLOR is set.
+// "always", "never", or "auto": only on a terminal, and only if NO_COLOR is not set.
 void UseColor(const std::string& when);
 
-// A name for people: file names may hold control characters, which become '?'.
-std::string Harmless(std::string_view text);
+// The text with each control character as '?'. File names can contain them.
+std::string Printable(std::string_view text);
 
-// "zon: text" on standard error.
-void Say(std::string_view text);
+// Prints "zon: text".
+void PrintMessage(std::string_view text);
 
 // A place in a file. Lines and columns count from 1, columns in bytes.
 struct Place {
@@ -29,10 +33,10 @@ struct Place {
   unsigned int column = 1;
 };
 
-// "file:line:column: error: text" on standard error, and the line with a caret where it is known.
-void Diagnose(const Place& place, std::string_view text, std::string_view line);
+// Prints "file:line:column: error: text", then the line with a caret below the column.
+void PrintDiagnostic(const Place& place, std::string_view text, std::string_view line);
 
-// Tells a waiting person what is read, once it has taken a second: only on a terminal.
+// Prints which file is being read, from the first second on, on a terminal only. Runs a thread.
 class Progress {
  public:
   explicit Progress(std::string name);
@@ -41,10 +45,10 @@ class Progress {
   ~Progress();
 
  private:
-  void Show();
+  void Run();
 
   std::string name_;
-  bool done_ = false;
+  bool done_ = false;  // guarded by mutex_; set by the destructor, ends the thread
   std::mutex mutex_;
   std::condition_variable ending_;
   std::thread thread_;

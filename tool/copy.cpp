@@ -1,4 +1,4 @@
-// The commands that write a file again.
+// The commands that write a loaded file: copy and fmt. Both report what the written form loses.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,67 +22,72 @@ void Resolve(CzonNode* node) {
   zonFileCopyCallBack(node);
 }
 
-// What the written form of a file does not keep. Visitors have no argument for it.
+// What the written form of a file loses. A global, because visitors have no argument for it.
 struct Losses {
-  std::string keyword;  // the one whose values are looked at
-  std::vector<std::string> told;
+  std::string keyword;  // the keyword of the values that are visited
+  std::vector<std::string> messages;
 } losses;
 
-void Lose(const std::string& what) {
-  losses.told.push_back(losses.keyword + ": " + what);
+void AddLoss(const std::string& what) {
+  losses.messages.push_back(losses.keyword + ": " + what);
 }
 
-// The library writes an absolute name relative to the file's own name, and reads it relative to the
-// file's folder.
-void NoteFilename(CzonNode* node) {
+// The library writes an absolute file name relative to the name of the parameter file, but reads it
+// relative to the folder of the file. Sets the written name for a moment to see which path it has.
+void CheckFilename(CzonNode* node) {
   const std::string text = zonGetFilenameString(node);
   if (text.empty() || text.front() != '/') return;
   const std::string path = zonGetFilename(node);
   const std::string written = WrittenForm(node);
   zonSetFilename(node, written.substr(1, written.size() - 2).c_str());
   std::string found = zonGetFilename(node);
-  while (found.compare(0, 4, "/../") == 0) found.erase(0, 3);  // above the root is the root
-  if (found != path) Lose(written + " leads to " + found + ", not to " + path);
+  while (found.compare(0, 4, "/../") == 0) found.erase(0, 3);  // the parent of / is /
+  if (found != path) {
+    AddLoss("the file name is written as " + written + ", which leads to " + found +
+            " instead of " + path);
+  }
   zonSetFilename(node, text.c_str());
 }
 
-void NoteLoss(CzonNode* node) {
+void CheckValue(CzonNode* node) {
   switch (zonGetSyntaxClass(node)) {
     case kZonKeyword:
       losses.keyword = zonGetNameGlb(node);
       break;
     case kZonFilename:
-      if (zonIsFilename(node) != 0) NoteFilename(node);
+      if (zonIsFilename(node) != 0) CheckFilename(node);
       break;
     case kZonSubstit:
-      Lose("%" + WrittenForm(node) +
-           " is written without its '%', and the text does not load again");
+      AddLoss("%" + WrittenForm(node) +
+              " is written without its '%', so the written text does not load");
       break;
     case kZonUnknown:
-      Lose("an unknown value is written as an empty place");
+      AddLoss("an unknown value is written as an undefined value");
       break;
     case kZonInt:
-      if (!IsWithinInt(node)) Lose("an integer beyond 32 bits is written as " + WrittenForm(node));
+      if (!IsWithinInt(node))
+        AddLoss("an integer beyond 32 bits is written as " + WrittenForm(node));
       break;
     default:
       break;
   }
 }
 
-Status WarnOfLoss(const Source& source, const std::string& name) {
+Status ReportLosses(const Source& source, const std::string& name) {
   losses = {};
-  zonExplore(source.File(), NoteLoss);
-  for (const std::string& what : losses.told) Say(std::string(name).append(": ").append(what));
-  return losses.told.empty() ? kFine : kFindings;
+  zonExplore(source.File(), CheckValue);
+  for (const std::string& what : losses.messages)
+    PrintMessage(std::string(name).append(": ").append(what));
+  return losses.messages.empty() ? kFine : kFindings;
 }
 
-// The library copies from file to file; what came through a pipe is written from its tree. What could
-// not be written is left empty by the library, and taken away here.
+// Copies with the library's function for files; the content of a pipe is written from its tree. The
+// library leaves an empty file after a failure, which is removed. Returns whether there is a copy.
 bool WriteCopy(const Source& source, const std::string& target) {
   const Progress progress(target);
   errno = 0;
-  const bool inMemory = source.From().IsInMemory();
-  if (!inMemory) zonFileCopy(source.From().Path().c_str(), target.c_str());
+  const bool inMemory = source.GetInput().IsInMemory();
+  if (!inMemory) zonFileCopy(source.GetInput().Path().c_str(), target.c_str());
   zonExplore(source.File(), Resolve);
   if (inMemory) zonWrite(source.File(), target.c_str());
   struct stat facts {};
@@ -92,34 +97,34 @@ bool WriteCopy(const Source& source, const std::string& target) {
   return exists && facts.st_size > 0;
 }
 
-// What keeps a copy from being made under this name; empty if nothing does.
-std::string Refusal(const std::string& target) {
+// Why no copy can be written to the target; empty if it can.
+std::string WhyRefused(const std::string& target) {
   struct stat facts {};
-  if (target.empty() || target == "-") return "a copy needs the name of a file";
+  if (target.empty() || target == "-") return "the target of a copy must be a file name";
   if (lstat(target.c_str(), &facts) != 0) return "";
   if (S_ISDIR(facts.st_mode)) return target + ": " + std::strerror(EISDIR);
-  return target + ": exists; a copy would be written behind what it holds";
+  return target + ": exists, and a copy would be appended to it; remove it or use another name";
 }
 
 }  // namespace
 
 Status Copy(const std::string& source, const std::string& target) {
-  if (const std::string refusal = Refusal(target); !refusal.empty()) {
-    Say(refusal);
+  if (const std::string reason = WhyRefused(target); !reason.empty()) {
+    PrintMessage(reason);
     return kTrouble;
   }
   const Source loaded(source);
-  if (loaded.Problem() != kFine) return loaded.Problem();
-  if (WriteCopy(loaded, target)) return WarnOfLoss(loaded, target);
-  Say(target + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
+  if (loaded.GetStatus() != kFine) return loaded.GetStatus();
+  if (WriteCopy(loaded, target)) return ReportLosses(loaded, target);
+  PrintMessage(target + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
   return kTrouble;
 }
 
 Status Format(const std::string& file) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
+  if (source.GetStatus() != kFine) return source.GetStatus();
   static_cast<CzonNode*>(static_cast<CzonBase*>(source.Root()))->Write(std::cout);
-  return WarnOfLoss(source, source.From().Name());
+  return ReportLosses(source, source.GetInput().Name());
 }
 
 }  // namespace tool

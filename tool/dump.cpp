@@ -13,14 +13,14 @@
 
 namespace tool {
 
-// The listing goes over whatever its target holds, and what stands behind standard output is not
-// ours alone: so it is made in memory.
+// The library replaces the content of the file that a listing is written to. Standard output may be a
+// file that holds other text, so the listing is made in memory and copied.
 Status Dump(const std::string& file) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
+  if (source.GetStatus() != kFine) return source.GetStatus();
   const int memory = memfd_create("listing", MFD_CLOEXEC);
   if (memory < 0) {
-    Say(std::strerror(errno));
+    PrintMessage(std::strerror(errno));
     return kTrouble;
   }
   const std::string path = "/proc/self/fd/" + std::to_string(memory);

@@ -1,5 +1,5 @@
-// A file as JSON, with all that the tree knows of it. It is written as the tree is walked, so that a
-// large file costs no second tree.
+// The whole tree of a file as JSON. Written while the tree is traversed, so a large file needs no
+// second tree. The document is described in docs/man/zon.1.
 #include <cmath>
 #include <iostream>
 
@@ -16,7 +16,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Bytes that are no UTF-8 are told as the characters of Latin-1, under a key that says so.
+// The text in UTF-8, its bytes read as Latin-1. For texts that are not valid UTF-8.
 std::string FromLatin1(const std::string& text) {
   std::string wide;
   for (const char c : text) {
@@ -31,7 +31,8 @@ std::string FromLatin1(const std::string& text) {
   return wide;
 }
 
-// Objects and lists as they are opened and closed; those of a value stand on one line.
+// Prints objects, lists and scalars with commas, line ends and indentation. An object or list that is
+// opened with `onOneLine` has no line ends inside.
 class Writer {
  public:
   void Open(char bracket, bool onOneLine = false) {
@@ -52,13 +53,14 @@ class Writer {
   void Key(const char* key) {
     Separate();
     std::cout << '"' << key << "\": ";
-    isBehindKey_ = true;
+    isAfterKey_ = true;
   }
   template <class T>
   void Put(const char* key, const T& value) {
     Key(key);
     Scalar(Json(value).dump());
   }
+  // The key gets the suffix "-latin1" if the text is not UTF-8.
   void PutText(const char* key, const std::string& text) {
     try {
       const std::string quoted = Json(text).dump();
@@ -72,11 +74,11 @@ class Writer {
  private:
   void Scalar(const std::string& text) {
     std::cout << text;
-    isBehindKey_ = isFirst_ = false;
+    isAfterKey_ = isFirst_ = false;
   }
   void Separate() {
-    if (isBehindKey_ || depth_ == 0) {
-      isBehindKey_ = false;
+    if (isAfterKey_ || depth_ == 0) {
+      isAfterKey_ = false;
       return;
     }
     if (!isFirst_) std::cout << (flat_ != 0 ? ", " : ",");
@@ -86,9 +88,9 @@ class Writer {
   void Indent() const { std::cout << '\n' << std::string(2 * depth_, ' '); }
 
   std::size_t depth_ = 0;
-  std::size_t flat_ = 0;  // the depth from which on all stands on one line
-  bool isFirst_ = true;
-  bool isBehindKey_ = false;
+  std::size_t flat_ = 0;     // from this depth on there are no line ends; 0 if there are
+  bool isFirst_ = true;      // no element of the innermost object or list is printed yet
+  bool isAfterKey_ = false;  // set by Key: the next value needs no separator
 };
 
 const CzonNode& NodeOf(void* node) {
@@ -124,20 +126,20 @@ void PutItem(Writer& json, void* list) {
 
 void PutList(Writer& json, void* list) {
   json.PutText("text", WrittenForm(list));
-  if (zonGetClobNoItems(list) < 0) return;  // it cannot be taken apart
+  if (zonGetClobNoItems(list) < 0) return;  // malformed
   json.Key("items");
   json.Open('[');
   for (zonClobReset(list); zonIsClobEnd(list) == 0;) PutItem(json, list);
   json.Close(']');
 }
 
-// An integer of more than 32 bits is another one as a real.
+// Beyond 32 bits the integer view differs from the number in the file, so that is added.
 void PutInteger(Writer& json, void* value) {
   json.Put("value", zonGetInt(value));
   if (!IsWithinInt(value)) json.Put("real", zonGetDouble(value));
 }
 
-// Always with the text: JSON knows no infinity, and a program may care how a real was written.
+// The text is always added: JSON has no infinity, and the spelling can matter to a program.
 void PutReal(Writer& json, void* value) {
   const double number = zonGetDouble(value);
   if (std::isfinite(number)) json.Put("value", number);
@@ -170,11 +172,11 @@ const char* KindOfOwner(void* node) {
     case kZonKeyword:
       return "keyword";
     default:
-      return "definition";  // of default values
+      return "definition";
   }
 }
 
-// What stands below a node, in the order of the file.
+// The children of a node in file order.
 void PutChildren(Writer& json, const char* key, void* node) {
   json.Key(key);
   json.Open('[');
@@ -199,10 +201,10 @@ void PutChildren(Writer& json, const char* key, void* node) {
 
 Status DumpJson(const std::string& file) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
+  if (source.GetStatus() != kFine) return source.GetStatus();
   Writer json;
   json.Open('{');
-  json.PutText("file", source.From().Name());
+  json.PutText("file", source.GetInput().Name());
   PutChildren(json, "sections", source.Root());
   json.Close('}');
   std::cout << '\n';

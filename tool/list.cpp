@@ -10,17 +10,17 @@
 namespace tool {
 namespace {
 
-// The children in the order of the file, each by its whole path, which other commands take. Default
-// definitions are no keywords and are left out.
-void Print(void* section, const std::string& path, const Listing& listing) {
+// Prints the children in file order, each by its full path, which `get` and `list` accept. Default
+// definitions have no path and are left out.
+void Print(void* section, const std::string& path, const ListOptions& options) {
   for (unsigned int n = 1; void* node = zonNodeByNum(section, n); ++n) {
     const std::string own = path + NameOf(node);
     if (zonIsSection(node) != 0) {
       std::cout << own << "/\n";
-      if (listing.recursive) Print(node, own + '/', listing);
+      if (options.recursive) Print(node, own + '/', options);
     } else if (zonGetSyntaxClass(node) == kZonKeyword) {
       std::cout << own;
-      if (listing.withValues) std::cout << " = " << LoadedValues(node);
+      if (options.withValues) std::cout << " = " << LoadedValues(node);
       std::cout << '\n';
     }
   }
@@ -28,18 +28,18 @@ void Print(void* section, const std::string& path, const Listing& listing) {
 
 }  // namespace
 
-Status List(const Listing& listing) {
-  const Source source(listing.file);
-  if (source.Problem() != kFine) return source.Problem();
-  void* section = listing.path.empty()
+Status List(const ListOptions& options) {
+  const Source source(options.file);
+  if (source.GetStatus() != kFine) return source.GetStatus();
+  void* section = options.path.empty()
                       ? source.Root()
-                      : zonFindSectionByHandle(source.File(), listing.path.c_str());
+                      : zonFindSectionByHandle(source.File(), options.path.c_str());
   if (section == nullptr) {
-    Say(source.From().Name() + ": there is no section " + listing.path);
+    PrintMessage(source.GetInput().Name() + ": no section " + options.path + "; see zon list");
     return kFindings;
   }
-  const bool open = !listing.path.empty() && listing.path.back() != '/';
-  Print(section, listing.path + (open ? "/" : ""), listing);
+  const bool needsSlash = !options.path.empty() && options.path.back() != '/';
+  Print(section, options.path + (needsSlash ? "/" : ""), options);
   return kFine;
 }
 

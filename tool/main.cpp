@@ -1,4 +1,4 @@
-// zon: looks at parameter files from the command line.
+// The command line of zon: subcommands, their options and help, and the exit status.
 #include <fcntl.h>
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <new>
 
 #include <zon.h>
 #include <CLI/CLI.hpp>
@@ -17,11 +18,11 @@ namespace {
 
 using tool::Status;
 
-// What the chosen subcommand does once the whole line has been read.
+// The action of the subcommand. Set while the line is parsed, run when all options are known.
 std::function<Status()> chosen;
 
-CLI::App* Add(CLI::App& app, const char* name, const char* what, const char* example) {
-  CLI::App* command = app.add_subcommand(name, what);
+CLI::App* Add(CLI::App& app, const char* name, const char* purpose, const char* example) {
+  CLI::App* command = app.add_subcommand(name, purpose);
   command->footer(std::string("Example:\n  ") + example);
   return command;
 }
@@ -30,114 +31,118 @@ void Choose(CLI::App* command, std::function<Status()> action) {
   command->callback([action = std::move(action)] { chosen = action; });
 }
 
-std::string IsNumber(const std::string& text) {
-  const bool sound = text.find_first_not_of("0123456789") == std::string::npos &&
-                     text.size() < 10 && text.find_first_not_of('0') != std::string::npos;
-  return sound ? "" : "wants a number from 1";
+// An empty text for a valid number, else the message.
+std::string CheckNumber(const std::string& text) {
+  const bool isValid = text.find_first_not_of("0123456789") == std::string::npos &&
+                       text.size() < 10 && text.find_first_not_of('0') != std::string::npos;
+  return isValid ? "" : "must be a number, 1 or more";
 }
 
-// A second reading of standard input would find nothing.
-Status RefuseTwice() {
-  tool::Say("standard input can be read once only");
+Status RefuseSecondInput() {
+  tool::PrintMessage("standard input can be read only once; use - for one file");
   return tool::kTrouble;
 }
 
-// The options of a subcommand live as long as the process.
-template <class T>
-T& Kept() {
-  static T options;
-  return options;
+// Variables of options are static in these functions: the parser stores into them after the return.
+void AddFile(CLI::App* command, const char* label, std::string& file) {
+  command->add_option(label, file, "a parameter file, or - for standard input")->required();
 }
 
-// A subcommand of nothing but a file.
-void AddPlain(CLI::App& app, const char* name, const char* what, const char* example,
+void AddFiles(CLI::App* command, std::vector<std::string>& files) {
+  command->add_option("FILE", files, "parameter files, or - for standard input")->required();
+}
+
+// A subcommand with one file and no options.
+void AddPlain(CLI::App& app, const char* name, const char* purpose, const char* example,
               Status (*action)(const std::string&)) {
-  CLI::App* command = Add(app, name, what, example);
+  CLI::App* command = Add(app, name, purpose, example);
   static std::string file;
-  command->add_option("FILE", file, "a parameter file, or - for standard input")->required();
+  AddFile(command, "FILE", file);
   Choose(command, [action] { return action(file); });
 }
 
 void AddCheck(CLI::App& app) {
   CLI::App* command =
-      Add(app, "check", "Load each file and tell what is wrong with it", "zon check *.zon");
-  auto& files = Kept<std::vector<std::string>>();
-  command->add_option("FILE", files, "parameter files, - for standard input")->required();
-  Choose(command, [&files] {
-    const bool twice = std::count(files.begin(), files.end(), "-") > 1;
-    return twice ? RefuseTwice() : tool::Check(files);
+      Add(app, "check", "Load each file and report its first error", "zon check *.zon");
+  static std::vector<std::string> files;
+  AddFiles(command, files);
+  Choose(command, [] {
+    const bool isRepeated = std::count(files.begin(), files.end(), "-") > 1;
+    return isRepeated ? RefuseSecondInput() : tool::Check(files);
   });
 }
 
 void AddGet(CLI::App& app) {
-  CLI::App* command = Add(app, "get", "Print the values of a keyword, one a line",
+  CLI::App* command = Add(app, "get", "Print the values of a keyword, one per line",
                           "zon get harbour.zon Quay:2/Berth/Draught 1");
-  auto& wanted = Kept<tool::Wanted>();
-  command->add_option("FILE", wanted.file, "a parameter file, or -")->required();
+  static tool::GetOptions options;
+  AddFile(command, "FILE", options.file);
   command
-      ->add_option("PATH", wanted.path,
-                   "sections and the keyword, with '/' between; ':n' for the n-th of a name")
+      ->add_option("PATH", options.path,
+                   "sections and keyword, separated by '/'; ':n' selects the n-th of a name")
       ->required();
-  command->add_option("PARAM", wanted.param, "which of the values, from 1; all by default")
-      ->check(IsNumber);
-  command->add_flag("--type", wanted.withType, "the kind of each value in front, and a tab");
-  command->add_flag("--resolved", wanted.resolved, "file names as the paths they stand for");
-  Choose(command, [&wanted] { return tool::Get(wanted); });
+  command
+      ->add_option("PARAM", options.param, "the number of one value, from 1; default: all values")
+      ->check(CheckNumber);
+  command->add_flag("--type", options.withType, "print the kind of each value and a tab before it");
+  command->add_flag("--resolved", options.resolved, "print file names as paths");
+  Choose(command, [] { return tool::Get(options); });
 }
 
 void AddList(CLI::App& app) {
-  CLI::App* command = Add(app, "list", "List sections and keywords, each by its path",
+  CLI::App* command = Add(app, "list", "List sections and keywords by their paths",
                           "zon list harbour.zon Quay:2 --values");
-  auto& listing = Kept<tool::Listing>();
-  command->add_option("FILE", listing.file, "a parameter file, or -")->required();
-  command->add_option("PATH", listing.path, "of a section; the whole file by default");
-  command->add_flag("-v,--values", listing.withValues, "with the values of the keywords");
-  command->add_flag("-r,--recursive", listing.recursive, "with what the sections hold");
-  Choose(command, [&listing] { return tool::List(listing); });
+  static tool::ListOptions options;
+  AddFile(command, "FILE", options.file);
+  command->add_option("PATH", options.path, "a section; default: the top level");
+  command->add_flag("-v,--values", options.withValues, "print the values of the keywords");
+  command->add_flag("-r,--recursive", options.recursive, "list the content of the sections too");
+  Choose(command, [] { return tool::List(options); });
 }
 
 void AddDump(CLI::App& app) {
   CLI::App* command =
-      Add(app, "dump", "Print all that is in a file", "zon dump --json harbour.zon");
+      Add(app, "dump", "Print the whole content of a file", "zon dump --json harbour.zon");
   static std::string file;
   static bool json = false;
-  command->add_option("FILE", file, "a parameter file, or -")->required();
-  command->add_flag("--json", json, "as JSON instead of a listing for debugging");
+  AddFile(command, "FILE", file);
+  command->add_flag("--json", json, "print JSON instead of a listing for debugging");
   Choose(command, [] { return json ? tool::DumpJson(file) : tool::Dump(file); });
 }
 
 void AddCompare(CLI::App& app) {
-  CLI::App* command = Add(app, "compare", "Compare the sections of files with a template",
+  CLI::App* command = Add(app, "compare", "Compare the sections of each file with a template",
                           "zon compare --template harbour-template.zon harbour*.zon");
-  static std::string pattern;
+  static std::string templateFile;
   static std::vector<std::string> files;
-  command->add_option("-t,--template", pattern, "what the files may look like")->required();
-  command->add_option("FILE", files, "parameter files, - for standard input")->required();
+  command
+      ->add_option("-t,--template", templateFile, "a parameter file that defines what is allowed")
+      ->required();
+  AddFiles(command, files);
   Choose(command, [] {
-    const auto count = std::count(files.begin(), files.end(), "-") + (pattern == "-" ? 1 : 0);
-    return count > 1 ? RefuseTwice() : tool::Compare(pattern, files);
+    const auto count = std::count(files.begin(), files.end(), "-") + (templateFile == "-" ? 1 : 0);
+    return count > 1 ? RefuseSecondInput() : tool::Compare(templateFile, files);
   });
 }
 
 void AddCopy(CLI::App& app) {
   CLI::App* command =
-      Add(app, "copy",
-          "Copy a file, its file names resolved and written anew; tell those that go astray",
+      Add(app, "copy", "Copy a file; report file names that lead elsewhere in the copy",
           "zon copy harbour.zon /srv/runs/monday.zon");
   static std::string source, target;
-  command->add_option("SOURCE", source, "a parameter file, or -")->required();
-  command->add_option("TARGET", target, "the name of a file that does not exist yet")->required();
+  AddFile(command, "SOURCE", source);
+  command->add_option("TARGET", target, "a file that does not exist yet")->required();
   Choose(command, [] { return tool::Copy(source, target); });
 }
 
 Status RefuseUnknown(const std::string& name) {
-  tool::Say("there is no subcommand " + name + "; see zon --help");
+  tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
 }
 
-// Prints what --help behind the subcommand prints; without a name what zon --help prints.
+// Prints the same as `zon NAME --help`, or without a name as `zon --help`.
 Status Help(const CLI::App& app, const std::string& name) {
-  // Not app.help(): that is the help of the subcommand that was chosen, which is "help".
+  // Not app.help(): that prints the help of the chosen subcommand, which is "help".
   std::string text = app.get_formatter()->make_help(&app, app.get_name(), {});
   if (!name.empty()) {
     const auto commands =
@@ -152,7 +157,7 @@ Status Help(const CLI::App& app, const std::string& name) {
 void AddHelp(CLI::App& app) {
   CLI::App* command = Add(app, "help", "Print the help of a subcommand", "zon help get");
   static std::string name;
-  command->add_option("COMMAND", name, "a subcommand; the list of them by default");
+  command->add_option("COMMAND", name, "a subcommand; default: the list of them");
   Choose(command, [&app] { return Help(app, name); });
 }
 
@@ -163,22 +168,22 @@ void AddCommands(CLI::App& app) {
   AddDump(app);
   AddCompare(app);
   AddCopy(app);
-  AddPlain(app, "fmt", "Print a file in its written form", "zon fmt - < harbour.zon", tool::Format);
+  AddPlain(app, "fmt", "Print the written form of a file", "zon fmt - < harbour.zon", tool::Format);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);
   AddHelp(app);
 }
 
-// A file that is opened must not get the number of a stream that was closed; reading or writing that
-// one fails as before.
+// Opens /dev/null for each closed standard stream, in a mode that does not fit its use: no other file
+// gets its number, and reading or writing the stream still fails.
 void FillClosedStreams() {
   for (int file = 0; file <= 2; ++file) {
     if (fcntl(file, F_GETFD) < 0) open("/dev/null", file == 0 ? O_WRONLY : O_RDONLY);
   }
 }
 
-// What CLI11 tells of a word that is no subcommand does not name it.
+// CLI11's own message for an unknown subcommand does not name it.
 int Refuse(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
   if (argc > 1 && *argv[1] != '-' && app.get_subcommands().empty()) {
     return RefuseUnknown(argv[1]);
@@ -190,9 +195,11 @@ Status Run() {
   try {
     const Status status = chosen();
     if (std::cout.flush()) return status;
-    tool::Say(std::string("standard output: ") + std::strerror(errno));
+    tool::PrintMessage(std::string("standard output: ") + std::strerror(errno));
+  } catch (const std::bad_alloc&) {
+    tool::PrintMessage("out of memory");
   } catch (const std::exception& error) {
-    tool::Say(error.what());
+    tool::PrintMessage(error.what());
   }
   return tool::kTrouble;
 }
@@ -202,14 +209,15 @@ Status Run() {
 int main(int argc, char** argv) {
   FillClosedStreams();
   std::ios::sync_with_stdio(false);
-  CLI::App app("Looks at parameter files, and writes them anew.", "zon");
+  CLI::App app("Checks, queries, compares and rewrites parameter files.", "zon");
   app.require_subcommand(1);
   app.fallthrough();
   app.set_version_flag("--version", [] {
     return std::string("zon " ZON_VERSION ", library ") + zonGetBuildVersion();
   });
   app.footer(
-      "A file named - is standard input. Status: 0 fine, 1 findings, 2 usage or unreadable.");
+      "Exit status: 0 no findings, 1 findings, 2 wrong usage, or a file cannot be read or "
+      "written.");
   std::string color = "auto";
   app.add_option("--color", color, "auto, always or never")
       ->check(CLI::IsMember({"auto", "always", "never"}));

@@ -1,4 +1,5 @@
 #include <iostream>
+#include <new>
 #include <string>
 
 #include <zon.h>
@@ -10,17 +11,14 @@ namespace tool {
 
 Status Results(const std::string& file) {
   const Source source(file);
-  if (source.Problem() != kFine) return source.Problem();
+  if (source.GetStatus() != kFine) return source.GetStatus();
   std::string path(256, '\0');
   int outcome;
   while ((outcome = zonGetResultFolderPath2(source.Root(), path.data(),
                                             static_cast<int>(path.size()))) == -1) {
     path.resize(2 * path.size());
   }
-  if (outcome != 0) {
-    Say("No memory");
-    return kTrouble;
-  }
+  if (outcome != 0) throw std::bad_alloc();
   std::cout << path.c_str() << '\n';
   return kFine;
 }

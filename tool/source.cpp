@@ -15,7 +15,7 @@
 namespace tool {
 namespace {
 
-// Copies a file to its end; false with errno if that fails.
+// Copies a file from its current place to its end. Returns false and sets errno on failure.
 bool CopyAll(int from, int to) {
   char piece[1 << 16];
   for (;;) {
@@ -26,12 +26,13 @@ bool CopyAll(int from, int to) {
   }
 }
 
-// Whether a second reading would give nothing, or wait for ever.
+// Whether the file can be read only once: a pipe, a device or a socket.
 bool IsReadOnce(const char* path) {
   struct stat facts {};
   return stat(path, &facts) == 0 && !S_ISREG(facts.st_mode) && !S_ISDIR(facts.st_mode);
 }
 
+// The text of a line, counted from 1; empty if there is none.
 std::string LineOf(const std::string& path, unsigned int line) {
   std::ifstream file(path, std::ios::binary);
   std::string text;
@@ -45,12 +46,12 @@ std::string LineOf(const std::string& path, unsigned int line) {
 Input::Input(const std::string& argument)
     : name_(argument == "-" ? "stdin" : argument), path_(argument) {
   if (argument == "-") {
-    Take(STDIN_FILENO);
+    CopyToMemory(STDIN_FILENO);
   } else if (argument.empty()) {
-    Say("a file without a name");
+    PrintMessage("the file name is empty");
   } else if (IsReadOnce(argument.c_str())) {
     const int file = open(argument.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    Take(file);
+    CopyToMemory(file);
     if (file >= 0) close(file);
   }
 }
@@ -59,19 +60,19 @@ Input::~Input() {
   if (memory_ >= 0) close(memory_);
 }
 
-void Input::Take(int file) {
-  bool taken = false;
+void Input::CopyToMemory(int file) {
+  bool copied = false;
   if (file >= 0) {
     std::optional<Progress> progress;
-    if (isatty(file) == 0) progress.emplace(name_);  // else a person is typing
+    if (isatty(file) == 0) progress.emplace(name_);  // at a terminal the user is typing
     memory_ = memfd_create("zon", MFD_CLOEXEC);
-    taken = memory_ >= 0 && CopyAll(file, memory_);
+    copied = memory_ >= 0 && CopyAll(file, memory_);
   }
-  path_ = taken ? "/proc/self/fd/" + std::to_string(memory_) : "";
-  if (!taken) Say(name_ + ": " + std::strerror(errno));
+  path_ = copied ? "/proc/self/fd/" + std::to_string(memory_) : "";
+  if (!copied) PrintMessage(name_ + ": " + std::strerror(errno));
 }
 
-void Input::Diagnose(unsigned int line, unsigned int position, const char* text) const {
+void Input::ReportSyntaxError(unsigned int line, unsigned int position, const char* text) const {
   const bool atEnd = position == 0 && line > 1;
   const std::string shown = LineOf(path_, atEnd ? line - 1 : line);
   const Place place{name_, atEnd ? line - 1 : line,
@@ -80,11 +81,12 @@ void Input::Diagnose(unsigned int line, unsigned int position, const char* text)
                                     : position};
   const bool isMarked =
       shown.compare(0, 3, "\xEF\xBB\xBF") == 0 || shown.compare(0, 2, "\xFF\xFE") == 0;
-  const char* hint = place.line == 1 && isMarked ? " (the file begins with a byte order mark)" : "";
-  tool::Diagnose(place, std::string(text) + hint, shown);
+  const char* hint =
+      place.line == 1 && isMarked ? " (remove the byte order mark at the start of the file)" : "";
+  PrintDiagnostic(place, std::string(text) + hint, shown);
 }
 
-void Input::DiagnoseOpening(int code) const {
+void Input::ReportOpenError(int code) const {
   const int file = open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   struct stat facts {};
   const char* reason = zonGetErrorMessageFromErrorCode(code);
@@ -94,12 +96,12 @@ void Input::DiagnoseOpening(int code) const {
     reason = std::strerror(EISDIR);
   }
   if (file >= 0) close(file);
-  Say(name_ + ": " + reason);
+  PrintMessage(name_ + ": " + reason);
 }
 
 Source::Source(const std::string& argument) : input_(argument) {
   if (input_.Path().empty()) {
-    problem_ = kTrouble;
+    status_ = kTrouble;
     return;
   }
   {
@@ -108,18 +110,18 @@ Source::Source(const std::string& argument) : input_(argument) {
   }
   const int code = zonGetErrorGlb();
   if (file_ == nullptr) {
-    input_.DiagnoseOpening(code);
-    problem_ = kTrouble;
+    input_.ReportOpenError(code);
+    status_ = kTrouble;
     return;
   }
   unsigned int line = 0;
   unsigned int position = 0;
   const char* text = zonGetSyntaxErr(file_, &line, &position, nullptr);
   if (*text != '\0') {
-    input_.Diagnose(line, position, text);
-    problem_ = kFindings;
+    input_.ReportSyntaxError(line, position, text);
+    status_ = kFindings;
   } else if (input_.IsInMemory()) {
-    Anchor();
+    SetAnchor();
   }
 }
 
@@ -131,9 +133,9 @@ void* Source::Root() const {
   return zonGetRoot(file_);
 }
 
-// File names count from the place that the file has for its user (of standard input the working
-// directory), and so do its result folders.
-void Source::Anchor() {
+// The tree was loaded from a file in memory. File names and result folders are relative to the folder
+// that the user named, or for standard input to the working directory, so both are set again.
+void Source::SetAnchor() {
   zonSetAnchorFilename(Root(), input_.Name().c_str());
   void* settings = zonTargetByNameNum(file_, "SYSTEM", 1);
   if (settings == nullptr) return;

@@ -1,4 +1,4 @@
-// The parameter file that a command works on.
+// The parameter files that a command works on.
 #ifndef ZON_TOOL_SOURCE_H
 #define ZON_TOOL_SOURCE_H
 
@@ -8,8 +8,8 @@
 
 namespace tool {
 
-// Where the bytes of an argument can be read, as often as one likes: what can be read only once is
-// taken into memory first, as are pipes and "-", which is standard input.
+// An argument as a file that can be opened several times. Standard input, which is "-", pipes and
+// devices can be read only once, so they are copied into a file in memory first.
 class Input {
  public:
   explicit Input(const std::string& argument);
@@ -19,23 +19,23 @@ class Input {
 
   bool IsInMemory() const { return memory_ >= 0; }
   const std::string& Name() const { return name_; }  // for people
-  const std::string& Path() const { return path_; }  // to open it by; empty if it could not be read
+  const std::string& Path() const { return path_; }  // to open; empty after a failure
 
-  // Tells an error at a line, as the library counts it: of a position 0 it has seen no more than the
-  // end of the line before.
-  void Diagnose(unsigned int line, unsigned int position, const char* text) const;
-  // Tells why the file did not open; `code` is what the library says.
-  void DiagnoseOpening(int code) const;
+  // Prints an error at a place that the library reports. Position 0 means that only the end of the
+  // line before has been read, so that is the place that is shown.
+  void ReportSyntaxError(unsigned int line, unsigned int position, const char* text) const;
+  // Prints why the file did not open. `code` is the error code of the library.
+  void ReportOpenError(int code) const;
 
  private:
-  void Take(int file);
+  void CopyToMemory(int file);
 
-  int memory_ = -1;
+  int memory_ = -1;  // the file in memory, if there is one
   std::string name_;
   std::string path_;
 };
 
-// A file that is loaded. What is wrong with it has been told when the constructor is back.
+// A loaded file. The constructor prints any error of it.
 class Source {
  public:
   explicit Source(const std::string& argument);
@@ -43,17 +43,17 @@ class Source {
   Source& operator=(const Source&) = delete;
   ~Source();
 
-  Status Problem() const { return problem_; }  // kFine: there is a tree, and all of it
-  const Input& From() const { return input_; }
+  Status GetStatus() const { return status_; }  // kFine: the whole file is loaded
+  const Input& GetInput() const { return input_; }
   void* File() const { return file_; }
   void* Root() const;
 
  private:
-  void Anchor();
+  void SetAnchor();
 
   Input input_;
   void* file_ = nullptr;
-  Status problem_ = kFine;
+  Status status_ = kFine;
 };
 
 }  // namespace tool

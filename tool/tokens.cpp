@@ -36,7 +36,7 @@ const char* KindOfToken(int token) {
   }
 }
 
-// A token stands on one line whatever its text holds.
+// Prints the text of a token on one line: line ends and backslashes are escaped.
 void PrintText(const char* text) {
   for (; *text != '\0'; ++text) {
     switch (*text) {
@@ -56,7 +56,7 @@ void PrintText(const char* text) {
   }
 }
 
-Status Read(void* reader, const Input& input) {
+Status PrintTokens(void* reader, const Input& input) {
   Status status = kFine;
   while (const int token = zontNextToken(reader)) {
     if (token > 0) {
@@ -69,8 +69,8 @@ Status Read(void* reader, const Input& input) {
     unsigned int line = 0;
     unsigned int position = 0;
     const char* text = zontGetError(reader, &line, &position);
-    std::cout.flush();  // what comes before stands before
-    input.Diagnose(line, position, text);
+    std::cout.flush();  // the message follows the tokens before it, if both go to one place
+    input.ReportSyntaxError(line, position, text);
     status = kFindings;
   }
   return status;
@@ -84,12 +84,12 @@ Status Tokens(const std::string& file) {
   void* reader = nullptr;
   const int code = zontLoadFile(input.Path().c_str(), &reader);
   if (code != 0) {
-    input.DiagnoseOpening(code);
+    input.ReportOpenError(code);
     return kTrouble;
   }
   std::optional<Progress> progress;
   if (isatty(STDOUT_FILENO) == 0) progress.emplace(input.Name());
-  const Status status = Read(reader, input);
+  const Status status = PrintTokens(reader, input);
   zontDispose(&reader);
   return status;
 }

@@ -44,8 +44,6 @@ std::string PlainForm(void* value) {
   return text.size() > 1 && text.front() == '#' ? text.substr(1, text.size() - 2) : text;
 }
 
-// The written form turns an absolute file name into one relative to the file, which leads elsewhere,
-// and has no sign for a substitution.
 std::string LoadedForm(void* value) {
   if (zonIsFilename(value) != 0) return std::string("|") + zonGetFilenameString(value) + "|";
   return (zonGetSyntaxClass(value) == kZonSubstit ? "%" : "") + WrittenForm(value);

@@ -1,4 +1,4 @@
-// What the commands tell about a node.
+// The kind, the text and the name of a node, as the commands print them.
 #ifndef ZON_TOOL_VALUES_H
 #define ZON_TOOL_VALUES_H
 
@@ -6,26 +6,27 @@
 
 namespace tool {
 
-// "integer", "real", "boolean", "string", "filename", "datetime", "substitution", "list" (a packed
-// one), "default" (a placeholder), "unknown" (a remark alone), "undefined" (an empty place).
+// The kind of a value: "integer", "real", "boolean", "string", "filename", "datetime", "substitution",
+// "list" (packed), "default" (placeholder), "unknown" (only a remark) or "undefined" (nothing).
 const char* KindOf(void* value);
 
-// A value as it is written in a file.
+// A value as the library writes it to a file.
 std::string WrittenForm(void* value);
 
-// A value as a script wants it: texts, file names and date-times without their marks.
+// A value for scripts: strings, file names and date-times without their delimiters.
 std::string PlainForm(void* value);
 
-// A value as it was loaded: its written form, but file names and substitutions as in the file.
+// A value as the file has it: its written form, except for file names and substitutions, which the
+// written form changes.
 std::string LoadedForm(void* value);
 
-// The values of a keyword as they were loaded, with commas between.
+// The values of a keyword as the file has them, separated by ", ".
 std::string LoadedValues(void* keyword);
 
-// Whether an integer is the number that stands in the file: of a larger one the low 32 bits are left.
+// Whether an integer value is the whole number of the file. Only the low 32 bits of it are kept.
 bool IsWithinInt(void* value);
 
-// "Quay:2", or the name alone where there is no other of it; "()" for the keyword without a name.
+// An element of a path: "Quay:2", or "Quay" if the name does not repeat; "()" for an empty name.
 std::string NameOf(void* node);
 
 }  // namespace tool

@@ -123,7 +123,10 @@ void CzonNamedNode::Rename(std::string_view name) {
   };
   const auto refile = [&](auto& list, auto* node) {
     if (!list.Holds(node)) return swapNames();  // it was added to the children alone
-    const std::string formerName(node->GetKey().name);
+    const zon::NameKey former = node->GetKey();
+    // A stored name stays where it is when the names are swapped; a host's may go.
+    const std::string copied(former.isStored ? std::string_view() : former.name);
+    const std::string_view formerName = former.isStored ? former.name : copied;
     const int formerNumber = static_cast<CzonNode*>(node)->instance_;
     swapNames();
     if (zon::EqualNoCase(zon::FiledName(formerName), zon::FiledName(node->GetKey().name))) return;

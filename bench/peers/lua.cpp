@@ -31,7 +31,7 @@ class Lua {
   }
 
  private:
-  // The value on top of the stack.
+  // Reads the value on top of the stack.
   void ReadTop(Totals& totals) {
     std::size_t length = 0;
     switch (lua_type(state_, -1)) {

@@ -42,7 +42,7 @@ class PugiXml {
   bool Write(const std::string& path) { return document_.save_file(path.c_str()); }
 
  private:
-  // The default, but strings of blanks are kept.
+  // The default flags, and strings of blanks are not dropped.
   static constexpr unsigned kFlags = pugi::parse_default | pugi::parse_ws_pcdata_single;
 
   pugi::xml_document document_;

@@ -75,7 +75,7 @@ class RapidJson {
   }
 
  private:
-  FileText buffer_;  // lives as long as the document, whose texts lie in it
+  FileText buffer_;  // owns the texts of the document, so it must outlive it
   rapidjson::Document document_;
 };
 

@@ -29,7 +29,7 @@ void ReadFrom(simdjson::dom::element value, Totals& totals) {
   }
 }
 
-// A document lives in its parser; each load gets a new one, as the other libraries' trees do.
+// A document is owned by its parser, so each load makes a new parser.
 class SimdJson {
  public:
   static constexpr Format kFormat = Format::kJson;

@@ -5,7 +5,7 @@
 namespace bench {
 namespace {
 
-// Scalars are texts there; a quoted one has the tag "!".
+// Scalars are texts; a quoted one has the tag "!".
 void ReadFrom(const YAML::Node& node, Totals& totals) {
   if (node.IsMap()) {
     for (const auto& member : node) ReadFrom(member.second, totals);

@@ -1,4 +1,4 @@
-/* A host in C99: values of a file, and the error of a faulty one. */
+/* A host in C99: reads values of a file, and the error of a faulty file. */
 #include <stdio.h>
 
 #include <zon.h>
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
   zonClose(&file);
   if (zonGetErrorGlb() != 0 || file != NULL) return 1;
 
-  file = zonLoadFile(argv[2], 0); /* this host has no hooks, so the report is for nobody */
+  file = zonLoadFile(argv[2], 0); /* reports the error; without hooks that has no effect */
   message = zonGetSyntaxErr(file, &line, &position, NULL);
   printf("%u:%u: %s\n", line, position, message);
   zonClose(&file);

@@ -1,13 +1,13 @@
-// A host in C++17 that works with the classes, and hears the library.
+// A host in C++17 that uses the classes and a hook.
 #include <cstdio>
 #include <iostream>
 
 #include <zon.h>
 #include <zonclasses.h>
 
-static int heard = 0;
+static int messages = 0;
 void MessageHook(const char*) {
-  ++heard;
+  ++messages;
 }
 
 static const CzonParam* Value(const CzonTargetList* section, const char* keyword) {
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
   std::cout << (papers != nullptr ? papers->GetFilename() : "no file name") << "\n";
   zonClose(&file);
   zonGetInt(nullptr);
-  if (heard != 1 || zonGetErrorGlb() != 1006) return 1;
+  if (messages != 1 || zonGetErrorGlb() != 1006) return 1;
 
   file = zonLoadFile(argv[2], 1);
   unsigned line = 0;

@@ -1,6 +1,6 @@
-# One way of a host to the library: builds hosts and runs them, which all print the same. Run by CTest with
-# WAY, SOURCE, BUILD, WORK, LIBDIR, CC, CXX, FORTRAN, PASCAL, PYTHON, PKG_CONFIG, C_FLAGS and CXX_FLAGS.
-# The way "install" comes first and moves what it installed, so that nothing may depend on the place.
+# Builds hosts against the library in one way (WAY) and runs them. All hosts print the same. CTest passes WAY,
+# SOURCE, BUILD, WORK, LIBDIR, CC, CXX, FORTRAN, PASCAL, PYTHON, PKG_CONFIG, C_FLAGS and CXX_FLAGS. The way
+# "install" runs first and moves the installed files, so no file may depend on the prefix of the build.
 set(prefix ${WORK}/moved)
 set(work ${WORK}/${WAY})
 set(files ${SOURCE}/examples/harbour.zon ${SOURCE}/examples/harbour-faulty.zon)
@@ -14,7 +14,7 @@ function(run)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# With the library that was installed, or with the host's own.
+# Runs a host with the installed library, or with the one that was built as a part of the host's project.
 function(run_host)
   if(WAY STREQUAL "add_subdirectory")
     run(${ARGN} ${files})
@@ -29,12 +29,12 @@ function(expect)
   if(NOT output STREQUAL wanted)
     message(FATAL_ERROR "${ARGN} prints '${output}', not '${wanted}'")
   endif()
-  message(STATUS "as it should be: ${ARGN}")
+  message(STATUS "correct output: ${ARGN}")
 endfunction()
 
 function(need program)
   if(NOT program)
-    message(FATAL_ERROR "SKIPPED: what it is built with is not installed")
+    message(FATAL_ERROR "SKIPPED: the compiler, interpreter or pkg-config is not installed")
   endif()
 endfunction()
 
@@ -45,7 +45,7 @@ function(pkg_config result)
   set(${result} ${output} PARENT_SCOPE)
 endfunction()
 
-# By a CMake project of the host, which builds the hosts in all languages that CMake has.
+# Builds the CMake project of a host, in every language that CMake supports.
 function(build_project)
   set(fortran)
   if(FORTRAN AND NOT CXX_FLAGS MATCHES "sanitize=")
@@ -65,7 +65,7 @@ function(build_project)
   endif()
 endfunction()
 
-# By a line with what pkg-config says.
+# Compiles and runs one host by a single command.
 function(compile compiler language)
   need("${compiler}")
   file(MAKE_DIRECTORY ${work})
@@ -79,7 +79,7 @@ if(NOT WAY STREQUAL "install")
   file(REMOVE_RECURSE ${work})
 endif()
 if(CXX_FLAGS MATCHES "sanitize=" AND WAY MATCHES "static|fortran|pascal|python|add_subdirectory")
-  message(FATAL_ERROR "SKIPPED: a sanitized library goes into no such host, or is not worth a second build")
+  message(FATAL_ERROR "SKIPPED: not supported with a sanitized library")
 elseif(WAY STREQUAL "install")
   file(REMOVE_RECURSE ${WORK})
   foreach(component runtime dev)
@@ -90,6 +90,17 @@ elseif(WAY STREQUAL "find_package")
   build_project(-DCMAKE_PREFIX_PATH=${prefix})
 elseif(WAY STREQUAL "add_subdirectory")
   build_project(-DZON_SOURCE=${SOURCE} -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O1 -DZON_TRY_LTO=ON)
+elseif(WAY STREQUAL "plain")
+  # No flags but the two folders. Each public header compiles alone, zon.h also without the others.
+  separate_arguments(c_flags UNIX_COMMAND "${C_FLAGS}")
+  separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
+  compile("${CC}" c ${c_flags} -I${prefix}/include -L${prefix}/${LIBDIR} -lzon)
+  compile("${CXX}" cpp ${cxx_flags} -I${prefix}/include -L${prefix}/${LIBDIR} -lzon)
+  file(COPY ${prefix}/include/zon.h DESTINATION ${work})
+  run(${CC} -std=c99 -pedantic -Wall -Wstrict-prototypes -Werror -fsyntax-only -x c ${work}/zon.h)
+  run(${CXX} -std=c++11 -pedantic -Wall -Werror -fsyntax-only -x c++ ${work}/zon.h)
+  run(${CXX} -std=c++17 -Wall -Wextra -Werror -fsyntax-only -x c++ -I${prefix}/include
+    ${prefix}/include/zonclasses.h)
 elseif(WAY STREQUAL "pkg_config_c")
   pkg_config(flags --cflags --libs)
   compile("${CC}" c ${c_flags} ${flags})

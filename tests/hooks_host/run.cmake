@@ -1,8 +1,8 @@
-# Builds the host by each compiler that is here, with and without link-time optimisation, and runs it. Run
-# by CTest with SOURCE, LIBRARY, WORK, CXX and CXX_FLAGS.
+# Builds a host that defines the hooks, with each installed compiler, with and without link-time optimisation,
+# and runs it. CTest passes SOURCE, LIBRARY, WORK, CXX and CXX_FLAGS.
 set(compilers ${CXX} g++ clang++)
 if(CXX_FLAGS MATCHES "sanitize=")
-  set(compilers ${CXX})  # a sanitized library goes with its own compiler alone
+  set(compilers ${CXX})  # a sanitized library needs the run-time library of its compiler
 endif()
 separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS}")
 get_filename_component(folder ${LIBRARY} DIRECTORY)
@@ -13,18 +13,18 @@ foreach(compiler IN LISTS compilers)
     set(build ${compiler} -std=c++17 -O2 ${flags} ${lto} -o ${WORK}/host)
     execute_process(COMMAND ${build} ${WORK}/nothing.cpp RESULT_VARIABLE status OUTPUT_QUIET ERROR_QUIET)
     if(NOT status EQUAL 0)
-      message(STATUS "skipped: ${compiler} ${lto}, which builds nothing here")
+      message(STATUS "skipped: ${compiler} ${lto} does not work here")
       continue()
     endif()
     execute_process(COMMAND ${build} ${SOURCE}/tests/hooks_host/host.cpp -I${SOURCE} -I${SOURCE}/api ${LIBRARY}
       -Wl,-rpath,${folder} RESULT_VARIABLE built)
     execute_process(COMMAND ${WORK}/host ${SOURCE}/examples/harbour-faulty.zon RESULT_VARIABLE status)
     if(NOT built EQUAL 0 OR NOT status EQUAL 0)
-      message(FATAL_ERROR "${compiler} ${lto}: the hooks of the host are not heard")
+      message(FATAL_ERROR "${compiler} ${lto}: the hooks of the host are not called")
     endif()
     math(EXPR passed "${passed} + 1")
   endforeach()
 endforeach()
 if(passed EQUAL 0)
-  message(FATAL_ERROR "no compiler builds anything")
+  message(FATAL_ERROR "no compiler works")
 endif()

@@ -5,7 +5,7 @@ _zon() {
 
   local commands='check get list dump compare copy fmt tokens results help'
   local options='--color --help' command= word
-  local -a given=()  # behind the subcommand, but for options
+  local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
     if [[ -z $command ]]; then
       [[ " $commands " == *" $word "* ]] && command=$word
@@ -33,7 +33,7 @@ _zon() {
   elif [[ $command == help ]]; then
     [[ ${#given[@]} -gt 0 ]] || mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
   elif [[ ${#given[@]} -eq 1 && $command == @(get|list) ]]; then
-    # What lies in the section that has been typed so far.
+    # The content of the section that has been typed so far.
     local section= file
     file=$(dequote "${given[0]}" 2>/dev/null)
     [[ $cur == */* ]] && section=${cur%/*}

@@ -1,5 +1,5 @@
 # Completion of the command zon for fish.
-# The words behind the subcommand but for options.
+# The words after the subcommand, without options.
 function __zon_given
     set -l words (commandline -opc)
     while set -q words[1]; and not contains -- $words[1] get list
@@ -24,7 +24,7 @@ complete -c zon -l version -d 'Version'
 complete -c zon -n '__fish_seen_subcommand_from get' -l type -d 'Kinds of the values'
 complete -c zon -n '__fish_seen_subcommand_from get' -l resolved -d 'File names as paths'
 complete -c zon -n '__fish_seen_subcommand_from list' -s v -l values -d 'With the values'
-complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'All below'
+complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With the content of the sections'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from get list; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'

@@ -11,20 +11,20 @@ Usage:
   Run with --help for more information.
   [2]
   $ zon get harbour.zon Run/Title 0
-  PARAM: wants a number from 1
+  PARAM: must be a number, 1 or more
   Run with --help for more information.
   [2]
   $ zon frob harbour.zon
-  zon: there is no subcommand frob; see zon --help
+  zon: no subcommand frob; see zon --help
   [2]
   $ zon check ''
-  zon: a file without a name
+  zon: the file name is empty
   [2]
   $ zon check - - </dev/null
-  zon: standard input can be read once only
+  zon: standard input can be read only once; use - for one file
   [2]
   $ zon compare -t - - <harbour-template.zon
-  zon: standard input can be read once only
+  zon: standard input can be read only once; use - for one file
   [2]
   $ zon check - <&-
   zon: stdin: Bad file descriptor
@@ -36,18 +36,18 @@ Usage:
   $ zon --version
   zon *, library 20.0.0.15342 (glob)
   $ zon get --help
-  Print the values of a keyword, one a line
+  Print the values of a keyword, one per line
   Usage: zon get [OPTIONS] FILE PATH [PARAM]
   
   Positionals:
-    FILE                  a parameter file, or -
-    PATH                  sections and the keyword, with '/' between; ':n' for the n-th of a name
-    PARAM                 which of the values, from 1; all by default
+    FILE                  a parameter file, or - for standard input
+    PATH                  sections and keyword, separated by '/'; ':n' selects the n-th of a name
+    PARAM                 the number of one value, from 1; default: all values
   
   Options:
     -h,--help             Print this help message and exit
-    --type                the kind of each value in front, and a tab
-    --resolved            file names as the paths they stand for
+    --type                print the kind of each value and a tab before it
+    --resolved            print file names as paths
   
   Example:
     zon get harbour.zon Quay:2/Berth/Draught 1
@@ -56,12 +56,12 @@ Usage:
   >   zon $command --help > "$CRAMTMP/options"; zon help $command | diff "$CRAMTMP/options" - || echo "$command"
   > done
   $ zon --help > "$CRAMTMP/options"; zon help | diff "$CRAMTMP/options" -; zon --color never help fmt | head -n 1
-  Print a file in its written form
+  Print the written form of a file
   $ zon help frob
-  zon: there is no subcommand frob; see zon --help
+  zon: no subcommand frob; see zon --help
   [2]
 
-What cannot be written is told:
+Output that cannot be written is reported:
 
   $ zon fmt harbour-plain.zon >/dev/full
   zon: standard output: No space left on device
@@ -75,7 +75,7 @@ What cannot be written is told:
   zon: no?[31m.zon: No such file or directory
   [2]
 
-Colour where it is asked for, and on a terminal:
+Colour if requested, and on a terminal:
 
   $ zon check --color always harbour-faulty.zon 2>&1 | grep -c '\[1;31merror:'
   1
@@ -88,7 +88,7 @@ Colour where it is asked for, and on a terminal:
   0
   [1]
 
-A person at a terminal is told when a file takes long:
+On a terminal a progress line is shown if reading takes long:
 
   $ mkfifo "$CRAMTMP/slow"
   $ timeout 20 sh -c "(sleep 1.3; cat harbour.zon) > $CRAMTMP/slow" &

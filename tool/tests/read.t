@@ -1,6 +1,6 @@
   $ cd "$EXAMPLES"
 
-A sound file is passed over in silence, and all files are looked at:
+Files without errors print nothing; an error does not stop the check of the next file:
 
   $ zon check harbour.zon harbour-template.zon
   $ zon check harbour-faulty.zon nowhere.zon harbour.zon
@@ -10,7 +10,7 @@ A sound file is passed over in silence, and all files are looked at:
   zon: nowhere.zon: No such file or directory
   [2]
 
-The caret stands under the last character that was read, of long lines as well, whatever they hold:
+The caret is below the last character that was read, also in long lines and after tabs and UTF-8:
 
   $ zon check - <<'E'
   > [A] {größer}
@@ -27,12 +27,12 @@ The caret stands under the last character that was read, of long lines as well, 
                                                                 ^
   [1]
 
-A mark that no editor shows is named:
+A byte order mark, which editors do not show, is named:
 
   $ printf '\357\273\277[A] EndSect' | zon check - 2>&1 | head -n 1
-  stdin:1:1: error: syntax error (the file begins with a byte order mark)
+  stdin:1:1: error: syntax error (remove the byte order mark at the start of the file)
 
-An error behind a whole section is one too, and so is an end that comes too early:
+An error after a complete section is reported, and so is a missing end:
 
   $ printf '[A] EndSect\n?\n' | zon check -
   stdin:2:1: error: syntax error
@@ -66,7 +66,7 @@ Values are found by the path of their keyword, with either separator, in any let
   $ zon get harbour.zon Traffic/Ship/Name
   Anna 'Lucky' Berg
 
-File names as they stand, and as paths; those of standard input count from the working directory:
+File names as written, and as paths; in standard input they are relative to the working directory:
 
   $ zon get harbour.zon Run/Input:3 2
   ..\shared\.\fleet.csv
@@ -83,31 +83,31 @@ File names as they stand, and as paths; those of standard input count from the w
   $ zon results - < harbour-plain.zon | sed "s|$PWD|HERE|"
   HERE/stdin - Result Files/
 
-What is not there:
+Paths that are malformed or missing:
 
   $ zon get harbour.zon Quay:2x/Name
-  zon: Quay:2x/Name: behind ':' stands a number
+  zon: Quay:2x/Name: ':' must be followed by a number, as in Quay:2
   [2]
   $ zon get harbour.zon Harbour/Tides
-  zon: harbour.zon: Harbour/Tides is a section
+  zon: harbour.zon: Harbour/Tides is a section, not a keyword; see zon list
   [1]
   $ zon get harbour.zon Run/Inpt
-  zon: harbour.zon: there is no keyword Run/Inpt
+  zon: harbour.zon: no keyword Run/Inpt; see zon list
   [1]
   $ zon get harbour.zon Title
-  zon: harbour.zon: there is no keyword Title
+  zon: harbour.zon: no keyword Title; see zon list
   [1]
   $ zon get harbour.zon Run/Title:2
-  zon: harbour.zon: there is no keyword Run/Title:2
+  zon: harbour.zon: no keyword Run/Title:2; see zon list
   [1]
   $ zon get harbour.zon Run/Title 2
-  zon: harbour.zon: Run/Title has 1 value
+  zon: harbour.zon: no value 2 in Run/Title, which has 1 value
   [1]
   $ zon list harbour.zon Run/Entrance
-  zon: harbour.zon: there is no section Run/Entrance
+  zon: harbour.zon: no section Run/Entrance; see zon list
   [1]
 
-A listing is made of paths:
+Listings consist of paths:
 
   $ zon list harbour.zon
   SYSTEM/
@@ -144,7 +144,7 @@ A listing is made of paths:
   >   zon get harbour.zon "$path" >/dev/null || echo "$path"
   > done
 
-Tokens, one a line; reading goes on behind an error:
+Tokens, one per line; reading continues after an error:
 
   $ printf "[A] k = 1, , 'a\nb\\\\' f = |c\\d| EndSect" | zon tokens -
   section A

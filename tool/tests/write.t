@@ -1,6 +1,6 @@
   $ cp "$EXAMPLES"/*.zon .
 
-A listing for debugging, and all that the tree holds as JSON:
+A listing for debugging, and the whole tree as JSON:
 
   $ zon dump harbour-mismatch.zon | head -n 3
   (2) [Run]   (0 sections   2 keywords)   <Run>
@@ -61,26 +61,26 @@ A listing for debugging, and all that the tree holds as JSON:
   $ zon dump --json harbour.zon | python3 -c 'import json, sys; print(len(json.load(sys.stdin)["sections"]))'
   8
 
-The written form is its own, and what it does not keep is told:
+The written form of a written form is the same; losses are reported:
 
   $ grep -v ' %' harbour.zon > plain.zon
   $ zon fmt plain.zon > once.zon 2>/dev/null; zon fmt once.zon > twice.zon
   $ diff -I Created once.zon twice.zon
   $ zon check once.zon
   $ printf '[A] k = {x}, 4294967297, 7 l = 1, %%s EndSect' | zon fmt - | grep =
-  zon: stdin: A.k: an unknown value is written as an empty place
+  zon: stdin: A.k: an unknown value is written as an undefined value
   zon: stdin: A.k: an integer beyond 32 bits is written as 1
-  zon: stdin: A.l: %s is written without its '%', and the text does not load again
+  zon: stdin: A.l: %s is written without its '%', so the written text does not load
      k = , 1, 7
      l = 1, s
   $ hide() { sed "s|$PWD|HERE|g; s|$(dirname "$PWD")|ABOVE|g"; }
   $ (echo "[A] k = |$PWD/x| EndSect"; echo '[B] k = |/srv/x| EndSect') > absolute.zon
   $ zon fmt absolute.zon 2>&1 | grep '|..\\x|' | hide
-  zon: absolute.zon: A.k: |..\x| leads to ABOVE/x, not to HERE/x
+  zon: absolute.zon: A.k: the file name is written as |..\x|, which leads to ABOVE/x instead of HERE/x
      k = |..\x|
 
-A copy has the file names that the library makes for it, and those that go astray are told. It never
-goes behind another file:
+A copy has file names relative to it; those that lead elsewhere are reported. A target that exists is
+refused:
 
   $ mkdir -p runs/1
   $ echo '[A] k = 1, |/srv/x| EndSect' > sound.zon
@@ -89,12 +89,12 @@ goes behind another file:
   1
   /../srv/x
   $ zon copy absolute.zon runs/2.zon 2>&1 | hide
-  zon: runs/2.zon: A.k: |..\..\x| leads to ABOVE/x, not to HERE/x
+  zon: runs/2.zon: A.k: the file name is written as |..\..\x|, which leads to ABOVE/x instead of HERE/x
   $ zon copy - runs/3.zon < absolute.zon 2>&1 | hide
-  zon: runs/3.zon: A.k: |..\..\x| leads to ABOVE/x, not to HERE/x
+  zon: runs/3.zon: A.k: the file name is written as |..\..\x|, which leads to ABOVE/x instead of HERE/x
   $ diff -I Created runs/2.zon runs/3.zon
   $ zon copy sound.zon runs/2.zon
-  zon: runs/2.zon: exists; a copy would be written behind what it holds
+  zon: runs/2.zon: exists, and a copy would be appended to it; remove it or use another name
   [2]
   $ zon copy harbour.zon nowhere/copy.zon
   zon: nowhere/copy.zon: No such file or directory
@@ -106,7 +106,7 @@ goes behind another file:
   zon: runs: Is a directory
   [2]
   $ zon copy sound.zon -
-  zon: a copy needs the name of a file
+  zon: the target of a copy must be a file name
   [2]
   $ (ulimit -f 0; trap '' XFSZ; zon copy sound.zon runs/full.zon)
   zon: runs/full.zon: File too large
@@ -119,7 +119,7 @@ goes behind another file:
   3.zon
   piped.zon
 
-Every section is held against the template, one report each:
+Every section is compared with the template, with one report each:
 
   $ zon compare --template harbour-template.zon harbour.zon
   $ zon compare -t harbour-template.zon - 2>/dev/null <<'E'
@@ -136,7 +136,7 @@ Every section is held against the template, one report each:
   	No:1
   [1]
 
-Of several files those with reports are named, and a faulty one does not keep the next from being compared:
+If there are several files, those with reports are named; an error does not stop the comparison of the next:
 
   $ zon compare harbour.zon harbour-mismatch.zon sound.zon harbour-faulty.zon nowhere.zon - \
   >   -t harbour-template.zon < harbour-mismatch.zon
@@ -158,7 +158,7 @@ Of several files those with reports are named, and a faulty one does not keep th
   zon: standard output: No space left on device
   [2]
   $ zon compare -t harbour-template.zon - - </dev/null
-  zon: standard input can be read once only
+  zon: standard input can be read only once; use - for one file
   [2]
   $ zon compare -t nowhere.zon harbour.zon
   zon: nowhere.zon: No such file or directory

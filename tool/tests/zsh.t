@@ -1,7 +1,7 @@
   $ command -v zsh >/dev/null || exit 80
   $ cd "$EXAMPLES"
 
-What is typed in a terminal of its own, with a tab at the end:
+Typed into a pseudo-terminal, with a tab at the end:
 
   $ cat > "$CRAMTMP/type.zsh" <<'E'
   > zmodload zsh/zpty

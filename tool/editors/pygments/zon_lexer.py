@@ -1,4 +1,4 @@
-"""Pygments lexer for parameter files (*.zon). What no rule matches is an Error token."""
+"""Pygments lexer for parameter files (*.zon). Text that no rule matches becomes an Error token."""
 import re
 
 from pygments.lexer import RegexLexer, default, include
@@ -32,11 +32,11 @@ class ZonLexer(RegexLexer):
             (r"#[^#\n]*#", Literal.Date),
             (r"[|#][^\n]*", Error),  # not closed on its line
             (r"%([ \t]*([0-9]+(?![0-9.e])|[a-z]\w*))?", Name.Variable),
-            # An e without digits behind a number is a fault, not the start of a name.
+            # An e without digits after a number is an error, not the start of a name.
             (MANTISSA + r"e(?:[-+](?![0-9])|(?![-+0-9]))", Error),
             (MANTISSA + r"(?:e[-+]?[0-9]+)?", Number),
         ],
-        # Left at whatever cannot stand in a header, lest a missing ] colours the whole file.
+        # Also ends at a character that cannot be in it, so a missing ] does not colour the whole file.
         "header": [
             include("common"),
             (r"[a-z]\w*", Name.Class),

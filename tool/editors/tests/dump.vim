@@ -1,4 +1,5 @@
-" Adds to the job in the file $ZON_JOB what Vim makes of its texts, its flattened file, and the jumps in that.
+" Reads texts from the file $ZON_JOB and adds to it what Vim makes of them: the syntax group of each
+" character, the indentation of the flattened file, and the targets of the jumps in it.
 set encoding=utf-8
 let &runtimepath = $ZON_VIM . ',' . &runtimepath
 packadd matchit

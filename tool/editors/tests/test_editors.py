@@ -25,7 +25,7 @@ LETTERS = {
     "h": ("entity", "Name.Class", "zonSection"), "k": ("variable.other", "Name.Attribute", "zonKey"),
     "E": ("keyword.control", "Keyword", "zonEndSect"), "p": ("punctuation", "Punctuation", "zonPunctuation"),
     "!": ("invalid", "Error", "zonError zonHeaderError")}
-# What harbour.zon has not: words that only look like headers and ends, and lists over several lines.
+# Not in harbour.zon: words that only look like headers and ends, and lists over several lines.
 HARD = """[a] // [x]
    k = '[y] EndSect', |EndSect|, /* EndSect
   [z] */
@@ -54,22 +54,23 @@ def check_textmate(texts, harbour):
     rules, depth, folds = {**settings["indentationRules"], **settings["folding"]["markers"]}, 0, 0
     for line in (line for line, is_code in lines_of(harbour) if is_code and line):
         depth -= bool(re.search(rules["decreaseIndentPattern"], line))
-        assert len(line) - len(line.lstrip()) == 3 * depth, "indented otherwise: " + line
+        assert len(line) - len(line.lstrip()) == 3 * depth, "wrong indentation: " + line
         depth += bool(re.search(rules["increaseIndentPattern"], line))
         folds += bool(re.search(rules["start"], line)) - bool(re.search(rules["end"], line))
-        assert folds == depth, "folded otherwise: " + line
+        assert folds == depth, "wrong folding: " + line
     return [textmate(text) for text in texts]
 
 
 def check_pygments(texts, _):
     from zon_lexer import ZonLexer
     tokens = [list(ZonLexer(stripnl=False, ensurenl=False).get_tokens(text)) for text in texts]
-    assert ["".join(v for _, v in t) for t in tokens] == texts, "the tokens joined are not the text"
+    assert ["".join(v for _, v in t) for t in tokens] == texts, "the tokens do not add up to the text"
     return ["".join(re.sub(r"[^\n]", letter(1, str(kind)[6:]), v) for kind, v in t) for t in tokens]
 
 
 def jumps(text):
-    opened = []  # yields the places of each [ and its EndSect, both ways
+    """Yields the places of each [ and its EndSect, in both directions."""
+    opened = []
     for i, row in enumerate(textmate(text).split("\n"), 1):
         for match in re.finditer(r"ph|E+", row):
             here = [i, match.start() + 1]
@@ -90,8 +91,8 @@ def check_vim(texts, harbour):
         subprocess.run(["vim", "-Nu", "NONE", "-i", "NONE", "-n", "-es", "-S", HERE + "/dump.vim"],
                        stdin=subprocess.DEVNULL, timeout=100, env={**os.environ, **names})
         done = json.load(open(names["ZON_JOB"]))
-    assert done["indented"] == layout.splitlines(), "gg=G makes another layout"
-    assert done["jumps"] == [there for _, there in jumps(layout)], "% jumps elsewhere"
+    assert done["indented"] == layout.splitlines(), "gg=G changes the layout"
+    assert done["jumps"] == [there for _, there in jumps(layout)], "% jumps to a wrong place"
     return ["\n".join("".join(letter(2, group) for group in line) for line in text) for text in done["groups"]]
 
 
@@ -104,18 +105,18 @@ def main(editor):
     texts, marks = (["\n".join(re.findall("(?m)^%s(.*)" % sign, group)) for group in groups] for sign in ">:")
     paths = glob.glob(HERE + "/../../../examples/*.zon")
     examples = {os.path.basename(path): open(path, encoding="utf-8").read() for path in paths}
-    # Beyond the table: the editors agree about real files and about senseless ones.
+    # Beyond the table: the editors agree on the examples and on random words.
     pieces = "[ ] ( ) = , ' '' /* */ // ; { } | # % 7 .5 1e e + - EndSect true Default a_1 _ / * @".split()
     dice = random.Random(7)
     texts += [*examples.values(), *("".join(dice.choices(pieces + ["\n", " "] * 4, k=60)) for _ in range(200))]
     found = globals()["check_" + editor](texts, examples["harbour.zon"])
     for whole in zip(texts, marks + [textmate(text) for text in texts[len(marks):]], found):
-        assert len({len(rows) for rows in whole}) == 1, "not a mark for each character: " + whole[0]
+        assert len({len(rows) for rows in whole}) == 1, "not one class for each character: " + whole[0]
         for text, want, got in zip(*(rows.split("\n") for rows in whole)):
             same = all(a == b or char.isspace() for char, a, b in zip(text, want, got))
             assert same, "%s\n%s expected\n%s found" % (text, want, got)
     faulty = [name for name, row in zip(examples, found[len(marks):]) if "!" in row]
-    assert faulty == ["harbour-faulty.zon"], "faults seen in: %s" % faulty
+    assert faulty == ["harbour-faulty.zon"], "unexpected faults in: %s" % faulty
 
 
 main(sys.argv[1])

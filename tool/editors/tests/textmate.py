@@ -1,4 +1,4 @@
-"""A TextMate engine as small as the grammar allows: a stack of rules, the earliest match, ends first."""
+"""A small TextMate engine: a stack of rules; the earliest match wins, the end of a rule before others."""
 import json
 import re
 

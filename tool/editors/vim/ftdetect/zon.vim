@@ -1,3 +1,3 @@
-" `set`, since Vim knows another format with this ending; files of that one begin with `.{`.
+" Vim knows another format with this extension, whose files begin with `.{`. `set` overrides it.
 autocmd BufNewFile,BufRead *.zon
   \ if getline(nextnonblank(1)) !~# '^\s*\.{' | set filetype=zon | endif

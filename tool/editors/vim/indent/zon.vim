@@ -1,5 +1,5 @@
-" Indentation of parameter files: one step for each section around a line, one more for values that go
-" on from the line before. Relies on the groups of the syntax file.
+" Indentation of parameter files: one step for each section around a line, one more for values that
+" continue the line before. Uses the groups of the syntax file.
 if exists('b:did_indent') | finish | endif
 let b:did_indent = 1
 setlocal indentexpr=ZonIndent(v:lnum) indentkeys=!^F,o,O,0[,0=~endsect
@@ -10,7 +10,7 @@ function s:IsText() abort
   return synIDattr(synID(line('.'), col('.'), 1), 'name') !~# '^zon\%(Punctuation\|EndSect\)$'
 endfunction
 
-" Does the line begin inside a string, a remark or a comment? Then its blanks belong to the author.
+" Whether the line begins inside a string, a remark or a comment, whose blanks must not change.
 function s:BeginsInText(line) abort
   let last = prevnonblank(a:line - 1)
   let groups = map(synstack(last, col([last, '$']) - 1), 'synIDattr(v:val, "name")')

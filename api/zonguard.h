@@ -1,0 +1,56 @@
+// From exceptions to failure values: no exception leaves an exported function.
+//
+// If out of memory, the call stores an error code, reports "No memory" and returns its failure
+// value. An exception of another type can only come from a hook of the host; then the code is stored
+// without a report. The forced unwinding of a cancelled thread passes through.
+// Tested by tests/alloc_faults.cpp and tests/hooks.
+#ifndef ZON_API_ZONGUARD_H
+#define ZON_API_ZONGUARD_H
+
+#include <new>
+
+#include "base/zoncancel.h"
+#include "base/zonerror.h"
+#include "base/zonhook.h"
+
+namespace zon {
+
+// At most 15 characters: a std::string holds it without allocating.
+inline constexpr char kNoMemory[] = "No memory";
+
+// Runs `body` and returns true. If it runs out of memory, calls `outOfMemory`; if it or
+// `outOfMemory` throws anything else, calls `hookThrew`; both return false.
+template <class Body, class OutOfMemory, class HookThrew>
+ZON_SEES_CANCELLATION bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory,
+                                      HookThrew&& hookThrew) {
+  try {
+    try {
+      body();
+      return true;
+    } catch (const std::bad_alloc&) {
+      outOfMemory();
+    }
+  } catch (const abi::__forced_unwind&) {
+    throw;
+  } catch (...) {
+    hookThrew();
+  }
+  return false;
+}
+
+// Returns the result of `body`. If it throws, stores `code` and returns `failure`.
+template <class R, class F>
+R Guarded(int code, R failure, F&& body) {
+  R result = failure;
+  RunGuarded([&] { result = body(); },
+             [&] {
+               RaiseError(code);
+               MessageHook(kNoMemory);
+             },
+             [&] { RaiseError(code); });
+  return result;
+}
+
+}  // namespace zon
+
+#endif
