@@ -222,16 +222,16 @@ TEST(Text, ReleasesALentBuffer) {
 // A change before the release keeps the text and drops the room, which may hold its argument.
 TEST(Text, ChangesALentBuffer) {
   const CString all("Jello, all", 11);
-  CString a = Lent(40, all), b = Lent(40, all), c = Lent(40, all), d = Lent(300, all);
+  CString a = Lent(40, all), b = Lent(40, all), c = Lent(40, all), d = Lent(40, all);
+  EXPECT_EQ(Lent(300, all), "Jello");
   EXPECT_EQ(a += '!', "Jello!");
   EXPECT_EQ(b += b.GetString() + 3, "Jellolo, all");
   EXPECT_EQ(c = c.GetString() + 7, "all");
   EXPECT_EQ(CString(d), "Jello");
-  CString moved;
-  moved = std::move(d);  // takes the loan along
-  moved.GetBuffer(999);  // more room keeps what is in it
-  moved.ReleaseBuffer();
-  EXPECT_EQ(moved, "Jello, all");
+  d = CString(std::move(d));  // a move takes the loan along
+  d.GetBuffer(99);            // more room keeps what is in it
+  d.ReleaseBuffer();
+  EXPECT_EQ(d, "Jello, all");
 }
 
 }  // namespace
