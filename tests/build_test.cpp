@@ -83,6 +83,7 @@ TEST(Build, StepsNeedTheirSectionOrKeyword) {
   ExpectBuilt("Target A, IntRef, FloatRef, DoubleRef, BoolRef, StringRef", "{A{}}",
               "IntRef, FloatRef, DoubleRef, BoolRef, StringRef",
               Texts(5, "Missing current keyword"));
+  // The text of KeywordDef is the name and also its definition codes; x is none.
   ExpectBuilt("Target A, SectionDef B, KeywordDef bDfInxs, Int 7",
               "{A{B{bDfInxs(bool false, real 0.0, real 0, int 0, file , string , int 7)}}}",
               "KeywordDef bDfInxs", {code + "x'"});
