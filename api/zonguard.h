@@ -21,8 +21,7 @@ inline constexpr char kNoMemory[] = "No memory";
 // Runs `body` and returns true. If it runs out of memory, calls `outOfMemory`; if it or
 // `outOfMemory` throws anything else, calls `hookThrew`; both return false.
 template <class Body, class OutOfMemory, class HookThrew>
-ZON_SEES_CANCELLATION bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory,
-                                      HookThrew&& hookThrew) {
+bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory, HookThrew&& hookThrew) {
   try {
     try {
       body();
@@ -30,9 +29,8 @@ ZON_SEES_CANCELLATION bool RunGuarded(Body&& body, OutOfMemory&& outOfMemory,
     } catch (const std::bad_alloc&) {
       outOfMemory();
     }
-  } catch (const abi::__forced_unwind&) {
-    throw;
   } catch (...) {
+    if (IsCancellation()) throw;
     hookThrew();
   }
   return false;

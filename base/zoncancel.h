@@ -1,12 +1,18 @@
-// The cancellation of a thread unwinds the stack as an exception that must be thrown on. Every function
-// that catches all exceptions first catches abi::__forced_unwind and throws it again.
+// The cancellation of a thread unwinds its stack like an exception that must not be caught for good.
 #ifndef ZON_BASE_ZONCANCEL_H
 #define ZON_BASE_ZONCANCEL_H
 
 #include <cxxabi.h>
 
-// For these functions: there is no object of that type, so the reference to it is null, which the
-// sanitizer for undefined behaviour would report.
-#define ZON_SEES_CANCELLATION __attribute__((no_sanitize("null")))
+namespace zon {
+
+// In a handler of all exceptions: whether it stopped a cancellation and has to throw it on. That is
+// not an exception of C++, so it has no type. (A handler for abi::__forced_unwind would bind a null
+// reference, which the sanitizer for undefined behaviour reports.)
+inline bool IsCancellation() {
+  return abi::__cxa_current_exception_type() == nullptr;
+}
+
+}  // namespace zon
 
 #endif

@@ -22,28 +22,26 @@ CzonTokenReader* Reader(void* handle) {
 
 extern "C" {
 
-ZON_SEES_CANCELLATION ZON_API int zontLoadFile(const char* fileName, void** reader) {
+ZON_API int zontLoadFile(const char* fileName, void** reader) {
   try {
     auto input = std::make_unique<CzonInput>();
     if (input->open(fileName) != 0) return zon::kErrFileOpen;
     if (reader) *reader = new CzonTokenReader(input.release());
     return 0;
-  } catch (const abi::__forced_unwind&) {
-    throw;  // the thread is being cancelled
   } catch (...) {
+    if (zon::IsCancellation()) throw;
     return zon::kErrParserInit;
   }
 }
 
-ZON_SEES_CANCELLATION ZON_API int zontNextToken(void* reader) {
+ZON_API int zontNextToken(void* reader) {
   if (!reader) return kNullReader;
   try {
     return Reader(reader)->NextToken();
-  } catch (const abi::__forced_unwind&) {
-    throw;  // the thread is being cancelled
   } catch (const std::exception& failure) {
     Reader(reader)->Error(failure.what());
   } catch (...) {
+    if (zon::IsCancellation()) throw;
     Reader(reader)->Error("Unknown failure");
   }
   return -1;
