@@ -13,40 +13,49 @@
 
 namespace {
 
+using namespace host;
 using namespace std::string_literals;
 
-// The code; characters, lines, comments and tokens, and whether there is a tree, if there is a
-// handle; and each report.
+// What a load leaves: "code 0, 55 characters, 7 lines, 4 comments, 0 tokens, tree", without a handle
+// only the code; then each report on a line of its own.
 std::string Outcome(const std::string& name, int quiet) {
-  zonGetLevel(nullptr);  // its code does not count
-  host::Messages();
-  host::Reports();
-  const int descriptor = host::LowestFreeDescriptor();
-  const host::File file(zonLoadFile(name.c_str(), quiet));
-  EXPECT_EQ(host::LowestFreeDescriptor(), descriptor);  // however many files are at hand
-  std::string text = std::to_string(zonGetErrorGlb());
-  for (const auto count : {zonNoChars, zonNoLines, zonNoComments, zonNoTokens}) {
-    if (file != nullptr) text += " " + std::to_string(count(file));
+  zonGetLevel(nullptr);  // a load clears its code
+  Messages();
+  Reports();
+  const int descriptor = LowestFreeDescriptor();
+  const File file(zonLoadFile(name.c_str(), quiet));
+  EXPECT_EQ(LowestFreeDescriptor(), descriptor);
+  std::ostringstream text;
+  text << "code " << zonGetErrorGlb();
+  if (file != nullptr) {
+    text << ", " << zonNoChars(file) << " characters, " << zonNoLines(file) << " lines, "
+         << zonNoComments(file) << " comments, " << zonNoTokens(file) << " tokens";
   }
-  if (zonGetRoot(file) != nullptr)
-    text += zonGetAnchorFilename(zonGetRoot(file)) == name ? " tree" : " ?";
-  for (const std::string& report : host::Reports()) text += "\n" + report;
-  return text;
+  if (void* root = zonGetRoot(file)) {
+    text << ", tree";
+    EXPECT_EQ(zonGetAnchorFilename(root), name);
+  }
+  for (const std::string& report : Reports()) text << "\n" << report;
+  return text.str();
 }
 
 TEST(Load, CodesReportsAndCounters) {
-  const std::string good = host::WriteFile(
-      "good.zon", "[A]\r\n// a /* b\r\n/* c /* d */\n */ k = 'x\ny' ; e\nEndSect\n");
-  const std::string bad = host::WriteFile("bad%.zon", "[A] /**/\n k = |x\n EndSect");
-  const std::string cut = host::WriteFile("cut.zon", "[A] EndSect 'x\n");
-  std::vector<std::array<std::string, 3>> rows = {
-      {good, "0 55 7 4 0 tree"},
-      {cut, "0 15 2 0 0 tree"},
-      {"/dev/null", "0 0 1 0 0 tree"},
-      {bad, "1003 17 3 1 0", "\n1: Error: Missing |\n in " + bad + " near line 3 position 0"},
-      {"/proc/self/mem", "1002", "\n1: CyyStream"}};  // opens, but nothing is mapped at 0
+  const std::string good =
+      WriteFile("good.zon", "[A]\r\n// a /* b\r\n/* c /* d */\n */ k = 'x\ny' ; e\nEndSect\n");
+  const std::string bad = WriteFile("bad%.zon", "[A] /**/\n k = |x\n EndSect");
+  const std::string cut = WriteFile("cut.zon", "[A] EndSect 'x\n");
+  struct Row {
+    std::string name, outcome, report;
+  };
+  std::vector<Row> rows = {
+      {good, "code 0, 55 characters, 7 lines, 4 comments, 0 tokens, tree", ""},
+      {cut, "code 0, 15 characters, 2 lines, 0 comments, 0 tokens, tree", ""},
+      {"/dev/null", "code 0, 0 characters, 1 lines, 0 comments, 0 tokens, tree", ""},
+      {bad, "code 1003, 17 characters, 3 lines, 1 comments, 0 tokens",
+       "\n1: Error: Missing |\n in " + bad + " near line 3 position 0"},
+      {"/proc/self/mem", "code 1002", "\n1: CyyStream"}};  // opens, but nothing is mapped at 0
   for (const std::string& name : {""s, "/"s, "%n%s"s, good + "/", std::string(5000, 'x')}) {
-    rows.push_back({name, "1001", "\n1: Open error: " + name});
+    rows.push_back({name, "code 1001", "\n1: Open error: " + name});
   }
   for (const auto& [name, outcome, report] : rows) {
     EXPECT_EQ(Outcome(name, 0), outcome + report);
@@ -57,37 +66,43 @@ TEST(Load, CodesReportsAndCounters) {
 }
 
 TEST(Load, LeavesPackedListsUnread) {
-  const host::File file(
-      host::Load("[SYSTEM] UseCustomResultFolder = '<CLOB:Boolean:true,Boolean:false>' EndSect"));
+  const File file(
+      Load("[SYSTEM] UseCustomResultFolder = '<CLOB:Boolean:true,Boolean:false>' EndSect"));
   EXPECT_EQ(zonGetErrorGlb(), 0);
-  void* list = host::ValueOf(file);
+  void* list = ValueOf(file);
   EXPECT_EQ(zonGetClobBool(list), 1) << "the first item is still to be read";
   EXPECT_STREQ(zonGetErrorFromZonClob(list), "");
 }
 
 TEST(Load, SystemSection) {
-  const std::string here = host::FolderPath();
-  // The section; root, use and folder; how many values do not suit.
-  const std::tuple<std::string, std::string, unsigned> rows[] = {
-      {"resultROOTfolder = |/r|, |/s| ResultRootFolder = |/t|", "/r 0 ", 0},
-      {"UseCustomResultFolder = true CustomResultFolder = |c|", " 1 " + here + "/c", 0},
-      {"CustomResultFolder = |b/../c| ResultRootFolder = |r\\s|", here + "/r/s 0 " + here + "/c",
-       0},
-      {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", " 1 ", 0},
-      {"UseCustomResultFolder = 1 CustomResultFolder = |/c|", " 0 /c", 1},
-      {"ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", " 0 ", 3},
-      {"UseCustomResultFolder = '<CLOB:Integer:1>' CustomResultFolder = |/c|", " 0 /c", 0},
-      {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", " 0 ", 0},
-      {"EndSect [System] ResultRootFolder = |/second|", " 0 ", 0}};
-  for (const auto& [system, found, refused] : rows) {
-    const host::File file(host::Load("[System] " + system + " EndSect"));
-    ASSERT_EQ(host::SyntaxError(file), "");
-    const auto& root = host::As<CzonTargetList>(zonGetRoot(file));
+  const std::string here = FolderPath();
+  const struct {
+    std::string section, root, folder;
+    int use;
+    unsigned refusedValues;  // of another kind
+  } rows[] = {
+      {"resultROOTfolder = |/r|, |/s| ResultRootFolder = |/t|", "/r", "", 0, 0},
+      {"UseCustomResultFolder = true CustomResultFolder = |c|", "", here + "/c", 1, 0},
+      {"CustomResultFolder = |b/../c| ResultRootFolder = |r\\s|", here + "/r/s", here + "/c", 0, 0},
+      {"CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||", "", "", 1, 0},
+      {"UseCustomResultFolder = 1 CustomResultFolder = |/c|", "", "/c", 0, 1},
+      {"ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", "", "", 0,
+       3},
+      {"UseCustomResultFolder = '<CLOB:Integer:1>' CustomResultFolder = |/c|", "", "/c", 0, 0},
+      {"[ResultRootFolder] EndSect default(CustomResultFolder) = |c|", "", "", 0, 0},
+      {"EndSect [System] ResultRootFolder = |/second|", "", "", 0, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.section);
+    const File file(Load("[System] " + row.section + " EndSect"));
+    ASSERT_EQ(SyntaxError(file), "");
+    const auto& root = As<CzonTargetList>(zonGetRoot(file));
     int use = -1;
     std::string folder;
     root.GetCustomResultFolder(&use, &folder);
-    EXPECT_EQ(root.GetResultRoot() + " " + std::to_string(use) + " " + folder, found);
-    EXPECT_EQ(host::Messages(), host::Texts(refused, "Function invalid in this context"));
+    EXPECT_EQ(root.GetResultRoot(), row.root);
+    EXPECT_EQ(use, row.use);
+    EXPECT_EQ(folder, row.folder);
+    EXPECT_EQ(Messages(), Texts(row.refusedValues, "Function invalid in this context"));
   }
   EXPECT_EQ(zonGetErrorGlb(), 0);
 }
@@ -100,7 +115,7 @@ const std::string kRich =
 
 // A pipe has no size and gives as little as is in it, here one byte at a time.
 TEST(Load, PipeInPieces) {
-  const std::string path = host::FolderPath() + "/pipe.zon";
+  const std::string path = FolderPath() + "/pipe.zon";
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   std::thread writer([&] {
     const int pipe = open(path.c_str(), O_WRONLY);
@@ -112,15 +127,15 @@ TEST(Load, PipeInPieces) {
     }
     close(pipe);
   });
-  const host::File file(zonLoadFile(path.c_str(), 0));
+  const File file(zonLoadFile(path.c_str(), 0));
   writer.join();
-  EXPECT_EQ(host::ShowTree(file), host::ShowTree(host::File(host::Load(kRich))));
+  EXPECT_EQ(ShowTree(file), ShowTree(File(Load(kRich))));
   EXPECT_EQ(zonNoChars(file), kRich.size());
 }
 
 // A thread that waits in the library for a pipe can be cancelled; its file is closed.
 TEST(Load, CancelledThreads) {
-  const std::string path = host::FolderPath() + "/idle.zon";
+  const std::string path = FolderPath() + "/idle.zon";
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   static void* tokens = nullptr;
   void* (*const readers[])(void*) = {
@@ -143,15 +158,15 @@ TEST(Load, CancelledThreads) {
   zontDispose(&tokens);
 }
 
-// The closing character of an empty text is the last byte of a read: of a block of a regular file.
+// The closing character of an empty text is the last byte of a piece that was read.
 TEST(Load, EmptyTextsAtTheEndOfARead) {
   const std::string before = "[A] k = ";
   for (const std::size_t block : {65536U, 131072U, 262144U}) {
     for (const std::string empty : {"''", "||"}) {
       const std::string blanks(block - before.size() - empty.size(), ' ');
-      const host::File file(host::Load(before + blanks + empty + " EndSect"));
+      const File file(Load(before + blanks + empty + " EndSect"));
       void* section = zonTargetByNum(file, 1);
-      void* value = host::ValueOf(file);
+      void* value = ValueOf(file);
       const char* name = nullptr;
       CString text("old");
       const bool isString = empty == "''";
@@ -177,59 +192,59 @@ TEST(Load, EmptyTextsAtTheEndOfARead) {
 // comments.
 TEST(Load, FilesCutAnywhere) {
   for (std::size_t size = 0; size <= kRich.size(); ++size) {
-    const host::File file(host::Load(kRich.substr(0, size)));
+    const File file(Load(kRich.substr(0, size)));
     const bool accepted = size <= kFront.size() ? size != 1 : size == kRich.size();
     const bool whole = accepted && (size == 0 || size + 1 >= kFront.size());
     ASSERT_EQ(zonGetErrorGlb(), accepted ? 0 : 1003) << kRich.substr(0, size);
-    EXPECT_EQ(host::SyntaxError(file).empty(), whole) << kRich.substr(0, size);
+    EXPECT_EQ(SyntaxError(file).empty(), whole) << kRich.substr(0, size);
   }
 }
 
-std::string inner;
+std::string inner;  // the outcome of the load inside
 
 void LoadAnother() {
-  host::onReport = nullptr;
-  host::onMessage = nullptr;
-  inner = Outcome(host::WriteFile("inner.zon", "[B] k = EndSect ) "), 0) +
-          host::ShowTree(host::File(host::Load("[B] k = 1 EndSect")));
+  onReport = nullptr;
+  onMessage = nullptr;
+  inner = Outcome(WriteFile("inner.zon", "[B] k = EndSect ) "), 0) +
+          ShowTree(File(Load("[B] k = 1 EndSect")));
 }
 
-struct Nested : host::Memory {
+struct Nested : Memory {
   using Memory::Memory;
   int Get() override { return LoadAnother(), Memory::Get(); }
 };
 
-// Another file may be loaded while one is: from a hook, or from a source of the host's own.
+// Another file may be loaded during a load: by a hook, or by a source of the host.
 TEST(Load, InTheMiddleOfALoad) {
   LoadAnother();
   const std::string expected = std::exchange(inner, "");
-  EXPECT_EQ(expected.substr(0, 11), "1003 17 1 0");
+  EXPECT_EQ(expected.substr(0, 36), "code 1003, 17 characters, 1 lines, 0");
 
-  host::onMessage = [](const char*) { LoadAnother(); };
-  const host::File system(host::Load("[SYSTEM] ResultRootFolder = 5 EndSect [A] EndSect"));
-  EXPECT_EQ(host::ShowTree(system), "{SYSTEM{ResultRootFolder(int 5)} A{}}");
+  onMessage = [](const char*) { LoadAnother(); };
+  const File system(Load("[SYSTEM] ResultRootFolder = 5 EndSect [A] EndSect"));
+  EXPECT_EQ(ShowTree(system), "{SYSTEM{ResultRootFolder(int 5)} A{}}");
   EXPECT_EQ(std::exchange(inner, ""), expected);
 
   CzonParser parser(new Nested("[A] k = -1, 'x', 2.5 EndSect [A] EndSect"));
   EXPECT_EQ(parser.Parse(0), 0);
-  EXPECT_EQ(host::Show(parser.GetRoot()), "{A{k(int -1, string x, real 2.5)} A<2>{}}");
+  EXPECT_EQ(Show(parser.GetRoot()), "{A{k(int -1, string x, real 2.5)} A<2>{}}");
   EXPECT_EQ(inner, expected);
 
-  host::onReport = [] { throw 1; };
-  EXPECT_EQ(Outcome(host::WriteFile("bad.zon", "[A"), 0).substr(0, 5), "1003\n");
-  host::onReport = nullptr;
+  onReport = [] { throw 1; };
+  EXPECT_EQ(Outcome(WriteFile("bad.zon", "[A"), 0).substr(0, 10), "code 1003\n");
+  onReport = nullptr;
 }
 
-std::map<int, int> kinds;  // how many nodes of each class
+std::map<int, int> kinds;  // the number of nodes of each class
 
 TEST(Load, RealSettings) {
   const char* folder = std::getenv("ZON_REAL_SETTINGS");
   if (folder == nullptr) GTEST_SKIP() << "ZON_REAL_SETTINGS names no folder of parameter files";
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     if (entry.path().extension() != ".zon") continue;
-    const host::File file(zonLoadFile(entry.path().c_str(), 0));
+    const File file(zonLoadFile(entry.path().c_str(), 0));
     EXPECT_EQ(zonGetErrorGlb(), 0) << entry.path();
-    EXPECT_EQ(host::SyntaxError(file), "") << entry.path();
+    EXPECT_EQ(SyntaxError(file), "") << entry.path();
     EXPECT_EQ(zonNoChars(file), entry.file_size()) << entry.path();
     zonExplore(file, [](CzonNode* node) { ++kinds[node->GetSyntaxClass()]; });
   }
