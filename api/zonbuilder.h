@@ -1,5 +1,5 @@
-// The two ways in which every call of the builder comes: plain, where a refusal is reported, and
-// with an S at its end, where it is returned.
+// The frame of the builder functions. Each builder call has two forms: the plain one reports a refusal
+// through MessageHook, the one with an S at its end returns it. Tested by tests/build_test.cpp.
 #ifndef ZON_API_ZONBUILDER_H
 #define ZON_API_ZONBUILDER_H
 
@@ -8,8 +8,8 @@
 
 namespace zon {
 
-// Runs the body on a handle that has been found good. Want of memory is a refusal like others; that
-// it leaves a code as well keeps whoever adds a keyword and then its value from going on.
+// Runs the body on the object of a handle. If out of memory, the call is refused and the error code
+// is stored as well: it stops a caller that adds a keyword and then its value.
 template <class T, class F, class... Arguments>
 void RunBuilder(T& data, F body, Arguments... arguments) {
   RunGuarded([&] { body(data, arguments...); },
@@ -20,12 +20,14 @@ void RunBuilder(T& data, F body, Arguments... arguments) {
              [] { RaiseError(kErrHandle); });
 }
 
+// The plain form.
 template <class T, class F, class... Arguments>
 void Build(void* handle, F body, Arguments... arguments) {
   T* data = Guarded<T*>(kErrHandle, nullptr, [&] { return Require<T>(handle); });
   if (data != nullptr) RunBuilder(*data, body, arguments...);
 }
 
+// The form with an S. Returns the code of the refusal or of the bad handle, 0 if there is none.
 template <class T, class F, class... Arguments>
 int BuildS(void* handle, F body, Arguments... arguments) {
   T* data = CastHandle<T>(handle);
@@ -38,7 +40,7 @@ int BuildS(void* handle, F body, Arguments... arguments) {
   return data->GetErrorCode();
 }
 
-// Makes a value in the store of the tree, fills it and adds it to the current keyword.
+// Makes a value in the arena of the tree, sets it by `fill` and adds it to the current keyword.
 template <class T, class F>
 void AddNewParam(CzonData& data, F&& fill) {
   if (!data.HasKeyword()) return;

@@ -1,4 +1,4 @@
-// The classes behind the handles, all of them: for hosts in C++ that work with the tree itself.
+// All classes that handles refer to, for hosts in C++ that use the tree itself.
 #ifndef ZON_API_ZONCLASSES_H
 #define ZON_API_ZONCLASSES_H
 

@@ -41,7 +41,7 @@ extern "C" {
 void* zonLoadFile(const char* fileName, int quiet) {
   zonGetErrorGlb();
   return zon::Guarded<void*>(zon::kErrFileInit, nullptr, [&]() -> void* {
-    // Made first: what reading the file has to tell is not lost for want of a handle.
+    // Allocated first: once the file was read, its errors must reach the host.
     auto load = std::make_unique<CzonLoad>(nullptr);
     std::unique_ptr<CzonParser> parser = zon::LoadFile(fileName, quiet != 0);
     if (parser == nullptr) return nullptr;
@@ -62,7 +62,7 @@ int zonFileCopy(const char* source, const char* target) {
   if (zonPeekErrorGlb() == zon::kErrNone) {
     zonExplore(handle, [](CzonNode* node) { zonFileCopyCallBack(HandleOf(node)); });
   }
-  // A name that could not be resolved, for want of memory, would be a wrong one.
+  // If out of memory, a name is not resolved, and the copy would be wrong.
   const bool written = zonPeekErrorGlb() == zon::kErrNone && Write(handle, target);
   if (handle != nullptr) zonClose(&handle);
   return written ? 1 : 0;

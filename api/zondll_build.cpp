@@ -1,5 +1,5 @@
-// The exported functions of the builder. What a call does stands once, above; its two forms differ
-// in how a refusal is told. Tested by tests/build_test.cpp.
+// Exported functions: the builder. Each call is implemented once, in the first part; its two exported
+// forms differ in how a refusal reaches the host. Tested by tests/build_test.cpp.
 #include "api/zon.h"
 #include "api/zonbuilder.h"
 #include "base/zonnumber.h"
@@ -76,7 +76,7 @@ void AddStringRef(CzonData& data, char* variable) {
   if (!data.HasKeyword()) return;
   std::unique_ptr<CzonParam> reference(CzonStringRef::OfBuffer(variable));
   data.AddParam(reference.get());
-  static_cast<void>(reference.release());  // the tree's now
+  static_cast<void>(reference.release());  // owned by the tree
 }
 
 void AddSectionDef(CzonCreate& data, const char* name, int multi, int mandat) {
@@ -87,7 +87,7 @@ void AddKeywordDef(CzonCreate& data, const char* name, const char* codes, int mu
   data.AddKeywordDef(TextOf(name), TextOf(codes), multi, mandat, flag);
 }
 
-// One definition, by the code that AddKeywordDef knows it by.
+// Adds a definition by its code in AddKeywordDef.
 template <char kCode>
 void AddDefinition(CzonCreate& data) {
   if (data.HasKeyword()) data.AddParam(zon::MakeDefinition(kCode, data.GetArena()));

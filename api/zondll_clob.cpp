@@ -1,4 +1,4 @@
-// The exported functions over CLOB values. Tested by tests/clob_test.cpp.
+// Exported functions: CLOB values. Tested by tests/clob_test.cpp.
 #include <cmath>
 #include <memory>
 #include <string>
@@ -54,14 +54,8 @@ void AddFilename(CzonData& data, const char* text) {
   AddItem(data, [&](CzonClob& clob) { clob.AddText(CzonClobKind::kFilename, TextOf(text)); });
 }
 
-template <class T, class F>
-T QueryClob(void* node, T failure, F&& question) {
-  return Query<CzonClob>(node, failure,
-                         [&](CzonClob& clob) { return static_cast<T>(question(clob)); });
-}
-
 int IsKind(void* node, CzonClobKind kind) {
-  return QueryClob(node, 0, [&](CzonClob& clob) { return clob.IsKind(kind); });
+  return Query<CzonClob>(node, 0, [&](CzonClob& clob) { return clob.IsKind(kind); });
 }
 
 }  // namespace
@@ -115,10 +109,10 @@ int zonIsClob(void* node) {
   return Query<CzonNode>(node, 0, [](CzonNode& n) { return n.IsClob(); });
 }
 int zonGetClobNoItems(void* node) {
-  return QueryClob(node, -1, [](CzonClob& clob) { return clob.GetNoItems(); });
+  return Query<CzonClob>(node, -1, [](CzonClob& clob) { return clob.GetNoItems(); });
 }
 int zonIsClobEnd(void* node) {
-  return QueryClob(node, 1, [](CzonClob& clob) { return clob.IsEnd(); });
+  return Query<CzonClob>(node, 1, [](CzonClob& clob) { return clob.IsEnd(); });
 }
 int zonIsClobBool(void* node) {
   return IsKind(node, CzonClobKind::kBoolean);
@@ -140,28 +134,28 @@ int zonIsClobFilename(void* node) {
 }
 
 int zonGetClobBool(void* node) {
-  return QueryClob(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
+  return Query<CzonClob>(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
 }
 int zonGetClobInt(void* node) {
-  return QueryClob(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
+  return Query<CzonClob>(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
 }
 float zonGetClobFloat(void* node) {
-  return QueryClob(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
+  return Query<CzonClob>(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
 }
 double zonGetClobDouble(void* node) {
-  return QueryClob(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
+  return Query<CzonClob>(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
 }
 const char* zonGetClobString(void* node) {
-  return QueryClob<const char*>(node, EmpSt(),
-                                [](CzonClob& clob) { return clob.GetString().c_str(); });
+  return Query<CzonClob, const char*>(node, EmpSt(),
+                                      [](CzonClob& clob) { return clob.GetString().c_str(); });
 }
 const char* zonGetClobFilenameString(void* node) {
-  return QueryClob<const char*>(node, EmpSt(),
-                                [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
+  return Query<CzonClob, const char*>(
+      node, EmpSt(), [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
 }
 const char* zonGetClobFilename(void* node) {
-  return QueryClob<const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
-    // The path is kept first: the cursor must not have moved if out of memory.
+  return Query<CzonClob, const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
+    // Resolved before GetClobFilename moves the cursor: it must not move if out of memory.
     const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {
       path = clob.Keep(zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename())).c_str();
@@ -176,8 +170,8 @@ void zonClobReset(void* node) {
 }
 
 const char* zonGetErrorFromZonClob(void* node) {
-  return QueryClob<const char*>(node, nullptr,
-                                [](CzonClob& clob) { return clob.GetErrorText().c_str(); });
+  return Query<CzonClob, const char*>(node, nullptr,
+                                      [](CzonClob& clob) { return clob.GetErrorText().c_str(); });
 }
 
 }  // extern "C"

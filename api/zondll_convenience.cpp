@@ -1,4 +1,4 @@
-// The convenience functions: a keyword and its values in one call. Tested by tests/params_test.cpp.
+// Exported functions: a keyword and its values in one call. Tested by tests/params_test.cpp.
 #include "api/zonconvenience.h"
 
 #include <cstdarg>
@@ -82,7 +82,7 @@ int zonPutListParam(void* handle, const char* keyword, const char* format, ...) 
       case 'b':
         zonAddBool(handle, va_arg(values, int));
         break;
-      default:  // adds nothing and takes no value
+      default:  // adds nothing and consumes no argument
         break;
     }
   }
@@ -111,7 +111,7 @@ int zonGetListParam(void* section, const char* keyword, int instance, const char
       case 'b':
         stored = zonGetParam(section, keyword, va_arg(outputs, bool*), instance, k);
         break;
-      default:  // passes over a value
+      default:  // skips a value
         stored = zonParamByNum(found, static_cast<unsigned int>(k)) != nullptr;
         break;
     }

@@ -22,7 +22,7 @@ using zon::TextOf;
 
 namespace {
 
-// Asks the root of a file handle.
+// As Query, for the root of a file handle.
 template <class T, class F>
 T QueryRoot(void* handle, T failure, F&& question) {
   return Query<CzonData>(handle, failure, [&](CzonData& data) {
@@ -42,7 +42,8 @@ const char* TextOfNode(void* node, F&& question) {
                                       [&](CzonNode& n) { return question(n).c_str(); });
 }
 
-// Follows a path from element to element; null as soon as a step gives null.
+// Calls `step` for each element of the path, on the node that the call before returned. Returns the
+// last node, `start` for an empty path, null once a step returns null.
 template <class F>
 void* FollowPath(void* start, const char* path, F&& step) {
   std::string rest = TextOf(path);
@@ -138,7 +139,7 @@ void* zonKeywordByNameNum(void* node, const char* name, unsigned int n) {
 }
 
 void* zonGetParentSection(void* node) {
-  // Each of the three tests reports a bad node for itself.
+  // Compatibility: each of the three tests reports a bad node.
   if (zonIsSection(node) || zonIsKeyword(node)) {
     return HandleOf(CastHandle<CzonNode>(node)->GetOwner());
   }

@@ -1,4 +1,4 @@
-// The exported functions over result folders and result files. Tested by tests/results_test.cpp.
+// Exported functions: result folders and result files. Tested by tests/results_test.cpp.
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -20,7 +20,7 @@ using zon::Update;
 
 namespace {
 
-// A text for a caller's buffer, and whether there is one.
+// A text for a buffer of the caller; `exists` is false if there is no text.
 struct Result {
   bool exists = false;
   std::string text;
@@ -36,23 +36,23 @@ int CopyBounded(const Result& result, char* out, int size) {
   return zon::CopyOut(result.exists ? result.text.c_str() : nullptr, out, size);
 }
 
-// The root of the tree that the node is in; null after a report.
-CzonTargetList* RootOf(void* node) {
+// Returns the root of the tree that contains the node; null after a report.
+CzonTargetList* RequireRootOf(void* node) {
   auto* n = zon::Require<CzonNode>(node);
   return n != nullptr ? &zon::RootOfTree(*n) : nullptr;
 }
 
 Result CustomFolder(void* node, int* use) {
   Result folder;
-  if (const CzonTargetList* root = RootOf(node)) {
+  if (const CzonTargetList* root = RequireRootOf(node)) {
     root->GetCustomResultFolder(use, &folder.text);
     folder.exists = true;
   }
   return folder;
 }
 
-// The text that decides whether there is a folder. Of a CLOB it is the item at the cursor: it is
-// not read, as a path must neither move the cursor nor fail because of the content.
+// Returns the text that decides whether there is a folder. For a CLOB that is the item at the cursor.
+// PeekText does not consume it: a path must not move the cursor, nor fail because of the content.
 const char* TextOfNode(void* node) {
   if (const auto* clob = zon::CastHandle<CzonClob>(node)) {
     return clob->IsKind(CzonClobKind::kString) ? clob->PeekText().c_str() : "";
@@ -67,7 +67,7 @@ Result ResultFolder(void* node) {
   if (use != 0 && !folder.text.empty()) return folder;
   const auto* pOwner = zon::Require<CzonNode>(node);
   ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
-  const CzonTargetList& root = *RootOf(node);
+  const CzonTargetList& root = *RequireRootOf(node);
   if (!root.GetResultRoot().empty()) return {true, zon::ResultFolderByRoot(root)};
   if (zon::IsAbsolutePath(TextOfNode(node))) return {true, {}};
   return {true, zon::ResultFolderByAnchor(root.GetZonFilename())};
@@ -85,10 +85,10 @@ Result ResultPath(void* node) {
   return path;
 }
 
-// Runs what gives a text, and hands it over; `failure` for want of memory.
+// Passes the result of `query` to `copy` and returns what that returns; -2 if out of memory.
 template <class F, class G>
-int Give(F&& make, G&& give) {
-  return zon::Guarded(zon::kErrNode, -2, [&] { return give(make()); });
+int CopyResult(F&& query, G&& copy) {
+  return zon::Guarded(zon::kErrNode, -2, [&] { return copy(query()); });
 }
 
 }  // namespace
@@ -113,23 +113,23 @@ void zonSetCustomResultFolder(void* handle, int use, const char* folder) {
 }
 
 void zonGetCustomResultFolder(void* node, int* use, char* folder) {
-  Give([&] { return CustomFolder(node, use); },
-       [&](const Result& result) { return CopyUnbounded(result, folder), 0; });
+  CopyResult([&] { return CustomFolder(node, use); },
+             [&](const Result& result) { return CopyUnbounded(result, folder), 0; });
 }
 
 int zonGetCustomResultFolder2(void* node, int* use, char* folder, int size) {
-  return Give([&] { return CustomFolder(node, use); },
-              [&](const Result& result) { return CopyBounded(result, folder, size); });
+  return CopyResult([&] { return CustomFolder(node, use); },
+                    [&](const Result& result) { return CopyBounded(result, folder, size); });
 }
 
 void zonGetResultFolderPath(void* node, char* path) {
-  Give([&] { return ResultFolder(node); },
-       [&](const Result& result) { return CopyUnbounded(result, path), 0; });
+  CopyResult([&] { return ResultFolder(node); },
+             [&](const Result& result) { return CopyUnbounded(result, path), 0; });
 }
 
 int zonGetResultFolderPath2(void* node, char* path, int size) {
-  return Give([&] { return ResultFolder(node); },
-              [&](const Result& result) { return CopyBounded(result, path, size); });
+  return CopyResult([&] { return ResultFolder(node); },
+                    [&](const Result& result) { return CopyBounded(result, path, size); });
 }
 
 void zonConstructResultFolderPathName(void) {}
@@ -150,13 +150,13 @@ const char* zonGetResultFilename(void* node) {
 }
 
 void zonGetResultFilenamePath(void* node, char* path) {
-  Give([&] { return ResultPath(node); },
-       [&](const Result& result) { return CopyUnbounded(result, path), 0; });
+  CopyResult([&] { return ResultPath(node); },
+             [&](const Result& result) { return CopyUnbounded(result, path), 0; });
 }
 
 int zonGetResultFilenamePath2(void* node, char* path, int size) {
-  return Give([&] { return ResultPath(node); },
-              [&](const Result& result) { return CopyBounded(result, path, size); });
+  return CopyResult([&] { return ResultPath(node); },
+                    [&](const Result& result) { return CopyBounded(result, path, size); });
 }
 
 int zonPutParamResultFilename(void* handle, const char* keyword, const char* name) {
@@ -166,13 +166,14 @@ int zonPutParamResultFilename(void* handle, const char* keyword, const char* nam
 int zonGetParamResultFilePath(void* node, const char* keyword, const char** path,
                               int keywordInstance, int paramIndex) {
   return zon::GetParam(node, keyword, keywordInstance, paramIndex, path, [](void* param) {
-    // Kept: what is given is the first eight bytes of the path, taken as an address.
+    // Compatibility: the pointer is made of the first eight bytes of the path; it was never usable.
     char buffer[264] = {};
-    Give([&] { return ResultPath(param); },
-         [&](const Result& result) {
-           std::copy_n(result.text.data(), std::min(result.text.size(), sizeof buffer), buffer);
-           return 0;
-         });
+    CopyResult([&] { return ResultPath(param); },
+               [&](const Result& result) {
+                 std::copy_n(result.text.data(), std::min(result.text.size(), sizeof buffer),
+                             buffer);
+                 return 0;
+               });
     const char* address;
     std::memcpy(&address, buffer, sizeof address);
     return address;

@@ -35,7 +35,7 @@ int zonGetBool(void* node) {
 }
 const char* zonGetString(void* node) {
   return Query<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) {
-    // Our own strings need not be made into objects first; a class of the host is asked as any.
+    // GetString has to make a std::string. A class of the host can override it.
     if (typeid(n) == typeid(CzonString)) return static_cast<CzonString&>(n).GetChars();
     return n.GetString().c_str();
   });

@@ -9,10 +9,10 @@ struct ErrorText {
   const char* text;
 };
 
+// Compatibility: hosts compare these texts, so the blank before the comma of 1001 stays.
 constexpr ErrorText kErrorTexts[] = {
     {1000, "Error starting. (ERR_START, 1000)"},
-    {1001, "Error opening file. (ERR_FILE_OPEN , 1001)"},  // Compatibility: the blank
-
+    {1001, "Error opening file. (ERR_FILE_OPEN , 1001)"},
     {1002, "Error initialising file. (ERR_FILE_INIT, 1002)"},
     {1003, "Error parsing. (ERR_PARSE, 1003)"},
     {1004, "Error initialising parsing. (ERR_PARSER_INIT, 1004)"},

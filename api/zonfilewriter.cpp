@@ -24,7 +24,8 @@ void AddSetting(CzonSection& section, const char* name, zon::Arena& arena, Fill&
   section.AddKeyword(keyword);
 }
 
-// Kept: the section stays in the tree, and every write adds another. Null if there is none to add.
+// Returns the new section; null if there are no settings. Compatibility: the section stays in the
+// tree and each write adds another one, as files of older versions have it.
 CzonSection* AddSettings(CzonData& data) {
   CzonTargetList* root = RequireRoot(data);
   if (root == nullptr) return nullptr;
@@ -34,7 +35,7 @@ CzonSection* AddSettings(CzonData& data) {
   root->GetCustomResultFolder(&use, &custom);
   if (resultRoot.empty() && custom.empty() && use == 0) return nullptr;
   if (data.GetCurrentSection() != nullptr) {
-    data.AddTarget("SYSTEM");  // refused, and told
+    data.AddTarget("SYSTEM");  // is refused, with a report
     return nullptr;
   }
   Arena& arena = data.GetArena();
@@ -47,7 +48,7 @@ CzonSection* AddSettings(CzonData& data) {
   AddSetting<CzonFilename>(*section, "CustomResultFolder", arena,
                            [&](CzonFilename& value) { value.SetText(custom, &arena); });
   root->SetHandle(&data);
-  root->AddSection(section);  // whole or, for want of memory, not at all
+  root->AddSection(section);  // last: throws if out of memory
   return section;
 }
 
@@ -70,7 +71,7 @@ bool WriteTree(CzonData& data, const char* fileName) {
   if (root == nullptr) return false;
   try {
     return WriteRoot(*root, name, file);
-  } catch (...) {  // there is no memory, and the tree is as it was
+  } catch (...) {  // out of memory: restore the tree
     root->SetZonFilename(before);
     if (settings != nullptr) {
       root->Unfile(settings);

@@ -1,4 +1,4 @@
-// A whole tree as a parameter file.
+// Writes a tree as a parameter file.
 #ifndef ZON_API_ZONFILEWRITER_H
 #define ZON_API_ZONFILEWRITER_H
 
@@ -6,9 +6,9 @@
 
 namespace zon {
 
-// Adds the section of the result settings to the tree if there are any, makes fileName the name of
-// the parameter file, and writes the tree behind whatever the file holds. False when the file could
-// not be opened or written; then it is as it was.
+// Adds a section with the result settings to the tree, if there are any, sets the name of the
+// parameter file and appends the tree to the file. Returns false, and leaves the file as it was, if
+// it cannot be opened or written.
 bool WriteTree(CzonData& data, const char* fileName);
 
 }  // namespace zon

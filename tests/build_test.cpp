@@ -7,14 +7,13 @@ namespace {
 
 using namespace host;
 
-// A builder function in both forms, without and with a status. Its arguments are made of one text:
-// a number that the text does not begin with is 0, a reference refers to nothing.
+// A builder function in both forms, without and with a status. All its arguments come from one text:
+// a number is what the text begins with, or 0; a reference is null.
 class Step {
  public:
   template <class... T>
-  Step(std::string its, void (*plain)(void*, T...), int (*withStatus)(void*, T...))
-      : name(std::move(its)),
-        call([=](void* file, [[maybe_unused]] const char* text, bool wantStatus) {
+  Step(const char* stepName, void (*plain)(void*, T...), int (*withStatus)(void*, T...))
+      : name(stepName), call([=](void* file, [[maybe_unused]] const char* text, bool wantStatus) {
           if (wantStatus) return withStatus(file, Argument<T>(text)...);
           return plain(file, Argument<T>(text)...), 0;
         }) {}
@@ -29,16 +28,19 @@ class Step {
     return {};
   }
 };
+// STEP(Int) is the pair of zonAddInt and zonAddIntS with the name "Int".
 #define STEP(name) Step(#name, zonAdd##name, zonAdd##name##S)
-const auto kSteps = [](auto... steps) { return std::vector<Step>{steps...}; }(
-                        STEP(Target), STEP(Section), STEP(Keyword), STEP(String), STEP(Filename),
-                        STEP(Int), STEP(Float), STEP(Double), STEP(Bool), STEP(UndefinedPar),
-                        STEP(IntRef), STEP(FloatRef), STEP(DoubleRef), STEP(BoolRef),
-                        STEP(StringRef), STEP(IntDef), STEP(FloatDef), STEP(DoubleDef),
-                        STEP(StringDef), STEP(FilenameDef), STEP(BoolDef), STEP(SectionDef),
-                        STEP(KeywordDef), Step("EndSection", zonEndSection, zonEndSectionS));
+const std::vector<Step> kSteps{
+    STEP(Target),       STEP(Section),     STEP(Keyword),
+    STEP(String),       STEP(Filename),    STEP(Int),
+    STEP(Float),        STEP(Double),      STEP(Bool),
+    STEP(UndefinedPar), STEP(IntRef),      STEP(FloatRef),
+    STEP(DoubleRef),    STEP(BoolRef),     STEP(StringRef),
+    STEP(IntDef),       STEP(FloatDef),    STEP(DoubleDef),
+    STEP(StringDef),    STEP(FilenameDef), STEP(BoolDef),
+    STEP(SectionDef),   STEP(KeywordDef),  Step("EndSection", zonEndSection, zonEndSectionS)};
 
-// Calls the functions of a script such as "Target A, Keyword k, Int 1" and returns the refused ones.
+// Calls the functions of a script such as "Target A, Keyword k, Int 1"; returns the refused steps.
 std::string Build(void* file, const std::string& script, bool wantStatus = false) {
   std::istringstream words(script);
   std::string refused;
@@ -52,20 +54,21 @@ std::string Build(void* file, const std::string& script, bool wantStatus = false
   return refused;
 }
 
-// Runs a script by both forms of its functions. Each refusal passes a message, unless a status is returned.
+// Runs a script with both forms of its functions. Only the form without a status sends messages.
 void ExpectBuilt(const std::string& script, const char* tree, const std::string& refused = "",
                  const Texts& messages = {}) {
   for (const bool wantStatus : {false, true}) {
     File file(zonCreate());
+    SCOPED_TRACE(script);
     EXPECT_EQ(Build(file, script, wantStatus), wantStatus ? refused : "");
-    EXPECT_EQ(ShowTree(file), tree) << script;
-    EXPECT_EQ(Messages(), wantStatus ? Texts{} : messages) << script;
+    EXPECT_EQ(ShowTree(file), tree);
+    EXPECT_EQ(Messages(), wantStatus ? Texts{} : messages);
     EXPECT_EQ(zonGetErrorFromZonData(file), messages.empty() ? "" : messages.back());
-    EXPECT_EQ(zonGetErrorGlb(), 0) << script;
+    EXPECT_EQ(zonGetErrorGlb(), 0);
   }
 }
 
-TEST(Build, Scripts) {
+TEST(Build, StepsNeedTheirSectionOrKeyword) {
   const std::string code = "Invalid parameter definition code: '";
   ExpectBuilt("Target A, Keyword k, Int 1, Section B, Keyword m, EndSection, EndSection, Target C",
               "{A{k(int 1) B{m()}} C{}}");
@@ -80,6 +83,7 @@ TEST(Build, Scripts) {
   ExpectBuilt("Target A, IntRef, FloatRef, DoubleRef, BoolRef, StringRef", "{A{}}",
               "IntRef, FloatRef, DoubleRef, BoolRef, StringRef",
               Texts(5, "Missing current keyword"));
+  // The text of KeywordDef is the name and also its definition codes; x is none.
   ExpectBuilt("Target A, SectionDef B, KeywordDef bDfInxs, Int 7",
               "{A{B{bDfInxs(bool false, real 0.0, real 0, int 0, file , string , int 7)}}}",
               "KeywordDef bDfInxs", {code + "x'"});
@@ -87,7 +91,7 @@ TEST(Build, Scripts) {
               {code + "%'", code + "\xFF'", code + "''"});
 }
 
-TEST(Build, RefusalsArePending) {
+TEST(Build, RefusalIsReturnedByTheNextStatus) {
   const File file(zonCreate());
   Build(file, "EndSection");
   EXPECT_EQ(Build(file, "Target A, Section B", true), "Target A") << "refused for the step before";
@@ -97,7 +101,7 @@ TEST(Build, RefusalsArePending) {
   EXPECT_EQ(As<CzonData>(file).GetErrorCode(), 0);
 }
 
-TEST(Build, BadHandles) {
+TEST(Build, BadHandlesAreRefused) {
   File file(Load("[A] EndSect"));
   for (const auto& [name, call] : kSteps) {
     const bool isDefinition = name.find("Def") != std::string::npos;
@@ -118,7 +122,16 @@ TEST(Build, BadHandles) {
   EXPECT_EQ(Heard(), "0 Missing list");
 }
 
-TEST(Build, Values) {
+// Facts() of each number of a keyword.
+Texts NumbersOf(CzonKeyword* keyword) {
+  Texts facts;
+  for (unsigned n = 1; CzonNode* value = keyword->ParamByNum(n); ++n) {
+    if (value->IsNumeric()) facts.push_back(Facts(static_cast<CzonBase*>(value)));
+  }
+  return facts;
+}
+
+TEST(Build, ValuesAndDefinitionsReachTheTree) {
   File file(zonCreate());
   auto& data = As<CzonData>(file);
   data.AddParam(new CzonParam);
@@ -127,6 +140,16 @@ TEST(Build, Values) {
         "Target A, Keyword k, Int -7, Float 0.1, Double 3, IntDef, FloatDef, DoubleDef, Bool -3, "
         "String it's, String, Filename a/b, UndefinedPar, StringDef, FilenameDef, BoolDef, IntRef, "
         "FloatRef, DoubleRef, BoolRef, StringRef");
+  EXPECT_EQ(NumbersOf(data.GetCurrentKeyword()),
+            (Texts{"class 6: param numeric int float double inttype; -7 -7 -7 0 ''; refused 2",
+                   "class 7: param numeric float double; 0 0.1 0.1 0 ''; refused 2",
+                   "class 7: param numeric int float double; 3 3 3 0 ''; refused 2",
+                   "class 6: param numeric int inttype; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric int float double; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric int float double; 0 0 0 0 ''; refused 2",
+                   "class 6: param numeric inttype; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric; 0 0 0 0 ''; refused 2",
+                   "class 7: param numeric; 0 0 0 0 ''; refused 2"}));
   EXPECT_EQ(WrittenBy(*data.GetCurrentKeyword()),
             "   k = -7, 0.1, 3.0, 0, 0, 0.0, true, 'it''s', '', |a\\b|, , '', ||, false, 0, 0, 0, "
             "false, ''\n");
@@ -152,20 +175,21 @@ TEST(Build, FloatsHaveTheTextThatIsWritten) {
               {FLT_MAX, "3.40282e+38"},
               {-HUGE_VALF, "-3.40282e+38"}};
   for (const auto& [value, text] : rows) {
+    SCOPED_TRACE(text);
     const Built built;
     zonAddFloat(built, value);
     EXPECT_EQ(WrittenBy(As(ValueOf(built))), text);
     EXPECT_EQ(As<CzonParam>(ValueOf(built)).GetText(), text);
-    EXPECT_EQ(zonGetDouble(ValueOf(built)), static_cast<double>(value)) << text;
-    // A loaded real takes the float that would be written: clamped, or 0 for a subnormal one.
+    EXPECT_EQ(zonGetDouble(ValueOf(built)), static_cast<double>(value));
+    // A loaded real stores the float that would be written: clamped, or 0 if subnormal.
     const File loaded(Load("[A] k = 2.5 EndSect"));
     EXPECT_EQ(zoneModifyParameterFloat(KeywordOf(loaded), 1, value), 0);
     const auto& real = As<CzonReal>(ValueOf(loaded));
     const auto written = static_cast<double>(zonGetFloat(ValueOf(built)));
     EXPECT_EQ(real.GetText(), text);
-    EXPECT_EQ(real.GetDouble(), written) << text;
-    EXPECT_FALSE(std::signbit(real.GetDouble()) && written == 0) << text;
-    EXPECT_TRUE(real.IsFloat()) << text;
+    EXPECT_EQ(real.GetDouble(), written);
+    EXPECT_FALSE(std::signbit(real.GetDouble()) && written == 0);
+    EXPECT_TRUE(real.IsFloat());
   }
 }
 
@@ -174,7 +198,7 @@ TEST(Build, ReferencesFollowTheirVariables) {
   float single = 1;
   double number = 1;
   char text[] = "one";
-  // A loaded tree has its memory elsewhere than a built one.
+  // A loaded tree is in an arena, a built one is not.
   for (void* handle : {zonCreate(), Load("[A] EndSect")}) {
     File file(handle);
     Build(file, "Target R, Keyword k");
@@ -184,17 +208,22 @@ TEST(Build, ReferencesFollowTheirVariables) {
     zonAddBoolRef(file, &truth);
     zonAddStringRef(file, text);
     integer = 7, truth = 5, single = 2.5F, number = 3, text[0] = 't';
-    EXPECT_EQ(WrittenBy(*As<CzonData>(file).GetCurrentKeyword()),
-              "   k = 7, 2.5, 3.0, true, 'tne'\n");
+    CzonKeyword* keyword = As<CzonData>(file).GetCurrentKeyword();
+    EXPECT_EQ(NumbersOf(keyword),
+              (Texts{"class 6: param numeric int inttype; 7 0 0 0 ''; refused 2",
+                     "class 7: param numeric float; 0 0 2.5 0 ''; refused 2",
+                     "class 7: param numeric double; 0 3 0 0 ''; refused 2"}));
+    EXPECT_EQ(WrittenBy(*keyword), "   k = 7, 2.5, 3.0, true, 'tne'\n");
   }
   EXPECT_DEATH(CzonIntRef().Copy(std::make_unique<CzonInt>("1").get()), "zonintr.*Node");
 }
 
-std::string NameOf(const CzonNode& node) {
-  return node.IsParam() ? static_cast<const CzonParam&>(node).GetText() : node.GetName();
+std::string NameOf(const CzonNode* node) {
+  if (node == nullptr) return "none";
+  return node->IsParam() ? static_cast<const CzonParam*>(node)->GetText() : node->GetName();
 }
 CzonNode* Find(CzonNode* node, const std::string& name) {
-  if (NameOf(*node) == name) return node;
+  if (NameOf(node) == name) return node;
   CzonNode* found = nullptr;
   for (unsigned n = 1; n <= node->GetNoNodes() && found == nullptr; ++n)
     found = Find(node->NodeByNum(n), name);
@@ -203,25 +232,26 @@ CzonNode* Find(CzonNode* node, const std::string& name) {
 
 TEST(Build, CursorLeavesARemovedNode) {
   const struct {
-    const char *steps, *removed, *current;  // section, keyword and CLOB
-  } rows[] = {{"", "packed", "C k -"},
-              {"", "x", "C k packed"},
-              {"", "k", "C - -"},
-              {"", "j", "C k packed"},
-              {"", "C", "B - -"},
-              {"", "B", "A - -"},
-              {"", "D", "C k packed"},
-              {"", "A", "- - -"},
-              {"", "", "- - -"},  // the root
-              {"KeywordDef i", "k", "C i -"},
-              {"KeywordDef i", "i", "C - -"},
-              {"KeywordDef i", nullptr, "C i packed"},
-              {"Keyword l", nullptr, "C l -"},
-              {"String x", nullptr, "C k -"},
-              {"Section E", nullptr, "E - -"},
-              {"EndSection", nullptr, "B - -"},
-              {"Target A", nullptr, "C k packed"}};  // is refused
-  for (const auto& [steps, removed, current] : rows) {
+    const char *steps, *removed, *section, *keyword, *clob;
+  } rows[] = {{"", "packed", "C", "k", "none"},
+              {"", "x", "C", "k", "packed"},
+              {"", "k", "C", "none", "none"},
+              {"", "j", "C", "k", "packed"},
+              {"", "C", "B", "none", "none"},
+              {"", "B", "A", "none", "none"},
+              {"", "D", "C", "k", "packed"},
+              {"", "A", "none", "none", "none"},
+              {"", "", "none", "none", "none"},  // the root
+              {"KeywordDef i", "k", "C", "i", "none"},
+              {"KeywordDef i", "i", "C", "none", "none"},
+              {"KeywordDef i", nullptr, "C", "i", "packed"},
+              {"Keyword l", nullptr, "C", "l", "none"},
+              {"String x", nullptr, "C", "k", "none"},
+              {"Section E", nullptr, "E", "none", "none"},
+              {"EndSection", nullptr, "B", "none", "none"},
+              {"Target A", nullptr, "C", "k", "packed"}};  // is refused
+  for (const auto& [steps, removed, section, keyword, clob] : rows) {
+    SCOPED_TRACE(std::string(steps) + " removed " + (removed != nullptr ? removed : "nothing"));
     File file(zonCreate());
     auto& data = As<CzonData>(file);
     Build(file,
@@ -229,11 +259,9 @@ TEST(Build, CursorLeavesARemovedNode) {
     data.AddParam(new CzonClob("packed"));
     Build(file, steps);
     data.UpdateCurrentNode(removed != nullptr ? Find(data.GetRoot(), removed) : nullptr);
-    const auto name = [](CzonNode* node) { return node == nullptr ? "-" : NameOf(*node); };
-    EXPECT_EQ(name(data.GetCurrentSection()) + " " + name(data.GetCurrentKeyword()) + " " +
-                  name(data.GetCurrentClob()),
-              current)
-        << steps << " removed " << (removed != nullptr ? removed : "nothing");
+    EXPECT_EQ(NameOf(data.GetCurrentSection()), section);
+    EXPECT_EQ(NameOf(data.GetCurrentKeyword()), keyword);
+    EXPECT_EQ(NameOf(data.GetCurrentClob()), clob);
   }
   Messages();
 }

@@ -62,9 +62,8 @@ TEST(Params, AreReadAsAList) {
   EXPECT_EQ(i, 7);
   EXPECT_EQ(f, 2.5F);
   EXPECT_TRUE(b);
-  EXPECT_EQ(zonGetListParam(section, "K", 2, "?d?i", &d, &i), 0) << "three places for two values";
+  EXPECT_EQ(zonGetListParam(section, "K", 2, "?d?", &d), 0) << "three places for two values";
   EXPECT_EQ(d, 2);
-  EXPECT_EQ(i, 7);
   EXPECT_EQ(zonGetListParam(section, "k", 2, nullptr), 1);
   EXPECT_EQ(zonGetListParam(section, "k", 3, ""), 0);
   zonGetLevel(nullptr);  // sets the code 1006

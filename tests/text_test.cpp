@@ -27,13 +27,17 @@ TEST(Text, IsMadeAndAssigned) {
   EXPECT_EQ((source = std::move(target)) + "." + target, kLong + ".");
 }
 
-TEST(Text, IndexesOutsideAreMovedInside) {
-  const CString s("abc");
+TEST(Text, IndexesOutsideAreSafe) {
+  CString s("abc");
+  s.SetAt(3, '?');
+  EXPECT_STREQ(s.GetString(), "abc") << "the byte after the last one is not set";
   EXPECT_EQ(s.GetAt(-7), 'a');
   EXPECT_EQ(s.GetAt(3), '\0');
   EXPECT_EQ(s[1u], 'b');
   EXPECT_EQ(s[-1L], 'a');
   EXPECT_EQ(s[~std::size_t{0}], '\0');
+  s.SetAt(-1, 'J');
+  EXPECT_EQ(s, "Jbc");
 }
 
 template <class Left, class Right>
@@ -116,25 +120,28 @@ TEST(Text, InsertsAndAppends) {
   EXPECT_EQ(s, "<Hello>");
   EXPECT_EQ(own.Insert(2, own.GetString() + 1), 9);
   EXPECT_EQ(own, "Heellollo");
-  EXPECT_EQ(s = "Hello" + CString('-'), "Hello-");
-  EXPECT_EQ(s += s += '-', "Hello--Hello--");
-  EXPECT_EQ(s += s.GetString() + 13, "Hello--Hello---");
+  EXPECT_EQ(own = "Hello" + CString('-'), "Hello-");
+  EXPECT_EQ(own += '>', "Hello->");
+  EXPECT_EQ(own += own, "Hello->Hello->");
+  EXPECT_EQ(own += own.GetString() + 12, "Hello->Hello->->");
 }
 
 TEST(Text, DeletesAndEmpties) {
-  CString s("Hello"), empty("Hello"), unformatted("Hello");
+  CString s("Hello"), end("Hello"), unformatted("Hello");
   EXPECT_EQ(s.Delete(9), 5);
   EXPECT_EQ(s.Delete(0, -1), 5);
   EXPECT_EQ(s.Delete(1), 4);
   EXPECT_EQ(s.Delete(-2, 2), 2) << "the count is from the first byte";
   EXPECT_EQ(s, "lo");
   EXPECT_EQ(s.Remove('o'), 1);
-  EXPECT_EQ(s.Delete(0, INT_MAX), 0);
-  empty.Empty();
-  empty.FreeExtra();
-  empty.Preallocate(99);
-  EXPECT_EQ(empty.Find('l'), -1);
-  EXPECT_EQ(empty, "");
+  EXPECT_EQ(s, "l");
+  EXPECT_EQ(end.Delete(3, INT_MAX), 3);
+  EXPECT_EQ(end, "Hel");
+  end.Empty();
+  end.FreeExtra();
+  end.Preallocate(99);
+  EXPECT_EQ(end.Find('l'), -1);
+  EXPECT_EQ(end, "");
   unformatted.Preallocate(2);
   unformatted.FreeExtra();
   unformatted.Format(kNull);
@@ -153,9 +160,6 @@ TEST(Text, Replaces) {
   EXPECT_EQ(s, kWithZero);
   EXPECT_EQ(own.Replace(own.GetString() + 3, own), 1);
   EXPECT_EQ(own, "HelHello");
-  own.SetAt(-1, 'J');
-  own.SetAt(8, '?');
-  EXPECT_STREQ(own.GetString(), "JelHello") << "no byte after the last one is set";
 }
 
 TEST(Text, TrimsAndChangesCase) {
@@ -218,16 +222,16 @@ TEST(Text, ReleasesALentBuffer) {
 // A change before the release keeps the text and drops the room, which may hold its argument.
 TEST(Text, ChangesALentBuffer) {
   const CString all("Jello, all", 11);
-  CString a = Lent(40, all), b = Lent(40, all), c = Lent(40, all), d = Lent(300, all);
+  CString a = Lent(40, all), b = Lent(40, all), c = Lent(40, all), d = Lent(40, all);
+  EXPECT_EQ(Lent(300, all), "Jello");
   EXPECT_EQ(a += '!', "Jello!");
   EXPECT_EQ(b += b.GetString() + 3, "Jellolo, all");
   EXPECT_EQ(c = c.GetString() + 7, "all");
   EXPECT_EQ(CString(d), "Jello");
-  CString moved;
-  moved = std::move(d);  // takes the loan along
-  moved.GetBuffer(999);  // more room keeps what is in it
-  moved.ReleaseBuffer();
-  EXPECT_EQ(moved, "Jello, all");
+  d = CString(std::move(d));  // a move takes the loan along
+  d.GetBuffer(99);            // more room keeps what is in it
+  d.ReleaseBuffer();
+  EXPECT_EQ(d, "Jello, all");
 }
 
 }  // namespace

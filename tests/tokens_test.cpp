@@ -1,5 +1,6 @@
-// The token reader: texts and the tokens they give, side by side. One line holds a whole run:
-// codes, texts behind colons, and for an error "-1 line:position message", where the run stops.
+// The token reader: texts and their tokens, its input, and its functions one by one.
+#include <map>
+
 #include "treetext.h"
 
 namespace {
@@ -12,191 +13,272 @@ const char* Written(const std::string& text) {
   return path.c_str();
 }
 
-std::string Tokens(const std::string& text) {
+std::unique_ptr<CzonTokenReader> Reader(const std::string& text) {
   auto* input = new CzonInput;
-  EXPECT_EQ(0, input->open(Written(text)));
-  CzonTokenReader reader(input);
+  EXPECT_EQ(input->open(Written(text)), 0);
+  return std::make_unique<CzonTokenReader>(input);
+}
+
+const std::map<int, std::string> kNames = {
+    {100, "section"}, {101, "EndSect"},  {200, "keyword"}, {1000, "empty"},  {1010, "true"},
+    {1011, "false"},  {1020, "integer"}, {1021, "real"},   {1030, "string"}, {1200, "file"}};
+
+// The tokens as in "keyword<k> integer<2> ", up to an error: "error 1:3 message".
+std::string Tokens(const std::string& text) {
+  const auto reader = Reader(text);
   std::string line;
   std::size_t calls = 1, sections = 0;
-  int token = reader.NextToken();
-  for (; token > 0; token = reader.NextToken(), ++calls) {
-    line += std::to_string(token) + (reader.GetTokenText().empty() ? " " : ":");
-    if (!reader.GetTokenText().empty()) line += reader.GetTokenText() + " ";
+  int token = reader->NextToken();
+  for (; token > 0; token = reader->NextToken(), ++calls) {
+    const std::string& word = reader->GetTokenText();
+    line += kNames.at(token) + (word.empty() ? " " : "<" + word + "> ");
     if (token == 100) ++sections;
   }
-  line += std::to_string(token);
-  if (token == -1) {
-    line += " " + std::to_string(reader.GetErrorLine()) + ":";
-    line += std::to_string(reader.GetErrorPosition()) + " " + reader.GetErrorText();
-  }
-  // Reading on always comes to an end, and then stays there or goes on to leave sections.
-  for (; token != 0; token = reader.NextToken()) {
+  if (token == -1)
+    line += "error " + std::to_string(reader->GetErrorLine()) + ":" +
+            std::to_string(reader->GetErrorPosition()) + " " + reader->GetErrorText();
+  for (; token != 0; token = reader->NextToken()) {  // reading on comes to an end
     if (token == 100) ++sections;
     if (++calls > text.size() + sections + 2) return line + " and no end";
   }
   return line;
 }
 
-TEST(Tokens, Texts) {
-  const std::string section = "Format error. Expected start of section '['";
-  const std::string equals = "Expected '=' for keyword definition";
-  const std::string end = "Expected EndSect definition";
-  const std::pair<std::string, std::string> rows[] = {
-      {" ; only\n// comments\n/* and { blanks */\t\v\f\r", "0"},
-      {"[a_1][][C]k=1 EndSect // C\nj=2 EndSect EndSect[D]EndSect",
-       "100:a_1 100 100:C 200:k 1020:1 101 200:j 1020:2 101 101 100:D 101 0"},
-      {"[A] k = , 2 j =\n+, -e5 k = 0,-5,12.,.5,+.5,1.5E3,2.e-03,.5e+3k = |a\nb\\c''|,||EndSect",
-       "100:A 200:k 1000 1020:2 200:j 1020:+ 1021:-e5 200:k 1020:0 1020:-5 1021:12. 1021:.5 "
-       "1021:+.5 1021:1.5E3 1021:2.e-03 1021:.5e+3 200:k 1200:a\nb\\c'' 1200 101 0"},
-      {"[A] k = true,false,trueish = 'it''s', '', '''', 'a\nb{;//\xFF\0c'EndSec = 2 E=4"s,
-       "100:A 200:k 1010 1011 1010 200:ish 1030:it's 1030 1030:'"s
-       " 1030:a\nb{;//\xFF\0c 200:EndSec 1020:2 200:E 1020:4 0"s},
-      {"[A] tru = tru E=4", "100:A 200:tru 1000 -1 1:15 " + equals},
-      {"[A] k = 1 EndSection", "100:A 200:k 1020:1 101 -1 1:18 " + section},
-      {"{}} [A] {{} k {\n} = /*/ no */ 1 // no\n, /**/ 2 /* /* */ , /***/ 3 ; no\0no\nEndSect"s,
-       "100:A 200:k 1020:1 1020:2 1020:3 101 0"},
-      {"[A] k = 1, ", "100:A 200:k 1020:1 1000 0"},
-      {"\n\xFF", "-1 2:1 " + section},
-      {"[A\n]", "-1 2:0 Bad section, expected ]"},
-      {"[A", "-1 1:2 Bad section, missing ], end of file reached"},
-      {"[A]\n  _k = 1", "100:A -1 2:2 " + end},
-      {"[A] k = a / b", "100:A 200:k 1000 -1 1:11 " + equals},
-      {"[A]\nendsect\n", "100:A -1 3:0 " + equals},
-      {"[A] k = 1..2", "100:A 200:k 1021:1. -1 1:10 " + end},
-      {"[A] k = -.\n5", "100:A 200:k -1 2:0 Expecting digit after ."},
-      {"[A] k = 1e+-5", "100:A 200:k -1 1:12 Bad floating point exponent definition (e/E)"},
-      {"[A] k = 'a''\n", "100:A 200:k -1 2:0 Bad string, missing closing quote '"},
-      {"[A] k = |a'", "100:A 200:k -1 1:11 Bad filename string, missing closing bar |"},
-      {"/*/", "-1 1:3 Bad comment, missing */"},
-      {"[A] /* /* */ k = 1 /* **", "100:A 200:k 1020:1 -1 1:24 Bad comment, missing */"},
-      {"[A] {}\nk = 1 EndSect", "100:A -1 2:13 Bad comment, missing }"}};
-  for (const auto& [text, tokens] : rows) EXPECT_EQ(tokens, Tokens(text)) << text;
+// The outcome of an error that is noticed after the text.
+std::string ErrorAfter(const std::string& text, const std::string& message) {
+  const auto line = 1 + std::count(text.begin(), text.end(), '\n');
+  const auto position = text.size() - text.rfind('\n') - 1;
+  return "error " + std::to_string(line) + ":" + std::to_string(position) + " " + message;
 }
 
-// Wherever the end of a read block falls, tokens and counters are the same.
-TEST(Tokens, AcrossBlocks) {
+const std::string kNoSection = "Format error. Expected start of section '['";
+
+TEST(Tokens, TextsBecomeTokens) {
+  const struct {
+    const char* name;
+    std::string text, tokens;
+  } rows[] = {
+      {"nothing", " ; only\n// comments\n/* and { blanks */\t\v\f\r", ""},
+      {"sections", "[a_1][][C]k=1 EndSect // C\nj=2 EndSect EndSect[D]EndSect",
+       "section<a_1> section section<C> keyword<k> integer<1> EndSect keyword<j> integer<2> "
+       "EndSect EndSect section<D> EndSect "},
+      {"numbers and file names",
+       "[A] k = , 2 j =\n+, -e5 k = 0,-5,12.,.5,+.5,1.5E3,2.e-03,.5e+3k = |a\nb\\c''|,||EndSect",
+       "section<A> keyword<k> empty integer<2> keyword<j> integer<+> real<-e5> keyword<k> "
+       "integer<0> integer<-5> real<12.> real<.5> real<+.5> real<1.5E3> real<2.e-03> real<.5e+3> "
+       "keyword<k> file<a\nb\\c''> file EndSect "},
+      {"words may follow true", "[A] k = true,false,trueish = 2",
+       "section<A> keyword<k> true false true keyword<ish> integer<2> "},
+      {"strings, and parts of EndSect as names",
+       "[A] k = 'it''s', '', '''', 'a\nb{;//\xFF\0c'EndSec = 2 E=4"s,
+       "section<A> keyword<k> string<it's> string string<'> string<a\nb{;//\xFF\0c> "s
+       "keyword<EndSec> integer<2> keyword<E> integer<4> "},
+      {"comments",
+       "{}} [A] {{} k {\n} = /*/ no */ 1 // no\n, /**/ 2 /* /* */ , /***/ 3 ; no\0no\nEndSect"s,
+       "section<A> keyword<k> integer<1> integer<2> integer<3> EndSect "},
+      {"no end of a section", "[A] k = 1, ", "section<A> keyword<k> integer<1> empty "}};
+  for (const auto& row : rows) EXPECT_EQ(Tokens(row.text), row.tokens) << row.name;
+}
+
+TEST(Tokens, ErrorsNameTheirPlace) {
+  const std::string equals = "Expected '=' for keyword definition";
+  const std::string end = "Expected EndSect definition", comment = "Bad comment, missing */";
+  const std::string open = "[A] k = ", opened = "section<A> keyword<k> ";
+  const struct {
+    std::string consumed, rest, tokens, message;
+  } rows[] = {{"[A] tru = tru E", "=4", "section<A> keyword<tru> empty ", equals},
+              {"[A] k = 1 EndSecti", "on", "section<A> keyword<k> integer<1> EndSect ", kNoSection},
+              {"\n\xFF", "", "", kNoSection},
+              {"[A\n", "]", "", "Bad section, expected ]"},
+              {"[A", "", "", "Bad section, missing ], end of file reached"},
+              {"[A]\n  ", "_k = 1", "section<A> ", end},
+              {open + "a /", " b", opened + "empty ", equals},
+              {"[A]\nendsect\n", "", "section<A> ", equals},
+              {open + "1.", ".2", opened + "real<1.> ", end},
+              {open + "-.\n", "5", opened, "Expecting digit after ."},
+              {open + "1e+-", "5", opened, "Bad floating point exponent definition (e/E)"},
+              {open + "'a''\n", "", opened, "Bad string, missing closing quote '"},
+              {open + "|a'", "", opened, "Bad filename string, missing closing bar |"},
+              {"/*/", "", "", comment},
+              {"[A] /* /* */ k = 1 /* **", "", opened + "integer<1> ", comment},
+              {"[A] {}\nk = 1 EndSect", "", "section<A> ", "Bad comment, missing }"}};
+  for (const auto& row : rows)
+    EXPECT_EQ(Tokens(row.consumed + row.rest), row.tokens + ErrorAfter(row.consumed, row.message));
+}
+
+// Each place of the text in turn is at the end of a read block.
+TEST(Tokens, MaySpanBlocks) {
   const std::string text =
-      "[A_1]{}}/* * */name_1 = -12.5e+07, 'it''s', |f|, true,false , EndSec=1 EndSect /x";
+      "[A_1]{}}/* * */name_1 = -12.5e+07, 'it''s', |f|, true,false , EndSec=1 EndSect /";
   const std::string tokens =
-      "100:A_1 200:name_1 1021:-12.5e+07 1030:it's 1200:f 1010 1011 1000 200:EndSec 1020:1 101 -1 ";
-  const std::string message = " Format error. Expected start of section '['";
-  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-    const std::size_t before = 65536 - cut;
-    EXPECT_EQ(tokens + "1:" + std::to_string(before + 80) + message,
-              Tokens(std::string(before, ' ') + text));
-    EXPECT_EQ(tokens + "2:80" + message, Tokens(";" + std::string(before - 2, 'c') + "\n" + text));
+      "section<A_1> keyword<name_1> real<-12.5e+07> string<it's> file<f> true false empty "
+      "keyword<EndSec> integer<1> EndSect ";
+  for (std::size_t cut = 0; cut <= text.size() + 1; ++cut) {
+    const std::string blanks(65536 - cut, ' ');
+    const std::string comment = ";" + std::string(65534 - cut, 'c') + "\n";
+    for (const std::string& consumed : {blanks + text, comment + text})
+      EXPECT_EQ(Tokens(consumed + "x"), tokens + ErrorAfter(consumed, kNoSection));
   }
 }
 
-// Time and stack stay in proportion whatever is repeated.
-TEST(Tokens, Repetition) {
+TEST(Tokens, RepetitionNeedsLinearTimeAndNoStack) {
   for (const std::string& piece :
        {"[]"s, "[A]k="s, "/*"s, "{"s, "{}"s, "EndSec"s, "k="s, "k=,,,"s, "[A]//"s, "'''"s,
         "[A]\n/"s, "1e5."s, "\0"s, "EndSect"s, "[A];\n"s}) {
     for (std::string text : {"", "[A] k = ", "[A] k = 'x' "}) {
       while (text.size() < 200000) text += piece;
-      EXPECT_EQ(std::string::npos, Tokens(text).find("and no end")) << piece;
+      EXPECT_EQ(Tokens(text).find("and no end"), std::string::npos) << piece;
     }
   }
 }
 
-TEST(TokenInput, CountersAndPushBack) {
+std::string Counters(const CzonInput& input) {
+  std::ostringstream text;
+  text << input.Characters() << " characters, line " << input.Lines() << ", position "
+       << input.Position() << ", the line before ended at " << input.PreviousPosition();
+  return text.str();
+}
+
+TEST(TokenInput, PutBackRevertsTheCounters) {
   CzonInput input;
-  ASSERT_EQ(0, input.open(Written("ab\nc\xFF")));
-  const auto counters = [&input] {
-    return std::to_string(input.Characters()) + " " + std::to_string(input.Lines()) + " " +
-           std::to_string(input.Position()) + " " + std::to_string(input.PreviousPosition());
-  };
-  for (int c : {'a', 'b', '\n'}) EXPECT_EQ(c, input.get());
-  EXPECT_EQ("3 2 0 2", counters());
-  EXPECT_EQ('c', input.get());
-  for (char c : {'d', '\n'}) input.putback(c);
-  EXPECT_EQ("2 1 2 2", counters());
-  for (int c : {int{'\n'}, int{'d'}, 0xFF, -1, -1}) EXPECT_EQ(c, input.get());
-  EXPECT_EQ(2, input.open("/"));
+  ASSERT_EQ(input.open(Written("ab\nc\xFF")), 0);
+  for (const char c : {'a', 'b', '\n'}) EXPECT_EQ(input.get(), c);
+  EXPECT_EQ(Counters(input), "3 characters, line 2, position 0, the line before ended at 2");
+  EXPECT_EQ(input.get(), 'c');
+  input.putback('d');
+  input.putback('\n');
+  EXPECT_EQ(Counters(input), "2 characters, line 1, position 2, the line before ended at 2");
+  for (const int c : {int{'\n'}, int{'d'}, 0xFF, -1, -1}) EXPECT_EQ(input.get(), c);
+}
+
+TEST(TokenInput, HoldsAnyNumberOfCharactersPutBack) {
+  CzonInput input;
+  ASSERT_EQ(input.open(Written("x")), 0);
   for (int i = 0; i < 300000; ++i) input.putback(static_cast<char>(i % 251));
-  for (int i = 300000; i-- > 0;) ASSERT_EQ(i % 251, input.get()) << i;
-  EXPECT_EQ(5U, input.Characters());
-  ASSERT_EQ(0, input.open(Written("a")));
-  EXPECT_EQ("0 1 0 0", counters());
+  for (int i = 300000; i-- > 0;) ASSERT_EQ(input.get(), i % 251) << i;
+  EXPECT_EQ(input.Characters(), 0U);
+  EXPECT_EQ(input.get(), 'x');
+}
+
+TEST(TokenInput, OpenResetsOnlyIfItSucceeds) {
+  CzonInput input;
+  ASSERT_EQ(input.open(Written("a\nb")), 0);
+  EXPECT_EQ(input.get(), 'a');
+  EXPECT_EQ(input.get(), '\n');
+  EXPECT_EQ(input.open("/"), 2);
+  EXPECT_EQ(input.get(), 'b');
+  EXPECT_EQ(Counters(input), "3 characters, line 2, position 1, the line before ended at 1");
+  ASSERT_EQ(input.open(Written("a")), 0);
+  EXPECT_EQ(Counters(input), "0 characters, line 1, position 0, the line before ended at 0");
 }
 
 TEST(TokenReader, WordsStayUnread) {
-  auto* input = new CzonInput;
-  ASSERT_EQ(0, input->open(Written("\n[] EndSecEndSect")));
-  CzonTokenReader reader(input), none(nullptr);
-  EXPECT_EQ(100, reader.NextToken());
-  const int c = reader.GetChSkipBlanks();
-  EXPECT_TRUE(!reader.InputIs(c, "EndSect") && reader.InputPeak(c, "EndSecEnd"));
-  EXPECT_EQ(5U, input->Characters());
-  EXPECT_TRUE(reader.InputIs(c, "EndSec"));
-  EXPECT_EQ(101, reader.ParseSectionBody());
-  EXPECT_EQ(-1, none.ParseNumber('.'));
-  EXPECT_EQ(~0U, none.GetErrorLine() & none.GetErrorPosition());
+  const auto reader = Reader("[] EndSecEndSect");
+  EXPECT_EQ(reader->NextToken(), 100);
+  const int c = reader->GetChSkipBlanks();
+  EXPECT_FALSE(reader->InputIs(c, "EndSect"));
+  EXPECT_TRUE(reader->InputPeak(c, "EndSecEnd"));
+  reader->Error("here");
+  EXPECT_EQ(reader->GetErrorPosition(), std::strlen("[] E"));
+  EXPECT_TRUE(reader->InputIs(c, "EndSec"));
+  EXPECT_EQ(reader->ParseSectionBody(), 101);
+  EXPECT_FALSE(reader->InputIs('x', nullptr));
+  EXPECT_FALSE(reader->InputIs('x', ""));
+  EXPECT_FALSE(reader->InputPeak('x', "y"));
+  EXPECT_FALSE(reader->InputPeak('x', "xy"));
 }
 
-TEST(TokenReader, AnswersForEveryState) {
+TEST(TokenReader, MayHaveNoInput) {
+  CzonTokenReader reader(nullptr);
+  EXPECT_EQ(reader.ParseNumber('.'), -1);
+  EXPECT_EQ(reader.GetErrorLine(), ~0U);
+  EXPECT_EQ(reader.GetErrorPosition(), ~0U);
+}
+
+TEST(TokenReader, ErrorsMayHaveNoMessage) {
+  const auto reader = Reader("-");
+  reader->ParseNumber('-');
+  reader->Error(nullptr);
+  EXPECT_EQ(reader->GetErrorText(), "");
+  EXPECT_EQ(reader->GetTokenText(), "-");
+}
+
+TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
   using Reader = CzonTokenReader;
-  static const auto number = [](Reader& r) { return r.ParseNumber('-'); };
-  // What is read, of which text, and the code, token text and error.
-  const std::tuple<std::function<int(Reader&)>, const char*, const char*> rows[] = {
-      {&Reader::ParseParFile, "[A]", "100 A "},
-      {&Reader::ParseSectionList, " ", "0  "},
-      {&Reader::ParseSection, "[A]", "100 A "},
-      {&Reader::ParseSection, "A", "-1  Bad section, expected ["},
-      {&Reader::ParseSectionHeader, "[A]", "1 A "},
-      {&Reader::ParseEndSection, "EndSect", "101  "},
-      {&Reader::ParseKeyword, "k=", "200 k "},
-      {&Reader::ParseKeyword, "=", "-1  Expected keyword string"},
-      {&Reader::ParseKeyword, "k/*", "-1 k Bad comment, missing */"},
-      {&Reader::ParseMoreParameter, ",5", "1020 5 "},
-      {&Reader::ParseMoreParameter, "[A]", "100 A "},
-      {&Reader::ParseMoreParameter, "{", "-1  Bad comment, missing }"},
-      {&Reader::ParseSimParameter, "fals", "1000  "},
-      {&Reader::ParseSectionBody, "/*", "-1  Bad comment, missing */"},
-      {&Reader::ParseString, "a''b'", "1030 a'b "},
-      {&Reader::ParseFilename, "a|", "1200 a "},
-      {&Reader::GetChSkipBlanks, "{", "-1  Bad comment, missing }"},
-      {number, "5", "1020 -5 "},
-      {[](Reader& r) { return r.ParseNumber(-1); }, "5", "1020 5 "},
-      {[](Reader& r) { return r.InputIs('x', nullptr) + r.InputIs('x', ""); }, "", "0  "},
-      {[](Reader& r) { return r.InputPeak('x', "y") + r.InputPeak('x', "xy"); }, "", "0  "},
-      {[](Reader& r) { return number(r), r.Error(nullptr), 0; }, "-", "0 - "}};
-  for (const auto& [read, text, outcome] : rows) {
-    auto* input = new CzonInput;
-    EXPECT_EQ(0, input->open(Written(text)));
-    Reader reader(input);
-    const std::string code = std::to_string(read(reader));
-    EXPECT_EQ(code + " " + reader.GetTokenText() + " " + reader.GetErrorText(), outcome) << text;
+  const struct {
+    const char* name;
+    std::function<int(Reader&)> parse;
+    const char* text;
+    int token;
+    std::string tokenText, error = {};
+  } rows[] = {
+      {"file", &Reader::ParseParFile, "[A]", 100, "A"},
+      {"end of the list", &Reader::ParseSectionList, " ", 0, ""},
+      {"section", &Reader::ParseSection, "[A]", 100, "A"},
+      {"no section", &Reader::ParseSection, "A", -1, "", "Bad section, expected ["},
+      {"header", &Reader::ParseSectionHeader, "[A]", true, "A"},
+      {"end", &Reader::ParseEndSection, "EndSect", 101, ""},
+      {"keyword", &Reader::ParseKeyword, "k=", 200, "k"},
+      {"no name", &Reader::ParseKeyword, "=", -1, "", "Expected keyword string"},
+      {"no =", &Reader::ParseKeyword, "k/*", -1, "k", "Bad comment, missing */"},
+      {"parameter", &Reader::ParseMoreParameter, ",5", 1020, "5"},
+      {"no more", &Reader::ParseMoreParameter, "[A]", 100, "A"},
+      {"note", &Reader::ParseMoreParameter, "{", -1, "", "Bad comment, missing }"},
+      {"empty place", &Reader::ParseSimParameter, "fals", 1000, ""},
+      {"body", &Reader::ParseSectionBody, "/*", -1, "", "Bad comment, missing */"},
+      {"string", &Reader::ParseString, "a''b'", 1030, "a'b"},
+      {"file name", &Reader::ParseFilename, "a|", 1200, "a"},
+      {"blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
+      {"signed number", [](Reader& r) { return r.ParseNumber('-'); }, "5", 1020, "-5"},
+      {"number after the end", [](Reader& r) { return r.ParseNumber(-1); }, "5", 1020, "5"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const auto reader = ::Reader(row.text);
+    EXPECT_EQ(row.parse(*reader), row.token);
+    EXPECT_EQ(reader->GetTokenText(), row.tokenText);
+    EXPECT_EQ(reader->GetErrorText(), row.error);
   }
 }
 
-TEST(Zont, Handles) {
+TEST(Zont, FilesAreClosed) {
   const int free = host::LowestFreeDescriptor();
   void* reader = nullptr;
-  zontDispose(&reader);
   for (const char* name : {"/nowhere/at/all", "/", static_cast<const char*>(nullptr)})
-    EXPECT_EQ(1001, zontLoadFile(name, &reader));
-  EXPECT_EQ(nullptr, reader);
+    EXPECT_EQ(zontLoadFile(name, &reader), 1001);
+  EXPECT_EQ(reader, nullptr);
   const char* const path = Written("[A]k='a\0b'"s);
-  EXPECT_EQ(0, zontLoadFile(path, nullptr));
-  ASSERT_EQ(0, zontLoadFile(path, &reader));
-  for (int token : {100, 200, 1030}) EXPECT_EQ(token, zontNextToken(reader));
-  EXPECT_STREQ("a", zontGetTokenString(reader));
-  for (int i = 0; i < 5; ++i) EXPECT_EQ(0, zontNextToken(reader));
-  EXPECT_EQ(free, host::LowestFreeDescriptor());  // closed at its end, as is the one without a handle
+  EXPECT_EQ(zontLoadFile(path, nullptr), 0);
+  ASSERT_EQ(zontLoadFile(path, &reader), 0);
+  EXPECT_EQ(zontNextToken(reader), 100);
+  EXPECT_EQ(zontNextToken(reader), 200);
+  EXPECT_EQ(zontNextToken(reader), 1030);
+  EXPECT_STREQ(zontGetTokenString(reader), "a");
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(zontNextToken(reader), 0);
+  EXPECT_EQ(host::LowestFreeDescriptor(), free);
   zontDispose(&reader);
+}
+
+TEST(Zont, HandlesMayBeNull) {
+  void* none = nullptr;
+  zontDispose(&none);
   zontDispose(nullptr);
   unsigned int line = 1, position = 1;
-  EXPECT_EQ(-2, zontNextToken(nullptr));
-  EXPECT_STREQ("Handle is NULL", zontGetTokenString(nullptr));
-  EXPECT_STREQ("Handle is NULL", zontGetError(nullptr, &line, &position));
-  EXPECT_EQ(~0U, line & position);
-  ASSERT_EQ(0, zontLoadFile("/proc/self/mem", &reader));  // nothing is mapped at 0
-  EXPECT_EQ(-1, zontNextToken(reader));
-  EXPECT_STREQ("Read error", zontGetError(reader, &line, &position));
-  EXPECT_EQ(1U, line + position);
-  EXPECT_EQ(0, zontNextToken(reader));
+  EXPECT_EQ(zontNextToken(nullptr), -2);
+  EXPECT_STREQ(zontGetTokenString(nullptr), "Handle is NULL");
+  EXPECT_STREQ(zontGetError(nullptr, &line, &position), "Handle is NULL");
+  EXPECT_EQ(line, ~0U);
+  EXPECT_EQ(position, ~0U);
+}
+
+TEST(Zont, ReportsReadErrorsOnce) {
+  void* reader = nullptr;
+  unsigned int line = 0, position = 1;
+  ASSERT_EQ(zontLoadFile("/proc/self/mem", &reader), 0);  // nothing is mapped at 0
+  EXPECT_EQ(zontNextToken(reader), -1);
+  EXPECT_STREQ(zontGetError(reader, &line, &position), "Read error");
+  EXPECT_EQ(line, 1U);
+  EXPECT_EQ(position, 0U);
+  EXPECT_EQ(zontNextToken(reader), 0);
   zontDispose(&reader);
 }
 
