@@ -5,102 +5,116 @@
 
 namespace {
 
-using host::Texts;
+using namespace host;
+
 const std::string kUnfit = "Function invalid in this context";
+const std::string kBadNode = "1006 Invalid zonNode";
 
-// Results as texts; a node as its global name and instance number.
-template <class T>
-std::string Text(T value) {
-  if constexpr (std::is_same_v<T, void*>) {
-    return value == nullptr ? "null" : zonGetNameGlb(value) + ("#" + Text(zonGetInstanceNo(value)));
-  } else if constexpr (std::is_arithmetic_v<T>) {
-    return std::to_string(value);
-  } else {
-    return value;
-  }
-}
-template <class... T>
-std::string All(T... values) {
-  return ((Text(values) + " ") + ...);
+// Each line is one call: its failure value, and the pending code with the messages.
+template <class T, class U>
+void ExpectRefused(const std::string& heard, const T& failure, const U& result) {
+  EXPECT_EQ(Heard(), heard);
+  EXPECT_EQ(result, failure);
 }
 
-// What each of the calls is to give for each of the handles, with the code and the messages.
-template <class... F>
-void Expect(const std::vector<void*>& bad, std::string outcome, const std::string& result,
-            F... calls) {
-  int number = 0;
-  const auto expect = [&](const std::string& got) {
-    EXPECT_EQ(got + "|" + host::Heard(), result + "|" + outcome) << ++number;
-  };
-  for (void* n : bad) (expect(Text(calls(n))), ...);
-}
-#define OF(...) [&](void* n) { return __VA_ARGS__; }
-
-// By one of each kind; the comments in zon.h are tried with all of them.
+// One function of each kind. The comments in zon.h are checked for all functions.
 TEST(Handles, BadNodes) {
-  host::File file(zonCreate());
-  const std::vector<void*> bad = {nullptr, file};
-  const std::string no = "1006 Invalid zonNode";
-  float f = 0;
-  double d = 0;
-  Expect(bad, no, "-1", zonGetLevel, zonGetInt);
-  Expect(bad, no, "-1.000000", zonGetFloat, zonGetDouble, OF(zonPasGetFloatProc(n, &f), f),
-         OF(zonPasGetDoubleProc(n, &d), d));
-  Expect(bad, no, "0", zonGetSyntaxClass, zonIsTarget, OF(zonPasGetFloatProc(n, nullptr), 0),
-         OF(zonPasGetDoubleProc(n, nullptr), 0));
-  Expect(bad, no, "", zonGetName, zonGetFilename, OF(zonSetFilename(n, "A"), ""));
-  Expect(bad, no, "null", OF(zonSectionByNum(n, 1)), zonFindDefault);
-  Expect(bad, no + " Invalid zonNode Invalid zonNode", "null", zonGetParentSection);
-  Expect({file, zonGetRoot(file)}, "1006 Invalid CLOB object", "1", OF(!zonGetErrorFromZonClob(n)));
+  const File file(zonCreate());
+  float single = 0;
+  double number = 0;
+  for (void* bad : {static_cast<void*>(nullptr), static_cast<void*>(file)}) {
+    ExpectRefused(kBadNode, -1, zonGetLevel(bad));
+    ExpectRefused(kBadNode, -1, zonGetInt(bad));
+    ExpectRefused(kBadNode, -1, zonGetFloat(bad));
+    ExpectRefused(kBadNode, -1, zonGetDouble(bad));
+    ExpectRefused(kBadNode, -1, (zonPasGetFloatProc(bad, &single), single));
+    ExpectRefused(kBadNode, -1, (zonPasGetDoubleProc(bad, &number), number));
+    ExpectRefused(kBadNode, 0, (zonPasGetFloatProc(bad, nullptr), 0));
+    ExpectRefused(kBadNode, 0, (zonPasGetDoubleProc(bad, nullptr), 0));
+    ExpectRefused(kBadNode, 0, zonGetSyntaxClass(bad));
+    ExpectRefused(kBadNode, 0, zonIsTarget(bad));
+    ExpectRefused(kBadNode, std::string(), zonGetName(bad));
+    ExpectRefused(kBadNode, std::string(), zonGetFilename(bad));
+    ExpectRefused(kBadNode, 0, (zonSetFilename(bad, "A"), 0));
+    ExpectRefused(kBadNode, nullptr, zonSectionByNum(bad, 1));
+    ExpectRefused(kBadNode, nullptr, zonFindDefault(bad));
+    ExpectRefused(kBadNode + " Invalid zonNode Invalid zonNode", nullptr, zonGetParentSection(bad));
+  }
+  for (void* bad : {static_cast<void*>(file), zonGetRoot(file)})
+    ExpectRefused("1006 Invalid CLOB object", nullptr, zonGetErrorFromZonClob(bad));
 }
 
 TEST(Handles, BadFiles) {
-  host::File file(zonCreate()), failed(host::Load("[A] k ="));
+  File file(zonCreate()), treeless(Load("[A] k ="));
   EXPECT_EQ(zonGetErrorGlb(), 1003);
   void* root = zonGetRoot(file);
-  Expect({nullptr, root}, "1005", "null", zonGetRoot);
-  Expect({nullptr, root}, "1005", "1", OF(zonGetErrorFromZonData(n) == nullptr));
-  for (void* bad : std::vector<void*>{nullptr, root, failed}) {
-    const char* no = bad == failed ? "1006 Invalid zonNode" : "1005 Invalid zonHandle (CzonData)";
-    Expect({bad}, no, "0", zonGetNoTargets);
-    Expect({bad}, no, "null", OF(zonTargetByNum(n, 1)), OF(zonTargetByNameNum(n, "A", 1)),
-           OF(zonFindSectionByHandle(n, "A")), OF(zonExplore(n, nullptr), zonGetRoot(failed)));
+  for (void* bad : {static_cast<void*>(nullptr), root}) {
+    ExpectRefused("1005", nullptr, zonGetRoot(bad));
+    ExpectRefused("1005", nullptr, zonGetErrorFromZonData(bad));
   }
-  unsigned line = 7, position = 7;
-  const char* message = "untouched";
-  CzonLoad unread(nullptr);
-  EXPECT_EQ(zonGetSyntaxErr(&unread, &line, &position, &message), nullptr);
-  EXPECT_EQ(All(message, line, position, zonNoLines(&unread)), "untouched 0 0 0 ");
-  EXPECT_EQ(zonGetSyntaxErr(failed, nullptr, nullptr, nullptr), std::string("syntax error"));
-  Expect({nullptr, root, file}, "1005 Invalid zonHandle (CzonLoad)", "0", zonNoChars, zonNoLines,
-         zonNoComments, zonNoTokens, OF(zonGetSyntaxErr(n, &line, nullptr, &message) + Text(line)));
-  EXPECT_STREQ(message, "");
+  for (void* bad : {static_cast<void*>(nullptr), root, static_cast<void*>(treeless)}) {
+    const std::string heard = bad == treeless ? kBadNode : "1005 Invalid zonHandle (CzonData)";
+    ExpectRefused(heard, 0, zonGetNoTargets(bad));
+    ExpectRefused(heard, nullptr, zonTargetByNum(bad, 1));
+    ExpectRefused(heard, nullptr, zonTargetByNameNum(bad, "A", 1));
+    ExpectRefused(heard, nullptr, zonFindSectionByHandle(bad, "A"));
+    ExpectRefused(heard, 0, (zonExplore(bad, nullptr), 0));
+  }
+  EXPECT_EQ(zonGetRoot(treeless), nullptr);
   for (void** bad : {static_cast<void**>(nullptr), &root}) zonClose(bad);
-  EXPECT_EQ(host::Messages(), Texts(2, "Invalid zonHandle (CzonData)"));
+  EXPECT_EQ(Messages(), Texts(2, "Invalid zonHandle (CzonData)"));
   zonClose(file.Address());
   EXPECT_EQ(file, nullptr);
 }
 
+TEST(Handles, SyntaxErrorsAndCounters) {
+  unsigned line = 7, position = 7;
+  const char* message = "untouched";
+  CzonLoad unread(nullptr);
+  EXPECT_EQ(zonGetSyntaxErr(&unread, &line, &position, &message), nullptr);
+  EXPECT_STREQ(message, "untouched");
+  EXPECT_EQ(line, 0U);
+  EXPECT_EQ(position, 0U);
+  EXPECT_EQ(zonNoLines(&unread), 0U);
+  const File treeless(Load("[A] k =")), built(zonCreate());
+  zonGetErrorGlb();
+  Reports();
+  EXPECT_STREQ(zonGetSyntaxErr(treeless, nullptr, nullptr, nullptr), "syntax error");
+  for (void* bad : {static_cast<void*>(nullptr), zonGetRoot(built), static_cast<void*>(built)}) {
+    const std::string heard = "1005 Invalid zonHandle (CzonLoad)";
+    ExpectRefused(heard, 0U, zonNoChars(bad));
+    ExpectRefused(heard, 0U, zonNoLines(bad));
+    ExpectRefused(heard, 0U, zonNoComments(bad));
+    ExpectRefused(heard, 0U, zonNoTokens(bad));
+    ExpectRefused(heard, std::string(), zonGetSyntaxErr(bad, &line, nullptr, &message));
+    EXPECT_EQ(line, 0U);
+    EXPECT_STREQ(message, "");
+  }
+}
+
 TEST(Handles, FirstErrorStays) {
   zonGetRoot(nullptr);
-  host::File file(zonCreate());
+  File file(zonCreate());
   EXPECT_EQ(zonGetErrorGlb(), 0) << "cleared by a new file";
-  host::onMessage = [](const char*) { throw std::runtime_error("hook"); };
-  Expect({zonGetRoot(file)}, "1006 " + kUnfit, "-1", zonGetInt);
+  onMessage = [](const char*) { throw std::runtime_error("hook"); };
+  ExpectRefused("1006 " + kUnfit, -1, zonGetInt(zonGetRoot(file)));
   zonAddInt(file, 1);
-  host::onMessage = nullptr;
-  *zonGetFilename(nullptr) = 'x';  // what is given back for an empty text stays empty
-  EXPECT_STREQ(zonGetName(nullptr), "");
+  onMessage = nullptr;
+  *zonGetFilename(nullptr) = 'x';
+  EXPECT_STREQ(zonGetName(nullptr), "") << "a returned empty text stays empty";
   EXPECT_EQ(zonPeekErrorGlb(), 1005);
-  for (int code : {1005, 0}) EXPECT_EQ(zonGetErrorGlb(), code);
-  EXPECT_EQ(host::Messages(),
-            (Texts{"Missing current keyword", "Invalid zonNode", "Invalid zonNode"}));
+  EXPECT_EQ(zonGetErrorGlb(), 1005);
+  EXPECT_EQ(zonGetErrorGlb(), 0);
+  EXPECT_EQ(Messages(), (Texts{"Missing current keyword", "Invalid zonNode", "Invalid zonNode"}));
+}
+
+TEST(Handles, ErrorTexts) {
   for (int code = 1000; code < 1015; ++code)
     EXPECT_STRNE(zonGetErrorMessageFromErrorCode(code), "unknown error code") << code;
   const char* last = zonGetErrorMessageFromErrorCode(1001);
   EXPECT_STREQ(last, "Error opening file. (ERR_FILE_OPEN , 1001)");
   EXPECT_STREQ(zonGetErrorMessageFromErrorCode(999), "unknown error code");
-  EXPECT_STREQ(last, "unknown error code") << "where the text before stood";
+  EXPECT_STREQ(last, "unknown error code") << "the text is overwritten";
 }
 
 // Wherever the base lies in an object of a host's class, also when asked again.
@@ -108,65 +122,105 @@ TEST(Handles, ClassesOfTheHost) {
   struct Both : CzonCreate, CzonKeyword {
   } both;
   CzonBase* const bases[] = {static_cast<CzonData*>(&both), static_cast<CzonKeyword*>(&both)};
-  for (int turn : {0, 1, 0, 1})
-    EXPECT_EQ(All(zonGetSyntaxClass(bases[turn]), zonGetRoot(bases[turn]) != nullptr), "3 1 ");
+  for (int turn : {0, 1, 0, 1}) {
+    EXPECT_EQ(zonGetSyntaxClass(bases[turn]), kZonKeyword);
+    EXPECT_NE(zonGetRoot(bases[turn]), nullptr);
+  }
 }
 
-struct Sample : host::File {
+struct Sample : File {
   Sample()
-      : File(host::Load(
-            "[Model] default (k) = 7\n k = 1, 2.5, 'it''s', TRUE, |a\\b|, , #2020-01-01#, %x\n"
-            " k = 3.0 [Grid] default (K) = , , 9 EndSect [GRID] EndSect EndSect\n"
-            "[Other] [Grid] EndSect EndSect [model] EndSect\n")) {}
+      : File(
+            Load("[Model] default (k) = 7\n k = 1, 2.5, 'it''s', TRUE, |a\\b|, , #2020-01-01#, %x\n"
+                 " k = 3.0 [Grid] default (K) = , , 9 EndSect [GRID] EndSect EndSect\n"
+                 "[Other] [Grid] EndSect EndSect [model] EndSect\n")) {}
   void* root = zonGetRoot(*this);
   void* model = zonTargetByNum(*this, 1);
   void* k = zonKeywordByNum(model, 1);
-  void* def = zonNodeByNum(zonSectionByNum(model, 1), 1);
+  void* grid = zonSectionByNum(model, 1);
+  void* definition = zonNodeByNum(grid, 1);
 };
 
-TEST(Queries, NodesAndTheWayBetweenThem) {
-  const Sample s;
-  void* placeholder = zonNodeByNum(s.def, 1);
-  void* unfound = zonNodeByNum(s.def, 2);
-  EXPECT_EQ(host::Facts(s.root), "class 1: section; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(host::Facts(s.model), "class 2: target section; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(host::Facts(s.def), "class 4: keyword; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(host::Facts(placeholder), "class 11: param default; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(All(zonGetNoTargets(s), zonTargetByNum(s, 0), zonTargetByNum(s, UINT_MAX),
-                zonTargetByNameNum(s, "MODEL", 2), zonTargetByNameNum(s, nullptr, 1),
-                zonFindSectionByHandle(s, nullptr)),
-            "3 null null model#2 null null ");
-  EXPECT_EQ(All(zonSectionByNameNum(s.model, "grid", 2), zonKeywordByNameNum(s.model, "K", 2),
-                zonNodeByNum(s.model, 4), zonParamByNum(s.k, 9), zonGetLevel(unfound)),
-            "Model.GRID#2 Model.k#2 Model.Grid#1 null 4 ");
-  EXPECT_EQ(All(zonGetNoNodes(s.model), zonGetNoSections(s.model), zonGetNoKeywords(s.model),
-                zonGetNoParams(s.k), zonGetNoInstances(s.k), zonGetInt(zonFindDefault(placeholder)),
-                zonFindDefault(unfound) == unfound, zonFindDefault(zonNodeByNum(s.k, 1))),
-            "5 2 2 8 2 7 1 null ");
-  CzonInt detached("1");
-  CzonDefaultPar alone;
-  splitElement(nullptr, nullptr);
-  char element[] = "a:-9999999999", same[] = "b:3";
-  int instance = 7;
-  splitElement(same, nullptr);
-  splitElement(element, &instance);
-  EXPECT_EQ(All(element, same, instance, zonFindDefault(&alone) == &alone),
-            All("a", "b", INT_MIN, 1));
-  zonExplore(s, nullptr);
-  EXPECT_EQ(All(zonGetParentSection(s.root), zonGetParentSection(s.model) == s.root,
-                zonGetParentSection(&detached), zonGetParentSection(s.k),
-                zonGetParentSection(placeholder)),
-            "null 1 null Model#1 Model.Grid#1 ");
-  Expect({s.root}, "0 " + kUnfit, "null", OF(zonKeywordByNum(n, 1)));
+// A node as its global name and instance number: "Model.Grid#1".
+std::string Node(void* node) {
+  if (node == nullptr) return "none";
+  return zonGetNameGlb(node) + ("#" + std::to_string(zonGetInstanceNo(node)));
 }
 
-// Names of every length are found among many, whatever stands behind them where they were read.
+TEST(Queries, FactsOfNodes) {
+  const Sample s;
+  EXPECT_EQ(Facts(s.root), "class 1: section; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(Facts(s.model), "class 2: target section; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(Facts(s.definition), "class 4: keyword; 0 0 0 0 ''; refused 5");
+  EXPECT_EQ(Facts(zonNodeByNum(s.definition, 1)), "class 11: param default; 0 0 0 0 ''; refused 5");
+  const char* const values[] = {
+      "class 6: param numeric int float double inttype; 1 1 1 0 ''; refused 2",
+      "class 7: param numeric float double; 0 2.5 2.5 0 ''; refused 2",
+      "class 9: param string; 0 0 0 0 'it's'; refused 4",
+      "class 8: param bool; 0 0 0 1 ''; refused 4",
+      "class 10: param file; 0 0 0 0 ''; refused 5",
+      "class 15: param undefined; 0 0 0 0 ''; refused 5",
+      "class 10: param; 0 0 0 0 ''; refused 5",
+      "class 12: param; 0 0 0 0 ''; refused 5"};
+  for (unsigned n = 1; n <= 8; ++n) EXPECT_EQ(Facts(zonParamByNum(s.k, n)), values[n - 1]);
+}
+
+TEST(Queries, ChildrenByNumberAndName) {
+  const Sample s;
+  EXPECT_EQ(zonGetNoTargets(s), 3);
+  EXPECT_EQ(zonGetNoNodes(s.model), 5);
+  EXPECT_EQ(zonGetNoSections(s.model), 2);
+  EXPECT_EQ(zonGetNoKeywords(s.model), 2);
+  EXPECT_EQ(zonGetNoParams(s.k), 8);
+  EXPECT_EQ(zonGetNoInstances(s.k), 2);
+  EXPECT_EQ(Node(zonTargetByNum(s, 0)), "none");
+  EXPECT_EQ(Node(zonTargetByNum(s, UINT_MAX)), "none");
+  EXPECT_EQ(Node(zonTargetByNameNum(s, "MODEL", 2)), "model#2");
+  EXPECT_EQ(Node(zonTargetByNameNum(s, nullptr, 1)), "none");
+  EXPECT_EQ(Node(zonFindSectionByHandle(s, nullptr)), "none");
+  EXPECT_EQ(Node(zonSectionByNameNum(s.model, "grid", 2)), "Model.GRID#2");
+  EXPECT_EQ(Node(zonKeywordByNameNum(s.model, "K", 2)), "Model.k#2");
+  EXPECT_EQ(Node(zonNodeByNum(s.model, 4)), "Model.Grid#1");
+  EXPECT_EQ(Node(zonParamByNum(s.k, 9)), "none");
+  ExpectRefused("0 " + kUnfit, nullptr, zonKeywordByNum(s.root, 1));
+}
+
+TEST(Queries, DefaultsParentsAndLevels) {
+  const Sample s;
+  void *placeholder = zonNodeByNum(s.definition, 1), *unfound = zonNodeByNum(s.definition, 2);
+  EXPECT_EQ(zonGetLevel(unfound), 4);
+  EXPECT_EQ(zonGetInt(zonFindDefault(placeholder)), 7);
+  EXPECT_EQ(zonFindDefault(unfound), unfound);
+  EXPECT_EQ(zonFindDefault(zonNodeByNum(s.k, 1)), nullptr);
+  CzonInt detached("1");
+  CzonDefaultPar alone;
+  EXPECT_EQ(zonFindDefault(&alone), &alone);
+  EXPECT_EQ(zonGetParentSection(s.root), nullptr);
+  EXPECT_EQ(zonGetParentSection(s.model), s.root);
+  EXPECT_EQ(zonGetParentSection(&detached), nullptr);
+  EXPECT_EQ(zonGetParentSection(s.k), s.model);
+  EXPECT_EQ(zonGetParentSection(placeholder), s.grid);
+  zonExplore(s, nullptr);
+}
+
+TEST(Queries, ElementsOfAPathAreSplit) {
+  char element[] = "a:-9999999999", same[] = "b:3";
+  int instance = 7;
+  splitElement(nullptr, nullptr);
+  splitElement(same, nullptr);
+  EXPECT_STREQ(same, "b");
+  splitElement(element, &instance);
+  EXPECT_STREQ(element, "a");
+  EXPECT_EQ(instance, INT_MIN);
+}
+
+// Names of every length are found among many, whatever follows them in the file.
 TEST(Queries, NamesOfAnyLength) {
   std::string text = "[A] ";
   for (std::size_t length = 1; length <= 40; ++length) {
     text += std::string(length, 'n') + (length % 2 != 0 ? "=1 " : "\n=1 ");
   }
-  const host::File file(host::Load(text + "EndSect"));
+  const File file(Load(text + "EndSect"));
   for (std::size_t length = 1; length <= 40; ++length) {
     const std::string name(length, 'N');
     EXPECT_NE(zonKeywordByNameNum(zonTargetByNum(file, 1), name.c_str(), 1), nullptr) << length;
@@ -175,39 +229,55 @@ TEST(Queries, NamesOfAnyLength) {
 
 TEST(Queries, SectionPaths) {
   const Sample s;
-  const auto find = [&](const std::string& path) {  // from the file, and from its second section
-    return All(zonFindSectionByHandle(s, path.c_str()),
-               zonFindSectionByNode(zonTargetByNum(s, 2), path.c_str()));
+  const auto find = [&](const std::string& path) {
+    return Node(zonFindSectionByHandle(s, path.c_str()));
   };
-  EXPECT_EQ(find("") + find("../Grid"), "null Other#1 null Other.Grid#1 ");
-  EXPECT_EQ(find("Model: +2:1"), "model#2 null ");
-  EXPECT_EQ(find("Model:x2"), "Model#1 null ");
+  const auto findInOther = [&](const char* path) {
+    return Node(zonFindSectionByNode(zonTargetByNum(s, 2), path));
+  };
+  EXPECT_EQ(find(""), "none");
+  EXPECT_EQ(findInOther(""), "Other#1");
+  EXPECT_EQ(find("../Grid"), "none");
+  EXPECT_EQ(findInOther("../Grid"), "Other.Grid#1");
+  EXPECT_EQ(find("Model: +2:1"), "model#2");
+  EXPECT_EQ(find("Model:x2"), "Model#1");
   const std::string many(100000, '/');
-  EXPECT_EQ(find(many + "Model..Grid:002" + many), "Model.GRID#2 null ");
+  EXPECT_EQ(find(many + "Model..Grid:002" + many), "Model.GRID#2");
   for (const char* none : {"A/Grid", " Model", "Model:0", "Model:-1", "Model:4294967297",
-                           "Model:18446744073709551617"})
-    EXPECT_EQ(find(none), "null null ") << none;
-  EXPECT_EQ(host::Messages(), Texts{});
+                           "Model:18446744073709551617"}) {
+    EXPECT_EQ(find(none), "none") << none;
+    EXPECT_EQ(findInOther(none), "none") << none;
+  }
+  EXPECT_EQ(Messages(), Texts{});
+}
+
+// The call must copy the text into a buffer of this size and of no smaller one.
+template <class Copy, class... Node>
+void ExpectCopied(const char* text, Copy copy, Node... node) {
+  char buffer[40] = "kept";
+  const int size = static_cast<int>(std::strlen(text)) + 1;
+  EXPECT_EQ(copy(node..., nullptr, 40), -1);
+  for (int room = -9; room < size; ++room) EXPECT_EQ(copy(node..., buffer, room), -1) << text;
+  EXPECT_STREQ(buffer, "kept");
+  EXPECT_EQ(copy(node..., buffer, size), 0) << text;
+  EXPECT_STREQ(buffer, text);
 }
 
 TEST(Queries, CopiesNeedRoomForTheZero) {
   const Sample s;
   zonSetAnchorFilename(s.model, "/d/f.zon");
-  const auto copied = [&](auto copy, auto... node) {  // the text, and the room that it takes
-    char buffer[40] = "kept";
-    EXPECT_EQ(copy(node..., nullptr, 40), -1);
-    int size = -9;
-    for (; size < 40 && copy(node..., buffer, size) != 0; ++size) EXPECT_STREQ(buffer, "kept");
-    return buffer + std::to_string(size);
-  };
-  EXPECT_EQ(All(copied(zonGetName2, s.model), copied(zonGetNameGlb2, s.k),
-                copied(zonGetString2, zonParamByNum(s.k, 3)),
-                copied(zonGetFilename2, zonParamByNum(s.k, 5)),
-                copied(zonGetAnchorFilename2, s.root), copied(zonGetAnchorFilename2, s.model),
-                copied(zonGetBuildVersion2), copied(zonGetDLLid2), copied(zonGetVersion2).size()),
-            "Model6 Model.k8 it's5 /d/a/b7 /d/f.zon9 1 20.0.0.1534213 zon20048 22 ");
+  ExpectCopied("Model", zonGetName2, s.model);
+  ExpectCopied("Model.k", zonGetNameGlb2, s.k);
+  ExpectCopied("it's", zonGetString2, zonParamByNum(s.k, 3));
+  ExpectCopied("/d/a/b", zonGetFilename2, zonParamByNum(s.k, 5));
+  ExpectCopied("/d/f.zon", zonGetAnchorFilename2, s.root);
+  ExpectCopied("", zonGetAnchorFilename2, s.model);
+  ExpectCopied("20.0.0.15342", zonGetBuildVersion2);
+  ExpectCopied("zon2004", zonGetDLLid2);
+  ExpectCopied(zonGetVersion(), zonGetVersion2);
+  EXPECT_EQ(std::strlen(zonGetVersion()), 20U);
   EXPECT_EQ(zonGetFilename2(zonParamByNum(s.k, 3), nullptr, 5), -2);
-  EXPECT_EQ(host::Messages(), Texts{kUnfit});
+  EXPECT_EQ(Messages(), Texts{kUnfit});
 }
 
 }  // namespace
