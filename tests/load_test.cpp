@@ -84,7 +84,7 @@ TEST(Load, SystemSection) {
        here + "/r/s", 0, here + "/c"},
       {"empty names", "CustomResultFolder = || UseCustomResultFolder = true ResultRootFolder = ||",
        "", 1, ""},
-      {"use is no integer", "UseCustomResultFolder = 1 CustomResultFolder = |/c|", "", 0, "/c", 1},
+      {"use is an integer", "UseCustomResultFolder = 1 CustomResultFolder = |/c|", "", 0, "/c", 1},
       {"wrong kinds",
        "ResultRootFolder = 'r' CustomResultFolder = 5 UseCustomResultFolder = 'true'", "", 0, "",
        3},

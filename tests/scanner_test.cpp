@@ -58,9 +58,9 @@ TEST(Scanner, TextsBecomeTokensOrAnError) {
   } rows[] = {
       {"white space separates, other characters are tokens", "[A_1]\t\r\v\f=,()+-%:=2'x'3|y|k",
        "[ name<A_1> ] = , ( ) + - % : = int<2> string<x> int<3> file<y> name<k> "},
-      {"EndSect may go on but not be cut", "EndSect endsecT endsec EndSects",
+      {"EndSect is a whole word in any case", "EndSect endsecT endsec EndSects",
        "end<EndSect> end<endsecT> name<endsec> name<EndSects> "},
-      {"words are reserved whole", "TRUE t DEFAULT default_",
+      {"reserved words are whole words", "TRUE t DEFAULT default_",
        "bool<TRUE> name<t> default<DEFAULT> name<default_> "},
       {"names begin with a letter", "_a 1a a1_b", "_ name<a> int<1> name<a> name<a1_b> "},
       {"signs are tokens", "-5 +.5 007", "- int<5> + real<.5> int<007> "},

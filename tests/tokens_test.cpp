@@ -103,7 +103,8 @@ TEST(Tokens, ErrorsNameTheirPlace) {
               {"[A] /* /* */ k = 1 /* **", "", opened + "integer<1> ", comment},
               {"[A] {}\nk = 1 EndSect", "", "section<A> ", "Bad comment, missing }"}};
   for (const auto& row : rows)
-    EXPECT_EQ(Tokens(row.consumed + row.rest), row.tokens + ErrorAfter(row.consumed, row.message));
+    EXPECT_EQ(Tokens(row.consumed + row.rest), row.tokens + ErrorAfter(row.consumed, row.message))
+        << row.consumed;
 }
 
 // Each place of the text in turn is at the end of a read block.
@@ -117,7 +118,7 @@ TEST(Tokens, MaySpanBlocks) {
     const std::string blanks(65536 - cut, ' ');
     const std::string comment = ";" + std::string(65534 - cut, 'c') + "\n";
     for (const std::string& consumed : {blanks + text, comment + text})
-      EXPECT_EQ(Tokens(consumed + "x"), tokens + ErrorAfter(consumed, kNoSection));
+      ASSERT_EQ(Tokens(consumed + "x"), tokens + ErrorAfter(consumed, kNoSection));
   }
 }
 
@@ -217,18 +218,20 @@ TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
       {"section", &Reader::ParseSection, "[A]", 100, "A"},
       {"no section", &Reader::ParseSection, "A", -1, "", "Bad section, expected ["},
       {"header", &Reader::ParseSectionHeader, "[A]", true, "A"},
-      {"end", &Reader::ParseEndSection, "EndSect", 101, ""},
+      {"end of a section", &Reader::ParseEndSection, "EndSect", 101, ""},
       {"keyword", &Reader::ParseKeyword, "k=", 200, "k"},
       {"no name", &Reader::ParseKeyword, "=", -1, "", "Expected keyword string"},
-      {"no =", &Reader::ParseKeyword, "k/*", -1, "k", "Bad comment, missing */"},
+      {"comment instead of =", &Reader::ParseKeyword, "k/*", -1, "k", "Bad comment, missing */"},
       {"parameter", &Reader::ParseMoreParameter, ",5", 1020, "5"},
-      {"no more", &Reader::ParseMoreParameter, "[A]", 100, "A"},
-      {"note", &Reader::ParseMoreParameter, "{", -1, "", "Bad comment, missing }"},
+      {"section instead of a comma", &Reader::ParseMoreParameter, "[A]", 100, "A"},
+      {"open brace instead of a comma", &Reader::ParseMoreParameter, "{", -1, "",
+       "Bad comment, missing }"},
       {"empty place", &Reader::ParseSimParameter, "fals", 1000, ""},
-      {"body", &Reader::ParseSectionBody, "/*", -1, "", "Bad comment, missing */"},
+      {"open comment in a body", &Reader::ParseSectionBody, "/*", -1, "",
+       "Bad comment, missing */"},
       {"string", &Reader::ParseString, "a''b'", 1030, "a'b"},
       {"file name", &Reader::ParseFilename, "a|", 1200, "a"},
-      {"blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
+      {"open brace after blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
       {"signed number", [](Reader& r) { return r.ParseNumber('-'); }, "5", 1020, "-5"},
       {"number after the end", [](Reader& r) { return r.ParseNumber(-1); }, "5", 1020, "5"}};
   for (const auto& row : rows) {
