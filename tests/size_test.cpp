@@ -4,11 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
-#include <memory>
 
 #include "treetext.h"
 
@@ -40,25 +38,34 @@ void CountVisit(CzonNode*) {
   ++visited;
 }
 
-// Processor time of a load and a visit of at least that many nodes. It runs in a fresh process,
-// which has no memory left from earlier loads.
-double Seconds(const std::string& path, bool fails, unsigned leastNodes) {
+// Measures in a new process, which has no memory left from earlier loads.
+double MeasureApart(const std::function<double()>& measure) {
   void* page = mmap(nullptr, sizeof(double), PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  auto* const seconds = static_cast<double*>(page);
+  auto* const shared = static_cast<double*>(page);
+  visited = 0;
   if (fork() == 0) {
-    const std::clock_t start = std::clock();
-    void* file = zonLoadFile(path.c_str(), 1);
-    if (zonGetErrorGlb() == 0) zonExplore(file, CountVisit);
-    *seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    _exit(zonGetRoot(file) == nullptr ? 1 : visited < leastNodes ? 2 : 0);
+    *shared = measure();
+    _exit(testing::Test::HasFailure() ? 1 : 0);
   }
   int status = 0;
   wait(&status);
-  EXPECT_TRUE(WIFEXITED(status)) << path;
-  EXPECT_EQ(WEXITSTATUS(status), fails ? 1 : 0) << path;
-  const double result = *seconds;
+  EXPECT_EQ(status, 0);
+  const double result = *shared;
   munmap(page, sizeof(double));
   return result;
+}
+
+// Processor time of a load and a visit of at least that many nodes.
+double Seconds(const std::string& path, bool fails, unsigned leastNodes) {
+  return MeasureApart([&] {
+    const std::clock_t start = std::clock();
+    void* file = zonLoadFile(path.c_str(), 1);
+    if (!fails) zonExplore(file, CountVisit);
+    const std::clock_t end = std::clock();
+    EXPECT_EQ(zonGetRoot(file) == nullptr, fails) << path;
+    EXPECT_GE(visited, leastNodes) << path;
+    return static_cast<double>(end - start) / CLOCKS_PER_SEC;
+  });
 }
 
 // A text with many pieces loads within a second, and with half of them in about half of the time.
@@ -145,37 +152,6 @@ void RunOnSmallStack(void* (*body)(void*)) {
 
 constexpr int kDeep = 1000000;
 
-TEST(Size, DeepFilesNeedNoStack) {
-  RunOnSmallStack([](void*) -> void* {
-    const File comments(Load(Repeat("/* ", kDeep) + Repeat("*/ ", kDeep) + "[A] EndSect"));
-    EXPECT_EQ(zonNoComments(comments), unsigned(kDeep));
-    EXPECT_EQ(zonGetNoTargets(comments), 1);
-    for (const int depth : {147, kDeep}) {
-      const File sections(Load(Repeat("[A] ", depth) + Repeat("EndSect ", depth)));
-      EXPECT_EQ(SyntaxError(sections), "1:587 yacc stack overflow") << depth;
-    }
-    return nullptr;
-  });
-}
-
-TEST(Size, DeepBuiltTreesNeedNoStack) {
-  RunOnSmallStack([](void*) -> void* {
-    const File built(zonCreate());
-    zonAddTarget(built, "A");
-    for (int depth = 1; depth < kDeep; ++depth) zonAddSection(built, "A");
-    zonAddKeyword(built, "k");
-    visited = 0;
-    zonExplore(built, CountVisit);
-    EXPECT_EQ(visited, kDeep + 1U);
-    void* top = zonTargetByNum(built, 1);
-    void* copy = zonInsert(top, top, 1);
-    EXPECT_EQ(zonEquivalent(top, copy, nullptr), 0) << "equal names at the top are no template";
-    EXPECT_EQ(zonEquivalent(zonSectionByNum(top, 1), zonSectionByNum(copy, 1), nullptr), 1);
-    EXPECT_EQ(zoneDeleteNode(copy), 0);
-    return nullptr;
-  });
-}
-
 // Adds a chain of sections below the node and returns the last one.
 CzonSection* Deepen(CzonTargetList* deepest, unsigned depth) {
   for (CzonSection* below; depth > 0; --depth, deepest = below)
@@ -194,7 +170,7 @@ void ExpectDefault(CzonSection* section, const std::string& name, unsigned depth
   ASSERT_EQ(keyword->ParamByNum(1)->GetText(), name);
 }
 
-TEST(Size, DeepTreesOfNodesNeedNoStack) {
+TEST(Size, DeepTreesNeedNoStack) {
   RunOnSmallStack([](void*) -> void* {
     CzonTargetList copy, named;
     auto root = std::make_unique<CzonTargetList>();
@@ -205,21 +181,24 @@ TEST(Size, DeepTreesOfNodesNeedNoStack) {
     visited = 0;
     copy.Explore(CountVisit);
     EXPECT_EQ(visited, kDeep + 4U);
+
+    void* top = static_cast<CzonBase*>(copy.SectionByNum(1));
+    void* inserted = zonInsert(top, top, 1);
+    EXPECT_EQ(zonEquivalent(top, inserted, nullptr), 0) << "equal names at the top are no template";
+    EXPECT_EQ(zonEquivalent(zonSectionByNum(top, 1), zonSectionByNum(inserted, 1), nullptr), 1);
+    EXPECT_EQ(zoneDeleteNode(inserted), 0);
     return nullptr;
   });
 }
 
-class SizeTime : public testing::Test {
- protected:
+struct SizeTime : testing::Test {
   // ZON_PATIENCE is a factor for slow tools.
   void ExpectWithin(int seconds) const {
     const char* factor = std::getenv("ZON_PATIENCE");
     const std::chrono::seconds most(seconds * (factor != nullptr ? std::atoi(factor) : 1));
-    EXPECT_LT(std::chrono::steady_clock::now() - start_, most);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, most);
   }
-
- private:
-  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
 // Quadratic work takes minutes in each of these.
@@ -276,40 +255,33 @@ long StatusOfProcess(const char* name) {
   return -1;
 }
 
-// The peak memory of a process that loads a file and asks for every value in it. The process is
-// this test again, with the file in ZON_TO_LOAD.
+// The peak memory of a process that loads a file and asks for every value in it.
 TEST(Size, MemoryGrowsWithTheFile) {
   if (!kIsRelease) GTEST_SKIP() << "of release builds only";
-  if (const char* path = std::getenv("ZON_TO_LOAD")) {
-    const long before = StatusOfProcess("VmRSS:");
-    const File file(zonLoadFile(path, 1));
-    EXPECT_EQ(zonGetErrorGlb(), 0);
-    zonExplore(file, [](CzonNode* node) {
-      void* handle = static_cast<CzonBase*>(node);
-      if (zonIsNumeric(handle)) zonGetDouble(handle);
-      if (zonIsString(handle)) zonGetString(handle);
-      ++visited;
-    });
-    EXPECT_GT(visited, 1000000U);
-    std::printf("@%ld\n", StatusOfProcess("VmHWM:") - before);
-    return;
-  }
-  const std::string self = std::filesystem::read_symlink("/proc/self/exe");
   for (const auto& [piece, most] : {std::pair("key_of_a_usual_length = 'a text', 2.5\n", 30.0),
                                     {"key = 1\n", 30.0},
                                     {"k# = 'text', 2\n", 30.0},
                                     {", 12345", 64.0},
                                     {",1", 64.0}}) {
     const std::string text = "[A] k = 0 " + Repeat(piece, 1000000) + " EndSect";
-    const std::string path = WriteFile("large.zon", text), output = FolderPath() + "/output";
-    const std::string command = "ZON_TO_LOAD=" + path + " " + self +
-                                " --gtest_filter=Size.MemoryGrowsWithTheFile >" + output;
-    EXPECT_EQ(std::system(command.c_str()), 0);
-    const std::string printed = ReadFile(output);
-    const double bytes = 1024 * std::atof(printed.c_str() + printed.rfind('@') + 1);
-    EXPECT_LE(bytes, most * static_cast<double>(text.size())) << piece;
-    EXPECT_GT(bytes, static_cast<double>(text.size())) << piece;
-    std::printf("%.1f bytes for a byte of %s\n", bytes / static_cast<double>(text.size()), piece);
+    const std::string path = WriteFile("large.zon", text);
+    const double bytes = MeasureApart([&] {
+      const long before = StatusOfProcess("VmRSS:");
+      const File file(zonLoadFile(path.c_str(), 1));
+      EXPECT_EQ(zonGetErrorGlb(), 0);
+      zonExplore(file, [](CzonNode* node) {
+        void* handle = static_cast<CzonBase*>(node);
+        if (zonIsNumeric(handle)) zonGetDouble(handle);
+        if (zonIsString(handle)) zonGetString(handle);
+        ++visited;
+      });
+      EXPECT_GT(visited, 1000000U);
+      return 1024.0 * static_cast<double>(StatusOfProcess("VmHWM:") - before);
+    });
+    const double perByte = bytes / static_cast<double>(text.size());
+    EXPECT_LE(perByte, most) << piece;
+    EXPECT_GT(perByte, 1) << piece;
+    std::printf("%.1f bytes for a byte of %s\n", perByte, piece);
   }
 }
 
