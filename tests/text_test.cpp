@@ -11,27 +11,27 @@ TEST(Text, IsMadeAndAssigned) {
   EXPECT_EQ(CString(kNull, 5), "");
   EXPECT_EQ(CString("abc", 2), "ab");
   EXPECT_EQ(CString("abc", -1), "");
-  EXPECT_EQ(CString('x', 3), "xxx");
   EXPECT_EQ(CString('x', -3), "");
   CString s = std::string("a\0b", 3), part("abcdef"), source(kLong), target(std::move(source));
   EXPECT_EQ(s, kWithZero);
   EXPECT_EQ(s = 'c', "c");
   EXPECT_EQ(s = *&s, "c");
   EXPECT_EQ(s = kNull, "");
-  EXPECT_EQ(s = "t", "t");
-  EXPECT_EQ(s = {}, "");
-  EXPECT_EQ(s = kWithZero, kWithZero);
   EXPECT_EQ(part = part.GetString() + 2, "cdef");
   EXPECT_EQ(source, "");
-  EXPECT_EQ(target, kLong);
   EXPECT_EQ((source = std::move(target)) + "." + target, kLong + ".");
 }
 
+<<<<<<< HEAD
 TEST(Text, IndexesOutsideAreSafe) {
   CString s("abc");
   s.SetAt(3, '?');
   EXPECT_STREQ(s.GetString(), "abc") << "the byte after the last one is not set";
   EXPECT_EQ(s.GetAt(-7), 'a');
+=======
+TEST(Text, IndexesOutsideAreMovedInside) {
+  const CString s("abc");
+>>>>>>> h-cut2
   EXPECT_EQ(s.GetAt(3), '\0');
   EXPECT_EQ(s[1u], 'b');
   EXPECT_EQ(s[-1L], 'a');
@@ -54,8 +54,8 @@ TEST(Text, ComparesBytesUnsignedAndWithoutLocale) {
   const struct {
     const char *left, *right;
     int order, orderNoCase;
-  } rows[] = {{"ab", "AB", 1, 0},     {"ab", "ab", 0, 0},    {"", "", 0, 0},    {"", "a", -1, -1},
-              {"\344", "\304", 1, 1}, {"z", "\200", -1, -1}, {"_", "A", 1, -1}, {"a", kNull, 1, 1}};
+  } rows[] = {{"ab", "AB", 1, 0},    {"ab", "ab", 0, 0}, {"", "a", -1, -1}, {"\344", "\304", 1, 1},
+              {"z", "\200", -1, -1}, {"_", "A", 1, -1},  {"a", kNull, 1, 1}};
   for (const auto& [left, right, order, orderNoCase] : rows) {
     const CString a(left), b(right);
     SCOPED_TRACE((a + " and " + b).GetString());
@@ -72,45 +72,33 @@ TEST(Text, ReturnsItsParts) {
   const CString s("Hello"), list(",,a, bc,");
   EXPECT_EQ(s.Left(2), "He");
   EXPECT_EQ(s.Left(-1), "");
-  EXPECT_EQ(s.Left(9), "Hello");
-  EXPECT_EQ(s.Right(2), "lo");
   EXPECT_EQ(s.Right(-1), "");
   EXPECT_EQ(s.Right(9), "Hello");
   EXPECT_EQ(kWithZero.Right(2), CString("\0b", 2));
   EXPECT_EQ(s.Mid(-3), "Hello");
   EXPECT_EQ(s.Mid(9), "");
-  EXPECT_EQ(s.Mid(1, 3), "ell");
   EXPECT_EQ(s.Mid(3, INT_MAX), "lo");
   EXPECT_EQ(s.Mid(-4, 2), "He");
   EXPECT_EQ(s.Mid(1, -1), "");
   EXPECT_EQ(s.SpanIncluding("leH"), "Hell");
-  EXPECT_EQ(s.SpanIncluding(kNull), "");
   EXPECT_EQ(s.SpanExcluding("ol"), "He");
-  EXPECT_EQ(s.SpanExcluding(""), "Hello");
   EXPECT_EQ(kWithZero.SpanExcluding(CString('\0')), "a");
   int at = -8;
-  EXPECT_EQ(list.Tokenize(", ", at), "a");
-  EXPECT_EQ(list.Tokenize(", ", at), "bc");
-  EXPECT_EQ(list.Tokenize(", ", at), "");
-  EXPECT_EQ(list.Tokenize(", ", at), "") << "-1 is the end and no index";
+  for (const char* token : {"a", "bc", "", ""})  // the second time -1 is the end and no index
+    EXPECT_EQ(list.Tokenize(", ", at), token);
   EXPECT_EQ(at, -1);
 }
 
 TEST(Text, FindsTextsAndCharacters) {
   const CString s("banana");
   EXPECT_EQ(s.Find('n', 3), 4);
-  EXPECT_EQ(s.Find('n', 5), -1);
   EXPECT_EQ(s.Find('b', -5), 0);
   EXPECT_EQ(s.Find('a', 99), -1);
   EXPECT_EQ(s.Find("ana", 2), 3);
-  EXPECT_EQ(s.Find("anab"), -1);
-  EXPECT_EQ(s.Find("", 4), 4);
   EXPECT_EQ(s.Find(kNull, 99), 6);
   EXPECT_EQ(kWithZero.Find(kWithZero.Right(2)), 1);
   EXPECT_EQ(s.ReverseFind('n'), 4);
-  EXPECT_EQ(s.ReverseFind('x'), -1);
   EXPECT_EQ(s.FindOneOf("xn"), 2);
-  EXPECT_EQ(s.FindOneOf(""), -1);
 }
 
 TEST(Text, InsertsAndAppends) {
@@ -120,6 +108,7 @@ TEST(Text, InsertsAndAppends) {
   EXPECT_EQ(s, "<Hello>");
   EXPECT_EQ(own.Insert(2, own.GetString() + 1), 9);
   EXPECT_EQ(own, "Heellollo");
+<<<<<<< HEAD
   EXPECT_EQ(own = "Hello" + CString('-'), "Hello-");
   EXPECT_EQ(own += '>', "Hello->");
   EXPECT_EQ(own += own, "Hello->Hello->");
@@ -160,6 +149,33 @@ TEST(Text, Replaces) {
   EXPECT_EQ(s, kWithZero);
   EXPECT_EQ(own.Replace(own.GetString() + 3, own), 1);
   EXPECT_EQ(own, "HelHello");
+=======
+  EXPECT_EQ(s = "Hello" + CString('-'), "Hello-");
+  EXPECT_EQ(s += s += '-', "Hello--Hello--");
+}
+
+TEST(Text, DeletesAndReplaces) {
+  CString s("Hello"), own("Hello"), empty("Hello");
+  EXPECT_EQ(s.Delete(9), 5);
+  EXPECT_EQ(s.Delete(0, -1), 5);
+  EXPECT_EQ(s.Delete(-2, 2), 3) << "the count is from the first byte";
+  EXPECT_EQ(s.Remove('l'), 2);
+  EXPECT_EQ(s, "o");
+  EXPECT_EQ(s.Delete(0, INT_MAX), 0);
+  empty.Empty();
+  empty.FreeExtra();
+  empty.Preallocate(99);
+  EXPECT_EQ(empty, "");
+  EXPECT_EQ(own.Replace("", "x"), 0);
+  EXPECT_EQ(own.Replace('l', 'L'), 2);
+  EXPECT_EQ(own.Replace("L", "LL"), 2);
+  EXPECT_EQ(own.Replace("L", kNull), 4);
+  EXPECT_EQ(own.Replace(own.GetString() + 2, kWithZero + own), 1);
+  EXPECT_EQ(own, "He" + kWithZero + "Heo");
+  own.SetAt(-1, 'J');
+  own.SetAt(8, '?');
+  EXPECT_STREQ(own.GetString(), "Jea") << "no byte after the last one is set";
+>>>>>>> h-cut2
 }
 
 TEST(Text, TrimsAndChangesCase) {
@@ -183,6 +199,8 @@ TEST(Text, TrimsAndChangesCase) {
 
 TEST(Text, Formats) {
   CString s("old"), own("%d%%d");
+  s.Format(kNull);
+  EXPECT_EQ(s, "");
   for (int length : {0, 255, 256, 5000}) {  // around the room on the stack
     s.Format("%*s", length, "");
     EXPECT_EQ(s, CString(' ', length));
@@ -202,18 +220,24 @@ CString Lent(int room, const CString& written) {
   EXPECT_EQ(s.GetLength(), 5);
   return s;
 }
-CString Released(CString s, int length) {
-  s.ReleaseBuffer(length);
-  return s;
-}
 
 TEST(Text, ReleasesALentBuffer) {
-  EXPECT_EQ(Released(Lent(9, {"Hello1234", 10}), -1), "Hello1234");
-  EXPECT_EQ(Released(Lent(7, "xxxxxxx"), -1), "xxxxxxx");
-  EXPECT_EQ(Released(Lent(0, {"Hi", 3}), -1), "Hi");
-  EXPECT_EQ(Released(Lent(-1, kWithZero), 3), kWithZero);
-  EXPECT_EQ(Released(Lent(7, "Jello"), 99), CString("Jello\0", 7));
-  EXPECT_EQ(Released(Lent(7, "Jello"), -2), "");
+  const struct {
+    int room;
+    CString written;
+    int length;
+    CString released;
+  } rows[] = {{9, {"Hello1234", 10}, -1, "Hello1234"},
+              {7, "xxxxxxx", -1, "xxxxxxx"},
+              {0, {"Hi", 3}, -1, "Hi"},
+              {-1, kWithZero, 3, kWithZero},
+              {7, "Jello", 99, {"Jello\0", 7}},
+              {7, "Jello", -2, ""}};
+  for (const auto& row : rows) {
+    CString s = Lent(row.room, row.written);
+    s.ReleaseBuffer(row.length);
+    EXPECT_EQ(s, row.released);
+  }
   CString s("x");
   s.GetBufferSetLength(3)[1] = 'y';
   EXPECT_EQ(s, CString("xy\0", 3));

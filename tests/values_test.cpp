@@ -116,11 +116,9 @@ TEST(Values, LongAndCutTexts) {
   for (const char* word : {"false", "true ", "1", ""}) EXPECT_EQ(CzonBool(word).GetBool(), 0);
 }
 
-TEST(References, FollowTheVariableAlsoAsCopies) {
-  int integer = 1, truth = 0;
-  float single = 1;
-  double number = 1;
+TEST(References, OfStringsFollowTheirPointerAlsoAsCopies) {
   char first[] = "first", second[] = "second", *text = first;
+<<<<<<< HEAD
   CzonKeyword keyword, copy;
   keyword.AddParam(new CzonIntRef(&integer));
   keyword.AddParam(new CzonFloatRef(&single));
@@ -139,11 +137,23 @@ TEST(References, FollowTheVariableAlsoAsCopies) {
   }
   EXPECT_EQ(string.GetString(), "second");
   EXPECT_EQ(stringCopy.GetString(), "second");
+=======
+  const CzonStringRef string(&text);
+  CzonStringRef copy;
+  copy.Copy(&string);
+  text = second;
+  EXPECT_EQ(string.GetString(), "second");
+  EXPECT_EQ(copy.GetString(), "second");
+>>>>>>> h-cut2
   text = nullptr;
   EXPECT_EQ(string.GetString(), "");
 }
 
+<<<<<<< HEAD
 TEST(References, ToNothing) {
+=======
+TEST(References, OfNothingAreZero) {
+>>>>>>> h-cut2
   EXPECT_EQ(CzonIntRef().GetInt(), 0);
   EXPECT_EQ(CzonBoolRef().GetBool(), 0);
   EXPECT_EQ(CzonDoubleRef().GetDouble(), 0);
@@ -180,6 +190,7 @@ TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
   EXPECT_DEATH(CzonReal().Copy(&param), "^zonreal: .*`Node'");
   EXPECT_DEATH(CzonStringRef().Copy(&real), "^zonstrir: .*`Node'");
   EXPECT_DEATH(CzonInt().Copy(&real), "^zonint: .*`Node'");
+  EXPECT_DEATH(CzonIntRef().Copy(&real), "^zonintr: .*`Node'");
   EXPECT_DEATH(CzonFloatRef().Copy(&real), "^zonfloar: .*`Node'");
 }
 
@@ -210,6 +221,7 @@ TEST(Defaults, AreSoughtOutward) {
   }
 }
 
+<<<<<<< HEAD
 TEST(Defaults, AreFoundAsSoonAsTheyAreAdded) {
   CzonTargetList root;
   auto* section = new CzonSection("S", 0, 0);
@@ -237,6 +249,27 @@ TEST(Defaults, AreFoundAsSoonAsTheyAreAdded) {
     add("K");
     EXPECT_EQ(found("K"), "of 'k'");
     EXPECT_EQ(found(""), "of ''");
+=======
+// A definition of no name, or of white space, is found by just that name.
+TEST(Defaults, AreSeenAsTheyAreAdded) {
+  CzonTargetList root;
+  auto* section = new CzonSection("S", 0, 0);
+  root.AddSection(section);
+  for (int time = 1; time <= 2; ++time, section->Clear()) {
+    std::vector<std::string> added;
+    for (const std::string name : {"", "k", " "}) {
+      auto* definition = new CzonDefaultDef(name, 0, 0);
+      definition->AddParam(new CzonParam(name));
+      section->AddDefaultDef(definition);
+      added.push_back(name);
+      for (const std::string sought : {"", "K", " "}) {
+        const CzonParam* value = section->FindDefault(definition, sought, 1);
+        const std::string same = sought == "K" ? "k" : sought;
+        EXPECT_EQ(value != nullptr, std::count(added.begin(), added.end(), same) == 1);
+        EXPECT_EQ(value != nullptr ? value->GetText() : same, same);
+      }
+    }
+>>>>>>> h-cut2
   }
 }
 
