@@ -6,7 +6,7 @@
 
 namespace {
 
-using namespace host;
+using host::As, host::File, host::Load;
 
 // ZON_NUMBERS names a table of hard cases: text, bits of the double, REAL or INTEGER, bits of the
 // float, IsFloat, IsInt, GetInt, source; tabs between them, '#' before comments.
@@ -20,7 +20,7 @@ TEST(Numbers, ReadAsTheTableSays) {
     if (line[0] == '#' || line.rfind("text\t", 0) == 0) continue;
     ++rows;
     File file(Load("[A] k = " + line.substr(0, line.find('\t')) + " EndSect"));
-    const auto* value = &As<CzonParam>(ValueOf(file));
+    const auto* value = &As<CzonParam>(host::ValueOf(file));
     char facts[64];
     std::snprintf(facts, sizeof facts, "\t%016lX\t%s\t%08X\t%d\t%d\t%d",
                   bits(value->GetDouble(), 0UL),
@@ -31,83 +31,60 @@ TEST(Numbers, ReadAsTheTableSays) {
   EXPECT_GT(rows, 0U) << path;
 }
 
-// The value as double and float, both hexadecimal, the kinds that it fits, and the value as int.
-std::string Views(const CzonNode& value) {
-  char text[99];
-  std::snprintf(text, sizeof text, "%a %a%s%s%s %d", value.GetDouble(),
-                static_cast<double>(value.GetFloat()), value.IsDouble() != 0 ? " double" : "",
-                value.IsFloat() != 0 ? " float" : "", value.IsInt() != 0 ? " int" : "",
-                value.GetInt());
-  return text;
+// The double, the float, IsDouble, IsFloat and IsInt, the integer, and what it was made of.
+std::string Views(const CzonNode& value, long long whole) {
+  char views[99];
+  std::snprintf(views, sizeof views, "%a %a %d%d%d %d %lld", value.GetDouble(),
+                static_cast<double>(value.GetFloat()), value.IsDouble(), value.IsFloat(),
+                value.IsInt(), value.GetInt(), whole);
+  return views;
 }
 
-TEST(Values, RealsHaveTheirViews) {
-  const struct {
-    const char *text, *views;
-    long long whole;  // as FloatToInt makes it
-  } rows[] = {
-      {"-0.0", "-0x0p+0 0x0p+0 double float int 0", 0},
-      {"-1e39", "-0x1.78287f49c4a1dp+129 -0x1.fffffep+127 double 0", 0},
-      {"3.4028234663852886e38", "0x1.fffffep+127 0x1.fffffep+127 double float 0", 0},
-      {"3.402823466385289e38", "0x1.fffffe0000001p+127 0x1.fffffep+127 double 0", 0},
-      {"1.1754943508222875e-38", "0x1p-126 0x1p-126 double float 0", 0},
-      {"1.1754943508222874e-38", "0x1.fffffffffffffp-127 0x0p+0 double float 0", 0},
-      {"1e400", "inf 0x1.fffffep+127 double 0", 0},
-      {"-2147483649", "-0x1.00000002p+31 -0x1p+31 double float int 2147483647", -2147483649},
-      {"9223372036854774784", "0x1.fffffffffffffp+62 0x1p+63 double float int -1024",
-       9223372036854774784},
-      {"9223372036854775808", "0x1p+63 0x1p+63 double float 0", 0},
-      {"-9223372036854775808", "-0x1p+63 -0x1p+63 double float int 0", LLONG_MIN},
-      {"nan", "nan nan double float 0", 0},
-      {" \t\n+7xyz", "0x1.cp+2 0x1.cp+2 double float int 7", 7},
-      {"0xinf", "0x0p+0 0x0p+0 double float int 0", 0},
-      {"0x.p1", "0x0p+0 0x0p+0 double float int 0", 0},
-      {"0XaAg", "0x1.54p+7 0x1.54p+7 double float int 170", 170},
-      {"0xfF.8p1", "0x1.ffp+8 0x1.ffp+8 double float int 511", 511},
-      {"0x1p9999", "inf 0x1.fffffep+127 double 0", 0},
-      {"-0x0.aFp-9999", "-0x0p+0 0x0p+0 double float int 0", 0},
-      {"-+5", "0x0p+0 0x0p+0 double float int 0", 0},
-      {"1e99999999999999999999", "inf 0x1.fffffep+127 double 0", 0},
-      {"1e-400", "0x0p+0 0x0p+0 double float int 0", 0},
-      {"+-5", "0x0p+0 0x0p+0 double float int 0", 0}};
-  for (const auto& [text, views, whole] : rows) {
+TEST(Values, HaveTheirViews) {
+  const std::tuple<char, const char*, const char*> rows[] = {
+      {'r', "-0.0", "-0x0p+0 0x0p+0 111 0 0"},
+      {'r', "-1e39", "-0x1.78287f49c4a1dp+129 -0x1.fffffep+127 100 0 0"},
+      {'r', "3.4028234663852886e38", "0x1.fffffep+127 0x1.fffffep+127 110 0 0"},
+      {'r', "3.402823466385289e38", "0x1.fffffe0000001p+127 0x1.fffffep+127 100 0 0"},
+      {'r', "1.1754943508222875e-38", "0x1p-126 0x1p-126 110 0 0"},
+      {'r', "1.1754943508222874e-38", "0x1.fffffffffffffp-127 0x0p+0 110 0 0"},
+      {'r', "1e400", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "-2147483649", "-0x1.00000002p+31 -0x1p+31 111 2147483647 -2147483649"},
+      {'r', "9223372036854774784", "0x1.fffffffffffffp+62 0x1p+63 111 -1024 9223372036854774784"},
+      {'r', "9223372036854775808", "0x1p+63 0x1p+63 110 0 0"},
+      {'r', "-9223372036854775808", "-0x1p+63 -0x1p+63 111 0 -9223372036854775808"},
+      {'r', "nan", "nan nan 110 0 0"},
+      {'r', " \t\n+7xyz", "0x1.cp+2 0x1.cp+2 111 7 7"},
+      {'r', "0xinf", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "0x.p1", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "0XaAg", "0x1.54p+7 0x1.54p+7 111 170 170"},
+      {'r', "0xfF.8p1", "0x1.ffp+8 0x1.ffp+8 111 511 511"},
+      {'r', "0x1p9999", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "-0x0.aFp-9999", "-0x0p+0 0x0p+0 111 0 0"},
+      {'r', "-+5", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "1e99999999999999999999", "inf 0x1.fffffep+127 100 0 0"},
+      {'r', "1e-400", "0x0p+0 0x0p+0 111 0 0"},
+      {'r', "+-5", "0x0p+0 0x0p+0 111 0 0"},
+      {'i', " \t-7x", "-0x1.cp+2 -0x1.cp+2 111 -7 -7"},
+      {'i', "9223372036854775808", "0x1p+63 0x1p+63 111 -1 9223372036854775807"},
+      {'i', "-9223372036854775809", "-0x1p+63 -0x1p+63 111 0 -9223372036854775808"}};
+  for (const auto& [kind, text, views] : rows) {
     CzonReal real(text);
-    EXPECT_EQ(real.IsInt(), 0) << "not before it is asked for";
-    EXPECT_EQ(real.FloatToInt(), whole) << text;
-    EXPECT_EQ(Views(real), views) << text;
-    real.Init();
-    EXPECT_EQ(real.FloatToInt(), 0) << text;
-    EXPECT_EQ(Views(real), "0x0p+0 0x0p+0 0") << text;
-  }
-}
-
-TEST(Values, IntegersHaveTheirViews) {
-  const struct {
-    const char *text, *views;
-    long long whole;  // as CStoInt makes it
-  } rows[] = {{" \t-7x", "-0x1.cp+2 -0x1.cp+2 double float int -7", -7},
-              {"9223372036854775808", "0x1p+63 0x1p+63 double float int -1", LLONG_MAX},
-              {"-9223372036854775809", "-0x1p+63 -0x1p+63 double float int 0", LLONG_MIN}};
-  for (const auto& [text, views, whole] : rows) {
     CzonInt integer(text);
-    EXPECT_EQ(integer.IsInt(), 0) << "not before it is asked for";
-    EXPECT_EQ(integer.CStoInt(), whole) << text;
-    EXPECT_EQ(Views(integer), views) << text;
+    EXPECT_EQ(real.IsInt() + integer.IsInt(), 0);  // not before it is asked for
+    EXPECT_EQ(kind == 'r' ? Views(real, real.FloatToInt()) : Views(integer, integer.CStoInt()),
+              views)
+        << text;
+    real.Init();
+    EXPECT_EQ(Views(real, real.FloatToInt()), "0x0p+0 0x0p+0 000 0 0");
   }
-}
-
-TEST(Values, LoadedNumbersHaveTheirViews) {
-  File file(Load("[A] k = -0, -9007199254740993, 12345678901.2345678901 EndSect"));
-  EXPECT_EQ(Views(As(ValueOf(file, 1))), "-0x0p+0 0x0p+0 double float int 0");
-  EXPECT_EQ(Views(As(ValueOf(file, 2))), "-0x1p+53 -0x1p+53 double float int -1");
-  EXPECT_EQ(Views(As(ValueOf(file, 3))), "0x1.6fee0e1a9e065p+33 0x1.6fee0ep+33 double float 0");
-}
-
-TEST(Values, LongAndCutTexts) {
+  File file(Load("[A] k = -0, -9007199254740993, 12345678901.2345678901 EndSect"));  // another way
+  EXPECT_EQ(Views(As(host::ValueOf(file, 1)), 0), "-0x0p+0 0x0p+0 111 0 0");
+  EXPECT_EQ(Views(As(host::ValueOf(file, 2)), 0), "-0x1p+53 -0x1p+53 111 -1 0");
+  EXPECT_EQ(Views(As(host::ValueOf(file, 3)), 0), "0x1.6fee0e1a9e065p+33 0x1.6fee0ep+33 110 0 0");
   const std::string zeros(400, '0');
-  EXPECT_EQ(CzonDouble("0." + zeros + "1").GetDouble(), 0);
-  EXPECT_EQ(CzonDouble("0." + zeros + "1e9").GetDouble(), 0);
-  EXPECT_EQ(CzonDouble("0." + zeros + "1e800").GetDouble(), HUGE_VAL);
+  for (const auto& [text, value] : {std::pair("e9", 0.0), {"", 0.0}, {"e800", HUGE_VAL}})
+    EXPECT_EQ(CzonDouble("0." + zeros + "1" + text).GetDouble(), value) << text;
   for (const char* end : {"e-9", "", ".", "x", "e", "e-"})
     EXPECT_EQ(CzonDouble("1" + zeros + end).GetDouble(), HUGE_VAL) << end;
   for (const char* one : {"1e", "1e-", "1e+x"}) EXPECT_EQ(CzonReal(one).GetDouble(), 1) << one;
@@ -118,42 +95,17 @@ TEST(Values, LongAndCutTexts) {
 
 TEST(References, OfStringsFollowTheirPointerAlsoAsCopies) {
   char first[] = "first", second[] = "second", *text = first;
-<<<<<<< HEAD
-  CzonKeyword keyword, copy;
-  keyword.AddParam(new CzonIntRef(&integer));
-  keyword.AddParam(new CzonFloatRef(&single));
-  keyword.AddParam(new CzonDoubleRef(&number));
-  keyword.AddParam(new CzonBoolRef(&truth));
-  copy.Copy(&keyword);
-  const CzonStringRef string(&text);
-  CzonStringRef stringCopy;
-  stringCopy.Copy(&string);
-  integer = -2, single = 2.5F, number = 3.5, truth = 4, text = second;
-  for (const CzonKeyword* read : {&keyword, &copy}) {
-    EXPECT_EQ(read->ParamByNum(1)->GetInt(), -2);
-    EXPECT_EQ(read->ParamByNum(2)->GetFloat(), 2.5F);
-    EXPECT_EQ(read->ParamByNum(3)->GetDouble(), 3.5);
-    EXPECT_EQ(read->ParamByNum(4)->GetBool(), 4);
-  }
-  EXPECT_EQ(string.GetString(), "second");
-  EXPECT_EQ(stringCopy.GetString(), "second");
-=======
   const CzonStringRef string(&text);
   CzonStringRef copy;
   copy.Copy(&string);
   text = second;
   EXPECT_EQ(string.GetString(), "second");
   EXPECT_EQ(copy.GetString(), "second");
->>>>>>> h-cut2
   text = nullptr;
   EXPECT_EQ(string.GetString(), "");
 }
 
-<<<<<<< HEAD
-TEST(References, ToNothing) {
-=======
 TEST(References, OfNothingAreZero) {
->>>>>>> h-cut2
   EXPECT_EQ(CzonIntRef().GetInt(), 0);
   EXPECT_EQ(CzonBoolRef().GetBool(), 0);
   EXPECT_EQ(CzonDoubleRef().GetDouble(), 0);
@@ -169,11 +121,12 @@ TEST(Values, CopyAllTheirViews) {
   }
   File file(Load("[A] k = -7 {r}, 99999999999, 1e39, 4.0, true, 'x', |a|, #d#, %1, EndSect"));
   for (unsigned n = 1; n <= 10; ++n) {
-    CzonNode& value = As(ValueOf(file, n));
+    CzonNode& value = As(host::ValueOf(file, n));
     const std::unique_ptr<CzonNode> copy(value.CreateObj());
     copy->Copy(&value);
-    EXPECT_EQ(Facts(static_cast<CzonBase*>(copy.get())), Facts(static_cast<CzonBase*>(&value)));
-    EXPECT_EQ(Show(copy.get()), Show(&value));
+    EXPECT_EQ(host::Facts(static_cast<CzonBase*>(copy.get())),
+              host::Facts(static_cast<CzonBase*>(&value)));
+    EXPECT_EQ(host::Show(copy.get()), host::Show(&value));
   }
 }
 
@@ -195,61 +148,30 @@ TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
 }
 
 TEST(Defaults, AreSoughtOutward) {
-  // The one keyword of the section gets two placeholders after its first value.
-  const struct {
-    const char *name, *body, *second, *third;  // values; "" for a placeholder that stays
-  } rows[] = {
-      {"each value by itself",
-       "default (k) = 0, 3, 4 [B] default (k) = 0, 1 default (K) = 0, 5, 6 k = 0 EndSect", "1",
-       "4"},
-      {"past an empty value",
-       "default (k) = 0, 1, 2 [B] default (k) = 0, , 7 [C] k = 0 EndSect EndSect", "1", "7"},
-      {"not in what follows", "default (k) = 0, 1, 2 [B] k = 0 default (k) = 0, 3, 4 EndSect", "1",
-       "2"},
-      {"not in the section around it", "[B] k = 0 EndSect default (k) = 0, 1, 2", "", ""},
-      {"not in a neighbour", "[B] default (k) = 0, 1, 2 EndSect [C] k = 0 EndSect", "", ""}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    File file(Load(std::string("[A] ") + row.body + " EndSect"));
+  // Beside the body of a section the second and third value of its keyword, which gets two
+  // placeholders behind its first value; "-" for one that stays.
+  const std::pair<const char*, const char*> rows[] = {
+      {"default (k) = 0, 3, 4 [B] default (k) = 0, 1 default (K) = 0, 5, 6 k = 0 EndSect", "14"},
+      {"default (k) = 0, 1, 2 [B] default (k) = 0, , 7 [C] k = 0 EndSect EndSect", "17"},
+      {"default (k) = 0, 1, 2 [B] k = 0 default (k) = 0, 3, 4 EndSect", "12"},
+      {"[B] k = 0 EndSect default (k) = 0, 1, 2", "--"},
+      {"[B] default (k) = 0, 1, 2 EndSect [C] k = 0 EndSect", "--"}};
+  for (const auto& [body, expected] : rows) {
+    File file(Load(std::string("[A] ") + body + " EndSect"));
     static CzonKeyword* keyword;
     zonExplore(file, [](CzonNode* node) {
       if (node->GetSyntaxClass() == kZonKeyword) keyword = static_cast<CzonKeyword*>(node);
     });
-    for (int n = 0; n < 2; ++n) keyword->AddParam(new CzonDefaultPar);
-    EXPECT_EQ(keyword->ParamByNum(2)->GetText(), row.second);
-    EXPECT_EQ(keyword->ParamByNum(3)->GetText(), row.third);
+    std::string values;
+    for (unsigned n = 2; n <= 3; ++n) {
+      keyword->AddParam(new CzonDefaultPar);
+      const CzonParam* value = keyword->ParamByNum(n);
+      values += value->IsDefaultPar() ? "-" : value->GetText();
+    }
+    EXPECT_EQ(values, expected) << body;
   }
 }
 
-<<<<<<< HEAD
-TEST(Defaults, AreFoundAsSoonAsTheyAreAdded) {
-  CzonTargetList root;
-  auto* section = new CzonSection("S", 0, 0);
-  root.AddSection(section);
-  const auto add = [&](const char* name) {
-    auto* definition = new CzonDefaultDef(name, 0, 0);
-    definition->AddParam(new CzonParam("of '" + std::string(name) + "'"));
-    section->AddDefaultDef(definition);
-  };
-  const auto found = [&](const char* name) {
-    const CzonParam* value =
-        section->FindDefault(section->NodeByNum(section->GetNoNodes()), name, 1);
-    return value != nullptr ? value->GetText() : "none";
-  };
-  for (int time = 1; time <= 2; ++time, section->Clear()) {
-    add("");
-    EXPECT_EQ(found(""), "of ''");
-    EXPECT_EQ(found(" "), "none");
-    EXPECT_EQ(found("K"), "none");
-    add("k");
-    EXPECT_EQ(found("K"), "of 'k'");
-    EXPECT_EQ(found(" "), "none");
-    add(" ");
-    EXPECT_EQ(found(" "), "of ' '");
-    add("K");
-    EXPECT_EQ(found("K"), "of 'k'");
-    EXPECT_EQ(found(""), "of ''");
-=======
 // A definition of no name, or of white space, is found by just that name.
 TEST(Defaults, AreSeenAsTheyAreAdded) {
   CzonTargetList root;
@@ -269,7 +191,6 @@ TEST(Defaults, AreSeenAsTheyAreAdded) {
         EXPECT_EQ(value != nullptr ? value->GetText() : same, same);
       }
     }
->>>>>>> h-cut2
   }
 }
 
@@ -293,12 +214,12 @@ TEST(Defaults, AreSeenInAnyList) {
   EXPECT_EQ(CzonKeyword("k", 0, 0).FindDefault(nullptr, "k", 1), nullptr);
 }
 
-// What the library reads and writes of one file, as one text.
+// All that the library reads and writes of one file, as one text.
 std::string Everything() {
   const std::string path =
-      WriteFile("LOCALE.zon",
-                "[TITLE] INT_I = 1234567, 2.5, TRUE, |I\\i.dat|, 1e5, .5, 'Ii'\n"
-                "IX = '<CLOB:Double:2.5,Integer:1234>' EndSect");
+      host::WriteFile("LOCALE.zon",
+                      "[TITLE] INT_I = 1234567, 2.5, TRUE, |I\\i.dat|, 1e5, .5, 'Ii'\n"
+                      "IX = '<CLOB:Double:2.5,Integer:1234>' EndSect");
   const File file(zonLoadFile(path.c_str(), 0));
   zonAddTarget(file, "B");
   zonAddKeyword(file, "i");
@@ -309,17 +230,20 @@ std::string Everything() {
   zonAddClobDouble(file, 1234.5);
   void* title = zonTargetByNameNum(file, "title", 1);
   void* keyword = zonKeywordByNameNum(title, "int_i", 1);
-  EXPECT_EQ(zonGetNoParams(keyword), 7);
-  EXPECT_EQ(zonGetDouble(zonParamByNum(keyword, 2)), 2.5);
-  EXPECT_EQ(zonGetClobDouble(zonParamByNum(zonKeywordByNameNum(title, "ix", 1), 1)), 2.5);
-  EXPECT_EQ(zonFindSectionByHandle(file, "tItLe:1"), title);
-  EXPECT_EQ(CzonNumeric::string_to_double("2.5"), 2.5);
-  std::string all = zonGetFilename(zonParamByNum(keyword, 4)) + ShowTree(file);
+  std::string all = std::to_string(zonGetNoParams(keyword)) +
+                    zonGetFilename(zonParamByNum(keyword, 4)) + zonGetNameGlb(keyword) +
+                    ShowTree(file);
+  all += zonGetDouble(zonParamByNum(keyword, 2)) == 2.5 ? " 2.5" : " ?";
+  all += zonGetClobDouble(zonParamByNum(zonKeywordByNameNum(title, "ix", 1), 1)) == 2.5 ? "" : "?";
+  all += zonFindSectionByHandle(file, "tItLe:1") == title ? "" : "?";
   for (const auto write : {zonDump, zonWrite}) {
     write(write == zonDump ? zonGetRoot(file) : file, path.c_str());
-    all += ReadFileWithoutDates(path);
+    const std::string text = host::ReadFile(path);
+    all += text.substr(write == zonWrite ? text.find("// DLL") : 0);
   }
-  all += WrittenBy(CzonDouble("1234567.5")) + WrittenBy(CzonFloat("2.5"));
+  std::ostringstream out;
+  CzonDouble("1234567.5").Write(CzonFloat("2.5").Write(out) << '|');
+  all += out.str() + (CzonNumeric::string_to_double("2.5") == 2.5 ? "" : "?");
   void* reader = nullptr;
   zontLoadFile(path.c_str(), &reader);
   for (int token = 1; token != 0; all += zontGetTokenString(reader)) token = zontNextToken(reader);
@@ -329,9 +253,11 @@ std::string Everything() {
 
 TEST(Locale, ChangesNothing) {
   const std::string plain = Everything();
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+  EXPECT_EQ(plain.find('?'), std::string::npos) << plain;
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new host::Commas));
   EXPECT_EQ(Everything(), plain);
-  EXPECT_TRUE(std::has_facet<Commas>(std::locale())) << "is left as it was";
+  EXPECT_TRUE(std::has_facet<host::Commas>(std::locale())) << "is left as it was";
   std::locale::global(before);
   setenv("LOCPATH", ZON_LOCALES, 1);
   for (const std::string name :
