@@ -1,4 +1,4 @@
-// Tested by tests/io_faults.cpp.
+// Tested by tests/faults/io_faults_test.cpp.
 #include "base/zonfile.h"
 
 #include <fcntl.h>

@@ -12,7 +12,6 @@
 namespace host {
 
 using Texts = std::vector<std::string>;
-using Codes = std::vector<int>;
 
 // What MessageHook and ReportHook have received since the last call, oldest first. A report is its
 // severity and its pattern with the words filled in: "1: Open error: x.zon".
