@@ -202,7 +202,6 @@ TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
   } rows[] = {
       {"file", &Reader::ParseParFile, "[A]", 100, "A"},
       {"end of the list", &Reader::ParseSectionList, " ", 0, ""},
-      {"section", &Reader::ParseSection, "[A]", 100, "A"},
       {"no section", &Reader::ParseSection, "A", -1, "", "Bad section, expected ["},
       {"header", &Reader::ParseSectionHeader, "[A]", true, "A"},
       {"end", &Reader::ParseEndSection, "EndSect", 101, ""},
@@ -214,10 +213,7 @@ TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
       {"note", &Reader::ParseMoreParameter, "{", -1, "", "Bad comment, missing }"},
       {"empty place", &Reader::ParseSimParameter, "fals", 1000, ""},
       {"body", &Reader::ParseSectionBody, "/*", -1, "", "Bad comment, missing */"},
-      {"string", &Reader::ParseString, "a''b'", 1030, "a'b"},
-      {"file name", &Reader::ParseFilename, "a|", 1200, "a"},
       {"blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
-      {"signed number", [](Reader& r) { return r.ParseNumber('-'); }, "5", 1020, "-5"},
       {"number after the end", [](Reader& r) { return r.ParseNumber(-1); }, "5", 1020, "5"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
