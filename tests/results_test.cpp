@@ -9,11 +9,9 @@ int templateReads = 0;
 extern "C" __attribute__((visibility("default"))) char* getenv(const char* name) noexcept {
   if (std::strcmp(name, "VXRESULTFOLDERTEMPLATE") == 0) ++templateReads;
   const std::size_t length = std::strlen(name);
-  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    if (std::strncmp(*entry, name, length) == 0 && (*entry)[length] == '=') {
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
+    if (std::strncmp(*entry, name, length) == 0 && (*entry)[length] == '=')
       return *entry + length + 1;
-    }
-  }
   return nullptr;
 }
 
@@ -25,8 +23,7 @@ struct Sample : host::File {  // a file with one value in it, k of A
   explicit Sample(const char* text = "out/a") : File(zonCreate()) {
     zonAddTarget(*this, "A");
     zonPutParamResultFilename(*this, "k", text);
-    section = zonTargetByNum(*this, 1);
-    value = zonParamByNum(zonKeywordByNum(section, 1), 1);
+    section = zonTargetByNum(*this, 1), value = host::ValueOf(*this);
   }
   void *section, *value;
 };
@@ -67,7 +64,6 @@ TEST(Results, FolderFollowsFromSettingsAnchorAndWorkingDirectory) {
     expect(here + "./m.zon" + end, "./m.zon");
     expect(here + "/cfg/m.zon" + end, "cfg/m.zon");
     expect("/p/m.zon" + end, "/p/m.zon");
-    expect(here + "/m.zon" + end, here + "/m.zon");
     expect("r\\/p/m.zon" + end, "/p/m.zon", "r\\", 1, "");
     expect("c", "m.zon", "/r", -2, "c");
   }
@@ -89,18 +85,15 @@ TEST(Results, SettingsAreTheRoots) {
   EXPECT_STREQ(folder, "c\\d");
   EXPECT_EQ(zonGetCustomResultFolder2(file.value, nullptr, folder, 4), 0);
   const host::File treeless(host::Load("[A"));
-  const struct {
-    const char* name;
-    void* handle;
-    int code;
-  } rows[] = {{"null", nullptr, 1005}, {"value", file.value, 1005}, {"no tree", treeless, 1006}};
-  for (const auto& [name, handle, code] : rows) {
-    zonGetErrorGlb();
+  zonGetErrorGlb();
+  for (void* handle : {static_cast<void*>(nullptr), file.value, static_cast<void*>(treeless)}) {
+    host::Messages();
     zonSetProjectResultRoot(handle, "x");
+    EXPECT_EQ(zonGetErrorGlb(), handle == treeless ? 1006 : 1005);
     zonSetCustomResultFolder(handle, 1, "x");
-    EXPECT_EQ(zonGetErrorGlb(), code) << name;
+    EXPECT_EQ(zonGetErrorGlb(), handle == treeless ? 1006 : 1005);
+    EXPECT_EQ(host::Messages().size(), 2U);
   }
-  EXPECT_EQ(host::Messages().size(), 7U);
   zonConstructResultFolderPathName();
   zonGetResultFolderPath(file.value, nullptr);
   EXPECT_EQ(host::Heard(), "0");
@@ -110,21 +103,21 @@ TEST(Results, SettingsAreTheRoots) {
 }
 
 TEST(Results, FoldersReadTheirTemplateEachTime) {
-  char path[100];
-  const auto reads = [&path](const char* text, const char* root, int use) {
+  const struct {
+    const char *name, *root;
+    int use;
+  } rows[] = {{"a", "", 0}, {"a", "/r", 0}, {"/a", "", 0}, {"a", "", 1}};
+  for (const auto& [name, root, use] : rows) {
     const Sample file;
-    zonAddString(file, text);
+    zonAddString(file, name);
     zonSetAnchorFilename(file.value, "/p/m.zon");
     zonSetProjectResultRoot(file, root);
     zonSetCustomResultFolder(file, use, "c");
     templateReads = 0;
-    zonGetResultFolderPath(zonParamByNum(zonKeywordByNum(file.section, 1), 2), path);
-    return templateReads;
-  };
-  EXPECT_EQ(reads("a", "", 0), 1);  // by the anchor
-  EXPECT_EQ(reads("a", "/r", 0), 1);
-  EXPECT_EQ(reads("/a", "", 0), 1);  // no folder
-  EXPECT_EQ(reads("a", "", 1), 1);
+    char path[100];
+    zonGetResultFolderPath(host::ValueOf(file, 2), path);
+    EXPECT_EQ(templateReads, 1) << name << path;
+  }
 }
 
 TEST(Results, NamesAreAddedAndFound) {
@@ -149,7 +142,7 @@ TEST(Results, NamesAreAddedAndFound) {
   EXPECT_EQ(zonAddResultFilenameS(nullptr, nullptr), 1005);
   const Sample file;
   zonAddString(file, "/a");
-  void* rooted = zonParamByNum(zonKeywordByNum(file.section, 1), 2);
+  void* rooted = host::ValueOf(file, 2);
   EXPECT_EQ(FolderOf(rooted), "");
   EXPECT_EQ(PathOf(rooted), "/a");
   for (void* other : {static_cast<void*>(nullptr), file.section}) {

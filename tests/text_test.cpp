@@ -22,14 +22,6 @@ TEST(Text, IsMadeAndAssigned) {
   EXPECT_EQ((source = std::move(target)) + "." + target, kLong + ".");
 }
 
-TEST(Text, IndexesOutsideAreMovedInside) {
-  const CString s("abc");
-  EXPECT_EQ(s.GetAt(3), '\0');
-  EXPECT_EQ(s[1u], 'b');
-  EXPECT_EQ(s[-1L], 'a');
-  EXPECT_EQ(s[~std::size_t{0}], '\0');
-}
-
 template <class Left, class Right>
 void ExpectOrder(const Left& left, const Right& right, int order) {
   EXPECT_EQ(left == right, order == 0);
@@ -81,6 +73,10 @@ TEST(Text, ReturnsItsParts) {
 
 TEST(Text, FindsTextsAndCharacters) {
   const CString s("banana");
+  EXPECT_EQ(s.GetAt(6), '\0');
+  EXPECT_EQ(s[1u], 'a');
+  EXPECT_EQ(s[-1L], 'b');
+  EXPECT_EQ(s[~std::size_t{0}], '\0');
   EXPECT_EQ(s.Find('n', 3), 4);
   EXPECT_EQ(s.Find('b', -5), 0);
   EXPECT_EQ(s.Find('a', 99), -1);

