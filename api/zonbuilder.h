@@ -4,6 +4,7 @@
 #define ZON_API_ZONBUILDER_H
 
 #include "api/zoncheck.h"
+#include "tree/zonnodeaccess.h"
 
 namespace zon {
 
@@ -41,7 +42,7 @@ int BuildS(void* handle, F body, Arguments... arguments) {
 template <class T, class F>
 void AddNewParam(CzonData& data, F&& fill) {
   if (!data.HasKeyword()) return;
-  T* param = CzonNode::Make<T>(data.GetArena());
+  T* param = NodeAccess::Make<T>(data.GetArena());
   fill(*param, &data.GetArena());
   data.AddParam(param);
 }

@@ -5,42 +5,43 @@
 #include "base/zonhook.h"
 #include "tree/zonclob.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
 
 CzonData::~CzonData() {
-  CzonNode::Free(root_);
+  zon::NodeAccess::Free(root_);
 }
 
 void CzonData::AddTarget(const std::string& name) {
   if (section_ != nullptr) return Error("Previous section was not completed");
   if (root_ == nullptr) return Error("Missing list");
-  root_->SetHandle(this);
-  auto* section = CzonNode::Make<CzonSection>(*arena_);
-  section->SetName(name);
+  zon::NodeAccess::SetHandle(*root_, this);
+  auto* section = zon::NodeAccess::Make<CzonSection>(*arena_);
+  zon::NodeAccess::SetName(*section, name);
   root_->AddSection(section);
   OpenSection(section);
 }
 
 void CzonData::AddSection(const std::string& name) {
   if (!HasSection()) return;
-  auto* section = CzonNode::Make<CzonSection>(*arena_);
-  section->SetName(name);
+  auto* section = zon::NodeAccess::Make<CzonSection>(*arena_);
+  zon::NodeAccess::SetName(*section, name);
   section_->AddSection(section);
   OpenSection(section);
 }
 
 void CzonData::AddKeyword(const std::string& name) {
   if (!HasSection()) return;
-  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
-  keyword->SetName(name);
+  auto* keyword = zon::NodeAccess::Make<CzonKeyword>(*arena_);
+  zon::NodeAccess::SetName(*keyword, name);
   section_->AddKeyword(keyword);
   keyword_ = keyword;
   clob_ = nullptr;
 }
 
 void CzonData::AddParam(CzonParam* param) {
-  if (!HasKeyword()) return CzonNode::Free(param);
+  if (!HasKeyword()) return zon::NodeAccess::Free(param);
   if (param == nullptr) return;
   keyword_->AddParam(param);
   clob_ = param->IsClob() ? static_cast<CzonClob*>(param) : nullptr;

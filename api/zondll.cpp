@@ -14,6 +14,7 @@
 #include "reader/zonload.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonstring.h"
 
 using zon::CopyOut;
@@ -383,7 +384,8 @@ int zonGetBool(void* node) {
 const char* zonGetString(void* node) {
   return QueryNode<const char*>(node, EmpSt(), [](CzonNode& n) {
     // Our own strings need not be made into objects first; a class of the host is asked as any.
-    if (typeid(n) == typeid(CzonString)) return static_cast<CzonString&>(n).GetChars();
+    if (typeid(n) == typeid(CzonString))
+      return zon::NodeAccess::GetChars(static_cast<CzonString&>(n));
     return n.GetString().c_str();
   });
 }

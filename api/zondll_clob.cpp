@@ -8,6 +8,7 @@
 #include "api/zonbuilder.h"
 #include "base/zonemptytext.h"
 #include "paths/zonpath.h"
+#include "tree/zonnodeaccess.h"
 
 using zon::Build;
 using zon::BuildS;
@@ -18,7 +19,7 @@ using zon::TextOf;
 namespace {
 
 void AddClob(CzonData& data) {
-  if (data.HasKeyword()) data.AddParam(CzonNode::Make<CzonClob>(data.GetArena()));
+  if (data.HasKeyword()) data.AddParam(zon::NodeAccess::Make<CzonClob>(data.GetArena()));
 }
 
 template <class F>
@@ -163,7 +164,9 @@ const char* zonGetClobFilename(void* node) {
     // The path is kept first: the cursor must not have moved if out of memory.
     const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {
-      path = clob.Keep(zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename())).c_str();
+      path =
+          zon::NodeAccess::Keep(clob, zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename()))
+              .c_str();
     }
     clob.GetClobFilename();
     return path;

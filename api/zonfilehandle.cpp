@@ -5,6 +5,7 @@
 #include "tree/zonbool.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonreal.h"
 #include "tree/zonsection.h"
 #include "tree/zonstring.h"
@@ -18,7 +19,7 @@ void CzonLoad::Take(std::unique_ptr<CzonParser> parser) {
   if (parser_ == nullptr) return;
   arena_ = &parser_->GetArena();
   root_ = parser_->GetRoot();
-  if (root_ != nullptr) root_->SetHandle(this);
+  if (root_ != nullptr) zon::NodeAccess::SetHandle(*root_, this);
 }
 
 CzonLoad::~CzonLoad() {
@@ -26,7 +27,7 @@ CzonLoad::~CzonLoad() {
 }
 
 CzonCreate::CzonCreate() {
-  root_ = CzonNode::Make<CzonTargetList>(*arena_);
+  root_ = zon::NodeAccess::Make<CzonTargetList>(*arena_);
 }
 
 void CzonCreate::AddSectionDef(const std::string& name, int multi, int mandat) {
@@ -38,8 +39,8 @@ void CzonCreate::AddSectionDef(const std::string& name, int multi, int mandat) {
 void CzonCreate::AddKeywordDef(const std::string& name, const std::string& codes, int multi,
                                int mandat, int flag) {
   if (!HasSection()) return;
-  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
-  keyword->SetName(name);
+  auto* keyword = zon::NodeAccess::Make<CzonKeyword>(*arena_);
+  zon::NodeAccess::SetName(*keyword, name);
   keyword->SetMultiMandat(multi, mandat);
   if (flag != 0) keyword->SetOpenList();
   std::string invalid;
@@ -60,7 +61,7 @@ namespace {
 
 template <class T, class F>
 CzonParam* NewFilled(Arena& arena, F&& fill) {
-  T* definition = CzonNode::Make<T>(arena);
+  T* definition = zon::NodeAccess::Make<T>(arena);
   fill(*definition);
   return definition;
 }
@@ -70,17 +71,21 @@ CzonParam* NewFilled(Arena& arena, F&& fill) {
 CzonParam* NewDefinition(char code, Arena& arena) {
   switch (Upper(code)) {
     case 'B':
-      return NewFilled<CzonBool>(arena, [&](CzonBool& p) { p.SetBool(false, &arena); });
+      return NewFilled<CzonBool>(arena,
+                                 [&](CzonBool& p) { zon::NodeAccess::SetValue(p, false, &arena); });
     case 'D':
-      return NewFilled<CzonDoubleDef>(arena, [&](CzonDoubleDef& p) { p.SetDouble(0.0, &arena); });
+      return NewFilled<CzonDoubleDef>(
+          arena, [&](CzonDoubleDef& p) { zon::NodeAccess::SetValue(p, 0.0, &arena); });
     case 'F':
-      return NewFilled<CzonFloatDef>(arena, [&](CzonFloatDef& p) { p.SetFloat(0.0F, &arena); });
+      return NewFilled<CzonFloatDef>(
+          arena, [&](CzonFloatDef& p) { zon::NodeAccess::SetValue(p, 0.0F, &arena); });
     case 'I':  // its integer view is there, the others are not
-      return NewFilled<CzonIntDef>(arena, [&](CzonIntDef& p) { p.SetText("0", &arena); });
+      return NewFilled<CzonIntDef>(
+          arena, [&](CzonIntDef& p) { zon::NodeAccess::SetText(p, "0", &arena); });
     case 'N':
-      return CzonNode::Make<CzonFilename>(arena);
+      return zon::NodeAccess::Make<CzonFilename>(arena);
     case 'S':
-      return CzonNode::Make<CzonString>(arena);
+      return zon::NodeAccess::Make<CzonString>(arena);
     default:
       return nullptr;
   }

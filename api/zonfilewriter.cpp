@@ -9,6 +9,7 @@
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
 namespace zon {
@@ -16,10 +17,10 @@ namespace {
 
 template <class Value, class Fill>
 void AddSetting(CzonSection& section, const char* name, zon::Arena& arena, Fill&& fill) {
-  auto* value = CzonNode::Make<Value>(arena);
+  auto* value = NodeAccess::Make<Value>(arena);
   fill(*value);
-  auto* keyword = CzonNode::Make<CzonKeyword>(arena);
-  keyword->SetName(name);
+  auto* keyword = NodeAccess::Make<CzonKeyword>(arena);
+  NodeAccess::SetName(*keyword, name);
   keyword->AddParam(value);
   section.AddKeyword(keyword);
 }
@@ -38,15 +39,17 @@ CzonSection* AddSettings(CzonData& data) {
     return nullptr;
   }
   Arena& arena = data.GetArena();
-  auto* section = CzonNode::Make<CzonSection>(arena);
-  section->SetName("SYSTEM");
-  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena,
-                           [&](CzonFilename& value) { value.SetText(resultRoot, &arena); });
+  auto* section = NodeAccess::Make<CzonSection>(arena);
+  NodeAccess::SetName(*section, "SYSTEM");
+  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena, [&](CzonFilename& value) {
+    NodeAccess::SetText(value, resultRoot, &arena);
+  });
   AddSetting<CzonBool>(*section, "UseCustomResultFolder", arena,
-                       [&](CzonBool& value) { value.SetBool(use != 0, &arena); });
-  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena,
-                           [&](CzonFilename& value) { value.SetText(custom, &arena); });
-  root->SetHandle(&data);
+                       [&](CzonBool& value) { NodeAccess::SetValue(value, use != 0, &arena); });
+  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena, [&](CzonFilename& value) {
+    NodeAccess::SetText(value, custom, &arena);
+  });
+  NodeAccess::SetHandle(*root, &data);
   root->AddSection(section);  // whole or, for want of memory, not at all
   return section;
 }
@@ -73,8 +76,8 @@ bool WriteTree(CzonData& data, const char* fileName) {
   } catch (...) {  // there is no memory, and the tree is as it was
     root->SetZonFilename(before);
     if (settings != nullptr) {
-      root->Unfile(settings);
-      CzonNode::Free(settings);
+      NodeAccess::Unfile(settings);
+      NodeAccess::Free(settings);
     }
     throw;
   }

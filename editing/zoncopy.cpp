@@ -6,6 +6,9 @@
 #include "api/zon.h"
 #include "api/zoncheck.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
+
+using zon::NodeAccess;
 
 namespace {
 
@@ -21,21 +24,21 @@ void LeaveChildren(const CzonNamedNode& node) {
   const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
   auto* handle = root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
   if (handle == nullptr) return;
-  for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
+  for (CzonNode* child : NodeAccess::Children(node)) handle->UpdateCurrentNode(child);
 }
 
 // All or nothing: what may fail comes first. A host's class has its own Copy.
 void CopyOnto(const CzonNamedNode& source, CzonNamedNode& target) {
-  if (!target.IsOfLibrary() && typeid(source) == typeid(target)) {
+  if (!NodeAccess::IsOfLibrary(target) && typeid(source) == typeid(target)) {
     LeaveChildren(target);
     target.Copy(&source);
-    if (target.GetOwner() != nullptr) target.GetOwner()->RestoreNumbers(target);
+    if (target.GetOwner() != nullptr) NodeAccess::RestoreNumbers(target);
     return;
   }
-  const std::unique_ptr<CzonNamedNode> copy = target.CopyAside(source);
-  target.Rename(source.GetNameView());
+  const std::unique_ptr<CzonNamedNode> copy = NodeAccess::CopyAside(target, source);
+  NodeAccess::Rename(target, NodeAccess::GetNameView(source));
   LeaveChildren(target);
-  target.SwapContent(*copy);
+  NodeAccess::SwapContent(target, *copy);
 }
 
 CzonNode* NewCopy(CzonNode& source) {
@@ -79,7 +82,8 @@ void* zonInsert(void* source, void* reference, int after) {
         return nullptr;
       }
       std::unique_ptr<CzonNode> copy(NewCopy(from));
-      owner->FileAt(copy.get(), owner->PlaceOf(&beside) + (after != 0 ? 1 : 0));
+      const std::uint32_t place = NodeAccess::PlaceOf(*owner, beside);
+      NodeAccess::FileAt(*owner, copy.get(), place + (after != 0 ? 1 : 0));
       return static_cast<CzonBase*>(copy.release());
     });
   });

@@ -31,7 +31,7 @@ class ZON_API CzonFilename : public CzonParam {
   /** Replaces the name; `text` may be a part of the present one. */
   void SetFilename(std::string_view text) { SetText(text, GetArena()); }
 
-  // For the library's own use: the path alone, which leaves the buffer as it is.
+  /** The path alone; the buffer of GetFilename stays as it is. */
   std::string GetPath() const;
 
  private:

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "reader/zonlexer.h"
-#include "reader/zonparser.h"
+#include "reader/zontokencodes.h"
 #include "reader/zontreebuilder.h"
 
 namespace zon {
@@ -146,12 +146,12 @@ void Engine::ReadToken() {
       token_ = kTokenNumbers[VALUES];
       return;
     }
-    token_ = TokenNumber(parser_.ReadToken());
+    token_ = TokenNumber(tokens_.ReadToken());
   }
   if (!mayTakeMore || !kLineStates[state]) return;
   while (token_ == kTokenNumbers[IDENTIFIER] && lexer_.ConsumeLine()) {
     CzonKeyword* keyword = builder_.MakeLine();
-    token_ = TokenNumber(parser_.ReadToken());
+    token_ = TokenNumber(tokens_.ReadToken());
     builder_.FileKeyword(values_[depth_ - 1].node, keyword);
   }
 }

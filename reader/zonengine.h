@@ -10,36 +10,35 @@
 #define ZON_READER_ZONENGINE_H
 
 #include <cstddef>
-#include <string_view>
 
-class CzonNode;
-class CzonParser;
+#include "reader/zonsymbolvalue.h"
+
+class CyyParser;
 
 namespace zon {
 
 class Lexer;
 class TreeBuilder;
 
-// The value of a grammar symbol: the node that a rule made, or the text of a token.
-struct SymbolValue {
-  union {
-    CzonNode* node;
-    const char* chars;
-  };
-  std::size_t size;
+// Where the tokens come from: the lexer, or the scanner of a derived parser.
+class TokenSource {
+ public:
+  virtual int ReadToken() = 0;
 
-  std::string_view Text() const { return {chars, size}; }
-  void SetText(std::string_view text) {
-    chars = text.data();
-    size = text.size();
-  }
+ protected:
+  ~TokenSource() = default;
 };
 
 class Engine {
  public:
   // `takesLines`: nothing else sees the tokens, so that the lexer may take many as one.
-  Engine(CzonParser& parser, Lexer& lexer, TreeBuilder& builder, bool takesLines)
-      : parser_(parser), lexer_(lexer), builder_(builder), takesLines_(takesLines) {}
+  Engine(CyyParser& parser, TokenSource& tokens, Lexer& lexer, TreeBuilder& builder,
+         bool takesLines)
+      : parser_(parser),
+        tokens_(tokens),
+        lexer_(lexer),
+        builder_(builder),
+        takesLines_(takesLines) {}
 
   // Parses the input to its end. Returns 0, or 1 after an error, which the parser records.
   int Run();
@@ -53,7 +52,8 @@ class Engine {
   void ReadToken();
   int Fail(const char* message);
 
-  CzonParser& parser_;
+  CyyParser& parser_;
+  TokenSource& tokens_;
   Lexer& lexer_;
   TreeBuilder& builder_;
   const bool takesLines_;

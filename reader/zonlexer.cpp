@@ -5,8 +5,8 @@
 
 #include "base/zonchars.h"
 #include "base/zonnumberscan.h"
-#include "reader/zonparser.h"
 #include "reader/zonsource.h"
+#include "reader/zontokencodes.h"
 #include "reader/zonvaluelist.h"
 
 namespace zon {

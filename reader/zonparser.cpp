@@ -11,10 +11,15 @@
 #include "tree/zonsection.h"
 #include "tree/zonstring.h"
 
-struct CzonParser::Parts {
-  Parts(CzonParser& parser, CyyInput& input, CyyStream* stream, zon::Arena& arena)
-      : lexer(parser, input, stream, arena), builder(parser, lexer, arena) {}
+struct CzonParser::Parts : zon::TokenSource {
+  Parts(CzonParser& owner, CyyInput& input, CyyStream* stream, zon::Arena& arena)
+      : parser(owner), lexer(owner, input, stream, arena), builder(owner, lexer, arena) {}
 
+  int ReadToken() override {
+    return parser.hasOwnScanner_ ? parser.ReadOwnToken() : parser.yylex();
+  }
+
+  CzonParser& parser;
   zon::Lexer lexer;
   zon::TreeBuilder builder;
 };
@@ -48,11 +53,7 @@ int CzonParser::Parse(int keep) {
 }
 
 int CzonParser::yyparse() {
-  return zon::Engine(*this, parts_->lexer, parts_->builder, !listsTokens_).Run();
-}
-
-int CzonParser::ReadToken() {
-  return hasOwnScanner_ ? ReadOwnToken() : yylex();
+  return zon::Engine(*this, *parts_, parts_->lexer, parts_->builder, !listsTokens_).Run();
 }
 
 int CzonParser::yylex() {

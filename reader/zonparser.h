@@ -7,30 +7,12 @@
 #include <string>
 
 #include "reader/yyparser.h"
+#include "reader/zontokencodes.h"
 
 class CzonNamedNode;
 class CzonNode;
 class CzonParam;
 class CzonTargetList;
-
-namespace zon {
-class Engine;
-}
-
-/** The codes that yylex returns. Any other code from 1 to 255 is a character by itself. */
-enum CzonToken : int {
-  ENDOFINPUT = 0,  ///< also after an error
-  INTEGER = 257,
-  REAL = 258,
-  BOOLEAN = 259,
-  STRING = 260,
-  IDENTIFIER = 261,
-  BRACE_TEXT = 262,
-  ENDSECT = 263,
-  DEFAULT = 264,
-  DATETIME = 265,
-  FILENAME = 266
-};
 
 /** The scanner and parser of parameter files: makes the tree. */
 class ZON_API CzonParser : public CyyParser {
@@ -67,10 +49,8 @@ class ZON_API CzonParser : public CyyParser {
   using CyyParser::GetArena;
 
  private:
-  friend class zon::Engine;
   struct Parts;
 
-  int ReadToken();
   int ReadOwnToken();
 
   std::unique_ptr<Parts> parts_;

@@ -9,8 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "reader/zonengine.h"
+#include "reader/zonsymbolvalue.h"
+#include "tree/zondeferredvalues.h"
 
+class CyyParser;
 class CzonKeyword;
 class CzonNamedNode;
 class CzonTargetList;
@@ -18,11 +20,11 @@ class CzonTargetList;
 namespace zon {
 
 class Arena;
+class Lexer;
 
 class TreeBuilder {
  public:
-  TreeBuilder(CzonParser& parser, const Lexer& lexer, Arena& arena)
-      : parser_(parser), lexer_(lexer), arena_(arena) {}
+  TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena);
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
   ~TreeBuilder();
@@ -56,11 +58,13 @@ class TreeBuilder {
   template <class T>
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewValue(int token, std::string_view text);
+  void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   std::string_view Signed(char sign, std::string_view number);
 
-  CzonParser& parser_;
+  CyyParser& parser_;
   const Lexer& lexer_;
   Arena& arena_;
+  ValueDeferral deferral_;
   FileKind kind_ = kUndecided;
   CzonTargetList* list_ = nullptr;  // of the sections at the top level
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted

@@ -248,7 +248,7 @@ TEST(Nodes, KeepGlobalNameFlagsAndFileName) {
   CzonSection& below = *RootOf(file).SectionByNum(1)->SectionByNum(1);
   EXPECT_EQ(below.GetNameGlb(), "A.B");
   below.Clear();
-  below.SetName("C");
+  EXPECT_EQ(zoneRenameSection(&below, "C"), 0);
   EXPECT_EQ(below.GetNameGlb(), "A.C");
 }
 
