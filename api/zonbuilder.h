@@ -5,6 +5,7 @@
 
 #include "api/zonguard.h"
 #include "api/zonhandlecheck.h"
+#include "tree/zonnodeaccess.h"
 
 namespace zon {
 
@@ -44,7 +45,7 @@ int BuildS(void* handle, F body, Arguments... arguments) {
 template <class T, class F>
 void AddNewParam(CzonData& data, F&& fill) {
   if (!data.HasKeyword()) return;
-  T* param = CzonNode::Make<T>(data.GetArena());
+  T* param = NodeAccess::Make<T>(data.GetArena());
   fill(*param, &data.GetArena());
   data.AddParam(param);
 }

@@ -12,7 +12,7 @@
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
-#include "tree/zonnameindex.h"
+#include "tree/zonnamelist.h"
 #include "tree/zonparam.h"
 #include "tree/zonreal.h"
 #include "tree/zonreference.h"

@@ -6,6 +6,7 @@
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonint.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonreference.h"
 
 using zon::AddNewParam;
@@ -29,26 +30,31 @@ void AddKeyword(CzonData& data, const char* name) {
 }
 
 void AddInt(CzonData& data, int value) {
-  AddNewParam<CzonInt>(data, [&](CzonInt& p, zon::Arena* arena) { p.SetInt(value, arena); });
+  AddNewParam<CzonInt>(
+      data, [&](CzonInt& p, zon::Arena* arena) { zon::NodeAccess::SetValue(p, value, arena); });
 }
 void AddFloat(CzonData& data, float value) {
-  AddNewParam<CzonFloat>(data, [&](CzonFloat& p, zon::Arena* arena) { p.SetFloat(value, arena); });
+  AddNewParam<CzonFloat>(
+      data, [&](CzonFloat& p, zon::Arena* arena) { zon::NodeAccess::SetValue(p, value, arena); });
 }
 void AddDouble(CzonData& data, double value) {
-  AddNewParam<CzonDouble>(data,
-                          [&](CzonDouble& p, zon::Arena* arena) { p.SetDouble(value, arena); });
+  AddNewParam<CzonDouble>(
+      data, [&](CzonDouble& p, zon::Arena* arena) { zon::NodeAccess::SetValue(p, value, arena); });
 }
 void AddBool(CzonData& data, int value) {
-  AddNewParam<CzonBool>(data,
-                        [&](CzonBool& p, zon::Arena* arena) { p.SetBool(value != 0, arena); });
+  AddNewParam<CzonBool>(data, [&](CzonBool& p, zon::Arena* arena) {
+    zon::NodeAccess::SetValue(p, value != 0, arena);
+  });
 }
 void AddString(CzonData& data, const char* text) {
-  AddNewParam<CzonString>(
-      data, [&](CzonString& p, zon::Arena* arena) { p.SetText(TextOf(text), arena); });
+  AddNewParam<CzonString>(data, [&](CzonString& p, zon::Arena* arena) {
+    zon::NodeAccess::SetText(p, TextOf(text), arena);
+  });
 }
 void AddFilename(CzonData& data, const char* text) {
-  AddNewParam<CzonFilename>(
-      data, [&](CzonFilename& p, zon::Arena* arena) { p.SetText(TextOf(text), arena); });
+  AddNewParam<CzonFilename>(data, [&](CzonFilename& p, zon::Arena* arena) {
+    zon::NodeAccess::SetText(p, TextOf(text), arena);
+  });
 }
 void AddUndefinedPar(CzonData& data) {
   AddNewParam<CzonUndefinedPar>(data, [](CzonUndefinedPar&, zon::Arena*) {});
@@ -57,7 +63,7 @@ void AddUndefinedPar(CzonData& data) {
 template <class Reference, class Variable>
 void AddReference(CzonData& data, Variable* variable) {
   if (!data.HasKeyword()) return;
-  data.AddParam(CzonNode::Make<Reference>(data.GetArena(), variable));
+  data.AddParam(zon::NodeAccess::Make<Reference>(data.GetArena(), variable));
 }
 void AddIntRef(CzonData& data, int* variable) {
   AddReference<CzonIntRef>(data, variable);

@@ -9,6 +9,7 @@
 #include "base/zonemptytext.h"
 #include "paths/zonpath.h"
 #include "tree/zonclob.h"
+#include "tree/zonnodeaccess.h"
 
 using zon::Build;
 using zon::BuildS;
@@ -19,7 +20,7 @@ using zon::TextOf;
 namespace {
 
 void AddClob(CzonData& data) {
-  if (data.HasKeyword()) data.AddParam(CzonNode::Make<CzonClob>(data.GetArena()));
+  if (data.HasKeyword()) data.AddParam(zon::NodeAccess::Make<CzonClob>(data.GetArena()));
 }
 
 template <class F>
@@ -158,7 +159,9 @@ const char* zonGetClobFilename(void* node) {
     // Resolved before GetClobFilename moves the cursor: it must not move if out of memory.
     const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {
-      path = clob.Keep(zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename())).c_str();
+      path =
+          zon::NodeAccess::Keep(clob, zon::ResolveFilename(clob.PeekText(), clob.GetZonFilename()))
+              .c_str();
     }
     clob.GetClobFilename();
     return path;

@@ -6,6 +6,7 @@
 #include "api/zoncopyout.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonstring.h"
 
 using zon::EmpSt;
@@ -36,7 +37,9 @@ int zonGetBool(void* node) {
 const char* zonGetString(void* node) {
   return Query<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) {
     // GetString has to make a std::string. A class of the host can override it.
-    if (typeid(n) == typeid(CzonString)) return static_cast<CzonString&>(n).GetChars();
+    if (typeid(n) == typeid(CzonString)) {
+      return zon::NodeAccess::GetChars(static_cast<CzonString&>(n));
+    }
     return n.GetString().c_str();
   });
 }

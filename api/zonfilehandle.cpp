@@ -11,6 +11,7 @@
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 #include "tree/zonreal.h"
 #include "tree/zonsection.h"
@@ -21,7 +22,7 @@ namespace {
 
 template <class T, class F>
 CzonParam* MakeFilled(Arena& arena, F&& fill) {
-  T* definition = CzonNode::Make<T>(arena);
+  T* definition = zon::NodeAccess::Make<T>(arena);
   fill(*definition);
   return definition;
 }
@@ -31,17 +32,21 @@ CzonParam* MakeFilled(Arena& arena, F&& fill) {
 CzonParam* MakeDefinition(char code, Arena& arena) {
   switch (Upper(code)) {
     case 'B':
-      return MakeFilled<CzonBool>(arena, [&](CzonBool& p) { p.SetBool(false, &arena); });
+      return MakeFilled<CzonBool>(
+          arena, [&](CzonBool& p) { zon::NodeAccess::SetValue(p, false, &arena); });
     case 'D':
-      return MakeFilled<CzonDoubleDef>(arena, [&](CzonDoubleDef& p) { p.SetDouble(0.0, &arena); });
+      return MakeFilled<CzonDoubleDef>(
+          arena, [&](CzonDoubleDef& p) { zon::NodeAccess::SetValue(p, 0.0, &arena); });
     case 'F':
-      return MakeFilled<CzonFloatDef>(arena, [&](CzonFloatDef& p) { p.SetFloat(0.0F, &arena); });
+      return MakeFilled<CzonFloatDef>(
+          arena, [&](CzonFloatDef& p) { zon::NodeAccess::SetValue(p, 0.0F, &arena); });
     case 'I':  // set as a text: only its integer view is known
-      return MakeFilled<CzonIntDef>(arena, [&](CzonIntDef& p) { p.SetText("0", &arena); });
+      return MakeFilled<CzonIntDef>(
+          arena, [&](CzonIntDef& p) { zon::NodeAccess::SetText(p, "0", &arena); });
     case 'N':
-      return CzonNode::Make<CzonFilename>(arena);
+      return zon::NodeAccess::Make<CzonFilename>(arena);
     case 'S':
-      return CzonNode::Make<CzonString>(arena);
+      return zon::NodeAccess::Make<CzonString>(arena);
     default:
       return nullptr;
   }
@@ -50,38 +55,38 @@ CzonParam* MakeDefinition(char code, Arena& arena) {
 }  // namespace zon
 
 CzonData::~CzonData() {
-  CzonNode::Free(root_);
+  zon::NodeAccess::Free(root_);
 }
 
 void CzonData::AddTarget(const std::string& name) {
   if (section_ != nullptr) return Error("Previous section was not completed");
   if (root_ == nullptr) return Error("Missing list");
-  root_->SetHandle(this);
-  auto* section = CzonNode::Make<CzonSection>(*arena_);
-  section->SetName(name);
+  zon::NodeAccess::SetHandle(*root_, this);
+  auto* section = zon::NodeAccess::Make<CzonSection>(*arena_);
+  zon::NodeAccess::SetName(*section, name);
   root_->AddSection(section);
   OpenSection(section);
 }
 
 void CzonData::AddSection(const std::string& name) {
   if (!HasSection()) return;
-  auto* section = CzonNode::Make<CzonSection>(*arena_);
-  section->SetName(name);
+  auto* section = zon::NodeAccess::Make<CzonSection>(*arena_);
+  zon::NodeAccess::SetName(*section, name);
   section_->AddSection(section);
   OpenSection(section);
 }
 
 void CzonData::AddKeyword(const std::string& name) {
   if (!HasSection()) return;
-  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
-  keyword->SetName(name);
+  auto* keyword = zon::NodeAccess::Make<CzonKeyword>(*arena_);
+  zon::NodeAccess::SetName(*keyword, name);
   section_->AddKeyword(keyword);
   keyword_ = keyword;
   clob_ = nullptr;
 }
 
 void CzonData::AddParam(CzonParam* param) {
-  if (!HasKeyword()) return CzonNode::Free(param);
+  if (!HasKeyword()) return zon::NodeAccess::Free(param);
   if (param == nullptr) return;
   keyword_->AddParam(param);
   clob_ = param->IsClob() ? static_cast<CzonClob*>(param) : nullptr;
@@ -150,7 +155,7 @@ void CzonLoad::SetParser(std::unique_ptr<CzonParser> parser) {
   if (parser_ == nullptr) return;
   arena_ = &parser_->GetArena();
   root_ = parser_->GetRoot();
-  if (root_ != nullptr) root_->SetHandle(this);
+  if (root_ != nullptr) zon::NodeAccess::SetHandle(*root_, this);
 }
 
 CzonLoad::~CzonLoad() {
@@ -158,7 +163,7 @@ CzonLoad::~CzonLoad() {
 }
 
 CzonCreate::CzonCreate() {
-  root_ = CzonNode::Make<CzonTargetList>(*arena_);
+  root_ = zon::NodeAccess::Make<CzonTargetList>(*arena_);
 }
 
 void CzonCreate::AddSectionDef(const std::string& name, int multi, int mandat) {
@@ -170,8 +175,8 @@ void CzonCreate::AddSectionDef(const std::string& name, int multi, int mandat) {
 void CzonCreate::AddKeywordDef(const std::string& name, const std::string& codes, int multi,
                                int mandat, int flag) {
   if (!HasSection()) return;
-  auto* keyword = CzonNode::Make<CzonKeyword>(*arena_);
-  keyword->SetName(name);
+  auto* keyword = zon::NodeAccess::Make<CzonKeyword>(*arena_);
+  zon::NodeAccess::SetName(*keyword, name);
   keyword->SetMultiMandat(multi, mandat);
   if (flag != 0) keyword->SetOpenList();
   std::string invalid;

@@ -9,6 +9,7 @@
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
 namespace zon {
@@ -16,10 +17,10 @@ namespace {
 
 template <class Value, class Fill>
 void AddSetting(CzonSection& section, const char* name, zon::Arena& arena, Fill&& fill) {
-  auto* value = CzonNode::Make<Value>(arena);
+  auto* value = NodeAccess::Make<Value>(arena);
   fill(*value);
-  auto* keyword = CzonNode::Make<CzonKeyword>(arena);
-  keyword->SetName(name);
+  auto* keyword = NodeAccess::Make<CzonKeyword>(arena);
+  NodeAccess::SetName(*keyword, name);
   keyword->AddParam(value);
   section.AddKeyword(keyword);
 }
@@ -39,15 +40,18 @@ CzonSection* AddSettings(CzonData& data) {
     return nullptr;
   }
   Arena& arena = data.GetArena();
-  auto* section = CzonNode::Make<CzonSection>(arena);
-  section->SetName("SYSTEM");
-  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena,
-                           [&](CzonFilename& value) { value.SetText(resultRoot, &arena); });
-  AddSetting<CzonBool>(*section, "UseCustomResultFolder", arena,
-                       [&](CzonBool& value) { value.SetBool(use != 0, &arena); });
-  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena,
-                           [&](CzonFilename& value) { value.SetText(custom, &arena); });
-  root->SetHandle(&data);
+  auto* section = NodeAccess::Make<CzonSection>(arena);
+  NodeAccess::SetName(*section, "SYSTEM");
+  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena, [&](CzonFilename& value) {
+    NodeAccess::SetText(value, resultRoot, &arena);
+  });
+  AddSetting<CzonBool>(*section, "UseCustomResultFolder", arena, [&](CzonBool& value) {
+    zon::NodeAccess::SetValue(value, use != 0, &arena);
+  });
+  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena, [&](CzonFilename& value) {
+    zon::NodeAccess::SetText(value, custom, &arena);
+  });
+  zon::NodeAccess::SetHandle(*root, &data);
   root->AddSection(section);  // last: throws if out of memory
   return section;
 }
@@ -74,8 +78,8 @@ bool WriteTree(CzonData& data, const char* fileName) {
   } catch (...) {  // out of memory: restore the tree
     root->SetZonFilename(before);
     if (settings != nullptr) {
-      root->Unfile(settings);
-      CzonNode::Free(settings);
+      NodeAccess::Unfile(settings);
+      NodeAccess::Free(settings);
     }
     throw;
   }

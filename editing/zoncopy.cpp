@@ -5,6 +5,7 @@
 #include <typeinfo>
 
 #include "api/zonfilehandle.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
 namespace zon {
@@ -15,22 +16,22 @@ void LeaveChildren(const CzonNamedNode& node) {
   const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
   auto* handle = root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
   if (handle == nullptr) return;
-  for (CzonNode* child : node.Children()) handle->UpdateCurrentNode(child);
+  for (CzonNode* child : NodeAccess::Children(node)) handle->UpdateCurrentNode(child);
 }
 
 // A class of the host overrides Copy, so this is called. A node of the library is copied aside
 // first: all that can fail precedes the first change of the target.
 void CopyNamedNode(const CzonNamedNode& source, CzonNamedNode& target) {
-  if (!target.IsOfLibrary() && typeid(source) == typeid(target)) {
+  if (!NodeAccess::IsOfLibrary(target) && typeid(source) == typeid(target)) {
     LeaveChildren(target);
     target.Copy(&source);
-    if (target.GetOwner() != nullptr) target.GetOwner()->RestoreNumbers(target);
+    if (target.GetOwner() != nullptr) NodeAccess::RestoreNumbers(target);
     return;
   }
-  const std::unique_ptr<CzonNamedNode> copy = target.CopyAside(source);
-  target.Rename(source.GetNameView());
+  const std::unique_ptr<CzonNamedNode> copy = NodeAccess::CopyAside(target, source);
+  NodeAccess::Rename(target, NodeAccess::GetNameView(source));
   LeaveChildren(target);
-  target.SwapContent(*copy);
+  NodeAccess::SwapContent(target, *copy);
 }
 
 // False for the root of a file, which IsSection counts as a section.
@@ -61,7 +62,8 @@ CzonNode* InsertCopy(CzonNode& source, const CzonNode& reference, bool after) {
   std::unique_ptr<CzonNode> copy(source.CreateObj());
   copy->Copy(&source);
   CzonNamedNode* owner = reference.GetOwner();
-  owner->FileAt(copy.get(), owner->PlaceOf(&reference) + (after ? 1 : 0));
+  const std::uint32_t place = NodeAccess::PlaceOf(*owner, reference);
+  NodeAccess::FileAt(*owner, copy.get(), place + (after ? 1 : 0));
   return copy.release();
 }
 

@@ -9,9 +9,11 @@
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonint.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonreal.h"
 #include "tree/zonstring.h"
 
+using zon::NodeAccess;
 using zon::TextOf;
 
 namespace {
@@ -91,7 +93,7 @@ int ModifyReal(void* keyword, unsigned int n, double value, const zon::NumberTex
   return Edit(keyword, [&](CzonNode& node) {
     CzonNode& param = zon::RequireParam(zon::RequireKeyword(node), n);
     if (typeid(param) == typeid(CzonReal)) {
-      static_cast<CzonReal&>(param).SetReal(value, text.View(), param.GetArena());
+      NodeAccess::SetReal(static_cast<CzonReal&>(param), value, text.View());
     } else {
       Modify<T>(param, fill);
     }
@@ -99,20 +101,15 @@ int ModifyReal(void* keyword, unsigned int n, double value, const zon::NumberTex
 }
 
 // How a node of each kind is given its value.
-auto SetInt(int value) {
-  return [value](CzonInt& p) { p.SetInt(value, p.GetArena()); };
-}
-auto SetFloat(float value) {
-  return [value](CzonFloat& p) { p.SetFloat(value, p.GetArena()); };
-}
-auto SetDouble(double value) {
-  return [value](CzonDouble& p) { p.SetDouble(value, p.GetArena()); };
-}
-auto SetBool(int value) {
-  return [value](CzonBool& p) { p.SetBool(value != 0, p.GetArena()); };
+template <class Number>
+auto SetValue(Number number) {
+  return
+      [number](auto& value) { NodeAccess::SetValue(value, number, NodeAccess::GetArena(value)); };
 }
 auto SetText(const char* text) {
-  return [text](CzonParam& p) { p.SetText(TextOf(text), p.GetArena()); };
+  return [text](CzonParam& value) {
+    NodeAccess::SetText(value, TextOf(text), NodeAccess::GetArena(value));
+  };
 }
 void SetNothing(CzonParam&) {}
 
@@ -139,16 +136,16 @@ void* zoneInsertNewKeyword(void* section, const char* name, unsigned int positio
 }
 
 void* zoneInsertParameterInt(void* keyword, unsigned int position, int value) {
-  return InsertParameter<CzonInt>(keyword, position, SetInt(value));
+  return InsertParameter<CzonInt>(keyword, position, SetValue(value));
 }
 void* zoneInsertParameterFloat(void* keyword, unsigned int position, float value) {
-  return InsertParameter<CzonFloat>(keyword, position, SetFloat(value));
+  return InsertParameter<CzonFloat>(keyword, position, SetValue(value));
 }
 void* zoneInsertParameterDouble(void* keyword, unsigned int position, double value) {
-  return InsertParameter<CzonDouble>(keyword, position, SetDouble(value));
+  return InsertParameter<CzonDouble>(keyword, position, SetValue(value));
 }
 void* zoneInsertParameterBool(void* keyword, unsigned int position, int value) {
-  return InsertParameter<CzonBool>(keyword, position, SetBool(value));
+  return InsertParameter<CzonBool>(keyword, position, SetValue(value != 0));
 }
 void* zoneInsertParameterString(void* keyword, unsigned int position, const char* value) {
   return InsertParameter<CzonString>(keyword, position, SetText(value));
@@ -210,20 +207,20 @@ int zoneRenameKeyword(void* keyword, const char* name) {
 }
 
 int zoneModifyParameterInt(void* keyword, unsigned int n, int value) {
-  return ModifyParameter<CzonInt>(keyword, n, SetInt(value));
+  return ModifyParameter<CzonInt>(keyword, n, SetValue(value));
 }
 int zoneModifyParameterFloat(void* keyword, unsigned int n, float value) {
   // The float that would be written: clamped to the range of a float, 0 for a subnormal one.
-  const float stored = CzonNumeric::FloatView(static_cast<double>(value));
+  const float stored = NodeAccess::GetFloatView<CzonNumeric>(static_cast<double>(value));
   const auto text = zon::NumberText::OfFloat(stored);
-  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(stored), text, SetFloat(value));
+  return ModifyReal<CzonFloat>(keyword, n, static_cast<double>(stored), text, SetValue(value));
 }
 int zoneModifyParameterDouble(void* keyword, unsigned int n, double value) {
   return ModifyReal<CzonDouble>(keyword, n, value, zon::NumberText::OfDouble(value),
-                                SetDouble(value));
+                                SetValue(value));
 }
 int zoneModifyParameterBool(void* keyword, unsigned int n, int value) {
-  return ModifyParameter<CzonBool>(keyword, n, SetBool(value));
+  return ModifyParameter<CzonBool>(keyword, n, SetValue(value != 0));
 }
 int zoneModifyParameterString(void* keyword, unsigned int n, const char* value) {
   return ModifyParameter<CzonString>(keyword, n, SetText(value));

@@ -2,6 +2,7 @@
 #include "editing/zonedit.h"
 
 #include "api/zonfilehandle.h"
+#include "tree/zonnodeaccess.h"
 
 namespace zon {
 namespace {
@@ -17,13 +18,12 @@ void LeaveNode(CzonNode& node) {
 std::uint32_t PlaceFor(const CzonNamedNode& parent, const CzonNode* sibling, unsigned int position,
                        unsigned int count, ErrorCode missing) {
   if (position > count && position - count > 1) throw Refusal{missing};
-  return sibling != nullptr ? parent.PlaceOf(sibling) : parent.GetNoNodes();
+  return sibling != nullptr ? NodeAccess::PlaceOf(parent, *sibling) : parent.GetNoNodes();
 }
 
 // What the index of its owner does not hold stays: to take it out would leave the lists apart.
 void NeedFiled(CzonNode& node) {
-  CzonNamedNode* owner = node.GetOwner();
-  if (owner != nullptr && !owner->IsFiled(node)) throw Refusal{kErrNode};
+  if (node.GetOwner() != nullptr && !NodeAccess::IsFiled(node)) throw Refusal{kErrNode};
 }
 
 }  // namespace
@@ -49,18 +49,21 @@ CzonNode& RequireParam(CzonKeyword& keyword, unsigned int n) {
 }
 
 void InsertSection(CzonTargetList& parent, CzonSection* section, unsigned int position) {
-  parent.FileAt(section, PlaceFor(parent, parent.SectionByNum(position), position,
-                                  parent.GetNoSections(), kErrSection));
+  NodeAccess::FileAt(parent, section,
+                     PlaceFor(parent, parent.SectionByNum(position), position,
+                              parent.GetNoSections(), kErrSection));
 }
 
 void InsertKeyword(CzonSection& section, CzonKeyword* keyword, unsigned int position) {
-  section.FileAt(keyword, PlaceFor(section, section.KeywordByNum(position), position,
-                                   section.GetNoKeywords(), kErrNamedNode));
+  NodeAccess::FileAt(section, keyword,
+                     PlaceFor(section, section.KeywordByNum(position), position,
+                              section.GetNoKeywords(), kErrNamedNode));
 }
 
 void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position) {
-  keyword.FileAt(param, PlaceFor(keyword, keyword.NodeByNum(position), position,
-                                 keyword.GetNoNodes(), kErrParameter));
+  NodeAccess::FileAt(keyword, param,
+                     PlaceFor(keyword, keyword.NodeByNum(position), position, keyword.GetNoNodes(),
+                              kErrParameter));
 }
 
 void DeleteNode(CzonNode& node) {
@@ -70,19 +73,19 @@ void DeleteNode(CzonNode& node) {
   }
   NeedFiled(node);
   LeaveNode(node);
-  owner->Unfile(&node);
-  CzonNode::Free(&node);
+  NodeAccess::Unfile(&node);
+  NodeAccess::Free(&node);
 }
 
 void RenameNode(CzonNamedNode& node, std::string_view name) {
   NeedFiled(node);
-  node.Rename(name);
+  NodeAccess::Rename(node, name);
 }
 
 void ReplaceParam(CzonNode& old, CzonParam* by) {
   LeaveNode(old);
-  old.GetOwner()->Replace(&old, by);
-  CzonNode::Free(&old);
+  NodeAccess::Replace(&old, by);
+  NodeAccess::Free(&old);
 }
 
 }  // namespace zon

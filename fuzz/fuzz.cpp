@@ -144,10 +144,10 @@ void ExpectSame(CzonNode* a, CzonNode* b, Loss loss, unsigned queried) {
     Check(typeid(*a) == typeid(*b), typeid(*a).name(), typeid(*b).name());
     const auto& one = static_cast<const CzonNamedNode&>(*a);
     const auto& other = static_cast<const CzonNamedNode&>(*b);
-    Check(one.GetNameView() == other.GetNameView(), "name", one.GetNameView());
-    Check(one.GetFlags() == other.GetFlags(), "flags", one.GetNameView());
+    Check(one.GetName() == other.GetName(), "name", one.GetName());
+    Check(one.GetFlags() == other.GetFlags(), "flags", one.GetName());
     const unsigned count = one.GetNoNodes();
-    Check(count == other.GetNoNodes(), "number of children", one.GetNameView());
+    Check(count == other.GetNoNodes(), "number of children", one.GetName());
     for (unsigned n = count; n > 0; --n) pairs.emplace_back(one.NodeByNum(n), other.NodeByNum(n));
   }
 }

@@ -7,6 +7,7 @@
 #include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 #include "tree/zonstring.h"
 
@@ -23,6 +24,9 @@ T* Downcast(CzonNode* node) {
 
 }  // namespace
 
+TreeBuilder::TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena)
+    : parser_(parser), lexer_(lexer), arena_(arena), deferral_(arena, MakePlainValues) {}
+
 TreeBuilder::~TreeBuilder() {
   Abandon();
 }
@@ -30,7 +34,7 @@ TreeBuilder::~TreeBuilder() {
 void TreeBuilder::Abandon() {
   root_ = nullptr;
   CollectGarbage();
-  CzonNode::Free(list_);
+  NodeAccess::Free(list_);
   list_ = nullptr;
 }
 
@@ -40,7 +44,7 @@ void TreeBuilder::CollectGarbage() {
   for (CzonNode* node : temporaries_) {
     if (node != nullptr && node->GetLevel() == 0) temporaries_[free++] = node;
   }
-  for (std::size_t at = 0; at < free; ++at) CzonNode::Free(temporaries_[at]);
+  for (std::size_t at = 0; at < free; ++at) NodeAccess::Free(temporaries_[at]);
   temporaries_.clear();
 }
 
@@ -57,8 +61,8 @@ void TreeBuilder::CheckMulti() {
 
 template <class T>
 T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
-  T* node = CzonNode::Make<T>(arena_);
-  node->ReferToName(name);
+  T* node = NodeAccess::Make<T>(arena_);
+  NodeAccess::ReferToName(*node, name);
   if (multi) node->SetMultiMandat(1, 0);
   return node;
 }
@@ -71,8 +75,8 @@ CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
 }
 
 CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
-  auto* substitution = CzonNode::Make<CzonSubstit>(arena_);
-  substitution->ReferToText(text);
+  auto* substitution = NodeAccess::Make<CzonSubstit>(arena_);
+  NodeAccess::ReferToText(*substitution, text);
   return substitution;
 }
 
@@ -83,9 +87,15 @@ std::string_view TreeBuilder::Signed(char sign, std::string_view number) {
   return {arena_.CopyText(text), text.size()};
 }
 
+void TreeBuilder::DeferValues(CzonKeyword* keyword) {
+  const std::string_view text = lexer_.Values();
+  if (text.size() > ValueDeferral::kLongest) return MakePlainValues(*keyword, text);
+  NodeAccess::DeferValues(*keyword, deferral_.Defer(text));
+}
+
 CzonKeyword* TreeBuilder::MakeLine() {
   auto* keyword = NewNamed<CzonKeyword>(lexer_.Text(), false);
-  keyword->DeferValues(lexer_.Values(), MakePlainValues);
+  DeferValues(keyword);
   return keyword;
 }
 
@@ -103,7 +113,7 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
       if (root_ == nullptr) root_ = Downcast<CzonTargetList>(right[0].node);
       return result;
     case kListEmpty:
-      list_ = CzonNode::Make<CzonTargetList>(arena_);
+      list_ = NodeAccess::Make<CzonTargetList>(arena_);
       result.node = list_;
       return result;
     case kListSection:
@@ -123,7 +133,7 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
     case kKeywordRemark:
     case kDefaultRemark:
     case kItemRemark:
-      right[0].node->SetRemark(right[1].Text(), &arena_);
+      NodeAccess::SetRemark(*right[0].node, right[1].Text(), &arena_);
       return result;
     default:
       return ReduceName(rule, right);
@@ -177,20 +187,20 @@ SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
     case kDefaultFirstValues:
     case kKeywordNextValues:
     case kDefaultNextValues:
-      Downcast<CzonKeyword>(right[0].node)->DeferValues(lexer_.Values(), MakePlainValues);
+      DeferValues(Downcast<CzonKeyword>(right[0].node));
       return right[0];
     case kKeywordFirstEmpty:
     case kKeywordNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonUndefinedPar>(arena_));
+      Downcast<CzonKeyword>(right[0].node)->AddParam(NodeAccess::Make<CzonUndefinedPar>(arena_));
       return right[0];
     case kDefaultFirstEmpty:
     case kDefaultNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(CzonNode::Make<CzonDefaultPar>(arena_));
+      Downcast<CzonKeyword>(right[0].node)->AddParam(NodeAccess::Make<CzonDefaultPar>(arena_));
       return right[0];
     case kItemOnlyRemark: {
       SymbolValue result = right[0];
-      result.node = CzonNode::Make<CzonUnknown>(arena_);
-      result.node->SetRemark(right[0].Text(), &arena_);
+      result.node = NodeAccess::Make<CzonUnknown>(arena_);
+      NodeAccess::SetRemark(*result.node, right[0].Text(), &arena_);
       return result;
     }
     default:

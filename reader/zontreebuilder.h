@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tree/zondeferredvalues.h"
+
 class CyyParser;
 class CzonKeyword;
 class CzonNamedNode;
@@ -38,8 +40,7 @@ struct SymbolValue {
 
 class TreeBuilder {
  public:
-  TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena)
-      : parser_(parser), lexer_(lexer), arena_(arena) {}
+  TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena);
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
   ~TreeBuilder();
@@ -77,11 +78,13 @@ class TreeBuilder {
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewValue(int token, std::string_view text);
   CzonNode* NewSubstitution(std::string_view text);
+  void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   std::string_view Signed(char sign, std::string_view number);
 
   CyyParser& parser_;
   const Lexer& lexer_;
   Arena& arena_;
+  ValueDeferral deferral_;
   FileKind kind_ = kUndecided;
   CzonTargetList* list_ = nullptr;  // of the sections at the top level
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted

@@ -11,6 +11,7 @@
 #include "tree/zonclob.h"
 #include "tree/zonint.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonreal.h"
 #include "tree/zonstring.h"
 
@@ -19,21 +20,21 @@ namespace {
 
 template <class T>
 T* Make(Arena& arena, std::string_view text) {
-  T* node = CzonNode::Make<T>(arena);
-  node->ReferToText(text);
+  T* node = NodeAccess::Make<T>(arena);
+  NodeAccess::ReferToText(*node, text);
   return node;
 }
 
 template <class T>
 CzonNode* MakeConverted(Arena& arena, std::string_view text) {
   T* node = Make<T>(arena, text);
-  node->ReadText();
+  NodeAccess::ReadText(*node);
   return node;
 }
 
 CzonNode* MakeString(Arena& arena, std::string_view text) {
   std::string_view content;
-  if (!CzonClob::FindContent(text, &content)) return Make<CzonString>(arena, text);
+  if (!NodeAccess::FindContent<CzonClob>(text, &content)) return Make<CzonString>(arena, text);
   return Make<CzonClob>(arena, content);
 }
 
@@ -82,11 +83,11 @@ class ValueCursor {
     const std::string_view text = ConsumeTo(end);
     if (number.IsWhole()) {
       auto* node = Make<CzonInt>(arena, text);
-      node->SetViews(value, negative ? -number.Whole() : number.Whole());
+      NodeAccess::SetViews(*node, value, negative ? -number.Whole() : number.Whole());
       return node;
     }
     auto* node = Make<CzonReal>(arena, text);
-    node->SetViews(value);
+    NodeAccess::SetViews(*node, value);
     return node;
   }
 
@@ -184,7 +185,7 @@ PlainValues FindValues(const char* at, const char* end) {
 }
 
 void MakePlainValues(CzonKeyword& keyword, std::string_view text) {
-  Arena& arena = *keyword.GetArena();
+  Arena& arena = *NodeAccess::GetArena(keyword);
   std::array<CzonNode*, 64> made;
   std::uint32_t count = 0;
   ValueCursor cursor(text.data(), text.data() + text.size());
@@ -198,12 +199,12 @@ void MakePlainValues(CzonKeyword& keyword, std::string_view text) {
     }
     made[count++] = node;
     if (count == made.size()) {
-      keyword.AppendNew(made.data(), count);
+      NodeAccess::AppendNew(keyword, made.data(), count);
       count = 0;
     }
     cursor.SkipSpace();
   } while (cursor.ConsumeIf(','));
-  keyword.AppendNew(made.data(), count);
+  NodeAccess::AppendNew(keyword, made.data(), count);
 }
 
 }  // namespace zon

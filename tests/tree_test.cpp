@@ -171,7 +171,7 @@ TEST(Nodes, GlobalNames) {
   CzonSection& below = *RootOf(file).SectionByNum(1)->SectionByNum(1);
   EXPECT_EQ(below.NodeByNum(1)->GetNameGlb(), "A.B.k");
   below.Clear();
-  below.SetName("C");
+  EXPECT_EQ(zoneRenameSection(&below, "C"), 0);
   EXPECT_EQ(below.GetNameGlb(), "A.C");
   auto* early = new CzonSection("Early", 1, 0);
   early->AddKeyword(new CzonKeyword("k", 0, 0));

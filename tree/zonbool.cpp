@@ -34,7 +34,7 @@ void CzonBool::Copy(const CzonNode* source) {
   value_ = Node->value_;
 }
 
-void CzonBool::SetBool(bool value, zon::Arena* arena) {
+void CzonBool::SetValue(bool value, zon::Arena* arena) {
   SetText(value ? "true" : "false", arena);
   value_ = value ? 1 : 0;
 }

@@ -20,11 +20,12 @@ class ZON_API CzonBool : public CzonParam {
   int GetSyntaxClass() const override;
   void Copy(const CzonNode* source) override;
 
-  // For the library's own use.
-  void SetBool(bool value, zon::Arena* arena);  // value and text
-  void ReadText();                              // the value from the text
-
  private:
+  friend struct zon::NodeAccess;
+
+  void SetValue(bool value, zon::Arena* arena);  // value and text
+  void ReadText();                               // the value from the text
+
   std::int32_t value_ = 0;
 };
 

@@ -312,6 +312,7 @@ const std::string& CzonClob::PeekText() const {
   return IsEnd() ? empty_string : state_->items[state_->cursor].text;
 }
 
+// Keeps a text until the CLOB changes. Equal texts are kept once.
 const std::string& CzonClob::Keep(std::string text) const {
   return *EnsureState().kept.insert(std::move(text)).first;
 }

@@ -61,24 +61,24 @@ class ZON_API CzonClob : public CzonParam {
   void AddDouble(double value);
   void AddText(CzonClobKind kind, std::string_view text);
 
-  // For the library's own use.
-  static bool FindContent(std::string_view text, std::string_view* content);
-  const std::string& PeekText() const;  // of the item at the cursor; empty for none
-  // Keeps a text until the CLOB changes. Equal texts are kept once.
-  const std::string& Keep(std::string text) const;
+  /** The text of a String or Filename at the cursor, which stays; otherwise empty. */
+  const std::string& PeekText() const;
 
  private:
+  friend struct zon::NodeAccess;
   struct Item;
   struct State;
 
+  static bool FindContent(std::string_view text, std::string_view* content);
   State& EnsureState() const;
   bool Load() const;
   template <class... Wanted>
   const Item* Next(CzonClobKind first, Wanted... others) const;
   void Append(CzonClobKind kind, std::string_view value);
   bool Fail(std::string text) const;
+  const std::string& Keep(std::string text) const;
 
-  mutable std::unique_ptr<State> state_;  // made when somebody reads or adds
+  mutable std::unique_ptr<State> state_;  // made when items are read or added
 };
 
 #endif

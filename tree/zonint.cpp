@@ -44,7 +44,7 @@ long CzonInt::CStoInt() {
   return value;
 }
 
-void CzonInt::SetInt(int value, zon::Arena* arena) {
+void CzonInt::SetValue(int value, zon::Arena* arena) {
   SetText(zon::NumberText::OfInt(value).View(), arena);
   Double(value);
   integer_ = value;

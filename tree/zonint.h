@@ -27,9 +27,11 @@ class ZON_API CzonInt : public CzonNumeric {
    *  32 bits. Gives the whole number. */
   long CStoInt();
 
-  // For the library's own use.
-  void SetInt(int value, zon::Arena* arena);  // all views and the text
-  void ReadText();                            // all views from the text
+ private:
+  friend struct zon::NodeAccess;
+
+  void SetValue(int value, zon::Arena* arena);  // all views and the text
+  void ReadText();                              // all views from the text
   void SetViews(double value, std::int64_t whole) {
     Double(value);
     integer_ = zon::LowBits(whole);

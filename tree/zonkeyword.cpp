@@ -1,23 +1,28 @@
 #include "tree/zonkeyword.h"
 
+#include "tree/zondeferredvalues.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
-#include "tree/zonsection.h"
 
 CzonKeyword::CzonKeyword() {
-  Set(kExploresItself);
+  Set(kKeyword);
 }
 
 CzonKeyword::CzonKeyword(const std::string& name, int multi, int mandat)
     : CzonNamedNode(name, multi, mandat) {
-  Set(kExploresItself);
+  Set(kKeyword);
 }
 
 CzonNode* CzonKeyword::CreateObj() {
   return new CzonKeyword;
 }
 
-std::unique_ptr<CzonNamedNode> CzonKeyword::NewAside() const {
-  return NewInStore<CzonKeyword>();
+const std::type_info& CzonKeyword::LibraryClass() const {
+  return typeid(CzonKeyword);
+}
+
+std::unique_ptr<CzonNamedNode> CzonKeyword::MakeAside() const {
+  return MakeInArena<CzonKeyword>();
 }
 
 unsigned int CzonKeyword::GetNoParams() const {
@@ -25,8 +30,7 @@ unsigned int CzonKeyword::GetNoParams() const {
 }
 
 unsigned int CzonKeyword::GetNoInstances() const {
-  const auto* owner = dynamic_cast<const CzonSection*>(static_cast<CzonNode*>(GetOwner()));
-  return owner != nullptr ? owner->Keywords().CountOf(*this) : 0;
+  return GetOwner() != nullptr ? zon::NodeAccess::CountNamesakes(*GetOwner(), *this) : 0;
 }
 
 int CzonKeyword::IsKeyword() const {
@@ -55,37 +59,30 @@ void CzonKeyword::AddParam(CzonParam* param) {
   NumberValues(Children().Size() - 1);
 }
 
+// Numbers the values from the place `from` on, or all if a number was lost.
 void CzonKeyword::NumberValues(std::uint32_t from) {
   if (Has(kLostNumbers)) from = 0;
   Set(kLostNumbers, false);
-  for (std::uint32_t at = from; at < Children().Size(); ++at) {
-    Children()[at]->instance_ = static_cast<std::int32_t>(at + 1);
+  const zon::NodeSpan values = Children();
+  for (std::uint32_t at = from; at < values.Size(); ++at) {
+    zon::NodeAccess::SetNumber(*values[at], static_cast<std::int32_t>(at + 1));
   }
 }
 
-CzonKeyword::MakeFunction CzonKeyword::make_ = nullptr;
-
-void CzonKeyword::DeferValues(std::string_view text, MakeFunction make) {
-  make_ = make;  // there is but one reader
-  if (Has(kDeferred) || children_.Size() != 0 || text.size() > UINT32_MAX) {
-    Children();
-    return MakeValues(text);
-  }
-  children_.Defer(text);
-  Set(kDeferred);
+void CzonKeyword::ChildInserted(const CzonNode&, std::uint32_t place) {
+  NumberValues(place);
 }
 
-void CzonKeyword::MakeValues(std::string_view text) {
-  make_(*this, text);
+void CzonKeyword::ChildErased(const CzonNode&, std::uint32_t place) {
+  NumberValues(place);
 }
 
-void CzonKeyword::AppendNew(CzonNode* const* values, std::uint32_t count) {
-  std::uint32_t place = children_.Size();
-  children_.Append(values, count, arena_);
-  for (CzonNode* const* value = values; value != values + count; ++value) {
-    (*value)->owner_ = this;
-    (*value)->instance_ = static_cast<std::int32_t>(++place);
-  }
+void CzonKeyword::ChildLostNumber(const CzonNode&) {
+  Set(kLostNumbers);
+}
+
+void CzonKeyword::MakeValues(const zon::DeferredValues& values) {
+  values.source->make(*this, zon::TextOf(values));
 }
 
 CzonDefaultDef::CzonDefaultDef(const std::string& name, int multi, int mandat)
@@ -95,6 +92,11 @@ CzonNode* CzonDefaultDef::CreateObj() {
   return new CzonDefaultDef;
 }
 
+const std::type_info& CzonDefaultDef::LibraryClass() const {
+  return typeid(CzonDefaultDef);
+}
+
+// Compatibility: hosts know definitions by their empty global name.
 const std::string& CzonDefaultDef::GetNameGlb() const {
   return empty_string;
 }

@@ -2,16 +2,48 @@
 #include "tree/zonnamno.h"
 
 #include <algorithm>
-#include <memory>
-#include <ostream>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include "base/zonassert.h"
-#include "tree/zonkeyword.h"
-#include "tree/zonparam.h"
-#include "tree/zonsection.h"
+#include "tree/zonnamno_inline.h"
+
+static_assert(zon::kEmptyNameHash == zon::kHashOfNoName);
+
+// ---- The operations of CzonNode that depend on the class of the owner -----------------------------
+
+CzonNamedNode* CzonNode::GetOwner() const {
+  return static_cast<CzonNamedNode*>(owner_);
+}
+
+const std::string& CzonNode::GetZonFilename() const {
+  const CzonNode* pOwner = this;
+  // The compiler may assume that `this` is not null. The empty asm hides where the value comes from.
+  asm("" : "+r"(pOwner));
+  ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
+  pOwner = pOwner->GetTopNode();
+  const bool isRoot =
+      pOwner->Has(kNamed) && static_cast<const CzonNamedNode*>(pOwner)->HoldsFilename();
+  ZON_ASSERT_TEXT(isRoot, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
+  return pOwner->GetZonFilename();
+}
+
+void CzonNode::ResetNumber() {
+  if (owner_ != nullptr) {
+    GetOwner()->ChildLostNumber(*this);
+  } else if (instance_ != 0 && Has(kNamed)) {
+    zon::CountLostNumber();
+  }
+  instance_ = 0;
+}
+
+zon::Arena* CzonNode::GetArena() const {
+  if (!Has(kInArena)) return nullptr;
+  const CzonNode* named = Has(kNamed) ? this : owner_;
+  return named != nullptr ? static_cast<const CzonNamedNode*>(named)->arena_ : nullptr;
+}
+
+// ---- CzonNamedNode --------------------------------------------------------------------------------
 
 CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
   Set(kNamed);
@@ -21,7 +53,7 @@ CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
 
 CzonNamedNode::~CzonNamedNode() {
   FreeChildren();
-  children_.Release(arena_);
+  if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
   if (arena_ == nullptr) delete nameGlb_;
   name_.Release();
 }
@@ -34,17 +66,16 @@ const std::string& CzonNamedNode::GetName() const {
   return name_.AsString(arena_);
 }
 
-bool CzonNamedNode::IsOfLibrary() const {
-  if (IsInStore()) return true;
-  const std::type_info& type = typeid(*this);
-  return type == typeid(CzonKeyword) || type == typeid(CzonSection) ||
-         type == typeid(CzonTargetList) || type == typeid(CzonDefaultDef) ||
-         type == typeid(CzonNamedNode);
+const std::type_info& CzonNamedNode::LibraryClass() const {
+  return typeid(CzonNamedNode);
 }
 
-// A host's class may answer GetName as it likes.
-zon::NameKey CzonNamedNode::GetKey() const {
-  if (IsInStore()) return {GetNameView(), nameHash_, true};
+bool CzonNamedNode::IsOfLibrary() const {
+  return Has(kInArena) || typeid(*this) == LibraryClass();
+}
+
+// The GetName of a host's class may return any name.
+zon::NameKey CzonNamedNode::MakeKey() const {
   const std::string& name = GetName();
   const std::string_view stored = GetNameView();
   if (name.size() == stored.size() && (name.empty() || name.data() == stored.data())) {
@@ -56,11 +87,6 @@ zon::NameKey CzonNamedNode::GetKey() const {
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
   name_.Assign(name, arena_);
-}
-
-void CzonNamedNode::ReferToName(std::string_view name) {
-  nameHash_ = zon::HashNoCase(name);
-  name_.ReferTo(name);
 }
 
 // A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
@@ -98,29 +124,41 @@ unsigned int CzonNamedNode::GetNoNodes() const {
 }
 
 CzonNode* CzonNamedNode::NodeByNum(unsigned int n) const {
-  return n - 1 < Children().Size() ? Children()[n - 1] : nullptr;
+  const zon::NodeSpan children = Children();
+  return n - 1 < children.Size() ? children[n - 1] : nullptr;
 }
 
-// All of them or, for want of memory, none: then the text goes on standing for them.
-void CzonNamedNode::MakeDeferred() {
-  const std::string_view text = children_.TakeDeferred();
+// If out of memory the values stay deferred.
+void CzonNamedNode::MakeDeferredChildren() {
+  const zon::DeferredValues values = children_.deferred;
+  children_.nodes = {};
   Set(kDeferred, false);
   try {
-    static_cast<CzonKeyword*>(this)->MakeValues(text);
+    MakeValues(values);
   } catch (...) {
-    children_.Release(arena_);
-    children_.Defer(text);
+    zon::Release(children_.nodes, arena_);
+    children_.deferred = values;
     Set(kDeferred);
     throw;
   }
 }
 
+void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
+  auto number = static_cast<std::int32_t>(children_.nodes.size);
+  zon::Append(children_.nodes, values, count, arena_);
+  for (CzonNode* const* value = values; value != values + count; ++value) {
+    (*value)->owner_ = this;
+    (*value)->instance_ = ++number;
+  }
+}
+
 void CzonNamedNode::AddNode(CzonNode* node) {
   if (node == nullptr) return;
-  Children().Append(node, arena_);
+  zon::NodeList& children = EnsureChildren();
+  zon::Append(children, node, arena_);
   node->owner_ = this;
-  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = Children().Size() - 1;
-  if (node->WantsDestructor()) MarkDeep();
+  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = children.size - 1;
+  if (node->NeedsDestructor()) MarkDeep();
 }
 
 void CzonNamedNode::SetMultiMandat(int multi, int mandat) {
@@ -130,14 +168,15 @@ void CzonNamedNode::SetMultiMandat(int multi, int mandat) {
 }
 
 void CzonNamedNode::Clear() {
-  if (auto* list = dynamic_cast<CzonTargetList*>(this)) list->ForgetNames();
+  ForgetChildren();
   FreeChildren();
-  children_.Release(arena_);
+  if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
+  children_.nodes = {};
   Set(kDeferred, false);
   if (arena_ == nullptr) {
     delete nameGlb_;
   } else if (nameGlb_ != nullptr) {
-    std::string().swap(*nameGlb_);  // the store keeps the string itself
+    std::string().swap(*nameGlb_);  // the string itself stays in the arena
   }
   nameGlb_ = nullptr;
   flags_ = 0;
@@ -146,33 +185,33 @@ void CzonNamedNode::Clear() {
 // Frees the subtree iteratively. Pending nodes are linked through owner_, so neither stack nor heap
 // is needed.
 void CzonNamedNode::FreeChildren() {
-  if (!Has(kDeep)) return;  // nothing below but store memory
-  CzonNode* waiting = nullptr;
-  const auto enlist = [&waiting](const CzonNamedNode& owner) {
+  if (!Has(kDeep)) return;  // everything below is in the arena
+  CzonNode* pending = nullptr;
+  const auto enlist = [&pending](const CzonNamedNode& owner) {
     if (owner.Has(kDeferred)) return;
-    for (CzonNode* child : owner.children_) {
-      if (!child->WantsDestructor()) continue;
-      child->owner_ = waiting;
-      waiting = child;
+    for (CzonNode* child : zon::NodeSpan(owner.children_.nodes)) {
+      if (!child->NeedsDestructor()) continue;
+      child->owner_ = pending;
+      pending = child;
     }
   };
   enlist(*this);
-  while (waiting != nullptr) {
-    CzonNode* node = waiting;
-    waiting = node->owner_;
+  while (pending != nullptr) {
+    CzonNode* node = pending;
+    pending = node->owner_;
     node->owner_ = nullptr;
-    // The destructor of a host's class may use the children, which it then frees itself.
+    // The destructor of a host's class may use the children, and then frees them.
     auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
-    if (named != nullptr && named->IsOfLibrary()) {
+    if (named != nullptr && named->IsOfLibrary() && !named->Has(kDeferred)) {
       enlist(*named);
-      named->children_.Release(named->arena_);
+      zon::Release(named->children_.nodes, named->arena_);
     }
     Free(node);
   }
 }
 
-// Without recursion, so that the depth of a tree costs no stack. The list of children may grow
-// behind the current one while the visitor is at work, so places are counted, not pointed at.
+// Iterative: the depth of a tree costs no stack. The visitor may add children after the current one,
+// so the position is an index, and the span is taken anew for each child.
 void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   struct Position {
     CzonNamedNode* node;
@@ -181,14 +220,15 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   std::vector<Position> path{{this, 0}};
   while (!path.empty()) {
     Position& position = path.back();
-    const zon::NodeList& children = position.node->Children();
+    const zon::NodeList& children = position.node->EnsureChildren();
     CzonNode* inner = nullptr;
-    while (inner == nullptr && position.next < children.Size()) {
-      CzonNode* child = children[position.next++];
-      if (child->Has(kExploresItself) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
+    while (inner == nullptr && position.next < children.size) {
+      CzonNode* child = zon::NodeSpan(children)[position.next++];
+      const bool isBranch = child->Has(kSection) || child->Has(kKeyword);
+      if (isBranch && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
         inner = child;
       } else if (child->Has(kInArena)) {
-        visit(child);  // a value of ours, which is visited, no more
+        visit(child);  // a value of the library
       } else {
         child->Explore(visit);
       }
@@ -203,135 +243,48 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
 }
 
 std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
-  const std::uint32_t guess = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child)->place_
-                                                 : static_cast<std::uint32_t>(child->instance_ - 1);
-  if (guess < Children().Size() && Children()[guess] == child) return guess;
+  const zon::NodeSpan children = Children();
+  const auto* named = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child) : nullptr;
+  const std::uint32_t guess =
+      named != nullptr ? named->place_ : static_cast<std::uint32_t>(child->instance_ - 1);
+  if (guess < children.Size() && children[guess] == child) return guess;
   // Children have moved since the places were noted, mostly not far.
   constexpr std::uint32_t kNear = 256;
-  const std::uint32_t near = std::min(guess, Children().Size());
-  const std::uint32_t end = near + std::min(kNear, Children().Size() - near);
+  const std::uint32_t near = std::min(guess, children.Size());
+  const std::uint32_t end = near + std::min(kNear, children.Size() - near);
   for (std::uint32_t at = near - std::min(kNear, near); at < end; ++at) {
-    if (Children()[at] != child) continue;
-    if (child->Has(kNamed)) static_cast<const CzonNamedNode*>(child)->place_ = at;
+    if (children[at] != child) continue;
+    if (named != nullptr) named->place_ = at;
     return at;
   }
-  // Note them all anew, so that asking for one after the other stays linear.
-  std::uint32_t found = Children().Size();
-  for (std::uint32_t at = 0; at < Children().Size(); ++at) {
-    if (Children()[at] == child) found = at;
-    if (Children()[at]->Has(kNamed)) static_cast<CzonNamedNode*>(Children()[at])->place_ = at;
+  // Note all places, so that asking for one child after the other stays linear.
+  std::uint32_t found = children.Size();
+  for (std::uint32_t at = 0; at < children.Size(); ++at) {
+    if (children[at] == child) found = at;
+    if (children[at]->Has(kNamed)) static_cast<CzonNamedNode*>(children[at])->place_ = at;
   }
   return found;
 }
 
-// Goes outward from section to section; never at the level of the root. Owners of a host's class are
-// asked by their own operation.
-CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
-                                      unsigned int n) const {
-  const CzonNamedNode* node = this;
-  const CzonNode* from = start;
-  for (bool isOutward = node->IsKeyword() != 0;; isOutward = true) {
-    if (isOutward) {
-      from = node;
-      node = node->GetOwner();
-      if (node == nullptr || node->GetOwner() == nullptr) return nullptr;
-      if (!node->IsOfLibrary()) return node->FindDefault(const_cast<CzonNode*>(from), name, n);
-    }
-    const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->Children().Size();
-    const bool Ok = place < node->Children().Size();
-    ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
-    // Compatibility: of several definitions the first one of the section decides, even if it has no
-    // such value.
-    const CzonNamedNode* definition = node->FirstDefinition(name);
-    if (definition != nullptr && node->PlaceOf(definition) <= place) {
-      CzonParam* value = definition->ParamByNum(n);
-      if (value != nullptr && !value->IsDefaultPar()) return value;
-    }
-  }
-}
+// ---- What the classes below override --------------------------------------------------------------
 
-const CzonNamedNode* CzonNamedNode::FirstDefinition(std::string_view name) const {
-  if (const auto* section = dynamic_cast<const CzonSection*>(this)) {
-    return section->FirstIndexedDefinition(name);
-  }
-  for (const CzonNode* child : Children()) {
-    if (!child->IsDefaultDef()) continue;
-    const auto* definition = static_cast<const CzonNamedNode*>(child);
-    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
-  }
+std::unique_ptr<CzonNamedNode> CzonNamedNode::MakeAside() const {
+  return MakeInArena<CzonNamedNode>();
+}
+zon::NameList* CzonNamedNode::ListOf(const CzonNode&) {
   return nullptr;
 }
-
-void CzonNamedNode::Copy(const CzonNode* source) {
-  if (source == this || source == nullptr) return;
-  const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
-  ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
-  // The source may be above or below this node, so the copy is made aside. The old content, which
-  // may hold the source, is deleted last.
-  const std::unique_ptr<CzonNamedNode> aside = CopyAside(*Src);
-  Rename(Src->GetNameView());
-  SwapContent(*aside);
-  ResetNumber();
-  aside->Clear();
+unsigned int CzonNamedNode::CountNamesakes(const CzonNamedNode&) const {
+  return 0;
 }
-
-std::unique_ptr<CzonNamedNode> CzonNamedNode::CopyAside(const CzonNamedNode& source) const {
-  std::unique_ptr<CzonNamedNode> aside = NewAside();
-  aside->CopyContent(source);
-  return aside;
-}
-
-std::unique_ptr<CzonNamedNode> CzonNamedNode::NewAside() const {
-  return NewInStore<CzonNamedNode>();
-}
-
-// Fills an empty node with copies of everything but the name, without recursion.
-void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
-  CopyOwn(source);
-  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, &source}};
-  while (!open.empty()) {
-    const auto [to, from] = open.back();
-    open.pop_back();
-    for (CzonNode* child : from->Children()) {
-      std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
-      const CzonNode& made = *NewCopy;
-      ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
-                      "typeid(*NewCopy) == typeid(*Src)");
-      if (child->Has(kNamed) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
-        auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
-        const auto& original = static_cast<const CzonNamedNode&>(*child);
-        named->SetName(original.GetNameView());
-        named->CopyOwn(original);
-        open.emplace_back(named, &original);
-      } else {
-        NewCopy->Copy(child);
-      }
-      to->FileCopied(NewCopy);
-    }
-  }
-}
-
-// Everything of a node but its name and its children.
-void CzonNamedNode::CopyOwn(const CzonNamedNode& source) {
-  SetRemark(source.GetRemark(), nullptr);
-  flags_ = source.flags_;
-  if (auto* list = dynamic_cast<CzonTargetList*>(this)) {
-    if (const auto* from = dynamic_cast<const CzonTargetList*>(&source)) list->CopyFacts(*from);
-  }
-}
-
-void CzonNamedNode::FileCopied(std::unique_ptr<CzonNode>& child) {
-  auto* list = dynamic_cast<CzonTargetList*>(this);
-  auto* section = dynamic_cast<CzonSection*>(child.get());
-  auto* keyword = dynamic_cast<CzonKeyword*>(child.get());
-  if (list != nullptr && section != nullptr) {
-    list->AddSection(section);
-  } else if (auto* self = dynamic_cast<CzonSection*>(this);
-             self != nullptr && keyword != nullptr && !keyword->IsDefaultDef()) {
-    self->AddKeyword(keyword);
-  } else {
-    AddNode(child.get());
-    if (child->IsParam()) child->instance_ = static_cast<std::int32_t>(child->GetNoInstances());
-  }
-  static_cast<void>(child.release());  // owned by this node now
+void CzonNamedNode::ChildInserted(const CzonNode&, std::uint32_t) {}
+void CzonNamedNode::ChildErased(const CzonNode&, std::uint32_t) {}
+void CzonNamedNode::ChildRenamed(const CzonNode&) {}
+void CzonNamedNode::ChildLostNumber(const CzonNode&) {}
+void CzonNamedNode::ForgetChildren() {}
+void CzonNamedNode::MakeValues(const zon::DeferredValues&) {}
+void CzonNamedNode::SwapOwn(CzonNamedNode&) {}
+void CzonNamedNode::CopyOwn(const CzonNamedNode&) {}
+bool CzonNamedNode::HoldsFilename() const {
+  return false;
 }

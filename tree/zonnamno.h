@@ -1,8 +1,4 @@
-// A node with a name, flags and children: the common part of file roots, sections and keywords.
-//
-// The named node owns its children and frees them without recursion, however deep the tree. Nodes
-// in a store whose subtree holds nothing but store memory are not even visited: their store goes as
-// a whole.
+// A node with a name, flags and children: the base of file roots, sections and keywords.
 #ifndef ZON_TREE_ZONNAMNO_H
 #define ZON_TREE_ZONNAMNO_H
 
@@ -11,13 +7,17 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <typeinfo>
 
-#include "base/zonchars.h"
 #include "base/zonexport.h"
-#include "tree/zonnameindex.h"
 #include "tree/zonnode.h"
-#include "tree/zonnodelist.h"
+#include "tree/zonnodefields.h"
 #include "tree/zonnodetext.h"
+
+namespace zon {
+struct NameKey;
+class NodeSpan;
+}  // namespace zon
 
 /** A node with a name and children. */
 class ZON_API CzonNamedNode : public CzonNode {
@@ -26,7 +26,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   CzonNamedNode(const std::string& name, int multi, int mandat);  ///< see SetMultiMandat
   ~CzonNamedNode() override;
 
-  /** The flags of a node, as GetFlags gives them. */
+  /** The flags of a node, as GetFlags returns them. */
   enum Flags : unsigned int {
     kMulti = 1,    ///< in a template: may occur more than once
     kMandat = 2,   ///< in a template: a section that must occur
@@ -56,82 +56,100 @@ class ZON_API CzonNamedNode : public CzonNode {
   unsigned int GetFlags() const { return flags_; }  ///< a sum of Flags
   void SetOpenList() { flags_ |= kOpenList; }       ///< for good
 
-  /** Writes the blanks in front of a line: three for each level below the first. */
+  /** Writes the blanks at the begin of a line: three for each level below the first. */
   void Indent(std::ostream& out) const;
 
-  // For the library's own use.
-  std::string_view GetNameView() const { return name_.View(); }
-  std::uint32_t GetNameHash() const { return nameHash_; }
-  bool IsInStore() const { return Has(kInArena); }  // only nodes of the library's classes are
-  zon::NameKey GetKey() const;
-  // Whether the class is one of the library's own, so that none of its operations is overridden.
-  bool IsOfLibrary() const;
-  void SetName(std::string_view name);
-  void ReferToName(std::string_view name);  // characters that lie in the node's store
-  void EnterArena(zon::Arena& arena) {
-    CzonNode::EnterArena(arena);
-    arena_ = &arena;
-  }
-  // The children. The values of a loaded keyword are made when they are first asked for, which may
-  // throw std::bad_alloc.
-  zon::NodeList& Children() {
-    if (Has(kDeferred)) MakeDeferred();
-    return children_;
-  }
-  const zon::NodeList& Children() const { return const_cast<CzonNamedNode*>(this)->Children(); }
-  // Filing at a place of the child list, counted from 0 (its length appends); taking a child out,
-  // which lives on; a value in the place of another; another name. All or nothing.
-  void FileAt(CzonNode* child, std::uint32_t place);
-  void Unfile(CzonNode* child);
-  bool IsFiled(CzonNode& child);  // false if it belongs into an index, which does not hold it
-  void Replace(CzonNode* child, CzonNode* by);
-  void Rename(std::string_view name);
-  // Numbers the namesakes of the child, one of which a Copy has reset.
-  void RestoreNumbers(CzonNode& child);
-  // A copy of everything of `source` but the name, in a node for SwapContent with this one.
-  std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& source) const;
-  // Everything but name and place; both lie in one arena, or in none.
-  void SwapContent(CzonNamedNode& other);
-
-  // Where the child stands in the child list, from 0; the length of the list when it does not.
-  std::uint32_t PlaceOf(const CzonNode* child) const;
-  // Where this node was last seen in the child list of its owner: a hint.
-  std::uint32_t PlaceSeen() const { return place_; }
-
  protected:
-  zon::Arena* arena_ = nullptr;  // set exactly for nodes that lie in one
+  // Operations that differ between the classes of the library. A class of a host inherits those of
+  // its base.
 
-  // An empty node that can exchange its content with this one.
-  virtual std::unique_ptr<CzonNamedNode> NewAside() const;
+  // The class of the library whose operations these are.
+  virtual const std::type_info& LibraryClass() const;
+
+  // Makes an empty node that can exchange its content with this one.
+  virtual std::unique_ptr<CzonNamedNode> MakeAside() const;
+
+  // The list in which a child of its class is filed beside the children; null for none.
+  virtual zon::NameList* ListOf(const CzonNode& child);
+
+  // The number of children that are filed under the name of this child.
+  virtual unsigned int CountNamesakes(const CzonNamedNode& child) const;
+
+  // The first child that is a default definition of that name; null for none.
+  virtual const CzonNamedNode* FindDefinition(std::string_view name) const;
+
+  // Called after a change of the children. A place counts from 0; AddNode calls none of them.
+  virtual void ChildInserted(const CzonNode& child, std::uint32_t place);
+  virtual void ChildErased(const CzonNode& child, std::uint32_t place);
+  virtual void ChildRenamed(const CzonNode& child);
+
+  // Called after a Copy has reset the number of a child.
+  virtual void ChildLostNumber(const CzonNode& child);
+
+  // Called before all children are deleted.
+  virtual void ForgetChildren();
+
+  // Appends the nodes of values that were not parsed yet.
+  virtual void MakeValues(const zon::DeferredValues& values);
+
+  // Exchange and copy what the class has beside name, flags, remark and children. `other` was made
+  // by MakeAside of this node.
+  virtual void SwapOwn(CzonNamedNode& other);
+  virtual void CopyOwn(const CzonNamedNode& source);
+
+  // Whether GetZonFilename may be asked of it as the root of a tree.
+  virtual bool HoldsFilename() const;
+
   template <class T>
-  std::unique_ptr<T> NewInStore() const {
+  std::unique_ptr<T> MakeInArena() const {
     auto node = std::make_unique<T>();
     if (arena_ != nullptr) node->EnterArena(*arena_);
     return node;
   }
 
-  // All children in their order: written, deleted.
+  // The children. Makes those that are not parsed yet, which may throw std::bad_alloc.
+  zon::NodeSpan Children() const;
+
+  // Makes room for one more child: AddNode cannot fail after it.
+  void ReserveChild();
+
   void WriteChildren(std::ostream& out) const;
-  void FreeChildren();
+
+  zon::Arena* arena_ = nullptr;  // set exactly for nodes in an arena
 
  private:
   friend class CzonNode;
-  friend class CzonKeyword;
+  friend struct zon::NodeAccess;
 
-  void MakeDeferred();
-  void ChildrenMoved(std::uint32_t from, const CzonNode& child, int by);
-  void LoseNumber(CzonNode& child);
+  // A keyword has either values or the text of them.
+  union ChildFields {
+    zon::NodeList nodes;
+    zon::DeferredValues deferred;  // if kDeferred is set
+  };
+
+  void EnterArena(zon::Arena& arena);
+  bool IsOfLibrary() const;
+  std::string_view GetNameView() const { return name_.View(); }
+  zon::NameKey GetKey() const;
+  zon::NameKey MakeKey() const;
+  void SetName(std::string_view name);
+  void ReferToName(std::string_view name);
+  zon::NodeList& EnsureChildren();
+  void MakeDeferredChildren();
+  void DeferValues(const zon::DeferredValues& values);
+  void AppendNew(CzonNode* const* values, std::uint32_t count);
+  std::uint32_t PlaceOf(const CzonNode* child) const;
+  void FreeChildren();
   void CopyContent(const CzonNamedNode& source);
-  void CopyOwn(const CzonNamedNode& source);
-  void FileCopied(std::unique_ptr<CzonNode>& child);
-  const CzonNamedNode* FirstDefinition(std::string_view name) const;
+  void CopyFields(const CzonNamedNode& source);
+  void AppendCopy(CzonNode* child);
 
-  zon::NodeList children_;
+  ChildFields children_ = {};
   mutable std::string* nameGlb_ = nullptr;
   zon::Text name_;
-  std::uint32_t nameHash_ = zon::kHashOfNoName;
+  std::uint32_t nameHash_ = zon::kEmptyNameHash;
   std::uint32_t flags_ = 0;
-  mutable std::uint32_t place_ = 0;  // in the child list of the owner, as last seen
+  mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint
 };
 
 #endif

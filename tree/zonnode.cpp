@@ -1,13 +1,11 @@
+// The defaults of the virtual operations. What depends on the class of the owner is in zonnamno.cpp.
 #include "tree/zonnode.h"
 
 #include <ostream>
 #include <utility>
 
-#include "base/zonassert.h"
+#include "base/zonarena.h"
 #include "base/zonhook.h"
-#include "tree/zonkeyword.h"
-#include "tree/zonnamno.h"
-#include "tree/zonsection.h"
 
 namespace {
 
@@ -15,7 +13,7 @@ void ReportInvalidContext() {
   MessageHook("Function invalid in this context");
 }
 
-// What an unsupported query gives back, after the message.
+// The result of an unsupported query, after the message.
 template <class T>
 T Unsupported(T neutral) {
   ReportInvalidContext();
@@ -26,7 +24,7 @@ T Unsupported(T neutral) {
 
 CzonBase::~CzonBase() = default;
 
-// Never destroyed: a host may still ask for texts while the process ends.
+// Never destroyed: a host may ask for texts while the process ends.
 const std::string& CzonNode::empty_string = *new std::string;
 
 CzonNode::~CzonNode() {
@@ -56,17 +54,6 @@ unsigned int CzonNode::GetNoInstances() const {
 }
 int CzonNode::GetInstanceNo() const {
   return instance_;
-}
-
-const std::string& CzonNode::GetZonFilename() const {
-  const CzonNode* pOwner = this;
-  // The compiler may assume that `this` is not null. It knows nothing of what leaves the asm.
-  asm("" : "+r"(pOwner));
-  ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
-  pOwner = pOwner->GetTopNode();
-  const auto* root = dynamic_cast<const CzonTargetList*>(pOwner);
-  ZON_ASSERT_TEXT(root != nullptr, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
-  return root->GetZonFilename();
 }
 
 int CzonNode::IsSection() const {
@@ -187,15 +174,6 @@ void CzonNode::Copy(const CzonNode* source) {
   ResetNumber();
 }
 
-void CzonNode::ResetNumber() {
-  if (owner_ != nullptr) {
-    GetOwner()->LoseNumber(*this);
-  } else if (instance_ != 0 && Has(kNamed)) {
-    zon::NameIndex::LoseOutside();
-  }
-  instance_ = 0;
-}
-
 int CzonNode::GetLevel() const {
   int level = 0;
   for (const CzonNode* node = owner_; node != nullptr; node = node->owner_) ++level;
@@ -206,10 +184,6 @@ CzonNode* CzonNode::GetTopNode() const {
   const CzonNode* node = this;
   while (node->owner_ != nullptr) node = node->owner_;
   return const_cast<CzonNode*>(node);
-}
-
-CzonNamedNode* CzonNode::GetOwner() const {
-  return static_cast<CzonNamedNode*>(owner_);
 }
 
 const std::string& CzonNode::GetRemark() const {
@@ -238,7 +212,7 @@ void CzonNode::SwapRemark(CzonNode& other) {
 }
 
 void CzonNode::Free(CzonNode* node) {
-  if (node == nullptr || !node->WantsDestructor()) return;
+  if (node == nullptr || !node->NeedsDestructor()) return;
   if (node->Has(kInArena)) {
     node->~CzonNode();
   } else {
@@ -250,10 +224,4 @@ void CzonNode::MarkDeep() {
   for (CzonNode* node = this; node != nullptr && !node->Has(kDeep); node = node->owner_) {
     node->Set(kDeep);
   }
-}
-
-zon::Arena* CzonNode::GetArena() const {
-  if (!Has(kInArena)) return nullptr;
-  const CzonNode* named = Has(kNamed) ? this : owner_;
-  return named != nullptr ? static_cast<const CzonNamedNode*>(named)->arena_ : nullptr;
 }

@@ -1,18 +1,16 @@
-// The common root of everything that a handle can point at, and the node of a parameter tree.
+// The root of all classes that a handle can point at, and the node of a parameter tree.
 //
-// CzonNode's virtual interface is the one way in which the rest of the library asks a node what it
-// is, how many children it has and what its value is. Each operation has a harmless default; a
-// class overrides what it knows. The order of the virtual operations is part of the interface.
+// CzonNode's virtual operations are the only way in which the rest of the library asks a node what it
+// is, how many children it has and what its value is. Each operation has a harmless default. Their
+// order is part of the interface: no class adds one between or directly after them.
 #ifndef ZON_TREE_ZONNODE_H
 #define ZON_TREE_ZONNODE_H
 
 #include <cstdint>
 #include <iosfwd>
-#include <new>
 #include <string>
 #include <string_view>
 
-#include "base/zonarena.h"
 #include "base/zonexport.h"
 
 class CzonClob;
@@ -22,6 +20,11 @@ class CzonNamedNode;
 class CzonNode;
 class CzonParam;
 class CzonSection;
+
+namespace zon {
+class Arena;
+struct NodeAccess;
+}  // namespace zon
 
 /** What a file handle or a node handle points at. */
 class ZON_API CzonBase {
@@ -41,7 +44,7 @@ enum CzonSyntaxClass : int {
   kZonReal = 7,
   kZonBool = 8,
   kZonString = 9,
-  kZonFilename = 10,  ///< and, Kept: also date-times; nothing answers 13
+  kZonFilename = 10,  ///< also date-times; 13 is not used
   kZonDefaultPar = 11,
   kZonSubstit = 12,
   kZonUnknown = 14,
@@ -50,10 +53,10 @@ enum CzonSyntaxClass : int {
 
 /** A node of a parameter tree.
  *
- *  Numbers of children and instances count from 1; 0 or a number past the end gives null. A query
+ *  Numbers of children and instances count from 1; 0 or a number past the end returns null. A query
  *  that the kind of node does not support passes "Function invalid in this context" to MessageHook
- *  and gives 0, null or the empty text; where "silently" is said, no message is passed. Texts given
- *  by reference live as long as the node, or until the next change of what they tell. */
+ *  and returns 0, null or the empty text; a query marked "silently" passes no message. Texts that are
+ *  returned by reference live as long as the node, or until they change. */
 class ZON_API CzonNode : public CzonBase {
  public:
   CzonNode() = default;
@@ -61,7 +64,7 @@ class ZON_API CzonNode : public CzonBase {
   CzonNode& operator=(const CzonNode&) = delete;
   ~CzonNode() override;
 
-  /** The text given where there is none. Lives as long as the process. */
+  /** The text that stands for none. Lives as long as the process. */
   static const std::string& empty_string;
 
   /** Makes an empty node of the same class on the free arena; the caller owns it. */
@@ -70,7 +73,7 @@ class ZON_API CzonNode : public CzonBase {
   virtual const std::string& GetName() const;     ///< silently empty but for named nodes
   virtual const std::string& GetNameGlb() const;  ///< "Model.Grid.depth"; silently empty otherwise
 
-  /** How many of them the node has; and where it stands itself. */
+  /** The number of nodes of each kind in this node, and its place among its siblings. */
   virtual unsigned int GetNoSections() const;
   virtual unsigned int GetNoKeywords() const;
   virtual unsigned int GetNoParams() const;
@@ -118,18 +121,18 @@ class ZON_API CzonNode : public CzonBase {
   virtual CzonSection* SectionByNameNum(const char* name, unsigned int n) const;
   virtual CzonKeyword* KeywordByNameNum(const char* name, unsigned int n) const;
 
-  /** Writes the node as it stands in a parameter file. Gives back the stream. */
+  /** Writes the node in the form of a parameter file. Returns the stream. */
   virtual std::ostream& Write(std::ostream& out) const;
 
   /** Calls the visitor on the node and everything below it, parents before children, in the order
-   *  of the file; the root of a file is left out. The visitor may add nodes behind the current
+   *  of the file; the root of a file is left out. The visitor may add nodes after the current
    *  one. */
   virtual void Explore(void (*visit)(CzonNode*));
 
   virtual int GetSyntaxClass() const;  ///< a CzonSyntaxClass
 
-  /** The n-th default value for a keyword of that name as seen from the child `start`; null when
-   *  there is none. The value stays in its default definition. */
+  /** The n-th default value for a keyword of that name as seen from the child `start`; null if there
+   *  is none. The value stays in its default definition. */
   virtual CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const;
 
   /** Makes this node a deep copy of `source`, a node of the same class (else the process ends), as it
@@ -148,75 +151,50 @@ class ZON_API CzonNode : public CzonBase {
   CzonNamedNode* GetOwner() const;
 
   /** The text of the braced remark that the reader found at the node. Nothing else reads it, and it
-   *  is not written back. */
+   *  is not written. */
   const std::string& GetRemark() const;
 
-  // For the library's own use: nodes in a arena.
-
-  // Deletes a node; one that lies in a store is only emptied of what the store does not hold.
-  static void Free(CzonNode* node);
-
-  // Makes a node in a arena; it is never deleted by itself. It may hold nothing that the store does
-  // not.
-  template <class T, class... Arguments>
-  static T* Make(zon::Arena& arena, Arguments... arguments) {
-    void* place = arena.Allocate(sizeof(T));
-    T* node;
-    if constexpr (sizeof...(arguments) == 0) {
-      node = new (place) T;  // without parentheses: nothing is cleared first
-    } else {
-      node = new (place) T(arguments...);
-    }
-    node->EnterArena(arena);
-    return node;
-  }
-
-  // The node lies in the arena.
-  void EnterArena(zon::Arena&) { Set(kInArena); }
-
-  // Keeps a copy of the text, in the store if there is one.
-  void SetRemark(std::string_view text, zon::Arena* arena);
-
-  // The store whose memory may serve this node; null for none.
-  zon::Arena* GetArena() const;
-
  protected:
-  // What is to be known of a node, in one place.
+  // Facts of a node. Set by the constructor of the class, if not said otherwise.
   enum Bits : std::uint32_t {
-    kNamed = 1,    // a CzonNamedNode
-    kInArena = 2,  // lies in the store of its tree
-    kDeep = 4,     // something in it or below it wants its destructor; so has every owner above
-    kOwnsRemark = 8,
-    kHasDouble = 16,  // of numeric values: which views are set
-    kHasInt = 32,
-    kExploresItself = 64,  // Explore begins with the node, then its children
-    kDeferred = 128,       // the children stand as text, to be made when they are asked for
-    kLostNumbers = 256,    // of keywords: a Copy has reset the number of a value
+    kNamed = 1,        // a CzonNamedNode
+    kList = 2,         // a CzonTargetList
+    kSection = 4,      // a CzonSection
+    kKeyword = 8,      // a CzonKeyword
+    kInArena = 16,     // the node is in the arena of its tree; set by NodeAccess::Make
+    kDeep = 32,        // set when the node, or one below it, owns memory outside the arena; read
+                       // when nodes are freed
+    kOwnsRemark = 64,  // the remark is in the free store
+    kHasDouble = 128,  // of numbers: the views that are set
+    kHasInt = 256,
+    kDeferred = 512,      // of keywords: the values are not made yet
+    kLostNumbers = 1024,  // of keywords: a Copy has reset the number of a value
   };
 
-  // Asks for a bit, and sets or clears it.
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }
   void Set(Bits bit, bool on = true) {
     bits_ = on ? bits_ | bit : bits_ & ~static_cast<std::uint32_t>(bit);
   }
 
-  // Whether somebody has to run the destructor.
-  bool WantsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
+  // The arena whose memory may serve this node; null for none.
+  zon::Arena* GetArena() const;
+
+  // Sets kDeep here and in all owners.
   void MarkDeep();
-  void SwapRemark(CzonNode& other);
-  void ResetNumber();  // to 0, as a Copy does; the owner takes note
 
  private:
   friend class CzonNamedNode;
-  friend class CzonKeyword;
-  template <class T>
-  friend class CzonNameList;
+  friend struct zon::NodeAccess;
 
-  CzonNode* owner_ = nullptr;  // always a CzonNamedNode, but while a subtree is taken down
+  static void Free(CzonNode* node);
+  bool NeedsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
+  void SetRemark(std::string_view text, zon::Arena* arena);
+  void SwapRemark(CzonNode& other);
+  void ResetNumber();  // to 0, for a Copy; the owner takes note
+
+  CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
   std::string* remark_ = nullptr;
   std::int32_t instance_ = 0;
-
- protected:
   std::uint32_t bits_ = 0;  // of Bits
 };
 

@@ -40,14 +40,16 @@ class ZON_API CzonNumeric : public CzonParam {
    *  over; 0.0 when there is none. */
   static double string_to_double(const std::string& s);
 
-  // For the library's own use: the float view of a number.
+ protected:
   static float FloatView(double value);
 
- protected:
-  // The integer view, which the classes below keep. It stands here to fill the gap behind the text.
+  // The integer view of the derived classes. It is here because there are four bytes of padding after
+  // the text.
   std::int32_t integer_ = 0;
 
  private:
+  friend struct zon::NodeAccess;
+
   double double_ = 0.0;
 };
 

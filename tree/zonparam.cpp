@@ -1,7 +1,7 @@
 #include "tree/zonparam.h"
 
 #include "base/zonput.h"
-#include "tree/zonnamno.h"
+#include "tree/zonnodeaccess.h"
 
 CzonParam::CzonParam(const std::string& text) {
   text_.Assign(text, nullptr);
@@ -42,7 +42,7 @@ void CzonParam::Copy(const CzonNode* source) {
 
 const std::string& CzonParam::GetText() const {
   const std::string& text = text_.AsString(GetArena());
-  // A string of our own wants our destructor.
+  // A string in the free store is released by the destructor.
   if (text_.IsOwner() && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
   return text;
 }

@@ -26,15 +26,16 @@ class ZON_API CzonParam : public CzonNode {
   /** The text of the value as it was written. */
   const std::string& GetText() const;
 
-  // For the library's own use.
-  std::string_view GetTextView() const { return text_.View(); }
-  void SetText(std::string_view text, zon::Arena* arena);  // a copy, in the store if there is one
-  void ReferToText(std::string_view text) { text_.ReferTo(text); }
-
  protected:
-  // The text of the value, and adding to its end.
+  std::string_view GetTextView() const { return text_.View(); }
+  void SetText(std::string_view text, zon::Arena* arena);  // a copy, in the arena if there is one
   void AppendText(std::string_view text);
   zon::Text text_;
+
+ private:
+  friend struct zon::NodeAccess;
+
+  void ReferToText(std::string_view text) { text_.ReferTo(text); }
 };
 
 /** An empty place in a list. */

@@ -67,7 +67,7 @@ std::ostream& CzonFloat::Write(std::ostream& out) const {
   return out;
 }
 
-void CzonFloat::SetFloat(float value, zon::Arena* arena) {
+void CzonFloat::SetValue(float value, zon::Arena* arena) {
   const auto wide = static_cast<double>(value);
   SetReal(wide, zon::NumberText::OfFloat(FloatView(wide)).View(), arena);
 }
@@ -85,7 +85,7 @@ std::ostream& CzonDouble::Write(std::ostream& out) const {
   return out;
 }
 
-void CzonDouble::SetDouble(double value, zon::Arena* arena) {
+void CzonDouble::SetValue(double value, zon::Arena* arena) {
   SetReal(value, zon::NumberText::OfDouble(value).View(), arena);
 }
 

@@ -27,7 +27,12 @@ class ZON_API CzonReal : public CzonNumeric {
    *  bits. Gives the whole number, else 0 and clears the view. */
   long long FloatToInt();
 
-  // For the library's own use.
+ protected:
+  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
+
+ private:
+  friend struct zon::NodeAccess;
+
   void ReadText();  // all views from the text
   void SetViews(double value) {
     long long whole = 0;
@@ -35,7 +40,6 @@ class ZON_API CzonReal : public CzonNumeric {
     Set(kHasInt, zon::WholeNumber(value, &whole));
     integer_ = zon::LowBits(whole);
   }
-  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
 };
 
 /** A real in single precision. */
@@ -46,8 +50,10 @@ class ZON_API CzonFloat : public CzonReal {
   CzonNode* CreateObj() override;
   std::ostream& Write(std::ostream& out) const override;
 
-  // For the library's own use.
-  void SetFloat(float value, zon::Arena* arena);  // all views, and the text that Write gives
+ private:
+  friend struct zon::NodeAccess;
+
+  void SetValue(float value, zon::Arena* arena);  // all views and the text, as it is written
 };
 
 /** A real in double precision. */
@@ -58,8 +64,10 @@ class ZON_API CzonDouble : public CzonReal {
   CzonNode* CreateObj() override;
   std::ostream& Write(std::ostream& out) const override;
 
-  // For the library's own use.
-  void SetDouble(double value, zon::Arena* arena);  // all views and the text
+ private:
+  friend struct zon::NodeAccess;
+
+  void SetValue(double value, zon::Arena* arena);  // all views and the text
 };
 
 /** The float of a definition made through the builder. */

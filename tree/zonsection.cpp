@@ -2,7 +2,10 @@
 
 #include "base/zonassert.h"
 #include "base/zonchars.h"
+#include "base/zonerror.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnameindex.h"
+#include "tree/zonnodeaccess.h"
 
 namespace {
 
@@ -12,7 +15,80 @@ std::string_view TextOrEmpty(const char* text) {
 
 }  // namespace
 
-// What the root of a file knows of the file.
+// ---- CzonNameList: the typed interface of NameList, without an arena ------------------------------
+
+template <class T>
+CzonNameList<T>::~CzonNameList() {
+  zon::Release(list_, nullptr);
+}
+
+template <class T>
+int CzonNameList<T>::AddToIndex(T* node) {
+  if (node == nullptr) return 0;
+  zon::AddToIndex(list_, *node, nullptr);
+  return 1;
+}
+
+template <class T>
+int CzonNameList<T>::InsertIntoHashtable(T* node, unsigned int pos) {
+  if (node == nullptr) return 1;
+  zon::InsertIntoIndex(list_, *node, pos, nullptr);
+  return 0;
+}
+
+template <class T>
+int CzonNameList<T>::EraseFromHashtable(T* node) {
+  const bool isErased =
+      node != nullptr && zon::EraseFromIndex(list_, *node, node->GetInstanceNo(), nullptr);
+  return isErased ? 0 : zon::kErrNode;
+}
+
+template <class T>
+void CzonNameList<T>::Append(T* node) {
+  zon::Append(list_, *node, nullptr);
+}
+
+template <class T>
+void CzonNameList<T>::Insert(T* node, unsigned int pos) {
+  zon::Insert(list_, *node, pos, nullptr);
+}
+
+template <class T>
+int CzonNameList<T>::Remove(T* node) {
+  return zon::Remove(list_, *node, nullptr) ? 0 : zon::kErrNode;
+}
+
+template <class T>
+unsigned int CzonNameList<T>::Count() const {
+  return zon::Count(list_);
+}
+
+template <class T>
+bool CzonNameList<T>::Holds(const T* node) const {
+  return zon::IsIndexed(list_, *node);
+}
+
+template <class T>
+T* CzonNameList<T>::ByNum(unsigned int n) const {
+  return static_cast<T*>(zon::FindByNumber(list_, n));
+}
+
+template <class T>
+T* CzonNameList<T>::ByNameNum(std::string_view name, unsigned int n) const {
+  return static_cast<T*>(zon::FindByName(list_, name, n));
+}
+
+template <class T>
+unsigned int CzonNameList<T>::CountOf(const CzonNamedNode& namesake) const {
+  return zon::CountNamesakes(list_, namesake);
+}
+
+template class CzonNameList<CzonSection>;
+template class CzonNameList<CzonKeyword>;
+
+// ---- CzonTargetList -------------------------------------------------------------------------------
+
+// What only the root of a file has.
 struct CzonTargetList::FileFacts {
   std::string fileName;
   std::string resultRoot;
@@ -21,26 +97,36 @@ struct CzonTargetList::FileFacts {
   CzonBase* handle = nullptr;  // not owned
 };
 
-CzonTargetList::CzonTargetList() = default;
+CzonTargetList::CzonTargetList() {
+  Set(kList);
+}
 
 CzonTargetList::CzonTargetList(const std::string& name, int multi, int mandat)
-    : CzonNamedNode(name, multi, mandat) {}
+    : CzonNamedNode(name, multi, mandat) {
+  Set(kList);
+}
 
-CzonTargetList::~CzonTargetList() = default;
+CzonTargetList::~CzonTargetList() {
+  zon::Release(sections_, arena_);
+}
 
 CzonNode* CzonTargetList::CreateObj() {
   return new CzonTargetList;
 }
 
+const std::type_info& CzonTargetList::LibraryClass() const {
+  return typeid(CzonTargetList);
+}
+
 // The handle stays with the node that has it.
-std::unique_ptr<CzonNamedNode> CzonTargetList::NewAside() const {
-  auto aside = NewInStore<CzonTargetList>();
+std::unique_ptr<CzonNamedNode> CzonTargetList::MakeAside() const {
+  auto aside = MakeInArena<CzonTargetList>();
   if (GetHandle() != nullptr) aside->SetHandle(GetHandle());
   return aside;
 }
 
 unsigned int CzonTargetList::GetNoSections() const {
-  return sections_.Count();
+  return zon::Count(sections_);
 }
 
 const std::string& CzonTargetList::GetZonFilename() const {
@@ -52,7 +138,7 @@ int CzonTargetList::IsSection() const {
 }
 
 CzonSection* CzonTargetList::SectionByNum(unsigned int n) const {
-  return sections_.ByNum(n);
+  return static_cast<CzonSection*>(zon::FindByNumber(sections_, n));
 }
 
 CzonSection* CzonTargetList::SectionByName(const char* name) const {
@@ -60,7 +146,7 @@ CzonSection* CzonTargetList::SectionByName(const char* name) const {
 }
 
 CzonSection* CzonTargetList::SectionByNameNum(const char* name, unsigned int n) const {
-  return sections_.ByNameNum(TextOrEmpty(name), n);
+  return static_cast<CzonSection*>(zon::FindByName(sections_, TextOrEmpty(name), n));
 }
 
 int CzonTargetList::GetSyntaxClass() const {
@@ -76,9 +162,45 @@ void CzonTargetList::Copy(const CzonNode* source) {
 
 void CzonTargetList::AddSection(CzonSection* section) {
   if (section == nullptr) return;
-  Children().Reserve(arena_);
-  sections_.Append(section);
+  ReserveChild();
+  zon::Append(sections_, *section, arena_);
   AddNode(section);
+}
+
+zon::NameList* CzonTargetList::ListOf(const CzonNode& child) {
+  return zon::NodeAccess::IsSection(child) ? &sections_ : nullptr;
+}
+
+unsigned int CzonTargetList::CountNamesakes(const CzonNamedNode& child) const {
+  return zon::NodeAccess::IsSection(child) ? zon::CountNamesakes(sections_, child) : 0;
+}
+
+void CzonTargetList::ChildLostNumber(const CzonNode& child) {
+  zon::NameList* list = ListOf(child);
+  if (list != nullptr) zon::LoseNumber(*list, static_cast<const CzonNamedNode&>(child));
+}
+
+void CzonTargetList::ForgetChildren() {
+  zon::Release(sections_, arena_);
+}
+
+void CzonTargetList::SwapOwn(CzonNamedNode& other) {
+  auto& list = static_cast<CzonTargetList&>(other);
+  std::swap(sections_, list.sections_);
+  facts_.swap(list.facts_);
+}
+
+void CzonTargetList::CopyOwn(const CzonNamedNode& source) {
+  if (!zon::NodeAccess::IsList(source)) return;
+  const auto& list = static_cast<const CzonTargetList&>(source);
+  if (facts_ == nullptr && list.facts_ == nullptr) return;
+  CzonBase* handle = GetHandle();
+  EnsureFacts() = list.facts_ != nullptr ? *list.facts_ : FileFacts{};
+  facts_->handle = handle;  // a copy belongs to no other file
+}
+
+bool CzonTargetList::HoldsFilename() const {
+  return true;
 }
 
 CzonTargetList::FileFacts& CzonTargetList::EnsureFacts() {
@@ -87,13 +209,6 @@ CzonTargetList::FileFacts& CzonTargetList::EnsureFacts() {
     MarkDeep();
   }
   return *facts_;
-}
-
-void CzonTargetList::CopyFacts(const CzonTargetList& source) {
-  if (facts_ == nullptr && source.facts_ == nullptr) return;
-  CzonBase* handle = GetHandle();
-  EnsureFacts() = source.facts_ != nullptr ? *source.facts_ : FileFacts{};
-  facts_->handle = handle;  // a copy belongs to no other file
 }
 
 void CzonTargetList::SetResultRoot(const char* root) {
@@ -135,47 +250,44 @@ CzonBase* CzonTargetList::GetHandle() const {
   return facts_ != nullptr ? facts_->handle : nullptr;
 }
 
-void CzonTargetList::ForgetNames() {
-  sections_.Forget();
-  if (auto* section = dynamic_cast<CzonSection*>(this)) {
-    section->keywords_.Forget();
-    section->ForgetDefinitions();
-  }
-}
+// ---- CzonSection ----------------------------------------------------------------------------------
 
 CzonSection::CzonSection() {
-  Set(kExploresItself);
+  Set(kSection);
 }
 
 CzonSection::CzonSection(const std::string& name, int multi, int mandat)
     : CzonTargetList(name, multi, mandat) {
-  Set(kExploresItself);
+  Set(kSection);
 }
 
 CzonSection::~CzonSection() {
-  definitions_.Release(arena_);
+  zon::Release(keywords_, arena_);
+  zon::Release(definitions_, arena_);
 }
 
 CzonNode* CzonSection::CreateObj() {
   return new CzonSection;
 }
 
-std::unique_ptr<CzonNamedNode> CzonSection::NewAside() const {
-  return NewInStore<CzonSection>();
+const std::type_info& CzonSection::LibraryClass() const {
+  return typeid(CzonSection);
+}
+
+std::unique_ptr<CzonNamedNode> CzonSection::MakeAside() const {
+  return MakeInArena<CzonSection>();
 }
 
 unsigned int CzonSection::GetNoKeywords() const {
-  return keywords_.Count();
+  return zon::Count(keywords_);
 }
 
 unsigned int CzonSection::GetNoInstances() const {
-  const CzonNamedNode* owner = GetOwner();
-  if (owner == nullptr || !owner->IsSection()) return 0;
-  return static_cast<const CzonTargetList*>(owner)->Sections().CountOf(*this);
+  return GetOwner() != nullptr ? zon::NodeAccess::CountNamesakes(*GetOwner(), *this) : 0;
 }
 
 CzonKeyword* CzonSection::KeywordByNum(unsigned int n) const {
-  return keywords_.ByNum(n);
+  return static_cast<CzonKeyword*>(zon::FindByNumber(keywords_, n));
 }
 
 CzonKeyword* CzonSection::KeywordByName(const char* name) const {
@@ -183,7 +295,7 @@ CzonKeyword* CzonSection::KeywordByName(const char* name) const {
 }
 
 CzonKeyword* CzonSection::KeywordByNameNum(const char* name, unsigned int n) const {
-  return keywords_.ByNameNum(TextOrEmpty(name), n);
+  return static_cast<CzonKeyword*>(zon::FindByName(keywords_, TextOrEmpty(name), n));
 }
 
 void CzonSection::Explore(void (*visit)(CzonNode*)) {
@@ -205,8 +317,8 @@ void CzonSection::Copy(const CzonNode* source) {
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
   if (keyword->IsDefaultDef()) return AddNode(keyword);
-  Children().Reserve(arena_);
-  keywords_.Append(keyword);
+  ReserveChild();
+  zon::Append(keywords_, *keyword, arena_);
   AddNode(keyword);
 }
 
@@ -214,29 +326,64 @@ void CzonSection::AddDefaultDef(CzonDefaultDef* definition) {
   AddNode(definition);
 }
 
+zon::NameList* CzonSection::ListOf(const CzonNode& child) {
+  const bool isKeyword = zon::NodeAccess::IsKeyword(child) && !child.IsDefaultDef();
+  return isKeyword ? &keywords_ : CzonTargetList::ListOf(child);
+}
+
+unsigned int CzonSection::CountNamesakes(const CzonNamedNode& child) const {
+  if (zon::NodeAccess::IsKeyword(child)) return zon::CountNamesakes(keywords_, child);
+  return CzonTargetList::CountNamesakes(child);
+}
+
 void CzonSection::ForgetDefinitions() const {
-  definitions_.Release(arena_);
+  zon::Release(definitions_, arena_);
   definitionsSeen_ = 0;
 }
 
-// Only a definition that comes or goes changes what is known of those looked at.
-void CzonSection::DefinitionsMoved(std::uint32_t from, const CzonNode& child, int by) {
-  if (from >= definitionsSeen_) return;
+void CzonSection::ChildInserted(const CzonNode& child, std::uint32_t place) {
+  if (place >= definitionsSeen_) return;
   if (child.IsDefaultDef()) return ForgetDefinitions();
-  definitionsSeen_ += static_cast<std::uint32_t>(by);
+  ++definitionsSeen_;
 }
 
-const CzonNamedNode* CzonSection::FirstIndexedDefinition(std::string_view name) const {
-  for (; definitionsSeen_ < Children().Size(); ++definitionsSeen_) {
-    CzonNode* child = Children()[definitionsSeen_];
-    if (child->IsDefaultDef()) definitions_.Append(*static_cast<CzonNamedNode*>(child), arena_);
+void CzonSection::ChildErased(const CzonNode& child, std::uint32_t place) {
+  if (place >= definitionsSeen_) return;
+  if (child.IsDefaultDef()) return ForgetDefinitions();
+  --definitionsSeen_;
+}
+
+void CzonSection::ChildRenamed(const CzonNode& child) {
+  if (child.IsDefaultDef()) ForgetDefinitions();
+}
+
+void CzonSection::ForgetChildren() {
+  CzonTargetList::ForgetChildren();
+  zon::Release(keywords_, arena_);
+  ForgetDefinitions();
+}
+
+void CzonSection::SwapOwn(CzonNamedNode& other) {
+  CzonTargetList::SwapOwn(other);
+  auto& section = static_cast<CzonSection&>(other);
+  std::swap(keywords_, section.keywords_);
+  ForgetDefinitions();
+  section.ForgetDefinitions();
+}
+
+const CzonNamedNode* CzonSection::FindDefinition(std::string_view name) const {
+  const zon::NodeSpan children = Children();
+  for (; definitionsSeen_ < children.Size(); ++definitionsSeen_) {
+    CzonNode* child = children[definitionsSeen_];
+    if (!child->IsDefaultDef()) continue;
+    zon::AppendToQueue(definitions_, *static_cast<CzonNamedNode*>(child), arena_);
   }
-  const zon::NameIndex::Queue* queue = definitions_.Find(name);
+  const zon::NameQueue* queue = zon::FindQueue(definitions_, name);
   if (queue == nullptr) return nullptr;
-  // The index files "" under " "; here they are two names.
-  for (const CzonNode* node : queue->nodes) {
+  // The index files the empty name as " "; for definitions they are two names.
+  for (const CzonNode* node : zon::NodeSpan(queue->nodes)) {
     const auto* definition = static_cast<const CzonNamedNode*>(node);
-    if (zon::EqualNoCase(definition->GetKey().name, name)) return definition;
+    if (zon::EqualNoCase(zon::NodeAccess::GetKey(*definition).name, name)) return definition;
   }
   return nullptr;
 }

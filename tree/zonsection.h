@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "tree/zonnameindex.h"
+#include "tree/zonnamelist.h"
 #include "tree/zonnamno.h"
 
 /** A list of sections; as itself, the root of a file. */
@@ -39,29 +39,30 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   void SetZonFilename(const std::string& name);
   const std::string& GetOwnFilename() const;
 
-  // For the library's own use.
-  void SetHandle(CzonBase* handle);
+  /** The file handle of a root that has one; null otherwise. */
   CzonBase* GetHandle() const;
-  void EnterArena(zon::Arena& arena) {
-    CzonNamedNode::EnterArena(arena);
-    sections_.EnterArena(arena);
-  }
-  const CzonNameList<CzonSection>& Sections() const { return sections_; }
 
  protected:
   CzonTargetList(const std::string& name, int multi, int mandat);  // of a section
-  std::unique_ptr<CzonNamedNode> NewAside() const override;
+
+  const std::type_info& LibraryClass() const override;
+  std::unique_ptr<CzonNamedNode> MakeAside() const override;
+  zon::NameList* ListOf(const CzonNode& child) override;
+  unsigned int CountNamesakes(const CzonNamedNode& child) const override;
+  void ChildLostNumber(const CzonNode& child) override;
+  void ForgetChildren() override;
+  void SwapOwn(CzonNamedNode& other) override;
+  void CopyOwn(const CzonNamedNode& source) override;
+  bool HoldsFilename() const override;
 
  private:
-  friend class CzonNamedNode;
+  friend struct zon::NodeAccess;
   struct FileFacts;
 
   FileFacts& EnsureFacts();
-  void SwapLists(CzonTargetList& other);
-  void ForgetNames();  // before the children go
-  void CopyFacts(const CzonTargetList& source);
+  void SetHandle(CzonBase* handle);
 
-  CzonNameList<CzonSection> sections_;
+  zon::NameList sections_ = {};
   std::unique_ptr<FileFacts> facts_;  // sections seldom have any
 };
 
@@ -91,33 +92,30 @@ class ZON_API CzonSection : public CzonTargetList {
    *  is found by no name. Null is ignored. */
   void AddDefaultDef(CzonDefaultDef* definition);
 
-  // For the library's own use.
-  void EnterArena(zon::Arena& arena) {
-    CzonTargetList::EnterArena(arena);
-    keywords_.EnterArena(arena);
-  }
-  const CzonNameList<CzonKeyword>& Keywords() const { return keywords_; }
-
-  // The first child that is a default definition of that name, null for none.
-  const CzonNamedNode* FirstIndexedDefinition(std::string_view name) const;
-
  protected:
-  std::unique_ptr<CzonNamedNode> NewAside() const override;
+  const std::type_info& LibraryClass() const override;
+  std::unique_ptr<CzonNamedNode> MakeAside() const override;
+  zon::NameList* ListOf(const CzonNode& child) override;
+  unsigned int CountNamesakes(const CzonNamedNode& child) const override;
+  const CzonNamedNode* FindDefinition(std::string_view name) const override;
+  void ChildInserted(const CzonNode& child, std::uint32_t place) override;
+  void ChildErased(const CzonNode& child, std::uint32_t place) override;
+  void ChildRenamed(const CzonNode& child) override;
+  void ForgetChildren() override;
+  void SwapOwn(CzonNamedNode& other) override;
 
  private:
-  friend class CzonNamedNode;
-  friend class CzonTargetList;
+  friend class CzonNamedNode;  // writes the head and the end around the children
 
   void WriteHead(std::ostream& out) const;
   void WriteEnd(std::ostream& out) const;
   void ForgetDefinitions() const;
-  void DefinitionsMoved(std::uint32_t from, const CzonNode& child, int by);
 
-  CzonNameList<CzonKeyword> keywords_;
+  zon::NameList keywords_ = {};
 
-  // The default definitions by name, made while somebody asks: the first `definitionsSeen_`
-  // children have been looked at.
-  mutable zon::NameIndex definitions_;
+  // The default definitions among the first `definitionsSeen_` children, by name. Filled by
+  // FindDefinition.
+  mutable zon::NameIndex definitions_ = {};
   mutable std::uint32_t definitionsSeen_ = 0;
 };
 

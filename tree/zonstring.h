@@ -18,7 +18,10 @@ class ZON_API CzonString : public CzonParam {
   std::ostream& Write(std::ostream& out) const override;  ///< in quotes, inner quotes doubled
   int GetSyntaxClass() const override;
 
-  // For the library's own use: GetString as characters, without a string made for them.
+ private:
+  friend struct zon::NodeAccess;
+
+  // GetString as characters; no string is made for them.
   const char* GetChars() const { return text_.Terminated(); }
 };
 

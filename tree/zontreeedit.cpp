@@ -1,185 +1,212 @@
-// Filing nodes at a place and taking them out again: child list, ordered list, name index and
-// numbers together. Every operation does the whole of its work or, for want of memory, nothing.
-// Tested by tests/edit_test.cpp.
+// Changes of a tree: filing nodes at a place and removing them, renaming, copying.
+//
+// A child is in the children of its owner and, if it is a section or keyword, in a NameList of the
+// owner: an ordered list and an index by name. An edit changes them together. It first does what may
+// fail for lack of memory; so it does the whole of its work or nothing.
+// Tested by tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "tree/zonkeyword.h"
-#include "tree/zonparam.h"
-#include "tree/zonsection.h"
+#include "base/zonassert.h"
+#include "base/zonchars.h"
+#include "tree/zonnameindex.h"
+#include "tree/zonnodeaccess.h"
 
+namespace zon {
 namespace {
 
-// In which list of the owner a child is filed beside the child list, and the rest of its business
-// there.
-template <class SectionCase, class KeywordCase, class OtherCase>
-auto WithList(CzonNamedNode& owner, CzonNode& child, SectionCase&& sectionCase,
-              KeywordCase&& keywordCase, OtherCase&& otherCase) {
-  if (auto* section = dynamic_cast<CzonSection*>(&child)) {
-    if (auto* list = dynamic_cast<CzonTargetList*>(&owner)) return sectionCase(*list, section);
-  } else if (auto* keyword = dynamic_cast<CzonKeyword*>(&child)) {
-    auto* list = dynamic_cast<CzonSection*>(&owner);
-    if (list != nullptr && !keyword->IsDefaultDef()) return keywordCase(*list, keyword);
-  }
-  return otherCase();
+CzonNamedNode& Named(CzonNode& node) {
+  return static_cast<CzonNamedNode&>(node);
 }
 
-// The number that a node gets which will stand at `place` of the child list: one more than that of
-// the nearest one of its kind in front.
-template <class T>
-unsigned int NumberAt(const zon::NodeList& children, const CzonNameList<T>& list,
-                      std::uint32_t place) {
-  if (place >= children.Size()) return list.Count() + 1;
+// A text in the free store that is released with its scope.
+struct ScopedText : Text {
+  explicit ScopedText(std::string_view text) { Assign(text, nullptr); }
+  ~ScopedText() { Release(); }
+};
+
+}  // namespace
+
+// ---- Filing ---------------------------------------------------------------------------------------
+
+void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place) {
+  NodeList& children = owner.EnsureChildren();
+  Reserve(children, owner.arena_);
+  NameList* list = owner.ListOf(*child);
+  if (list != nullptr) {
+    Insert(*list, Named(*child), PlaceInList(owner, *list, place), owner.arena_);
+  }
+  Insert(children, place, child, owner.arena_);
+  child->owner_ = &owner;
+  if (IsNamed(*child)) Named(*child).place_ = place;
+  if (child->NeedsDestructor()) owner.MarkDeep();
+  owner.ChildInserted(*child, place);
+}
+
+// The place in the list of a node that is to get the place `place` of the children: after that of the
+// nearest child before it that is in the list.
+std::uint32_t NodeAccess::PlaceInList(CzonNamedNode& owner, const NameList& list,
+                                      std::uint32_t place) {
+  const NodeSpan children = owner.Children();
+  if (place >= children.Size()) return Count(list) + 1;
   for (; place > 0; --place) {
-    const auto* before = dynamic_cast<const T*>(children[place - 1]);
-    if (before != nullptr && !before->IsDefaultDef()) return list.PlaceOf(before) + 1;
+    CzonNode& before = *children[place - 1];
+    if (owner.ListOf(before) == &list) return zon::PlaceOf(list, Named(before)) + 1;
   }
   return 1;
 }
 
-}  // namespace
-
-void CzonNamedNode::FileAt(CzonNode* child, std::uint32_t place) {
-  Children().Reserve(arena_);
-  WithList(
-      *this, *child,
-      [&](CzonTargetList& owner, CzonSection* section) {
-        owner.sections_.Insert(section, NumberAt(Children(), owner.sections_, place));
-      },
-      [&](CzonSection& owner, CzonKeyword* keyword) {
-        owner.keywords_.Insert(keyword, NumberAt(Children(), owner.keywords_, place));
-      },
-      [] {});
-  Children().Insert(place, child, arena_);
-  child->owner_ = this;
-  if (child->Has(kNamed)) static_cast<CzonNamedNode*>(child)->place_ = place;
-  if (child->WantsDestructor()) MarkDeep();
-  ChildrenMoved(place, *child, 1);
+bool NodeAccess::IsFiled(const CzonNode& child) {
+  NameList* list = child.GetOwner()->ListOf(child);
+  return list == nullptr || IsIndexed(*list, static_cast<const CzonNamedNode&>(child));
 }
 
-bool CzonNamedNode::IsFiled(CzonNode& child) {
-  return WithList(
-      *this, child,
-      [](CzonTargetList& owner, CzonSection* section) { return owner.sections_.Holds(section); },
-      [](CzonSection& owner, CzonKeyword* keyword) { return owner.keywords_.Holds(keyword); },
-      [] { return true; });
-}
-
-void CzonNamedNode::Unfile(CzonNode* child) {
-  const std::uint32_t place = PlaceOf(child);
-  WithList(
-      *this, *child,
-      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.Remove(section); },
-      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.Remove(keyword); }, [] {});
-  Children().Erase(place);
+void NodeAccess::Unfile(CzonNode* child) {
+  CzonNamedNode& owner = *child->GetOwner();
+  const std::uint32_t place = owner.PlaceOf(child);
+  NameList* list = owner.ListOf(*child);
+  if (list != nullptr) Remove(*list, Named(*child), owner.arena_);
+  Erase(owner.EnsureChildren(), place);
   child->owner_ = nullptr;
-  ChildrenMoved(place, *child, -1);
+  owner.ChildErased(*child, place);
 }
 
-void CzonNamedNode::Replace(CzonNode* child, CzonNode* by) {
-  const std::uint32_t place = PlaceOf(child);
-  Children().Set(place, by);
-  by->owner_ = this;
-  by->instance_ = child->instance_;
-  child->owner_ = nullptr;
-  if (by->WantsDestructor()) MarkDeep();
+void NodeAccess::Replace(CzonNode* value, CzonNode* by) {
+  CzonNamedNode& owner = *value->GetOwner();
+  Places(owner.EnsureChildren())[owner.PlaceOf(value)] = by;
+  by->owner_ = &owner;
+  by->instance_ = value->instance_;
+  value->owner_ = nullptr;
+  if (by->NeedsDestructor()) owner.MarkDeep();
 }
 
-// What depends on the places of children: the numbers of values, and what is known of definitions.
-// `by` is 1 after a child has come to the place `from`, -1 after it has gone.
-void CzonNamedNode::ChildrenMoved(std::uint32_t from, const CzonNode& child, int by) {
-  if (auto* section = dynamic_cast<CzonSection*>(this)) section->DefinitionsMoved(from, child, by);
-  if (auto* keyword = dynamic_cast<CzonKeyword*>(this)) keyword->NumberValues(from);
+void NodeAccess::RestoreNumbers(CzonNode& child) {
+  NameList* list = child.GetOwner()->ListOf(child);
+  if (list != nullptr) zon::RestoreNumbers(*list, Named(child));
 }
 
-// A Copy has reset the number of the child. The next change of its queue, or of the values of the
-// keyword, numbers it again.
-void CzonNamedNode::LoseNumber(CzonNode& child) {
-  WithList(
-      *this, child,
-      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.LoseNumber(section); },
-      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.LoseNumber(keyword); },
-      [this] { Set(kLostNumbers); });
-}
+// ---- Renaming -------------------------------------------------------------------------------------
 
-void CzonNamedNode::RestoreNumbers(CzonNode& child) {
-  WithList(
-      *this, child,
-      [](CzonTargetList& owner, CzonSection* section) { owner.sections_.RestoreNumbers(section); },
-      [](CzonSection& owner, CzonKeyword* keyword) { owner.keywords_.RestoreNumbers(keyword); },
-      [] {});
-}
-
-void CzonNamedNode::Rename(std::string_view name) {
-  // A text of its own, also in an arena: it is released with the next renaming.
-  struct OwnedText : zon::Text {
-    ~OwnedText() { Release(); }
-  } fresh;
-  fresh.Assign(name, nullptr);
-  CzonNamedNode* owner = GetOwner();
-  const auto swapNames = [&] {
-    name_.Swap(fresh);
-    nameHash_ = zon::HashNoCase(name_.View());
-  };
-  const auto refile = [&](auto& list, auto* node) {
-    if (!list.Holds(node)) return swapNames();  // it was added to the children alone
-    const zon::NameKey former = node->GetKey();
-    // A stored name stays where it is when the names are swapped; a host's may go.
-    const std::string copied(former.isStored ? std::string_view() : former.name);
-    const std::string_view formerName = former.isStored ? former.name : copied;
-    const int formerNumber = static_cast<CzonNode*>(node)->instance_;
-    swapNames();
-    if (zon::EqualNoCase(zon::FiledName(formerName), zon::FiledName(node->GetKey().name))) return;
-    try {
-      list.InsertIntoHashtable(node, list.PlaceOf(node));
-    } catch (...) {
-      swapNames();
-      throw;
-    }
-    // The former queue is found while the node has its former name: it may be the first there.
-    swapNames();
-    list.EraseNumber(node, formerNumber);
-    swapNames();
-  };
-  if (owner == nullptr || zon::EqualNoCase(GetNameView(), name)) {
-    swapNames();  // the indexes know it by its name in lower case
+void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
+  ScopedText text(name);
+  CzonNamedNode* owner = node.GetOwner();
+  // The indexes are not case-sensitive.
+  const bool isRefiled = owner != nullptr && !EqualNoCase(node.GetNameView(), name);
+  NameList* list = isRefiled ? owner->ListOf(node) : nullptr;
+  if (list != nullptr && IsIndexed(*list, node)) {
+    RenameInIndex(node, text, *list, owner->arena_);
   } else {
-    WithList(
-        *owner, *this,
-        [&](CzonTargetList& of, CzonSection* section) { refile(of.sections_, section); },
-        [&](CzonSection& of, CzonKeyword* keyword) { refile(of.keywords_, keyword); }, swapNames);
-    auto* section = dynamic_cast<CzonSection*>(owner);
-    if (section != nullptr && IsDefaultDef()) section->ForgetDefinitions();
+    SwapName(node, text);
   }
-  if (name_.IsOwner() && Has(kInArena)) MarkDeep();
+  if (isRefiled) owner->ChildRenamed(node);
+  if (node.name_.IsOwner() && node.Has(CzonNode::kInArena)) node.MarkDeep();
 }
 
-void CzonNamedNode::SwapContent(CzonNamedNode& other) {
-  children_.Swap(other.children_);
-  const bool isDeferred = Has(kDeferred);
-  Set(kDeferred, other.Has(kDeferred));
-  other.Set(kDeferred, isDeferred);
-  std::swap(flags_, other.flags_);
-  std::swap(nameGlb_, other.nameGlb_);
-  CzonNode::SwapRemark(other);
-  auto* list = dynamic_cast<CzonTargetList*>(this);
-  auto* otherList = dynamic_cast<CzonTargetList*>(&other);
-  if (list != nullptr && otherList != nullptr) list->SwapLists(*otherList);
-  for (CzonNamedNode* owner : {this, &other}) {
-    if (!owner->Has(kDeferred)) {
-      for (CzonNode* child : owner->children_) child->owner_ = owner;
+void NodeAccess::SwapName(CzonNamedNode& node, Text& name) {
+  node.name_.Swap(name);
+  node.nameHash_ = HashNoCase(node.name_.View());
+}
+
+// Files the node under its new name before it leaves the queue of its former name.
+void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena) {
+  const std::string formerName(node.GetKey().name);
+  const std::int32_t formerNumber = node.instance_;
+  SwapName(node, name);
+  if (EqualNoCase(FiledName(formerName), FiledName(node.GetKey().name))) return;
+  try {
+    InsertIntoIndex(list, node, zon::PlaceOf(list, node), arena);
+  } catch (...) {
+    SwapName(node, name);
+    throw;
+  }
+  // The former queue is found by the name of its first node, which may be this one.
+  SwapName(node, name);
+  EraseFromIndex(list, node, formerNumber, arena);
+  SwapName(node, name);
+}
+
+// ---- Copying --------------------------------------------------------------------------------------
+
+std::unique_ptr<CzonNamedNode> NodeAccess::CopyAside(const CzonNamedNode& node,
+                                                     const CzonNamedNode& source) {
+  std::unique_ptr<CzonNamedNode> aside = node.MakeAside();
+  aside->CopyContent(source);
+  return aside;
+}
+
+void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
+  std::swap(node.children_, other.children_);
+  const bool isDeferred = node.Has(CzonNode::kDeferred);
+  node.Set(CzonNode::kDeferred, other.Has(CzonNode::kDeferred));
+  other.Set(CzonNode::kDeferred, isDeferred);
+  std::swap(node.flags_, other.flags_);
+  std::swap(node.nameGlb_, other.nameGlb_);
+  node.SwapRemark(other);
+  node.SwapOwn(other);
+  const bool isDeep = node.Has(CzonNode::kDeep) || other.Has(CzonNode::kDeep);
+  for (CzonNamedNode* owner : {&node, &other}) {
+    if (isDeep) owner->MarkDeep();
+    if (owner->Has(CzonNode::kDeferred)) continue;
+    for (CzonNode* child : NodeSpan(owner->children_.nodes)) child->owner_ = owner;
+  }
+}
+
+}  // namespace zon
+
+void CzonNamedNode::Copy(const CzonNode* source) {
+  if (source == this || source == nullptr) return;
+  const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
+  ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
+  // The source may be above or below this node, so the copy is made aside. The old content, which
+  // may hold the source, is deleted last.
+  const std::unique_ptr<CzonNamedNode> aside = zon::NodeAccess::CopyAside(*this, *Src);
+  zon::NodeAccess::Rename(*this, Src->GetNameView());
+  zon::NodeAccess::SwapContent(*this, *aside);
+  ResetNumber();
+  aside->Clear();
+}
+
+// Fills an empty node with copies of everything but the name. Iterative.
+void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
+  CopyFields(source);
+  std::vector<std::pair<CzonNamedNode*, const CzonNamedNode*>> open{{this, &source}};
+  while (!open.empty()) {
+    const auto [to, from] = open.back();
+    open.pop_back();
+    for (CzonNode* child : from->Children()) {
+      std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
+      const CzonNode& made = *NewCopy;
+      ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
+                      "typeid(*NewCopy) == typeid(*Src)");
+      if (child->Has(kNamed) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
+        auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
+        const auto& original = static_cast<const CzonNamedNode&>(*child);
+        named->SetName(original.GetNameView());
+        named->CopyFields(original);
+        open.emplace_back(named, &original);
+      } else {
+        NewCopy->Copy(child);
+      }
+      to->AppendCopy(NewCopy.get());
+      static_cast<void>(NewCopy.release());  // owned by `to` now
     }
-    if (Has(kDeep) || other.Has(kDeep)) owner->MarkDeep();
   }
 }
 
-void CzonTargetList::SwapLists(CzonTargetList& other) {
-  sections_.Swap(other.sections_);
-  facts_.swap(other.facts_);
-  auto* section = dynamic_cast<CzonSection*>(this);
-  auto* otherSection = dynamic_cast<CzonSection*>(&other);
-  if (section == nullptr || otherSection == nullptr) return;
-  section->keywords_.Swap(otherSection->keywords_);
-  section->ForgetDefinitions();
-  otherSection->ForgetDefinitions();
+// Copies everything but the name and the children.
+void CzonNamedNode::CopyFields(const CzonNamedNode& source) {
+  SetRemark(source.GetRemark(), nullptr);
+  flags_ = source.flags_;
+  CopyOwn(source);
+}
+
+void CzonNamedNode::AppendCopy(CzonNode* child) {
+  zon::NameList* list = ListOf(*child);
+  if (list != nullptr) {
+    ReserveChild();
+    zon::Append(*list, static_cast<CzonNamedNode&>(*child), arena_);
+  }
+  AddNode(child);
+  if (child->IsParam()) ChildInserted(*child, children_.nodes.size - 1);
 }

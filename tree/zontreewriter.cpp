@@ -9,7 +9,7 @@
 #include "base/zonput.h"
 #include "base/zonversion.h"
 #include "tree/zonkeyword.h"
-#include "tree/zonparam.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
 namespace {
@@ -39,7 +39,7 @@ void PutHeader(std::ostream& out) {
 }
 
 void PutNameAndMark(std::ostream& out, const CzonNamedNode& node) {
-  zon::Put(out, node.GetNameView());
+  zon::Put(out, zon::NodeAccess::GetNameView(node));
   if ((node.GetFlags() & CzonNamedNode::kMulti) != 0) zon::Put(out, "()");
 }
 
@@ -58,12 +58,13 @@ void CzonNamedNode::WriteChildren(std::ostream& out) const {
   std::vector<Position> path{{this, 0}};
   while (!path.empty()) {
     Position& position = path.back();
-    if (position.next >= position.node->Children().Size()) {
+    const zon::NodeSpan children = position.node->Children();
+    if (position.next >= children.Size()) {
       if (position.node != this) static_cast<const CzonSection*>(position.node)->WriteEnd(out);
       path.pop_back();
       continue;
     }
-    const CzonNode* child = position.node->Children()[position.next++];
+    const CzonNode* child = children[position.next++];
     if (typeid(*child) != typeid(CzonSection)) {
       child->Write(out);
       continue;
@@ -97,7 +98,7 @@ void CzonSection::WriteHead(std::ostream& out) const {
 void CzonSection::WriteEnd(std::ostream& out) const {
   Indent(out);
   zon::Put(out, "EndSect  // ");
-  zon::Put(out, GetNameView());
+  zon::Put(out, zon::NodeAccess::GetNameView(*this));
   zon::Put(out, "\n\n");
 }
 
@@ -111,7 +112,7 @@ std::ostream& CzonKeyword::Write(std::ostream& out) const {
 std::ostream& CzonDefaultDef::Write(std::ostream& out) const {
   Indent(out);
   zon::Put(out, "default (");
-  zon::Put(out, GetNameView());
+  zon::Put(out, zon::NodeAccess::GetNameView(*this));
   zon::Put(out, ") = ");
   return WriteParms(out);
 }

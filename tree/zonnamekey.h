@@ -1,0 +1,25 @@
+// How named nodes are filed: by name in lower case, the empty name as one blank, with a hash.
+#ifndef ZON_TREE_ZONNAMEKEY_H
+#define ZON_TREE_ZONNAMEKEY_H
+
+#include <cstdint>
+#include <string_view>
+
+namespace zon {
+
+// The name by which a node is filed, and its hash.
+struct NameKey {
+  std::string_view name;
+  std::uint32_t hash;
+  bool isStored;  // false for the result of a host's GetName, which may be another one later
+};
+
+// A Copy resets the instance number of its target to 0. If the target has no owner, the queue that
+// counts it is unknown: this counter goes up, and each queue compares it with the count that it saw
+// when it was last numbered.
+void CountLostNumber();
+std::uint32_t GetLostNumbers();
+
+}  // namespace zon
+
+#endif

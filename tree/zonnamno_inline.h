@@ -1,0 +1,48 @@
+// The inline operations of CzonNamedNode that are internal to the library: children that may be made
+// on demand, and the key of the name.
+#ifndef ZON_TREE_ZONNAMNO_INLINE_H
+#define ZON_TREE_ZONNAMNO_INLINE_H
+
+#include "base/zonchars.h"
+#include "tree/zonnamekey.h"
+#include "tree/zonnamno.h"
+#include "tree/zonnodelist.h"
+
+inline zon::NodeList& CzonNamedNode::EnsureChildren() {
+  if (Has(kDeferred)) MakeDeferredChildren();
+  return children_.nodes;
+}
+
+inline void CzonNamedNode::DeferValues(const zon::DeferredValues& values) {
+  if (Has(kDeferred) || children_.nodes.size != 0) {
+    EnsureChildren();
+    return MakeValues(values);
+  }
+  children_.deferred = values;
+  Set(kDeferred);
+}
+
+// A node in an arena is of the library's classes: its GetName returns the stored name.
+inline zon::NameKey CzonNamedNode::GetKey() const {
+  return Has(kInArena) ? zon::NameKey{GetNameView(), nameHash_, true} : MakeKey();
+}
+
+inline void CzonNamedNode::ReserveChild() {
+  zon::Reserve(EnsureChildren(), arena_);
+}
+
+inline zon::NodeSpan CzonNamedNode::Children() const {
+  return zon::NodeSpan(const_cast<CzonNamedNode*>(this)->EnsureChildren());
+}
+
+inline void CzonNamedNode::EnterArena(zon::Arena& arena) {
+  Set(kInArena);
+  arena_ = &arena;
+}
+
+inline void CzonNamedNode::ReferToName(std::string_view name) {
+  nameHash_ = zon::HashNoCase(name);
+  name_.ReferTo(name);
+}
+
+#endif

@@ -1,0 +1,177 @@
+// What the rest of the library does with nodes beyond their public operations: makes them in an
+// arena, refers to texts of a file without a copy, changes trees. The one friend of the node
+// classes; not installed.
+//
+// Functions for values are templates over the class of the value, so that this header needs none of
+// these classes. Functions that change the tree throw std::bad_alloc and then leave it as it was;
+// they are in zontreeedit.cpp.
+#ifndef ZON_TREE_ZONNODEACCESS_H
+#define ZON_TREE_ZONNODEACCESS_H
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "base/zonarena.h"
+#include "tree/zonnamno_inline.h"
+
+namespace zon {
+
+struct NodeAccess {
+  // Makes a node in the arena. Free is to be called for it: it may own memory outside the arena.
+  template <class T, class... Arguments>
+  static T* Make(Arena& arena, Arguments... arguments) {
+    void* place = arena.Allocate(sizeof(T));
+    T* node;
+    if constexpr (sizeof...(arguments) == 0) {
+      node = new (place) T;  // without parentheses: nothing is cleared first
+    } else {
+      node = new (place) T(arguments...);
+    }
+    if constexpr (std::is_base_of_v<CzonNamedNode, T>) {
+      node->EnterArena(arena);
+    } else {
+      node->CzonNode::Set(CzonNode::kInArena);
+    }
+    return node;
+  }
+
+  // Deletes a node. One in an arena is only destroyed, and only if it owns memory outside.
+  static void Free(CzonNode* node) { CzonNode::Free(node); }
+
+  static Arena* GetArena(const CzonNode& node) { return node.GetArena(); }
+  static void SetRemark(CzonNode& node, std::string_view text, Arena* arena) {
+    node.SetRemark(text, arena);
+  }
+
+  static bool IsNamed(const CzonNode& node) { return node.Has(CzonNode::kNamed); }
+  static bool IsList(const CzonNode& node) { return node.Has(CzonNode::kList); }
+  static bool IsSection(const CzonNode& node) { return node.Has(CzonNode::kSection); }
+  static bool IsKeyword(const CzonNode& node) { return node.Has(CzonNode::kKeyword); }
+
+  // The instance number.
+  static std::int32_t GetNumber(const CzonNode& node) { return node.instance_; }
+  static void SetNumber(CzonNode& node, std::int32_t number) { node.instance_ = number; }
+
+  // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
+  static std::string_view GetNameView(const CzonNamedNode& node) { return node.GetNameView(); }
+  static NameKey GetKey(const CzonNamedNode& node) { return node.GetKey(); }
+  static void SetName(CzonNamedNode& node, std::string_view name) { node.SetName(name); }
+  static void ReferToName(CzonNamedNode& node, std::string_view name) { node.ReferToName(name); }
+
+  // Whether the dynamic class is one of the library's, so that nothing is overridden by a host.
+  static bool IsOfLibrary(const CzonNamedNode& node) { return node.IsOfLibrary(); }
+
+  // Children. The place of a child counts from 0; PlaceOf returns the number of children for a node
+  // that is none. The hint is the place where the node was seen last.
+  static NodeSpan Children(const CzonNamedNode& owner) { return owner.Children(); }
+  static std::uint32_t PlaceOf(const CzonNamedNode& owner, const CzonNode& child) {
+    return owner.PlaceOf(&child);
+  }
+  static std::uint32_t GetPlaceHint(const CzonNamedNode& node) { return node.place_; }
+  static unsigned int CountNamesakes(const CzonNamedNode& owner, const CzonNamedNode& child) {
+    return owner.CountNamesakes(child);
+  }
+
+  // Files a child at a place of the children; the number of children appends.
+  static void FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place);
+
+  // Removes a child from its owner. The child lives on. IsFiled is false for a child that belongs
+  // into an index which does not hold it; it must not be removed.
+  static void Unfile(CzonNode* child);
+  static bool IsFiled(const CzonNode& child);
+
+  // Puts another value in the place of a value, which lives on.
+  static void Replace(CzonNode* value, CzonNode* by);
+
+  static void Rename(CzonNamedNode& node, std::string_view name);
+
+  // Numbers the namesakes of a child, one of which a Copy has reset.
+  static void RestoreNumbers(CzonNode& child);
+
+  // Makes a copy of everything of `source` but the name, for SwapContent with `node`, which exchanges
+  // everything but name and place.
+  static std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& node,
+                                                  const CzonNamedNode& source);
+  static void SwapContent(CzonNamedNode& node, CzonNamedNode& other);
+
+  // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a number
+  // without its text.
+  template <class Value>
+  static std::string_view GetTextView(const Value& value) {
+    return value.GetTextView();
+  }
+  template <class Value>
+  static void SetText(Value& value, std::string_view text, Arena* arena) {
+    value.SetText(text, arena);
+  }
+  template <class Value>
+  static void ReferToText(Value& value, std::string_view text) {
+    value.ReferToText(text);
+  }
+  template <class Value, class Number>
+  static void SetValue(Value& value, Number number, Arena* arena) {
+    value.SetValue(number, arena);
+  }
+  template <class Real>
+  static void SetReal(Real& real, double value, std::string_view text) {
+    real.SetReal(value, text, GetArena(real));
+  }
+  template <class Numeric>
+  static float GetFloatView(double value) {
+    return Numeric::FloatView(value);
+  }
+  template <class Value>
+  static void ReadText(Value& value) {
+    value.ReadText();
+  }
+  template <class Value, class... Numbers>
+  static void SetViews(Value& value, Numbers... numbers) {
+    value.SetViews(numbers...);
+  }
+
+  // The characters of a string, terminated by a zero.
+  template <class String>
+  static const char* GetChars(const String& value) {
+    return value.GetChars();
+  }
+
+  // CLOBs: the content of the text of a quoted value, if it is that of a CLOB; a text that is kept
+  // until the CLOB changes.
+  template <class Clob>
+  static bool FindContent(std::string_view text, std::string_view* content) {
+    return Clob::FindContent(text, content);
+  }
+  template <class Clob>
+  static const std::string& Keep(const Clob& clob, std::string text) {
+    return clob.Keep(std::move(text));
+  }
+
+  // Values that are parsed later, see zondeferredvalues.h. AppendNew appends nodes in the arena of the
+  // keyword and numbers them.
+  static void DeferValues(CzonNamedNode& keyword, const DeferredValues& values) {
+    keyword.DeferValues(values);
+  }
+  static void AppendNew(CzonNamedNode& keyword, CzonNode* const* values, std::uint32_t count) {
+    keyword.AppendNew(values, count);
+  }
+
+  // The file handle of a root.
+  template <class Root, class Handle>
+  static void SetHandle(Root& root, Handle* handle) {
+    root.SetHandle(handle);
+  }
+
+ private:
+  static std::uint32_t PlaceInList(CzonNamedNode& owner, const NameList& list, std::uint32_t place);
+  static void SwapName(CzonNamedNode& node, Text& name);
+  static void RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena);
+};
+
+}  // namespace zon
+
+#endif

@@ -1,0 +1,49 @@
+// Fields of the node classes whose operations are internal to the library. Hosts only need their
+// sizes.
+#ifndef ZON_TREE_ZONNODEFIELDS_H
+#define ZON_TREE_ZONNODEFIELDS_H
+
+#include <cstdint>
+
+class CzonNode;
+
+namespace zon {
+
+struct DeferralSource;
+struct NameQueue;
+
+// See tree/zonnodelist.h.
+struct NodeList {
+  union {
+    CzonNode* single;  // of a list of at most one node
+    CzonNode** block;  // of `1 << power` places
+  };
+  std::uint32_t size;
+  std::uint32_t power;  // 0: no block
+};
+
+// See tree/zonnameindex.h.
+struct NameIndex {
+  NameQueue* queues;
+  std::uint32_t used;
+  std::uint32_t room;  // a power of two
+};
+
+struct NameList {
+  NameIndex index;
+  NodeList ordered;
+};
+
+// The hash of the empty name.
+constexpr std::uint32_t kEmptyNameHash = 0x9E3779B9U;
+
+// See tree/zondeferredvalues.h.
+struct DeferredValues {
+  const DeferralSource* source;
+  std::uint32_t begin;
+  std::uint32_t size;
+};
+
+}  // namespace zon
+
+#endif
