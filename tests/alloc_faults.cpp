@@ -567,6 +567,9 @@ TEST_F(Faults, NothingIsKept) {
     }
     if (n == 1000) before = {living, mapped};
     ASSERT_EQ(zonCopy(tree.keyword, onto), 1);
+    ASSERT_STREQ(zonGetString(zonNodeByNum(tree.keyword, 4)),
+                 "a string that's as long as it takes");
+    ASSERT_NE(zonGetFilenameString(zonNodeByNum(tree.keyword, 5)), nullptr);
   }
   EXPECT_EQ(std::pair(living, mapped), before);
 }
