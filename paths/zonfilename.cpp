@@ -36,7 +36,7 @@ std::string CzonFilename::GetPath() const {
 }
 
 const char* CzonFilename::GetFilenameString() const {
-  return text_.Terminated();
+  return GetChars();
 }
 
 std::ostream& CzonFilename::Write(std::ostream& out) const {

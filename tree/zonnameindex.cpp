@@ -31,12 +31,16 @@ bool IsFree(const NameQueue& queue) {
 }
 
 bool HasName(const NameQueue& queue, std::string_view name, std::uint32_t hash) {
-  return queue.hash == hash && !IsFree(queue) &&
-         EqualNoCase(FiledName(NameOf(queue)), FiledName(name));
+  return queue.hash == hash && EqualNoCase(FiledName(NameOf(queue)), FiledName(name));
 }
 
 bool IsHashed(const NameIndex& index) {
   return index.room > kLargestLinear;
+}
+
+// The end of the places that are initialized.
+NameQueue* EndOfPlaces(const NameIndex& index) {
+  return index.queues + (IsHashed(index) ? index.room : index.used);
 }
 
 // Tables are blocks of 8 << power bytes, with 32 bytes for each queue.
@@ -74,10 +78,10 @@ void GrowTable(NameIndex& index, Arena* arena) {
   NameIndex grown = {};
   grown.room = index.room == 0 ? kFirstRoom : index.room * 2;
   grown.queues = static_cast<NameQueue*>(AllocateBlock(arena, TablePower(grown.room)));
-  for (std::uint32_t at = 0; at < grown.room; ++at) new (&grown.queues[at]) NameQueue{};
-  for (std::uint32_t at = 0; at < index.room; ++at) {
-    if (IsFree(index.queues[at])) continue;
-    *FindFreePlace(grown, index.queues[at].hash) = index.queues[at];
+  if (IsHashed(grown)) std::uninitialized_fill_n(grown.queues, grown.room, NameQueue{});
+  for (NameQueue* queue = index.queues; queue != EndOfPlaces(index); ++queue) {
+    if (IsFree(*queue)) continue;
+    *FindFreePlace(grown, queue->hash) = *queue;
     ++grown.used;
   }
   if (index.queues != nullptr) ReleaseBlock(arena, index.queues, TablePower(index.room));
@@ -92,6 +96,7 @@ NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, std::string_view
       GrowTable(index, arena);
     }
     queue = FindFreePlace(index, hash);
+    new (queue) NameQueue{};
     queue->hash = hash;
     ++index.used;
   }
@@ -112,7 +117,6 @@ void DropQueue(NameIndex& index, NameQueue* queue, Arena* arena) {
   --index.used;
   if (!IsHashed(index)) {
     *queue = queues[index.used];
-    queues[index.used] = {};
     return;
   }
   // Linear probing: shift later entries of the run back into the gap.
@@ -205,7 +209,7 @@ NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, Arena* arena) {
 
 void Release(NameIndex& index, Arena* arena) {
   if (index.queues == nullptr) return;
-  for (NameQueue* queue = index.queues; queue != index.queues + index.room; ++queue) {
+  for (NameQueue* queue = index.queues; queue != EndOfPlaces(index); ++queue) {
     Release(queue->nodes, arena);
     delete queue->name;
   }

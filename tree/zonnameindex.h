@@ -2,7 +2,7 @@
 //
 // NameIndex maps a name, in lower case, to the queue of the nodes of that name. It is a plain array
 // of up to 8 queues, which is searched linearly, or a hash table with linear probing that is at most
-// half full. A free place has an empty queue.
+// half full. In the hash table a free place has an empty queue.
 // NameList is an index and the list of its nodes in the order of the file. The instance number of a
 // node is its place in its queue, counted from 1.
 //

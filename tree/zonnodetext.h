@@ -25,13 +25,15 @@ class __attribute__((packed, aligned(4))) Text {
     return *static_cast<const std::string*>(where_);
   }
 
-  // The text with a zero behind it, for a quoted one: where such a text stands as it was read, its
-  // closing quote follows, which nobody needs any more.
-  const char* Terminated() const {
+  // The text terminated by a zero. In the buffer of a file the closing quote follows it, which stays:
+  // the first call makes a copy, which is then the text.
+  const char* Terminated(Arena& arena) const {
     if (size_ >= kKept) return static_cast<const std::string*>(where_)->c_str();
-    auto* chars = static_cast<char*>(const_cast<void*>(where_));
-    if (chars[size_] != '\0') chars[size_] = '\0';
-    return chars;
+    const auto* chars = static_cast<const char*>(where_);
+    if (chars[size_] == '\0') return chars;
+    const char* copy = arena.CopyText({chars, size_});
+    where_ = copy;
+    return copy;
   }
 
   // The text as a string that lives until the text changes or is released. With a store the string

@@ -42,19 +42,28 @@ void CzonParam::Copy(const CzonNode* source) {
 
 const std::string& CzonParam::GetText() const {
   const std::string& text = text_.AsString(GetArena());
-  // A string in the free store is released by the destructor.
-  if (text_.IsOwner() && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
+  NoteOwnedText();
   return text;
+}
+
+const char* CzonParam::GetChars() const {
+  zon::Arena* arena = GetArena();
+  return arena != nullptr ? text_.Terminated(*arena) : GetText().c_str();
+}
+
+// Call after the text may have become a string in the free store, which the destructor releases.
+void CzonParam::NoteOwnedText() const {
+  if (text_.IsOwner() && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
 }
 
 void CzonParam::SetText(std::string_view text, zon::Arena* arena) {
   text_.Assign(text, arena);
-  if (text_.IsOwner() && Has(kInArena)) MarkDeep();
+  NoteOwnedText();
 }
 
 void CzonParam::AppendText(std::string_view text) {
   text_.Append(text, GetArena());
-  if (text_.IsOwner() && Has(kInArena)) MarkDeep();
+  NoteOwnedText();
 }
 
 CzonUndefinedPar::CzonUndefinedPar(const std::string& text) : CzonParam(text) {}

@@ -30,12 +30,15 @@ class ZON_API CzonParam : public CzonNode {
   std::string_view GetTextView() const { return text_.View(); }
   void SetText(std::string_view text, zon::Arena* arena);  // a copy, in the arena if there is one
   void AppendText(std::string_view text);
+  const char* GetChars() const;  // the text terminated by a zero, with no string made for it
+
   zon::Text text_;
 
  private:
   friend struct zon::NodeAccess;
 
   void ReferToText(std::string_view text) { text_.ReferTo(text); }
+  void NoteOwnedText() const;
 };
 
 /** An empty place in a list. */

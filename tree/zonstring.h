@@ -17,12 +17,6 @@ class ZON_API CzonString : public CzonParam {
   const std::string& GetString() const override;
   std::ostream& Write(std::ostream& out) const override;  ///< in quotes, inner quotes doubled
   int GetSyntaxClass() const override;
-
- private:
-  friend struct zon::NodeAccess;
-
-  // GetString as characters; no string is made for them.
-  const char* GetChars() const { return text_.Terminated(); }
 };
 
 namespace zon {
