@@ -181,8 +181,9 @@ std::string ResultOf(F call) {
     return TextOf(result);
   }
 }
-#define CALL(...) \
-  MakeCall(#__VA_ARGS__, [](Tree& t) { return ResultOf([&t] { return __VA_ARGS__; }); })
+#define CALL(...)        \
+  MakeCall(#__VA_ARGS__, \
+           []([[maybe_unused]] Tree& t) { return ResultOf([&] { return __VA_ARGS__; }); })
 #define ASK(function) CALL(function(t.node))
 // Both forms of a function of the builder.
 #define ADD(function, ...) \
