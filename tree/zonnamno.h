@@ -100,6 +100,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   // Whether GetZonFilename may be asked of it as the root of a tree.
   virtual bool HoldsFilename() const;
 
+  /** A new node that uses the arena of this one, if there is one, but is not in it. */
   template <class T>
   std::unique_ptr<T> MakeInArena() const {
     auto node = std::make_unique<T>();
@@ -113,7 +114,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   // Makes room for one more child: AddNode cannot fail after it.
   void ReserveChild();
 
-  void WriteChildren(std::ostream& out) const;
+  void WriteChildren(std::ostream& out) const;  ///< each by its own Write, in order
 
   zon::Arena* arena_ = nullptr;  // set exactly for nodes in an arena
 

@@ -171,7 +171,9 @@ class ZON_API CzonNode : public CzonBase {
     kLostNumbers = 1024,  // of keywords: a Copy has reset the number of a value
   };
 
-  bool Has(Bits bit) const { return (bits_ & bit) != 0; }
+  bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
+
+  /** Sets or clears a bit. */
   void Set(Bits bit, bool on = true) {
     bits_ = on ? bits_ | bit : bits_ & ~static_cast<std::uint32_t>(bit);
   }

@@ -41,7 +41,7 @@ class ZON_API CzonNumeric : public CzonParam {
   static double string_to_double(const std::string& s);
 
  protected:
-  static float FloatView(double value);
+  static float FloatView(double value);  ///< what GetFloat returns for the value
 
   // The integer view of the derived classes. It is here because there are four bytes of padding after
   // the text.

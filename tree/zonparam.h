@@ -27,12 +27,12 @@ class ZON_API CzonParam : public CzonNode {
   const std::string& GetText() const;
 
  protected:
-  std::string_view GetTextView() const { return text_.View(); }
-  void SetText(std::string_view text, zon::Arena* arena);  // a copy, in the arena if there is one
-  void AppendText(std::string_view text);
-  const char* GetChars() const;  // the text terminated by a zero, with no string made for it
+  std::string_view GetTextView() const { return text_.View(); }  ///< as GetText
+  void SetText(std::string_view text, zon::Arena* arena);  ///< a copy, in the arena if there is one
+  void AppendText(std::string_view text);                  ///< to the end of the text
+  const char* GetChars() const;  ///< the text terminated by a zero, with no string made for it
 
-  zon::Text text_;
+  zon::Text text_;  ///< as it was written
 
  private:
   friend struct zon::NodeAccess;
