@@ -24,8 +24,11 @@ struct Secret {
 // The kernel gives each process 16 random bytes, also where addresses are not random.
 Secret SecretOfProcess() {
   Secret secret;
-  const auto address = static_cast<std::uintptr_t>(getauxval(AT_RANDOM));
-  if (address != 0) std::memcpy(&secret, reinterpret_cast<const void*>(address), sizeof secret);
+  const unsigned long address = getauxval(AT_RANDOM);
+  if (address == 0) return secret;
+  const void* bytes = nullptr;
+  std::memcpy(&bytes, &address, sizeof bytes);  // the kernel gives the address as a number
+  std::memcpy(&secret, bytes, sizeof secret);
   return secret;
 }
 
