@@ -170,6 +170,17 @@ void ExpectDefault(CzonSection* section, const std::string& name, unsigned depth
   ASSERT_EQ(keyword->ParamByNum(1)->GetText(), name);
 }
 
+TEST(Size, DeepFilesNeedNoStack) {
+  RunOnSmallStack([](void*) -> void* {
+    const File comments(Load(Repeat("/* ", kDeep) + Repeat("*/ ", kDeep) + "[A] EndSect"));
+    EXPECT_EQ(zonNoComments(comments), static_cast<unsigned>(kDeep));
+    EXPECT_EQ(zonGetNoTargets(comments), 1);
+    const File sections(Load(Repeat("[A] ", kDeep) + Repeat("EndSect ", kDeep)));
+    EXPECT_EQ(SyntaxError(sections), "1:587 yacc stack overflow");
+    return nullptr;
+  });
+}
+
 TEST(Size, DeepTreesNeedNoStack) {
   RunOnSmallStack([](void*) -> void* {
     CzonTargetList copy, named;
