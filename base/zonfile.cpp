@@ -98,9 +98,12 @@ void CutBack(int file, off_t size) {
 bool InputFile::Open(const char* name) {
   Close();
   file_ = OpenFile(name != nullptr ? name : "", O_RDONLY);
+  error_ = IsOpen() ? 0 : errno;
   if (!IsOpen()) return false;
   struct stat facts {};
-  if (fstat(file_, &facts) != 0 || S_ISDIR(facts.st_mode)) {
+  if (fstat(file_, &facts) != 0) error_ = errno;
+  if (S_ISDIR(facts.st_mode)) error_ = EISDIR;
+  if (error_ != 0) {
     Close();
     return false;
   }
@@ -117,6 +120,7 @@ std::size_t InputFile::Read(char* room, std::size_t size) {
   } while (got < 0 && errno == EINTR);
   if (got > 0) return static_cast<std::size_t>(got);
   failed_ = got < 0;
+  if (failed_) error_ = errno;
   Close();
   return 0;
 }

@@ -31,11 +31,15 @@ class InputFile {
   // Whether the last read failed. What was read before is only a part of the file.
   bool HasFailed() const { return failed_; }
 
+  // The errno of the Open or Read that failed; 0 if none did.
+  int Error() const { return error_; }
+
   void Close();
 
  private:
   int file_ = -1;
   std::size_t size_ = 0;
+  int error_ = 0;
   bool failed_ = false;
 };
 

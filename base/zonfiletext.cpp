@@ -19,24 +19,31 @@ constexpr std::size_t kMostRoom = std::size_t{1} << 38;
 
 }  // namespace
 
-void FileText::Reserve() {
-  const std::size_t size = file_.Size();
-  if (size == 0) {
-    ReserveAddresses();
-  } else {
-    // Some room for what is appended to the file while it is read.
-    size_ = kFront + size + std::min(size, kPiece) + 1;
-    if (size > SIZE_MAX / 4) throw std::bad_alloc();
-    if (size > kPiece) {
-      const auto* chunk =
-          std::lower_bound(std::begin(kTextChunkSizes), std::end(kTextChunkSizes), size_);
-      if (chunk != std::end(kTextChunkSizes)) size_ = *chunk;
-    }
-    memory_ = static_cast<char*>(AllocateChunk(size_));
-    if (memory_ == nullptr) throw std::bad_alloc();
+// Allocates the memory for a text of `size` bytes.
+void FileText::Reserve(std::size_t size) {
+  if (size > SIZE_MAX / 4) throw std::bad_alloc();
+  size_ = kFront + size + 1;
+  if (size > kPiece) {
+    const auto* chunk =
+        std::lower_bound(std::begin(kTextChunkSizes), std::end(kTextChunkSizes), size_);
+    if (chunk != std::end(kTextChunkSizes)) size_ = *chunk;
   }
-  std::memset(memory_, 0, kFront);
-  begin_ = end_ = memory_ + kFront;
+  memory_ = static_cast<char*>(AllocateChunk(size_));
+  if (memory_ == nullptr) throw std::bad_alloc();
+}
+
+void FileText::Assign(std::string_view text) {
+  Release();
+  Reserve(text.size());
+  SetBegin(memory_);
+  if (!text.empty()) std::memcpy(begin_, text.data(), text.size());
+  end_ = begin_ + text.size();
+  *end_ = '\0';
+}
+
+void FileText::SetBegin(char* memory) {
+  std::memset(memory, 0, kFront);
+  begin_ = end_ = memory + kFront;
 }
 
 // A pipe can hold any amount, and the text must not move: addresses are reserved for far more than
@@ -56,7 +63,16 @@ void FileText::ReserveAddresses() {
 
 bool FileText::ReadMore() {
   if (!file_.IsOpen()) return false;
-  if (memory_ == nullptr) Reserve();
+  if (memory_ == nullptr) {
+    // Some room for what is appended to the file while it is read.
+    const std::size_t size = file_.Size();
+    if (size == 0) {
+      ReserveAddresses();
+    } else {
+      Reserve(size + std::min(size, kPiece));
+    }
+    SetBegin(memory_);
+  }
   const auto room = static_cast<std::size_t>(memory_ + size_ - 1 - end_);
   if (room == 0) {
     char more;

@@ -1,4 +1,5 @@
-// The text of a file in one piece of memory, read as far as the caller asks for it.
+// The text of a file in one piece of memory, read as far as the caller asks for it. The text can also
+// be a copy of one that the host has in memory.
 //
 // What was read never moves, so tokens, names and values can point into it for as long as the object
 // lives. A zero byte follows the last one, and kFront bytes precede the first one: a search needs no
@@ -9,7 +10,9 @@
 #ifndef ZON_BASE_ZONFILETEXT_H
 #define ZON_BASE_ZONFILETEXT_H
 
+#include <cerrno>
 #include <cstddef>
+#include <string_view>
 
 #include "base/zonfile.h"
 
@@ -26,6 +29,9 @@ class FileText {
 
   bool Open(const char* name) { return file_.Open(name); }
 
+  // Makes a copy of the text the text of the file. Throws std::bad_alloc.
+  void Assign(std::string_view text);
+
   // Reads on; false at the end of the file. Throws std::bad_alloc.
   bool ReadMore();
 
@@ -36,12 +42,16 @@ class FileText {
   // Whether a part of the file could not be read.
   bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
 
+  // The errno of the Open or the read that failed; 0 if none did.
+  int Error() const { return isTooLong_ ? EFBIG : file_.Error(); }
+
   void Close() { file_.Close(); }  // there is nothing more to read
   void Release();                  // frees the memory
 
  private:
-  void Reserve();
+  void Reserve(std::size_t size);
   void ReserveAddresses();
+  void SetBegin(char* memory);
   void Trim();
 
   InputFile file_;

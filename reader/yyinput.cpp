@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "base/zonfiletext.h"
 #include "base/zonlexeme.h"
@@ -60,23 +61,30 @@ void CyyInput::CountText(const char* begin, const char* end) {
   position_ = static_cast<unsigned int>(end - last - 1);
 }
 
-CyyStream::CyyStream(const char* name) : text_(std::make_unique<zon::FileText>()) {
+CyyStream::CyyStream(const char* name) : text_(std::make_shared<zon::FileText>()) {
   status_ = text_->Open(name) ? 0 : 2;
   counted_ = next_ = end_ = nothing + zon::FileText::kFront;
+}
+
+CyyStream::CyyStream(std::shared_ptr<zon::FileText> text) : text_(std::move(text)) {
+  status_ = 0;
+  const bool isEmpty = text_->Begin() == nullptr;
+  counted_ = next_ = isEmpty ? nothing + zon::FileText::kFront : text_->Begin();
+  end_ = isEmpty ? next_ : text_->End();
 }
 
 CyyStream::~CyyStream() = default;
 
 void CyyStream::Close() {
   Count();
-  text_->Close();
+  if (text_.use_count() == 1) text_->Close();
   next_ = end_;
   counted_ = end_;
 }
 
 void CyyStream::Release() {
   Close();
-  text_->Release();
+  if (text_.use_count() == 1) text_->Release();
   counted_ = next_ = end_ = nothing + zon::FileText::kFront;
 }
 

@@ -63,14 +63,17 @@ class ZON_API CyyStream : public CyyInput {
   /** Whether the file ended because it could not be read on. */
   bool HasFailed() const;
 
-  /** Closes the file: the input ends here. The text stays. */
+  /** Closes the file, unless another stream reads it too: the input ends here. The text stays. */
   void Close();
 
-  /** Closes the file and deletes its text. */
+  /** Closes the file and deletes its text, unless another stream reads it too. */
   void Release();
 
  private:
   friend class zon::TextSource;  // consumes many characters at a time
+
+  // Reads a text that others may read as well, from its beginning.
+  explicit CyyStream(std::shared_ptr<zon::FileText> text);
 
   bool Fill();  // reads on; false at the end of the file
 
@@ -81,7 +84,7 @@ class ZON_API CyyStream : public CyyInput {
     counted_ = next_;
   }
 
-  std::unique_ptr<zon::FileText> text_;
+  std::shared_ptr<zon::FileText> text_;
   char* next_;  // the characters that were read and not consumed; a zero follows them
   char* end_;
   const char* counted_;  // up to here they are counted

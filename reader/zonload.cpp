@@ -1,9 +1,12 @@
 #include "reader/zonload.h"
 
 #include <new>
+#include <utility>
 
 #include "base/zonerror.h"
+#include "base/zonfiletext.h"
 #include "base/zonhook.h"
+#include "reader/zonsource.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
@@ -58,38 +61,47 @@ void ApplySettings(CzonTargetList& root) {
 
 }  // namespace
 
+Loading Load(std::shared_ptr<FileText> text, const char* fileName) {
+  if (fileName == nullptr) fileName = "";
+  std::unique_ptr<CyyStream> input = TextSource::MakeStream(std::move(text));
+  const CyyStream& stream = *input;
+  // The memory of the parser is allocated before the stream is released to it.
+  Loading loading{LoadStatus::kLoaded,
+                  std::unique_ptr<CzonParser>(new CzonParser(input.release()))};
+  const int failed = loading.parser->Parse(0);
+  if (stream.HasFailed()) {
+    // What was read is only a part of the file.
+    return {LoadStatus::kCannotRead, nullptr};
+  }
+  if (failed != 0) loading.status = LoadStatus::kFaulty;
+  if (CzonTargetList* root = loading.parser->GetRoot()) {
+    root->SetZonFilename(fileName);
+    ApplySettings(*root);
+  }
+  return loading;
+}
+
 std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   if (fileName == nullptr) fileName = "";
-  std::unique_ptr<CyyStream> input;
+  std::shared_ptr<FileText> text;
   try {
-    input = std::make_unique<CyyStream>(fileName);
+    text = std::make_shared<FileText>();
   } catch (const std::bad_alloc&) {
     FailToRead(quiet);
     return nullptr;
   }
-  if (input->GetStatus() != 0) {
+  if (!text->Open(fileName)) {
     RaiseError(kErrFileOpen);
     if (!quiet) Report("Open error: %", ReportArgString(fileName, nullptr));
     return nullptr;
   }
-  const CyyStream& stream = *input;
-  // The memory of the parser is allocated before the stream is released to it.
-  std::unique_ptr<CzonParser> parser(new CzonParser(input.release()));
-  const int failed = parser->Parse(0);
-  if (stream.HasFailed()) {
-    // What was read is only a part of the file.
-    FailToRead(quiet);
-    return nullptr;
-  }
-  if (failed != 0) {
+  Loading loading = Load(std::move(text), fileName);
+  if (loading.status == LoadStatus::kCannotRead) FailToRead(quiet);
+  if (loading.status == LoadStatus::kFaulty) {
     RaiseError(kErrParse);
-    if (!quiet) ReportSyntaxError(*parser, fileName);
+    if (!quiet) ReportSyntaxError(*loading.parser, fileName);
   }
-  if (CzonTargetList* root = parser->GetRoot()) {
-    root->SetZonFilename(fileName);
-    ApplySettings(*root);
-  }
-  return parser;
+  return std::move(loading.parser);
 }
 
 }  // namespace zon

@@ -8,6 +8,24 @@
 
 namespace zon {
 
+class FileText;
+
+enum class LoadStatus {
+  kLoaded,
+  kFaulty,     // the text has an error, which the parser has
+  kCannotRead  // there is no parser
+};
+
+struct Loading {
+  LoadStatus status;
+  std::unique_ptr<CzonParser> parser;  // owns the tree
+};
+
+// Loads a text that was opened or assigned, and applies its SYSTEM section. The text is kept as long as
+// the parser or the caller needs it. File names of the tree are resolved against `fileName`. Throws
+// std::bad_alloc.
+Loading Load(std::shared_ptr<FileText> text, const char* fileName);
+
 // Returns the parser of the file, which owns the tree. Null if the file does not open (code 1001) or
 // cannot be read to its end (1002). A file with an error gives a parser without a tree and code 1003;
 // the parser has the error. If `quiet`, nothing is passed to ReportHook. Throws std::bad_alloc.

@@ -7,9 +7,11 @@
 #ifndef ZON_READER_ZONSOURCE_H
 #define ZON_READER_ZONSOURCE_H
 
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/zonlexeme.h"
 #include "reader/yyinput.h"
@@ -24,6 +26,11 @@ class TextSource {
   static constexpr bool kStays = true;  // token texts live as long as the source
 
   explicit TextSource(CyyStream& stream) : stream_(stream) {}
+
+  // A stream that reads a text from its beginning.
+  static std::unique_ptr<CyyStream> MakeStream(std::shared_ptr<FileText> text) {
+    return std::unique_ptr<CyyStream>(new CyyStream(std::move(text)));
+  }
 
   // Brings the counters of the stream up to date.
   void Count() { stream_.Count(); }
@@ -81,6 +88,14 @@ class TextSource {
     } while (stream_.next_ == stream_.end_ && stream_.Fill());
   }
 
+  // The next character, and reading on from another place, whose characters are not counted.
+  const char* At() const { return stream_.next_; }
+  void MoveTo(const char* at) {
+    Consume(at);
+    stream_.counted_ = stream_.next_;
+  }
+  bool Fill() { return stream_.Fill(); }
+
   // What was read and not consumed, and consuming it up to a place.
   std::string_view Ready() const {
     return {stream_.next_, static_cast<std::size_t>(stream_.end_ - stream_.next_)};
@@ -104,6 +119,7 @@ class CallSource {
   CallSource(CyyInput& input, std::string& buffer) : input_(input), buffer_(buffer) {}
 
   void Count() {}
+  const char* At() const { return nullptr; }
 
   int Peek() { return input_.Peek(); }
   int Get() { return input_.GetCh(); }
