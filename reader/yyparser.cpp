@@ -96,6 +96,11 @@ void CyyParser::yyerror(const char* message) {
   error_ = message != nullptr ? message : "";
 }
 
+void CyyParser::ForgetError() {
+  hasError_ = false;
+  error_.clear();
+}
+
 void CyyParser::ClearTokens() {
   tokens_.clear();
 }

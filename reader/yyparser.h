@@ -64,7 +64,8 @@ class ZON_API CyyParser {
   zon::Arena& GetArena() const { return *arena_; }
 
   void AddToken(std::string_view text) { tokens_.push_back(text); }  ///< to the list of texts
-  void CountInput();  ///< brings the counters of a plain file up to date
+  void ForgetError();  ///< the next error is then the first one
+  void CountInput();   ///< brings the counters of a plain file up to date
 
  private:
   template <class Source>

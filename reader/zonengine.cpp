@@ -1,11 +1,14 @@
 #include "reader/zonengine.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 
 #include "reader/yyparser.h"
+#include "reader/zonchecker.h"
 #include "reader/zonlexer.h"
 #include "reader/zontokencode.h"
+#include "reader/zontreebuilder.h"
 
 namespace zon {
 namespace {
@@ -34,6 +37,9 @@ constexpr std::array<short, kHighestToken + 1> kTokenNumbers = MakeTokenNumbers(
 
 static_assert(kTokenNumbers[INTEGER] != YYUNKCODE && kTokenNumbers[VALUES] != YYUNKCODE,
               "grammar and lexer number the tokens alike");
+
+constexpr char kSyntaxError[] = "syntax error";
+constexpr char kTooDeep[] = "yacc stack overflow";
 
 constexpr int kNoToken = -1;
 constexpr int kNoState = -1;
@@ -91,9 +97,80 @@ int FindExceptionalRule(int state, int token) {
   return 0;
 }
 
+// Whether a token is shifted in the end, after the reductions that the states make before.
+bool Accepts(const int* states, std::size_t depth, int token) {
+  std::array<int, 160> stack;
+  std::copy(states, states + depth, stack.begin());
+  while (depth < stack.size()) {
+    const int state = stack[depth - 1];
+    if (yypact[state] > YYFLAG && ShiftTo(state, token) != kNoState) return true;
+    int rule = yydef[state];
+    if (rule == -2) rule = FindExceptionalRule(state, token);
+    if (rule <= 0) return rule < 0;
+    depth -= static_cast<std::size_t>(yyr2[rule]);
+    stack[depth] = GoTo(stack[depth - 1], yyr1[rule]);
+    ++depth;
+  }
+  return false;
+}
+
+struct ExpectedToken {
+  int code;
+  std::uint32_t bits;
+};
+
+constexpr ExpectedToken kExpectedTokens[] = {
+    {STRING, kExpectValue},  {INTEGER, kExpectNumber},  {BRACE_TEXT, kExpectRemark},
+    {',', kExpectComma},     {'=', kExpectEquals},      {IDENTIFIER, kExpectName},
+    {'[', kExpectHeader},    {ENDSECT, kExpectEndSect}, {']', kExpectBracket},
+    {')', kExpectParen},     {'(', kExpectMarker},      {DEFAULT, kExpectDefault},
+    {ENDOFINPUT, kExpectEnd}};
+
+// The symbol that led to a state, as the tables number it: a token, or a nonterminal negated.
+constexpr int Token(int code) {
+  return kTokenNumbers[static_cast<std::size_t>(code)];
+}
+constexpr int LeftOf(Rule rule) {
+  return -yyr1[rule];
+}
+
+struct SymbolContext {
+  int symbol;
+  ParseContext context;
+};
+
+// Symbols that are not listed belong to values.
+constexpr SymbolContext kSymbolContexts[] = {{LeftOf(kListEmpty), ParseContext::kOutside},
+                                             {Token('['), ParseContext::kHeader},
+                                             {LeftOf(kBodyHeader), ParseContext::kBody},
+                                             {LeftOf(kSectionSingle), ParseContext::kBody},
+                                             {LeftOf(kSectionRemark), ParseContext::kBody},
+                                             {Token(IDENTIFIER), ParseContext::kName},
+                                             {LeftOf(kMultiName), ParseContext::kName},
+                                             {LeftOf(kKeywordSingle), ParseContext::kName},
+                                             {LeftOf(kKeywordRemark), ParseContext::kName},
+                                             {Token('('), ParseContext::kMarker},
+                                             {Token(DEFAULT), ParseContext::kDefault},
+                                             {Token(')'), ParseContext::kDefault},
+                                             {LeftOf(kDefaultNamed), ParseContext::kDefault},
+                                             {LeftOf(kDefaultRemark), ParseContext::kDefault},
+                                             {Token('='), ParseContext::kValue},
+                                             {Token(','), ParseContext::kValue},
+                                             {Token('+'), ParseContext::kSign},
+                                             {Token('-'), ParseContext::kSign},
+                                             {Token('%'), ParseContext::kSubstitution}};
+
+ParseContext ContextOf(int state) {
+  for (const SymbolContext& entry : kSymbolContexts) {
+    if (entry.symbol == yychk[state]) return entry.context;
+  }
+  return ParseContext::kAfterValue;
+}
+
 }  // namespace
 
-int Engine::Run() {
+template <class Builder>
+int Engine<Builder>::Run() {
   token_ = kNoToken;
   Push(0, {});
   for (;;) {
@@ -101,7 +178,10 @@ int Engine::Run() {
       ReadToken();
       const int next = ShiftTo(State(), token_);
       if (next != kNoState) {
-        if (!HasRoom(1)) return Fail("yacc stack overflow");
+        if (!HasRoom(1)) {
+          if (!Recover(kTooDeep)) return 1;
+          continue;
+        }
         SymbolValue value;
         value.SetText(lexer_.Text());
         Push(next, value);
@@ -115,26 +195,35 @@ int Engine::Run() {
       rule = FindExceptionalRule(State(), token_);
       if (rule < 0) return 0;  // accepted
     }
-    if (rule == 0) return Fail("syntax error");
+    if (rule == 0) {
+      if (!Recover(kSyntaxError)) return 1;
+      continue;
+    }
     depth_ -= static_cast<std::size_t>(yyr2[rule]);
     const SymbolValue value = builder_.Reduce(rule, values_ + depth_);
-    if (!HasRoom(1)) return Fail("yacc stack overflow");
-    Push(GoTo(State(), yyr1[rule]), value);
+    if (HasRoom(1)) {
+      Push(GoTo(State(), yyr1[rule]), value);
+    } else if (!Recover(kTooDeep)) {
+      return 1;
+    }
   }
 }
 
-int Engine::Fail(const char* message) {
-  parser_.yyerror(message);
-  return 1;
-}
-
-void Engine::Push(int state, const SymbolValue& value) {
+template <class Builder>
+void Engine<Builder>::Push(int state, const SymbolValue& value) {
   states_[depth_] = state;
   values_[depth_++] = value;
 }
 
-int Engine::ReadSimpleToken() {
-  return TokenNumber(readsAhead_ ? lexer_.Next() : parser_.yylex());
+template <class Builder>
+int Engine<Builder>::ReadSimpleToken() {
+  const int code = readsAhead_ ? lexer_.Next() : parser_.yylex();
+  if constexpr (Builder::kRecovers) {
+    code_ = parser_.HasError() ? kFailedToken : code;
+    builder_.NoteToken();
+    if (code_ == kFailedToken) return YYUNKCODE;  // no end of the input
+  }
+  return TokenNumber(code);
 }
 
 // Makes sure that there is a token. Plain values become one token where the tables shift it.
@@ -142,7 +231,8 @@ int Engine::ReadSimpleToken() {
 // A whole plain line is filed at once, without the tables: all that they would push for it they would
 // pop again. The token after it is read first, as the tables would do, because the place of an error
 // depends on it. Saves a fifth of the instructions of a load.
-void Engine::ReadToken() {
+template <class Builder>
+void Engine<Builder>::ReadToken() {
   const auto state = static_cast<std::size_t>(State());
   const bool mayTakeMore = readsAhead_ && HasRoom(kRoomOfLine);
   if (token_ == kNoToken) {
@@ -151,13 +241,82 @@ void Engine::ReadToken() {
       return;
     }
     token_ = ReadSimpleToken();
+    NoteStack(false);
   }
   if (!mayTakeMore || !kLineStates[state]) return;
   while (token_ == kTokenNumbers[IDENTIFIER] && lexer_.ConsumeLine()) {
-    CzonKeyword* keyword = builder_.MakeLine();
+    const SymbolValue keyword = builder_.MakeLine();
     token_ = ReadSimpleToken();
-    builder_.FileKeyword(values_[depth_ - 1].node, keyword);
+    NoteStack(true);
+    builder_.FileKeyword(values_[depth_ - 1], keyword);
   }
 }
+
+// ---- Errors -----------------------------------------------------------------------------------------
+
+template <class Builder>
+bool Engine<Builder>::Recover(const char* message) {
+  parser_.yyerror(message);
+  if constexpr (Builder::kRecovers) {
+    const Resumption resumption = builder_.Recover(Describe(message));
+    if (resumption.action == Resumption::kStop) return false;
+    Resume(resumption);
+    return true;
+  } else {
+    return false;
+  }
+}
+
+// `afterLine`: the token follows a plain line that is already off the stack.
+template <class Builder>
+void Engine<Builder>::NoteStack(bool afterLine) {
+  if constexpr (Builder::kRecovers) {
+    afterLine_ = afterLine;
+    notedDepth_ = depth_;
+    std::copy(states_, states_ + depth_, notedStates_);
+    notedValues_[0] = values_[depth_ - 1];
+    notedValues_[1] = values_[depth_ > 1 ? depth_ - 2 : 0];
+  }
+}
+
+template <class Builder>
+ParseFailure Engine<Builder>::Describe(const char* message) const {
+  ParseFailure failure{code_, message == kTooDeep, ParseContext::kOutside, 0, notedValues_[0]};
+  failure.context = ContextOf(notedStates_[notedDepth_ - 1]);
+  const ParseContext below =
+      notedDepth_ > 1 ? ContextOf(notedStates_[notedDepth_ - 2]) : ParseContext::kOutside;
+  if (failure.context == ParseContext::kName && below == ParseContext::kHeader) {
+    failure.context = below;
+    failure.anchor = notedValues_[1];
+  } else if (failure.context == ParseContext::kName && below == ParseContext::kMarker) {
+    failure.context = ParseContext::kDefault;
+  }
+  for (const ExpectedToken& expected : kExpectedTokens) {
+    if (Accepts(notedStates_, notedDepth_, TokenNumber(expected.code)))
+      failure.expected |= expected.bits;
+  }
+  if (afterLine_) {
+    failure.context = ParseContext::kAfterValue;
+    failure.expected |= kExpectComma | kExpectRemark;
+  }
+  return failure;
+}
+
+// Pops the stack to the body of the open section, or to the list of sections at the top level.
+template <class Builder>
+void Engine<Builder>::Resume(const Resumption& resumption) {
+  while (depth_ > 2 && !kLineStates[static_cast<std::size_t>(State())]) --depth_;
+  if (resumption.action == Resumption::kOpenSection && HasRoom(1)) {
+    Push(GoTo(State(), yyr1[kBodyHeader]), {});
+  } else if (resumption.action == Resumption::kCloseSection && depth_ > 2) {
+    --depth_;
+    Push(GoTo(State(), yyr1[kSectionEnd]), {});
+  }
+  token_ = kNoToken;
+  lexer_.MoveTo(resumption.at);
+}
+
+template class Engine<TreeBuilder>;
+template class Engine<Checker>;
 
 }  // namespace zon

@@ -1,28 +1,39 @@
 // The table engine: shifts tokens and reduces rules as the tables of zongrammar.inc say.
 //
-// An LALR(1) parser with a stack of fixed depth and without error recovery. States with only a
-// default reduction reduce without lookahead: the place of an error depends on it, and so does
-// whether an error of the lexer after a complete section is seen at all.
+// An LALR(1) parser with a stack of fixed depth. States with only a default reduction reduce without
+// lookahead: the place of an error depends on it, and so does whether an error of the lexer after a
+// complete section is seen at all.
 //
-// All of its state belongs to one parse, so a hook may load another file in the middle of it.
-// Tested by tests/grammar_test.cpp.
+// The engine is used with two builders. TreeBuilder makes the tree of a load; its first error ends the
+// parse. Checker makes no nodes; it is told what was expected and found at each error, and says where
+// to go on (panic mode: the stack is popped to the section that is open there).
+//
+// All of the state belongs to one parse, so a hook may load another file in the middle of it.
+// Tested by tests/grammar_test.cpp and tests/reports_test.cpp.
 #ifndef ZON_READER_ZONENGINE_H
 #define ZON_READER_ZONENGINE_H
 
 #include <cstddef>
+#include <cstdint>
 
-#include "reader/zontreebuilder.h"
+#include "reader/zonsymbol.h"
+
+class CyyParser;
 
 namespace zon {
 
+class Lexer;
+
+template <class Builder>
 class Engine {
  public:
   // `readsAhead`: no other code sees the tokens, so they come from the lexer itself, which may return
   // many as one. Otherwise they come from the virtual yylex of the parser.
-  Engine(CyyParser& parser, Lexer& lexer, TreeBuilder& builder, bool readsAhead)
+  Engine(CyyParser& parser, Lexer& lexer, Builder& builder, bool readsAhead)
       : parser_(parser), lexer_(lexer), builder_(builder), readsAhead_(readsAhead) {}
 
-  // Parses the input to its end. Returns 0, or 1 after an error, which the parser records.
+  // Parses the input to its end. Returns 0, or 1 after an error that ended the parse; the parser
+  // records the first error.
   int Run();
 
  private:
@@ -33,16 +44,27 @@ class Engine {
   int State() const { return states_[depth_ - 1]; }
   int ReadSimpleToken();
   void ReadToken();
-  int Fail(const char* message);
+  bool Recover(const char* message);
+  void NoteStack(bool afterLine);
+  ParseFailure Describe(const char* message) const;
+  void Resume(const Resumption& resumption);
 
   CyyParser& parser_;
   Lexer& lexer_;
-  TreeBuilder& builder_;
+  Builder& builder_;
   const bool readsAhead_;
   int token_;  // as the tables number it
   std::size_t depth_ = 0;
   int states_[kDepth];
   SymbolValue values_[kDepth];  // of the symbols that led to the states
+
+  // Of a builder that recovers: the stack as it was when the token was read. What is expected follows
+  // from it, not from what is left of it when the error is noticed.
+  int code_ = 0;  // of the token, as the lexer numbers it
+  bool afterLine_ = false;
+  std::size_t notedDepth_ = 0;
+  int notedStates_[kDepth];
+  SymbolValue notedValues_[2];  // the top of the stack and the value below it
 };
 
 }  // namespace zon

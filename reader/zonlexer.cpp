@@ -50,8 +50,10 @@ int Lexer::Next() {
 
 template <class Source>
 int Lexer::Scan(Source& source) {
+  previousEnd_ = source.At();
   for (;;) {
     const int c = source.GetAfterSpace();
+    if (Source::kStays) tokenBegin_ = source.At() - (c >= 0 ? 1 : 0);
     if (IsClass(c, kAlpha)) {
       source.PutBack(c);
       return ScanWord(source);
@@ -80,6 +82,7 @@ int Lexer::Scan(Source& source) {
         if (!SkipComment(source)) return parser_.HasError() ? ENDOFINPUT : c;
         break;
       default:
+        if (Source::kStays) text_ = {tokenBegin_, 1};
         return c;
     }
   }
@@ -137,6 +140,7 @@ int Lexer::ScanNumber(Source& source) {
 template <class Source>
 int Lexer::ScanString(Source& source) {
   source.BeginText();
+  stringBegin_ = tokenBegin_;
   bool hasDoubled = false;
   for (;;) {
     if (source.CollectTo('\'', false) < 0) return Fail(source, "Bad string");
@@ -145,7 +149,7 @@ int Lexer::ScanString(Source& source) {
     hasDoubled = true;
   }
   const std::string_view text = UpToZero(source.TextBeforeStop());
-  if (!hasDoubled) return Finish<Source>(STRING, text);
+  if (!hasDoubled || keepsSpelling_) return Finish<Source>(STRING, text);
   SetText(WithoutDoubled('\'', text));
   return STRING;
 }
@@ -155,7 +159,7 @@ int Lexer::ScanDelimited(Source& source, char closer, bool inLine, int token, co
   source.BeginText();
   if (source.CollectTo(closer, inLine) != closer) return Fail(source, error);
   const std::string_view text = source.TextBeforeStop();
-  if (token != BRACE_TEXT || text.find('\n') == std::string_view::npos) {
+  if (token != BRACE_TEXT || keepsSpelling_ || text.find('\n') == std::string_view::npos) {
     return Finish<Source>(token, UpToZero(text));
   }
   std::string oneLine(text);
@@ -172,6 +176,10 @@ int Lexer::Finish(int token, std::string_view text) {
     SetText(text);
   }
   return token;
+}
+
+void Lexer::MoveTo(const char* at) {
+  TextSource(*stream_).MoveTo(at);
 }
 
 void Lexer::SetText(std::string_view text) {

@@ -38,6 +38,20 @@ class Lexer {
   // The text of the last token; of a line its name.
   std::string_view Text() const { return text_; }
 
+  // In the text of a file: where the last token begins, and where the one before it ends. The begin
+  // of a token that has failed is that of its opening delimiter.
+  const char* TokenBegin() const { return tokenBegin_; }
+  const char* PreviousEnd() const { return previousEnd_; }
+
+  // Where the last quoted text begins that was a token by itself; null if there was none.
+  const char* StringBegin() const { return stringBegin_; }
+
+  // In the text of a file: reads on from another place.
+  void MoveTo(const char* at);
+
+  // From now on the text of a token is as it is spelled, so no text is copied.
+  void KeepSpelling() { keepsSpelling_ = true; }
+
   // The values that were consumed last, as they are written.
   std::string_view Values() const { return values_; }
 
@@ -74,6 +88,10 @@ class Lexer {
   std::string buffer_;  // of a text from a host's source
   std::string_view text_;
   std::string_view values_;
+  const char* tokenBegin_ = nullptr;
+  const char* previousEnd_ = nullptr;
+  const char* stringBegin_ = nullptr;
+  bool keepsSpelling_ = false;
 };
 
 }  // namespace zon

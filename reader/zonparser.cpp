@@ -47,7 +47,7 @@ int CzonParser::Parse(int keep) {
 }
 
 int CzonParser::yyparse() {
-  return zon::Engine(*this, parts_->lexer, parts_->builder, !listsTokens_).Run();
+  return zon::Engine<zon::TreeBuilder>(*this, parts_->lexer, parts_->builder, !listsTokens_).Run();
 }
 
 int CzonParser::yylex() {

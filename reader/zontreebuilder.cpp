@@ -93,14 +93,17 @@ void TreeBuilder::DeferValues(CzonKeyword* keyword) {
   NodeAccess::DeferValues(*keyword, deferral_.Defer(text));
 }
 
-CzonKeyword* TreeBuilder::MakeLine() {
+SymbolValue TreeBuilder::MakeLine() {
   auto* keyword = NewNamed<CzonKeyword>(lexer_.Text(), false);
   DeferValues(keyword);
-  return keyword;
+  SymbolValue value;
+  value.node = keyword;
+  return value;
 }
 
-void TreeBuilder::FileKeyword(CzonNode* section, CzonKeyword* keyword) {
-  Downcast<CzonSection>(section)->AddKeyword(keyword);
+void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& value) {
+  auto* keyword = Downcast<CzonKeyword>(value.node);
+  Downcast<CzonSection>(section.node)->AddKeyword(keyword);
   // Only a namesake can make the new one ambiguous.
   if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
 }
@@ -124,7 +127,7 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
       return result;
     }
     case kBodyKeyword:
-      FileKeyword(right[0].node, Downcast<CzonKeyword>(right[1].node));
+      FileKeyword(right[0], right[1]);
       return result;
     case kBodyDefault:
       Downcast<CzonSection>(right[0].node)->AddDefaultDef(Downcast<CzonDefaultDef>(right[1].node));

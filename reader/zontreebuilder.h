@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "reader/zonsymbol.h"
 #include "tree/zondeferredvalues.h"
 
 class CyyParser;
@@ -23,23 +24,10 @@ namespace zon {
 class Arena;
 class Lexer;
 
-// The value of a grammar symbol: the node that a rule made, or the text of a token.
-struct SymbolValue {
-  union {
-    CzonNode* node;
-    const char* chars;
-  };
-  std::size_t size;
-
-  std::string_view Text() const { return {chars, size}; }
-  void SetText(std::string_view text) {
-    chars = text.data();
-    size = text.size();
-  }
-};
-
 class TreeBuilder {
  public:
+  static constexpr bool kRecovers = false;
+
   TreeBuilder(CyyParser& parser, const Lexer& lexer, Arena& arena);
   TreeBuilder(const TreeBuilder&) = delete;
   TreeBuilder& operator=(const TreeBuilder&) = delete;
@@ -49,8 +37,8 @@ class TreeBuilder {
   SymbolValue Reduce(int rule, const SymbolValue* right);
 
   // The keyword of a whole line that the lexer has consumed, and filing a keyword in its section.
-  CzonKeyword* MakeLine();
-  void FileKeyword(CzonNode* section, CzonKeyword* keyword);
+  SymbolValue MakeLine();
+  void FileKeyword(const SymbolValue& section, const SymbolValue& keyword);
 
   // The root of an accepted parse, else null.
   CzonTargetList* GetRoot() const { return root_; }

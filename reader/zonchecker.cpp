@@ -1,0 +1,444 @@
+#include "reader/zonchecker.h"
+
+#include <utility>
+
+#include "base/zonfiletext.h"
+#include "base/zonlexeme.h"
+#include "base/zonnumberscan.h"
+#include "reader/yyparser.h"
+#include "reader/zonengine.h"
+#include "reader/zonmistake.h"
+#include "reader/zonsource.h"
+#include "reader/zonstructure.h"
+#include "reader/zontokencode.h"
+
+namespace zon {
+namespace {
+
+#include "reader/zongrammar.inc"
+
+Span SpanOf(std::string_view text) {
+  return {text.data(), text.data() + text.size()};
+}
+
+}  // namespace
+
+// The parser behind the lexer: skips comments, and has the place of the first error.
+class Checker::Parser final : public CyyParser {
+ public:
+  explicit Parser(std::unique_ptr<CyyStream> stream) : CyyParser(stream.release()) {}
+
+  int Parse(int) override { return 0; }
+  int yylex() override { return 0; }
+  int yyparse() override { return 0; }
+
+  CyyStream& Stream() { return *GetStream(); }
+  using CyyParser::ForgetError;
+  using CyyParser::GetArena;
+};
+
+Checker::Checker(std::shared_ptr<FileText> text)
+    : text_(std::move(text)),
+      parser_(std::make_unique<Parser>(TextSource::MakeStream(text_))),
+      lexer_(*parser_, parser_->Stream(), &parser_->Stream(), parser_->GetArena()),
+      levels_(1) {
+  lexer_.KeepSpelling();
+}
+
+Checker::~Checker() = default;
+
+void Checker::Run() {
+  Engine<Checker>(*parser_, lexer_, *this, true).Run();
+}
+
+// ---- The actions of the rules -----------------------------------------------------------------------
+
+SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
+  SymbolValue result = right[0];
+  switch (rule) {
+    case kSectionSingle:
+    case kSectionMulti:
+      header_ = {right[0].chars, right[2].chars + 1};
+      return right[1];
+    case kBodyHeader:
+      OpenSection(right[0].Text(), header_);
+      return result;
+    case kSectionEnd:
+      CloseSection(right[1].chars + right[1].size);
+      return result;
+    case kListSection:
+    case kBodySection:
+      FileSection();
+      return result;
+    case kBodyKeyword:
+      FileKeyword(right[0], right[1]);
+      return result;
+    case kMultiName:
+      CheckMulti(right[0].Text());
+      return result;
+    case kKeywordUnnamed:
+      CheckMulti({right[0].chars, 1});
+      result.size = 0;
+      return result;
+    case kKeywordFirstEmpty:
+    case kKeywordNextEmpty:
+    case kDefaultFirstEmpty:
+    case kDefaultNextEmpty:
+      emptyPlace_ = right[1].chars;
+      return result;
+    case kKeywordFirstItem:
+    case kKeywordNextItem:
+    case kDefaultFirstItem:
+    case kDefaultNextItem:
+      emptyPlace_ = nullptr;
+      return result;
+    case kKeywordFirstValues:
+    case kKeywordNextValues:
+    case kDefaultFirstValues:
+    case kDefaultNextValues:
+      CheckValues(lexer_.Values());
+      return result;
+    case kIntegerNoSign:
+      CheckInteger(right[0].chars, right[0].chars + right[0].size);
+      return result;
+    case kIntegerPlus:
+    case kIntegerMinus:
+      CheckInteger(right[0].chars, right[1].chars + right[1].size);
+      return result;
+    default:
+      return result;
+  }
+}
+
+SymbolValue Checker::MakeLine() {
+  CheckValues(lexer_.Values());
+  SymbolValue name;
+  name.SetText(lexer_.Text());
+  return name;
+}
+
+void Checker::OpenSection(std::string_view name, Span header) {
+  if (++depth_ == levels_.size()) levels_.emplace_back();
+  Level& level = Top();
+  level.name = name;
+  level.header = header;
+  level.keywords.Clear();
+  level.sections.Clear();
+  level.keywordCount = 0;
+  level.repeated = {};
+  emptyPlace_ = nullptr;
+}
+
+// `endOfEnd`: where "EndSect" ends.
+void Checker::CloseSection(const char* endOfEnd) {
+  CheckEndComment(Top().name, endOfEnd);
+  CheckRepeated(Top());
+  closedName_ = Top().name;
+  closedHeader_ = Top().header;
+  --depth_;
+  emptyPlace_ = nullptr;
+}
+
+void Checker::FileSection() {
+  const NameEntry& entry = Top().sections.Count(closedName_);
+  CheckUnique(entry, closedHeader_, entry.size);
+}
+
+void Checker::FileKeyword(const SymbolValue&, const SymbolValue& keyword) {
+  Level& level = Top();
+  ++level.keywordCount;
+  const NameEntry& entry = level.keywords.Count(keyword.Text());
+  if (entry.count == 1) return;
+  const Span place = SpanOf({keyword.chars, keyword.size > 0 ? keyword.size : 1});
+  level.repeated = place;
+  level.repeatedFirst = entry.chars;
+  CheckUnique(entry, place, place.Size());
+}
+
+// ---- Data and templates, as TreeBuilder has it ------------------------------------------------------
+
+void Checker::CheckUnique(const NameEntry& entry, Span place, std::size_t firstSize) {
+  if (entry.count == 1) return;
+  if (kind_ == kUndecided) {
+    kind_ = kData;
+    decidedBy_ = place;
+  }
+  if (kind_ == kData) return;
+  Finding finding;
+  finding.rule = "ambiguous-name";
+  finding.message = "a template cannot have two of " + Quoted(entry.Name());
+  finding.hint = "write () after the name if it may occur more than once";
+  finding.place = place;
+  finding.related = {entry.chars, entry.chars + firstSize};
+  finding.relatedMessage = "the first one is here";
+  ReportTemplate("Template: ambiguous identifier", std::move(finding));
+}
+
+void Checker::CheckMulti(std::string_view name) {
+  if (kind_ == kUndecided) {
+    kind_ = kTemplate;
+    decidedBy_ = SpanOf(name);
+  }
+  if (kind_ == kTemplate) return;
+  Finding finding;
+  finding.rule = "marker-in-data";
+  finding.message = "only a template can have `()`, and in this file a name occurs twice";
+  finding.hint =
+      "remove the () in a file of data; in a template, remove the second one of the name";
+  finding.place = SpanOf(name);
+  finding.related = decidedBy_;
+  finding.relatedMessage = "the name that occurs twice";
+  ReportTemplate("Data: invalid use of ()", std::move(finding));
+}
+
+void Checker::ReportTemplate(const char* loaderMessage, Finding finding) {
+  parser_->yyerror(loaderMessage);
+  TakeFirst();
+  Add(std::move(finding));
+}
+
+// ---- Warnings ---------------------------------------------------------------------------------------
+
+// "EndSect  // name": only a comment that is one word is taken for a name.
+void Checker::CheckEndComment(std::string_view name, const char* at) {
+  const char* const end = text_->End();
+  at = SkipBlanks(at, end);
+  if (end - at < 2 || at[0] != '/' || at[1] != '/') return;
+  const char* const begin = SkipBlanks(at + 2, end);
+  const char* const endOfWord = SkipWord(begin, end);
+  const char* const next = SkipBlanks(endOfWord, end);
+  if (begin == endOfWord || (next < end && *next != '\n')) return;
+  const std::string_view word(begin, static_cast<std::size_t>(endOfWord - begin));
+  if (EqualNoCase(word, name)) return;
+  Warn("endsect-name", "this `EndSect` ends the section " + Quoted(name) + ", not " + Quoted(word),
+       SpanOf(word), "correct the comment, or look for an EndSect that is missing or too much");
+}
+
+// Once among many names that occur once, a second one is a slip of the hand.
+void Checker::CheckRepeated(const Level& level) {
+  if (level.repeated.begin == nullptr || kind_ == kTemplate) return;
+  const std::size_t names = level.keywords.Size();
+  if (names < 2 || level.keywordCount != names + 1) return;
+  const std::string_view name(level.repeated.begin, level.repeated.Size());
+  Warn("repeated-keyword", Quoted(name) + " occurs twice in the section, every other keyword once",
+       level.repeated, "a query without a number returns the first one");
+  if (findings_.empty() || findings_.back().place.begin != level.repeated.begin) return;
+  findings_.back().related = {level.repeatedFirst, level.repeatedFirst + name.size()};
+  findings_.back().relatedMessage = "the first one is here";
+}
+
+void Checker::CheckInteger(const char* begin, const char* end) {
+  constexpr int kDigitsOfInt = 10;
+  if (end - begin < kDigitsOfInt) return;
+  const bool isNegative = *begin == '-';
+  const char* digits = end;
+  while (digits > begin && IsDigit(digits[-1])) --digits;
+  while (digits < end && *digits == '0') ++digits;
+  if (end - digits < kDigitsOfInt) return;
+  std::uint64_t value = 0;
+  if (end - digits == kDigitsOfInt) {
+    for (const char* at = digits; at < end; ++at)
+      value = value * 10 + static_cast<unsigned>(*at - '0');
+    if (value <= std::uint64_t{0x7FFFFFFF} + (isNegative ? 1 : 0)) return;
+  }
+  Warn("integer-range", "the integer has more than 32 bits", {begin, end},
+       "zonGetInt returns only its low bits; zonxGetInt64 returns up to 64 bits");
+}
+
+// Plain values: numbers of more than nine digits, and two numbers that look like one.
+void Checker::CheckValues(std::string_view values) {
+  emptyPlace_ = nullptr;
+  const char* const end = values.data() + values.size();
+  for (const char* at = values.data(); at < end;) {
+    if (*at == '\'' || *at == '|' || *at == '#') {
+      const char* const closer = FindChar(*at, at + 1, end);
+      at = closer != nullptr ? closer + 1 : end;
+    } else if (IsDigit(*at) || *at == '.') {
+      bool isWhole = false;
+      const char* endOfNumber = SkipNumber(at, end, &isWhole);
+      if (endOfNumber == nullptr) endOfNumber = at + 1;
+      const bool hasSign = at > values.data() && (at[-1] == '-' || at[-1] == '+');
+      if (isWhole) CheckInteger(hasSign ? at - 1 : at, endOfNumber);
+      at = endOfNumber;
+    } else {
+      ++at;
+    }
+  }
+}
+
+// "1;2": a comment that begins between what look like two values.
+void Checker::CheckGluedComment(const char* semicolon) {
+  const char* const end = text_->End();
+  const char* const value = semicolon + 1;
+  if (value >= end || semicolon == text_->Begin()) return;
+  const char before = semicolon[-1];
+  if (!IsClass(before, kWord) && before != '.' && before != '\'' && before != '|' &&
+      before != '#') {
+    return;
+  }
+  const char* after = nullptr;
+  if (*value == '\'' || *value == '|' || *value == '#') {
+    const char* const lineEnd = FindChar('\n', value, end);
+    const char* const closer = FindChar(*value, value + 1, lineEnd != nullptr ? lineEnd : end);
+    after = closer != nullptr ? closer + 1 : nullptr;
+  } else {
+    bool isWhole = false;
+    const bool hasSign = *value == '-' || *value == '+';
+    after = SkipNumber(value + (hasSign ? 1 : 0), end, &isWhole);
+    const char* const endOfWord = SkipWord(value, end);
+    const std::string_view word(value, static_cast<std::size_t>(endOfWord - value));
+    if (EqualNoCase(word, "true") || EqualNoCase(word, "false")) after = endOfWord;
+  }
+  if (after == nullptr) return;
+  after = SkipBlanks(after, end);
+  if (after < end && *after != '\n' && *after != ';' && *after != ',' && *after != '/') return;
+  Warn("glued-comment", "`;` begins a comment here, so what follows is no value",
+       {semicolon, semicolon + 1}, "write a comma between values, or a blank before a comment");
+}
+
+// Called after each token is read.
+void Checker::NoteToken() {
+  const char* const previous = lexer_.PreviousEnd();
+  if (*previous == ';' && previous < text_->End()) CheckGluedComment(previous);
+}
+
+// ---- Errors -----------------------------------------------------------------------------------------
+
+void Checker::TakeFirst() {
+  if (first_.at == nullptr) {
+    first_ = {parser_->GetError(), parser_->GetErrorLine(), parser_->GetErrorPosition(),
+              TextSource(parser_->Stream()).At()};
+  }
+  parser_->ForgetError();
+}
+
+Resumption Checker::Recover(const ParseFailure& failure) {
+  const std::string lexerError =
+      failure.token == kFailedToken ? parser_->GetError() : std::string();
+  TakeFirst();
+  const char* const tokenEnd = TextSource(parser_->Stream()).At();
+  const ParseScene scene{
+      text_->Begin(), text_->End(),    lexer_.TokenBegin(),  tokenEnd,   lexer_.PreviousEnd(),
+      emptyPlace_,    lexer_.Values(), lexer_.StringBegin(), lexerError, depth_ > 0};
+  emptyPlace_ = nullptr;
+  const bool isEnd = failure.token == ENDOFINPUT;
+  if (isEnd && failure.context != ParseContext::kHeader && failure.context != ParseContext::kSign &&
+      failure.context != ParseContext::kSubstitution) {
+    Mistake mistake = FindMistake(failure, scene);
+    if (mistake.finding.rule == std::string_view("unclosed-quote")) {
+      ForgetAfter(mistake.after);
+      Add(mistake.finding);
+      return ResumeAfter(mistake);
+    }
+    ReportOpenSections(tokenEnd);
+    return {Resumption::kStop, tokenEnd};
+  }
+  Mistake mistake = FindMistake(failure, scene);
+  const bool isEndForgiven =
+      forgivesEnd_ && failure.context == ParseContext::kOutside && failure.token == ENDSECT;
+  if (isEndForgiven) {
+    forgivesEnd_ = false;
+  } else {
+    ForgetAfter(mistake.after);
+    Add(std::move(mistake.finding));
+  }
+  if (failure.context == ParseContext::kOutside && failure.token != ENDSECT) forgivesEnd_ = true;
+  return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake);
+}
+
+// The input ends: every section that is open has no end.
+void Checker::ReportOpenSections(const char* at) {
+  for (; depth_ > 0 && !hasStopped_; --depth_) {
+    Finding finding;
+    finding.rule = "unclosed-section";
+    finding.message = "the section " + Quoted(Top().name) + " has no `EndSect`";
+    finding.hint = "end the section with EndSect";
+    finding.place = Top().header;
+    finding.related = {at, at};
+    finding.relatedMessage = "the file ends here";
+    Add(std::move(finding));
+  }
+}
+
+Resumption Checker::ResumeAfter(const Mistake& mistake) {
+  Resumption resumption{mistake.action, mistake.after};
+  if (mistake.action == Resumption::kOpenSection) {
+    const char* const lineEnd = text_->End();
+    const char* const name = SkipBlanks(mistake.after + 1, lineEnd);
+    OpenSection({name, static_cast<std::size_t>(SkipWord(name, lineEnd) - name)},
+                {mistake.after, mistake.after + 1});
+  } else if (mistake.action == Resumption::kCloseSection) {
+    CloseSection(mistake.after);
+  }
+  if (mistake.isExact) return resumption;
+  const char* line = mistake.after;
+  if (!mistake.mayBeAt) {
+    while (line < text_->End() && *line != '\n') ++line;
+  } else {
+    while (line > text_->Begin() && line[-1] != '\n') --line;
+    const char* const begin = SkipBlanks(line, text_->End());
+    if (begin != mistake.after) {
+      line = mistake.after;
+      while (line < text_->End() && *line != '\n') ++line;
+    }
+  }
+  resumption.at = NextStructure(line, depth_ == 0);
+  return resumption;
+}
+
+// The first line of structure from `line` on, which is the begin or the end of a line. The end of the
+// text if there is none.
+const char* Checker::NextStructure(const char* line, bool onlyHeaders) {
+  for (;;) {
+    const char* const newline = FindChar('\n', line, text_->End());
+    if (newline == nullptr && ReadMore()) continue;
+    const char* const lineEnd = newline != nullptr ? newline : text_->End();
+    const char* const begin = SkipBlanks(line, lineEnd);
+    const LineKind kind = ClassifyLine(begin, lineEnd);
+    if (kind == LineKind::kHeader || (kind != LineKind::kOther && !onlyHeaders)) return begin;
+    if (kind == LineKind::kEndSect) forgivesEnd_ = false;
+    if (newline == nullptr) return lineEnd;
+    line = newline + 1;
+  }
+}
+
+bool Checker::ReadMore() {
+  return TextSource(parser_->Stream()).Fill();
+}
+
+// Reading goes back to before `at`, so what was found behind it is not trusted.
+void Checker::ForgetAfter(const char* at) {
+  while (!findings_.empty() && findings_.back().severity == Severity::kWarning &&
+         findings_.back().place.begin > at) {
+    findings_.pop_back();
+    --warnings_;
+  }
+}
+
+void Checker::Add(Finding finding) {
+  if (hasStopped_) return;
+  if (errors_ == kMostErrors) {
+    hasStopped_ = true;
+    finding = {};
+    finding.severity = Severity::kNote;
+    finding.rule = "too-many-errors";
+    finding.message = "reporting stops after " + std::to_string(kMostErrors) + " errors";
+  } else {
+    ++errors_;
+  }
+  findings_.push_back(std::move(finding));
+}
+
+void Checker::Warn(const char* rule, std::string message, Span place, std::string hint) {
+  if (hasStopped_ || warnings_ >= kMostWarnings) return;
+  ++warnings_;
+  Finding finding;
+  finding.severity = Severity::kWarning;
+  finding.rule = rule;
+  finding.message = std::move(message);
+  finding.place = place;
+  finding.hint = std::move(hint);
+  findings_.push_back(std::move(finding));
+}
+
+}  // namespace zon

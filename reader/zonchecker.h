@@ -1,0 +1,117 @@
+// Checks a text without making a tree: every error and every warning of it.
+//
+// The checker is a builder of the engine (zonengine.h), so grammar and lexer are those of a load, and
+// its first error is the loader's. It keeps the names of the sections that are open, for the rule on
+// data and templates and for warnings; no memory is used for values. After an error, reading goes on at
+// the next line of structure (zonstructure.h). A mistake can be before the place where it is noticed;
+// then reading goes back, but never before the last such line, so every line is read again at most once
+// for each error, and the number of errors is limited.
+//
+// Tested by tests/reports_test.cpp and fuzz/check_fuzz.cpp.
+#ifndef ZON_READER_ZONCHECKER_H
+#define ZON_READER_ZONCHECKER_H
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reader/zonfinding.h"
+#include "reader/zonlexer.h"
+#include "reader/zonnametable.h"
+#include "reader/zonsymbol.h"
+
+namespace zon {
+
+class FileText;
+struct Mistake;
+
+class Checker {
+ public:
+  static constexpr bool kRecovers = true;
+  static constexpr std::size_t kMostErrors = 100;
+  static constexpr std::size_t kMostWarnings = 100;
+
+  // The text can be one that a loader reads too, from which nothing is consumed.
+  explicit Checker(std::shared_ptr<FileText> text);
+  Checker(const Checker&) = delete;
+  Checker& operator=(const Checker&) = delete;
+  ~Checker();
+
+  // Checks the whole text. Called once. Throws std::bad_alloc.
+  void Run();
+
+  // What was found, in the order in which it was noticed.
+  const std::vector<Finding>& Findings() const { return findings_; }
+  bool HasErrors() const { return errors_ > 0; }
+  const FirstError& First() const { return first_; }
+
+  // For the engine.
+  SymbolValue Reduce(int rule, const SymbolValue* right);
+  SymbolValue MakeLine();
+  void FileKeyword(const SymbolValue& section, const SymbolValue& keyword);
+  void NoteToken();
+  Resumption Recover(const ParseFailure& failure);
+
+ private:
+  class Parser;
+  enum FileKind { kUndecided, kData, kTemplate };
+
+  // A section that is open, or the file.
+  struct Level {
+    std::string_view name;
+    Span header;
+    NameTable keywords;
+    NameTable sections;
+    std::size_t keywordCount = 0;
+    Span repeated;  // the last keyword that occurs again
+    const char* repeatedFirst = nullptr;
+  };
+
+  Level& Top() { return levels_[depth_]; }
+  void OpenSection(std::string_view name, Span header);
+  void CloseSection(const char* endOfEnd);
+  void FileSection();
+  void CheckUnique(const NameEntry& entry, Span place, std::size_t firstSize);
+  void CheckMulti(std::string_view name);
+  void ReportTemplate(const char* loaderMessage, Finding finding);
+
+  void CheckEndComment(std::string_view name, const char* at);
+  void CheckRepeated(const Level& level);
+  void CheckInteger(const char* begin, const char* end);
+  void CheckValues(std::string_view values);
+  void CheckGluedComment(const char* semicolon);
+
+  void ReportOpenSections(const char* at);
+  Resumption ResumeAfter(const Mistake& mistake);
+  const char* NextStructure(const char* line, bool onlyHeaders);
+  bool ReadMore();
+  void TakeFirst();
+  void Add(Finding finding);
+  void Warn(const char* rule, std::string message, Span place, std::string hint = std::string());
+  void ForgetAfter(const char* at);
+
+  const std::shared_ptr<FileText> text_;
+  std::unique_ptr<Parser> parser_;
+  Lexer lexer_;
+  std::vector<Level> levels_;  // of the sections that are open; level 0 is the file
+  std::size_t depth_ = 0;
+  Span header_;  // of the section that is just read
+  std::string_view closedName_;
+  Span closedHeader_;
+  FileKind kind_ = kUndecided;
+  Span decidedBy_;
+  const char* emptyPlace_ = nullptr;  // see ParseScene
+  bool forgivesEnd_ =
+      false;  // an error before was a header that is missing, so an end is left over
+  bool hasStopped_ = false;
+  std::size_t errors_ = 0;
+  std::size_t warnings_ = 0;
+  FirstError first_;
+  std::vector<Finding> findings_;
+};
+
+}  // namespace zon
+
+#endif

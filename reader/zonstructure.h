@@ -1,0 +1,44 @@
+// Lines that show the structure of a file whatever precedes them: "[name", "EndSect", "name =" and
+// "default (". After an error the checker goes on at the next one.
+#ifndef ZON_READER_ZONSTRUCTURE_H
+#define ZON_READER_ZONSTRUCTURE_H
+
+#include "base/zonlexeme.h"
+
+namespace zon {
+
+// Blanks and tabs, but no line end.
+inline const char* SkipBlanks(const char* at, const char* end) {
+  while (at < end && IsClass(*at, kSpace) && *at != '\n') ++at;
+  return at;
+}
+
+enum class LineKind { kOther, kHeader, kEndSect, kKeyword };
+
+// What begins at `at`, the first character of a line that is no blank.
+inline LineKind ClassifyLine(const char* at, const char* end) {
+  if (at < end && *at == '[') {
+    const char* name = SkipBlanks(at + 1, end);
+    return name < end && IsClass(*name, kAlpha) ? LineKind::kHeader : LineKind::kOther;
+  }
+  if (at == end || !(IsClass(*at, kAlpha) || *at == '(')) return LineKind::kOther;
+  const char* const endOfWord = SkipWord(at, end);
+  const std::string_view word(at, static_cast<std::size_t>(endOfWord - at));
+  if (EqualNoCase(word, "endsect")) return LineKind::kEndSect;
+  const char* next = SkipBlanks(endOfWord, end);
+  if (next < end && *next == '(') {
+    if (EqualNoCase(word, "default")) return LineKind::kKeyword;
+    next = SkipBlanks(next + 1, end);
+    if (next == end || *next != ')') return LineKind::kOther;
+    next = SkipBlanks(next + 1, end);
+  }
+  if (next < end && *next == '{') {
+    const char* const closer = FindChar('}', next, end);
+    next = SkipBlanks(closer != nullptr ? closer + 1 : end, end);
+  }
+  return next < end && *next == '=' ? LineKind::kKeyword : LineKind::kOther;
+}
+
+}  // namespace zon
+
+#endif
