@@ -7,7 +7,7 @@
 #include "api/zon.h"
 #include "api/zonbuilder.h"
 #include "base/zonemptytext.h"
-#include "paths/zonpath.h"
+#include "paths/zonfilepath.h"
 #include "tree/zonclob.h"
 #include "tree/zonnodeaccess.h"
 

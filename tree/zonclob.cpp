@@ -14,7 +14,8 @@
 #include "base/zonerror.h"
 #include "base/zonnumber.h"
 #include "base/zonput.h"
-#include "tree/zonstring.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonquotedtext.h"
 
 namespace {
 
@@ -216,7 +217,7 @@ int CzonClob::IsClob() const {
 std::ostream& CzonClob::Write(std::ostream& out) const {
   zon::Put(out, '\'');
   zon::Put(out, kOpener);
-  zon::PutDoublingQuotes(out, GetTextView());
+  zon::PutDoublingQuotes(out, zon::NodeAccess::GetTextView(*this));
   zon::Put(out, ">'");
   return out;
 }
@@ -240,7 +241,7 @@ CzonClob::State& CzonClob::EnsureState() const {
 bool CzonClob::Load() const {
   State& state = EnsureState();
   if (!state.loaded) {
-    Reader<Item> reader(GetTextView());
+    Reader<Item> reader(zon::NodeAccess::GetTextView(*this));
     std::vector<Item> items;
     if (reader.Read(&items)) state.items = std::move(items);
     state.flaw = reader.Flaw();
@@ -362,17 +363,17 @@ void CzonClob::AddText(CzonClobKind kind, std::string_view text) {
 
 void CzonClob::Append(CzonClobKind kind, std::string_view value) {
   const std::string item = std::string(NameOf(kind)) + ":" + std::string(value);
-  const std::string_view content = GetTextView();
+  const std::string_view content = zon::NodeAccess::GetTextView(*this);
   const bool first = content.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
   const std::string addition = (first ? "" : ",") + item;
   if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) {
-    AppendText(addition);
+    zon::NodeAccess::AppendText(*this, addition);
     if (state_ != nullptr) state_->loaded = false;  // the flaw may be another one now
   } else {
     // While items are being read the new one joins them, without taking all of them apart again.
     Reader<Item>(item).Read(&state_->items);
     try {
-      AppendText(addition);
+      zon::NodeAccess::AppendText(*this, addition);
     } catch (...) {
       state_->items.pop_back();
       throw;

@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
 /** An integer; it also has the views of a real. */
@@ -32,11 +31,6 @@ class ZON_API CzonInt : public CzonNumeric {
 
   void SetValue(int value, zon::Arena* arena);  // all views and the text
   void ReadText();                              // all views from the text
-  void SetViews(double value, std::int64_t whole) {
-    Double(value);
-    integer_ = zon::LowBits(whole);
-    Set(kHasInt);
-  }
 };
 
 /** The integer of a definition made through the builder. */

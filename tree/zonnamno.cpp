@@ -55,7 +55,7 @@ CzonNamedNode::~CzonNamedNode() {
   FreeChildren();
   if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
   if (arena_ == nullptr) delete nameGlb_;
-  name_.Release();
+  zon::Release(name_);
 }
 
 CzonNode* CzonNamedNode::CreateObj() {
@@ -63,7 +63,7 @@ CzonNode* CzonNamedNode::CreateObj() {
 }
 
 const std::string& CzonNamedNode::GetName() const {
-  return name_.AsString(arena_);
+  return zon::AsString(name_, arena_);
 }
 
 const std::type_info& CzonNamedNode::LibraryClass() const {
@@ -86,7 +86,7 @@ zon::NameKey CzonNamedNode::MakeKey() const {
 
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
-  name_.Assign(name, arena_);
+  zon::Assign(name_, name, arena_);
 }
 
 // A name is made of the owner's, and stays as it was first made. Owners of the library's classes that

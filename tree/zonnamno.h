@@ -12,7 +12,6 @@
 #include "base/zonexport.h"
 #include "tree/zonnode.h"
 #include "tree/zonnodefields.h"
-#include "tree/zonnodetext.h"
 
 namespace zon {
 struct NameKey;
@@ -130,7 +129,7 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   void EnterArena(zon::Arena& arena);
   bool IsOfLibrary() const;
-  std::string_view GetNameView() const { return name_.View(); }
+  std::string_view GetNameView() const;
   zon::NameKey GetKey() const;
   zon::NameKey MakeKey() const;
   void SetName(std::string_view name);
@@ -147,7 +146,7 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   ChildFields children_ = {};
   mutable std::string* nameGlb_ = nullptr;
-  zon::Text name_;
+  mutable zon::Text name_;
   std::uint32_t nameHash_ = zon::kEmptyNameHash;
   std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint

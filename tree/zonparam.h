@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "tree/zonnode.h"
-#include "tree/zonnodetext.h"
+#include "tree/zonnodefields.h"
 
 /** A value in the list of a keyword. */
 class ZON_API CzonParam : public CzonNode {
@@ -26,19 +26,15 @@ class ZON_API CzonParam : public CzonNode {
   /** The text of the value as it was written. */
   const std::string& GetText() const;
 
- protected:
-  std::string_view GetTextView() const { return text_.View(); }  ///< as GetText
-  void SetText(std::string_view text, zon::Arena* arena);  ///< a copy, in the arena if there is one
-  void AppendText(std::string_view text);                  ///< to the end of the text
-  const char* GetChars() const;  ///< the text terminated by a zero, with no string made for it
-
-  zon::Text text_;  ///< as it was written
-
  private:
   friend struct zon::NodeAccess;
 
-  void ReferToText(std::string_view text) { text_.ReferTo(text); }
+  void SetText(std::string_view text, zon::Arena* arena);
+  void AppendText(std::string_view text);
+  const char* GetChars() const;
   void NoteOwnedText() const;
+
+  mutable zon::Text text_;  // as it was written
 };
 
 /** An empty place in a list. */

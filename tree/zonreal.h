@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
 /** A real as it stood in a file; written back as it stood. */
@@ -27,19 +26,13 @@ class ZON_API CzonReal : public CzonNumeric {
    *  bits. Gives the whole number, else 0 and clears the view. */
   long long FloatToInt();
 
- protected:
-  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
-
  private:
   friend struct zon::NodeAccess;
+  friend class CzonFloat;
+  friend class CzonDouble;
 
-  void ReadText();  // all views from the text
-  void SetViews(double value) {
-    long long whole = 0;
-    Double(value);
-    Set(kHasInt, zon::WholeNumber(value, &whole));
-    integer_ = zon::LowBits(whole);
-  }
+  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
+  void ReadText();                                                       // all views from the text
 };
 
 /** A real in single precision. */

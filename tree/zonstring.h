@@ -19,14 +19,4 @@ class ZON_API CzonString : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-namespace zon {
-
-// Writes a text between single quotes, every single quote in it twice.
-void PutQuoted(std::ostream& out, std::string_view text);
-
-// The same without the quotes around it.
-void PutDoublingQuotes(std::ostream& out, std::string_view text);
-
-}  // namespace zon
-
 #endif
