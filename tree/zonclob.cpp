@@ -23,7 +23,7 @@ namespace {
 constexpr std::string_view kOpener = "<CLOB:";
 constexpr char kCloser = '>';
 
-// By the value of their kind.
+// Indexed by CzonClobKind.
 constexpr std::string_view kKindNames[] = {"Boolean", "Integer", "Float",
                                            "Double",  "String",  "Filename"};
 
@@ -43,7 +43,7 @@ struct CzonClob::Item {
 struct CzonClob::State {
   std::vector<Item> items;
   bool loaded = false;
-  std::string flaw;  // why the content cannot be taken apart
+  std::string flaw;  // why the content is malformed; empty if it is not
   std::size_t cursor = 0;
   std::string error;
   std::set<std::string> kept;  // texts that were returned and are no item's own; cleared by Append
@@ -255,7 +255,8 @@ bool CzonClob::Fail(std::string text) const {
   return false;
 }
 
-// The item at the cursor if it is of one of these kinds, and the cursor behind it; else null.
+// Returns the item at the cursor and advances the cursor, if the item is of one of these kinds. Otherwise
+// stores the error and returns null.
 template <class... Wanted>
 const CzonClob::Item* CzonClob::Next(CzonClobKind first, Wanted... others) const {
   State& state = EnsureState();
@@ -368,9 +369,9 @@ void CzonClob::Append(CzonClobKind kind, std::string_view value) {
   const std::string addition = (first ? "" : ",") + item;
   if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) {
     zon::NodeAccess::AppendText(*this, addition);
-    if (state_ != nullptr) state_->loaded = false;  // the flaw may be another one now
+    if (state_ != nullptr) state_->loaded = false;  // parse again: the flaw may differ
   } else {
-    // While items are being read the new one joins them, without taking all of them apart again.
+    // The items were parsed already: parses the new one alone and appends it.
     Reader<Item>(item).Read(&state_->items);
     try {
       zon::NodeAccess::AppendText(*this, addition);

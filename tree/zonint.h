@@ -23,7 +23,7 @@ class ZON_API CzonInt : public CzonNumeric {
   void Copy(const CzonNode* source) override;
 
   /** Sets the integer view from the text, by the rules of strtol in base 10; the view keeps the low
-   *  32 bits. Gives the whole number. */
+   *  32 bits. Returns the whole number. */
   long CStoInt();
 
  private:

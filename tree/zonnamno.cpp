@@ -89,20 +89,20 @@ void CzonNamedNode::SetName(std::string_view name) {
   zon::Assign(name_, name, arena_);
 }
 
-// A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
-// have not been asked yet are asked first, from the top down and without recursion.
+// Composed from the global name of the owner, and cached: a later renaming does not change it. Owners
+// without a cached name are completed first, from the top down and without recursion.
 const std::string& CzonNamedNode::GetNameGlb() const {
   if (nameGlb_ != nullptr) return *nameGlb_;
-  std::vector<const CzonNamedNode*> unasked;
+  std::vector<const CzonNamedNode*> incomplete;
   const std::string* prefix = nullptr;
   for (const CzonNamedNode *node = this, *owner; prefix == nullptr; node = owner) {
-    unasked.push_back(node);
+    incomplete.push_back(node);
     owner = node->GetOwner();
     if (owner == nullptr || owner->GetOwner() == nullptr) break;
     prefix = owner->IsOfLibrary() ? owner->nameGlb_ : &owner->GetNameGlb();
   }
-  for (; !unasked.empty(); unasked.pop_back()) {
-    const CzonNamedNode* node = unasked.back();
+  for (; !incomplete.empty(); incomplete.pop_back()) {
+    const CzonNamedNode* node = incomplete.back();
     std::string name;
     if (node->GetOwner() != nullptr) {
       const std::string_view own = node->GetKey().name;

@@ -53,9 +53,9 @@ class ZON_API CzonNamedNode : public CzonNode {
   void Clear();
 
   unsigned int GetFlags() const { return flags_; }  ///< a sum of Flags
-  void SetOpenList() { flags_ |= kOpenList; }       ///< for good
+  void SetOpenList() { flags_ |= kOpenList; }       ///< until Clear
 
-  /** Writes the blanks at the begin of a line: three for each level below the first. */
+  /** Writes the indentation of a line: three blanks for each level below the first. */
   void Indent(std::ostream& out) const;
 
  protected:
@@ -96,7 +96,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   virtual void SwapOwn(CzonNamedNode& other);
   virtual void CopyOwn(const CzonNamedNode& source);
 
-  // Whether GetZonFilename may be asked of it as the root of a tree.
+  // Whether it can return GetZonFilename as the root of a tree.
   virtual bool HoldsFilename() const;
 
   /** A new node that uses the arena of this one, if there is one, but is not in it. */

@@ -102,7 +102,7 @@ struct NodeAccess {
   static void SwapContent(CzonNamedNode& node, CzonNamedNode& other);
 
   // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a number
-  // without its text.
+  // without its text: of integers the value and the low bits of the whole number, of reals the value.
   template <class Value>
   static std::string_view GetTextView(const Value& value) {
     return View(value.text_);

@@ -105,7 +105,7 @@ std::ostream& CzonDateTime::Write(std::ostream& out) const {
   return out;
 }
 
-// Kept: the same answer as a file name's.
+// Compatibility: hosts expect the class of file names also for date-times.
 int CzonDateTime::GetSyntaxClass() const {
   return kZonFilename;
 }

@@ -19,9 +19,9 @@ class ZON_API CzonParam : public CzonNode {
   CzonNode* CreateObj() override;
   unsigned int GetNoInstances() const override;  ///< how many values the keyword has
   int IsParam() const override;
-  std::ostream& Write(std::ostream& out) const override;  ///< the text as it stands
+  std::ostream& Write(std::ostream& out) const override;  ///< the text, unchanged
   int GetSyntaxClass() const override;
-  void Copy(const CzonNode* source) override;  ///< nothing happens if the source is no value
+  void Copy(const CzonNode* source) override;  ///< does nothing if the source is no value
 
   /** The text of the value as it was written. */
   const std::string& GetText() const;
@@ -47,7 +47,7 @@ class ZON_API CzonUndefinedPar : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A place that holds a remark alone. */
+/** An empty place with a remark. */
 class ZON_API CzonUnknown : public CzonParam {
  public:
   CzonUnknown() = default;
@@ -56,8 +56,8 @@ class ZON_API CzonUnknown : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A reference to something that another program fills in: "%name" or "%1". The text stands without
- *  the "%". */
+/** A substitution: a placeholder "%name" or "%1" that another program replaces. The text excludes the
+ *  "%". */
 class ZON_API CzonSubstit : public CzonParam {
  public:
   CzonSubstit() = default;
@@ -76,7 +76,7 @@ class ZON_API CzonDateTime : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A place that a default value fills. */
+/** A placeholder for a default value. */
 class ZON_API CzonDefaultPar : public CzonParam {
  public:
   CzonDefaultPar() = default;

@@ -6,11 +6,11 @@
 
 #include "tree/zonparam.h"
 
-/** A text that stands in quotes. */
+/** A quoted text. */
 class ZON_API CzonString : public CzonParam {
  public:
   CzonString() = default;
-  explicit CzonString(const std::string& text);  ///< what stands between the quotes
+  explicit CzonString(const std::string& text);  ///< the text between the quotes
 
   CzonNode* CreateObj() override;
   int IsString() const override;

@@ -108,7 +108,7 @@ void NodeAccess::SwapName(CzonNamedNode& node, Text& name) {
   node.nameHash_ = HashNoCase(View(node.name_));
 }
 
-// Files the node under its new name before it leaves the queue of its former name.
+// Adds the node to the queue of its new name before it is removed from that of its former name.
 void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena) {
   const std::string formerName(node.GetKey().name);
   const std::int32_t formerNumber = node.instance_;
