@@ -106,9 +106,9 @@ ZON_API void* ReportArgInt(int value, void* rest);
  *  @param fileName  of any length; stored as given, as the name of the parameter file (see File
  *      names)
  *  @param quiet     not 0: nothing is passed to ReportHook
- *  @return a file handle, to be closed by zonClose, or null. A file with a syntax error gives a
- *      handle without a tree. A scanner error after a complete top-level section gives a handle
- *      with the sections before it and no code: zonGetSyntaxErr reports it.
+ *  @return a file handle, to be closed by zonClose, or null. If the file has a syntax error, the
+ *      handle has no tree. If the scanner fails after a complete top-level section, the handle has
+ *      the sections before the error and no code is stored: zonGetSyntaxErr reports it.
  *  @errors
  *  - 1001: the file cannot be opened; null; report "Open error: %"
  *  - 1002: the file cannot be read to its end, or out of memory; null
@@ -156,7 +156,7 @@ ZON_API int zonPeekErrorGlb(void);
 /** @} */
 
 /** Returns the text of an error code.
- *  @param code  1000 to 1014; any other gives "unknown error code"
+ *  @param code  1000 to 1014; the text of any other is "unknown error code"
  *  @return the text; valid until the next call of this function */
 ZON_API const char* zonGetErrorMessageFromErrorCode(int code);
 
@@ -318,9 +318,9 @@ ZON_API int zonNumericIsIntType(void* node);
 /** @} */
 
 /* ---- Values -------------------------------------------------------------------------------------
- * A node without such a value gives 0 or the empty text, and passes "Function invalid in this
- * context" to MessageHook; no code is stored. Query the kind first: 0 and the empty text are values
- * too.
+ * For a node without such a value they return 0 or the empty text, and pass "Function invalid in
+ * this context" to MessageHook; no code is stored. Query the kind first: 0 and the empty text are
+ * values too.
  *
  * On a CLOB, zonGetInt, zonGetDouble, zonGetFloat, zonGetBool and zonGetString read the item at the
  * cursor and advance the cursor, as zonGetClobInt and so on do. A wrong kind of item, the end, or
@@ -331,8 +331,8 @@ ZON_API int zonNumericIsIntType(void* node);
  * zonclasses.h.
  * Errors: bad node: 1006, "Invalid zonNode", and the failure value in parentheses */
 
-/** The low 32 bits of an integer; also of a real that is whole and within 64 bits. Any other real
- *  gives 0 without a message. (-1) */
+/** The low 32 bits of an integer; also of a real that is whole and within 64 bits. For any other
+ *  real it is 0 without a message. (-1) */
 ZON_API int zonGetInt(void* node);
 
 /** The value of an integer or real, in double precision (-1.0) and in single precision (-1.0). In

@@ -4,6 +4,7 @@
 #define ZON_API_ZONBUILDER_H
 
 #include "api/zonguard.h"
+#include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "tree/zonnodeaccess.h"
 
@@ -44,9 +45,10 @@ int BuildS(void* handle, F body, Arguments... arguments) {
 // Makes a value in the arena of the tree, sets it by `fill` and adds it to the current keyword.
 template <class T, class F>
 void AddNewParam(CzonData& data, F&& fill) {
-  if (!data.HasKeyword()) return;
-  T* param = NodeAccess::Make<T>(data.GetArena());
-  fill(*param, &data.GetArena());
+  if (!HandleAccess::HasKeyword(data)) return;
+  Arena& arena = HandleAccess::GetArena(data);
+  T* param = NodeAccess::Make<T>(arena);
+  fill(*param, &arena);
   data.AddParam(param);
 }
 

@@ -9,6 +9,7 @@
 #include "api/zonerrortext.h"
 #include "api/zonfilewriter.h"
 #include "api/zonguard.h"
+#include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
 #include "base/zonversion.h"
@@ -45,7 +46,7 @@ void* zonLoadFile(const char* fileName, int quiet) {
     auto load = std::make_unique<CzonLoad>(nullptr);
     std::unique_ptr<CzonParser> parser = zon::LoadFile(fileName, quiet != 0);
     if (parser == nullptr) return nullptr;
-    load->SetParser(std::move(parser));
+    zon::HandleAccess::SetParser(*load, std::move(parser));
     return HandleOf(load.release());
   });
 }

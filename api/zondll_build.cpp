@@ -62,8 +62,8 @@ void AddUndefinedPar(CzonData& data) {
 
 template <class Reference, class Variable>
 void AddReference(CzonData& data, Variable* variable) {
-  if (!data.HasKeyword()) return;
-  data.AddParam(zon::NodeAccess::Make<Reference>(data.GetArena(), variable));
+  if (!zon::HandleAccess::HasKeyword(data)) return;
+  data.AddParam(zon::NodeAccess::Make<Reference>(zon::HandleAccess::GetArena(data), variable));
 }
 void AddIntRef(CzonData& data, int* variable) {
   AddReference<CzonIntRef>(data, variable);
@@ -79,7 +79,7 @@ void AddBoolRef(CzonData& data, int* variable) {
 }
 
 void AddStringRef(CzonData& data, char* variable) {
-  if (!data.HasKeyword()) return;
+  if (!zon::HandleAccess::HasKeyword(data)) return;
   std::unique_ptr<CzonParam> reference(CzonStringRef::OfBuffer(variable));
   data.AddParam(reference.get());
   static_cast<void>(reference.release());  // owned by the tree
@@ -96,7 +96,8 @@ void AddKeywordDef(CzonCreate& data, const char* name, const char* codes, int mu
 // Adds a definition by its code in AddKeywordDef.
 template <char kCode>
 void AddDefinition(CzonCreate& data) {
-  if (data.HasKeyword()) data.AddParam(zon::MakeDefinition(kCode, data.GetArena()));
+  if (zon::HandleAccess::HasKeyword(data))
+    data.AddParam(zon::MakeDefinition(kCode, zon::HandleAccess::GetArena(data)));
 }
 
 }  // namespace

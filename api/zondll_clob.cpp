@@ -7,7 +7,7 @@
 #include "api/zon.h"
 #include "api/zonbuilder.h"
 #include "base/zonemptytext.h"
-#include "paths/zonpath.h"
+#include "paths/zonfilepath.h"
 #include "tree/zonclob.h"
 #include "tree/zonnodeaccess.h"
 
@@ -20,7 +20,8 @@ using zon::TextOf;
 namespace {
 
 void AddClob(CzonData& data) {
-  if (data.HasKeyword()) data.AddParam(zon::NodeAccess::Make<CzonClob>(data.GetArena()));
+  if (zon::HandleAccess::HasKeyword(data))
+    data.AddParam(zon::NodeAccess::Make<CzonClob>(zon::HandleAccess::GetArena(data)));
 }
 
 template <class F>

@@ -8,6 +8,7 @@
 #include "base/zonassert.h"
 #include "base/zonemptytext.h"
 #include "paths/zonfilename.h"
+#include "paths/zonfilepath.h"
 
 using zon::EmpSt;
 using zon::Query;
@@ -34,7 +35,7 @@ void zonSetFilename(void* node, const char* text) {
 void zonFileCopyCallBack(void* node) {
   Update<CzonNode>(node, [](CzonNode& n) {
     if (auto* filename = dynamic_cast<CzonFilename*>(&n)) {
-      filename->SetFilename(filename->GetPath());
+      filename->SetFilename(zon::PathOf(*filename));
     }
   });
 }

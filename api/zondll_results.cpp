@@ -9,7 +9,7 @@
 #include "api/zonguard.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
-#include "paths/zonpath.h"
+#include "paths/zonfilepath.h"
 #include "paths/zonresultfolder.h"
 #include "text/cstring.h"
 #include "tree/zonclob.h"

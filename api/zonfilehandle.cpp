@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "api/zonhandleaccess.h"
+#include "base/zonarena.h"
 #include "base/zonchars.h"
 #include "base/zonerror.h"
 #include "base/zonhook.h"
@@ -53,6 +55,8 @@ CzonParam* MakeDefinition(char code, Arena& arena) {
 }
 
 }  // namespace zon
+
+CzonData::CzonData() = default;
 
 CzonData::~CzonData() {
   zon::NodeAccess::Free(root_);
@@ -163,6 +167,8 @@ CzonLoad::~CzonLoad() {
 }
 
 CzonCreate::CzonCreate() {
+  ownArena_ = std::make_unique<zon::Arena>();
+  arena_ = ownArena_.get();
   root_ = zon::NodeAccess::Make<CzonTargetList>(*arena_);
 }
 

@@ -8,18 +8,21 @@
 #include <memory>
 #include <string>
 
-#include "base/zonarena.h"
 #include "base/zonexport.h"
 #include "reader/zonparser.h"
 #include "tree/zonnode.h"
 
 class CzonTargetList;
 
+namespace zon {
+struct HandleAccess;
+}  // namespace zon
+
 /** A file handle. A call that is refused leaves the tree and the cursor unchanged and is recorded by
  *  Error. */
 class ZON_API CzonData : public CzonBase {
  public:
-  CzonData() = default;
+  CzonData();
   CzonData(const CzonData&) = delete;
   CzonData& operator=(const CzonData&) = delete;
   ~CzonData() override;
@@ -60,26 +63,25 @@ class ZON_API CzonData : public CzonBase {
   CzonKeyword* GetCurrentKeyword() const { return keyword_; }
   CzonClob* GetCurrentClob() const { return clob_; }
 
-  // For the library's own use: the memory for nodes of this tree, and the refusal of a value that
-  // has no keyword, for before the value is made.
-  zon::Arena& GetArena() { return *arena_; }
-  bool HasKeyword();
+ private:
+  friend class CzonCreate;
+  friend class CzonLoad;
+  friend struct zon::HandleAccess;
 
- protected:
   // Moves the cursor to a section or keyword that was just added.
   void OpenSection(CzonSection* section);
   void OpenKeyword(CzonKeyword* keyword);
+
+  // Records a refusal if there is no current section or keyword.
   bool HasSection();
+  bool HasKeyword();
 
-  // The memory for nodes of the tree: of this handle, or of the parser.
-  zon::Arena ownArena_;
-  zon::Arena* arena_ = &ownArena_;
-  CzonTargetList* root_ = nullptr;  // deleted with the handle
-
- private:
   // Makes the parent of the section current; no section if the parent is the root.
   void LeaveSection(const CzonNode& section);
 
+  std::unique_ptr<zon::Arena> ownArena_;  // null for a loaded file
+  zon::Arena* arena_ = nullptr;           // of the tree: of this handle or of the parser
+  CzonTargetList* root_ = nullptr;        // deleted with the handle
   CzonSection* section_ = nullptr;
   CzonKeyword* keyword_ = nullptr;
   CzonClob* clob_ = nullptr;
@@ -98,10 +100,11 @@ class ZON_API CzonLoad : public CzonData {
   /** The parser with its counts and its error; null if nothing was read. */
   const CzonParser* GetParser() const { return parser_.get(); }
 
-  // For the library's own use: sets the parser after the file was read.
+ private:
+  friend struct zon::HandleAccess;
+
   void SetParser(std::unique_ptr<CzonParser> parser);
 
- private:
   std::unique_ptr<CzonParser> parser_;
 };
 
@@ -120,12 +123,5 @@ class ZON_API CzonCreate : public CzonData {
   void AddKeywordDef(const std::string& name, const std::string& codes, int multi, int mandat,
                      int flag);
 };
-
-namespace zon {
-
-// Makes the definition of a code in the arena; null if the code is unknown.
-CzonParam* MakeDefinition(char code, Arena& arena);
-
-}  // namespace zon
 
 #endif

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonfile.h"
 #include "base/zontextstream.h"
@@ -39,7 +40,7 @@ CzonSection* AddSettings(CzonData& data) {
     data.AddTarget("SYSTEM");  // is refused, with a report
     return nullptr;
   }
-  Arena& arena = data.GetArena();
+  Arena& arena = HandleAccess::GetArena(data);
   auto* section = NodeAccess::Make<CzonSection>(arena);
   NodeAccess::SetName(*section, "SYSTEM");
   AddSetting<CzonFilename>(*section, "ResultRootFolder", arena, [&](CzonFilename& value) {

@@ -1,4 +1,4 @@
-// From exceptions to failure values: no exception leaves an exported function.
+// Exceptions to failure values: no exception escapes an exported function.
 //
 // If out of memory, the call stores an error code, reports "No memory" and returns its failure
 // value. An exception of another type can only come from a hook of the host; then the code is stored

@@ -1,6 +1,7 @@
-// Every fact of a node is asked through the C functions, so a node that fails to answer, or a value
-// that is asked what it is not, is reported and listed as the host would see it.
-// Tested by tests/write_test.cpp.
+// The listing of a tree for debugging: one line a node, indented by level.
+//
+// Every fact is queried through the C functions. So a failing node, or a query that a value does not
+// support, is reported and listed as a host would see it. Tested by tests/write_test.cpp.
 #include "api/zontreedump.h"
 
 #include <string_view>

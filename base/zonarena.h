@@ -65,7 +65,7 @@ class Arena {
   std::size_t grown_ = 0;      // how many chunks were allocated for more than one piece
 };
 
-// The same for owners that may have no arena: then the block comes from malloc.
+// The same for owners that may have no arena: then malloc allocates the block.
 void* AllocateBlock(Arena* arena, unsigned power);
 void ReleaseBlock(Arena* arena, void* block, unsigned power);
 

@@ -21,13 +21,13 @@ struct Secret {
   std::uint64_t high = 0;
 };
 
-// The kernel gives each process 16 random bytes, also where addresses are not random.
+// The kernel provides each process with 16 random bytes, also where addresses are not random.
 Secret SecretOfProcess() {
   Secret secret;
   const unsigned long address = getauxval(AT_RANDOM);
   if (address == 0) return secret;
   const void* bytes = nullptr;
-  std::memcpy(&bytes, &address, sizeof bytes);  // the kernel gives the address as a number
+  std::memcpy(&bytes, &address, sizeof bytes);  // the kernel passes the address as a number
   std::memcpy(&secret, bytes, sizeof secret);
   return secret;
 }

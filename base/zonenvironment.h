@@ -1,4 +1,4 @@
-// What the library asks the process and the system for.
+// What the library queries from the process and the system.
 #ifndef ZON_BASE_ZONENVIRONMENT_H
 #define ZON_BASE_ZONENVIRONMENT_H
 

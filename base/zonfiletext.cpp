@@ -87,7 +87,7 @@ bool FileText::ReadMore() {
   return false;
 }
 
-// Gives back the addresses that were not needed.
+// Unmaps the addresses that were not needed.
 void FileText::Trim() {
   if (!isMapped_) return;
   const auto used = static_cast<std::size_t>(end_ + 1 - memory_);

@@ -14,9 +14,14 @@
 
 namespace zon {
 
-inline const char* SkipSpace(const char* at, const char* end) {
-  while (at < end && IsClass(*at, kSpace)) ++at;
+// The end of a run of characters of these classes.
+inline const char* SkipClass(const char* at, const char* end, unsigned classes) {
+  while (at < end && IsClass(*at, classes)) ++at;
   return at;
+}
+
+inline const char* SkipSpace(const char* at, const char* end) {
+  return SkipClass(at, end, kSpace);
 }
 
 // The place of the character; null if it is missing.
@@ -60,8 +65,7 @@ inline const char* SkipWord(const char* at, const char* end) {
         _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(letters, digits), underline)));
     if (word != 0xFFFF) return at + __builtin_ctz(~word);
   }
-  while (at < end && IsClass(*at, kWord)) ++at;
-  return at;
+  return SkipClass(at, end, kWord);
 }
 
 // In a text that spells its closing delimiter as two: the place of the first single one. Null if

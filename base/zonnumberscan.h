@@ -62,7 +62,7 @@ inline const char* SkipNumber(const char* at, const char* end, bool* isWhole) {
 
 // The state of a number that is read character by character, its sign included.
 //
-// Compatibility: a sign needs no digit after it. The token reader takes "+" as an integer and "-e5"
+// Compatibility: a sign needs no digit after it. The token reader accepts "+" as an integer and "-e5"
 // as a real; the loader's lexer never passes a sign.
 class NumberScan {
  public:
@@ -132,7 +132,7 @@ class ShortNumber {
   bool IsWhole() const { return isWhole_; }  // neither point nor exponent
   std::int64_t Whole() const { return static_cast<std::int64_t>(digits_); }
 
-  // Stores the value with its sign if that takes a single rounding: with digits up to 2^53 and a
+  // Stores the value with its sign if one rounding is enough: with digits up to 2^53 and a
   // power of ten that a double holds exactly, one multiplication or division rounds correctly.
   bool ToDouble(bool negative, double* value) const {
     if (digits_ > (std::uint64_t{1} << 53)) return false;

@@ -33,7 +33,7 @@ const char* TextOfRefusal(int code) {
   }
 }
 
-// Runs an edit of a checked node: 0, or the code of what was wrong after a report.
+// Checks the node and runs the edit. Returns 0, or after a report the code of the error.
 template <class F>
 int Edit(void* node, F&& edit) {
   return zon::Guarded(zon::kErrNode, static_cast<int>(zon::kErrNode), [&]() -> int {
@@ -69,15 +69,14 @@ void* InsertParameter(void* keyword, unsigned int position, F&& fill) {
   });
 }
 
-// A value of the class that the builder makes takes the new value itself; any other gives way to
-// one.
+// Sets a value of class T in place. Replaces a value of any other class by a new T.
 template <class T, class F>
 void Modify(CzonNode& param, F&& fill) {
   if (typeid(param) == typeid(T)) return fill(static_cast<T&>(param));
   auto fresh = std::make_unique<T>();
   fill(*fresh);
   zon::ReplaceParam(param, fresh.get());
-  static_cast<void>(fresh.release());  // the tree's now
+  static_cast<void>(fresh.release());  // owned by the tree
 }
 
 template <class T, class F>
@@ -87,7 +86,7 @@ int ModifyParameter(void* keyword, unsigned int n, F&& fill) {
   });
 }
 
-// The same for reals: one that was read from a file takes either precision in place.
+// The same for reals. A CzonReal, which was read from a file, is set in place by both precisions.
 template <class T, class F>
 int ModifyReal(void* keyword, unsigned int n, double value, const zon::NumberText& text, F&& fill) {
   return Edit(keyword, [&](CzonNode& node) {
@@ -100,7 +99,7 @@ int ModifyReal(void* keyword, unsigned int n, double value, const zon::NumberTex
   });
 }
 
-// How a node of each kind is given its value.
+// Return the functions that set the value of a node.
 template <class Number>
 auto SetValue(Number number) {
   return

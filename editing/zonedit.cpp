@@ -7,22 +7,24 @@
 namespace zon {
 namespace {
 
-// The cursor of the file that the node is in leaves the node and everything below it.
+// Moves the cursor of the builder out of the node and everything below it.
 void LeaveNode(CzonNode& node) {
   const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
   if (root == nullptr) return;
   if (auto* handle = dynamic_cast<CzonData*>(root->GetHandle())) handle->UpdateCurrentNode(&node);
 }
 
-// The place in the child list that `position` among the siblings of a kind means.
+// Converts a position among the siblings of a kind to a place among all children. `sibling` is the one at
+// that position.
 std::uint32_t PlaceFor(const CzonNamedNode& parent, const CzonNode* sibling, unsigned int position,
                        unsigned int count, ErrorCode missing) {
   if (position > count && position - count > 1) throw Refusal{missing};
   return sibling != nullptr ? NodeAccess::PlaceOf(parent, *sibling) : parent.GetNoNodes();
 }
 
-// What the index of its owner does not hold stays: to take it out would leave the lists apart.
-void NeedFiled(CzonNode& node) {
+// Refuses a node that the index of its owner does not hold: after its removal the index and the list of
+// children would disagree.
+void RequireFiled(CzonNode& node) {
   if (node.GetOwner() != nullptr && !NodeAccess::IsFiled(node)) throw Refusal{kErrNode};
 }
 
@@ -71,14 +73,14 @@ void DeleteNode(CzonNode& node) {
   if (owner == nullptr) {
     throw Refusal{node.IsParam() ? kErrParameter : node.IsKeyword() ? kErrNamedNode : kErrSection};
   }
-  NeedFiled(node);
+  RequireFiled(node);
   LeaveNode(node);
   NodeAccess::Unfile(&node);
   NodeAccess::Free(&node);
 }
 
 void RenameNode(CzonNamedNode& node, std::string_view name) {
-  NeedFiled(node);
+  RequireFiled(node);
   NodeAccess::Rename(node, name);
 }
 

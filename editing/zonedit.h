@@ -1,8 +1,8 @@
 // Changing a tree: inserting, deleting and renaming nodes, and giving a value another value.
 //
-// Every operation does the whole of its work or nothing. What was wrong is thrown as a Refusal,
-// which the exported functions turn into code and text. Before a node goes, the handle's cursor
-// leaves it.
+// An operation either completes or changes nothing. If an argument is wrong it throws a Refusal, which
+// the exported functions turn into a code and a message. Before a node is deleted, the cursor of its
+// handle is moved out of it.
 #ifndef ZON_EDITING_ZONEDIT_H
 #define ZON_EDITING_ZONEDIT_H
 
@@ -22,25 +22,25 @@ struct Refusal {
   ErrorCode code;
 };
 
-// The node as what is needed here; a Refusal otherwise.
+// Return the node as the class that is required; throw a Refusal if it is of another class.
 CzonTargetList& RequireList(CzonNode& node);                   // the root or a section
 CzonSection& RequireSection(CzonNode& node);                   // not the root
 CzonKeyword& RequireKeyword(CzonNode& node);                   // or a default definition
 CzonNode& RequireParam(CzonKeyword& keyword, unsigned int n);  // as stored
 
-// Positions count from 1 among the siblings of the kind; 0, or one past the last, is the very end
-// of the children. The new node stands directly before the sibling whose place it takes.
+// Positions count from 1 among the siblings of the same kind. The new node is inserted directly before
+// the sibling at the position; 0, or one past the last sibling, appends it to all children.
 void InsertSection(CzonTargetList& parent, CzonSection* section, unsigned int position);
 void InsertKeyword(CzonSection& section, CzonKeyword* keyword, unsigned int position);
 void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position);
 
-// Takes the node out of its tree and deletes it.
+// Removes the node from its tree and deletes it.
 void DeleteNode(CzonNode& node);
 
-// Gives a section or keyword another name.
+// Renames a section or keyword.
 void RenameNode(CzonNamedNode& node, std::string_view name);
 
-// Puts the new value in the place of an old one, which is deleted.
+// Replaces a value and deletes the old one.
 void ReplaceParam(CzonNode& old, CzonParam* by);
 
 }  // namespace zon

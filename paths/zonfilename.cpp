@@ -5,12 +5,13 @@
 
 #include "base/zonemptytext.h"
 #include "base/zonput.h"
-#include "paths/zonpath.h"
+#include "paths/zonfilepath.h"
+#include "tree/zonnodeaccess.h"
 
 CzonFilename::CzonFilename(const std::string& text) : CzonParam(text) {}
 
 CzonFilename::~CzonFilename() {
-  resolved_.Release();
+  zon::Release(resolved_);
 }
 
 CzonNode* CzonFilename::CreateObj() {
@@ -22,28 +23,32 @@ int CzonFilename::IsFilename() const {
 }
 
 char* CzonFilename::GetFilename() const {
-  std::string path = GetPath();
+  std::string path = zon::PathOf(*this);
   // Padded with zeros: the host can append up to kPathRoom. Each call writes the whole room again.
   path.resize(std::max(path.size(), zon::kPathRoom));
-  resolved_.Assign(path, GetArena());
-  if (resolved_.IsOwner() && Has(kInArena)) const_cast<CzonFilename*>(this)->MarkDeep();
+  zon::Assign(resolved_, path, GetArena());
+  if (zon::OwnsString(resolved_) && Has(kInArena)) const_cast<CzonFilename*>(this)->MarkDeep();
   // The buffer belongs to this node and is not shared, so the host may write into it.
-  return const_cast<char*>(resolved_.View().data());
+  return const_cast<char*>(zon::View(resolved_).data());
 }
 
-std::string CzonFilename::GetPath() const {
-  return zon::ResolveFilename(GetTextView(), GetZonFilename());
+std::string zon::PathOf(const CzonFilename& name) {
+  return zon::ResolveFilename(zon::NodeAccess::GetTextView(name), name.GetZonFilename());
 }
 
 const char* CzonFilename::GetFilenameString() const {
-  return GetChars();
+  return zon::NodeAccess::GetChars(*this);
 }
 
 std::ostream& CzonFilename::Write(std::ostream& out) const {
   zon::Put(out, '|');
-  zon::Put(out, zon::WrittenFilename(GetTextView(), GetZonFilename()));
+  zon::Put(out, zon::WrittenFilename(zon::NodeAccess::GetTextView(*this), GetZonFilename()));
   zon::Put(out, '|');
   return out;
+}
+
+void CzonFilename::SetFilename(std::string_view text) {
+  zon::NodeAccess::SetText(*this, text, GetArena());
 }
 
 int CzonFilename::GetSyntaxClass() const {

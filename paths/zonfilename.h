@@ -28,10 +28,7 @@ class ZON_API CzonFilename : public CzonParam {
   int GetSyntaxClass() const override;
 
   /** Replaces the name. `text` may be a part of the old one. */
-  void SetFilename(std::string_view text) { SetText(text, GetArena()); }
-
-  // For the library's own use: the path, without a change of the buffer of GetFilename.
-  std::string GetPath() const;
+  void SetFilename(std::string_view text);
 
  private:
   mutable zon::Text resolved_;  // the buffer of GetFilename: the path, padded with zeros

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/zonenvironment.h"
+#include "paths/zonfilepath.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 namespace zon {
 
 // Reads the environment variable VXRESULTFOLDERTEMPLATE. Compatibility: it is read for each result
-// folder, whichever rule gives it, and its value is not used.
+// folder, whichever rule determines it, and its value is not used.
 void ReadFolderTemplate();
 
 // Returns the name of the parameter file and " - Result Files/", with a '/' before it if the name has

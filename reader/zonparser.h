@@ -45,10 +45,9 @@ class ZON_API CzonParser : public CyyParser {
   /** The tree; null before an accepted parse. The parser owns it. */
   CzonTargetList* GetRoot() const;
 
-  // For the library's own use.
-  using CyyParser::GetArena;
-
  private:
+  friend class CzonLoad;  // nodes that the host adds go to the arena of the parse
+
   struct Parts;
 
   std::unique_ptr<Parts> parts_;

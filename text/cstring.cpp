@@ -58,7 +58,7 @@ __attribute__((format(printf, 1, 0))) std::string Print(const char* format, std:
   return result;
 }
 
-// The part of the text that remains after stripping at the ends asked for.
+// The part of the text that remains after stripping at the requested ends.
 template <class F>
 std::string_view Stripped(std::string_view text, bool left, bool right, F&& isStripped) {
   while (left && !text.empty() && isStripped(text.front())) text.remove_prefix(1);

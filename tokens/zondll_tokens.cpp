@@ -1,5 +1,5 @@
 // The C functions of the token reader. Each one checks its handle and calls the class. No exception
-// leaves it: if out of memory, it returns the failure value that zon.h states.
+// escapes it: if out of memory, it returns the failure value that zon.h states.
 // Tested by tests/tokens_test.cpp and tests/faults/alloc_faults_test.cpp.
 #include <exception>
 #include <memory>

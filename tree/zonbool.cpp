@@ -3,6 +3,7 @@
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "base/zonput.h"
+#include "tree/zonnodeaccess.h"
 
 CzonBool::CzonBool(const std::string& text) : CzonParam(text) {
   ReadText();
@@ -35,10 +36,10 @@ void CzonBool::Copy(const CzonNode* source) {
 }
 
 void CzonBool::SetValue(bool value, zon::Arena* arena) {
-  SetText(value ? "true" : "false", arena);
+  zon::NodeAccess::SetText(*this, value ? "true" : "false", arena);
   value_ = value ? 1 : 0;
 }
 
 void CzonBool::ReadText() {
-  value_ = zon::EqualNoCase(GetTextView(), "true") ? 1 : 0;
+  value_ = zon::EqualNoCase(zon::NodeAccess::GetTextView(*this), "true") ? 1 : 0;
 }

@@ -1,7 +1,6 @@
 // Tested by tests/clob_test.cpp.
 #include "tree/zonclob.h"
 
-#include <cfloat>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -12,16 +11,19 @@
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "base/zonerror.h"
+#include "base/zonlexeme.h"
 #include "base/zonnumber.h"
+#include "base/zonnumberscan.h"
 #include "base/zonput.h"
-#include "tree/zonstring.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonquotedtext.h"
 
 namespace {
 
 constexpr std::string_view kOpener = "<CLOB:";
 constexpr char kCloser = '>';
 
-// By the value of their kind.
+// Indexed by CzonClobKind.
 constexpr std::string_view kKindNames[] = {"Boolean", "Integer", "Float",
                                            "Double",  "String",  "Filename"};
 
@@ -41,7 +43,7 @@ struct CzonClob::Item {
 struct CzonClob::State {
   std::vector<Item> items;
   bool loaded = false;
-  std::string flaw;  // why the content cannot be taken apart
+  std::string flaw;  // why the content is malformed; empty if it is not
   std::size_t cursor = 0;
   std::string error;
   std::set<std::string> kept;  // texts that were returned and are no item's own; cleared by Append
@@ -49,23 +51,24 @@ struct CzonClob::State {
 
 namespace {
 
-// Takes a content apart.
+// Parses a content. Positions in messages count from 1 at the first character of the content.
 template <class Item>
 class Reader {
  public:
-  explicit Reader(std::string_view content) : content_(content) {}
+  explicit Reader(std::string_view content)
+      : begin_(content.data()), at_(begin_), end_(begin_ + content.size()) {}
 
-  // False at the first flaw.
+  // False at the first error.
   bool Read(std::vector<Item>* items) {
     SkipSpace();
-    if (AtEnd()) return true;
+    if (at_ == end_) return true;
     for (;;) {
       Item item;
       if (!ReadItem(&item)) return false;
       items->push_back(std::move(item));
       SkipSpace();
-      if (AtEnd()) return true;
-      if (!Accept(',')) return Miss("','");
+      if (at_ == end_) return true;
+      if (!Accept(',')) return Miss(at_, "','");
       SkipSpace();
     }
   }
@@ -73,36 +76,33 @@ class Reader {
   const std::string& Flaw() const { return flaw_; }
 
  private:
-  bool AtEnd() const { return at_ == content_.size(); }
-  int Peek() const { return AtEnd() ? -1 : static_cast<unsigned char>(content_[at_]); }
   bool Accept(char c) {
-    if (Peek() != c) return false;
+    if (at_ == end_ || *at_ != c) return false;
     ++at_;
     return true;
   }
-  void SkipSpace() {
-    while (zon::IsClass(Peek(), zon::kSpace)) ++at_;
+  void SkipSpace() { at_ = zon::SkipSpace(at_, end_); }
+  void SkipSign() {
+    if (!Accept('-')) Accept('+');
   }
-  std::string_view TakeClass(unsigned classes) {
-    const std::size_t start = at_;
-    while (zon::IsClass(Peek(), classes)) ++at_;
-    return content_.substr(start, at_ - start);
+  std::string_view Since(const char* start) const {
+    return {start, static_cast<std::size_t>(at_ - start)};
   }
-  bool Miss(const char* what) { return MissAt(at_, what); }
-  bool MissAt(std::size_t place, const char* what) {
-    flaw_ = "CLOB position " + std::to_string(place + 1) + ": " + what + " expected";
+  bool Miss(const char* place, const char* what) {
+    flaw_ = "CLOB position " + std::to_string(place - begin_ + 1) + ": " + what + " expected";
     return false;
   }
 
   bool ReadItem(Item* item) {
-    const std::size_t start = at_;
-    const std::string_view word = TakeClass(zon::kAlpha);
+    const char* const start = at_;
+    at_ = zon::SkipClass(at_, end_, zon::kAlpha);
+    const std::string_view word = Since(start);
     std::size_t kind = 0;
     while (kind < std::size(kKindNames) && !zon::EqualNoCase(word, kKindNames[kind])) ++kind;
-    if (kind == std::size(kKindNames)) return MissAt(start, "kind");
+    if (kind == std::size(kKindNames)) return Miss(start, "kind");
     item->kind = static_cast<CzonClobKind>(kind);
     SkipSpace();
-    if (!Accept(':')) return Miss("':'");
+    if (!Accept(':')) return Miss(at_, "':'");
     SkipSpace();
     switch (item->kind) {
       case CzonClobKind::kBoolean:
@@ -118,63 +118,63 @@ class Reader {
   }
 
   bool ReadBoolean(Item* item) {
-    const std::size_t start = at_;
-    const std::string_view word = TakeClass(zon::kWord);
-    item->integer = zon::EqualNoCase(word, "true") ? 1 : 0;
-    return item->integer != 0 || zon::EqualNoCase(word, "false") || MissAt(start, "value");
+    const char* const start = at_;
+    at_ = zon::SkipWord(at_, end_);
+    item->integer = zon::EqualNoCase(Since(start), "true") ? 1 : 0;
+    return item->integer != 0 || zon::EqualNoCase(Since(start), "false") || Miss(start, "value");
   }
 
   bool ReadInteger(Item* item) {
-    const std::size_t start = at_;
-    if (!Accept('-')) Accept('+');
-    const bool digits = !TakeClass(zon::kDigit).empty();
-    const long value = zon::TextToLong(content_.substr(start, at_ - start));
-    if (!digits || value < INT_MIN || value > INT_MAX) return MissAt(start, "value");
+    const char* const start = at_;
+    SkipSign();
+    const char* const digits = at_;
+    at_ = zon::SkipDigits(at_, end_);
+    const long value = zon::TextToLong(Since(start));
+    if (at_ == digits || value < INT_MIN || value > INT_MAX) return Miss(start, "value");
     item->integer = static_cast<int>(value);
     item->real = item->integer;
     return true;
   }
 
   bool ReadReal(Item* item) {
-    const std::size_t start = at_;
-    if (!Accept('-')) Accept('+');
-    bool digits = !TakeClass(zon::kDigit).empty();
-    if (Accept('.')) digits = !TakeClass(zon::kDigit).empty() || digits;
-    if (digits && (Peek() == 'e' || Peek() == 'E')) {
-      ++at_;
-      if (!Accept('-')) Accept('+');
-      digits = !TakeClass(zon::kDigit).empty();
-    }
-    const double value = zon::TextToDouble(content_.substr(start, at_ - start));
+    const char* const start = at_;
+    SkipSign();
+    bool isWhole = false;
+    at_ = zon::SkipNumber(at_, end_, &isWhole);
+    if (at_ == nullptr) return Miss(start, "value");
+    const double value = zon::TextToDouble(Since(start));
+    if (!std::isfinite(value)) return Miss(start, "value");
     const bool isFloat = item->kind == CzonClobKind::kFloat;
-    if (!digits || !std::isfinite(value)) return MissAt(start, "value");
-    // A float is read as a float at once: by way of the double it might be rounded twice.
-    item->real = isFloat ? ReadFloat(content_.substr(start, at_ - start), value) : value;
-    return std::isfinite(item->real) || MissAt(start, "value");
+    item->real = isFloat ? ReadFloat(Since(start), value) : value;
+    return std::isfinite(item->real) || Miss(start, "value");
   }
 
+  // Converts to a float directly: rounding the double `value` again could give the second nearest
+  // float.
   static double ReadFloat(std::string_view text, double value) {
     if (text.front() == '+') text.remove_prefix(1);
     float nearest = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), nearest);
     if (result.ec == std::errc()) return static_cast<double>(nearest);
-    return std::fabs(value) > 1 ? HUGE_VAL : 0.0;  // out of range at this end or the other
+    return std::fabs(value) > 1 ? HUGE_VAL : 0.0;  // out of range: too large or too small
   }
 
   bool ReadText(Item* item) {
-    if (!Accept('"')) return Miss("value");
+    if (!Accept('"')) return Miss(at_, "value");
+    const char* const start = at_;
     for (;;) {
-      const std::size_t quote = content_.find('"', at_);
-      if (quote == std::string_view::npos) return MissAt(content_.size(), "closing quote");
-      item->text.append(content_.substr(at_, quote - at_));
+      const char* quote = zon::FindChar('"', at_, end_);
+      if (quote == nullptr) return Miss(end_, "closing quote");
       at_ = quote + 1;
-      if (!Accept('"')) return true;
-      item->text += '"';
+      if (Accept('"')) continue;
+      item->text = zon::WithoutDoubled('"', {start, static_cast<std::size_t>(quote - start)});
+      return true;
     }
   }
 
-  std::string_view content_;
-  std::size_t at_ = 0;
+  const char* begin_;
+  const char* at_;
+  const char* end_;
   std::string flaw_;
 };
 
@@ -216,7 +216,7 @@ int CzonClob::IsClob() const {
 std::ostream& CzonClob::Write(std::ostream& out) const {
   zon::Put(out, '\'');
   zon::Put(out, kOpener);
-  zon::PutDoublingQuotes(out, GetTextView());
+  zon::PutDoublingQuotes(out, zon::NodeAccess::GetTextView(*this));
   zon::Put(out, ">'");
   return out;
 }
@@ -240,7 +240,7 @@ CzonClob::State& CzonClob::EnsureState() const {
 bool CzonClob::Load() const {
   State& state = EnsureState();
   if (!state.loaded) {
-    Reader<Item> reader(GetTextView());
+    Reader<Item> reader(zon::NodeAccess::GetTextView(*this));
     std::vector<Item> items;
     if (reader.Read(&items)) state.items = std::move(items);
     state.flaw = reader.Flaw();
@@ -255,7 +255,8 @@ bool CzonClob::Fail(std::string text) const {
   return false;
 }
 
-// The item at the cursor if it is of one of these kinds, and the cursor behind it; else null.
+// Returns the item at the cursor and advances the cursor, if the item is of one of these kinds. Otherwise
+// stores the error and returns null.
 template <class... Wanted>
 const CzonClob::Item* CzonClob::Next(CzonClobKind first, Wanted... others) const {
   State& state = EnsureState();
@@ -362,17 +363,18 @@ void CzonClob::AddText(CzonClobKind kind, std::string_view text) {
 
 void CzonClob::Append(CzonClobKind kind, std::string_view value) {
   const std::string item = std::string(NameOf(kind)) + ":" + std::string(value);
-  const std::string_view content = GetTextView();
-  const bool first = content.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos;
+  const std::string_view content = zon::NodeAccess::GetTextView(*this);
+  const char* const end = content.data() + content.size();
+  const bool first = zon::SkipSpace(content.data(), end) == end;
   const std::string addition = (first ? "" : ",") + item;
   if (state_ == nullptr || !state_->loaded || !state_->flaw.empty()) {
-    AppendText(addition);
-    if (state_ != nullptr) state_->loaded = false;  // the flaw may be another one now
+    zon::NodeAccess::AppendText(*this, addition);
+    if (state_ != nullptr) state_->loaded = false;  // parse again: the flaw may differ
   } else {
-    // While items are being read the new one joins them, without taking all of them apart again.
+    // The items were parsed already: parses the new one alone and appends it.
     Reader<Item>(item).Read(&state_->items);
     try {
-      AppendText(addition);
+      zon::NodeAccess::AppendText(*this, addition);
     } catch (...) {
       state_->items.pop_back();
       throw;

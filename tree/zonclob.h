@@ -2,10 +2,9 @@
 //
 //   '<CLOB:Boolean:true,Integer:-5,Float:0.5,Double:2.5,String:"say ""hi""",Filename:"out\a.dat">'
 //
-// The content, what stands between the first colon and the last character, is kept as it was read
-// and is written back unchanged. It is taken apart as a whole when an item is first asked for: one
-// bad item, and nothing can be read. Items are read through a cursor that only a successful read
-// moves.
+// The content is the text between the first colon and the closing ">". It is stored as it was read and
+// written unchanged. The first query of an item parses the whole content; if one item is malformed, no
+// item can be read. Items are read at a cursor, which only a successful read advances.
 #ifndef ZON_TREE_ZONCLOB_H
 #define ZON_TREE_ZONCLOB_H
 
@@ -23,7 +22,7 @@ enum class CzonClobKind : unsigned char { kBoolean, kInteger, kFloat, kDouble, k
 class ZON_API CzonClob : public CzonParam {
  public:
   CzonClob();
-  explicit CzonClob(const std::string& content);  ///< what stands between "<CLOB:" and ">"
+  explicit CzonClob(const std::string& content);  ///< the text between "<CLOB:" and ">"
   ~CzonClob() override;
 
   /** A new CLOB if the text of a quoted value is one: it begins with "<CLOB:", in any letter case,
@@ -34,13 +33,13 @@ class ZON_API CzonClob : public CzonParam {
   int IsClob() const override;
   std::ostream& Write(std::ostream& out) const override;
 
-  /** Copies the content; the cursor of the copy stands on the first item. */
+  /** Copies the content. The cursor of the copy is at the first item. */
   void Copy(const CzonNode* source) override;
 
-  /** Read the item at the cursor and step to the next. An Integer may be read as Float or Double, a
-   *  Float as Double. On failure (another kind, no more items, bad content) the cursor stays, code
-   *  1003 is stored, GetErrorText tells, and the value in brackets comes back. Texts live until the
-   *  CLOB changes. */
+  /** Read the item at the cursor and advance the cursor. An Integer can be read as Float or Double, a
+   *  Float as Double. A failure (another kind, no more items, malformed content) stores code 1003 and
+   *  the text of GetErrorText, leaves the cursor, and returns the value in parentheses. Texts are valid
+   *  until the CLOB changes. */
   int GetBool() const override;                   ///< (0)
   int GetInt() const override;                    ///< (-1)
   float GetFloat() const override;                ///< (-1.0)
@@ -48,8 +47,8 @@ class ZON_API CzonClob : public CzonParam {
   const std::string& GetString() const override;  ///< (empty)
   const std::string& GetClobFilename() const;     ///< the name as stored (empty)
 
-  int GetNoItems() const;                   ///< -1, with 1003, for bad content
-  bool IsEnd() const;                       ///< also for bad content
+  int GetNoItems() const;                   ///< -1, with 1003, for malformed content
+  bool IsEnd() const;                       ///< also for malformed content
   bool IsKind(CzonClobKind kind) const;     ///< of the item at the cursor
   void Reset();                             ///< cursor to the first item, no error text
   const std::string& GetErrorText() const;  ///< of the last failure since Reset
@@ -61,7 +60,7 @@ class ZON_API CzonClob : public CzonParam {
   void AddDouble(double value);
   void AddText(CzonClobKind kind, std::string_view text);
 
-  /** The text of a String or Filename at the cursor, which stays; otherwise empty. */
+  /** The text of a String or Filename at the cursor; otherwise empty. Does not advance the cursor. */
   const std::string& PeekText() const;
 
  private:

@@ -1,12 +1,12 @@
-// Default values: the search for the default definition that a placeholder stands for.
+// Default values: the search for the default definition of a placeholder.
 // Tested by tests/values_test.cpp.
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 
-// Searches the sections outward, but not the root. Owners of a host's class are asked by their own
-// operation.
+// Searches the sections outward, but not the root. For an owner of a host's class its own operation is
+// called.
 CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
                                       unsigned int n) const {
   const CzonNamedNode* node = this;

@@ -4,6 +4,7 @@
 #include "base/zonchars.h"
 #include "base/zonnumber.h"
 #include "base/zonput.h"
+#include "tree/zonnodeaccess.h"
 
 CzonInt::CzonInt(const std::string& text) : CzonNumeric(text) {}
 
@@ -38,14 +39,14 @@ void CzonInt::Copy(const CzonNode* source) {
 }
 
 long CzonInt::CStoInt() {
-  const long value = zon::TextToLong(GetTextView());
+  const long value = zon::TextToLong(zon::NodeAccess::GetTextView(*this));
   integer_ = zon::LowBits(value);
   Set(kHasInt);
   return value;
 }
 
 void CzonInt::SetValue(int value, zon::Arena* arena) {
-  SetText(zon::NumberText::OfInt(value).View(), arena);
+  zon::NodeAccess::SetText(*this, zon::NumberText::OfInt(value).View(), arena);
   Double(value);
   integer_ = value;
   Set(kHasInt);

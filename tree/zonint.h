@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
 /** An integer; it also has the views of a real. */
@@ -24,7 +23,7 @@ class ZON_API CzonInt : public CzonNumeric {
   void Copy(const CzonNode* source) override;
 
   /** Sets the integer view from the text, by the rules of strtol in base 10; the view keeps the low
-   *  32 bits. Gives the whole number. */
+   *  32 bits. Returns the whole number. */
   long CStoInt();
 
  private:
@@ -32,11 +31,6 @@ class ZON_API CzonInt : public CzonNumeric {
 
   void SetValue(int value, zon::Arena* arena);  // all views and the text
   void ReadText();                              // all views from the text
-  void SetViews(double value, std::int64_t whole) {
-    Double(value);
-    integer_ = zon::LowBits(whole);
-    Set(kHasInt);
-  }
 };
 
 /** The integer of a definition made through the builder. */

@@ -19,8 +19,8 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   unsigned int GetNoInstances() const override;
   int IsKeyword() const override;
 
-  /** The n-th value. For a default placeholder, the default value that it stands for, or the
-   *  placeholder itself if there is none. */
+  /** The n-th value. For a default placeholder: the default value, or the placeholder itself if there
+   *  is none. */
   CzonParam* ParamByNum(unsigned int n) const override;
   std::ostream& Write(std::ostream& out) const override;
   void Explore(void (*visit)(CzonNode*)) override;
@@ -44,7 +44,7 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   void NumberValues(std::uint32_t from);
 };
 
-/** A default definition: the values that placeholders of keywords of its name stand for. */
+/** A default definition: the default values for the placeholders in keywords of its name. */
 class ZON_API CzonDefaultDef : public CzonKeyword {
  public:
   CzonDefaultDef() = default;

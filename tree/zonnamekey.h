@@ -15,8 +15,8 @@ struct NameKey {
 };
 
 // A Copy resets the instance number of its target to 0. If the target has no owner, the queue that
-// counts it is unknown: this counter goes up, and each queue compares it with the count that it saw
-// when it was last numbered.
+// counts it is unknown. So a global counter is incremented, and each queue compares it with the
+// value at its last numbering.
 void CountLostNumber();
 std::uint32_t GetLostNumbers();
 

@@ -55,7 +55,7 @@ CzonNamedNode::~CzonNamedNode() {
   FreeChildren();
   if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
   if (arena_ == nullptr) delete nameGlb_;
-  name_.Release();
+  zon::Release(name_);
 }
 
 CzonNode* CzonNamedNode::CreateObj() {
@@ -63,7 +63,7 @@ CzonNode* CzonNamedNode::CreateObj() {
 }
 
 const std::string& CzonNamedNode::GetName() const {
-  return name_.AsString(arena_);
+  return zon::AsString(name_, arena_);
 }
 
 const std::type_info& CzonNamedNode::LibraryClass() const {
@@ -86,23 +86,23 @@ zon::NameKey CzonNamedNode::MakeKey() const {
 
 void CzonNamedNode::SetName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
-  name_.Assign(name, arena_);
+  zon::Assign(name_, name, arena_);
 }
 
-// A name is made of the owner's, and stays as it was first made. Owners of the library's classes that
-// have not been asked yet are asked first, from the top down and without recursion.
+// Composed from the global name of the owner, and cached: a later renaming does not change it. Owners
+// without a cached name are completed first, from the top down and without recursion.
 const std::string& CzonNamedNode::GetNameGlb() const {
   if (nameGlb_ != nullptr) return *nameGlb_;
-  std::vector<const CzonNamedNode*> unasked;
+  std::vector<const CzonNamedNode*> incomplete;
   const std::string* prefix = nullptr;
   for (const CzonNamedNode *node = this, *owner; prefix == nullptr; node = owner) {
-    unasked.push_back(node);
+    incomplete.push_back(node);
     owner = node->GetOwner();
     if (owner == nullptr || owner->GetOwner() == nullptr) break;
     prefix = owner->IsOfLibrary() ? owner->nameGlb_ : &owner->GetNameGlb();
   }
-  for (; !unasked.empty(); unasked.pop_back()) {
-    const CzonNamedNode* node = unasked.back();
+  for (; !incomplete.empty(); incomplete.pop_back()) {
+    const CzonNamedNode* node = incomplete.back();
     std::string name;
     if (node->GetOwner() != nullptr) {
       const std::string_view own = node->GetKey().name;

@@ -12,7 +12,6 @@
 #include "base/zonexport.h"
 #include "tree/zonnode.h"
 #include "tree/zonnodefields.h"
-#include "tree/zonnodetext.h"
 
 namespace zon {
 struct NameKey;
@@ -54,9 +53,9 @@ class ZON_API CzonNamedNode : public CzonNode {
   void Clear();
 
   unsigned int GetFlags() const { return flags_; }  ///< a sum of Flags
-  void SetOpenList() { flags_ |= kOpenList; }       ///< for good
+  void SetOpenList() { flags_ |= kOpenList; }       ///< until Clear
 
-  /** Writes the blanks at the begin of a line: three for each level below the first. */
+  /** Writes the indentation of a line: three blanks for each level below the first. */
   void Indent(std::ostream& out) const;
 
  protected:
@@ -97,7 +96,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   virtual void SwapOwn(CzonNamedNode& other);
   virtual void CopyOwn(const CzonNamedNode& source);
 
-  // Whether GetZonFilename may be asked of it as the root of a tree.
+  // Whether it can return GetZonFilename as the root of a tree.
   virtual bool HoldsFilename() const;
 
   /** A new node that uses the arena of this one, if there is one, but is not in it. */
@@ -130,7 +129,7 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   void EnterArena(zon::Arena& arena);
   bool IsOfLibrary() const;
-  std::string_view GetNameView() const { return name_.View(); }
+  std::string_view GetNameView() const;
   zon::NameKey GetKey() const;
   zon::NameKey MakeKey() const;
   void SetName(std::string_view name);
@@ -147,7 +146,7 @@ class ZON_API CzonNamedNode : public CzonNode {
 
   ChildFields children_ = {};
   mutable std::string* nameGlb_ = nullptr;
-  zon::Text name_;
+  mutable zon::Text name_;
   std::uint32_t nameHash_ = zon::kEmptyNameHash;
   std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint

@@ -7,6 +7,7 @@
 #include "tree/zonnamekey.h"
 #include "tree/zonnamno.h"
 #include "tree/zonnodelist.h"
+#include "tree/zonnodetext.h"
 
 inline zon::NodeList& CzonNamedNode::EnsureChildren() {
   if (Has(kDeferred)) MakeDeferredChildren();
@@ -20,6 +21,10 @@ inline void CzonNamedNode::DeferValues(const zon::DeferredValues& values) {
   }
   children_.deferred = values;
   Set(kDeferred);
+}
+
+inline std::string_view CzonNamedNode::GetNameView() const {
+  return zon::View(name_);
 }
 
 // A node in an arena is of the library's classes: its GetName returns the stored name.
@@ -42,7 +47,7 @@ inline void CzonNamedNode::EnterArena(zon::Arena& arena) {
 
 inline void CzonNamedNode::ReferToName(std::string_view name) {
   nameHash_ = zon::HashNoCase(name);
-  name_.ReferTo(name);
+  zon::ReferTo(name_, name);
 }
 
 #endif

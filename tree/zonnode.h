@@ -1,8 +1,8 @@
-// The root of all classes that a handle can point at, and the node of a parameter tree.
+// CzonBase, the base of everything that a handle can point to, and CzonNode, a node of a parameter tree.
 //
-// CzonNode's virtual operations are the only way in which the rest of the library asks a node what it
-// is, how many children it has and what its value is. Each operation has a harmless default. Their
-// order is part of the interface: no class adds one between or directly after them.
+// The virtual operations of CzonNode return what a node is, its children and its value. Each has a
+// default for nodes that do not support it. Their order is part of the interface: no class adds an
+// operation between them or directly after them.
 #ifndef ZON_TREE_ZONNODE_H
 #define ZON_TREE_ZONNODE_H
 
@@ -26,13 +26,13 @@ class Arena;
 struct NodeAccess;
 }  // namespace zon
 
-/** What a file handle or a node handle points at. */
+/** What a file handle or a node handle points to. */
 class ZON_API CzonBase {
  public:
   virtual ~CzonBase();
 };
 
-/** The kinds that GetSyntaxClass tells apart. The numbers are part of the interface. */
+/** The kinds that GetSyntaxClass returns. The numbers are part of the interface. */
 enum CzonSyntaxClass : int {
   kZonNode = 0,
   kZonTargetList = 1,
@@ -64,7 +64,7 @@ class ZON_API CzonNode : public CzonBase {
   CzonNode& operator=(const CzonNode&) = delete;
   ~CzonNode() override;
 
-  /** The text that stands for none. Lives as long as the process. */
+  /** The empty text. Valid as long as the process runs. */
   static const std::string& empty_string;
 
   /** Makes an empty node of the same class on the free arena; the caller owns it. */
@@ -192,7 +192,7 @@ class ZON_API CzonNode : public CzonBase {
   bool NeedsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
   void SetRemark(std::string_view text, zon::Arena* arena);
   void SwapRemark(CzonNode& other);
-  void ResetNumber();  // to 0, for a Copy; the owner takes note
+  void ResetNumber();  // to 0, for a Copy; notifies the owner
 
   CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
   std::string* remark_ = nullptr;

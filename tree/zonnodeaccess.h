@@ -17,7 +17,9 @@
 #include <utility>
 
 #include "base/zonarena.h"
+#include "base/zonnumber.h"
 #include "tree/zonnamno_inline.h"
+#include "tree/zonnodetext.h"
 
 namespace zon {
 
@@ -100,18 +102,22 @@ struct NodeAccess {
   static void SwapContent(CzonNamedNode& node, CzonNamedNode& other);
 
   // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a number
-  // without its text.
+  // without its text: of integers the value and the low bits of the whole number, of reals the value.
   template <class Value>
   static std::string_view GetTextView(const Value& value) {
-    return value.GetTextView();
+    return View(value.text_);
   }
   template <class Value>
   static void SetText(Value& value, std::string_view text, Arena* arena) {
     value.SetText(text, arena);
   }
   template <class Value>
+  static void AppendText(Value& value, std::string_view text) {
+    value.AppendText(text);
+  }
+  template <class Value>
   static void ReferToText(Value& value, std::string_view text) {
-    value.ReferToText(text);
+    ReferTo(value.text_, text);
   }
   template <class Value, class Number>
   static void SetValue(Value& value, Number number, Arena* arena) {
@@ -129,9 +135,18 @@ struct NodeAccess {
   static void ReadText(Value& value) {
     value.ReadText();
   }
-  template <class Value, class... Numbers>
-  static void SetViews(Value& value, Numbers... numbers) {
-    value.SetViews(numbers...);
+  template <class Int>
+  static void SetViews(Int& number, double value, std::int64_t whole) {
+    number.Double(value);
+    number.integer_ = LowBits(whole);
+    number.CzonNode::Set(CzonNode::kHasInt);
+  }
+  template <class Real>
+  static void SetViews(Real& number, double value) {
+    long long whole = 0;
+    number.Double(value);
+    number.CzonNode::Set(CzonNode::kHasInt, WholeNumber(value, &whole));
+    number.integer_ = LowBits(whole);
   }
 
   // The characters of a string, terminated by a zero.

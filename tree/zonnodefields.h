@@ -12,6 +12,14 @@ namespace zon {
 struct DeferralSource;
 struct NameQueue;
 
+// See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
+struct __attribute__((packed, aligned(4))) Text {
+  const void* where = "";
+  std::uint32_t size = 0;
+};
+
+static_assert(sizeof(Text) == 12, "values are laid out around a text of twelve bytes");
+
 // See tree/zonnodelist.h.
 struct NodeList {
   union {

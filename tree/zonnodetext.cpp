@@ -1,45 +1,53 @@
+// The states of a Text are described in the header.
 #include "tree/zonnodetext.h"
 
 namespace zon {
+namespace {
 
-void Text::MakeString(Arena* arena) const {
-  const std::string_view text = View();
-  where_ = arena != nullptr ? arena->KeepString(std::string(text)) : new std::string(text);
-  size_ = arena != nullptr ? kKept : kOwned;
+// The strings are made here and not const, so they may be changed through `where`.
+std::string& StringOf(Text& text) {
+  return *static_cast<std::string*>(const_cast<void*>(text.where));
 }
 
-// Never destroyed: a host may still ask for texts while the process ends.
-const std::string& Text::EmptyString() {
+void SetToString(Text& text, std::string_view value, Arena* arena) {
+  text.where = arena != nullptr ? arena->KeepString(std::string(value)) : new std::string(value);
+  text.size = arena != nullptr ? kKeptString : kOwnString;
+}
+
+}  // namespace
+
+void MakeString(Text& text, Arena* arena) {
+  SetToString(text, View(text), arena);
+}
+
+// Never destroyed: a host may request texts while the process ends.
+const std::string& EmptyString() {
   static const std::string& empty = *new std::string;
   return empty;
 }
 
-// A first text goes into the store as characters. A text that changes becomes a string, which takes
-// every further one: no store fills up however often a value is set.
-void Text::Assign(std::string_view text, Arena* arena) {
-  if (size_ >= kKept) {
-    // std::string::assign copes with a part of itself. The string was made here, so it may change.
-    static_cast<std::string*>(const_cast<void*>(where_))->assign(text);
-  } else if (size_ == 0 && text.empty()) {
+// A first text is stored in the arena as characters. A text that changes becomes a string.
+void Assign(Text& text, std::string_view value, Arena* arena) {
+  if (text.size >= kKeptString) {
+    StringOf(text).assign(value);  // correct also for a part of itself
+  } else if (text.size == 0 && value.empty()) {
     return;
-  } else if (size_ == 0 && arena != nullptr && text.size() < kKept) {
-    where_ = arena->CopyText(text);
-    size_ = static_cast<std::uint32_t>(text.size());
+  } else if (text.size == 0 && arena != nullptr && value.size() < kKeptString) {
+    text.where = arena->CopyText(value);
+    text.size = static_cast<std::uint32_t>(value.size());
   } else {
-    where_ = arena != nullptr ? arena->KeepString(std::string(text)) : new std::string(text);
-    size_ = arena != nullptr ? kKept : kOwned;
+    SetToString(text, value, arena);
   }
 }
 
-void Text::Append(std::string_view text, Arena* arena) {
-  if (size_ < kKept) MakeString(arena);
-  static_cast<std::string*>(const_cast<void*>(where_))->append(text);
+void Append(Text& text, std::string_view addition, Arena* arena) {
+  if (text.size < kKeptString) MakeString(text, arena);
+  StringOf(text).append(addition);
 }
 
-void Text::Release() {
-  if (IsOwner()) delete static_cast<const std::string*>(where_);
-  where_ = "";
-  size_ = 0;
+void Release(Text& text) {
+  if (OwnsString(text)) delete &StringOf(text);
+  text = Text();
 }
 
 }  // namespace zon

@@ -1,8 +1,14 @@
-// The text of a node: a name or a value as it was written. While nobody asks for a std::string, a
-// text of a loaded node is no more than a place where the file was read to; the string is made at
-// the first question and is then the text itself.
+// The operations of zon::Text: the name of a node, or a value as it was written.
 //
-// Twelve bytes, so that a value's number stands directly behind its text.
+// A Text is in one of three states:
+//   characters   `where` points to `size` characters, mostly in the text of the file. Loaded nodes
+//                begin so: no character is copied.
+//   kept string  `where` points to a std::string of the arena. Made when a caller requests a
+//                std::string, or when a text in an arena changes.
+//   own string   the same in the free store, for nodes without an arena. Release frees it.
+// A text that became a string stays a string and takes every later value, so an arena does not grow
+// with the number of changes. Tested by tests/values_test.cpp, tests/edit_test.cpp and
+// tests/faults/alloc_faults_test.cpp.
 #ifndef ZON_TREE_ZONNODETEXT_H
 #define ZON_TREE_ZONNODETEXT_H
 
@@ -11,80 +17,72 @@
 #include <string_view>
 
 #include "base/zonarena.h"
+#include "tree/zonnodefields.h"
 
 namespace zon {
 
-class __attribute__((packed, aligned(4))) Text {
- public:
-  Text() = default;
-  Text(const Text&) = delete;
-  Text& operator=(const Text&) = delete;
+// Values of Text::size that mark a string. Any smaller one is a number of characters.
+constexpr std::uint32_t kKeptString = 0xFFFFFFFEU;
+constexpr std::uint32_t kOwnString = 0xFFFFFFFFU;
 
-  std::string_view View() const {
-    if (size_ < kKept) return {static_cast<const char*>(where_), size_};
-    return *static_cast<const std::string*>(where_);
+inline std::string_view View(const Text& text) {
+  if (text.size < kKeptString) return {static_cast<const char*>(text.where), text.size};
+  return *static_cast<const std::string*>(text.where);
+}
+
+// The text terminated by a zero. In the text of a file the closing quote follows it instead, which
+// must stay: the first call then makes a copy, which becomes the text.
+inline const char* Terminated(Text& text, Arena& arena) {
+  if (text.size >= kKeptString) return static_cast<const std::string*>(text.where)->c_str();
+  const auto* chars = static_cast<const char*>(text.where);
+  if (chars[text.size] == '\0') return chars;
+  const char* copy = arena.CopyText({chars, text.size});
+  text.where = copy;
+  return copy;
+}
+
+// Turns characters into a string. Throws std::bad_alloc, the text unchanged.
+void MakeString(Text& text, Arena* arena);
+
+const std::string& EmptyString();
+
+// The text as a string, valid until the text changes or is released. With an arena the string is
+// kept there, otherwise it is the text's own.
+inline const std::string& AsString(Text& text, Arena* arena) {
+  if (text.size == 0) return EmptyString();  // shared: no arena fills up with empty strings
+  if (text.size < kKeptString) MakeString(text, arena);
+  return *static_cast<const std::string*>(text.where);
+}
+
+// Copies `value`, which may be a part of the text itself.
+void Assign(Text& text, std::string_view value, Arena* arena);
+
+// Refers to the characters, which must live as long as the tree.
+inline void ReferTo(Text& text, std::string_view chars) {
+  if (chars.size() < kKeptString) {
+    text.where = chars.data();
+    text.size = static_cast<std::uint32_t>(chars.size());
+  } else {
+    Assign(text, chars, nullptr);
   }
+}
 
-  // The text terminated by a zero. In the buffer of a file the closing quote follows it, which stays:
-  // the first call makes a copy, which is then the text.
-  const char* Terminated(Arena& arena) const {
-    if (size_ >= kKept) return static_cast<const std::string*>(where_)->c_str();
-    const auto* chars = static_cast<const char*>(where_);
-    if (chars[size_] == '\0') return chars;
-    const char* copy = arena.CopyText({chars, size_});
-    where_ = copy;
-    return copy;
-  }
+// Appends `addition`, which is no part of the text, in amortised constant time per character.
+void Append(Text& text, std::string_view addition, Arena* arena);
 
-  // The text as a string that lives until the text changes or is released. With a store the string
-  // is the store's, without one the text's own.
-  const std::string& AsString(Arena* arena) const {
-    if (size_ == 0) return EmptyString();  // so that no store fills up with empty strings
-    if (size_ < kKept) MakeString(arena);
-    return *static_cast<const std::string*>(where_);
-  }
+inline void Swap(Text& a, Text& b) {
+  const Text former = a;
+  a = b;
+  b = former;
+}
 
-  // `chars` live as long as the tree.
-  void ReferTo(std::string_view chars) {
-    if (chars.size() < kKept) {
-      where_ = chars.data();
-      size_ = static_cast<std::uint32_t>(chars.size());
-    } else {
-      Assign(chars, nullptr);
-    }
-  }
+// Whether the text has a string that only Release frees.
+inline bool OwnsString(const Text& text) {
+  return text.size == kOwnString;
+}
 
-  // Takes a copy; `text` may be a part of this text.
-  void Assign(std::string_view text, Arena* arena);
-
-  // Appends a text that is no part of this one; many appends cost no more than their characters.
-  void Append(std::string_view text, Arena* arena);
-
-  void Swap(Text& other) {
-    const void* where = where_;
-    const std::uint32_t size = size_;
-    where_ = other.where_;
-    size_ = other.size_;
-    other.where_ = where;
-    other.size_ = size;
-  }
-
-  // Whether the text holds a string of its own, which only Release frees.
-  bool IsOwner() const { return size_ == kOwned; }
-  void Release();
-
- private:
-  static constexpr std::uint32_t kKept = 0xFFFFFFFEU;   // where_ is a string of the store
-  static constexpr std::uint32_t kOwned = 0xFFFFFFFFU;  // where_ is a string of ours
-
-  void MakeString(Arena* arena) const;
-  static const std::string& EmptyString();
-
-  mutable const void* where_ = "";
-  mutable std::uint32_t size_ = 0;
-};
-
-static_assert(sizeof(Text) == 12, "values are laid out around a text of twelve bytes");
+// Frees the text's own string, if it has one, and makes the text empty.
+void Release(Text& text);
 
 }  // namespace zon
 

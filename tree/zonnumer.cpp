@@ -7,6 +7,7 @@
 
 #include "base/zonassert.h"
 #include "base/zonnumber.h"
+#include "tree/zonnodeaccess.h"
 
 CzonNumeric::CzonNumeric(const std::string& text) : CzonParam(text) {
   CStoReals();
@@ -55,7 +56,7 @@ void CzonNumeric::Init() {
 }
 
 void CzonNumeric::CStoReals() {
-  Double(zon::TextToDouble(GetTextView()));
+  Double(zon::TextToDouble(zon::NodeAccess::GetTextView(*this)));
 }
 
 double CzonNumeric::string_to_double(const std::string& s) {

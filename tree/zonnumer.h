@@ -1,6 +1,5 @@
-// The common part of numbers. A number is converted once, when it is made; every question is then
-// answered from the double. The float view follows from it at each question, which costs less than
-// keeping it.
+// The common base of numbers. The text is converted to a double once, when the node is made. The float
+// view is computed from the double at each query: that is cheaper than storing it.
 #ifndef ZON_TREE_ZONNUMER_H
 #define ZON_TREE_ZONNUMER_H
 
@@ -36,8 +35,8 @@ class ZON_API CzonNumeric : public CzonParam {
     Set(kHasDouble);
   }
 
-  /** Reads one number from the start of a text, white space in front and anything behind passed
-   *  over; 0.0 when there is none. */
+  /** Converts the number at the start of a text. Skips leading white space and ignores the text after
+   *  the number. Returns 0.0 if there is no number. */
   static double string_to_double(const std::string& s);
 
  protected:

@@ -4,11 +4,11 @@
 #include "tree/zonnodeaccess.h"
 
 CzonParam::CzonParam(const std::string& text) {
-  text_.Assign(text, nullptr);
+  zon::Assign(text_, text, nullptr);
 }
 
 CzonParam::~CzonParam() {
-  text_.Release();
+  zon::Release(text_);
 }
 
 CzonNode* CzonParam::CreateObj() {
@@ -24,7 +24,7 @@ int CzonParam::IsParam() const {
 }
 
 std::ostream& CzonParam::Write(std::ostream& out) const {
-  zon::Put(out, text_.View());
+  zon::Put(out, zon::View(text_));
   return out;
 }
 
@@ -37,32 +37,32 @@ void CzonParam::Copy(const CzonNode* source) {
   const auto* param = dynamic_cast<const CzonParam*>(source);
   if (param == nullptr) return;
   CzonNode::Copy(source);
-  SetText(param->text_.View(), GetArena());
+  SetText(zon::View(param->text_), GetArena());
 }
 
 const std::string& CzonParam::GetText() const {
-  const std::string& text = text_.AsString(GetArena());
+  const std::string& text = zon::AsString(text_, GetArena());
   NoteOwnedText();
   return text;
 }
 
 const char* CzonParam::GetChars() const {
   zon::Arena* arena = GetArena();
-  return arena != nullptr ? text_.Terminated(*arena) : GetText().c_str();
+  return arena != nullptr ? zon::Terminated(text_, *arena) : GetText().c_str();
 }
 
 // Call after the text may have become a string in the free store, which the destructor releases.
 void CzonParam::NoteOwnedText() const {
-  if (text_.IsOwner() && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
+  if (zon::OwnsString(text_) && Has(kInArena)) const_cast<CzonParam*>(this)->MarkDeep();
 }
 
 void CzonParam::SetText(std::string_view text, zon::Arena* arena) {
-  text_.Assign(text, arena);
+  zon::Assign(text_, text, arena);
   NoteOwnedText();
 }
 
 void CzonParam::AppendText(std::string_view text) {
-  text_.Append(text, GetArena());
+  zon::Append(text_, text, GetArena());
   NoteOwnedText();
 }
 
@@ -100,12 +100,12 @@ CzonNode* CzonDateTime::CreateObj() {
 
 std::ostream& CzonDateTime::Write(std::ostream& out) const {
   zon::Put(out, '#');
-  zon::Put(out, text_.View());
+  zon::Put(out, zon::NodeAccess::GetTextView(*this));
   zon::Put(out, '#');
   return out;
 }
 
-// Kept: the same answer as a file name's.
+// Compatibility: hosts expect the class of file names also for date-times.
 int CzonDateTime::GetSyntaxClass() const {
   return kZonFilename;
 }

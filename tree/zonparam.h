@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "tree/zonnode.h"
-#include "tree/zonnodetext.h"
+#include "tree/zonnodefields.h"
 
 /** A value in the list of a keyword. */
 class ZON_API CzonParam : public CzonNode {
@@ -19,26 +19,22 @@ class ZON_API CzonParam : public CzonNode {
   CzonNode* CreateObj() override;
   unsigned int GetNoInstances() const override;  ///< how many values the keyword has
   int IsParam() const override;
-  std::ostream& Write(std::ostream& out) const override;  ///< the text as it stands
+  std::ostream& Write(std::ostream& out) const override;  ///< the text, unchanged
   int GetSyntaxClass() const override;
-  void Copy(const CzonNode* source) override;  ///< nothing happens if the source is no value
+  void Copy(const CzonNode* source) override;  ///< does nothing if the source is no value
 
   /** The text of the value as it was written. */
   const std::string& GetText() const;
 
- protected:
-  std::string_view GetTextView() const { return text_.View(); }  ///< as GetText
-  void SetText(std::string_view text, zon::Arena* arena);  ///< a copy, in the arena if there is one
-  void AppendText(std::string_view text);                  ///< to the end of the text
-  const char* GetChars() const;  ///< the text terminated by a zero, with no string made for it
-
-  zon::Text text_;  ///< as it was written
-
  private:
   friend struct zon::NodeAccess;
 
-  void ReferToText(std::string_view text) { text_.ReferTo(text); }
+  void SetText(std::string_view text, zon::Arena* arena);
+  void AppendText(std::string_view text);
+  const char* GetChars() const;
   void NoteOwnedText() const;
+
+  mutable zon::Text text_;  // as it was written
 };
 
 /** An empty place in a list. */
@@ -51,7 +47,7 @@ class ZON_API CzonUndefinedPar : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A place that holds a remark alone. */
+/** An empty place with a remark. */
 class ZON_API CzonUnknown : public CzonParam {
  public:
   CzonUnknown() = default;
@@ -60,8 +56,8 @@ class ZON_API CzonUnknown : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A reference to something that another program fills in: "%name" or "%1". The text stands without
- *  the "%". */
+/** A substitution: a placeholder "%name" or "%1" that another program replaces. The text excludes the
+ *  "%". */
 class ZON_API CzonSubstit : public CzonParam {
  public:
   CzonSubstit() = default;
@@ -80,7 +76,7 @@ class ZON_API CzonDateTime : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A place that a default value fills. */
+/** A placeholder for a default value. */
 class ZON_API CzonDefaultPar : public CzonParam {
  public:
   CzonDefaultPar() = default;

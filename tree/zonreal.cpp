@@ -3,6 +3,7 @@
 #include "base/zonassert.h"
 #include "base/zonnumber.h"
 #include "base/zonput.h"
+#include "tree/zonnodeaccess.h"
 
 namespace {
 
@@ -53,8 +54,8 @@ void CzonReal::ReadText() {
 }
 
 void CzonReal::SetReal(double value, std::string_view text, zon::Arena* arena) {
-  SetText(text, arena);
-  SetViews(value);
+  zon::NodeAccess::SetText(*this, text, arena);
+  zon::NodeAccess::SetViews(*this, value);
 }
 
 CzonFloat::CzonFloat(const std::string& text) : CzonReal(text) {}

@@ -1,14 +1,13 @@
-// Reals: as the reader makes them, and the single and double precision that the builder tells
-// apart.
+// Reals: CzonReal for values that were read from a file, CzonFloat and CzonDouble for the two
+// precisions of the builder.
 #ifndef ZON_TREE_ZONREAL_H
 #define ZON_TREE_ZONREAL_H
 
 #include <string>
 
-#include "base/zonnumber.h"
 #include "tree/zonnumer.h"
 
-/** A real as it stood in a file; written back as it stood. */
+/** A real that was read from a file. It is written with its original text. */
 class ZON_API CzonReal : public CzonNumeric {
  public:
   CzonReal() = default;
@@ -24,22 +23,16 @@ class ZON_API CzonReal : public CzonNumeric {
   void Copy(const CzonNode* source) override;
 
   /** Sets the integer view if the value is whole and within 64 bits; the view keeps the low 32
-   *  bits. Gives the whole number, else 0 and clears the view. */
+   *  bits. Returns the whole number; otherwise clears the view and returns 0. */
   long long FloatToInt();
-
- protected:
-  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
 
  private:
   friend struct zon::NodeAccess;
+  friend class CzonFloat;
+  friend class CzonDouble;
 
-  void ReadText();  // all views from the text
-  void SetViews(double value) {
-    long long whole = 0;
-    Double(value);
-    Set(kHasInt, zon::WholeNumber(value, &whole));
-    integer_ = zon::LowBits(whole);
-  }
+  void SetReal(double value, std::string_view text, zon::Arena* arena);  // all views and the text
+  void ReadText();                                                       // all views from the text
 };
 
 /** A real in single precision. */

@@ -1,7 +1,7 @@
-// Values that live in variables of the host. The node keeps the address of the variable and every
-// question reads it anew; without a variable it reads as 0, false or the empty text. The host keeps
-// the variable alive for as long as the tree is used. The other views of a reference (GetDouble of
-// a CzonIntRef, say) are 0 with their flags clear.
+// Values in variables of the host. The node stores the address of the variable and reads it at each
+// query; without a variable the value is 0, false or the empty text. The host must keep the variable as
+// long as the tree is used. The other views of a reference, such as GetDouble of a CzonIntRef, are 0 and
+// their flags are clear.
 #ifndef ZON_TREE_ZONREFERENCE_H
 #define ZON_TREE_ZONREFERENCE_H
 
@@ -74,7 +74,7 @@ class ZON_API CzonStringRef : public CzonString {
   /** Refers to the caller's text buffer itself. */
   static CzonStringRef* OfBuffer(char* buffer);
 
-  // Kept: CreateObj stays CzonString's, so a keyword that holds such a reference cannot be copied.
+  // Compatibility: a keyword with such a reference cannot be copied, so CreateObj is that of CzonString.
 
   /** The text that the variable designates now; valid until the next call. */
   const std::string& GetString() const override;

@@ -8,7 +8,7 @@
 #include "tree/zonnamelist.h"
 #include "tree/zonnamno.h"
 
-/** A list of sections; as itself, the root of a file. */
+/** A list of sections. An object of this class itself is the root of a file. */
 class ZON_API CzonTargetList : public CzonNamedNode {
  public:
   CzonTargetList();
@@ -28,7 +28,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   void AddSection(CzonSection* section);
 
   /** The result settings of the file; all empty or 0 at first. The use flag says whether the custom
-   *  folder is to be used. Null texts count as empty, null outputs are left out. */
+   *  folder is to be used. Null texts count as empty, null outputs are not written. */
   void SetResultRoot(const char* root);
   void SetResultRoot(const std::string& root);
   const std::string& GetResultRoot() const;
@@ -63,7 +63,7 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   void SetHandle(CzonBase* handle);
 
   zon::NameList sections_ = {};
-  std::unique_ptr<FileFacts> facts_;  // sections seldom have any
+  std::unique_ptr<FileFacts> facts_;  // null for most sections
 };
 
 /** A section: sections, keywords and default definitions in any order. */

@@ -1,27 +1,7 @@
 #include "tree/zonstring.h"
 
-#include "base/zonput.h"
-
-namespace zon {
-
-void PutDoublingQuotes(std::ostream& out, std::string_view text) {
-  for (;;) {
-    const std::size_t quote = text.find('\'');
-    if (quote == std::string_view::npos) break;
-    Put(out, text.substr(0, quote + 1));
-    Put(out, '\'');
-    text.remove_prefix(quote + 1);
-  }
-  Put(out, text);
-}
-
-void PutQuoted(std::ostream& out, std::string_view text) {
-  Put(out, '\'');
-  PutDoublingQuotes(out, text);
-  Put(out, '\'');
-}
-
-}  // namespace zon
+#include "tree/zonnodeaccess.h"
+#include "tree/zonquotedtext.h"
 
 CzonString::CzonString(const std::string& text) : CzonParam(text) {}
 CzonNode* CzonString::CreateObj() {
@@ -35,7 +15,7 @@ const std::string& CzonString::GetString() const {
 }
 
 std::ostream& CzonString::Write(std::ostream& out) const {
-  zon::PutQuoted(out, GetTextView());
+  zon::PutQuoted(out, zon::NodeAccess::GetTextView(*this));
   return out;
 }
 

@@ -6,11 +6,11 @@
 
 #include "tree/zonparam.h"
 
-/** A text that stands in quotes. */
+/** A quoted text. */
 class ZON_API CzonString : public CzonParam {
  public:
   CzonString() = default;
-  explicit CzonString(const std::string& text);  ///< what stands between the quotes
+  explicit CzonString(const std::string& text);  ///< the text between the quotes
 
   CzonNode* CreateObj() override;
   int IsString() const override;
@@ -18,15 +18,5 @@ class ZON_API CzonString : public CzonParam {
   std::ostream& Write(std::ostream& out) const override;  ///< in quotes, inner quotes doubled
   int GetSyntaxClass() const override;
 };
-
-namespace zon {
-
-// Writes a text between single quotes, every single quote in it twice.
-void PutQuoted(std::ostream& out, std::string_view text);
-
-// The same without the quotes around it.
-void PutDoublingQuotes(std::ostream& out, std::string_view text);
-
-}  // namespace zon
 
 #endif

@@ -1,4 +1,5 @@
 #include "base/zonassert.h"
+#include "tree/zonquotedtext.h"
 #include "tree/zonreference.h"
 
 CzonStringRef::CzonStringRef(char** variable) : variable_(variable) {}

@@ -22,8 +22,8 @@ CzonNamedNode& Named(CzonNode& node) {
 
 // A text in the free store that is released with its scope.
 struct ScopedText : Text {
-  explicit ScopedText(std::string_view text) { Assign(text, nullptr); }
-  ~ScopedText() { Release(); }
+  explicit ScopedText(std::string_view text) { Assign(*this, text, nullptr); }
+  ~ScopedText() { Release(*this); }
 };
 
 }  // namespace
@@ -100,15 +100,15 @@ void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
     SwapName(node, text);
   }
   if (isRefiled) owner->ChildRenamed(node);
-  if (node.name_.IsOwner() && node.Has(CzonNode::kInArena)) node.MarkDeep();
+  if (OwnsString(node.name_) && node.Has(CzonNode::kInArena)) node.MarkDeep();
 }
 
 void NodeAccess::SwapName(CzonNamedNode& node, Text& name) {
-  node.name_.Swap(name);
-  node.nameHash_ = HashNoCase(node.name_.View());
+  Swap(node.name_, name);
+  node.nameHash_ = HashNoCase(View(node.name_));
 }
 
-// Files the node under its new name before it leaves the queue of its former name.
+// Adds the node to the queue of its new name before it is removed from that of its former name.
 void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena) {
   const std::string formerName(node.GetKey().name);
   const std::int32_t formerNumber = node.instance_;

@@ -23,7 +23,7 @@ void PutBlanks(std::ostream& out, int count) {
   }
 }
 
-// Kept: only the year and the month are padded.
+// Compatibility: existing files have the date in this form, padded in year and month only.
 void PutHeader(std::ostream& out) {
   const std::tm now = zon::LocalTime();
   char created[128];
