@@ -1,4 +1,9 @@
-// Tested by tests/build_test.cpp and tests/tree_test.cpp.
+// The builder. Nodes are made in the arena of the tree and then filed, so a node that could not be
+// filed costs memory until the handle is closed, and nothing else.
+//
+// The tree of a loaded file is in the arena of its parser: the handle owns the parser and must not
+// free the root itself. The tree of a new file is in the arena of the handle. Tested by
+// tests/build_test.cpp and tests/tree_test.cpp.
 #include "api/zonfilehandle.h"
 
 #include <utility>

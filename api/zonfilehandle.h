@@ -57,11 +57,12 @@ class ZON_API CzonData : public CzonBase {
   const std::string& GetErrorMessage() const { return errorMessage_; }  ///< of the last refusal
   void SetQuiet() { quiet_ = 1; }                                       ///< cannot be unset
 
-  /** The tree, and the cursor; null if there is none. */
+  /** The tree, and the cursor; null if there is none. @{ */
   CzonTargetList* GetRoot() const { return root_; }
   CzonSection* GetCurrentSection() const { return section_; }
   CzonKeyword* GetCurrentKeyword() const { return keyword_; }
   CzonClob* GetCurrentClob() const { return clob_; }
+  /** @} */
 
  private:
   friend class CzonCreate;

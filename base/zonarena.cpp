@@ -1,3 +1,15 @@
+// A bump allocator. Each chunk begins with a header, Chunk; the bytes after it are allocated in
+// sequence, from next_ to end_.
+//
+// Invariants:
+//   next_ and end_ are in the current chunk, or both null. A chunk of one large piece is never current.
+//   chunks_ and kept_ are lists, the newest first. Only Clear walks them.
+//   freeBlocks_[n] is a stack of released blocks of 8 << n bytes. A released block holds the pointer to
+//   the next one in its first bytes.
+//
+// The sizes of chunks grow by kChunkSizes, so a small tree needs little memory and a large one few
+// chunks. Tested by tests/tree_test.cpp and tests/size_test.cpp; fuzz/memory_fuzz.cpp and
+// tests/faults/alloc_faults_test.cpp let each allocation fail.
 #include "base/zonarena.h"
 
 #include <algorithm>
@@ -22,6 +34,7 @@ struct Arena::Kept {
 };
 
 void Arena::Clear() {
+  // The strings are in the chunks, so they are destroyed first.
   for (Kept* kept = kept_; kept != nullptr;) {
     Kept* older = kept->older;
     kept->~Kept();
@@ -46,14 +59,14 @@ char* Arena::AllocateFromNewChunk(std::size_t size) {
   const bool alone = size > whole / 4;
   if (alone) {
     if (size > SIZE_MAX / 4) throw std::bad_alloc();
-    whole = (sizeof(Chunk) + size + 7) & ~std::size_t{7};
+    whole = (sizeof(Chunk) + size + 7) & ~std::size_t{7};  // rounded up to a multiple of 8
   }
   void* memory = AllocateChunk(whole);
   if (memory == nullptr) throw std::bad_alloc();
   chunks_ = new (memory) Chunk{chunks_, whole};
   char* allocated = reinterpret_cast<char*>(chunks_ + 1);
   if (!alone) {
-    ++grown_;
+    ++grown_;  // the next chunk has the next size
     next_ = allocated + size;
     end_ = reinterpret_cast<char*>(memory) + whole;
   }
@@ -63,6 +76,7 @@ char* Arena::AllocateFromNewChunk(std::size_t size) {
 void* Arena::AllocateBlock(unsigned power) {
   void* block = freeBlocks_[power];
   if (block == nullptr) return Allocate(std::size_t{8} << power);
+  // memcpy: a released block has no type, so the pointer in it cannot be read as one.
   std::memcpy(&freeBlocks_[power], block, sizeof(void*));
   return block;
 }

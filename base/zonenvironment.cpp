@@ -1,3 +1,4 @@
+// The working directory and the local time.
 #include "base/zonenvironment.h"
 
 #include <unistd.h>
@@ -8,7 +9,7 @@
 namespace zon {
 
 std::string CurrentDirectory() {
-  char common[260];
+  char common[260];  // most paths fit, so most calls allocate nothing but the result
   if (getcwd(common, sizeof common) != nullptr) return common;
   std::string buffer;
   for (std::size_t room = 1024; errno == ERANGE; room *= 2) {

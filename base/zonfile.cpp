@@ -1,4 +1,12 @@
-// Tested by tests/faults/io_faults_test.cpp.
+// Calls of the system for files. Each call that a signal interrupted (EINTR) is repeated.
+//
+// OutputFile::Write appends all pieces or, in a regular file, none: after a failure the file is cut
+// back to its length before the write. While it runs, a write beyond the limit on file sizes must fail
+// with EFBIG and not end the host by SIGXFSZ, and the thread must not be cancelled: WholeWrite.
+//
+// O_NOCTTY: a terminal that is opened as a file does not become the controlling one. O_CLOEXEC:
+// programs that the host starts do not inherit the descriptor. Tested by
+// tests/faults/io_faults_test.cpp.
 #include "base/zonfile.h"
 
 #include <fcntl.h>
@@ -43,6 +51,7 @@ class WholeWrite {
   WholeWrite(const WholeWrite&) = delete;
   WholeWrite& operator=(const WholeWrite&) = delete;
   ~WholeWrite() {
+    // Consumes the signal of this write. One that was pending before belongs to the host.
     if (!wasPending_ && IsPending(SIGXFSZ)) {
       const timespec now{};
       sigtimedwait(&limit_, nullptr, &now);
@@ -58,7 +67,7 @@ class WholeWrite {
   bool wasPending_ = false;
 };
 
-// Appends the pieces, as many in a call as the system takes. Adds what was written to `size`.
+// Appends the pieces, at most IOV_MAX in a call. Adds what was written to `size`.
 bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
   iovec* next = pieces.data();
   iovec* const end = next + pieces.size();
@@ -69,6 +78,7 @@ bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
     if (result <= 0) return false;
     *size += result;
     auto written = static_cast<std::size_t>(result);
+    // A short write: skip the pieces that are complete and shorten the next one.
     for (; next != end && written >= next->iov_len; ++next) written -= next->iov_len;
     if (written == 0) continue;
     next->iov_base = static_cast<char*>(next->iov_base) + written;

@@ -1,3 +1,10 @@
+// Two kinds of memory. A file of known size is read into one chunk of that size. For a source of
+// unknown size, such as a pipe, addresses are reserved, and the system provides a page when it is
+// first written.
+//
+// Layout: kFront zeros, the text from begin_ to end_, a zero, free room. ReadMore appends at most
+// kPiece bytes and writes the zero after them; the room always includes a byte for it. Memory is
+// allocated by the first ReadMore, so a parser that reads nothing needs none.
 #include "base/zonfiletext.h"
 
 #include <sys/mman.h>
@@ -75,6 +82,7 @@ bool FileText::ReadMore() {
   }
   const auto room = static_cast<std::size_t>(memory_ + size_ - 1 - end_);
   if (room == 0) {
+    // Full. One more byte decides whether that was the end of the file.
     char more;
     isTooLong_ = file_.Read(&more, 1) != 0;
     Close();

@@ -1,3 +1,4 @@
+// Tested by tests/scanner_test.cpp and tests/clob_test.cpp.
 #include "base/zonlexeme.h"
 
 namespace zon {

@@ -1,4 +1,14 @@
-// Tested by tests/values_test.cpp, which holds the conversions against a table of hard cases.
+// Conversion of numbers, independent of the locale, which strtod and printf are not.
+//
+// Text to double, in this order:
+//   1. ShortNumber: up to 18 digits and a small exponent need one exact operation.
+//   2. std::from_chars, which rounds correctly. Unlike strtod it accepts no "0x" and no "+", and more
+//      signs and words in some places; these differences are handled before the call.
+//   3. For a value out of range from_chars does not say at which end. IsAboveRange decides between an
+//      infinity and 0.
+//
+// Numbers to text: std::to_chars with a precision is defined to print what printf prints in the "C"
+// locale. Tested by tests/values_test.cpp, which compares the conversions with a table of hard cases.
 #include "base/zonnumber.h"
 
 #include <charconv>

@@ -25,6 +25,7 @@ class ZON_API CzonFilename : public CzonParam {
 
   /** Writes "|name|", each '/' as '\', an absolute name relative to the parameter file. */
   std::ostream& Write(std::ostream& out) const override;
+
   int GetSyntaxClass() const override;
 
   /** Replaces the name. `text` may be a part of the old one. */

@@ -1,4 +1,5 @@
-// Tested by tests/results_test.cpp.
+// Result folders: the name of the parameter file with a suffix, below the result root or, without one,
+// below the working directory. Tested by tests/results_test.cpp.
 #include "paths/zonresultfolder.h"
 
 #include <libgen.h>

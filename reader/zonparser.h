@@ -23,21 +23,25 @@ class ZON_API CzonParser : public CyyParser {
   /** Parses the source. Returns 0, or 1 after a failure, which leaves no tree. Called once. If
    *  `keep` is 0 the token texts are forgotten at the end. */
   int Parse(int keep) override;
+
   int yylex() override;
   int yyparse() override;
 
   /** Makes a copy of the text the value of the current token and appends it to the token list. */
   void EndToken(const char* text);
 
-  /** Deletes the node with the parser if the parse fails. */
+  /** KeepTemp deletes the node with the parser if the parse fails, GarbageCollect deletes those
+   *  without an owner now. @{ */
   void KeepTemp(CzonNode* node);
   void GarbageCollect();
+  /** @} */
 
   /** Data or template: names may repeat, or repetition is declared. The second kind that occurs in a
    *  file is an error. CheckUnique looks at a node just filed, CheckMulti is called for an instance
-   *  marker. */
+   *  marker. @{ */
   void CheckUnique(CzonNamedNode* node);
   void CheckMulti();
+  /** @} */
 
   /** The value for a quoted text: a CLOB or a string. The caller owns it. */
   CzonParam* ParseStringParam(std::string& text);

@@ -22,26 +22,27 @@
 
 #include "base/zonexport.h"
 
+/** A text of bytes. */
 class ZON_API CString {
  public:
   /** A parameter that accepts any kind of text, with its zero bytes. It refers to the text and is
    *  valid during the call only. */
   struct Text {
-    /** Refers to a text; null is the empty text. */
+    /** Refers to a text; null is the empty text. @{ */
     Text(const char* text) : view(text ? text : "") {}
     Text(const std::string& text) : view(text) {}
     Text(const CString& text) : view(text.View()) {}
+    /** @} */
     const std::string_view view;  ///< the text
   };
 
-  /** @name Construct and assign
+  /** Construct and assign.
    *  text           a C string up to its terminating zero; a std::string with all its bytes. In an
    *                 assignment it may be a part of this text
    *  text, length   exactly `length` bytes, zero bytes too; all of them must be readable
    *  c, repeat      `c` that many times
    *  All are implicit conversions, but an integer is no `c`: CString(65) does not compile. A copy has
-   *  the text, not the loan of a buffer. A move leaves the source empty and moves the loan too. */
-  ///@{
+   *  the text, not the loan of a buffer. A move leaves the source empty and moves the loan too. @{ */
   CString() = default;
   CString(const char* text);
   CString(const char* text, int length);
@@ -55,14 +56,13 @@ class ZON_API CString {
   CString& operator=(const CString& other);
   CString& operator=(CString&& other) noexcept;
   CString& operator=(const char* text);  // char and std::string convert to CString
-  ///@}
+  /** @} */
 
-  /** @name Get
+  /** Get the text or a character.
    *  GetAt, []   the character, by value; 0 at the end. [] accepts any type of integer
    *  GetString   the text as a C string, never null, like the conversion to const char*. Valid until
    *              the text is changed, assigned, moved or destroyed; for a temporary, in the same
-   *              expression only. Because of the conversion `if (s)` is always true: use IsEmpty. */
-  ///@{
+   *              expression only. Because of the conversion `if (s)` is always true: use IsEmpty. @{ */
   int GetLength() const;
   bool IsEmpty() const { return View().empty(); }
   char GetAt(int index) const;
@@ -75,13 +75,12 @@ class ZON_API CString {
   }
   const char* GetString() const { return text_.c_str(); }
   operator const char*() const { return text_.c_str(); }
-  ///@}
+  /** @} */
 
-  /** @name Compare
+  /** Compare texts.
    *  returns  -1, 0 or 1: this text is less than, equal to, greater than the other. Bytes are
    *           compared unsigned; a text is less than its continuations
-   *  CompareNoCase treats A-Z as a-z. Collate is Compare: the "C" locale orders by bytes. */
-  ///@{
+   *  CompareNoCase treats A-Z as a-z. Collate is Compare: the "C" locale orders by bytes. @{ */
   int Compare(Text other) const;
   int CompareNoCase(Text other) const;
   int Collate(Text other) const { return Compare(other); }
@@ -105,9 +104,9 @@ class ZON_API CString {
   friend bool operator>=(const CString& a, const CString& b) { return a.Compare(b) >= 0; }
   friend bool operator>=(const CString& a, const char* b) { return a.Compare(b) >= 0; }
   friend bool operator>=(const char* a, const CString& b) { return b.Compare(a) <= 0; }
-  ///@}
+  /** @} */
 
-  /** @name Parts, each a new text
+  /** Parts, each a new text.
    *  Left, Right     the first, the last `count` characters
    *  Mid             from `first` on: all, or `count` characters
    *  SpanIncluding   the longest prefix of characters in `set` only; "" for an empty set
@@ -116,8 +115,7 @@ class ZON_API CString {
    *                  Delimiters before a token are skipped, so no token is empty. Without delimiters
    *                  the rest is one token. If no token is left, returns "" and sets `start` to -1,
    *                  at once if it is -1 already.
-   *    for (CString t = s.Tokenize(",", at); at != -1; t = s.Tokenize(",", at)) Use(t); */
-  ///@{
+   *    for (CString t = s.Tokenize(",", at); at != -1; t = s.Tokenize(",", at)) Use(t); @{ */
   CString Left(int count) const;
   CString Right(int count) const;
   CString Mid(int first) const;
@@ -125,21 +123,20 @@ class ZON_API CString {
   CString SpanIncluding(Text set) const;
   CString SpanExcluding(Text set) const;
   CString Tokenize(Text delimiters, int& start) const;
-  ///@}
+  /** @} */
 
-  /** @name Find
+  /** Find a character or a text.
    *  Find          the index of the first occurrence at or after `start`; for the empty text `start`
    *  ReverseFind   the index of the last occurrence
    *  FindOneOf     the index of the first character in `set`
-   *  returns       -1 if there is none */
-  ///@{
+   *  returns       -1 if there is none @{ */
   int Find(char c, int start = 0) const;
   int Find(Text part, int start = 0) const;
   int ReverseFind(char c) const;
   int FindOneOf(Text set) const;
-  ///@}
+  /** @} */
 
-  /** @name Change
+  /** Change the text.
    *  An argument may be this text or a part of it. Every change ends the loan of a buffer.
    *  Empty            removes all characters, but keeps the memory (see FreeExtra)
    *  SetAt            overwrites a character; at the end, where there is none, does nothing
@@ -147,8 +144,7 @@ class ZON_API CString {
    *  Remove, Replace  return how many were removed, replaced. They search from left to right and do
    *                   not search what they inserted; an empty `oldPart` replaces nothing
    *  Make..., Trim... return this text. Trim removes white space (blank, and 9 to 13), one character,
-   *                   or all characters in `set` */
-  ///@{
+   *                   or all characters in `set` @{ */
   void Empty();
   void SetAt(int index, char c);
   void Append(Text part);
@@ -181,22 +177,21 @@ class ZON_API CString {
   friend CString operator+(CString a, char b) { return std::move(a += b); }
   friend CString operator+(const char* a, const CString& b) { return std::move(CString(a) += b); }
   friend CString operator+(char a, const CString& b) { return std::move(CString(a) += b); }
-  ///@}
+  /** @} */
 
-  /** @name Format, as printf
+  /** Format, as printf.
    *  Format replaces the text, AppendFormat appends to it. The result may be of any length; "%c" of 0
    *  is a zero byte in it. The format and its arguments may be parts of this text. A null format is
    *  the empty one. If printf fails (a wide character that it cannot convert), the result is empty.
    *  The decimal point of "%f" and its like is that of the host's LC_NUMERIC, as in printf. Pass a
-   *  CString to "%s" as s.GetString(). The V forms do not call va_end. */
-  ///@{
+   *  CString to "%s" as s.GetString(). The V forms do not call va_end. @{ */
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
   void FormatV(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
   void AppendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
   void AppendFormatV(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
-  ///@}
+  /** @} */
 
-  /** @name Buffer: lends the memory of the text to code that writes C strings
+  /** Buffer: lends the memory of the text to code that writes C strings.
    *  GetBuffer           lends room for `minLength` characters, at least for the text, and a
    *                      terminating zero. The room begins with the text and its zero. GetLength does
    *                      not change while the room is lent. A second call keeps what was written; the
@@ -209,15 +204,14 @@ class ZON_API CString {
    *  Preallocate         allocates memory for texts up to `length`: they are not moved as they grow
    *  FreeExtra           releases the memory that the text does not need
    *  The pointer is valid until the next of these calls or any change. A change without ReleaseBuffer
-   *  ends the loan and keeps the first GetLength() characters of the room. */
-  ///@{
+   *  ends the loan and keeps the first GetLength() characters of the room. @{ */
   char* GetBuffer() { return GetBuffer(0); }
   char* GetBuffer(int minLength);
   char* GetBufferSetLength(int length);
   void ReleaseBuffer(int newLength = -1);
   void Preallocate(int length);
   void FreeExtra();
-  ///@}
+  /** @} */
 
  private:
   static constexpr std::size_t kNotLent = std::string::npos;

@@ -88,10 +88,11 @@ class ZON_API CzonTokenReader {
   /** The text of the current token; valid until the next call. May contain zero bytes. */
   const std::string& GetTokenText() const { return text_; }
 
-  /** Text, line (from 1) and position of the last error; empty, 0 and 0 before the first. */
+  /** Text, line (from 1) and position of the last error; empty, 0 and 0 before the first. @{ */
   const std::string& GetErrorText() const { return errorText_; }
   unsigned int GetErrorLine() const { return errorLine_; }
   unsigned int GetErrorPosition() const { return errorPosition_; }
+  /** @} */
 
  private:
   friend class zontScanner;

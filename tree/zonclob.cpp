@@ -1,4 +1,16 @@
-// Tested by tests/clob_test.cpp.
+// The reader and writer of CLOBs. White space is allowed around each part of
+//
+//   content = [ item { "," item } ]
+//   item    = kind ":" value
+//   kind    = "Boolean" | "Integer" | "Float" | "Double" | "String" | "Filename"   in any letter case
+//   value   = true | false | an integer | a real | a text in double quotes, with inner quotes doubled
+//
+// The state with the parsed items is made by the first query, so a CLOB that is only loaded and
+// written needs no more memory than a string. Invariants of State: cursor <= items.size(); items is
+// empty if `flaw` is not; if `loaded` is not set the content has changed and is parsed by the next
+// query.
+//
+// Tested by tests/clob_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include "tree/zonclob.h"
 
 #include <charconv>
@@ -194,7 +206,8 @@ CzonClob::CzonClob(const std::string& content) : CzonParam(content) {}
 CzonClob::~CzonClob() = default;
 
 bool CzonClob::FindContent(std::string_view text, std::string_view* content) {
-  // The opener ends with a colon, so opener and closer cannot share a character.
+  // The opener ends with a colon, so opener and closer cannot share a character. After
+  // this check the text is not empty.
   if (!zon::EqualNoCase(text.substr(0, kOpener.size()), kOpener)) return false;
   if (text.back() != kCloser) return false;
   *content = text.substr(kOpener.size(), text.size() - kOpener.size() - 1);
@@ -255,8 +268,8 @@ bool CzonClob::Fail(std::string text) const {
   return false;
 }
 
-// Returns the item at the cursor and advances the cursor, if the item is of one of these kinds. Otherwise
-// stores the error and returns null.
+// Returns the item at the cursor and advances the cursor, if the item is of one of these kinds.
+// Otherwise stores the error and returns null.
 template <class... Wanted>
 const CzonClob::Item* CzonClob::Next(CzonClobKind first, Wanted... others) const {
   State& state = EnsureState();

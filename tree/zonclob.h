@@ -53,12 +53,13 @@ class ZON_API CzonClob : public CzonParam {
   void Reset();                             ///< cursor to the first item, no error text
   const std::string& GetErrorText() const;  ///< of the last failure since Reset
 
-  /** Append an item. */
+  /** Append an item. @{ */
   void AddBool(bool value);
   void AddInt(int value);
   void AddFloat(float value);
   void AddDouble(double value);
   void AddText(CzonClobKind kind, std::string_view text);
+  /** @} */
 
   /** The text of a String or Filename at the cursor; otherwise empty. Does not advance the cursor. */
   const std::string& PeekText() const;

@@ -1,5 +1,9 @@
 // Default values: the search for the default definition of a placeholder.
-// Tested by tests/values_test.cpp.
+//
+// A definition applies to the keywords after it in its section and in the sections inside. So the
+// search goes from the keyword outward; in each section the definition must precede the child from
+// which the search came. A definition without such a value, or with a placeholder in its place, is
+// skipped, and the search continues outward. Tested by tests/values_test.cpp.
 #include "base/zonassert.h"
 #include "base/zonchars.h"
 #include "tree/zonnodeaccess.h"

@@ -1,3 +1,5 @@
+// Integers. For a number beyond 32 bits the integer view has its low bits and the double view its
+// value. Tested by tests/values_test.cpp.
 #include "tree/zonint.h"
 
 #include "base/zonassert.h"

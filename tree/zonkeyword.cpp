@@ -1,3 +1,9 @@
+// Keywords and default definitions. Writing them is in zontreewriter.cpp, the search for default
+// values in zondefaults.cpp.
+//
+// The values are the children. The instance number of a value is its place, from 1, unless a Copy
+// reset it; then kLostNumbers is set, and the next change numbers all values again. Tested by
+// tests/values_test.cpp and tests/tree_test.cpp.
 #include "tree/zonkeyword.h"
 
 #include "tree/zondeferredvalues.h"

@@ -1,3 +1,18 @@
+// The index of names: open addressing with linear probing, deletion by shifting back, no tombstones.
+//
+// A queue stores the hash of its name, and a node the hash of its own. So a search compares characters
+// only after 32 equal bits, and a growing table computes no hash again. A queue does not store its
+// name: it is the name of its first node (NameOf). So renaming a node must change the index while the
+// queue can still be found by the former name (RenameInIndex in zontreeedit.cpp).
+//
+// Up to kLargestLinear queues the table is an array without gaps, of which the first `used` places are
+// initialized. A larger one is hashed: a free place is an empty queue, and at most half are used, so
+// every probe ends.
+//
+// Instance numbers are places in a queue. They are stored in the nodes; a change renumbers the queue
+// from the changed place on. Costs: a look-up is constant on average; an edit is linear in the number
+// of namesakes after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and for large indexes by
+// tests/size_test.cpp.
 #include "tree/zonnameindex.h"
 
 #include <algorithm>
@@ -14,6 +29,7 @@ namespace {
 
 constexpr std::uint32_t kFirstRoom = 4;
 constexpr std::uint32_t kLargestLinear = 8;  // a larger table is hashed
+// The counter of lost numbers is stored in 30 bits and compared modulo 2^30.
 constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
 
 // Every node of an index is a named one.
@@ -59,7 +75,7 @@ NameQueue* FindQueue(const NameIndex& index, std::string_view name, std::uint32_
     }
     return nullptr;
   }
-  const std::uint32_t mask = index.room - 1;
+  const std::uint32_t mask = index.room - 1;  // room is a power of two: `& mask` is the remainder
   for (std::uint32_t at = hash & mask; !IsFree(queues[at]); at = (at + 1) & mask) {
     if (HasName(queues[at], name, hash)) return &queues[at];
   }
@@ -78,6 +94,7 @@ void GrowTable(NameIndex& index, Arena* arena) {
   NameIndex grown = {};
   grown.room = index.room == 0 ? kFirstRoom : index.room * 2;
   grown.queues = static_cast<NameQueue*>(AllocateBlock(arena, TablePower(grown.room)));
+  // Every place is initialized: a search reads places that were never used.
   if (IsHashed(grown)) std::uninitialized_fill_n(grown.queues, grown.room, NameQueue{});
   for (NameQueue* queue = index.queues; queue != EndOfPlaces(index); ++queue) {
     if (IsFree(*queue)) continue;
@@ -123,6 +140,8 @@ void DropQueue(NameIndex& index, NameQueue* queue, Arena* arena) {
   const std::uint32_t mask = index.room - 1;
   auto gap = static_cast<std::uint32_t>(queue - queues);
   for (std::uint32_t at = (gap + 1) & mask; !IsFree(queues[at]); at = (at + 1) & mask) {
+    // An entry whose home is after the gap stays: moved before its home it could not be found. All
+    // distances are taken modulo the size of the table.
     const std::uint32_t home = queues[at].hash & mask;
     if (((at - home) & mask) < ((at - gap) & mask)) continue;
     queues[gap] = queues[at];
@@ -201,6 +220,7 @@ NameQueue* FindQueue(const NameIndex& index, const CzonNamedNode& node) {
 NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, Arena* arena) {
   const NameKey key = NodeAccess::GetKey(node);
   if (key.isStored) return AppendToQueue(index, node, key.name, key.hash, arena);
+  // GetName of a host's class may return another name later, so the queue stores this one.
   auto name = std::make_unique<std::string>(key.name);
   NameQueue* queue = AppendToQueue(index, node, *name, key.hash, arena);
   if (queue->name == nullptr) queue->name = name.release();
@@ -275,7 +295,7 @@ bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, Arena* aren
 }
 
 void Append(NameList& list, CzonNamedNode& node, Arena* arena) {
-  Reserve(list.ordered, arena);
+  Reserve(list.ordered, arena);  // so that nothing can fail after the index has changed
   AddToIndex(list, node, arena);
   Append(list.ordered, &node, arena);
 }

@@ -1,3 +1,4 @@
+// Relaxed: the counter publishes no other memory.
 #include "tree/zonnamekey.h"
 
 #include <atomic>

@@ -34,10 +34,11 @@ class ZON_API CzonNameList {
 
   /** Change the index and the ordered list. Append and Insert throw std::bad_alloc and change
    *  nothing. Insert makes the node the one at place `pos`, from 1 to one past the last. Remove
-   *  returns as EraseFromHashtable. */
+   *  returns as EraseFromHashtable. @{ */
   void Append(T* node);
   void Insert(T* node, unsigned int pos);
   int Remove(T* node);
+  /** @} */
 
   unsigned int Count() const;                                 ///< of all nodes
   bool Holds(const T* node) const;                            ///< whether the index does

@@ -1,4 +1,12 @@
-// Tested by tests/tree_test.cpp and tests/values_test.cpp.
+// Nodes with a name and children. Changes of children at a place, renaming and copying are in
+// zontreeedit.cpp, writing in zontreewriter.cpp, default values in zondefaults.cpp.
+//
+// All walks over a tree are loops. Where a node is of a host's class (IsOfLibrary is false), its
+// virtual operations are called instead, because they may be overridden.
+//
+// Memory: a node in an arena is not deleted. Its destructor runs only if kDeep is set, which means
+// that it, or a node below it, owns memory outside the arena. So closing most files visits no node.
+// Tested by tests/tree_test.cpp and tests/values_test.cpp; deep trees by tests/size_test.cpp.
 #include "tree/zonnamno.h"
 
 #include <algorithm>
@@ -74,7 +82,8 @@ bool CzonNamedNode::IsOfLibrary() const {
   return Has(kInArena) || typeid(*this) == LibraryClass();
 }
 
-// The GetName of a host's class may return any name.
+// The GetName of a host's class may return any name. The stored name and its hash are used if it
+// returns the stored string itself.
 zon::NameKey CzonNamedNode::MakeKey() const {
   const std::string& name = GetName();
   const std::string_view stored = GetNameView();
@@ -143,6 +152,7 @@ void CzonNamedNode::MakeDeferredChildren() {
   }
 }
 
+// For values that were just made in the arena of this node: kDeep and the queues need no update.
 void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
   auto number = static_cast<std::int32_t>(children_.nodes.size);
   zon::Append(children_.nodes, values, count, arena_);
@@ -242,6 +252,8 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   }
 }
 
+// Tries three searches, from cheap to complete: the place noted in the child, or the instance number
+// of a value; the places near it; all places.
 std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   const zon::NodeSpan children = Children();
   const auto* named = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child) : nullptr;

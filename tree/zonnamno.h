@@ -62,41 +62,43 @@ class ZON_API CzonNamedNode : public CzonNode {
   // Operations that differ between the classes of the library. A class of a host inherits those of
   // its base.
 
-  // The class of the library whose operations these are.
+  /// The class of the library whose operations these are.
   virtual const std::type_info& LibraryClass() const;
 
-  // Makes an empty node that can exchange its content with this one.
+  /// Makes an empty node that can exchange its content with this one.
   virtual std::unique_ptr<CzonNamedNode> MakeAside() const;
 
-  // The list in which a child of its class is filed beside the children; null for none.
+  /// The list in which a child of its class is filed beside the children; null for none.
   virtual zon::NameList* ListOf(const CzonNode& child);
 
-  // The number of children that are filed under the name of this child.
+  /// The number of children that are filed under the name of this child.
   virtual unsigned int CountNamesakes(const CzonNamedNode& child) const;
 
-  // The first child that is a default definition of that name; null for none.
+  /// The first child that is a default definition of that name; null for none.
   virtual const CzonNamedNode* FindDefinition(std::string_view name) const;
 
-  // Called after a change of the children. A place counts from 0; AddNode calls none of them.
+  /** Called after a change of the children. A place counts from 0; AddNode calls none of them. @{ */
   virtual void ChildInserted(const CzonNode& child, std::uint32_t place);
   virtual void ChildErased(const CzonNode& child, std::uint32_t place);
   virtual void ChildRenamed(const CzonNode& child);
+  /** @} */
 
-  // Called after a Copy has reset the number of a child.
+  /// Called after a Copy has reset the number of a child.
   virtual void ChildLostNumber(const CzonNode& child);
 
-  // Called before all children are deleted.
+  /// Called before all children are deleted.
   virtual void ForgetChildren();
 
-  // Appends the nodes of values that were not parsed yet.
+  /// Appends the nodes of values that were not parsed yet.
   virtual void MakeValues(const zon::DeferredValues& values);
 
-  // Exchange and copy what the class has beside name, flags, remark and children. `other` was made
-  // by MakeAside of this node.
+  /** Exchange and copy what the class has beside name, flags, remark and children. `other` was made
+   *  by MakeAside of this node. @{ */
   virtual void SwapOwn(CzonNamedNode& other);
   virtual void CopyOwn(const CzonNamedNode& source);
+  /** @} */
 
-  // Whether it can return GetZonFilename as the root of a tree.
+  /// Whether it can return GetZonFilename as the root of a tree.
   virtual bool HoldsFilename() const;
 
   /** A new node that uses the arena of this one, if there is one, but is not in it. */
@@ -107,15 +109,15 @@ class ZON_API CzonNamedNode : public CzonNode {
     return node;
   }
 
-  // The children. Makes those that are not parsed yet, which may throw std::bad_alloc.
+  /// The children. Makes those that are not parsed yet, which may throw std::bad_alloc.
   zon::NodeSpan Children() const;
 
-  // Makes room for one more child: AddNode cannot fail after it.
+  /// Makes room for one more child: AddNode cannot fail after it.
   void ReserveChild();
 
   void WriteChildren(std::ostream& out) const;  ///< each by its own Write, in order
 
-  zon::Arena* arena_ = nullptr;  // set exactly for nodes in an arena
+  zon::Arena* arena_ = nullptr;  ///< set exactly for nodes in an arena
 
  private:
   friend class CzonNode;

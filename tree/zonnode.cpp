@@ -190,6 +190,7 @@ const std::string& CzonNode::GetRemark() const {
   return remark_ != nullptr ? *remark_ : empty_string;
 }
 
+// A remark that exists is changed in place, wherever its string is. Only a first one is allocated.
 void CzonNode::SetRemark(std::string_view text, zon::Arena* arena) {
   if (remark_ != nullptr) {
     remark_->assign(text);
@@ -220,6 +221,7 @@ void CzonNode::Free(CzonNode* node) {
   }
 }
 
+// Stops at the first node that has the bit: its owners have it too.
 void CzonNode::MarkDeep() {
   for (CzonNode* node = this; node != nullptr && !node->Has(kDeep); node = node->owner_) {
     node->Set(kDeep);

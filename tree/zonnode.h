@@ -73,19 +73,20 @@ class ZON_API CzonNode : public CzonBase {
   virtual const std::string& GetName() const;     ///< silently empty but for named nodes
   virtual const std::string& GetNameGlb() const;  ///< "Model.Grid.depth"; silently empty otherwise
 
-  /** The number of nodes of each kind in this node, and its place among its siblings. */
+  /** The number of nodes of each kind in this node, and its place among its siblings. @{ */
   virtual unsigned int GetNoSections() const;
   virtual unsigned int GetNoKeywords() const;
   virtual unsigned int GetNoParams() const;
   virtual unsigned int GetNoNodes() const;      ///< children of any kind
   virtual unsigned int GetNoInstances() const;  ///< siblings of this name; values of the keyword
   virtual int GetInstanceNo() const;            ///< place among these; 0 outside any list
+  /** @} */
 
   /** The name of the parameter file, which the root of the tree holds. The top of the tree must be
    *  a CzonTargetList, else the process ends. */
   virtual const std::string& GetZonFilename() const;
 
-  /** 1 if the node is of that kind, else 0. */
+  /** 1 if the node is of that kind, else 0. @{ */
   virtual int IsSection() const;  ///< also true for the root
   virtual int IsKeyword() const;
   virtual int IsParam() const;
@@ -100,8 +101,9 @@ class ZON_API CzonNode : public CzonBase {
   virtual int IsFilename() const;
   virtual int IsClob() const;
   virtual int IsUndefinedPar() const;
+  /** @} */
 
-  /** The value. */
+  /** The value. @{ */
   virtual float GetFloat() const;
   virtual double GetDouble() const;
   virtual int GetInt() const;
@@ -110,8 +112,9 @@ class ZON_API CzonNode : public CzonBase {
   virtual const char* GetFilenameString() const;  ///< the name as it was written
   virtual int GetBool() const;
   virtual CzonClob* GetClob() const;  ///< silently null
+  /** @} */
 
-  /** The n-th section, keyword, value or child; the n-th of a name, without a number the first. */
+  /** The n-th section, keyword, value or child; the n-th of a name, without a number the first. @{ */
   virtual CzonSection* SectionByNum(unsigned int n) const;
   virtual CzonKeyword* KeywordByNum(unsigned int n) const;
   virtual CzonParam* ParamByNum(unsigned int n) const;
@@ -120,6 +123,7 @@ class ZON_API CzonNode : public CzonBase {
   virtual CzonKeyword* KeywordByName(const char* name) const;
   virtual CzonSection* SectionByNameNum(const char* name, unsigned int n) const;
   virtual CzonKeyword* KeywordByNameNum(const char* name, unsigned int n) const;
+  /** @} */
 
   /** Writes the node in the form of a parameter file. Returns the stream. */
   virtual std::ostream& Write(std::ostream& out) const;
@@ -155,20 +159,20 @@ class ZON_API CzonNode : public CzonBase {
   const std::string& GetRemark() const;
 
  protected:
-  // Facts of a node. Set by the constructor of the class, if not said otherwise.
+  /// Facts of a node. Set by the constructor of the class, if not said otherwise.
   enum Bits : std::uint32_t {
-    kNamed = 1,        // a CzonNamedNode
-    kList = 2,         // a CzonTargetList
-    kSection = 4,      // a CzonSection
-    kKeyword = 8,      // a CzonKeyword
-    kInArena = 16,     // the node is in the arena of its tree; set by NodeAccess::Make
-    kDeep = 32,        // set when the node, or one below it, owns memory outside the arena; read
-                       // when nodes are freed
-    kOwnsRemark = 64,  // the remark is in the free store
-    kHasDouble = 128,  // of numbers: the views that are set
+    kNamed = 1,        ///< a CzonNamedNode
+    kList = 2,         ///< a CzonTargetList
+    kSection = 4,      ///< a CzonSection
+    kKeyword = 8,      ///< a CzonKeyword
+    kInArena = 16,     ///< the node is in the arena of its tree; set by NodeAccess::Make
+    kDeep = 32,        ///< set when the node, or one below it, owns memory outside the arena; read
+                       ///< when nodes are freed
+    kOwnsRemark = 64,  ///< the remark is in the free store
+    kHasDouble = 128,  ///< of numbers: the views that are set
     kHasInt = 256,
-    kDeferred = 512,      // of keywords: the values are not made yet
-    kLostNumbers = 1024,  // of keywords: a Copy has reset the number of a value
+    kDeferred = 512,      ///< of keywords: the values are not made yet
+    kLostNumbers = 1024,  ///< of keywords: a Copy has reset the number of a value
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
@@ -178,10 +182,10 @@ class ZON_API CzonNode : public CzonBase {
     bits_ = on ? bits_ | bit : bits_ & ~static_cast<std::uint32_t>(bit);
   }
 
-  // The arena whose memory may serve this node; null for none.
+  /// The arena whose memory may serve this node; null for none.
   zon::Arena* GetArena() const;
 
-  // Sets kDeep here and in all owners.
+  /// Sets kDeep here and in all owners.
   void MarkDeep();
 
  private:

@@ -1,3 +1,4 @@
+// The double and the float view of numbers. Tested by tests/values_test.cpp.
 #include "tree/zonnumer.h"
 
 #include <cfloat>

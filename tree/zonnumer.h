@@ -42,8 +42,8 @@ class ZON_API CzonNumeric : public CzonParam {
  protected:
   static float FloatView(double value);  ///< what GetFloat returns for the value
 
-  // The integer view of the derived classes. It is here because there are four bytes of padding after
-  // the text.
+  /// The integer view of the derived classes. It is here because there are four bytes of padding after
+  /// the text.
   std::int32_t integer_ = 0;
 
  private:

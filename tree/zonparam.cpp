@@ -1,3 +1,6 @@
+// The base of values, and the values without data of their own. The text is a zon::Text
+// (zonnodetext.h): a view of the file until a change or a std::string is requested.
+// Tested by tests/values_test.cpp and tests/edit_test.cpp.
 #include "tree/zonparam.h"
 
 #include "base/zonput.h"

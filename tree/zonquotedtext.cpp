@@ -1,3 +1,4 @@
+// The text is written in runs that end with a quote, not character by character.
 #include "tree/zonquotedtext.h"
 
 #include "base/zonput.h"

@@ -78,6 +78,7 @@ class ZON_API CzonStringRef : public CzonString {
 
   /** The text that the variable designates now; valid until the next call. */
   const std::string& GetString() const override;
+
   std::ostream& Write(std::ostream& out) const override;
   void Copy(const CzonNode* source) override;
 

@@ -1,3 +1,13 @@
+// Sections and file roots.
+//
+// A section has its children in the order of the file (CzonNamedNode), and its sections and its
+// keywords each in a NameList, by number and by name. Default definitions are in neither list. They
+// are found by FindDefinition, through a third index, that is filled at the first search: few sections
+// have any.
+//
+// Invariants: definitions_ has exactly the default definitions among the first definitionsSeen_
+// children. A change of a definition among them empties it; a change of another child among them moves
+// the limit. Tested by tests/tree_test.cpp, tests/values_test.cpp and tests/edit_test.cpp.
 #include "tree/zonsection.h"
 
 #include "base/zonassert.h"
@@ -206,7 +216,7 @@ bool CzonTargetList::HoldsFilename() const {
 CzonTargetList::FileFacts& CzonTargetList::EnsureFacts() {
   if (facts_ == nullptr) {
     facts_ = std::make_unique<FileFacts>();
-    MarkDeep();
+    MarkDeep();  // facts_ is outside the arena
   }
   return *facts_;
 }
@@ -317,7 +327,7 @@ void CzonSection::Copy(const CzonNode* source) {
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
   if (keyword->IsDefaultDef()) return AddNode(keyword);
-  ReserveChild();
+  ReserveChild();  // AddNode below cannot fail then
   zon::Append(keywords_, *keyword, arena_);
   AddNode(keyword);
 }

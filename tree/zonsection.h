@@ -28,22 +28,24 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   void AddSection(CzonSection* section);
 
   /** The result settings of the file; all empty or 0 at first. The use flag says whether the custom
-   *  folder is to be used. Null texts count as empty, null outputs are not written. */
+   *  folder is to be used. Null texts count as empty, null outputs are not written. @{ */
   void SetResultRoot(const char* root);
   void SetResultRoot(const std::string& root);
   const std::string& GetResultRoot() const;
   void SetCustomResultFolder(int use, const char* folder);
   void GetCustomResultFolder(int* use, std::string* folder) const;
+  /** @} */
 
-  /** The name of the parameter file as it was given; any length, never made absolute. */
+  /** The name of the parameter file as it was given; any length, never made absolute. @{ */
   void SetZonFilename(const std::string& name);
   const std::string& GetOwnFilename() const;
+  /** @} */
 
   /** The file handle of a root that has one; null otherwise. */
   CzonBase* GetHandle() const;
 
  protected:
-  CzonTargetList(const std::string& name, int multi, int mandat);  // of a section
+  CzonTargetList(const std::string& name, int multi, int mandat);  ///< of a section
 
   const std::type_info& LibraryClass() const override;
   std::unique_ptr<CzonNamedNode> MakeAside() const override;

@@ -1,9 +1,14 @@
-// Changes of a tree: filing nodes at a place and removing them, renaming, copying.
+// Changes of a tree: filing nodes at a place and removing them, renaming, copying. The public
+// operations with their checks are in editing/.
 //
 // A child is in the children of its owner and, if it is a section or keyword, in a NameList of the
-// owner: an ordered list and an index by name. An edit changes them together. It first does what may
-// fail for lack of memory; so it does the whole of its work or nothing.
-// Tested by tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
+// owner: an ordered list and an index by name. An edit changes them together. Steps that may run out
+// of memory come first, so an edit either completes or changes nothing.
+//
+// Invariants after each edit: the ordered list has the children of its kind in the order of the
+// children; each queue of the index has its nodes in the same order; their instance numbers are their
+// places, unless a Copy reset them; a node whose child needs its destructor has kDeep. Tested by
+// tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,12 +36,14 @@ struct ScopedText : Text {
 // ---- Filing ---------------------------------------------------------------------------------------
 
 void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place) {
+  // These may throw. The last of them, Insert, changes nothing if it does.
   NodeList& children = owner.EnsureChildren();
   Reserve(children, owner.arena_);
   NameList* list = owner.ListOf(*child);
   if (list != nullptr) {
     Insert(*list, Named(*child), PlaceInList(owner, *list, place), owner.arena_);
   }
+  // There is room for it, so from here on nothing can fail.
   Insert(children, place, child, owner.arena_);
   child->owner_ = &owner;
   if (IsNamed(*child)) Named(*child).place_ = place;
@@ -136,6 +143,7 @@ std::unique_ptr<CzonNamedNode> NodeAccess::CopyAside(const CzonNamedNode& node,
 }
 
 void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
+  // Exchanges pointers only: no failure is possible. Both nodes use the same arena, if any.
   std::swap(node.children_, other.children_);
   const bool isDeferred = node.Has(CzonNode::kDeferred);
   node.Set(CzonNode::kDeferred, other.Has(CzonNode::kDeferred));
@@ -147,7 +155,7 @@ void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
   const bool isDeep = node.Has(CzonNode::kDeep) || other.Has(CzonNode::kDeep);
   for (CzonNamedNode* owner : {&node, &other}) {
     if (isDeep) owner->MarkDeep();
-    if (owner->Has(CzonNode::kDeferred)) continue;
+    if (owner->Has(CzonNode::kDeferred)) continue;  // no children yet
     for (CzonNode* child : NodeSpan(owner->children_.nodes)) child->owner_ = owner;
   }
 }

@@ -1,4 +1,13 @@
-// How sections, keywords and file roots are written.
+// The written form of sections, keywords, default definitions and file roots. Values are written by
+// the Write of their classes.
+//
+// WriteChildren visits the tree depth first with a stack of positions on the heap. Only nodes of
+// exactly the class CzonSection are put on the stack; every other node, also of a host's class, is
+// written by its virtual Write. Characters go to the stream unformatted (base/zonput.h), so locale,
+// width and flags of the stream have no effect.
+//
+// Remarks, comments and the layout of the read file are not written. Reading what was written results
+// in an equal tree: fuzz/write_fuzz.cpp. Tested by tests/write_test.cpp.
 #include <cstdio>
 #include <ctime>
 #include <ostream>
@@ -16,6 +25,7 @@ namespace {
 
 constexpr int kIndentation = 3;
 
+// In pieces of up to 48: deep trees need many. A negative count, of a root, writes nothing.
 void PutBlanks(std::ostream& out, int count) {
   constexpr std::string_view kBlanks = "                                                ";
   for (; count > 0; count -= static_cast<int>(kBlanks.size())) {
