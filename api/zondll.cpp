@@ -113,8 +113,8 @@ int zonPeekErrorGlb(void) {
 }
 
 const char* zonGetErrorMessageFromErrorCode(int code) {
-  // Compatibility: each call replaces the text of the call before, whichever thread made it.
-  static char text[64];
+  // Compatibility: each call replaces the text of the call before in this thread.
+  static thread_local char text[64];
   std::strncpy(text, zon::TextOfCode(code), sizeof text - 1);
   return text;
 }

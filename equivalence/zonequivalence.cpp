@@ -10,7 +10,6 @@
 // Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
-#include <atomic>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,9 @@ namespace {
 
 constexpr int kSeverity = 17;
 
-// Not 0: no reports. It belongs to the process, not to a thread: zonIsEqvQuiet returns it to all.
-std::atomic<int> equivalenceQuiet{0};
+// Not 0: no reports. It is kept after the check, for zonIsEqvQuiet, zonEqvSection and zonEqvKeyword in
+// the same thread.
+thread_local int equivalenceQuiet = 0;
 
 void Report(const std::string& text) {
   if (GetEquivalenceQuiet() == 0) ReportHook(text.c_str(), kSeverity, nullptr);
@@ -224,11 +224,11 @@ bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate) {
 }
 
 void SetEquivalenceQuiet(int quiet) {
-  equivalenceQuiet.store(quiet, std::memory_order_relaxed);
+  equivalenceQuiet = quiet;
 }
 
 int GetEquivalenceQuiet() {
-  return equivalenceQuiet.load(std::memory_order_relaxed);
+  return equivalenceQuiet;
 }
 
 }  // namespace zon
