@@ -59,11 +59,12 @@ void zonClose(void** handle) {
 
 int zonFileCopy(const char* source, const char* target) {
   void* handle = zonLoadFile(source, 0);
-  if (zonPeekErrorGlb() == zon::kErrNone) {
+  const auto hasFailed = [] { return zon::PeekErrorOfThread() != zon::kErrNone; };
+  if (!hasFailed()) {
     zonExplore(handle, [](CzonNode* node) { zonFileCopyCallBack(HandleOf(node)); });
   }
   // If out of memory, a name is not resolved, and the copy would be wrong.
-  const bool written = zonPeekErrorGlb() == zon::kErrNone && Write(handle, target);
+  const bool written = !hasFailed() && Write(handle, target);
   if (handle != nullptr) zonClose(&handle);
   return written ? 1 : 0;
 }

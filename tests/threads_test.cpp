@@ -57,4 +57,45 @@ TEST(Threads, KeepQuietFlagsApart) {
   host::Heard();
 }
 
+// ---- The pending code ---------------------------------------------------------------------------
+
+TEST(Threads, OneOfSeveralErrorsIsPending) {
+  for (int round = 0; round < 20; ++round) {
+    RunAtOnce([](int number) {
+      if (number % 2 == 0) {
+        zonGetNoTargets(nullptr);
+      } else {
+        zonGetInt(nullptr);
+      }
+    });
+    std::atomic<int> received{0};
+    RunAtOnce([&](int) {
+      const int code = zonGetErrorGlb();
+      if (code == 0) return;
+      EXPECT_TRUE(code == 1005 || code == 1006) << code;
+      ++received;
+    });
+    EXPECT_EQ(received, 1);
+    EXPECT_EQ(host::Messages().size(), std::size_t{kThreads});
+  }
+}
+
+// A copy fails if its own load fails, whatever other threads do meanwhile.
+TEST(Threads, CopiesIgnoreErrorsOfOthers) {
+  const std::string source = host::WriteFile("copied.zon", "[A] k = |x| EndSect");
+  RunAtOnce([&](int number) {
+    const std::string target = host::FolderPath() + "/copy" + std::to_string(number);
+    for (int turn = 0; turn < 20; ++turn) {
+      if (number % 2 == 0) {
+        zonGetRoot(nullptr);
+      } else {
+        EXPECT_EQ(zonFileCopy(source.c_str(), target.c_str()), 1);
+        EXPECT_EQ(zonFileCopy("/nowhere.zon", target.c_str()), 0);
+      }
+    }
+  });
+  host::Heard();
+  host::Reports();
+}
+
 }  // namespace
