@@ -11,6 +11,7 @@
 #include "api/zonguard.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
+#include "base/zonhook.h"  // does not compile if it differs from zon.h
 #include "base/zonversion.h"
 #include "reader/zonload.h"
 

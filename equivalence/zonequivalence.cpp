@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "base/zonchars.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
@@ -29,7 +29,7 @@ constexpr int kSeverity = 17;
 thread_local int equivalenceQuiet = 0;
 
 void Report(const std::string& text) {
-  if (GetEquivalenceQuiet() == 0) ReportHook(text.c_str(), kSeverity, nullptr);
+  if (GetEquivalenceQuiet() == 0) SendReport(text.c_str(), kSeverity);
 }
 
 // Reports a mismatch of two nodes, of which one may be null. Returns false, the result of the check.
