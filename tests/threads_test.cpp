@@ -8,6 +8,7 @@
 namespace {
 
 using host::File;
+using host::Texts;
 
 constexpr int kThreads = 8;
 
@@ -24,6 +25,130 @@ void RunAtOnce(F&& body) {
     });
   }
   for (std::thread& thread : threads) thread.join();
+}
+
+// ---- Files of its own ---------------------------------------------------------------------------
+
+// The folder of a thread, and its texts.
+class Own {
+ public:
+  explicit Own(int number) : number_(number) {}
+
+  std::string Path(const std::string& name) const {
+    return host::FolderPath() + "/thread" + std::to_string(number_) + "/" + name;
+  }
+  std::string Write(const std::string& name, const std::string& text) const {
+    return host::WriteFile("thread" + std::to_string(number_) + "/" + name, text);
+  }
+  File Load(const std::string& name) const { return File(zonLoadFile(Path(name).c_str(), 0)); }
+
+  // A text with many names, and with enough values to fill large chunks of memory.
+  std::string Text() const {
+    std::string text = "[Run] Number = " + std::to_string(number_) + " Title = 'x' Data = |x|\n";
+    for (int n = 0; n < 40; ++n) text += "name" + std::to_string(n * number_) + " = 2.5\n";
+    text += "EndSect [Bulk] values = 0";
+    for (int n = 1; n < kValues; ++n) text += ", " + std::to_string(n % 1000);
+    return text + "\nEndSect\n";
+  }
+
+  static constexpr int kValues = 5000;
+
+ private:
+  int number_;
+};
+
+void Query(const Own& own, int number) {
+  const File file = own.Load("own.zon");
+  void* run = zonFindSectionByHandle(file, "run");
+  int found = -1;
+  EXPECT_EQ(zonGetListParam(run, "NUMBER", 1, "i", &found), 1);
+  EXPECT_EQ(found, number);
+  EXPECT_STREQ(zonGetFilename(zonParamByNum(zonKeywordByNameNum(run, "data", 1), 1)),
+               own.Path("x").c_str());
+  for (int n = 0; n < 40; ++n) {
+    const std::string name = "Name" + std::to_string(n * number);
+    EXPECT_EQ(zonGetDouble(zonParamByNum(zonKeywordByNameNum(run, name.c_str(), 1), 1)), 2.5);
+  }
+  void* values = zonKeywordByNum(zonTargetByNum(file, 2), 1);
+  EXPECT_EQ(zonGetNoParams(values), Own::kValues);
+  EXPECT_EQ(zonGetInt(zonParamByNum(values, Own::kValues)), (Own::kValues - 1) % 1000);
+  EXPECT_STREQ(zonGetNameGlb(values), "Bulk.values");
+  EXPECT_EQ(zonGetInt(run), 0);  // a message
+}
+
+void Edit(const Own& own, int number) {
+  const File file = own.Load("own.zon");
+  void* root = zonGetRoot(file);
+  void* bulk = zonTargetByNum(file, 2);
+  EXPECT_EQ(zoneModifyParameterInt(zonKeywordByNum(bulk, 1), 1, number), 0);
+  for (int n = 0; n < 20; ++n) {
+    void* section = zoneInsertNewSection(root, "Added", 0);
+    void* keyword = zoneInsertNewKeyword(section, "k", 0);
+    EXPECT_NE(zoneInsertParameterInt(keyword, 0, n), nullptr);
+    EXPECT_EQ(zoneRenameKeyword(keyword, "renamed"), 0);
+  }
+  EXPECT_EQ(zoneDeleteSectionByNameNum(root, "added", 1), 0);
+  EXPECT_EQ(zonCopy(zonSectionByNameNum(root, "added", 5), zonSectionByNameNum(root, "added", 1)),
+            1);
+  EXPECT_EQ(zonGetNoInstances(zonSectionByNameNum(root, "added", 1)), 19);
+  zonWrite(file, own.Path("edited.zon").c_str());
+  const File written = own.Load("edited.zon");
+  EXPECT_TRUE(host::ShowTree(written) == host::ShowTree(file));
+}
+
+void BuildAndCheck(const Own& own, int number) {
+  const File built(zonCreate());
+  zonAddTarget(built, "Run");
+  EXPECT_EQ(zonPutParam(built, "Number", number), 1);
+  zonAddKeyword(built, "packed");
+  zonAddClob(built);
+  zonAddClobInt(built, number);
+  zonEndSection(built);
+  zonWrite(built, own.Path("built.zon").c_str());
+  zonDump(zonGetRoot(built), own.Path("dump").c_str());
+  EXPECT_NE(host::ReadFile(own.Path("dump")).find("Run.Number"), std::string::npos);
+
+  const File loaded = own.Load("built.zon");
+  void* run = zonTargetByNum(loaded, 1);
+  EXPECT_EQ(zonGetClobInt(zonParamByNum(zonKeywordByNum(run, 2), 1)), number);
+  const File pattern = own.Load("template.zon");
+  EXPECT_EQ(zonEquivalent(zonTargetByNum(pattern, 1), run, nullptr), 1);
+  EXPECT_EQ(zonEquivalentExt(run, zonTargetByNum(pattern, 1), nullptr, 1), 0);
+}
+
+void ReadTokens(const Own& own) {
+  void* reader = nullptr;
+  ASSERT_EQ(zontLoadFile(own.Path("own.zon").c_str(), &reader), 0);
+  int integers = 0;
+  while (const int token = zontNextToken(reader)) integers += token == 1020 ? 1 : 0;
+  EXPECT_EQ(integers, 1 + Own::kValues);
+  zontDispose(&reader);
+}
+
+// What a host does through zon.h with its files.
+void ActThroughZon(const Own& own, int number) {
+  Query(own, number);
+  Edit(own, number);
+  BuildAndCheck(own, number);
+  ReadTokens(own);
+  EXPECT_EQ(zonFileCopy(own.Path("edited.zon").c_str(), own.Path("copy.zon").c_str()), 1);
+}
+
+TEST(Threads, UseTheirOwnFiles) {
+  RunAtOnce([](int number) {
+    const Own own(number);
+    own.Write("own.zon", own.Text());
+    own.Write("template.zon", "[Run] Number = 1 packed = '<CLOB:>' extra() = 1 EndSect");
+    for (int turn = 0; turn < 2; ++turn) {
+      ActThroughZon(own, number);
+      for (const char* name : {"edited.zon", "built.zon", "dump", "copy.zon"}) {
+        std::filesystem::remove(own.Path(name));
+      }
+    }
+  });
+  EXPECT_EQ(zonPeekErrorGlb(), 0);
+  EXPECT_EQ(host::Messages(), Texts(2 * kThreads, "Function invalid in this context"));
+  EXPECT_EQ(host::Reports(), Texts{});
 }
 
 // ---- What each thread has for itself ------------------------------------------------------------

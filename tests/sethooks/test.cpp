@@ -14,15 +14,16 @@ bool refuseMemory = false;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: g++ warns where it sees only one of a pair.
+__attribute__((noinline)) void* operator new(std::size_t size) {
   void* memory = refuseMemory ? nullptr : std::malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
-void operator delete(void* memory) noexcept {
+__attribute__((noinline)) void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+__attribute__((noinline)) void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
