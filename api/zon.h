@@ -34,8 +34,12 @@
  * the next call, so a chain of calls reports a missing node as 1006. Names are compared without
  * regard to the case of A to Z.
  *
- * Threads. The library does not lock. A host with several threads makes one call at a time, also on
- * different handles.
+ * Threads. Different handles may be used in different threads at the same time. A handle with its
+ * nodes and texts is used by one thread at a time, also if a call only queries it or compares with
+ * it. The pending code is one for the process: the first error of any thread is stored, and any
+ * thread can receive it and clear it. A host with several threads rather judges by the values that
+ * are returned. Hooks may be called by several threads at once. What a comment says to belong to a
+ * thread ends with the thread.
  */
 #ifndef ZON_API_ZON_H
 #define ZON_API_ZON_H
@@ -70,7 +74,8 @@ typedef struct CzonNode CzonNode;
  * linkage, that the dynamic linker can see: in a program not static, and linked with -rdynamic if
  * the linker does not export it by itself.
  *
- * A hook may do what is said above. The reporting call may have stored its code before: read it
+ * A hook may do what is said above. It is called in the thread of the call that reports, so several
+ * may run at once. The reporting call may have stored its code before: read it
  * before a load or zonCreate inside the hook clears it. To record a report, store it and return. */
 
 /** Receives one message: a failed check of a handle or node, a builder call that was refused, or
@@ -157,7 +162,8 @@ ZON_API int zonPeekErrorGlb(void);
 
 /** Returns the text of an error code.
  *  @param code  1000 to 1014; the text of any other is "unknown error code"
- *  @return the text; valid until the next call of this function */
+ *  @return the text, which belongs to the calling thread; valid until its next call of this
+ *      function */
 ZON_API const char* zonGetErrorMessageFromErrorCode(int code);
 
 /** Returns the text of the last builder call that was refused on this handle, empty if none was.
@@ -375,7 +381,7 @@ ZON_API int zonGetString2(void* node, char* buffer, int size);
  *  @return the path, of any length, in a writable buffer with room for at least 260 characters,
  *      including the terminating zero. Valid until the next call on this value, and until the
  *      value changes or goes. Null with "Function invalid in this context" if the node is no
- *      file name. A bad node: the empty text. */
+ *      file name. A bad node: the empty text, in a buffer that belongs to the calling thread. */
 ZON_API char* zonGetFilename(void* node);
 
 /** Returns a file name as written. Valid until the value changes or goes. Null with "Function
@@ -641,10 +647,10 @@ ZON_API int zonGetResultFilenamePath2(void* node, char* path, int size);
  * Writing adds a keyword with one value to the current section. It returns 1; 0 for a bad handle or
  * if out of memory (1005 both). If out of memory the keyword may have been added without its value.
  *
- * Success is judged by the process-wide code only. While an earlier code is pending, reading stores
- * nothing and returns 0, and writing adds the keyword without its value and returns 0: call
- * zonGetErrorGlb first. A builder refusal (no current section) stores no code, so writing returns
- * 1: see zonGetErrorFromZonData.
+ * Success is judged by the process-wide code only. While an earlier code is pending, also of
+ * another thread, reading stores nothing and returns 0, and writing adds the keyword without its
+ * value and returns 0: call zonGetErrorGlb first. A builder refusal (no current section) stores no
+ * code, so writing returns 1: see zonGetErrorFromZonData.
  * Errors: bad handle: 1005; bad node: 1006; 0 */
 
 /** Add a keyword with a file name, or with the name of a result file as zonAddResultFilename. @{ */
@@ -826,11 +832,13 @@ ZON_API const char* zonGetErrorFromZonClob(void* node);
  * (the flag `multi`), which sections must be present (`mandat`), and the kind of each value. A
  * keyword without a name describes all keywords that the template does not name. The check ends at
  * the first mismatch and passes it to ReportHook with severity 17 and without argument words. Its
- * text contains names of the file: print it as it is, never as a format. */
+ * text contains names of the file: print it as it is, never as a format. A template too is used by
+ * one thread at a time: each thread loads its own. */
 
 /** Check whether a section conforms to a section of a template, or a keyword to a keyword. If
- *  `quiet` is not 0, nothing is passed to ReportHook or MessageHook. It also applies to later calls
- *  of zonEqvSection and zonEqvKeyword. zonEquivalent sets it to 0.
+ *  `quiet` is not 0, nothing is passed to ReportHook or MessageHook. It belongs to the calling
+ *  thread and also applies to its later calls of zonEqvSection and zonEqvKeyword. zonEquivalent
+ *  sets it to 0.
  *  @param third  ignored
  *  @return 1 if it conforms, else 0. A mismatch stores no code.
  *  @errors bad node: 1006, "Invalid zonNode"; not two sections or two keywords: no code,
@@ -839,7 +847,8 @@ ZON_API int zonEquivalent(void* templateNode, void* candidateNode, void* third);
 ZON_API int zonEquivalentExt(void* templateNode, void* candidateNode, void* third, int quiet);
 /** @} */
 
-/** The `quiet` of the last call of zonEquivalentExt; 0 after zonEquivalent. */
+/** The `quiet` of the last call of zonEquivalentExt in this thread; 0 after zonEquivalent, and
+ *  before the first call. */
 ZON_API int zonIsEqvQuiet(void);
 
 /** The same check of two sections (not the root) or of two keywords, without the check of handles.

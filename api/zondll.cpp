@@ -12,6 +12,7 @@
 #include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "base/zonemptytext.h"
+#include "base/zonhook.h"  // does not compile if it differs from zon.h
 #include "base/zonversion.h"
 #include "reader/zonload.h"
 
@@ -60,11 +61,12 @@ void zonClose(void** handle) {
 
 int zonFileCopy(const char* source, const char* target) {
   void* handle = zonLoadFile(source, 0);
-  if (zonPeekErrorGlb() == zon::kErrNone) {
+  const auto hasFailed = [] { return zon::PeekErrorOfThread() != zon::kErrNone; };
+  if (!hasFailed()) {
     zonExplore(handle, [](CzonNode* node) { zonFileCopyCallBack(HandleOf(node)); });
   }
   // If out of memory, a name is not resolved, and the copy would be wrong.
-  const bool written = zonPeekErrorGlb() == zon::kErrNone && Write(handle, target);
+  const bool written = !hasFailed() && Write(handle, target);
   if (handle != nullptr) zonClose(&handle);
   return written ? 1 : 0;
 }
@@ -114,8 +116,8 @@ int zonPeekErrorGlb(void) {
 }
 
 const char* zonGetErrorMessageFromErrorCode(int code) {
-  // Compatibility: each call replaces the text of the call before, whichever thread made it.
-  static char text[64];
+  // Compatibility: each call replaces the text of the call before in this thread.
+  static thread_local char text[64];
   std::strncpy(text, zon::TextOfCode(code), sizeof text - 1);
   return text;
 }

@@ -13,7 +13,7 @@ CzonNode* RequireStart(void* handleOrNode) {
   zon::RaiseError(zon::kErrNode);
   auto* data = zon::CastHandle<CzonData>(handleOrNode);
   if (data != nullptr && data->GetRoot() != nullptr) return data->GetRoot();
-  MessageHook("zonDump: bad argument");
+  zon::SendMessage("zonDump: bad argument");
   return nullptr;
 }
 

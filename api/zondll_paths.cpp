@@ -18,7 +18,7 @@ using zon::Update;
 extern "C" {
 
 char* zonGetFilename(void* node) {
-  return Query<CzonNode>(node, EmpSt(), [](CzonNode& n) { return n.GetFilename(); });
+  return Query<CzonNode>(node, zon::EmptyPath(), [](CzonNode& n) { return n.GetFilename(); });
 }
 
 const char* zonGetFilenameString(void* node) {

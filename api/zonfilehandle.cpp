@@ -12,7 +12,7 @@
 #include "base/zonarena.h"
 #include "base/zonchars.h"
 #include "base/zonerror.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
@@ -119,7 +119,7 @@ void CzonData::UpdateCurrentNode(CzonNode* node) {
 }
 
 void CzonData::Error(const std::string& message) {
-  if (quiet_ == 0) MessageHook(message.c_str());
+  if (quiet_ == 0) zon::SendMessage(message.c_str());
   errorCode_ = zon::kErrBuilder;
   errorMessage_ = message;
 }

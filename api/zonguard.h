@@ -11,7 +11,7 @@
 
 #include "base/zoncancel.h"
 #include "base/zonerror.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 
 namespace zon {
 
@@ -43,7 +43,7 @@ R Guarded(int code, R failure, F&& body) {
   RunGuarded([&] { result = body(); },
              [&] {
                RaiseError(code);
-               MessageHook(kNoMemory);
+               SendMessage(kNoMemory);
              },
              [&] { RaiseError(code); });
   return result;

@@ -12,7 +12,7 @@
 #include "api/zonguard.h"
 #include "base/zonassert.h"
 #include "base/zonerror.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 #include "paths/zonfilename.h"
 #include "tree/zonbool.h"
 #include "tree/zonclob.h"
@@ -93,7 +93,7 @@ T* CastHandle(void* handle) {
 template <class T>
 void ReportInvalid() {
   RaiseError(HandleKind<T>::kCode);
-  MessageHook(HandleKind<T>::kText);
+  SendMessage(HandleKind<T>::kText);
 }
 
 // As CastHandle; a failure is reported.

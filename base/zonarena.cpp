@@ -30,7 +30,7 @@ struct Arena::Chunk {
 
 struct Arena::Kept {
   Kept* older;
-  std::string text;
+  KeptString text;
 };
 
 void Arena::Clear() {
@@ -101,16 +101,16 @@ void ReleaseBlock(Arena* arena, void* block, unsigned power) {
   }
 }
 
-const char* Arena::CopyText(std::string_view text, std::size_t before) {
-  char* copy = AllocateBytes(before + text.size() + 1) + before;
-  std::memset(copy - before, 0, before);
+const char* Arena::CopyText(std::string_view text, const char* origin) {
+  char* copy = AllocateBytes(sizeof origin + text.size() + 1) + sizeof origin;
+  std::memcpy(copy - sizeof origin, &origin, sizeof origin);
   if (!text.empty()) std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = '\0';
   return copy;
 }
 
-std::string* Arena::KeepString(std::string text) {
-  auto* kept = new (Allocate(sizeof(Kept))) Kept{nullptr, std::move(text)};
+KeptString* Arena::KeepString(std::string text, const char* origin) {
+  auto* kept = new (Allocate(sizeof(Kept))) Kept{nullptr, {std::move(text), origin}};
   kept->older = kept_;
   kept_ = kept;
   return &kept->text;

@@ -10,10 +10,23 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
 namespace zon {
+
+// A string that an arena keeps, and where its characters were before; null if they are new.
+struct KeptString : std::string {
+  const char* origin;
+};
+
+// The origin of a text that CopyText has made.
+inline const char* OriginOfCopy(const char* copy) {
+  const char* origin;
+  std::memcpy(&origin, copy - sizeof origin, sizeof origin);
+  return origin;
+}
 
 class Arena {
  public:
@@ -45,11 +58,12 @@ class Arena {
   void* AllocateBlock(unsigned power);
   void ReleaseBlock(void* block, unsigned power);
 
-  // Copies the text and appends a zero. `before` zeros precede it.
-  const char* CopyText(std::string_view text, std::size_t before = 0);
+  // Copies the text and appends a zero. `origin` says where the characters come from, null for
+  // nowhere; it is in the eight bytes before the copy, see OriginOfCopy.
+  const char* CopyText(std::string_view text, const char* origin = nullptr);
 
   // Keeps a string for as long as the arena lives.
-  std::string* KeepString(std::string text);
+  KeptString* KeepString(std::string text, const char* origin = nullptr);
 
  private:
   struct Chunk;

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <mutex>
 
 namespace zon {
 
@@ -24,6 +25,9 @@ std::string CurrentDirectory() {
 std::tm LocalTime() {
   std::tm calendar{};
   const std::time_t now = std::time(nullptr);
+  // The C library has a lock of its own, but the thread sanitizer does not know it.
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
   // localtime_r need not look at TZ; tzset makes a zone that the host has just set count.
   tzset();
   if (localtime_r(&now, &calendar) == nullptr) return std::tm{};

@@ -9,7 +9,7 @@ int zonCopy(void* source, void* target) {
   return zon::Query<CzonNode>(source, 0, [&](CzonNode& from) {
     return zon::Query<CzonNode>(target, 0, [&](CzonNode& to) {
       if (!zon::CanCopy(from, to)) {
-        MessageHook("zonCopy:\n\tsection/section or\n\tkeyword/keyword required");
+        zon::SendMessage("zonCopy:\n\tsection/section or\n\tkeyword/keyword required");
         return 0;
       }
       zon::CopyNode(from, to);
@@ -23,7 +23,7 @@ void* zonInsert(void* source, void* reference, int after) {
     return zon::Query<CzonNode, void*>(reference, nullptr, [&](CzonNode& beside) -> void* {
       if (!zon::CanInsertCopy(from, beside)) {
         zon::RaiseError(zon::kErrSection);
-        MessageHook("Invalid zonNode (CzonSection)");
+        zon::SendMessage("Invalid zonNode (CzonSection)");
         return nullptr;
       }
       return zon::HandleOf(zon::InsertCopy(from, beside, after != 0));

@@ -44,7 +44,7 @@ int Edit(void* node, F&& edit) {
       return 0;
     } catch (const zon::Refusal& refusal) {
       zon::RaiseError(refusal.code);
-      MessageHook(TextOfRefusal(refusal.code));
+      zon::SendMessage(TextOfRefusal(refusal.code));
       return refusal.code;
     }
   });

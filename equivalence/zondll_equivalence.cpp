@@ -7,7 +7,7 @@
 namespace {
 
 void ReportUnlessQuiet(const char* message) {
-  if (zon::GetEquivalenceQuiet() == 0) MessageHook(message);
+  if (zon::GetEquivalenceQuiet() == 0) zon::SendMessage(message);
 }
 
 // As zon::Require, but without a message in a quiet check.

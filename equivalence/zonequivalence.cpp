@@ -10,12 +10,11 @@
 // Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
-#include <atomic>
 #include <string>
 #include <vector>
 
 #include "base/zonchars.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
@@ -25,11 +24,12 @@ namespace {
 
 constexpr int kSeverity = 17;
 
-// Not 0: no reports. It belongs to the process, not to a thread: zonIsEqvQuiet returns it to all.
-std::atomic<int> equivalenceQuiet{0};
+// Not 0: no reports. It is kept after the check, for zonIsEqvQuiet, zonEqvSection and zonEqvKeyword in
+// the same thread.
+thread_local int equivalenceQuiet = 0;
 
 void Report(const std::string& text) {
-  if (GetEquivalenceQuiet() == 0) ReportHook(text.c_str(), kSeverity, nullptr);
+  if (GetEquivalenceQuiet() == 0) SendReport(text.c_str(), kSeverity);
 }
 
 // Reports a mismatch of two nodes, of which one may be null. Returns false, the result of the check.
@@ -224,11 +224,11 @@ bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate) {
 }
 
 void SetEquivalenceQuiet(int quiet) {
-  equivalenceQuiet.store(quiet, std::memory_order_relaxed);
+  equivalenceQuiet = quiet;
 }
 
 int GetEquivalenceQuiet() {
-  return equivalenceQuiet.load(std::memory_order_relaxed);
+  return equivalenceQuiet;
 }
 
 }  // namespace zon

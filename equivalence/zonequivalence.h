@@ -11,7 +11,7 @@ namespace zon {
 bool ConformsSection(const CzonNode* definition, const CzonNode* candidate);
 bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate);
 
-// Not 0 turns off the reports of all later checks in the process, until it is set again.
+// Not 0 turns off the reports of all later checks in this thread, until it is set again.
 void SetEquivalenceQuiet(int quiet);
 int GetEquivalenceQuiet();
 

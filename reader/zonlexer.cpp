@@ -150,7 +150,7 @@ int Lexer::ScanString(Source& source) {
   }
   const std::string_view text = UpToZero(source.TextBeforeStop());
   if (!hasDoubled || keepsSpelling_) return Finish<Source>(STRING, text);
-  SetText(WithoutDoubled('\'', text));
+  SetText(WithoutDoubled('\'', text), Source::kStays ? text.data() : nullptr);
   return STRING;
 }
 
@@ -182,8 +182,8 @@ void Lexer::MoveTo(const char* at) {
   TextSource(*stream_).MoveTo(at);
 }
 
-void Lexer::SetText(std::string_view text) {
-  text_ = {arena_.CopyText(text, 1), text.size()};
+void Lexer::SetText(std::string_view text, const char* origin) {
+  text_ = {arena_.CopyText(text, origin), text.size()};
 }
 
 bool Lexer::ConsumeLine() {

@@ -55,12 +55,15 @@ class Lexer {
   // The values that were consumed last, as they are written.
   std::string_view Values() const { return values_; }
 
-  // Makes a copy of the text that of the current token.
-  void SetText(std::string_view text);
+  // Copies the text to the arena and makes it the text of the current token. `origin`: where the file
+  // has it; null if it does not.
+  void SetText(std::string_view text, const char* origin = nullptr);
 
   void Release() { buffer_ = std::string(); }
 
  private:
+  static constexpr char kNoText[2] = {};  // a byte precedes this text too
+
   template <class Source>
   int Scan(Source& source);
   template <class Source>
@@ -86,7 +89,7 @@ class Lexer {
   CyyStream* stream_;  // the input as a plain file; null for any other
   Arena& arena_;
   std::string buffer_;  // of a text from a host's source
-  std::string_view text_;
+  std::string_view text_{kNoText + 1, 0};
   std::string_view values_;
   const char* tokenBegin_ = nullptr;
   const char* previousEnd_ = nullptr;

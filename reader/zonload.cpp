@@ -5,7 +5,7 @@
 
 #include "base/zonerror.h"
 #include "base/zonfiletext.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 #include "reader/zonsource.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
@@ -16,24 +16,16 @@ namespace {
 
 constexpr int kSeverity = 1;
 
-void Report(const char* pattern, void* arguments) {
-  ReportHook(pattern, kSeverity, arguments);
-}
-
 // The file opened but cannot be read.
 void FailToRead(bool quiet) {
   RaiseError(kErrFileInit);
-  if (!quiet) Report("CyyStream", nullptr);
+  if (!quiet) SendReport("CyyStream", kSeverity);
 }
 
 void ReportSyntaxError(const CzonParser& parser, const char* fileName) {
-  Report("Error: %\n in % near line % position %",
-         ReportArgString(
-             parser.GetError().c_str(),
-             ReportArgString(fileName,
-                             ReportArgInt(static_cast<int>(parser.GetErrorLine()),
-                                          ReportArgInt(static_cast<int>(parser.GetErrorPosition()),
-                                                       nullptr)))));
+  SendReport("Error: %\n in % near line % position %", kSeverity,
+             {parser.GetError().c_str(), fileName, static_cast<int>(parser.GetErrorLine()),
+              static_cast<int>(parser.GetErrorPosition())});
 }
 
 // The first value of the first keyword of that name; null if either is missing.
@@ -92,7 +84,7 @@ std::unique_ptr<CzonParser> LoadFile(const char* fileName, bool quiet) {
   }
   if (!text->Open(fileName)) {
     RaiseError(kErrFileOpen);
-    if (!quiet) Report("Open error: %", ReportArgString(fileName, nullptr));
+    if (!quiet) SendReport("Open error: %", kSeverity, {fileName});
     return nullptr;
   }
   Loading loading = Load(std::move(text), fileName);

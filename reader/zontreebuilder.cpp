@@ -1,6 +1,7 @@
 // The action of each rule of the grammar, by its name in zongrammar.y.
 #include "reader/zontreebuilder.h"
 
+#include "base/zonchars.h"
 #include "reader/yyparser.h"
 #include "reader/zonlexer.h"
 #include "reader/zontokencode.h"
@@ -80,11 +81,30 @@ CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
   return substitution;
 }
 
+// A value without a text, which remembers its place in the file.
+template <class T>
+CzonNode* TreeBuilder::NewEmpty(const char* place) {
+  T* value = NodeAccess::Make<T>(arena_);
+  NodeAccess::ReferToText(*value, {place, 0});
+  return value;
+}
+
+// The text after a mark. If more than blanks are between them, the text is a copy whose origin is the
+// mark: in the file, skipping blanks to the left leads to the mark in any case.
+std::string_view TreeBuilder::AfterMark(char mark, const SymbolValue* right) {
+  const std::string_view text = right[1].Text();
+  const char* before = text.data() - 1;
+  while (IsClass(*before, kSpace)) --before;
+  if (*before == mark) return text;
+  return {arena_.CopyText(text, right[0].chars), text.size()};
+}
+
 // A number with its sign. Mostly the two are one text; blanks between them are left out.
-std::string_view TreeBuilder::Signed(char sign, std::string_view number) {
+std::string_view TreeBuilder::Signed(char sign, const SymbolValue* right) {
+  const std::string_view number = right[1].Text();
   if (number.data()[-1] == sign) return {number.data() - 1, number.size() + 1};
   const std::string text = sign + std::string(number);
-  return {arena_.CopyText(text), text.size()};
+  return {arena_.CopyText(text, right[0].chars), text.size()};
 }
 
 void TreeBuilder::DeferValues(CzonKeyword* keyword) {
@@ -151,10 +171,10 @@ SymbolValue TreeBuilder::ReduceName(int rule, const SymbolValue* right) {
       CheckMulti();
       return result;
     case kSectionSingle:
-      result.node = NewNamed<CzonSection>(right[1].Text(), false);
+      result.node = NewNamed<CzonSection>(AfterMark('[', right), false);
       return result;
     case kSectionMulti:
-      result.node = NewNamed<CzonSection>(right[1].Text(), true);
+      result.node = NewNamed<CzonSection>(AfterMark('[', right), true);
       return result;
     case kKeywordSingle:
       result.node = NewNamed<CzonKeyword>(right[0].Text(), false);
@@ -164,13 +184,13 @@ SymbolValue TreeBuilder::ReduceName(int rule, const SymbolValue* right) {
       return result;
     case kKeywordUnnamed:
       CheckMulti();
-      result.node = NewNamed<CzonKeyword>({}, true);
+      result.node = NewNamed<CzonKeyword>({right[0].chars, 0}, true);
       return result;
     case kDefaultNamed:
       result.node = NewNamed<CzonDefaultDef>(right[2].Text(), false);
       return result;
     case kDefaultUnnamed:
-      result.node = NewNamed<CzonDefaultDef>({}, true);
+      result.node = NewNamed<CzonDefaultDef>({right[1].chars, 0}, true);
       return result;
     default:
       return ReduceItem(rule, right);
@@ -194,15 +214,17 @@ SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
       return right[0];
     case kKeywordFirstEmpty:
     case kKeywordNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(NodeAccess::Make<CzonUndefinedPar>(arena_));
+      Downcast<CzonKeyword>(right[0].node)
+          ->AddParam(Downcast<CzonParam>(NewEmpty<CzonUndefinedPar>(right[1].chars + right[1].size)));
       return right[0];
     case kDefaultFirstEmpty:
     case kDefaultNextEmpty:
-      Downcast<CzonKeyword>(right[0].node)->AddParam(NodeAccess::Make<CzonDefaultPar>(arena_));
+      Downcast<CzonKeyword>(right[0].node)
+          ->AddParam(Downcast<CzonParam>(NewEmpty<CzonDefaultPar>(right[1].chars + right[1].size)));
       return right[0];
     case kItemOnlyRemark: {
       SymbolValue result = right[0];
-      result.node = NodeAccess::Make<CzonUnknown>(arena_);
+      result.node = NewEmpty<CzonUnknown>(right[0].chars);
       NodeAccess::SetRemark(*result.node, right[0].Text(), &arena_);
       return result;
     }
@@ -238,15 +260,16 @@ SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
       return result;
     case kIntegerPlus:
     case kRealPlus:
-      result.SetText(Signed('+', right[1].Text()));
+      result.SetText(Signed('+', right));
       return result;
     case kIntegerMinus:
     case kRealMinus:
-      result.SetText(Signed('-', right[1].Text()));
+      result.SetText(Signed('-', right));
       return result;
     case kSubstitutionNumber:
     case kSubstitutionName:
-      return right[1];
+      result.SetText(AfterMark('%', right));
+      return result;
     default:
       return result;
   }

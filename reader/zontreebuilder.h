@@ -67,7 +67,10 @@ class TreeBuilder {
   CzonNode* NewValue(int token, std::string_view text);
   CzonNode* NewSubstitution(std::string_view text);
   void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
-  std::string_view Signed(char sign, std::string_view number);
+  template <class T>
+  CzonNode* NewEmpty(const char* place);
+  std::string_view AfterMark(char mark, const SymbolValue* right);
+  std::string_view Signed(char sign, const SymbolValue* right);
 
   CyyParser& parser_;
   const Lexer& lexer_;

@@ -1,16 +1,18 @@
 #include "hooks.h"
 
 #include <cstdlib>
+#include <mutex>
 #include <utility>
 
 namespace host {
 
 void (*onMessage)(const char* text) = nullptr;
 void (*onReport)() = nullptr;
-int OwnMemory::count = 0;
+thread_local int OwnMemory::count = 0;
 
 namespace {
 
+std::mutex mutex;  // guards both: hooks are called by several threads
 Texts messages;
 Texts reports;
 
@@ -20,6 +22,11 @@ struct Word {
   Word* next;
 };
 
+void Add(Texts& texts, const std::string& text) {
+  const std::lock_guard lock(mutex);
+  texts.push_back(text);
+}
+
 void* NewWord(std::string text, void* next) {
   return new Word{std::move(text), static_cast<Word*>(next)};
 }
@@ -27,9 +34,11 @@ void* NewWord(std::string text, void* next) {
 }  // namespace
 
 Texts Messages() {
+  const std::lock_guard lock(mutex);
   return std::exchange(messages, {});
 }
 Texts Reports() {
+  const std::lock_guard lock(mutex);
   return std::exchange(reports, {});
 }
 
@@ -52,7 +61,7 @@ void abort() noexcept {
 
 void MessageHook(const char* text) {
   const host::OwnMemory mark;
-  host::messages.emplace_back(text);
+  host::Add(host::messages, text);
   if (host::onMessage != nullptr) host::onMessage(text);
 }
 
@@ -69,7 +78,7 @@ void ReportHook(const char* pattern, int severity, void* arguments) {
     delete std::exchange(word, word->next);
   }
   while (word != nullptr) delete std::exchange(word, word->next);
-  host::reports.push_back(text);
+  host::Add(host::reports, text);
   if (host::onReport != nullptr) host::onReport();
 }
 

@@ -29,7 +29,7 @@ extern void (*onReport)();
 struct OwnMemory {
   OwnMemory() { ++count; }
   ~OwnMemory() { --count; }
-  static int count;
+  static thread_local int count;
 };
 
 }  // namespace host

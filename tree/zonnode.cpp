@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "base/zonarena.h"
-#include "base/zonhook.h"
+#include "base/zonhooks.h"
 
 namespace {
 
 void ReportInvalidContext() {
-  MessageHook("Function invalid in this context");
+  zon::SendMessage("Function invalid in this context");
 }
 
 // The result of an unsupported query, after the message.

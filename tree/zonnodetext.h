@@ -12,6 +12,7 @@
 #ifndef ZON_TREE_ZONNODETEXT_H
 #define ZON_TREE_ZONNODETEXT_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -34,9 +35,10 @@ inline std::string_view View(const Text& text) {
 // must stay: the first call then makes a copy, which becomes the text.
 inline const char* Terminated(Text& text, Arena& arena) {
   if (text.size >= kKeptString) return static_cast<const std::string*>(text.where)->c_str();
+  if (text.size == 0) return "";
   const auto* chars = static_cast<const char*>(text.where);
   if (chars[text.size] == '\0') return chars;
-  const char* copy = arena.CopyText({chars, text.size});
+  const char* copy = arena.CopyText({chars, text.size}, chars);
   text.where = copy;
   return copy;
 }
@@ -75,6 +77,12 @@ inline void Swap(Text& a, Text& b) {
   a = b;
   b = former;
 }
+
+// Where the text of a file that is from `begin` to `end` has the characters of a text that was loaded
+// and not changed; null for any other text. A copy knows where its characters come from. Of a text
+// without characters the place is kept as long as it has none. `lead` characters before the text
+// belong to it.
+const char* FindOrigin(const Text& text, const char* begin, const char* end, std::size_t lead = 0);
 
 // Whether the text has a string that only Release frees.
 inline bool OwnsString(const Text& text) {

@@ -1,0 +1,292 @@
+/** @file
+ * The second flat interface of zon: a status from every call, every error of a file in one run with
+ * its place and a hint, texts from memory, and values by path. C99 and C++17.
+ *
+ * Handles and nodes are those of zon.h; a host can use both interfaces on the same handle. A function
+ * of this header returns a zonxStatus, calls no hook of zon.h, and neither reads nor sets its code. No
+ * function throws. A closed handle, or a pointer that this library did not return, must not be
+ * passed; null and a handle or node of the wrong kind are ZONX_BAD_ARGUMENT.
+ *
+ * Outputs. If the status is not ZONX_OK, outputs are unchanged unless the function says otherwise. A
+ * null output is ZONX_BAD_ARGUMENT.
+ *
+ * Paths. Names of sections and then of a keyword, separated by "/": "Quay:2/Berth/Draught[3]". ":n"
+ * selects the n-th of that name and "[n]" the n-th value, both from 1 and 1 if left out. The case of
+ * A to Z does not count. The last name is a keyword, or a section if there is no such keyword or if
+ * "/" follows. "()" is the keyword without a name of a template; default definitions have no path.
+ * From a keyword the path is empty or "[n]", from a value empty; the empty path is the start node
+ * itself. A path that is malformed is ZONX_BAD_ARGUMENT, an instance that does not exist, however
+ * large its number, ZONX_MISSING.
+ *
+ * Reports. A function with a reporter passes a report to it for every status but ZONX_OK,
+ * ZONX_BAD_ARGUMENT and ZONX_NO_MEMORY. The reporter may be null except where the function says
+ * otherwise. It may query the handles of the running call, but not change or close them. An exception
+ * that it throws is caught; the call goes on.
+ *
+ * Texts that are valid until the next call of a function are kept for each thread.
+ *
+ * Threads. Different handles may be used in different threads at the same time. One handle is used by
+ * one thread at a time.
+ *
+ * @code
+ * static void print(const zonxReport* report, void* context) {
+ *   char text[2000];
+ *   zonxFormatReport(report, text, sizeof text);
+ *   fprintf((FILE*)context, "%s\n", text);
+ * }
+ *
+ * int main(void) {
+ *   void* file = NULL;
+ *   double length = 100.0;
+ *   if (zonxLoadFile("harbour.zon", &file, print, stderr) == ZONX_OK) {
+ *     int status = zonxGetDouble(file, "Quay:2/Length", &length);
+ *     if (status != ZONX_OK) zonxReportPath(file, "Quay:2/Length", status, print, stderr);
+ *   }
+ *   if (file != NULL) zonClose(&file);
+ *   return 0;
+ * }
+ * @endcode
+ */
+#ifndef ZON_API_ZONX_H
+#define ZON_API_ZONX_H
+
+#include <stddef.h>
+
+/** Marks what the shared library exports, see zon.h. */
+#ifndef ZON_API
+#if defined(ZON_STATIC)
+#define ZON_API
+#else
+#define ZON_API __attribute__((visibility("default")))
+#endif
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Status and version -------------------------------------------------------------------------- */
+
+/** What a call returns. The numbers never change. */
+typedef enum zonxStatus {
+  ZONX_OK = 0,
+  ZONX_BAD_ARGUMENT = 1,  /**< null or not a handle or node of the kind that is needed; null output;
+                               malformed path */
+  ZONX_NO_MEMORY = 2,     /**< out of memory; the call has no effect */
+  ZONX_CANNOT_OPEN = 3,   /**< the file does not open; errno is the system's */
+  ZONX_CANNOT_READ = 4,   /**< the file cannot be read to its end; errno is the system's */
+  ZONX_CANNOT_WRITE = 5,  /**< the file cannot be written; errno is the system's */
+  ZONX_FAULTY = 6,        /**< the text has errors; each was reported */
+  ZONX_UNWRITABLE = 7,    /**< the tree has what the format cannot express; each was reported */
+  ZONX_CHANGED = 8,       /**< the file is not the one that was loaded */
+  ZONX_EXISTS = 9,        /**< the file exists and a new one was requested */
+  ZONX_MISSING = 10,      /**< no such section, keyword, value or place */
+  ZONX_WRONG_KIND = 11,   /**< the value is of another kind */
+  ZONX_OUT_OF_RANGE = 12, /**< the value does not fit the type */
+  ZONX_MISMATCH = 13      /**< the candidate does not conform to the template; each was reported */
+} zonxStatus;
+
+/** Returns a text for a status, such as "no such section, keyword, value or place". Valid for ever;
+ *  "unknown status" for any other number. */
+ZON_API const char* zonxStatusText(int status);
+
+/** The version of this header. The structs never change; what is added later gets new functions. */
+#define ZONX_VERSION 1
+
+/** Returns ZONX_VERSION of the library. */
+ZON_API int zonxGetVersion(void);
+
+/* ---- Reports ------------------------------------------------------------------------------------- */
+
+/** How serious a report is. */
+typedef enum zonxSeverity {
+  ZONX_ERROR = 0,
+  ZONX_WARNING = 1, /**< does not change the status */
+  ZONX_NOTE = 2
+} zonxSeverity;
+
+/** A range of a text. Lines and columns count from 1, columns in bytes; 0 is unknown. */
+typedef struct zonxPlace {
+  const char* file;        /**< as it was given to the load; null: no place is known */
+  unsigned int line;       /**< of the first character */
+  unsigned int column;     /**< of the first character */
+  unsigned int endLine;    /**< behind the last character */
+  unsigned int endColumn;  /**< behind the last character */
+  size_t offset;           /**< of the first character, in bytes from the start of the text */
+  size_t length;           /**< in bytes */
+} zonxPlace;
+
+/** One finding. All texts are valid during the call of the reporter only. */
+typedef struct zonxReport {
+  int severity;               /**< a zonxSeverity */
+  const char* rule;           /**< a word that never changes, such as "unclosed-section" */
+  const char* message;        /**< one line, without the place */
+  const char* hint;           /**< what to do about it; empty if nothing is to be said */
+  zonxPlace place;            /**< where the mistake is */
+  zonxPlace related;          /**< e.g. the header of the unclosed section; file null: none */
+  const char* relatedMessage; /**< empty without a related place */
+  const char* sourceLine;     /**< the text of place.line without its line end; null if unknown */
+} zonxReport;
+
+/** Receives a report. `context` is what was passed with the function. */
+typedef void (*zonxReporter)(const zonxReport* report, void* context);
+
+/** Writes a report as text: "file:line:column: error: message", the source line, a line that marks
+ *  the place in it, the related place in the same form, and the hint, with newlines between them. A
+ *  line or column of 0, an empty name and a missing source line are left out; a long source line is
+ *  shortened to what is around the place.
+ *  @param buffer  receives the text, cut off if it does not fit, and a zero; may be null if size is 0
+ *  @param size    room in bytes
+ *  @return the length of the whole text without the zero, as snprintf; 0 if the report is null, or out
+ *      of memory: then the text is empty */
+ZON_API size_t zonxFormatReport(const zonxReport* report, char* buffer, size_t size);
+
+/** Passes a report of the host's own about a node to a reporter, with the place of the node, so that
+ *  it has the form of the library's.
+ *  @param node      a node or a file handle
+ *  @param severity  a zonxSeverity
+ *  @param rule      null counts as empty, also for message and hint
+ *  @return ZONX_OK, also if the node has no place: then the report has the name of the file alone;
+ *      ZONX_BAD_ARGUMENT: no node, no such severity, or a null reporter; ZONX_NO_MEMORY */
+ZON_API int zonxReportNode(void* node, int severity, const char* rule, const char* message,
+                           const char* hint, zonxReporter reporter, void* context);
+
+/** Reports why a getter or setter returned `status` for a path. The report is placed at the deepest
+ *  node of the path that exists, and names the nearest name if one is missing.
+ *  @param fileOrNode  where the path begins
+ *  @return ZONX_OK: reported, or the status is ZONX_OK; ZONX_BAD_ARGUMENT: no file or node, null path
+ *      or reporter, no status; ZONX_NO_MEMORY. A malformed path is reported too. */
+ZON_API int zonxReportPath(void* fileOrNode, const char* path, int status, zonxReporter reporter,
+                           void* context);
+
+/* ---- Loading ------------------------------------------------------------------------------------- */
+
+/** Loads a parameter file, or checks it. Accepts exactly what zonLoadFile accepts. Every error is
+ *  reported, not only the first, and warnings, which do not change the status. After 100 errors a note
+ *  says that reporting stops; after 100 warnings no more are reported.
+ *  @param fileName  null is the empty name
+ *  @param handle    receives what zonLoadFile would return, to be closed by zonClose: null, also for
+ *      ZONX_FAULTY a handle without a tree or with the sections before the error. It is always set.
+ *      Null: the text is only checked, which needs no memory for a tree.
+ *  @return ZONX_OK; ZONX_FAULTY; ZONX_CANNOT_OPEN and ZONX_CANNOT_READ with errno; ZONX_NO_MEMORY */
+ZON_API int zonxLoadFile(const char* fileName, void** handle, zonxReporter reporter, void* context);
+
+/** The same for a text in memory.
+ *  @param text      is copied; may hold zero bytes. Null is allowed if `size` is 0.
+ *  @param size      in bytes
+ *  @param fileName  names the text in reports; its file names are resolved against it. Null is the
+ *      empty name.
+ *  @return as zonxLoadFile, and ZONX_BAD_ARGUMENT for a null text with a size */
+ZON_API int zonxLoadText(const char* text, size_t size, const char* fileName, void** handle,
+                         zonxReporter reporter, void* context);
+
+/** Sets functions that receive what is sent to the hooks of zon.h as well, for hosts that load the
+ *  library at run time and cannot define the hooks. Texts of reports have their words filled in, and
+ *  all texts are valid during the call only. The setting is process-wide and may be changed only while
+ *  no other call of the library runs. The functions may be called from several threads at once.
+ *  @param message  receives what MessageHook receives; null: none
+ *  @param report   receives what ReportHook receives; null: none */
+ZON_API void zonxSetHooks(void (*message)(const char* text, void* context),
+                          void (*report)(const char* text, int severity, void* context),
+                          void* context);
+
+/* ---- Finding and reading ------------------------------------------------------------------------- */
+
+/** The kinds of nodes. */
+typedef enum zonxKind {
+  ZONX_FILE = 1,       /**< the root of a file */
+  ZONX_SECTION = 2,
+  ZONX_KEYWORD = 3,
+  ZONX_DEFINITION = 4, /**< "default (x) = ..." */
+  ZONX_INTEGER = 6,
+  ZONX_REAL = 7,
+  ZONX_BOOLEAN = 8,
+  ZONX_STRING = 9,
+  ZONX_FILENAME = 10,
+  ZONX_PLACEHOLDER = 11,  /**< an empty place of a default definition */
+  ZONX_SUBSTITUTION = 12, /**< "%name" */
+  ZONX_DATETIME = 13,
+  ZONX_UNKNOWN = 14, /**< a remark alone */
+  ZONX_EMPTY = 15,   /**< an empty place */
+  ZONX_CLOB = 16
+} zonxKind;
+
+/** Returns the zonxKind of a node; a file handle is ZONX_FILE; 0 for anything else. */
+ZON_API int zonxGetKind(void* node);
+
+/** Finds a node by its path.
+ *  @param node  receives a section, a keyword or, for a path with "[n]", a value
+ *  @return ZONX_OK, ZONX_MISSING, ZONX_BAD_ARGUMENT, ZONX_NO_MEMORY */
+ZON_API int zonxFind(void* fileOrNode, const char* path, void** node);
+
+/** Returns the place of a section (its header from "[" to "]"), of a keyword (its name) or of a value
+ *  (with its sign, quotes or bars), in the text that was loaded. An empty place has length 0. Places
+ *  stay right after any edit of other nodes.
+ *  @param place  the name in it is valid until the file is closed
+ *  @return ZONX_OK; ZONX_MISSING for a node that was not loaded or whose own text has changed;
+ *      ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY */
+ZON_API int zonxWhere(void* node, zonxPlace* place);
+
+/** Returns the remark of a section, keyword or value, without its braces.
+ *  @param out  valid until the next call of this function in this thread
+ *  @return ZONX_OK, ZONX_MISSING if there is none, ZONX_BAD_ARGUMENT, ZONX_NO_MEMORY */
+ZON_API int zonxGetRemark(void* node, const char** out);
+
+/** @name The first value of a keyword, or the one that "[n]" selects
+ *  An integer can be read as a real; nothing else is converted. A default placeholder is read as its
+ *  default value. Integers are exact to 64 bits, and an integer read as a real is rounded to nearest.
+ *  zonxGetText returns any value as it is written in a file, with quotes, bars and marks; zonxGetFilename
+ *  returns the resolved path.
+ *  @return ZONX_OK; ZONX_MISSING: no such value, an empty place, a remark alone, or a placeholder
+ *      without default; ZONX_WRONG_KIND; ZONX_OUT_OF_RANGE: a number beyond the type, or infinite;
+ *      ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY. The texts of zonxGetString are valid until the value changes,
+ *      those of zonxGetFilename and zonxGetText until the next call of the same function in this thread.
+ *  @{ */
+ZON_API int zonxGetInt(void* fileOrNode, const char* path, int* out);
+ZON_API int zonxGetInt64(void* fileOrNode, const char* path, long long* out);
+ZON_API int zonxGetDouble(void* fileOrNode, const char* path, double* out);
+ZON_API int zonxGetBool(void* fileOrNode, const char* path, int* out); /**< 0 or 1 */
+ZON_API int zonxGetString(void* fileOrNode, const char* path, const char** out);
+ZON_API int zonxGetFilename(void* fileOrNode, const char* path, const char** out);
+ZON_API int zonxGetText(void* fileOrNode, const char* path, const char** out);
+/** @} */
+
+/** @name All values of a keyword
+ *  The path ends at a keyword. At most `room` values are stored, and *count receives how many there
+ *  are, also if that is more than `room`. If a value cannot be read, *count receives its number, from
+ *  1, and `out` may hold those before it. `out` may be null if `room` is 0. The functions for numbers
+ *  make no nodes for values that were not asked for before. Texts of zonxGetStrings are valid until the
+ *  value changes.
+ *  @return as for one value
+ *  @{ */
+ZON_API int zonxGetInts(void* fileOrNode, const char* path, int* out, size_t room, size_t* count);
+ZON_API int zonxGetInt64s(void* fileOrNode, const char* path, long long* out, size_t room,
+                          size_t* count);
+ZON_API int zonxGetDoubles(void* fileOrNode, const char* path, double* out, size_t room,
+                           size_t* count);
+ZON_API int zonxGetBools(void* fileOrNode, const char* path, int* out, size_t room, size_t* count);
+ZON_API int zonxGetStrings(void* fileOrNode, const char* path, const char** out, size_t room,
+                           size_t* count);
+/** @} */
+
+/* ---- Keywords that nobody read ------------------------------------------------------------------- */
+
+/** Starts or stops watching a file. While a file is watched, every value or list that a getter of
+ *  either interface returns counts as read; finding, places, kinds and exploring do not. Starting
+ *  forgets what was read before. Watching costs nothing while it is off.
+ *  @param on  not 0: start
+ *  @return ZONX_OK, ZONX_MISSING for a handle without a tree, ZONX_BAD_ARGUMENT, ZONX_NO_MEMORY */
+ZON_API int zonxWatch(void* handle, int on);
+
+/** Reports, as warnings, each keyword of which no value was read since watching started, with its place
+ *  and the nearest name that was requested but not found.
+ *  @param count  receives how many they are; may be null
+ *  @return ZONX_OK, also if there are some; ZONX_MISSING if the file is not watched or has no tree;
+ *      ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY */
+ZON_API int zonxReportUnread(void* handle, zonxReporter reporter, void* context, size_t* count);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
