@@ -15,6 +15,7 @@
 class CzonTargetList;
 
 namespace zon {
+struct Watch;
 struct HandleAccess;
 }  // namespace zon
 
@@ -83,6 +84,7 @@ class ZON_API CzonData : public CzonBase {
   std::unique_ptr<zon::Arena> ownArena_;  // null for a loaded file
   zon::Arena* arena_ = nullptr;           // of the tree: of this handle or of the parser
   CzonTargetList* root_ = nullptr;        // deleted with the handle
+  std::unique_ptr<zon::Watch> watch_;     // null while the file is not watched
   CzonSection* section_ = nullptr;
   CzonKeyword* keyword_ = nullptr;
   CzonClob* clob_ = nullptr;

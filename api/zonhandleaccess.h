@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "api/zonfilehandle.h"
+#include "api/zonwatch.h"
 
 namespace zon {
 
@@ -15,6 +16,12 @@ struct HandleAccess {
 
   // Whether a value can be added. Otherwise records a refusal, as AddParam does.
   static bool HasKeyword(CzonData& data) { return data.HasKeyword(); }
+
+  // What is kept while the file is watched; null while it is not.
+  static Watch* GetWatch(const CzonData& data) { return data.watch_.get(); }
+  static void SetWatch(CzonData& data, std::unique_ptr<Watch> watch) {
+    data.watch_ = std::move(watch);
+  }
 
   // Hands over the parser after it read the file.
   static void SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser) {

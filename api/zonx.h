@@ -107,13 +107,13 @@ typedef enum zonxSeverity {
 
 /** A range of a text. Lines and columns count from 1, columns in bytes; 0 is unknown. */
 typedef struct zonxPlace {
-  const char* file;        /**< as it was given to the load; null: no place is known */
-  unsigned int line;       /**< of the first character */
-  unsigned int column;     /**< of the first character */
-  unsigned int endLine;    /**< behind the last character */
-  unsigned int endColumn;  /**< behind the last character */
-  size_t offset;           /**< of the first character, in bytes from the start of the text */
-  size_t length;           /**< in bytes */
+  const char* file;       /**< as it was given to the load; null: no place is known */
+  unsigned int line;      /**< of the first character */
+  unsigned int column;    /**< of the first character */
+  unsigned int endLine;   /**< behind the last character */
+  unsigned int endColumn; /**< behind the last character */
+  size_t offset;          /**< of the first character, in bytes from the start of the text */
+  size_t length;          /**< in bytes */
 } zonxPlace;
 
 /** One finding. All texts are valid during the call of the reporter only. */
@@ -194,7 +194,7 @@ ZON_API void zonxSetHooks(void (*message)(const char* text, void* context),
 
 /** The kinds of nodes. */
 typedef enum zonxKind {
-  ZONX_FILE = 1,       /**< the root of a file */
+  ZONX_FILE = 1, /**< the root of a file */
   ZONX_SECTION = 2,
   ZONX_KEYWORD = 3,
   ZONX_DEFINITION = 4, /**< "default (x) = ..." */

@@ -104,6 +104,15 @@ void FileText::Trim() {
   size_ = kept;
 }
 
+const LineIndex& FileText::Lines() {
+  if (lines_ == nullptr) {
+    lines_ = std::make_unique<LineIndex>(
+        begin_ != nullptr ? std::string_view(begin_, static_cast<std::size_t>(end_ - begin_))
+                          : std::string_view(""));
+  }
+  return *lines_;
+}
+
 void FileText::Release() {
   if (memory_ == nullptr) return;
   if (isMapped_) {
@@ -112,6 +121,7 @@ void FileText::Release() {
     ReleaseChunk(memory_, size_);
   }
   memory_ = begin_ = end_ = nullptr;
+  lines_ = nullptr;
 }
 
 }  // namespace zon

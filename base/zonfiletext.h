@@ -12,9 +12,11 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
 #include "base/zonfile.h"
+#include "base/zonlines.h"
 
 namespace zon {
 
@@ -45,6 +47,10 @@ class FileText {
   // The errno of the Open or the read that failed; 0 if none did.
   int Error() const { return isTooLong_ ? EFBIG : file_.Error(); }
 
+  // The lines of what has been read, made at the first call after which nothing more may be read.
+  // Throws std::bad_alloc.
+  const LineIndex& Lines();
+
   void Close() { file_.Close(); }  // there is nothing more to read
   void Release();                  // frees the memory
 
@@ -61,6 +67,7 @@ class FileText {
   bool isTooLong_ = false;  // the file has grown beyond the memory
   char* begin_ = nullptr;
   char* end_ = nullptr;
+  std::unique_ptr<LineIndex> lines_;
 };
 
 }  // namespace zon

@@ -88,6 +88,9 @@ class TextSource {
     } while (stream_.next_ == stream_.end_ && stream_.Fill());
   }
 
+  // The text of a stream.
+  static FileText& TextOf(const CyyStream& stream) { return *stream.text_; }
+
   // The next character, and reading on from another place, whose characters are not counted.
   const char* At() const { return stream_.next_; }
   void MoveTo(const char* at) {

@@ -215,7 +215,8 @@ SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
     case kKeywordFirstEmpty:
     case kKeywordNextEmpty:
       Downcast<CzonKeyword>(right[0].node)
-          ->AddParam(Downcast<CzonParam>(NewEmpty<CzonUndefinedPar>(right[1].chars + right[1].size)));
+          ->AddParam(
+              Downcast<CzonParam>(NewEmpty<CzonUndefinedPar>(right[1].chars + right[1].size)));
       return right[0];
     case kDefaultFirstEmpty:
     case kDefaultNextEmpty:

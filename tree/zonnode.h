@@ -172,6 +172,7 @@ class ZON_API CzonNode : public CzonBase {
     kHasDouble = 128,  ///< of numbers: the views that are set
     kHasInt = 256,
     kDeferred = 512,      ///< of keywords: the values are not made yet
+    kRead = 2048,         // of keywords: a value was read while a file was watched
     kLostNumbers = 1024,  ///< of keywords: a Copy has reset the number of a value
   };
 

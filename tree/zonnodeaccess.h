@@ -18,6 +18,7 @@
 
 #include "base/zonarena.h"
 #include "base/zonnumber.h"
+#include "tree/zondeferredvalues.h"
 #include "tree/zonnamno_inline.h"
 #include "tree/zonnodetext.h"
 
@@ -58,6 +59,10 @@ struct NodeAccess {
   // The instance number.
   static std::int32_t GetNumber(const CzonNode& node) { return node.instance_; }
   static void SetNumber(CzonNode& node, std::int32_t number) { node.instance_ = number; }
+
+  // Whether a value of the keyword was read, see api/zonwatch.h.
+  static bool WasRead(const CzonNode& keyword) { return keyword.Has(CzonNode::kRead); }
+  static void SetRead(CzonNode& keyword, bool on) { keyword.Set(CzonNode::kRead, on); }
 
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
   static std::string_view GetNameView(const CzonNamedNode& node) { return node.GetNameView(); }
@@ -107,6 +112,15 @@ struct NodeAccess {
   static std::string_view GetTextView(const Value& value) {
     return View(value.text_);
   }
+  // Where the text of a file has the characters of a name or value; see FindOrigin.
+  static const char* FindNameOrigin(const CzonNamedNode& node, std::string_view file) {
+    return FindOrigin(node.name_, file.data(), file.data() + file.size());
+  }
+  template <class Value>
+  static const char* FindTextOrigin(const Value& value, std::string_view file, std::size_t lead) {
+    return FindOrigin(value.text_, file.data(), file.data() + file.size(), lead);
+  }
+
   template <class Value>
   static void SetText(Value& value, std::string_view text, Arena* arena) {
     value.SetText(text, arena);
@@ -170,6 +184,11 @@ struct NodeAccess {
   // keyword and numbers them.
   static void DeferValues(CzonNamedNode& keyword, const DeferredValues& values) {
     keyword.DeferValues(values);
+  }
+  // The text of values that are not parsed yet; empty if they are.
+  static std::string_view DeferredText(const CzonNamedNode& keyword) {
+    return keyword.Has(CzonNode::kDeferred) ? TextOf(keyword.children_.deferred)
+                                            : std::string_view();
   }
   static void AppendNew(CzonNamedNode& keyword, CzonNode* const* values, std::uint32_t count) {
     keyword.AppendNew(values, count);

@@ -17,9 +17,8 @@ std::string& StringToChange(Text& text) {
 }
 
 void SetToString(Text& text, std::string_view value, const char* origin, Arena* arena) {
-  const std::string* const made = arena != nullptr
-                                      ? arena->KeepString(std::string(value), origin)
-                                      : new std::string(value);
+  const std::string* const made =
+      arena != nullptr ? arena->KeepString(std::string(value), origin) : new std::string(value);
   text.where = made;
   text.size = arena != nullptr ? kKeptString : kOwnString;
 }
@@ -57,9 +56,10 @@ void Append(Text& text, std::string_view addition, Arena* arena) {
 // A string was made of characters, and characters outside the file are a copy.
 const char* FindOrigin(const Text& text, const char* begin, const char* end, std::size_t lead) {
   if (text.size == kOwnString) return nullptr;
-  const char* at = text.size == kKeptString
-                       ? static_cast<const KeptString*>(static_cast<const std::string*>(text.where))->origin
-                       : static_cast<const char*>(text.where);
+  const char* at =
+      text.size == kKeptString
+          ? static_cast<const KeptString*>(static_cast<const std::string*>(text.where))->origin
+          : static_cast<const char*>(text.where);
   const bool hasCharacters = !View(text).empty();
   while (at != nullptr) {
     const char* const start = at - lead;

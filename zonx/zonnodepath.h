@@ -1,0 +1,62 @@
+// Paths of nodes: "Quay:2/Berth/Draught[3]".
+// Tested by tests/zonx_test.cpp.
+#ifndef ZON_ZONX_ZONNODEPATH_H
+#define ZON_ZONX_ZONNODEPATH_H
+
+#include <cstdint>
+#include <string_view>
+
+class CzonBase;
+class CzonNode;
+
+namespace zon {
+
+// One name of a path. A number that is too large for an instance is the largest one, which no list
+// reaches.
+struct PathStep {
+  std::string_view name;  // empty for "()"
+  unsigned int instance = 1;
+  bool isSection = false;  // "/" follows
+  bool hasInstance = false;
+};
+
+// Walks along a path.
+class PathReader {
+ public:
+  explicit PathReader(std::string_view path) : rest_(path) {}
+
+  // Reads the next name. False at the end, before "[n]", and if the path is malformed.
+  bool ReadStep(PathStep* step);
+
+  // Reads the "[n]" at the end; 0 if there is none.
+  unsigned int ReadValueNumber();
+
+  bool IsAtEnd() const { return rest_.empty() && !isMalformed_; }
+  bool IsMalformed() const { return isMalformed_; }
+
+ private:
+  unsigned int ReadNumber(char after);
+  bool Fail();
+
+  std::string_view rest_;
+  bool isMalformed_ = false;
+};
+
+struct FoundNode {
+  int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT
+  CzonNode* node;            // what was found: a root, section, keyword or value
+  CzonNode* deepest;         // the last node of the path that exists; null for none
+  PathStep missing;          // the name that was not found; of an instance, its name exists
+  unsigned int valueNumber;  // of "[n]", 0 for none
+};
+
+// Follows a path from a file handle or node. Null, and an object that is neither, are
+// ZONX_BAD_ARGUMENT. May throw std::bad_alloc.
+FoundNode FindNode(void* fileOrNode, const char* path);
+
+// The n-th value of a keyword or default definition as it is in the tree; null if there is none.
+CzonNode* ValueOf(const CzonNode& keyword, unsigned int n);
+
+}  // namespace zon
+
+#endif

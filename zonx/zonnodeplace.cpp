@@ -1,0 +1,158 @@
+#include "zonx/zonnodeplace.h"
+
+#include <string_view>
+#include <typeinfo>
+
+#include "api/zonfilehandle.h"
+#include "base/zonlexeme.h"
+#include "base/zonnumberscan.h"
+#include "reader/zonsource.h"
+#include "tree/zonclob.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonsection.h"
+#include "zonx/zonkind.h"
+
+namespace zon {
+namespace {
+
+// Skips white space and comments, which can be between any two tokens.
+const char* SkipGaps(const char* at, const char* end) {
+  for (;;) {
+    at = SkipSpace(at, end);
+    if (end - at >= 1 && (*at == ';' || (end - at >= 2 && at[0] == '/' && at[1] == '/'))) {
+      const char* const newline = FindChar('\n', at, end);
+      at = newline != nullptr ? newline : end;
+    } else if (end - at >= 2 && at[0] == '/' && at[1] == '*') {
+      int depth = 1;
+      for (at += 2; depth > 0 && end - at >= 2;) {
+        if (at[0] == '/' && at[1] == '*') {
+          ++depth;
+          at += 2;
+        } else if (at[0] == '*' && at[1] == '/') {
+          --depth;
+          at += 2;
+        } else {
+          ++at;
+        }
+      }
+      if (depth > 0) return end;
+    } else {
+      return at;
+    }
+  }
+}
+
+// Back over white space to a mark that precedes the text.
+const char* BackTo(char mark, const char* at) {
+  if (*at == mark) return at;
+  while (IsClass(at[-1], kSpace)) --at;
+  return at[-1] == mark ? at - 1 : at;
+}
+
+class PlaceFinder {
+ public:
+  explicit PlaceFinder(const FileText& text) : end_(text.End()) {}
+
+  // `[name]` or `[name()]`.
+  Span Header(const char* name) const {
+    const char* const begin = BackTo('[', name);
+    const char* at = SkipGaps(*begin == '[' ? begin + 1 : begin, end_);
+    at = SkipGaps(SkipWord(at, end_), end_);
+    if (At(at, '(')) at = SkipGaps(at + 1, end_);
+    if (At(at, ')')) at = SkipGaps(at + 1, end_);
+    return {begin, At(at, ']') ? at + 1 : at};
+  }
+
+  // A name, or the "()" of a keyword without one.
+  Span Name(const char* at) const {
+    if (!At(at, '(')) return {at, SkipWord(at, end_)};
+    const char* const closer = SkipGaps(at + 1, end_);
+    return {at, At(closer, ')') ? closer + 1 : closer};
+  }
+
+  Span Value(int kind, const char* at) const {
+    switch (kind) {
+      case ZONX_STRING:
+      case ZONX_CLOB:
+        return Delimited(at, Closing('\'', at));
+      case ZONX_FILENAME:
+        return Delimited(at, FindChar('|', at, end_));
+      case ZONX_DATETIME:
+        return Delimited(at, FindChar('#', at, end_));
+      case ZONX_SUBSTITUTION: {
+        const char* const begin = BackTo('%', at);
+        return {begin, SkipWord(SkipGaps(*begin == '%' ? begin + 1 : begin, end_), end_)};
+      }
+      case ZONX_INTEGER:
+      case ZONX_REAL: {
+        const bool hasSign = At(at, '-') || At(at, '+');
+        bool isWhole = false;
+        const char* const digits = hasSign ? SkipGaps(at + 1, end_) : at;
+        const char* const end = SkipNumber(digits, end_, &isWhole);
+        return {at, end != nullptr ? end : digits};
+      }
+      case ZONX_BOOLEAN:
+        return {at, SkipWord(at, end_)};
+      default:
+        return {at, at};
+    }
+  }
+
+ private:
+  bool At(const char* at, char c) const { return at < end_ && *at == c; }
+
+  // The single quote that ends a text; also one that is the last character of the file.
+  const char* Closing(char quote, const char* at) const {
+    const char* const closing = FindClosing(quote, at, end_);
+    return closing != nullptr ? closing : end_ - 1;
+  }
+
+  // `content` follows the opening delimiter.
+  Span Delimited(const char* content, const char* closer) const {
+    return {content - 1, closer != nullptr ? closer + 1 : end_};
+  }
+
+  const char* end_;
+};
+
+}  // namespace
+
+NodeFile FileOf(const CzonData& data) {
+  NodeFile file;
+  if (data.GetRoot() != nullptr) file.name = data.GetRoot()->GetOwnFilename().c_str();
+  const auto* load = dynamic_cast<const CzonLoad*>(&data);
+  if (load == nullptr || load->GetParser() == nullptr) return file;
+  const CyyInput& input = load->GetParser()->GetInput();
+  if (typeid(input) != typeid(CyyStream)) return file;
+  FileText& text = TextSource::TextOf(static_cast<const CyyStream&>(input));
+  if (text.Begin() != nullptr) file.text = &text;
+  return file;
+}
+
+NodeFile FileOf(const CzonNode& node) {
+  const auto* root = dynamic_cast<const CzonTargetList*>(node.GetTopNode());
+  if (root == nullptr) return {};
+  const auto* data = dynamic_cast<const CzonData*>(root->GetHandle());
+  if (data != nullptr) return FileOf(*data);
+  return {nullptr, root->GetOwnFilename().c_str()};
+}
+
+Span PlaceOf(const CzonNode& node, const FileText& text) {
+  constexpr std::size_t kClobLead = 6;  // "<CLOB:"
+  const std::string_view file(text.Begin(), static_cast<std::size_t>(text.End() - text.Begin()));
+  const PlaceFinder finder(text);
+  if (NodeAccess::IsNamed(node)) {
+    const char* const name =
+        NodeAccess::FindNameOrigin(static_cast<const CzonNamedNode&>(node), file);
+    if (name == nullptr || KindOf(node) == ZONX_FILE) return {};
+    return NodeAccess::IsSection(node) ? finder.Header(name) : finder.Name(name);
+  }
+  const auto* value = dynamic_cast<const CzonParam*>(&node);
+  if (value == nullptr) return {};
+  const int kind = KindOf(node);
+  const char* const origin =
+      NodeAccess::FindTextOrigin(*value, file, kind == ZONX_CLOB ? kClobLead : 0);
+  return origin != nullptr ? finder.Value(kind, origin) : Span{};
+}
+
+}  // namespace zon

@@ -1,0 +1,93 @@
+#include "zonx/zonreporter.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "base/zoncancel.h"
+#include "base/zonsilence.h"
+
+namespace zon {
+namespace {
+
+// A zero-terminated copy of a line.
+std::string CopyOfLine(std::string_view line) {
+  std::string copy(line);
+  std::replace(copy.begin(), copy.end(), '\0', ' ');
+  return copy;
+}
+
+zonxReport ReportOf(const Finding& finding) {
+  zonxReport report{};
+  report.severity = static_cast<int>(finding.severity);
+  report.rule = finding.rule;
+  report.message = finding.message.c_str();
+  report.hint = finding.hint.c_str();
+  report.relatedMessage = "";
+  return report;
+}
+
+}  // namespace
+
+zonxPlace MakePlace(FileText& text, const char* file, Span span) {
+  const LineColumn begin = text.Lines().Locate(span.begin);
+  const LineColumn end = text.Lines().Locate(span.end);
+  zonxPlace place{};
+  place.file = file;
+  place.line = begin.line;
+  place.column = begin.column;
+  place.endLine = end.line;
+  place.endColumn = end.column;
+  place.offset = static_cast<std::size_t>(span.begin - text.Begin());
+  place.length = span.Size();
+  return place;
+}
+
+void Reporter::Report(FileText* text, const Finding& finding, const FirstError* first) {
+  if (!IsOn()) return;
+  zonxReport report = ReportOf(finding);
+  report.place.file = file_;
+  std::string line;
+  std::string stopped;
+  if (text != nullptr && finding.place.begin != nullptr) {
+    report.place = MakePlace(*text, file_, finding.place);
+    line = CopyOfLine(text->Lines().Line(finding.place.begin));
+    report.sourceLine = line.c_str();
+  }
+  if (text != nullptr && finding.related.begin != nullptr) {
+    report.related = MakePlace(*text, file_, finding.related);
+    report.relatedMessage = finding.relatedMessage.c_str();
+  } else if (text != nullptr && first != nullptr && first->at != nullptr &&
+             (first->line != report.place.line || first->position != report.place.column)) {
+    report.related = MakePlace(*text, file_, {first->at, first->at});
+    report.related.line = report.related.endLine = first->line;
+    report.related.column = report.related.endColumn = first->position;
+    stopped = "the loader stops here: " + first->message;
+    report.relatedMessage = stopped.c_str();
+  }
+  Pass(report);
+}
+
+void Reporter::ReportFile(const char* rule, const char* message, int systemError) {
+  if (!IsOn()) return;
+  char room[256];
+  Finding finding;
+  finding.rule = rule;
+  finding.message = std::string(message) + ": " + strerror_r(systemError, room, sizeof room);
+  Report(nullptr, finding);
+}
+
+void Reporter::Pass(const zonxReport& report) {
+  if (!IsOn()) return;
+  const int before = errno;
+  try {
+    const Silence off(false);
+    function_(&report, context_);
+  } catch (...) {
+    if (IsCancellation()) throw;
+  }
+  errno = before;
+}
+
+}  // namespace zon

@@ -1,0 +1,98 @@
+// Exported functions: keywords that nobody read. Tested by tests/zonx_test.cpp.
+#include <memory>
+#include <string>
+
+#include "api/zonhandleaccess.h"
+#include "api/zonhandlecheck.h"
+#include "api/zonwatch.h"
+#include "api/zonx.h"
+#include "base/zonnearest.h"
+#include "tree/zonnodeaccess.h"
+#include "zonx/zonnodeplace.h"
+#include "zonx/zonreporter.h"
+#include "zonx/zonstatus.h"
+
+namespace zon {
+namespace {
+
+// Calls `visit` for each keyword of a tree, in the order of the file. Without recursion: trees can be
+// deep.
+template <class F>
+void VisitKeywords(const CzonNamedNode& root, F&& visit) {
+  struct Visit {
+    const CzonNamedNode* section;
+    std::uint32_t next;
+  };
+  std::vector<Visit> open{{&root, 0}};
+  while (!open.empty()) {
+    const NodeSpan children = NodeAccess::Children(*open.back().section);
+    if (open.back().next == children.Size()) {
+      open.pop_back();
+      continue;
+    }
+    CzonNode* child = children[open.back().next++];
+    if (NodeAccess::IsSection(*child)) {
+      open.push_back({static_cast<const CzonNamedNode*>(child), 0});
+    } else if (NodeAccess::IsKeyword(*child) && !child->IsDefaultDef()) {
+      visit(static_cast<CzonNamedNode&>(*child));
+    }
+  }
+}
+
+void ReportUnread(const CzonNamedNode& keyword, const Watch& watch, const NodeFile& file,
+                  Reporter& reporter) {
+  const std::string_view name = NodeAccess::GetNameView(keyword);
+  NearestName nearest(name);
+  for (const std::string& missing : watch.missing) nearest.Offer(missing);
+  Finding finding;
+  finding.severity = Severity::kWarning;
+  finding.rule = "unread-keyword";
+  finding.message = "the keyword `" + std::string(name) + "` was not read";
+  if (!nearest.Name().empty()) {
+    finding.hint = "the program asked for " + std::string(nearest.Name());
+  }
+  if (file.text != nullptr) finding.place = PlaceOf(keyword, *file.text);
+  reporter.Report(file.text, finding);
+}
+
+}  // namespace
+}  // namespace zon
+
+extern "C" {
+
+int zonxWatch(void* handle, int on) {
+  return zon::WithStatus([&]() -> int {
+    auto* data = zon::CastHandle<CzonData>(handle);
+    if (data == nullptr) return ZONX_BAD_ARGUMENT;
+    if (data->GetRoot() == nullptr) return ZONX_MISSING;
+    if (on == 0) {
+      zon::HandleAccess::SetWatch(*data, nullptr);
+      return ZONX_OK;
+    }
+    zon::HandleAccess::SetWatch(*data, std::make_unique<zon::Watch>());
+    zon::VisitKeywords(*data->GetRoot(),
+                       [](CzonNamedNode& keyword) { zon::NodeAccess::SetRead(keyword, false); });
+    return ZONX_OK;
+  });
+}
+
+int zonxReportUnread(void* handle, zonxReporter function, void* context, size_t* count) {
+  return zon::WithStatus([&]() -> int {
+    auto* data = zon::CastHandle<CzonData>(handle);
+    if (data == nullptr) return ZONX_BAD_ARGUMENT;
+    const zon::Watch* watch = zon::HandleAccess::GetWatch(*data);
+    if (data->GetRoot() == nullptr || watch == nullptr) return ZONX_MISSING;
+    const zon::NodeFile file = zon::FileOf(*data);
+    zon::Reporter reporter(function, context, file.name);
+    size_t unread = 0;
+    zon::VisitKeywords(*data->GetRoot(), [&](const CzonNamedNode& keyword) {
+      if (zon::NodeAccess::WasRead(keyword)) return;
+      ++unread;
+      if (reporter.IsOn()) zon::ReportUnread(keyword, *watch, file, reporter);
+    });
+    if (count != nullptr) *count = unread;
+    return ZONX_OK;
+  });
+}
+
+}  // extern "C"
