@@ -24,6 +24,7 @@ using zon::Update;
 
 namespace {
 
+// As Query, for the parser of a loaded file; 0 if nothing was read.
 template <class F>
 unsigned int QueryParser(void* handle, F&& question) {
   return Query<CzonLoad>(handle, 0U, [&](CzonLoad& load) {
@@ -41,7 +42,7 @@ bool Write(void* handle, const char* fileName) {
 extern "C" {
 
 void* zonLoadFile(const char* fileName, int quiet) {
-  zonGetErrorGlb();
+  zonGetErrorGlb();  // clears the pending code
   return zon::Guarded<void*>(zon::kErrFileInit, nullptr, [&]() -> void* {
     // Allocated first: once the file was read, its errors must reach the host.
     auto load = std::make_unique<CzonLoad>(nullptr);

@@ -60,6 +60,7 @@ void AddUndefinedPar(CzonData& data) {
   AddNewParam<CzonUndefinedPar>(data, [](CzonUndefinedPar&, zon::Arena*) {});
 }
 
+// The references without memory of their own.
 template <class Reference, class Variable>
 void AddReference(CzonData& data, Variable* variable) {
   if (!zon::HandleAccess::HasKeyword(data)) return;
@@ -78,6 +79,7 @@ void AddBoolRef(CzonData& data, int* variable) {
   AddReference<CzonBoolRef>(data, variable);
 }
 
+// Not made in the arena: the reference owns memory, so it would need its destructor there too.
 void AddStringRef(CzonData& data, char* variable) {
   if (!zon::HandleAccess::HasKeyword(data)) return;
   std::unique_ptr<CzonParam> reference(CzonStringRef::OfBuffer(variable));
@@ -105,7 +107,7 @@ void AddDefinition(CzonCreate& data) {
 extern "C" {
 
 void* zonCreate(void) {
-  zonGetErrorGlb();
+  zonGetErrorGlb();  // clears the pending code
   return zon::Guarded<void*>(zon::kErrFileInit, nullptr,
                              [] { return static_cast<CzonBase*>(new CzonCreate); });
 }

@@ -24,6 +24,7 @@ void AddClob(CzonData& data) {
     data.AddParam(zon::NodeAccess::Make<CzonClob>(zon::HandleAccess::GetArena(data)));
 }
 
+// Adds an item to the current CLOB; without one the call is refused.
 template <class F>
 void AddItem(CzonData& data, F&& add) {
   CzonClob* clob = data.GetCurrentClob();
@@ -37,6 +38,7 @@ void AddBool(CzonData& data, int value) {
 void AddInt(CzonData& data, int value) {
   AddItem(data, [&](CzonClob& clob) { clob.AddInt(value); });
 }
+// An infinity and a NaN have no form that the reader of CLOBs accepts.
 void AddFloat(CzonData& data, float value) {
   AddItem(data, [&](CzonClob& clob) {
     if (!std::isfinite(value)) return data.Error("Invalid CLOB value");

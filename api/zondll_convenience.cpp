@@ -74,6 +74,7 @@ int zonPutListParam(void* handle, const char* keyword, const char* format, ...) 
         zonAddInt(handle, va_arg(values, int));
         break;
       case 'f':
+        // A float is passed as a double to a function with an ellipsis.
         zonAddFloat(handle, static_cast<float>(va_arg(values, double)));
         break;
       case 'd':

@@ -1,4 +1,13 @@
-// Exported functions: result folders and result files. Tested by tests/results_test.cpp.
+// Exported functions: result folders and result files.
+//
+// The result folder of a node is that of the first rule that applies:
+//   1. the custom folder, if its use flag is set and its name is not empty
+//   2. the folder by the result root of the file
+//   3. none, if the text of the node is an absolute path
+//   4. the folder by the name of the parameter file and the working directory
+//
+// A function with a 2 at its end copies to a buffer of a stated size. Its older form copies without a
+// limit. Tested by tests/results_test.cpp.
 #include <algorithm>
 #include <cstring>
 #include <string>

@@ -107,6 +107,7 @@ void CzonData::EndSection() {
 
 void CzonData::UpdateCurrentNode(CzonNode* node) {
   if (node == nullptr) return;
+  // Is the node the current section, or a section around it?
   const CzonNode* open = section_;
   while (open != nullptr && open != node) open = open->GetOwner();
   if (open != nullptr) LeaveSection(*node);
@@ -136,6 +137,7 @@ void CzonData::OpenSection(CzonSection* section) {
   clob_ = nullptr;
 }
 
+// Every owner of a section is a section, except the root.
 void CzonData::LeaveSection(const CzonNode& section) {
   CzonNamedNode* owner = section.GetOwner();
   OpenSection(owner != root_ ? static_cast<CzonSection*>(owner) : nullptr);
@@ -198,6 +200,7 @@ void CzonCreate::AddKeywordDef(const std::string& name, const std::string& codes
   }
   GetCurrentSection()->AddKeyword(keyword);  // last: throws if out of memory
   OpenKeyword(keyword);
+  // After the keyword was added: a hook that receives the report finds it in the tree.
   for (const char code : invalid) {
     Error(std::string("Invalid parameter definition code: '") + code + "'");
   }

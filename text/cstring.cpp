@@ -135,6 +135,7 @@ CString& CString::operator=(const CString& other) {
   return *this;
 }
 
+// By way of another object, so that a move to itself keeps the text.
 CString& CString::operator=(CString&& other) noexcept {
   CString source(std::move(other));
   text_.swap(source.text_);
@@ -158,7 +159,7 @@ char CString::GetAt(int index) const {
 }
 
 int CString::Compare(Text other) const {
-  const int order = View().compare(other.view);
+  const int order = View().compare(other.view);  // of any size: only the sign counts
   return (order > 0) - (order < 0);
 }
 
@@ -302,6 +303,7 @@ int CString::Replace(Text oldPart, Text newPart) {
     result.append(text, from, at - from).append(newPart.view);
     from = at + old.size();
   }
+  // Assigned at the end: oldPart and newPart may be parts of this text.
   if (replaced) *this = Part(result.append(text, from));
   return Length(replaced);
 }
@@ -335,7 +337,7 @@ CString& CString::StripSpace(bool left, bool right) {
   return Shorten(Stripped(View(), left, right, isStripped));
 }
 
-// `part` is a part of the text.
+// `part` is a part of the text. The end is cut off first, because cutting the front moves the rest.
 CString& CString::Shorten(std::string_view part) {
   const auto begin = static_cast<std::size_t>(part.data() - text_.data());
   Edit().resize(begin + part.size());

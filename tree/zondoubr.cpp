@@ -2,7 +2,7 @@
 #include "tree/zonreference.h"
 
 CzonDoubleRef::CzonDoubleRef(double* variable) : variable_(variable) {
-  Init();
+  Init();  // no view is set: the value is in the variable
 }
 CzonNode* CzonDoubleRef::CreateObj() {
   return new CzonDoubleRef;

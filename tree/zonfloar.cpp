@@ -2,7 +2,7 @@
 #include "tree/zonreference.h"
 
 CzonFloatRef::CzonFloatRef(float* variable) : variable_(variable) {
-  Init();
+  Init();  // no view is set: the value is in the variable
 }
 CzonNode* CzonFloatRef::CreateObj() {
   return new CzonFloatRef;

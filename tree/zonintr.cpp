@@ -2,7 +2,7 @@
 #include "tree/zonreference.h"
 
 CzonIntRef::CzonIntRef(int* variable) : variable_(variable) {
-  Init();
+  Init();  // no view is set: the value is in the variable
 }
 CzonNode* CzonIntRef::CreateObj() {
   return new CzonIntRef;

@@ -6,7 +6,7 @@
 //   kept string  `where` points to a std::string of the arena. Made when a caller requests a
 //                std::string, or when a text in an arena changes.
 //   own string   the same in the free store, for nodes without an arena. Release frees it.
-// A text that became a string stays a string and takes every later value, so an arena does not grow
+// A text that became a string stays a string and stores every later value, so an arena does not grow
 // with the number of changes. Tested by tests/values_test.cpp, tests/edit_test.cpp and
 // tests/faults/alloc_faults_test.cpp.
 #ifndef ZON_TREE_ZONNODETEXT_H

@@ -383,6 +383,7 @@ void CzonSection::SwapOwn(CzonNamedNode& other) {
 
 const CzonNamedNode* CzonSection::FindDefinition(std::string_view name) const {
   const zon::NodeSpan children = Children();
+  // Continues where the last search ended. If AppendToQueue throws, the limit is still correct.
   for (; definitionsSeen_ < children.Size(); ++definitionsSeen_) {
     CzonNode* child = children[definitionsSeen_];
     if (!child->IsDefaultDef()) continue;

@@ -79,6 +79,7 @@ void NodeAccess::Unfile(CzonNode* child) {
   owner.ChildErased(*child, place);
 }
 
+// A value is in the list of children only, and the list keeps its size: this cannot fail.
 void NodeAccess::Replace(CzonNode* value, CzonNode* by) {
   CzonNamedNode& owner = *value->GetOwner();
   Places(owner.EnsureChildren())[owner.PlaceOf(value)] = by;
