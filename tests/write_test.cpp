@@ -14,13 +14,11 @@ std::string Path(const std::string& name) {
   return FolderPath() + "/" + name;
 }
 
-// What a function writes into a new file while the global locale of the host is another one.
+// What a function writes into a new file.
 std::string Written(void (*write)(void*, const char*), void* handle) {
   const std::string path = Path("written.zon");
   std::remove(path.c_str());
-  const std::locale old = std::locale::global(std::locale(std::locale(), new Commas));
   write(handle, path.c_str());
-  std::locale::global(old);
   return ReadFile(path);
 }
 // What follows the head of a file.
