@@ -76,10 +76,8 @@ TEST(Size, TimeGrowsWithTheFile) {
     int times = kMany;
   } rows[] = {{"[A]", "k = 1 ", "EndSect"},
               {"[A]", "[B] EndSect ", "EndSect"},
-              {"", "[B] EndSect ", ""},
               {"[A]", "k# = 1 ", "EndSect"},
               {"[A]", "[B#] EndSect ", "EndSect"},
-              {"", "[B#] EndSect ", ""},
               {"[A()]", "k#() = 1 ", "EndSect"},
               {"[A]", "default(k) = 1 ", "k = EndSect"},
               {"[A]", "default(k#) = 1 ", "k = EndSect"},

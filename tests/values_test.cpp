@@ -102,14 +102,6 @@ TEST(References, OfStringsFollowTheirPointerAlsoAsCopies) {
   EXPECT_EQ(string.GetString(), "");
 }
 
-TEST(References, OfNothingAreZero) {
-  EXPECT_EQ(CzonIntRef().GetInt(), 0);
-  EXPECT_EQ(CzonBoolRef().GetBool(), 0);
-  EXPECT_EQ(CzonDoubleRef().GetDouble(), 0);
-  EXPECT_EQ(CzonStringRef().GetString(), "");
-  EXPECT_EQ(CzonBool().GetBool(), 0);
-}
-
 TEST(Values, CopyAllTheirViews) {
   for (CzonNode* model :
        {static_cast<CzonNode*>(new CzonReal), static_cast<CzonNode*>(new CzonFloat)}) {
