@@ -194,6 +194,11 @@ Calls Failing(const char* result, C... calls) {
   return {Call{calls.name, calls.result, result}...};
 }
 
+template <class... C>
+std::vector<Calls> Groups(C... groups) {
+  return {groups...};
+}
+
 struct Outcome {
   std::string result;
   int code;
@@ -358,37 +363,21 @@ TEST_F(Faults, OfQueriesOfAFile) {
 
 TEST_F(Faults, OfTheBuilder) {
   static char own[] = "text";
-  const std::vector<Calls> adds = {ADD(zonAddSection, t.file, kLong),
-                                   ADD(zonAddKeyword, t.file, kLong),
-                                   ADD(zonAddInt, t.file, -12345678),
-                                   ADD(zonAddFloat, t.file, 1.5F),
-                                   ADD(zonAddDouble, t.file, 2.5),
-                                   ADD(zonAddBool, t.file, 1),
-                                   ADD(zonAddString, t.file, kLong),
-                                   ADD(zonAddFilename, t.file, kLong),
-                                   ADD(zonAddUndefinedPar, t.file),
-                                   ADD(zonAddIntRef, t.file, &number),
-                                   ADD(zonAddFloatRef, t.file, &single),
-                                   ADD(zonAddDoubleRef, t.file, &real),
-                                   ADD(zonAddStringRef, t.file, own),
-                                   ADD(zonAddBoolRef, t.file, &number),
-                                   ADD(zonAddSectionDef, t.file, kLong, 1, 1),
-                                   ADD(zonAddKeywordDef, t.file, kLong, "BDFINS", 1, 1, 1),
-                                   ADD(zonAddIntDef, t.file),
-                                   ADD(zonAddFloatDef, t.file),
-                                   ADD(zonAddDoubleDef, t.file),
-                                   ADD(zonAddStringDef, t.file),
-                                   ADD(zonAddFilenameDef, t.file),
-                                   ADD(zonAddBoolDef, t.file),
-                                   ADD(zonAddClob, t.file),
-                                   ADD(zonAddClobBool, t.file, 1),
-                                   ADD(zonAddClobInt, t.file, 5),
-                                   ADD(zonAddClobFloat, t.file, 0.5F),
-                                   ADD(zonAddClobDouble, t.file, 0.1),
-                                   ADD(zonAddClobString, t.file, "\""),
-                                   ADD(zonAddClobFilename, t.file, kLong),
-                                   ADD(zonAddResultFilename, t.file, kLong),
-                                   ADD(zonAddResultFilename, t.file, kLong + 1)};
+  const auto adds = Groups(
+      ADD(zonAddSection, t.file, kLong), ADD(zonAddKeyword, t.file, kLong),
+      ADD(zonAddInt, t.file, -12345678), ADD(zonAddFloat, t.file, 1.5F),
+      ADD(zonAddDouble, t.file, 2.5), ADD(zonAddBool, t.file, 1), ADD(zonAddString, t.file, kLong),
+      ADD(zonAddFilename, t.file, kLong), ADD(zonAddUndefinedPar, t.file),
+      ADD(zonAddIntRef, t.file, &number), ADD(zonAddFloatRef, t.file, &single),
+      ADD(zonAddDoubleRef, t.file, &real), ADD(zonAddStringRef, t.file, own),
+      ADD(zonAddBoolRef, t.file, &number), ADD(zonAddSectionDef, t.file, kLong, 1, 1),
+      ADD(zonAddKeywordDef, t.file, kLong, "BDFINS", 1, 1, 1), ADD(zonAddIntDef, t.file),
+      ADD(zonAddFloatDef, t.file), ADD(zonAddDoubleDef, t.file), ADD(zonAddStringDef, t.file),
+      ADD(zonAddFilenameDef, t.file), ADD(zonAddBoolDef, t.file), ADD(zonAddClob, t.file),
+      ADD(zonAddClobBool, t.file, 1), ADD(zonAddClobInt, t.file, 5),
+      ADD(zonAddClobFloat, t.file, 0.5F), ADD(zonAddClobDouble, t.file, 0.1),
+      ADD(zonAddClobString, t.file, "\""), ADD(zonAddClobFilename, t.file, kLong),
+      ADD(zonAddResultFilename, t.file, kLong), ADD(zonAddResultFilename, t.file, kLong + 1));
   InjectAll(adds, Start::kClobCurrent, kRoot, 100);
   InjectAll({ADD(zonAddTarget, t.file, kLong)}, Start::kNoneCurrent, kRoot, 100);
   InjectAll({ADD(zonEndSection, t.file)}, Start::kClobCurrent, kRoot, 1);
