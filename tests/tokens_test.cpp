@@ -40,9 +40,7 @@ std::string Tokens(const std::string& text) {
 
 // The outcome of an error that is noticed after the text.
 std::string ErrorAfter(const std::string& text, const std::string& message) {
-  const auto line = 1 + std::count(text.begin(), text.end(), '\n');
-  const auto position = text.size() - text.rfind('\n') - 1;
-  return "error " + std::to_string(line) + ":" + std::to_string(position) + " " + message;
+  return "error " + host::PlaceAfter(text) + " " + message;
 }
 
 const std::string kNoSection = "Format error. Expected start of section '['";

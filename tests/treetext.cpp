@@ -66,4 +66,9 @@ std::string SyntaxError(void* file) {
   return std::to_string(line) + ":" + std::to_string(position) + " " + message;
 }
 
+std::string PlaceAfter(const std::string& text) {
+  const auto line = 1 + std::count(text.begin(), text.end(), '\n');
+  return std::to_string(line) + ":" + std::to_string(text.size() - text.rfind('\n') - 1);
+}
+
 }  // namespace host

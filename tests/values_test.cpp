@@ -216,7 +216,6 @@ std::string Everything() {
   zonAddClobDouble(file, 1234.5);
   void* title = zonFindSectionByHandle(file, "tItLe:1");
   void* keyword = zonKeywordByNameNum(title, "int_i", 1);
-  EXPECT_EQ(zonGetDouble(zonParamByNum(keyword, 2)), 2.5);
   EXPECT_EQ(zonGetClobDouble(zonParamByNum(zonKeywordByNameNum(title, "ix", 1), 1)), 2.5);
   EXPECT_EQ(CzonNumeric::string_to_double("2.5"), 2.5);
   std::string all = zonGetFilename(zonParamByNum(keyword, 4)) + ShowTree(file);
