@@ -94,10 +94,7 @@ TEST(Grammar, ErrorsNameTheirPlace) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.consumed + row.rest);
     const host::File file(host::Load(row.consumed + row.rest));
-    const auto line = 1 + std::count(row.consumed.begin(), row.consumed.end(), '\n');
-    const auto position = row.consumed.size() - row.consumed.rfind('\n') - 1;
-    EXPECT_EQ(host::SyntaxError(file),
-              std::to_string(line) + ":" + std::to_string(position) + " " + row.message);
+    EXPECT_EQ(host::SyntaxError(file), host::PlaceAfter(row.consumed) + " " + row.message);
     EXPECT_EQ(host::ShowTree(file), row.tree);
     EXPECT_EQ(zonGetErrorGlb(), row.tree == "null" ? 1003 : 0);
   }
@@ -206,6 +203,17 @@ TEST(Parser, MakesAStringOrAPackedList) {
   EXPECT_EQ(host::Show(string.get()), "string <CLOB:");
 }
 
+TEST(Parser, ChecksNodesOfTheHost) {
+  CzonParser parser(nullptr);
+  CzonSection section("S", 0, 0);
+  for (int n = 0; n < 2; ++n) section.AddKeyword(new CzonKeyword("k", 0, 0));
+  parser.CheckMulti();
+  parser.CheckUnique(nullptr);
+  EXPECT_EQ(parser.GetError(), "");
+  parser.CheckUnique(section.KeywordByNum(2));
+  EXPECT_EQ(parser.GetError(), "Template: ambiguous identifier");
+}
+
 int alive = 0;
 struct Watched : CzonUnknown {
   Watched() { ++alive; }
@@ -217,6 +225,9 @@ TEST(Parser, FreesTemporariesOfAFailedParse) {
   {
     CzonParser parser(new host::Memory("x"));
     parser.KeepTemp(nullptr);
+    parser.KeepTemp(new Watched);
+    parser.GarbageCollect();
+    EXPECT_EQ(alive, 0);
     auto* const keyword = new CzonKeyword("k", 0, 0);
     auto* const inside = new Watched;
     parser.KeepTemp(inside);
