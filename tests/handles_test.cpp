@@ -94,13 +94,15 @@ TEST(Handles, FirstErrorStays) {
   onMessage = [](const char*) { throw std::runtime_error("hook"); };
   ExpectRefused("1006 " + kUnfit, -1, zonGetInt(zonGetRoot(file)));
   zonAddInt(file, 1);
+  zonDump(nullptr, "");
   onMessage = nullptr;
   *zonGetFilename(nullptr) = 'x';
   EXPECT_STREQ(zonGetName(nullptr), "") << "a returned empty text stays empty";
   EXPECT_EQ(zonPeekErrorGlb(), 1005);
   EXPECT_EQ(zonGetErrorGlb(), 1005);
   EXPECT_EQ(zonGetErrorGlb(), 0);
-  EXPECT_EQ(Messages(), (Texts{"Missing current keyword", "Invalid zonNode", "Invalid zonNode"}));
+  EXPECT_EQ(Messages(), (Texts{"Missing current keyword", "zonDump: bad argument",
+                               "Invalid zonNode", "Invalid zonNode"}));
 }
 
 TEST(Handles, ErrorTexts) {
@@ -195,12 +197,13 @@ TEST(Queries, ElementsOfAPathAreSplit) {
 
 // Names of every length are found among many, whatever follows them in the file.
 TEST(Queries, NamesOfAnyLength) {
+  constexpr std::size_t kLongest = 100;
   std::string text = "[A] ";
-  for (std::size_t length = 1; length <= 40; ++length) {
+  for (std::size_t length = 1; length <= kLongest; ++length) {
     text += std::string(length, 'n') + (length % 2 != 0 ? "=1 " : "\n=1 ");
   }
   const File file(Load(text + "EndSect"));
-  for (std::size_t length = 1; length <= 40; ++length) {
+  for (std::size_t length = 1; length <= kLongest; ++length) {
     const std::string name(length, 'N');
     EXPECT_NE(zonKeywordByNameNum(zonTargetByNum(file, 1), name.c_str(), 1), nullptr) << length;
   }

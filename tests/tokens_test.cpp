@@ -210,6 +210,8 @@ TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
       {"no more", &Reader::ParseMoreParameter, "[A]", 100, "A"},
       {"note", &Reader::ParseMoreParameter, "{", -1, "", "Bad comment, missing }"},
       {"empty place", &Reader::ParseSimParameter, "fals", 1000, ""},
+      {"string", &Reader::ParseString, "it''s'", 1030, "it's"},
+      {"file name", &Reader::ParseFilename, "a|", 1200, "a"},
       {"body", &Reader::ParseSectionBody, "/*", -1, "", "Bad comment, missing */"},
       {"blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
       {"number after the end", [](Reader& r) { return r.ParseNumber(-1); }, "5", 1020, "5"}};

@@ -46,7 +46,7 @@ TEST(Nodes, KindsOfEachClass) {
       {"4: keyword", {new CzonDefaultDef("d", 1, 1)}},
       {"5: param", {new CzonParam("x"), new CzonClob("Integer:1")}},
       {"5: param numeric float double", {new HostNumber("1")}},
-      {"6: param numeric float double inttype", {new CzonInt("7")}},
+      {"6: param numeric float double inttype", {new CzonInt("7"), new CzonIntDef("7")}},
       {"6: param numeric int inttype", {new CzonIntDef, new CzonIntRef(&number)}},
       {"6: param numeric inttype", {new CzonIntRef(nullptr)}},
       {"7: param numeric float double",
@@ -81,6 +81,7 @@ TEST(Nodes, RefuseWhatTheyCannotAnswer) {
   EXPECT_EQ(Messages(), Texts(7, "Function invalid in this context"));
   EXPECT_EQ(node.GetNameGlb(), "");
   EXPECT_EQ(node.GetClob(), nullptr);
+  EXPECT_EQ(node.FindDefault(nullptr, "k", 1), nullptr);
   EXPECT_EQ(Messages(), Texts{});
 }
 
@@ -138,6 +139,8 @@ TEST(NameList, RefusesWhatItDoesNotHold) {
   EXPECT_EQ(list.EraseFromHashtable(nullptr), 1006);
   EXPECT_EQ(list.AddToIndex(nullptr), 0);
   EXPECT_EQ(list.AddToIndex(&held), 1);
+  EXPECT_TRUE(list.Holds(&held));
+  EXPECT_FALSE(list.Holds(&absent));
   EXPECT_EQ(list.EraseFromHashtable(&absent), 1006);
   EXPECT_EQ(list.Remove(&absent), 1006);
   EXPECT_EQ(list.InsertIntoHashtable(nullptr, 1), 1);
@@ -189,6 +192,18 @@ TEST(Nodes, FileNamesAreTheRoots) {
   root.AddSection(section);
   EXPECT_EQ(section->NodeByNum(1)->GetZonFilename(), "host.zon");
   EXPECT_EQ(section->GetZonFilename(), "host.zon");
+}
+
+TEST(Nodes, AnOwnerMayBeNoList) {
+  CzonNamedNode owner, copy;
+  auto* keyword = new CzonKeyword("k", 0, 0);
+  const CzonKeyword source("j", 0, 0);
+  owner.AddNode(keyword);
+  keyword->Copy(&source);
+  EXPECT_EQ(keyword->GetNoInstances(), 0U);
+  copy.Copy(&owner);
+  EXPECT_EQ(copy.NodeByNum(1)->GetName(), "j");
+  EXPECT_DEATH(keyword->GetZonFilename(), "^zonnode: .*CzonTargetList");
 }
 
 TEST(Nodes, FlagsAndNullChildren) {

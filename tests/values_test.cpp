@@ -86,6 +86,8 @@ TEST(Values, HaveTheirViews) {
     EXPECT_EQ(CzonDouble("1" + zeros + end).GetDouble(), HUGE_VAL) << end;
   for (const char* one : {"1e", "1e-", "1e+x"}) EXPECT_EQ(CzonReal(one).GetDouble(), 1) << one;
   EXPECT_EQ(CzonNumeric::string_to_double("\t-3e2,4"), -300);
+  EXPECT_EQ(CzonIntDef("x").isInt(), 1);
+  EXPECT_EQ(CzonString("text").GetString(), "text");
   for (const char* word : {"true", "TRUE", "tRuE"}) EXPECT_EQ(CzonBool(word).GetBool(), 1);
   for (const char* word : {"false", "true ", "1", ""}) EXPECT_EQ(CzonBool(word).GetBool(), 0);
 }
