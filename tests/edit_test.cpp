@@ -98,6 +98,30 @@ TEST(Editing, RefusalsNameTheKindOfNode) {
   EXPECT_EQ(ShowTree(file), before);
 }
 
+TEST(Editing, EachTypeOfValueIsRefused) {
+  const File file(Load("[A] k = 1 EndSect"));
+  for (void* node : {static_cast<void*>(nullptr), KeywordOf(file)}) {  // which has no place 9
+    const int code = node == nullptr ? 1006 : 1012;
+    EXPECT_EQ(zoneInsertParameterInt(node, 9, 1), nullptr);
+    EXPECT_EQ(zoneInsertParameterFloat(node, 9, 1), nullptr);
+    EXPECT_EQ(zoneInsertParameterDouble(node, 9, 1), nullptr);
+    EXPECT_EQ(zoneInsertParameterBool(node, 9, 1), nullptr);
+    EXPECT_EQ(zoneInsertParameterString(node, 9, "x"), nullptr);
+    EXPECT_EQ(zoneInsertParameterFilename(node, 9, "x"), nullptr);
+    EXPECT_EQ(zoneInsertParameterUndefined(node, 9), nullptr);
+    EXPECT_EQ(zoneInsertParameterDefault(node, 9), nullptr);
+    EXPECT_EQ(zoneModifyParameterInt(node, 9, 1), code);
+    EXPECT_EQ(zoneModifyParameterFloat(node, 9, 1), code);
+    EXPECT_EQ(zoneModifyParameterDouble(node, 9, 1), code);
+    EXPECT_EQ(zoneModifyParameterBool(node, 9, 1), code);
+    EXPECT_EQ(zoneModifyParameterString(node, 9, "x"), code);
+    EXPECT_EQ(zoneModifyParameterFilename(node, 9, "x"), code);
+    EXPECT_EQ(zonGetErrorGlb(), code);
+  }
+  EXPECT_EQ(Messages().size(), 28U);
+  EXPECT_EQ(ShowTree(file), "{A{k(int 1)}}");
+}
+
 TEST(Editing, RenamesOutsideAFile) {
   CzonSection section("Abcdefghi", 0, 0);
   for (const char* name : {"abcdefghi", "abcdefghij", "Xbcdefghij", "Xbcdefghik", "xBCDEFGHIK"}) {

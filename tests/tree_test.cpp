@@ -196,14 +196,19 @@ TEST(Nodes, FileNamesAreTheRoots) {
 
 TEST(Nodes, AnOwnerMayBeNoList) {
   CzonNamedNode owner, copy;
+  auto* inner = new CzonNamedNode;
   auto* keyword = new CzonKeyword("k", 0, 0);
   const CzonKeyword source("j", 0, 0);
-  owner.AddNode(keyword);
+  owner.AddNode(inner);
+  inner->AddNode(keyword);
   keyword->Copy(&source);
   EXPECT_EQ(keyword->GetNoInstances(), 0U);
   copy.Copy(&owner);
-  EXPECT_EQ(copy.NodeByNum(1)->GetName(), "j");
+  EXPECT_EQ(copy.NodeByNum(1)->NodeByNum(1)->GetName(), "j");
   EXPECT_DEATH(keyword->GetZonFilename(), "^zonnode: .*CzonTargetList");
+  const File file(Load("[A] k = 1, 2 EndSect"));
+  copy.Copy(&As(KeywordOf(file)));
+  EXPECT_EQ(copy.GetNoNodes(), 2U);
 }
 
 TEST(Nodes, FlagsAndNullChildren) {
