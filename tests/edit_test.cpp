@@ -153,7 +153,8 @@ TEST(Editing, ANodeOutsideTheIndexStays) {
 }
 
 TEST(Editing, CopiesReplaceTheirTarget) {
-  const File file(Load("[A()] {remark} x = 1 [S()] y = 'z' EndSect EndSect")), other(zonCreate());
+  const File file(Load("[A()] {remark} x = 1 [S()] y = 'z' EndSect EndSect [B] {b} EndSect")),
+      other(zonCreate());
   zonAddTarget(other, "T");
   zonAddKeyword(other, "q");
   void* target = zonTargetByNum(other, 1);
@@ -163,6 +164,8 @@ TEST(Editing, CopiesReplaceTheirTarget) {
   EXPECT_EQ(zonTargetByNameNum(other, "T", 1), nullptr);
   EXPECT_EQ(zonTargetByNameNum(other, "a", 1), target);
   EXPECT_STREQ(zonGetNameGlb(KeywordOf(other)), "A.x");
+  EXPECT_EQ(zonCopy(zonTargetByNum(file, 2), target), 1);
+  EXPECT_EQ(ShowTree(other), "{B{b}{}}");
 }
 
 TEST(Editing, DefaultsFollowTheirDefinitions) {
@@ -170,6 +173,7 @@ TEST(Editing, DefaultsFollowTheirDefinitions) {
   void* section = zonTargetByNum(file, 1);
   void* wanted = zoneInsertParameterDefault(zonKeywordByNum(section, 1), 1);
   const auto found = [&] { return zonGetInt(zonFindDefault(wanted)); };
+  EXPECT_EQ(found(), 1);
   ASSERT_NE(zoneInsertNewKeyword(section, "k", 1), nullptr);
   EXPECT_EQ(found(), 1);
   EXPECT_EQ(zoneDeleteKeywordByNum(section, 1), 0);
