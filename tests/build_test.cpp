@@ -202,15 +202,10 @@ TEST(Build, CursorLeavesARemovedNode) {
   const struct {
     const char *steps, *removed, *section, *keyword, *clob;
   } rows[] = {{"", "packed", "C", "k", "none"},
-              {"", "x", "C", "k", "packed"},
               {"", "k", "C", "none", "none"},
-              {"", "j", "C", "k", "packed"},
               {"", "C", "B", "none", "none"},
-              {"", "D", "C", "k", "packed"},
-              {"", "A", "none", "none", "none"},
               {"", "", "none", "none", "none"},  // the root
               {"KeywordDef i", "k", "C", "i", "none"},
-              {"KeywordDef i", "i", "C", "none", "none"},
               {"KeywordDef i", nullptr, "C", "i", "packed"},
               {"Keyword l", nullptr, "C", "l", "none"},
               {"String x", nullptr, "C", "k", "none"},

@@ -1,6 +1,7 @@
 #include "hooks.h"
 
 #include <cstdlib>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -16,19 +17,16 @@ std::mutex mutex;  // guards both: hooks are called by several threads
 Texts messages;
 Texts reports;
 
-// The words of a report form a list, which is freed with the report.
-struct Word {
-  std::string text;
-  Word* next;
-};
-
 void Add(Texts& texts, const std::string& text) {
   const std::lock_guard lock(mutex);
   texts.push_back(text);
 }
 
-void* NewWord(std::string text, void* next) {
-  return new Word{std::move(text), static_cast<Word*>(next)};
+// The words of a report, which are freed with it.
+void* Prepend(const std::string& word, void* rest) {
+  auto* const words = rest != nullptr ? static_cast<Texts*>(rest) : new Texts;
+  words->insert(words->begin(), word);
+  return words;
 }
 
 }  // namespace
@@ -68,27 +66,22 @@ void MessageHook(const char* text) {
 void ReportHook(const char* pattern, int severity, void* arguments) {
   const host::OwnMemory mark;
   std::string text = std::to_string(severity) + ": ";
-  auto* word = static_cast<host::Word*>(arguments);
-  for (; *pattern != '\0'; ++pattern) {
-    if (*pattern != '%' || word == nullptr) {
-      text += *pattern;
-      continue;
-    }
-    text += word->text;
-    delete std::exchange(word, word->next);
+  const std::unique_ptr<host::Texts> words(static_cast<host::Texts*>(arguments));
+  for (std::size_t used = 0; *pattern != '\0'; ++pattern) {
+    const bool isWord = *pattern == '%' && words != nullptr && used < words->size();
+    text += isWord ? (*words)[used++] : std::string(1, *pattern);
   }
-  while (word != nullptr) delete std::exchange(word, word->next);
   host::Add(host::reports, text);
   if (host::onReport != nullptr) host::onReport();
 }
 
 void* ReportArgString(const char* text, void* next) {
   const host::OwnMemory mark;
-  return host::NewWord(text, next);
+  return host::Prepend(text, next);
 }
 void* ReportArgInt(int value, void* next) {
   const host::OwnMemory mark;
-  return host::NewWord(std::to_string(value), next);
+  return host::Prepend(std::to_string(value), next);
 }
 
 }  // extern "C"

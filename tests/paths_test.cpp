@@ -20,10 +20,7 @@ class Paths : public testing::Test {
 
 TEST_F(Paths, AreResolvedByTheAnchor) {
   const std::string longName(1000000, 'n');
-  EXPECT_EQ(file.Both("sub\\..\\x", "/p/q/m.zon"), "/p/q/x|sub\\..\\x|");
-  EXPECT_EQ(file.Both("/abs/../x", "/p/q/m.zon"), "/abs/../x|..\\..\\..\\x|");
-  EXPECT_EQ(file.Both("/data/m/in", "/data/m"), "/data/m/in|in|");
-  EXPECT_EQ(file.Both("\\abs\\x", "/p/m.zon"), "/abs/x|\\abs\\x|");
+  EXPECT_EQ(file.Both("\\abs\\..\\x", "/p/q/m.zon"), "/abs/../x|\\abs\\..\\x|");
   EXPECT_EQ(file.Both("x", "/" + longName + "/m.zon"), "/" + longName + "/x|x|");
   EXPECT_EQ(file.Both("x.dat", ""), up + "x.dat|x.dat|");
   EXPECT_EQ(file.Both("x.dat", "$PWD/m.zon"), here + "/$PWD/x.dat|x.dat|");

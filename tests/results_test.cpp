@@ -37,7 +37,10 @@ std::string PathOf(void* node, void (*copy)(void*, char*), int (*copySized)(void
   return text;
 }
 std::string FolderOf(void* node) {
-  return PathOf(node, zonGetResultFolderPath, zonGetResultFolderPath2);
+  templateReads = 0;
+  const std::string folder = PathOf(node, zonGetResultFolderPath, zonGetResultFolderPath2);
+  EXPECT_EQ(templateReads, 2) << "each call reads its template";
+  return folder;
 }
 std::string PathOf(void* node) {
   return PathOf(node, zonGetResultFilenamePath, zonGetResultFilenamePath2);
@@ -100,24 +103,6 @@ TEST(Results, SettingsAreTheRoots) {
   CzonKeyword alone;
   EXPECT_DEATH(zonGetResultFolderPath(nullptr, folder), "^zondll: .*`pOwner != 0'");
   EXPECT_DEATH(zonGetResultFolderPath(static_cast<CzonBase*>(&alone), folder), "zondll.*List");
-}
-
-TEST(Results, FoldersReadTheirTemplateEachTime) {
-  const struct {
-    const char *name, *root;
-    int use;
-  } rows[] = {{"a", "", 0}, {"a", "/r", 0}, {"/a", "", 0}, {"a", "", 1}};
-  for (const auto& [name, root, use] : rows) {
-    const Sample file;
-    zonAddString(file, name);
-    zonSetAnchorFilename(file.value, "/p/m.zon");
-    zonSetProjectResultRoot(file, root);
-    zonSetCustomResultFolder(file, use, "c");
-    templateReads = 0;
-    char path[100];
-    zonGetResultFolderPath(host::ValueOf(file, 2), path);
-    EXPECT_EQ(templateReads, 1) << name << path;
-  }
 }
 
 TEST(Results, NamesAreAddedAndFound) {

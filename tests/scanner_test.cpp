@@ -233,4 +233,11 @@ TEST(Scanner, DerivedScannersDeliverSignedNumbers) {
   EXPECT_EQ(parser.GetNoTokens(), 0U);
 }
 
+TEST(Scanner, UnknownTokensAreRefused) {
+  ListScanner parser;
+  parser.tokens = {{'[', nullptr}, {5000, nullptr}};
+  EXPECT_EQ(parser.Parse(0), 1);
+  EXPECT_EQ(parser.GetError(), "syntax error");
+}
+
 }  // namespace

@@ -40,9 +40,7 @@ std::string Tokens(const std::string& text) {
 
 // The outcome of an error that is noticed after the text.
 std::string ErrorAfter(const std::string& text, const std::string& message) {
-  const auto line = 1 + std::count(text.begin(), text.end(), '\n');
-  const auto position = text.size() - text.rfind('\n') - 1;
-  return "error " + std::to_string(line) + ":" + std::to_string(position) + " " + message;
+  return "error " + host::PlaceAfter(text) + " " + message;
 }
 
 const std::string kNoSection = "Format error. Expected start of section '['";
@@ -212,6 +210,8 @@ TEST(TokenReader, ParseFunctionsReturnWhatIsNext) {
       {"no more", &Reader::ParseMoreParameter, "[A]", 100, "A"},
       {"note", &Reader::ParseMoreParameter, "{", -1, "", "Bad comment, missing }"},
       {"empty place", &Reader::ParseSimParameter, "fals", 1000, ""},
+      {"string", &Reader::ParseString, "it''s'", 1030, "it's"},
+      {"file name", &Reader::ParseFilename, "a|", 1200, "a"},
       {"body", &Reader::ParseSectionBody, "/*", -1, "", "Bad comment, missing */"},
       {"blanks", &Reader::GetChSkipBlanks, "{", -1, "", "Bad comment, missing }"},
       {"number after the end", [](Reader& r) { return r.ParseNumber(-1); }, "5", 1020, "5"}};

@@ -1,33 +1,21 @@
 #include "treetext.h"
 
+#include <map>
+
 namespace host {
 
 namespace {
 
-const char* KindOf(const CzonNode& value) {
+const std::map<int, const char*> kKinds = {
+    {kZonInt, "int "},        {kZonReal, "real "},         {kZonBool, "bool "},
+    {kZonString, "string "},  {kZonDefaultPar, "default"}, {kZonSubstit, "subst "},
+    {kZonUnknown, "unknown"}, {kZonUndefinedPar, "undef"}};
+
+std::string KindOf(const CzonNode& value) {
   if (value.IsClob()) return "clob ";
-  switch (value.GetSyntaxClass()) {
-    case kZonInt:
-      return "int ";
-    case kZonReal:
-      return "real ";
-    case kZonBool:
-      return "bool ";
-    case kZonString:
-      return "string ";
-    case kZonFilename:
-      return value.IsFilename() ? "file " : "date ";
-    case kZonDefaultPar:
-      return "default";
-    case kZonSubstit:
-      return "subst ";
-    case kZonUnknown:
-      return "unknown";
-    case kZonUndefinedPar:
-      return "undef";
-    default:
-      return "other ";
-  }
+  if (value.GetSyntaxClass() == kZonFilename) return value.IsFilename() ? "file " : "date ";
+  const auto kind = kKinds.find(value.GetSyntaxClass());
+  return kind != kKinds.end() ? kind->second : "other ";
 }
 
 }  // namespace
@@ -76,6 +64,11 @@ std::string SyntaxError(void* file) {
   const std::string message = zonGetSyntaxErr(file, &line, &position, nullptr);
   if (message.empty()) return {};
   return std::to_string(line) + ":" + std::to_string(position) + " " + message;
+}
+
+std::string PlaceAfter(const std::string& text) {
+  const auto line = 1 + std::count(text.begin(), text.end(), '\n');
+  return std::to_string(line) + ":" + std::to_string(text.size() - text.rfind('\n') - 1);
 }
 
 }  // namespace host

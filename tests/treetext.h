@@ -66,6 +66,9 @@ std::string Facts(void* node);
 // "line:position message" of the first error of a file; empty if there was none.
 std::string SyntaxError(void* file);
 
+// "line:position" of what follows the text.
+std::string PlaceAfter(const std::string& text);
+
 // Numbers of a locale that differ in every respect from those of "C".
 struct Commas : std::numpunct<char> {
   char do_decimal_point() const override { return ','; }

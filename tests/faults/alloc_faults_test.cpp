@@ -547,6 +547,13 @@ TEST_F(Faults, ThrowAnything) {
   EXPECT_EQ(none.GetErrorText(), "std::bad_alloc");
 }
 
+TEST_F(Faults, OfALongTokenOfAHost) {
+  CzonParser parser(new Memory(std::string(5000, 'n')));
+  RefuseRequest(1);
+  EXPECT_EQ(parser.yylex(), ENDOFINPUT);
+  EXPECT_EQ(parser.GetError(), "Failed to extend buffer");
+}
+
 TEST_F(Faults, AreManyAndInEveryFunction) {
   const std::string here = __FILE__, own = ReadFile(here);
   const std::string header = ReadFile(here.substr(0, here.rfind('/')) + "/../../api/zon.h");
