@@ -58,7 +58,9 @@ class Engine {
   int token_;  // as the tables number it
   std::size_t depth_ = 0;
   int states_[kDepth];
-  SymbolValue values_[kDepth];  // of the symbols that led to the states
+  // Of the symbols that led to the states. Initialized: a rule with an empty right side reads the place
+  // after the top.
+  SymbolValue values_[kDepth] = {};
 
   // Of a builder that recovers: the stack as it was when the token was read. What is expected follows
   // from it, not from what is left of it when the error is noticed.
