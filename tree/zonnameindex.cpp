@@ -121,7 +121,8 @@ NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, std::string_view
   return queue;
 }
 
-// Call before a node is inserted into a queue.
+// Copies the name if a host's GetName returned it: it may change later. Call before inserting, as it
+// may throw.
 void EnsureName(NameQueue& queue, const NameKey& key) {
   if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
 }
@@ -166,7 +167,8 @@ void NumberQueue(NameQueue& queue, std::uint32_t from) {
 }
 
 // The place of the node in the queue, the first one if it is filed twice; the length of the queue if
-// the node is not in it.
+// the node is not in it. Searches outward from place number - 1; from the start if the queue has
+// repeats.
 std::uint32_t FindInQueue(const NameQueue& queue, const CzonNode& node, int number) {
   const auto guess = static_cast<std::uint32_t>(number - 1);
   return NodeSpan(queue.nodes).Find(&node, queue.hasRepeats ? 0 : guess);
@@ -191,7 +193,7 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
   const auto placeOf = [&](std::uint32_t index) {
     const CzonNamedNode& other = Named(ordered[index]);
     if (NodeAccess::GetKey(other).hash != queue.hash || &other == &node) return nodes.Size();
-    // A guess: a node that has been copied over has lost its number.
+    // Only a hint: a Copy may have reset the number.
     return nodes.Find(&other, static_cast<std::uint32_t>(NodeAccess::GetNumber(other) - 1));
   };
   std::uint32_t after = std::min(at, ordered.Size());
