@@ -29,6 +29,7 @@ namespace {
 
 constexpr std::uint32_t kFirstRoom = 4;
 constexpr std::uint32_t kLargestLinear = 8;  // a larger table is hashed
+constexpr std::uint32_t kFirstHashed = 32;   // at most half full with one more than kLargestLinear
 // The counter of lost numbers is stored in 30 bits and compared modulo 2^30.
 constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
 
@@ -93,6 +94,7 @@ NameQueue* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
 void GrowTable(NameIndex& index, Arena* arena) {
   NameIndex grown = {};
   grown.room = index.room == 0 ? kFirstRoom : index.room * 2;
+  if (IsHashed(grown)) grown.room = std::max(grown.room, kFirstHashed);
   grown.queues = static_cast<NameQueue*>(AllocateBlock(arena, TablePower(grown.room)));
   // Every place is initialized: a search reads places that were never used.
   if (IsHashed(grown)) std::uninitialized_fill_n(grown.queues, grown.room, NameQueue{});
