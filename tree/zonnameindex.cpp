@@ -305,6 +305,7 @@ void Append(NameList& list, CzonNamedNode& node, Arena* arena) {
 }
 
 void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, Arena* arena) {
+  place = std::clamp(place, 1U, Count(list) + 1);
   Reserve(list.ordered, arena);
   InsertIntoIndex(list, node, place, arena);
   Insert(list.ordered, place - 1, &node, arena);
