@@ -20,6 +20,7 @@
 #include "base/zonchars.h"
 #include "base/zonhooks.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
 
@@ -60,9 +61,15 @@ bool HaveSameName(const CzonNode* a, const CzonNode* b) {
   return EqualNoCase(a->GetName(), b->GetName());
 }
 
-// Whether it is a section inside a file: the root is a section too, but has no owner.
+// Whether it is a section inside a file: the root is a section too, but has no owner. A host's class may
+// override IsSection without being a CzonNamedNode, which HasFlag requires.
 bool IsOwnedSection(const CzonNode* node) {
-  return node != nullptr && node->IsSection() && node->GetOwner() != nullptr;
+  return node != nullptr && node->IsSection() && NodeAccess::IsNamed(*node) &&
+         node->GetOwner() != nullptr;
+}
+
+bool IsKeyword(const CzonNode* node) {
+  return node != nullptr && node->IsKeyword() && NodeAccess::IsNamed(*node);
 }
 
 // Names and instances of two sections; not what is in them.
@@ -177,10 +184,7 @@ bool KeywordHeadsConform(const CzonNode* definition, const CzonNode* candidate) 
   const auto report = [&](const char* message) {
     return ReportNodes(definition, candidate, message);
   };
-  if (definition == nullptr || candidate == nullptr || !definition->IsKeyword() ||
-      !candidate->IsKeyword()) {
-    return report("Two keywords required");
-  }
+  if (!IsKeyword(definition) || !IsKeyword(candidate)) return report("Two keywords required");
   const bool named = definition->GetName().empty() ? !candidate->GetName().empty()
                                                    : HaveSameName(definition, candidate);
   if (!named) return report("Keyword name conflict");
