@@ -53,8 +53,8 @@ void Arena::Clear() {
 }
 
 char* Arena::AllocateFromNewChunk(std::size_t size) {
-  // A piece larger than a quarter of a chunk gets a chunk of its own and the current one stays in
-  // use, so at most a quarter of any chunk is left empty.
+  // A piece larger than a quarter of the next chunk gets a chunk of its own and the current one stays
+  // in use. So what is left empty in a chunk is less than a quarter of its successor.
   std::size_t whole = kChunkSizes[std::min(grown_, std::size(kChunkSizes) - 1)];
   const bool alone = size > whole / 4;
   if (alone) {

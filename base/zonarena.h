@@ -1,8 +1,8 @@
 // The memory of one tree: nodes, their small arrays and their texts.
 //
-// A bump allocator over a list of growing chunks. Nothing is freed alone, except arrays, which go to a
-// free list for their size; everything is freed at once, so making a node costs a few nanoseconds and
-// closing a file a few calls. The arena runs no destructors but those of the strings it keeps: an
+// A bump allocator over a list of growing chunks. Only arrays are released singly, to a free list for
+// their size; Clear releases all the rest. So making a node costs a few nanoseconds and closing a file
+// a few calls. The arena runs no destructors but those of the strings it keeps: an
 // owner that puts another object with a destructor into it must run that (CzonNode::Free).
 // Tested by tests/tree_test.cpp and by the tests that refuse memory.
 #ifndef ZON_BASE_ZONARENA_H
@@ -41,6 +41,7 @@ class Arena {
   // Allocates `size` bytes, aligned for pointers and doubles. Throws std::bad_alloc.
   void* Allocate(std::size_t size) {
     size = (size + 7) & ~std::size_t{7};
+    // Rounds next_ up to a multiple of 8. end_ is one too, so next_ cannot pass it.
     next_ += -reinterpret_cast<std::uintptr_t>(next_) & 7;
     return AllocateBytes(size);
   }

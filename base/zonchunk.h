@@ -1,5 +1,6 @@
-// Large pieces of memory from the system. Touching a new page costs more than filling it, so chunks
-// of 2 MiB and more use large pages, and the last freed chunk of each size is kept for the next file.
+// Chunks of memory: up to 64 KiB from malloc, larger ones from mmap, from 2 MiB on aligned to large
+// pages. One freed chunk of each common size from 256 KiB on is cached, because first use of a page
+// costs more than filling it.
 #ifndef ZON_BASE_ZONCHUNK_H
 #define ZON_BASE_ZONCHUNK_H
 

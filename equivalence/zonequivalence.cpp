@@ -1,12 +1,16 @@
-// A walk over the definition and the candidate at the same time, in the order of the definition.
+// Depth-first walk over pairs of sections. In each pair: first the inner sections, in the order of the
+// definition; then its named keywords; then the other keywords, in the order of the candidate. The
+// order decides which mismatch is reported.
 //
 // Sections are matched by name and instance through the name indexes of both trees, so a check costs
-// time linear in the number of their nodes. The pairs of sections that are not finished are a stack
-// on the heap: the depth of a template costs no call stack. Each pair counts how many sections of the
-// candidate are not matched yet; a rest at its end is an error.
+// time linear in the number of nodes, plus the depth for each default placeholder. The pairs of
+// sections that are not finished are a stack on the heap: the depth of a template costs no call stack.
+// Each pair counts how many sections of the candidate are not matched yet. Sections left over at the
+// end of a pair are an error.
 //
 // A keyword of the definition without a name is the wildcard: it defines all keywords of the
-// candidate that have no definition of their own. Keywords may be missing in the candidate.
+// candidate that have no definition of their own. Compatibility: a keyword of the candidate without a
+// name is not checked if there is a wildcard. Keywords may be missing in the candidate.
 // Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
@@ -16,23 +20,24 @@
 #include "base/zonchars.h"
 #include "base/zonhooks.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
 
 namespace zon {
 namespace {
 
-constexpr int kSeverity = 17;
+constexpr int kSeverity = 17;  // of ReportHook; part of the interface
 
-// Not 0: no reports. It is kept after the check, for zonIsEqvQuiet, zonEqvSection and zonEqvKeyword in
-// the same thread.
+// Set by each zonEquivalentExt; not 0: no reports. Also read by the later calls of zonIsEqvQuiet,
+// zonEqvSection and zonEqvKeyword in the same thread.
 thread_local int equivalenceQuiet = 0;
 
 void Report(const std::string& text) {
   if (GetEquivalenceQuiet() == 0) SendReport(text.c_str(), kSeverity);
 }
 
-// Reports a mismatch of two nodes, of which one may be null. Returns false, the result of the check.
+// Reports a mismatch of two nodes; either may be null. Returns false, the result of the check.
 bool ReportNodes(const CzonNode* definition, const CzonNode* candidate, const char* message) {
   std::string text = std::string("Error: ") + message;
   if (definition != nullptr) text += "\n\tTemp: " + definition->GetNameGlb();
@@ -56,8 +61,15 @@ bool HaveSameName(const CzonNode* a, const CzonNode* b) {
   return EqualNoCase(a->GetName(), b->GetName());
 }
 
+// Whether it is a section inside a file: the root is a section too, but has no owner. A host's class may
+// override IsSection without being a CzonNamedNode, which HasFlag requires.
 bool IsOwnedSection(const CzonNode* node) {
-  return node != nullptr && node->IsSection() && node->GetOwner() != nullptr;
+  return node != nullptr && node->IsSection() && NodeAccess::IsNamed(*node) &&
+         node->GetOwner() != nullptr;
+}
+
+bool IsKeyword(const CzonNode* node) {
+  return node != nullptr && node->IsKeyword() && NodeAccess::IsNamed(*node);
 }
 
 // Names and instances of two sections; not what is in them.
@@ -107,8 +119,8 @@ struct SectionPair {
   const CzonNode* definition;
   const CzonNode* candidate;
   unsigned int unmatched;     // sections of the candidate
-  unsigned int section = 1;   // number of the section of the definition that is searched next,
-  unsigned int instance = 1;  // and its instance in the candidate
+  unsigned int section = 1;   // next section of the definition to search for
+  unsigned int instance = 1;  // next instance of its name in the candidate
 
   SectionPair(const CzonNode* d, const CzonNode* c)
       : definition(d), candidate(c), unmatched(c->GetNoSections()) {}
@@ -148,6 +160,9 @@ bool RestConforms(const SectionPair& pair) {
          OtherKeywordsConform(pair.definition, pair.candidate);
 }
 
+// Numbers conform if they share a view. Numbers of a file always have the double view; only builder
+// definitions are narrower, for example an integer definition without it. Other values conform by
+// syntax class, so a date-time conforms to a file name.
 bool KindsConform(const CzonNode* definition, const CzonNode* param) {
   if (!definition->IsParam() || !param->IsParam()) {
     return ReportNodes(definition, param, "Two parameters expected");
@@ -169,10 +184,7 @@ bool KeywordHeadsConform(const CzonNode* definition, const CzonNode* candidate) 
   const auto report = [&](const char* message) {
     return ReportNodes(definition, candidate, message);
   };
-  if (definition == nullptr || candidate == nullptr || !definition->IsKeyword() ||
-      !candidate->IsKeyword()) {
-    return report("Two keywords required");
-  }
+  if (!IsKeyword(definition) || !IsKeyword(candidate)) return report("Two keywords required");
   const bool named = definition->GetName().empty() ? !candidate->GetName().empty()
                                                    : HaveSameName(definition, candidate);
   if (!named) return report("Keyword name conflict");

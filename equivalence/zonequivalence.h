@@ -1,6 +1,7 @@
 // Equivalence: whether a section or keyword of a file conforms to its definition in a template.
 //
-// The first mismatch ends the check and is reported through ReportHook, unless reports are off.
+// The first mismatch ends the check and is reported through ReportHook, unless reports are off. A child
+// of a keyword that is no CzonParam causes two reports.
 #ifndef ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 #define ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 

@@ -15,7 +15,8 @@ namespace {
 
 #include "reader/zongrammar.inc"
 
-// A token that only the engine makes, where the tables shift it. A derived scanner cannot.
+// The code of VALUES. Only the engine makes this token; TokenNumber maps the same code from a derived
+// scanner to YYUNKCODE.
 constexpr int VALUES = FILENAME + 1;
 
 // The tables number the tokens in their own way.
@@ -36,7 +37,7 @@ constexpr std::array<short, kHighestToken + 1> MakeTokenNumbers() {
 constexpr std::array<short, kHighestToken + 1> kTokenNumbers = MakeTokenNumbers();
 
 static_assert(kTokenNumbers[INTEGER] != YYUNKCODE && kTokenNumbers[VALUES] != YYUNKCODE,
-              "grammar and lexer number the tokens alike");
+              "the grammar must declare INTEGER and VALUES with the codes of CzonToken");
 
 constexpr char kSyntaxError[] = "syntax error";
 constexpr char kTooDeep[] = "yacc stack overflow";
@@ -74,15 +75,15 @@ constexpr std::array<bool, YYNSTATES> StatesThatShift(int token) {
 
 constexpr std::array<bool, YYNSTATES> kValuesStates = StatesThatShift(kTokenNumbers[VALUES]);
 
-// In a section, where a keyword line may begin. The section is on top of the stack.
+// The states with a section_body on top of the stack: only they shift ENDSECT. A keyword line may begin
+// there, and values_[depth_ - 1] is the section.
 constexpr std::array<bool, YYNSTATES> kLineStates = StatesThatShift(kTokenNumbers[ENDSECT]);
 
-// What a line pushes above its section when it is read token by token: keyword, '=', sign, number.
-// The limit on nesting is the same either way.
-constexpr std::size_t kRoomOfLine = 4;
+// The most slots that the tables need for a plain line: keyword, '=', sign, number. With fewer free,
+// everything goes through the tables, so the fast paths do not change the limit on nesting.
+constexpr std::size_t kSlotsOfLine = 4;
 
-// The list of exceptions: for each state of it -1 and the state, then pairs of a token and its
-// rule, then -2 and the rule for every other token. A rule below 0 accepts.
+// Searches yyexca (format: see zongrammar.inc). Returns the rule, 0 for an error, below 0 to accept.
 int FindExceptionalRule(int state, int token) {
   bool isOfState = false;
   for (std::size_t at = 0; at + 1 < std::size(yyexca); at += 2) {
@@ -175,7 +176,7 @@ int Engine<Builder>::Run() {
   Push(0, {});
   for (;;) {
     if (yypact[State()] > YYFLAG) {
-      ReadToken();
+      PrepareToken();
       const int next = ShiftTo(State(), token_);
       if (next != kNoState) {
         if (!HasRoom(1)) {
@@ -191,7 +192,7 @@ int Engine<Builder>::Run() {
     }
     int rule = yydef[State()];
     if (rule == -2) {
-      ReadToken();
+      PrepareToken();
       rule = FindExceptionalRule(State(), token_);
       if (rule < 0) return 0;  // accepted
     }
@@ -217,7 +218,7 @@ void Engine<Builder>::Push(int state, const SymbolValue& value) {
 
 template <class Builder>
 int Engine<Builder>::ReadSimpleToken() {
-  const int code = readsAhead_ ? lexer_.Next() : parser_.yylex();
+  const int code = mayMergeTokens_ ? lexer_.Next() : parser_.yylex();
   if constexpr (Builder::kRecovers) {
     code_ = parser_.HasError() ? kFailedToken : code;
     builder_.NoteToken();
@@ -226,24 +227,25 @@ int Engine<Builder>::ReadSimpleToken() {
   return TokenNumber(code);
 }
 
-// Makes sure that there is a token. Plain values become one token where the tables shift it.
+// Ensures that token_ holds the next token. First consumes what needs no tables: a run of plain values,
+// which becomes VALUES, or whole plain lines.
 //
-// A whole plain line is filed at once, without the tables: all that they would push for it they would
-// pop again. The token after it is read first, as the tables would do, because the place of an error
-// depends on it. Saves a fifth of the instructions of a load.
+// Files a whole plain line without the tables, which would leave the stack unchanged. Reads the next
+// token first, as the tables do: error positions depend on it. Saves a fifth of the instructions of a
+// load.
 template <class Builder>
-void Engine<Builder>::ReadToken() {
+void Engine<Builder>::PrepareToken() {
   const auto state = static_cast<std::size_t>(State());
-  const bool mayTakeMore = readsAhead_ && HasRoom(kRoomOfLine);
+  const bool mayMerge = mayMergeTokens_ && HasRoom(kSlotsOfLine);
   if (token_ == kNoToken) {
-    if (mayTakeMore && kValuesStates[state] && lexer_.ConsumeValues()) {
+    if (mayMerge && kValuesStates[state] && lexer_.ConsumeValues()) {
       token_ = kTokenNumbers[VALUES];
       return;
     }
     token_ = ReadSimpleToken();
     NoteStack(false);
   }
-  if (!mayTakeMore || !kLineStates[state]) return;
+  if (!mayMerge || !kLineStates[state]) return;
   while (token_ == kTokenNumbers[IDENTIFIER] && lexer_.ConsumeLine()) {
     const SymbolValue keyword = builder_.MakeLine();
     token_ = ReadSimpleToken();

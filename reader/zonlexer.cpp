@@ -12,7 +12,7 @@
 namespace zon {
 namespace {
 
-// The token for a zero byte, whose own code would end the input. No rule has it.
+// A zero byte: its own code 0 would end the input. No rule uses this one, so it is a syntax error.
 constexpr int kNoCharacter = 256;
 
 struct ReservedWord {
@@ -88,14 +88,15 @@ int Lexer::Scan(Source& source) {
   }
 }
 
-// A derived parser may skip comments itself, so it is given true counters.
+// Updates the counters first: a derived parser may skip the comment itself and read them.
 template <class Source>
 void Lexer::SkipLine(Source& source) {
   source.Count();
   parser_.SkipEOL();
 }
 
-// After a slash. Returns false if it begins no comment, or after the error of one without an end.
+// After a slash. Returns true if a comment was consumed; false if none begins here, or, after an error,
+// if it has no end.
 template <class Source>
 bool Lexer::SkipComment(Source& source) {
   if (source.Peek() == '/') {
@@ -196,7 +197,7 @@ bool Lexer::ConsumeLine() {
   if (*values++ != '=') return false;
   const PlainValues plain = FindValues(values, end);
   if (!plain.isWhole) return false;
-  ConsumeValues(source, values, plain.end);
+  StoreValues(source, values, plain.end);
   return true;
 }
 
@@ -206,11 +207,11 @@ bool Lexer::ConsumeValues() {
   const std::string_view ready = source.Ready();
   const PlainValues plain = FindValues(ready.data(), ready.data() + ready.size());
   if (plain.end == nullptr) return false;
-  ConsumeValues(source, ready.data(), plain.end);
+  StoreValues(source, ready.data(), plain.end);
   return true;
 }
 
-void Lexer::ConsumeValues(TextSource& source, const char* begin, const char* end) {
+void Lexer::StoreValues(TextSource& source, const char* begin, const char* end) {
   values_ = {begin, static_cast<std::size_t>(end - begin)};
   source.Consume(end);
 }

@@ -1,6 +1,6 @@
 // The lexer: characters into tokens.
 //
-// Texts of a file stay where they were read. Texts that differ from their spelling (doubled quotes,
+// Token texts of a file are views of the file's text; no copy is made. Texts that differ from their spelling (doubled quotes,
 // newlines in a remark) and texts of a host's source are copied to the arena. One readable byte
 // precedes every token text, so a sign can be looked for there.
 //
@@ -28,11 +28,12 @@ class Lexer {
   // stream are not brought up to date.
   int Next();
 
-  // After an IDENTIFIER: consumes "=" and a whole list of plain values if they follow, and returns
-  // whether they do.
+  // Only for a plain file (stream_ is not null). After an IDENTIFIER: if "=" follows, with only blanks
+  // before it, and then a whole list of plain values within the text already read, consumes both and
+  // returns true. Else consumes nothing.
   bool ConsumeLine();
 
-  // Consumes plain values if they follow.
+  // The same for as many plain values as are complete in the text already read; false if none.
   bool ConsumeValues();
 
   // The text of the last token; of a line its name.
@@ -59,6 +60,7 @@ class Lexer {
   // has it; null if it does not.
   void SetText(std::string_view text, const char* origin = nullptr);
 
+  // Frees the token buffer. Call after the parse.
   void Release() { buffer_ = std::string(); }
 
  private:
@@ -82,7 +84,7 @@ class Lexer {
   int Fail(Source& source, const char* message);
   template <class Source>
   int Finish(int token, std::string_view text);
-  void ConsumeValues(TextSource& source, const char* begin, const char* end);
+  void StoreValues(TextSource& source, const char* begin, const char* end);
 
   CyyParser& parser_;
   CyyInput& input_;

@@ -27,7 +27,8 @@ class ZON_API CzonParser : public CyyParser {
   int yylex() override;
   int yyparse() override;
 
-  /** Makes a copy of the text the value of the current token and appends it to the token list. */
+  /** Copies the text to the arena, makes it the text of the current token and appends it to the
+   *  token list. */
   void EndToken(const char* text);
 
   /** KeepTemp deletes the node with the parser if the parse fails, GarbageCollect deletes those

@@ -68,13 +68,6 @@ T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
   return node;
 }
 
-CzonNode* TreeBuilder::NewValue(int token, std::string_view text) {
-  CzonNode* value = MakeValue(arena_, token, text);
-  if (token == INTEGER && !value->IsDouble()) parser_.yyerror("Double overflow (integer)");
-  if (token == REAL && !value->IsDouble()) parser_.yyerror("Double overflow (real)");
-  return value;
-}
-
 CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
   auto* substitution = NodeAccess::Make<CzonSubstit>(arena_);
   NodeAccess::ReferToText(*substitution, text);
@@ -239,22 +232,22 @@ SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
   switch (rule) {
     case kValueInteger:
-      result.node = NewValue(INTEGER, right[0].Text());
+      result.node = MakeValue(arena_, INTEGER, right[0].Text());
       return result;
     case kValueReal:
-      result.node = NewValue(REAL, right[0].Text());
+      result.node = MakeValue(arena_, REAL, right[0].Text());
       return result;
     case kValueBoolean:
-      result.node = NewValue(BOOLEAN, right[0].Text());
+      result.node = MakeValue(arena_, BOOLEAN, right[0].Text());
       return result;
     case kValueString:
-      result.node = NewValue(STRING, right[0].Text());
+      result.node = MakeValue(arena_, STRING, right[0].Text());
       return result;
     case kValueDateTime:
-      result.node = NewValue(DATETIME, right[0].Text());
+      result.node = MakeValue(arena_, DATETIME, right[0].Text());
       return result;
     case kValueFilename:
-      result.node = NewValue(FILENAME, right[0].Text());
+      result.node = MakeValue(arena_, FILENAME, right[0].Text());
       return result;
     case kValueSubstitution:
       result.node = NewSubstitution(right[0].Text());

@@ -64,7 +64,6 @@ class TreeBuilder {
   SymbolValue ReduceValue(int rule, const SymbolValue* right);
   template <class T>
   T* NewNamed(std::string_view name, bool multi);
-  CzonNode* NewValue(int token, std::string_view text);
   CzonNode* NewSubstitution(std::string_view text);
   void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   template <class T>

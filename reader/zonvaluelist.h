@@ -1,12 +1,12 @@
-// Values made of their texts, and lists of values that are made when they are first asked for.
+// Makes values from their texts, and finds lists of plain values, whose nodes are made on first access
+// (MakePlainValues). A list that is read in two steps is made during the parse.
 //
-// A list of plain values is kept as text: the reader only checks its form, and MakePlainValues makes
-// the nodes later. A value is plain if it is spelled as its text and nothing but the value is in its
-// place: no remark, no comment, no doubled quote, no substitution. Everything else goes through the
-// grammar, which remains the judge of errors.
+// A value is plain if its text is a substring of the file and no remark or comment touches it: no
+// doubled quote, no substitution, no blank after the sign. Everything else, and every error, goes
+// through the grammar.
 // Tested by tests/grammar_test.cpp and fuzz/load_fuzz.cpp.
-#ifndef ZON_READER_ZONVALUES_H
-#define ZON_READER_ZONVALUES_H
+#ifndef ZON_READER_ZONVALUELIST_H
+#define ZON_READER_ZONVALUELIST_H
 
 #include <string_view>
 
@@ -32,10 +32,12 @@ struct PlainValues {
   bool isWhole = false;       // the list ends with it
 };
 
-// The last value counts only if what follows it is visible and does not belong to it.
+// The last value counts only if the next character is already in the buffer and begins no remark or
+// comment: "12" could go on as "123" in the next block.
 PlainValues FindValues(const char* at, const char* end);
 
-// Appends the values of such a text to the keyword.
+// Appends the values of the text to the keyword. The text was accepted by FindValues and the keyword is
+// in an arena. Appends in batches of 64, so the list grows rarely.
 void MakePlainValues(CzonKeyword& keyword, std::string_view text);
 
 }  // namespace zon

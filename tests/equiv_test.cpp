@@ -118,6 +118,30 @@ TEST(Equivalence, EntryChecksItsArguments) {
   EXPECT_EQ(host::Heard(), "1006 Invalid zonNode Invalid zonNode");
 }
 
+// A node of a host that says that it is a section or a keyword, but has no flags of one.
+struct Impostor : CzonNode {
+  CzonNode* CreateObj() override { return new Impostor; }
+  int IsSection() const override { return 1; }
+  int IsKeyword() const override { return 1; }
+  const std::string& GetName() const override {
+    static const std::string name = "Model";
+    return name;
+  }
+};
+
+TEST(Equivalence, RefusesANodeWithoutFlags) {
+  const host::File file(host::Load(kTemplate));
+  CzonNode& section = host::As(zonTargetByNum(file, 1));
+  auto* impostor = new Impostor;
+  static_cast<CzonSection&>(section).AddNode(impostor);
+  host::Reports();
+  EXPECT_EQ(zonEqvSection(impostor, &section), 0);
+  EXPECT_EQ(zonEqvKeyword(impostor, impostor), 0);
+  EXPECT_EQ(host::Reports(),
+            (host::Texts{"17: Error: Two sections required\n\tTemp: \n\tCand: Model",
+                         "17: Error: Two keywords required\n\tTemp: \n\tCand: "}));
+}
+
 TEST(Equivalence, QuietCheckReportsNothing) {
   const host::File file(host::Load(kTemplate));
   void *section = zonTargetByNum(file, 1), *first = zonKeywordByNum(section, 1);

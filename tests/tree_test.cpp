@@ -130,6 +130,9 @@ TEST(NameList, MovesAPlaceOutsideToAnEnd) {
     for (CzonKeyword* node : {&a, &b}) list.Append(node);
     EXPECT_EQ(list.InsertIntoHashtable(&filed, place), 0);
     EXPECT_EQ(list.ByNameNum("k", number), &filed) << place;
+    CzonKeyword inserted("x", 0, 0);
+    list.Insert(&inserted, place);
+    EXPECT_EQ(list.ByNum(number), &inserted) << place;
   }
 }
 

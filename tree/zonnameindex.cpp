@@ -29,6 +29,7 @@ namespace {
 
 constexpr std::uint32_t kFirstRoom = 4;
 constexpr std::uint32_t kLargestLinear = 8;  // a larger table is hashed
+constexpr std::uint32_t kFirstHashed = 32;   // at most half full with one more than kLargestLinear
 // The counter of lost numbers is stored in 30 bits and compared modulo 2^30.
 constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
 
@@ -93,6 +94,7 @@ NameQueue* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
 void GrowTable(NameIndex& index, Arena* arena) {
   NameIndex grown = {};
   grown.room = index.room == 0 ? kFirstRoom : index.room * 2;
+  if (IsHashed(grown)) grown.room = std::max(grown.room, kFirstHashed);
   grown.queues = static_cast<NameQueue*>(AllocateBlock(arena, TablePower(grown.room)));
   // Every place is initialized: a search reads places that were never used.
   if (IsHashed(grown)) std::uninitialized_fill_n(grown.queues, grown.room, NameQueue{});
@@ -121,7 +123,8 @@ NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, std::string_view
   return queue;
 }
 
-// Call before a node is inserted into a queue.
+// Copies the name if a host's GetName returned it: it may change later. Call before inserting, as it
+// may throw.
 void EnsureName(NameQueue& queue, const NameKey& key) {
   if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
 }
@@ -166,7 +169,8 @@ void NumberQueue(NameQueue& queue, std::uint32_t from) {
 }
 
 // The place of the node in the queue, the first one if it is filed twice; the length of the queue if
-// the node is not in it.
+// the node is not in it. Searches outward from place number - 1; from the start if the queue has
+// repeats.
 std::uint32_t FindInQueue(const NameQueue& queue, const CzonNode& node, int number) {
   const auto guess = static_cast<std::uint32_t>(number - 1);
   return NodeSpan(queue.nodes).Find(&node, queue.hasRepeats ? 0 : guess);
@@ -191,7 +195,7 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
   const auto placeOf = [&](std::uint32_t index) {
     const CzonNamedNode& other = Named(ordered[index]);
     if (NodeAccess::GetKey(other).hash != queue.hash || &other == &node) return nodes.Size();
-    // A guess: a node that has been copied over has lost its number.
+    // Only a hint: a Copy may have reset the number.
     return nodes.Find(&other, static_cast<std::uint32_t>(NodeAccess::GetNumber(other) - 1));
   };
   std::uint32_t after = std::min(at, ordered.Size());
@@ -301,6 +305,7 @@ void Append(NameList& list, CzonNamedNode& node, Arena* arena) {
 }
 
 void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, Arena* arena) {
+  place = std::clamp(place, 1U, Count(list) + 1);
   Reserve(list.ordered, arena);
   InsertIntoIndex(list, node, place, arena);
   Insert(list.ordered, place - 1, &node, arena);

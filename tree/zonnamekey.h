@@ -1,4 +1,5 @@
-// How named nodes are filed: by name in lower case, the empty name as one blank, with a hash.
+// How named nodes are filed: by name, ignoring ASCII case; the empty name and one blank are the same
+// key.
 #ifndef ZON_TREE_ZONNAMEKEY_H
 #define ZON_TREE_ZONNAMEKEY_H
 
@@ -11,11 +12,12 @@ namespace zon {
 struct NameKey {
   std::string_view name;
   std::uint32_t hash;
-  bool isStored;  // false for the result of a host's GetName, which may be another one later
+  // False if the name is the result of a host's GetName, which can change: the queue then keeps a copy.
+  bool isStored;
 };
 
 // A Copy resets the instance number of its target to 0. If the target has no owner, the queue that
-// counts it is unknown. So a global counter is incremented, and each queue compares it with the
+// counts it is unknown (a host may file it in a CzonNameList of its own). So a global counter is incremented, and each queue compares it with the
 // value at its last numbering.
 void CountLostNumber();
 std::uint32_t GetLostNumbers();

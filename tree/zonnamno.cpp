@@ -154,8 +154,9 @@ void CzonNamedNode::MakeDeferredChildren() {
 
 // For values that were just made in the arena of this node: kDeep and the queues need no update.
 void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
-  auto number = static_cast<std::int32_t>(children_.nodes.size);
-  zon::Append(children_.nodes, values, count, arena_);
+  zon::NodeList& children = EnsureChildren();
+  auto number = static_cast<std::int32_t>(children.size);
+  zon::Append(children, values, count, arena_);
   for (CzonNode* const* value = values; value != values + count; ++value) {
     (*value)->owner_ = this;
     (*value)->instance_ = ++number;

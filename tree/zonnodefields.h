@@ -23,8 +23,8 @@ static_assert(sizeof(Text) == 12, "values are laid out around a text of twelve b
 // See tree/zonnodelist.h.
 struct NodeList {
   union {
-    CzonNode* single;  // of a list of at most one node
-    CzonNode** block;  // of `1 << power` places
+    CzonNode* single;  // if power is 0: room for one node
+    CzonNode** block;  // else: room for 2^power nodes
   };
   std::uint32_t size;
   std::uint32_t power;  // 0: no block

@@ -1,5 +1,6 @@
-// Lists of node pointers: a growing array in 16 bytes. A single entry is in the list itself; more are
-// in a block of a power of two of places. The caller passes the arena of the blocks, null for the
+// A growing array of node pointers with a head of 16 bytes. The first entry is stored in the head; the
+// second moves the list to a block of 2^power pointers, which is never given up before Release. The
+// caller passes the arena of the blocks, null for the
 // free store; it is the same one in every call for a list. A list owns no node.
 // Tested by tests/tree_test.cpp.
 #ifndef ZON_TREE_ZONNODELIST_H
@@ -39,8 +40,8 @@ inline std::uint32_t Capacity(const NodeList& list) {
   return std::uint32_t{1} << list.power;
 }
 
-// Makes room for `more` nodes. Throws std::bad_alloc, the list unchanged; so do the operations that
-// append or insert.
+// Makes room for `more` nodes. Requires size + more > Capacity(list). Throws std::bad_alloc, the list
+// unchanged; so do the operations that append or insert.
 void Grow(NodeList& list, std::uint32_t more, Arena* arena);
 
 // After it one Append or Insert cannot fail.
