@@ -1,5 +1,6 @@
 #include "reader/zonchecker.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/zonfiletext.h"
@@ -16,6 +17,11 @@ namespace zon {
 namespace {
 
 #include "reader/zongrammar.inc"
+
+bool EndsWithComma(const char* begin, const char* end) {
+  while (end > begin && IsClass(end[-1], kSpace)) --end;
+  return end > begin && end[-1] == ',';
+}
 
 Span SpanOf(std::string_view text) {
   return {text.data(), text.data() + text.size()};
@@ -49,6 +55,7 @@ Checker::~Checker() = default;
 
 void Checker::Run() {
   Engine<Checker>(*parser_, lexer_, *this, true).Run();
+  CheckCandidates();
 }
 
 // ---- The actions of the rules -----------------------------------------------------------------------
@@ -81,20 +88,28 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
       result.size = 0;
       return result;
     case kKeywordFirstEmpty:
-    case kKeywordNextEmpty:
     case kDefaultFirstEmpty:
+      valueCount_ = 0;
+      [[fallthrough]];
+    case kKeywordNextEmpty:
     case kDefaultNextEmpty:
       emptyPlace_ = right[1].chars;
+      ++valueCount_;
       return result;
     case kKeywordFirstItem:
-    case kKeywordNextItem:
     case kDefaultFirstItem:
+      valueCount_ = 0;
+      [[fallthrough]];
+    case kKeywordNextItem:
     case kDefaultNextItem:
       emptyPlace_ = nullptr;
+      ++valueCount_;
       return result;
     case kKeywordFirstValues:
-    case kKeywordNextValues:
     case kDefaultFirstValues:
+      valueCount_ = 0;
+      [[fallthrough]];
+    case kKeywordNextValues:
     case kDefaultNextValues:
       CheckValues(lexer_.Values());
       return result;
@@ -111,6 +126,7 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
 }
 
 SymbolValue Checker::MakeLine() {
+  valueCount_ = 0;
   CheckValues(lexer_.Values());
   SymbolValue name;
   name.SetText(lexer_.Text());
@@ -147,6 +163,10 @@ void Checker::FileSection() {
 void Checker::FileKeyword(const SymbolValue&, const SymbolValue& keyword) {
   Level& level = Top();
   ++level.keywordCount;
+  if (wanted_ != nullptr) return CountValues(keyword.Text());
+  if (valueCount_ == 2 && gluedPlace_.begin > keyword.chars && candidates_.size() < kMostWarnings) {
+    candidates_.push_back({keyword.Text(), level.name, gluedPlace_});
+  }
   const NameEntry& entry = level.keywords.Count(keyword.Text());
   if (entry.count == 1) return;
   const Span place = SpanOf({keyword.chars, keyword.size > 0 ? keyword.size : 1});
@@ -248,6 +268,7 @@ void Checker::CheckInteger(const char* begin, const char* end) {
 // Plain values: numbers of more than nine digits, and two numbers that look like one.
 void Checker::CheckValues(std::string_view values) {
   emptyPlace_ = nullptr;
+  ++valueCount_;
   const char* const end = values.data() + values.size();
   for (const char* at = values.data(); at < end;) {
     if (*at == '\'' || *at == '|' || *at == '#') {
@@ -259,10 +280,46 @@ void Checker::CheckValues(std::string_view values) {
       if (endOfNumber == nullptr) endOfNumber = at + 1;
       const bool hasSign = at > values.data() && (at[-1] == '-' || at[-1] == '+');
       if (isWhole) CheckInteger(hasSign ? at - 1 : at, endOfNumber);
+      if (isWhole && IsGlued(at, endOfNumber, values))
+        gluedPlace_ = {at, SkipDigits(endOfNumber + 1, end)};
       at = endOfNumber;
     } else {
+      if (*at == ',') ++valueCount_;
       ++at;
     }
+  }
+}
+
+// Whether a whole number is followed by a comma and, without a blank, by the last value of the list,
+// which has digits alone.
+bool Checker::IsGlued(const char* number, const char* comma, std::string_view values) {
+  const char* const end = values.data() + values.size();
+  if (comma + 1 >= end || *comma != ',' || number == values.data()) return false;
+  const char* const endOfDigits = SkipDigits(comma + 1, end);
+  return endOfDigits > comma + 1 && endOfDigits == end;
+}
+
+// "60,5": two values that look like one number, in a keyword whose other instances have one value. A
+// second run over the text counts the values of these.
+void Checker::CheckCandidates() {
+  if (candidates_.empty()) return;
+  Checker counter(text_);
+  counter.wanted_ = &candidates_;
+  Engine<Checker>(*counter.parser_, counter.lexer_, counter, true).Run();
+  for (const Candidate& candidate : candidates_) {
+    if (candidate.single < candidate.glued || candidate.others > 0) continue;
+    const std::string_view text(candidate.place.begin, candidate.place.Size());
+    Warn("decimal-comma",
+         Quoted(text) + " are two values; every other " + Quoted(candidate.name) + " has one",
+         candidate.place, "write a decimal point, or a blank after the comma");
+  }
+}
+
+void Checker::CountValues(std::string_view name) {
+  for (Candidate& candidate : *wanted_) {
+    if (!EqualNoCase(candidate.name, name) || !EqualNoCase(candidate.section, Top().name)) continue;
+    const bool isGlued = valueCount_ == 2 && gluedPlace_.begin > name.data();
+    ++(valueCount_ == 1 ? candidate.single : isGlued ? candidate.glued : candidate.others);
   }
 }
 
@@ -328,7 +385,7 @@ Resumption Checker::Recover(const ParseFailure& failure) {
     if (mistake.finding.rule == std::string_view("unclosed-quote")) {
       ForgetAfter(mistake.after);
       Add(mistake.finding);
-      return ResumeAfter(mistake);
+      return ResumeAfter(mistake, tokenEnd);
     }
     ReportOpenSections(tokenEnd);
     return {Resumption::kStop, tokenEnd};
@@ -343,7 +400,7 @@ Resumption Checker::Recover(const ParseFailure& failure) {
     Add(std::move(mistake.finding));
   }
   if (failure.context == ParseContext::kOutside && failure.token != ENDSECT) forgivesEnd_ = true;
-  return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake);
+  return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake, tokenEnd);
 }
 
 // The input ends: every section that is open has no end.
@@ -360,7 +417,7 @@ void Checker::ReportOpenSections(const char* at) {
   }
 }
 
-Resumption Checker::ResumeAfter(const Mistake& mistake) {
+Resumption Checker::ResumeAfter(const Mistake& mistake, const char* tokenEnd) {
   Resumption resumption{mistake.action, mistake.after};
   if (mistake.action == Resumption::kOpenSection) {
     const char* const lineEnd = text_->End();
@@ -371,35 +428,51 @@ Resumption Checker::ResumeAfter(const Mistake& mistake) {
     CloseSection(mistake.after);
   }
   if (mistake.isExact) return resumption;
-  const char* line = mistake.after;
-  if (!mistake.mayBeAt) {
-    while (line < text_->End() && *line != '\n') ++line;
-  } else {
-    while (line > text_->Begin() && line[-1] != '\n') --line;
-    const char* const begin = SkipBlanks(line, text_->End());
-    if (begin != mistake.after) {
-      line = mistake.after;
-      while (line < text_->End() && *line != '\n') ++line;
-    }
-  }
-  resumption.at = NextStructure(line, depth_ == 0);
+  const char* const end =
+      mistake.isOpen ? nullptr : FindEndInLine(std::max(mistake.after, tokenEnd));
+  resumption.at = end != nullptr ? end : NextLine(mistake);
   return resumption;
 }
 
-// The first line of structure from `line` on, which is the begin or the end of a line. The end of the
-// text if there is none.
-const char* Checker::NextStructure(const char* line, bool onlyHeaders) {
+// An EndSect in the rest of a line, before any text or comment.
+const char* Checker::FindEndInLine(const char* at) const {
+  const char* const end = text_->End();
+  if (depth_ == 0) return nullptr;
+  while (at < end && std::string_view("\n'|#;/{").find(*at) == std::string_view::npos) {
+    const char* const endOfWord = SkipWord(at, end);
+    if (EqualNoCase({at, static_cast<std::size_t>(endOfWord - at)}, "endsect")) return at;
+    at = endOfWord > at ? endOfWord : at + 1;
+  }
+  return nullptr;
+}
+
+// The line at which reading goes on: the first one after the mistake that shows structure. After a
+// mistake within a line, also one that begins with a word, unless the line before ends with a comma,
+// so that a list goes on. The end of the text if there is none.
+const char* Checker::NextLine(const Mistake& mistake) {
+  const char* line = mistake.after;
   for (;;) {
     const char* const newline = FindChar('\n', line, text_->End());
     if (newline == nullptr && ReadMore()) continue;
-    const char* const lineEnd = newline != nullptr ? newline : text_->End();
-    const char* const begin = SkipBlanks(line, lineEnd);
-    const LineKind kind = ClassifyLine(begin, lineEnd);
-    if (kind == LineKind::kHeader || (kind != LineKind::kOther && !onlyHeaders)) return begin;
-    if (kind == LineKind::kEndSect) forgivesEnd_ = false;
-    if (newline == nullptr) return lineEnd;
+    if (newline == nullptr) return text_->End();
+    const bool goesOn = mistake.isOpen || EndsWithComma(line, newline);
     line = newline + 1;
+    const LineKind kind = ClassifyNext(line);
+    if (kind == LineKind::kEndSect && depth_ == 0) forgivesEnd_ = false;
+    const bool isStructure =
+        kind == LineKind::kHeader ||
+        (depth_ > 0 && (kind == LineKind::kEndSect || kind == LineKind::kKeyword ||
+                        (kind == LineKind::kWord && !goesOn)));
+    if (isStructure) return SkipBlanks(line, text_->End());
   }
+}
+
+// The kind of a line, of which not all may have been read.
+LineKind Checker::ClassifyNext(const char* line) {
+  const char* newline = FindChar('\n', line, text_->End());
+  while (newline == nullptr && ReadMore()) newline = FindChar('\n', line, text_->End());
+  const char* const end = newline != nullptr ? newline : text_->End();
+  return ClassifyLine(SkipBlanks(line, end), end);
 }
 
 bool Checker::ReadMore() {

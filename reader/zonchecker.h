@@ -20,6 +20,7 @@
 #include "reader/zonfinding.h"
 #include "reader/zonlexer.h"
 #include "reader/zonnametable.h"
+#include "reader/zonstructure.h"
 #include "reader/zonsymbol.h"
 
 namespace zon {
@@ -70,6 +71,16 @@ class Checker {
   };
 
   Level& Top() { return levels_[depth_]; }
+  // A keyword with two values that look like one number, and how many values others of its name have.
+  struct Candidate {
+    std::string_view name;
+    std::string_view section;
+    Span place;
+    std::size_t single = 0;
+    std::size_t glued = 0;
+    std::size_t others = 0;
+  };
+
   void OpenSection(std::string_view name, Span header);
   void CloseSection(const char* endOfEnd);
   void FileSection();
@@ -82,10 +93,15 @@ class Checker {
   void CheckInteger(const char* begin, const char* end);
   void CheckValues(std::string_view values);
   void CheckGluedComment(const char* semicolon);
+  static bool IsGlued(const char* number, const char* comma, std::string_view values);
+  void CheckCandidates();
+  void CountValues(std::string_view name);
 
   void ReportOpenSections(const char* at);
-  Resumption ResumeAfter(const Mistake& mistake);
-  const char* NextStructure(const char* line, bool onlyHeaders);
+  Resumption ResumeAfter(const Mistake& mistake, const char* tokenEnd);
+  const char* FindEndInLine(const char* at) const;
+  const char* NextLine(const Mistake& mistake);
+  LineKind ClassifyNext(const char* line);
   bool ReadMore();
   void TakeFirst();
   void Add(Finding finding);
@@ -103,6 +119,10 @@ class Checker {
   FileKind kind_ = kUndecided;
   Span decidedBy_;
   const char* emptyPlace_ = nullptr;  // see ParseScene
+  std::size_t valueCount_ = 0;        // of the keyword that is read
+  Span gluedPlace_;                   // the last two values that look like one number
+  std::vector<Candidate> candidates_;
+  std::vector<Candidate>* wanted_ = nullptr;  // set in the second run, which only counts
   bool forgivesEnd_ =
       false;  // an error before was a header that is missing, so an end is left over
   bool hasStopped_ = false;

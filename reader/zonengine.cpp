@@ -307,7 +307,8 @@ ParseFailure Engine<Builder>::Describe(const char* message) const {
 // Pops the stack to the body of the open section, or to the list of sections at the top level.
 template <class Builder>
 void Engine<Builder>::Resume(const Resumption& resumption) {
-  while (depth_ > 2 && !kLineStates[static_cast<std::size_t>(State())]) --depth_;
+  while (depth_ > 1 && !kLineStates[static_cast<std::size_t>(State())]) --depth_;
+  if (depth_ == 1) Push(GoTo(State(), yyr1[kListEmpty]), {});
   if (resumption.action == Resumption::kOpenSection && HasRoom(1)) {
     Push(GoTo(State(), yyr1[kBodyHeader]), {});
   } else if (resumption.action == Resumption::kCloseSection && depth_ > 2) {

@@ -180,7 +180,6 @@ class MistakeFinder {
   }
 
   void Unexpected() {
-    mistake_.mayBeAt = true;
     Is(failure_.context == ParseContext::kValue ? "bad-value" : "unexpected",
        "expected " + Describe(failure_.expected) + ", found " + Found());
   }
@@ -191,6 +190,7 @@ class MistakeFinder {
   bool FindTooDeep();
   bool FindLexerMistake();
   bool FindBadNumber(const char* begin, const char* reason);
+  bool FindQuoteInText();
   bool FindCharacter();
   bool FindOfContext();
   bool FindInHeader();
@@ -213,7 +213,8 @@ bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
        line = FindChar('\n', line, end)) {
     ++line;
     const char* const lineEnd = LineEnd(line, end);
-    if (ClassifyLine(SkipBlanks(line, lineEnd), lineEnd) != LineKind::kOther) return true;
+    const LineKind kind = ClassifyLine(SkipBlanks(line, lineEnd), lineEnd);
+    if (kind != LineKind::kOther && kind != LineKind::kWord) return true;
   }
   return false;
 }
@@ -223,6 +224,7 @@ bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
 bool MistakeFinder::TryOpenQuote(const char* begin, const char* end) {
   if (!IsOnOneLine(end, scene_.tokenBegin) || !HoldsStructure(begin, end)) return false;
   At(begin, begin + 1);
+  mistake_.isOpen = true;
   return Is(kLexerMistakes[0].rule, kLexerMistakes[0].message, kLexerMistakes[0].hint);
 }
 
@@ -268,6 +270,8 @@ bool MistakeFinder::FindLexerMistake() {
   if (scene_.lexerError == "Bad scale factor") {
     return FindBadNumber(scene_.tokenBegin, "digits must follow the e of the exponent");
   }
+  if (FindQuoteInText()) return true;
+  mistake_.isOpen = true;
   for (const LexerMistake& mistake : kLexerMistakes) {
     if (scene_.lexerError != mistake.error) continue;
     At(scene_.tokenBegin,
@@ -275,6 +279,16 @@ bool MistakeFinder::FindLexerMistake() {
     return Is(mistake.rule, mistake.message, mistake.hint);
   }
   return Is("unexpected", std::string(scene_.lexerError));
+}
+
+// A word directly after the closing quote of a text.
+bool MistakeFinder::FindQuoteInText() {
+  if (failure_.context != ParseContext::kName) return false;
+  const char* const name = failure_.anchor.chars;
+  if (name == scene_.textBegin || name[-1] != '\'') return false;
+  At(name - 1, name);
+  return Is("quote-in-text", "a word follows the closing quote of a text",
+            "write a quote inside a text twice: 'it''s'");
 }
 
 bool MistakeFinder::FindCharacter() {
@@ -384,11 +398,7 @@ bool MistakeFinder::FindAfterName() {
       while (number > lineBegin && (IsClass(number[-1], kWord) || number[-1] == '.')) --number;
       return FindBadNumber(number, "a number has decimal digits, a point and an exponent");
     }
-    if (before == '\'') {
-      At(name - 1, name);
-      return Is("quote-in-text", "a word follows the closing quote of a text",
-                "write a quote inside a text twice: 'it''s'");
-    }
+    if (FindQuoteInText()) return true;
     const char* last = name;
     while (last > lineBegin && IsClass(last[-1], kSpace)) --last;
     if (last > lineBegin && (last[-1] == '=' || last[-1] == ',') && scene_.emptyPlace == last - 1) {

@@ -32,11 +32,11 @@ struct ParseScene {
 struct Mistake {
   Finding finding;
   Resumption::Action action = Resumption::kStay;
-  // Reading goes on at the next line of structure after the line of `after`, or at the line of
-  // `after` itself if `mayBeAt`; at `after` exactly if `isExact`.
+  // Reading goes on after the line of `after`, or at `after` itself if `isExact`. If the mistake may
+  // have taken in other lines, it goes on at a line that shows structure.
   const char* after = nullptr;
-  bool mayBeAt = false;
   bool isExact = false;
+  bool isOpen = false;
 };
 
 Mistake FindMistake(const ParseFailure& failure, const ParseScene& scene);

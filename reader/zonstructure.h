@@ -13,15 +13,18 @@ inline const char* SkipBlanks(const char* at, const char* end) {
   return at;
 }
 
-enum class LineKind { kOther, kHeader, kEndSect, kKeyword };
+enum class LineKind { kOther, kHeader, kEndSect, kKeyword, kWord };
 
-// What begins at `at`, the first character of a line that is no blank.
+// What begins at `at`, the first character of a line that is no blank. kWord is a line that begins with
+// a word or has a "=", and shows nothing else.
 inline LineKind ClassifyLine(const char* at, const char* end) {
   if (at < end && *at == '[') {
     const char* name = SkipBlanks(at + 1, end);
     return name < end && IsClass(*name, kAlpha) ? LineKind::kHeader : LineKind::kOther;
   }
-  if (at == end || !(IsClass(*at, kAlpha) || *at == '(')) return LineKind::kOther;
+  if (at == end || !(IsClass(*at, kAlpha) || *at == '(')) {
+    return FindChar('=', at, end) != nullptr ? LineKind::kWord : LineKind::kOther;
+  }
   const char* const endOfWord = SkipWord(at, end);
   const std::string_view word(at, static_cast<std::size_t>(endOfWord - at));
   if (EqualNoCase(word, "endsect")) return LineKind::kEndSect;
@@ -29,14 +32,14 @@ inline LineKind ClassifyLine(const char* at, const char* end) {
   if (next < end && *next == '(') {
     if (EqualNoCase(word, "default")) return LineKind::kKeyword;
     next = SkipBlanks(next + 1, end);
-    if (next == end || *next != ')') return LineKind::kOther;
+    if (next == end || *next != ')') return LineKind::kWord;
     next = SkipBlanks(next + 1, end);
   }
   if (next < end && *next == '{') {
     const char* const closer = FindChar('}', next, end);
     next = SkipBlanks(closer != nullptr ? closer + 1 : end, end);
   }
-  return next < end && *next == '=' ? LineKind::kKeyword : LineKind::kOther;
+  return next < end && *next == '=' ? LineKind::kKeyword : LineKind::kWord;
 }
 
 }  // namespace zon
