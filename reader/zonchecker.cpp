@@ -18,6 +18,12 @@ namespace {
 
 #include "reader/zongrammar.inc"
 
+// Whether nothing but a section can be incomplete.
+bool IsBetweenLines(ParseContext context) {
+  return context == ParseContext::kOutside || context == ParseContext::kBody ||
+         context == ParseContext::kValue || context == ParseContext::kAfterValue;
+}
+
 bool EndsWithComma(const char* begin, const char* end) {
   while (end > begin && IsClass(end[-1], kSpace)) --end;
   return end > begin && end[-1] == ',';
@@ -150,14 +156,13 @@ void Checker::CloseSection(const char* endOfEnd) {
   CheckEndComment(Top().name, endOfEnd);
   CheckRepeated(Top());
   closedName_ = Top().name;
-  closedHeader_ = Top().header;
   --depth_;
   emptyPlace_ = nullptr;
 }
 
 void Checker::FileSection() {
   const NameEntry& entry = Top().sections.Count(closedName_);
-  CheckUnique(entry, closedHeader_, entry.size);
+  CheckUnique(entry, SpanOf(closedName_), entry.size);
 }
 
 void Checker::FileKeyword(const SymbolValue&, const SymbolValue& keyword) {
@@ -373,24 +378,17 @@ Resumption Checker::Recover(const ParseFailure& failure) {
   const std::string lexerError =
       failure.token == kFailedToken ? parser_->GetError() : std::string();
   TakeFirst();
+  if (failure.isTooDeep) return RecoverFromDepth(failure);
   const char* const tokenEnd = TextSource(parser_->Stream()).At();
   const ParseScene scene{
       text_->Begin(), text_->End(),    lexer_.TokenBegin(),  tokenEnd,   lexer_.PreviousEnd(),
       emptyPlace_,    lexer_.Values(), lexer_.StringBegin(), lexerError, depth_ > 0};
   emptyPlace_ = nullptr;
-  const bool isEnd = failure.token == ENDOFINPUT;
-  if (isEnd && failure.context != ParseContext::kHeader && failure.context != ParseContext::kSign &&
-      failure.context != ParseContext::kSubstitution) {
-    Mistake mistake = FindMistake(failure, scene);
-    if (mistake.finding.rule == std::string_view("unclosed-quote")) {
-      ForgetAfter(mistake.after);
-      Add(mistake.finding);
-      return ResumeAfter(mistake, tokenEnd);
-    }
+  Mistake mistake = FindMistake(failure, scene);
+  if (failure.token == ENDOFINPUT && !mistake.isOpen && IsBetweenLines(failure.context)) {
     ReportOpenSections(tokenEnd);
     return {Resumption::kStop, tokenEnd};
   }
-  Mistake mistake = FindMistake(failure, scene);
   const bool isEndForgiven =
       forgivesEnd_ && failure.context == ParseContext::kOutside && failure.token == ENDSECT;
   if (isEndForgiven) {
@@ -401,6 +399,29 @@ Resumption Checker::Recover(const ParseFailure& failure) {
   }
   if (failure.context == ParseContext::kOutside && failure.token != ENDSECT) forgivesEnd_ = true;
   return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake, tokenEnd);
+}
+
+// The stack is full. Everything that is deeper is skipped, up to the end of the innermost section that
+// is open; its lines alone are looked at.
+Resumption Checker::RecoverFromDepth(const ParseFailure& failure) {
+  depth_ = std::min(depth_, failure.sections);
+  Finding finding;
+  finding.rule = "too-deep";
+  finding.message = "the sections in " + Quoted(Top().name) + " are nested too deeply";
+  finding.hint = "a file can have about 140 levels of sections";
+  finding.place = Top().header;
+  Add(std::move(finding));
+  std::size_t deeper = 0;
+  for (const char* line = Top().header.end; line < text_->End();) {
+    const LineKind kind = ClassifyNext(line);
+    if (kind == LineKind::kHeader) ++deeper;
+    if (kind == LineKind::kEndSect && deeper-- == 0) {
+      return {Resumption::kStay, SkipBlanks(line, text_->End())};
+    }
+    const char* const newline = FindChar('\n', line, text_->End());
+    line = newline != nullptr ? newline + 1 : text_->End();
+  }
+  return {hasStopped_ ? Resumption::kStop : Resumption::kStay, text_->End()};
 }
 
 // The input ends: every section that is open has no end.

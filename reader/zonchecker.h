@@ -97,6 +97,7 @@ class Checker {
   void CheckCandidates();
   void CountValues(std::string_view name);
 
+  Resumption RecoverFromDepth(const ParseFailure& failure);
   void ReportOpenSections(const char* at);
   Resumption ResumeAfter(const Mistake& mistake, const char* tokenEnd);
   const char* FindEndInLine(const char* at) const;
@@ -115,7 +116,6 @@ class Checker {
   std::size_t depth_ = 0;
   Span header_;  // of the section that is just read
   std::string_view closedName_;
-  Span closedHeader_;
   FileKind kind_ = kUndecided;
   Span decidedBy_;
   const char* emptyPlace_ = nullptr;  // see ParseScene

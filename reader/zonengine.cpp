@@ -283,7 +283,10 @@ void Engine<Builder>::NoteStack(bool afterLine) {
 
 template <class Builder>
 ParseFailure Engine<Builder>::Describe(const char* message) const {
-  ParseFailure failure{code_, message == kTooDeep, ParseContext::kOutside, 0, notedValues_[0]};
+  ParseFailure failure{code_, message == kTooDeep, ParseContext::kOutside, 0, 0, notedValues_[0]};
+  for (std::size_t at = 0; at < depth_; ++at) {
+    if (kLineStates[static_cast<std::size_t>(states_[at])]) ++failure.sections;
+  }
   failure.context = ContextOf(notedStates_[notedDepth_ - 1]);
   const ParseContext below =
       notedDepth_ > 1 ? ContextOf(notedStates_[notedDepth_ - 2]) : ParseContext::kOutside;

@@ -145,8 +145,7 @@ class MistakeFinder {
   }
 
   Mistake Find() {
-    if (!FindOpenQuote() && !FindTooDeep() && !FindLexerMistake() && !FindCharacter() &&
-        !FindOfContext()) {
+    if (!FindOpenQuote() && !FindLexerMistake() && !FindCharacter() && !FindOfContext()) {
       Unexpected();
     }
     return std::move(mistake_);
@@ -187,12 +186,12 @@ class MistakeFinder {
   bool FindOpenQuote();
   bool HoldsStructure(const char* begin, const char* end) const;
   bool TryOpenQuote(const char* begin, const char* end);
-  bool FindTooDeep();
   bool FindLexerMistake();
   bool FindBadNumber(const char* begin, const char* reason);
   bool FindQuoteInText();
   bool FindCharacter();
   bool FindOfContext();
+  bool FindBracketedList();
   bool FindInHeader();
   bool FindAfterName();
   bool FindWordAsValue(const char* begin, const char* end);
@@ -222,7 +221,10 @@ bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
 // A quoted text that has taken in lines of structure, and ends on the line of the error, is one whose
 // closing quote is missing: it ends at the opening quote of the next text.
 bool MistakeFinder::TryOpenQuote(const char* begin, const char* end) {
-  if (!IsOnOneLine(end, scene_.tokenBegin) || !HoldsStructure(begin, end)) return false;
+  // The word after the quote, if the error is noticed after it.
+  const char* const next =
+      failure_.context == ParseContext::kName ? failure_.anchor.chars : scene_.tokenBegin;
+  if (next < end || !IsOnOneLine(end, next) || !HoldsStructure(begin, end)) return false;
   At(begin, begin + 1);
   mistake_.isOpen = true;
   return Is(kLexerMistakes[0].rule, kLexerMistakes[0].message, kLexerMistakes[0].hint);
@@ -247,15 +249,13 @@ bool MistakeFinder::FindOpenQuote() {
 
 // ---- Errors of the lexer ----------------------------------------------------------------------------
 
-bool MistakeFinder::FindTooDeep() {
-  if (!failure_.isTooDeep) return false;
-  return Is("too-deep", "the sections are nested too deeply",
-            "a file can have about 140 levels of sections");
-}
-
 bool MistakeFinder::FindBadNumber(const char* begin, const char* reason) {
   const char* end = begin;
-  while (end < scene_.textEnd && (IsClass(*end, kWord) || *end == '.')) ++end;
+  while (end < scene_.textEnd &&
+         (IsClass(*end, kWord) || *end == '.' ||
+          ((*end == '+' || *end == '-') && end > begin && Lower(end[-1]) == 'e'))) {
+    ++end;
+  }
   end = std::max(end, begin + 1);
   At(begin, end);
   const std::string_view text(begin, static_cast<std::size_t>(end - begin));
@@ -323,7 +323,9 @@ bool MistakeFinder::FindOfContext() {
     case ParseContext::kOutside:
       return FindOutside();
     case ParseContext::kHeader:
-      return FindInHeader();
+      return FindBracketedList() || FindInHeader();
+    case ParseContext::kMarker:
+      return FindBracketedList();
     case ParseContext::kName:
       return FindAfterName();
     case ParseContext::kSign: {
@@ -345,12 +347,23 @@ bool MistakeFinder::FindOfContext() {
   }
 }
 
+// A bracket where a value should be.
+bool MistakeFinder::FindBracketedList() {
+  const char* const bracket = failure_.anchor.chars;
+  const char* last = bracket;
+  while (last > scene_.textBegin && (last[-1] == ' ' || last[-1] == '\t')) --last;
+  if (last == scene_.textBegin || (last[-1] != '=' && last[-1] != ',')) return false;
+  At(bracket, bracket + 1);
+  return Is("bad-value", "expected a value, found " + Quoted({bracket, 1}),
+            "write the values of a list without brackets, with commas between them");
+}
+
 bool MistakeFinder::FindInHeader() {
   const char* const bracket = failure_.anchor.chars;
   const char* const lineEnd = LineEnd(bracket, scene_.textEnd);
   const char* const name = SkipBlanks(bracket + 1, lineEnd);
   const char* const closer = FindChar(']', bracket, lineEnd);
-  mistake_.action = Resumption::kOpenSection;
+  if (failure_.token != ENDOFINPUT) mistake_.action = Resumption::kOpenSection;
   if (closer == nullptr) {
     At(bracket, bracket + 1);
     return Is("unclosed-bracket", "the section header that begins here has no closing bracket",

@@ -65,6 +65,7 @@ struct ParseFailure {
   bool isTooDeep;
   ParseContext context;
   std::uint32_t expected;  // of Expected
+  std::size_t sections;    // how many are open on the stack
   SymbolValue anchor;      // kHeader: the bracket; kName: the name; kSign: the sign
 };
 
