@@ -232,7 +232,8 @@ ZON_API int zonxWhere(void* node, zonxPlace* place);
  *  @return ZONX_OK, ZONX_MISSING if there is none, ZONX_BAD_ARGUMENT, ZONX_NO_MEMORY */
 ZON_API int zonxGetRemark(void* node, const char** out);
 
-/** @name The first value of a keyword, or the one that "[n]" selects
+/** Return the first value of a keyword, or the one that "[n]" selects.
+ *
  *  An integer can be read as a real; nothing else is converted. A default placeholder is read as its
  *  default value. Integers are exact to 64 bits, and an integer read as a real is rounded to nearest.
  *  zonxGetText returns any value as it is written in a file, with quotes, bars and marks; zonxGetFilename
@@ -240,8 +241,8 @@ ZON_API int zonxGetRemark(void* node, const char** out);
  *  @return ZONX_OK; ZONX_MISSING: no such value, an empty place, a remark alone, or a placeholder
  *      without default; ZONX_WRONG_KIND; ZONX_OUT_OF_RANGE: a number beyond the type, or infinite;
  *      ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY. The texts of zonxGetString are valid until the value changes,
- *      those of zonxGetFilename and zonxGetText until the next call of the same function in this thread.
- *  @{ */
+ *      those of zonxGetFilename and zonxGetText until the next call of the same function in this
+ *      thread. @{ */
 ZON_API int zonxGetInt(void* fileOrNode, const char* path, int* out);
 ZON_API int zonxGetInt64(void* fileOrNode, const char* path, long long* out);
 ZON_API int zonxGetDouble(void* fileOrNode, const char* path, double* out);
@@ -251,14 +252,14 @@ ZON_API int zonxGetFilename(void* fileOrNode, const char* path, const char** out
 ZON_API int zonxGetText(void* fileOrNode, const char* path, const char** out);
 /** @} */
 
-/** @name All values of a keyword
+/** Return all values of a keyword.
+ *
  *  The path ends at a keyword. At most `room` values are stored, and *count receives how many there
  *  are, also if that is more than `room`. If a value cannot be read, *count receives its number, from
  *  1, and `out` may hold those before it. `out` may be null if `room` is 0. The functions for numbers
  *  make no nodes for values that were not asked for before. Texts of zonxGetStrings are valid until the
  *  value changes.
- *  @return as for one value
- *  @{ */
+ *  @return as for one value @{ */
 ZON_API int zonxGetInts(void* fileOrNode, const char* path, int* out, size_t room, size_t* count);
 ZON_API int zonxGetInt64s(void* fileOrNode, const char* path, long long* out, size_t room,
                           size_t* count);

@@ -1,10 +1,10 @@
 # Installing, in the components runtime, dev, doc and (from tool/) tool.
 include(CMakePackageConfigHelpers)
 
-# The two public headers and those that they include.
+# The public headers and those that they include.
 function(zon_public_headers result)
   set(found)
-  set(waiting api/zon.h api/zonclasses.h)
+  set(waiting api/zon.h api/zonx.h api/zonclasses.h)
   while(waiting)
     list(POP_FRONT waiting header)
     list(APPEND found ${header})
@@ -41,14 +41,14 @@ if(ZON_STATIC)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
 endif()
 
-# zon.h and zonclasses.h go to the include folder of the prefix, the headers that zonclasses.h includes to
-# zon/ beside them, without the folders of the sources. Includes are changed to match, so that every header
-# is found with the include folder alone.
+# zon.h, zonx.h and zonclasses.h go to the include folder of the prefix, the headers that zonclasses.h
+# includes to zon/ beside them, without the folders of the sources. Includes are changed to match, so that
+# every header is found with the include folder alone.
 zon_public_headers(ZON_PUBLIC_HEADERS)
 foreach(header IN LISTS ZON_PUBLIC_HEADERS)
   set(below "")
   set(folder /zon)
-  if(header MATCHES "^api/zon(classes)?\\.h$")
+  if(header MATCHES "^api/zon(x|classes)?\\.h$")
     set(below zon/)
     set(folder "")
   endif()

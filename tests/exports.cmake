@@ -1,16 +1,20 @@
-# Compares the exported symbols with their list, cmake/libzon0.symbols, and the list with zon.h. CTest passes
-# SOURCE, LIBRARY, VERSION, NM and GENSYMBOLS.
+# Compares the exported symbols with their list, cmake/libzon0.symbols, and the list with zon.h and
+# zonx.h. CTest passes SOURCE, LIBRARY, VERSION, NM and GENSYMBOLS.
 cmake_policy(VERSION 3.16)
 set(symbols ${SOURCE}/cmake/libzon0.symbols)
 
-# The C functions: in the list, and in zon.h. A declaration can be broken after its result.
+# The C functions: in the list, and in a header. A declaration can be broken after its result.
 file(STRINGS ${symbols} listed REGEX "^ [A-Za-z].*@ZON_0 ")
 list(TRANSFORM listed REPLACE "^ (.*)@.*" "\\1")
 list(REMOVE_ITEM listed ZON_0)
-file(READ ${SOURCE}/api/zon.h header)
-string(REGEX REPLACE "\n#ifdef __cplusplus\n}.*" "" header "${header}")
-string(REGEX MATCHALL "\nZON_API [^;(]*[ *\n][A-Za-z0-9]+\\(" declared "${header}")
-list(TRANSFORM declared REPLACE ".*[ *\n]([A-Za-z0-9]+)\\($" "\\1")
+set(declared)
+foreach(header zon.h zonx.h)
+  file(READ ${SOURCE}/api/${header} text)
+  string(REGEX REPLACE "\n#ifdef __cplusplus\n}.*" "" text "${text}")
+  string(REGEX MATCHALL "\nZON_API [^;(]*[ *\n][A-Za-z0-9]+\\(" found "${text}")
+  list(TRANSFORM found REPLACE ".*[ *\n]([A-Za-z0-9]+)\\($" "\\1")
+  list(APPEND declared ${found})
+endforeach()
 foreach(pair "listed;declared" "declared;listed")
   list(GET pair 0 these)
   list(GET pair 1 those)
