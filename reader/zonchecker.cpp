@@ -7,7 +7,6 @@
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 #include "reader/yyparser.h"
-#include "reader/zonengine.h"
 #include "reader/zonmistake.h"
 #include "reader/zonsource.h"
 #include "reader/zonstructure.h"
@@ -59,9 +58,12 @@ Checker::Checker(std::shared_ptr<FileText> text)
 
 Checker::~Checker() = default;
 
-void Checker::Run() {
-  Engine<Checker>(*parser_, lexer_, *this, true).Run();
-  CheckCandidates();
+CyyParser& Checker::GetParser() {
+  return *parser_;
+}
+
+void Checker::CountFor(Checker& checker) {
+  wanted_ = &checker.candidates_;
 }
 
 // ---- The actions of the rules -----------------------------------------------------------------------
@@ -304,13 +306,8 @@ bool Checker::IsGlued(const char* number, const char* comma, std::string_view va
   return endOfDigits > comma + 1 && endOfDigits == end;
 }
 
-// "60,5": two values that look like one number, in a keyword whose other instances have one value. A
-// second run over the text counts the values of these.
-void Checker::CheckCandidates() {
-  if (candidates_.empty()) return;
-  Checker counter(text_);
-  counter.wanted_ = &candidates_;
-  Engine<Checker>(*counter.parser_, counter.lexer_, counter, true).Run();
+// "60,5": two values that look like one number, in a keyword whose other instances have one value.
+void Checker::WarnOfCandidates() {
   for (const Candidate& candidate : candidates_) {
     if (candidate.single < candidate.glued || candidate.others > 0) continue;
     const std::string_view text(candidate.place.begin, candidate.place.Size());

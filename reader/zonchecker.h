@@ -1,4 +1,4 @@
-// Checks a text without making a tree: every error and every warning of it.
+// The builder of a check: finds every error and every warning of a text and makes no tree.
 //
 // The checker is a builder of the engine (zonengine.h), so grammar and lexer are those of a load, and
 // its first error is the loader's. It keeps the names of the sections that are open, for the rule on
@@ -40,11 +40,17 @@ class Checker {
   Checker& operator=(const Checker&) = delete;
   ~Checker();
 
-  // Checks the whole text. Called once. Throws std::bad_alloc.
-  void Run();
+  CyyParser& GetParser();
+  Lexer& GetLexer() { return lexer_; }
+
+  // Whether some keywords have two values that look like one number. Whether they are is known when the
+  // values of all instances were counted: a second checker runs over the text after CountFor.
+  bool HasCandidates() const { return !candidates_.empty(); }
+  void CountFor(Checker& checker);
+  void WarnOfCandidates();
 
   // What was found, in the order in which it was noticed.
-  const std::vector<Finding>& Findings() const { return findings_; }
+  std::vector<Finding>& Findings() { return findings_; }
   bool HasErrors() const { return errors_ > 0; }
   const FirstError& First() const { return first_; }
 
@@ -94,7 +100,6 @@ class Checker {
   void CheckValues(std::string_view values);
   void CheckGluedComment(const char* semicolon);
   static bool IsGlued(const char* number, const char* comma, std::string_view values);
-  void CheckCandidates();
   void CountValues(std::string_view name);
 
   Resumption RecoverFromDepth(const ParseFailure& failure);

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "api/zonx.h"
 #include "files.h"
+#include "zonx.h"
 
 namespace host {
 

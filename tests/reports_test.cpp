@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <random>
 
-#include "api/zonx.h"
 #include "reports.h"
 #include "treetext.h"
+#include "zonx.h"
 
 using host::Check;
 using host::Texts;

@@ -8,7 +8,7 @@
 #include "api/zonx.h"
 #include "base/zonfiletext.h"
 #include "base/zonhooks.h"
-#include "reader/zonchecker.h"
+#include "reader/zoncheck.h"
 #include "reader/zonload.h"
 #include "zonx/zonreporter.h"
 #include "zonx/zonstatus.h"
@@ -18,15 +18,14 @@ namespace {
 
 // The status of a check, with all reports.
 int Check(const std::shared_ptr<FileText>& text, Reporter& reporter) {
-  Checker checker(text);
-  checker.Run();
-  const FirstError* first = &checker.First();
-  for (const Finding& finding : checker.Findings()) {
+  const CheckResult result = CheckText(text);
+  const FirstError* first = &result.first;
+  for (const Finding& finding : result.findings) {
     const bool isFirst = finding.severity == Severity::kError && first != nullptr;
     reporter.Report(text.get(), finding, isFirst ? first : nullptr);
     if (isFirst) first = nullptr;
   }
-  if (!text->HasFailed()) return checker.HasErrors() ? ZONX_FAULTY : ZONX_OK;
+  if (!text->HasFailed()) return result.hasErrors ? ZONX_FAULTY : ZONX_OK;
   reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
   return ZONX_CANNOT_READ;
 }
