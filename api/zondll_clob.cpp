@@ -15,6 +15,7 @@ using zon::Build;
 using zon::BuildS;
 using zon::EmpSt;
 using zon::Query;
+using zon::QueryValue;
 using zon::TextOf;
 
 namespace {
@@ -138,27 +139,27 @@ int zonIsClobFilename(void* node) {
 }
 
 int zonGetClobBool(void* node) {
-  return Query<CzonClob>(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
+  return QueryValue<CzonClob>(node, 0, [](CzonClob& clob) { return clob.GetBool(); });
 }
 int zonGetClobInt(void* node) {
-  return Query<CzonClob>(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
+  return QueryValue<CzonClob>(node, -1, [](CzonClob& clob) { return clob.GetInt(); });
 }
 float zonGetClobFloat(void* node) {
-  return Query<CzonClob>(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
+  return QueryValue<CzonClob>(node, -1.0F, [](CzonClob& clob) { return clob.GetFloat(); });
 }
 double zonGetClobDouble(void* node) {
-  return Query<CzonClob>(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
+  return QueryValue<CzonClob>(node, -1.0, [](CzonClob& clob) { return clob.GetDouble(); });
 }
 const char* zonGetClobString(void* node) {
-  return Query<CzonClob, const char*>(node, EmpSt(),
-                                      [](CzonClob& clob) { return clob.GetString().c_str(); });
+  return QueryValue<CzonClob, const char*>(node, EmpSt(),
+                                           [](CzonClob& clob) { return clob.GetString().c_str(); });
 }
 const char* zonGetClobFilenameString(void* node) {
-  return Query<CzonClob, const char*>(
+  return QueryValue<CzonClob, const char*>(
       node, EmpSt(), [](CzonClob& clob) { return clob.GetClobFilename().c_str(); });
 }
 const char* zonGetClobFilename(void* node) {
-  return Query<CzonClob, const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
+  return QueryValue<CzonClob, const char*>(node, EmpSt(), [](CzonClob& clob) -> const char* {
     // Resolved before GetClobFilename moves the cursor: it must not move if out of memory.
     const char* path = EmpSt();
     if (clob.IsKind(CzonClobKind::kFilename)) {

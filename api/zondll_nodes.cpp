@@ -36,6 +36,13 @@ void* FindNode(void* node, F&& question) {
   return Query<CzonNode, void*>(node, nullptr, [&](CzonNode& n) { return HandleOf(question(n)); });
 }
 
+// The child that was looked up by its name. If it is missing, the name is noted.
+template <class T>
+T* Noted(const CzonNode& of, const char* name, T* child) {
+  if (child == nullptr) zon::NoteMissing(of, TextOf(name));
+  return child;
+}
+
 template <class F>
 const char* TextOfNode(void* node, F&& question) {
   return Query<CzonNode, const char*>(node, EmpSt(),
@@ -80,7 +87,7 @@ void* zonTargetByNum(void* handle, unsigned int n) {
 }
 void* zonTargetByNameNum(void* handle, const char* name, unsigned int n) {
   return QueryRoot<void*>(handle, nullptr, [&](CzonTargetList& root) {
-    return HandleOf(root.SectionByNameNum(TextOf(name), n));
+    return HandleOf(Noted(root, name, root.SectionByNameNum(TextOf(name), n)));
   });
 }
 
@@ -132,10 +139,12 @@ void* zonNodeByNum(void* node, unsigned int n) {
   return FindNode(node, [&](CzonNode& of) { return of.NodeByNum(n); });
 }
 void* zonSectionByNameNum(void* node, const char* name, unsigned int n) {
-  return FindNode(node, [&](CzonNode& of) { return of.SectionByNameNum(TextOf(name), n); });
+  return FindNode(
+      node, [&](CzonNode& of) { return Noted(of, name, of.SectionByNameNum(TextOf(name), n)); });
 }
 void* zonKeywordByNameNum(void* node, const char* name, unsigned int n) {
-  return FindNode(node, [&](CzonNode& of) { return of.KeywordByNameNum(TextOf(name), n); });
+  return FindNode(
+      node, [&](CzonNode& of) { return Noted(of, name, of.KeywordByNameNum(TextOf(name), n)); });
 }
 
 void* zonGetParentSection(void* node) {

@@ -12,18 +12,19 @@
 
 using zon::EmpSt;
 using zon::Query;
+using zon::QueryValue;
 using zon::TextOf;
 using zon::Update;
 
 extern "C" {
 
 char* zonGetFilename(void* node) {
-  return Query<CzonNode>(node, zon::EmptyPath(), [](CzonNode& n) { return n.GetFilename(); });
+  return QueryValue<CzonNode>(node, zon::EmptyPath(), [](CzonNode& n) { return n.GetFilename(); });
 }
 
 const char* zonGetFilenameString(void* node) {
-  return Query<CzonNode, const char*>(node, EmpSt(),
-                                      [](CzonNode& n) { return n.GetFilenameString(); });
+  return QueryValue<CzonNode, const char*>(node, EmpSt(),
+                                           [](CzonNode& n) { return n.GetFilenameString(); });
 }
 
 void zonSetFilename(void* node, const char* text) {

@@ -10,18 +10,18 @@
 #include "tree/zonstring.h"
 
 using zon::EmpSt;
-using zon::Query;
+using zon::QueryValue;
 
 extern "C" {
 
 int zonGetInt(void* node) {
-  return Query<CzonNode>(node, -1, [](CzonNode& n) { return n.GetInt(); });
+  return QueryValue<CzonNode>(node, -1, [](CzonNode& n) { return n.GetInt(); });
 }
 double zonGetDouble(void* node) {
-  return Query<CzonNode>(node, -1.0, [](CzonNode& n) { return n.GetDouble(); });
+  return QueryValue<CzonNode>(node, -1.0, [](CzonNode& n) { return n.GetDouble(); });
 }
 float zonGetFloat(void* node) {
-  return Query<CzonNode>(node, -1.0F, [](CzonNode& n) { return n.GetFloat(); });
+  return QueryValue<CzonNode>(node, -1.0F, [](CzonNode& n) { return n.GetFloat(); });
 }
 void zonPasGetDoubleProc(void* node, double* out) {
   const double value = zonGetDouble(node);
@@ -32,10 +32,10 @@ void zonPasGetFloatProc(void* node, float* out) {
   if (out != nullptr) *out = value;
 }
 int zonGetBool(void* node) {
-  return Query<CzonNode>(node, 0, [](CzonNode& n) { return n.GetBool(); });
+  return QueryValue<CzonNode>(node, 0, [](CzonNode& n) { return n.GetBool(); });
 }
 const char* zonGetString(void* node) {
-  return Query<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) {
+  return QueryValue<CzonNode, const char*>(node, EmpSt(), [](CzonNode& n) {
     // GetString has to make a std::string. A class of the host can override it.
     if (typeid(n) == typeid(CzonString)) {
       return zon::NodeAccess::GetChars(static_cast<CzonString&>(n));

@@ -10,6 +10,7 @@
 
 #include "api/zonfilehandle.h"
 #include "api/zonguard.h"
+#include "api/zonwatch.h"
 #include "base/zonassert.h"
 #include "base/zonerror.h"
 #include "base/zonhooks.h"
@@ -111,6 +112,15 @@ R Query(void* handle, R failure, F&& question) {
   return Guarded(HandleKind<T>::kCode, failure, [&]() -> R {
     T* object = Require<T>(handle);
     return object != nullptr ? static_cast<R>(question(*object)) : failure;
+  });
+}
+
+// As Query, for a question about a value: its keyword counts as read.
+template <class T, class R, class F>
+R QueryValue(void* handle, R failure, F&& question) {
+  return Query<T>(handle, failure, [&](T& value) -> R {
+    NoteRead(value);
+    return static_cast<R>(question(value));
   });
 }
 
