@@ -7,6 +7,7 @@
 
 #include "rows.h"
 #include "zonrows.h"
+#include "zonxrows.h"
 
 namespace bench {
 namespace {
@@ -92,6 +93,7 @@ void AddRows() {
 
 int main(int count, char** arguments) {
   bench::AddRows();
+  bench::AddZonxRows();
   if (count == 5 && std::string(arguments[1]) == "--memory") {
     return bench::MemoryMain(arguments[2], arguments[3], arguments[4]);
   }

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "rows.h"
+#include "zonxrows.h"
 
 namespace bench {
 namespace {
@@ -57,6 +58,14 @@ class RapidJson {
     return inside.FindMember(rapidjson::Value(Ref(keyword)))->value[0].GetDouble();
   }
 
+  // Each keyword of each section.
+  template <class Visit>
+  void Lists(Visit&& visit) const {
+    for (const auto& section : document_.GetObject()) {
+      for (const auto& list : section.value.GetObject()) visit(list.value);
+    }
+  }
+
   bool Write(const std::string& path) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (file == nullptr) return false;
@@ -91,6 +100,21 @@ const auto kInSituRows = Rows<RapidJson<true, false>>("rapidjson-insitu")
                              .Load({"1MB", "10MB", "50MB", "small", "settings"})
                              .Read({"1MB", "10MB"})
                              .Memory({"10MB"});
+// The lists of numbers that zonxGetDoubles reads.
+const auto kListRow = AddRow("doubles/rapidjson/10MB", [](benchmark::State& state) {
+  const std::string file = FileOfLists(true);
+  for (auto _ : state) {
+    RapidJson<false, false> json;
+    Require(json.Load(file), "cannot load");
+    double numbers[kNumbersOfList];
+    json.Lists([&](const rapidjson::Value& list) {
+      int n = 0;
+      for (const auto& number : list.GetArray()) numbers[n++] = number.GetDouble();
+      benchmark::DoNotOptimize(numbers);
+    });
+  }
+  PerValue(state, std::size_t{kLists} * kNumbersOfList);
+});
 const auto kPrettyRows = Rows<RapidJson<false, true>>("rapidjson-pretty").Write({"1MB", "10MB"});
 
 }  // namespace

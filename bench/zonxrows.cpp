@@ -1,0 +1,132 @@
+#include "zonxrows.h"
+
+#include <zon.h>
+#include <zonx.h>
+
+#include <random>
+
+#include "rows.h"
+#include "zonrows.h"
+
+namespace bench {
+namespace {
+
+void Ignore(const zonxReport*, void* count) {
+  ++*static_cast<int*>(count);
+}
+
+// A sound file with reports, without, and checked without a tree.
+void LoadReported(benchmark::State& state, const char* size, bool reports, bool tree) {
+  const Source& source = SourceOf(Format::kZon, size);
+  for (auto _ : state) {
+    void* handle = nullptr;
+    int count = 0;
+    const int status = zonxLoadFile(source.files.front().c_str(), tree ? &handle : nullptr,
+                                    reports ? Ignore : nullptr, &count);
+    Require(status == ZONX_OK && count == 0, "the file has errors");
+    if (handle != nullptr) zonClose(&handle);
+  }
+  Rates(state, source);
+}
+
+// A file with a mistake in every n-th line of a keyword.
+void Mistakes(benchmark::State& state, const char* size) {
+  const Source& source = SourceOf(Format::kZon, size);
+  FileText file;
+  Require(file.Read(source.files.front()), "cannot read");
+  std::string text(file.text.get(), file.size);
+  const std::size_t step = 1000;  // 1,000 mistakes in 1 MB
+  for (std::size_t at = step; at < text.size(); at += step) {
+    const std::size_t equals = text.find(" = ", at);
+    if (equals == std::string::npos) break;
+    text[equals + 1] = ' ';
+    at = equals;
+  }
+  int count = 0;
+  for (auto _ : state) {
+    void* handle = nullptr;
+    Require(zonxLoadText(text.data(), text.size(), "f", &handle, Ignore, &count) == ZONX_FAULTY,
+            "the text has no errors");
+    zonClose(&handle);
+  }
+  Require(count > 0, "nothing is reported");
+  Rates(state, source);
+}
+
+void Doubles(benchmark::State& state) {
+  const std::string file = FileOfLists(false);
+  std::vector<std::string> paths;
+  for (int list = 0; list < kLists; ++list) paths.push_back("A/k" + std::to_string(list));
+  for (auto _ : state) {
+    void* handle = nullptr;
+    Require(zonxLoadFile(file.c_str(), &handle, nullptr, nullptr) == ZONX_OK, "cannot load");
+    double numbers[kNumbersOfList];
+    for (const std::string& path : paths) {
+      std::size_t count = 0;
+      Require(zonxGetDoubles(handle, path.c_str(), numbers, kNumbersOfList, &count) == ZONX_OK,
+              "cannot read");
+      benchmark::DoNotOptimize(numbers);
+    }
+    zonClose(&handle);
+  }
+  PerValue(state, std::size_t{kLists} * kNumbersOfList);
+}
+
+// A real by a path of three names, and by the chained calls of zon.h.
+void ByPath(benchmark::State& state, bool chained) {
+  const std::string text = "[Quay]\n [Berth]\n  Draught = 7.5\n EndSect\nEndSect\n";
+  void* handle = nullptr;
+  zonxLoadText(text.data(), text.size(), "f", &handle, nullptr, nullptr);
+  double sum = 0;
+  for (auto _ : state) {
+    double value = 0;
+    if (chained) {
+      void* quay = zonTargetByNameNum(handle, "Quay", 1);
+      void* berth = zonSectionByNameNum(quay, "Berth", 1);
+      value = zonGetDouble(zonParamByNum(zonKeywordByNameNum(berth, "Draught", 1), 1));
+    } else {
+      zonxGetDouble(handle, "Quay/Berth/Draught", &value);
+    }
+    sum += value;
+  }
+  zonClose(&handle);
+  Require(sum > 0, "nothing is found");
+  PerValue(state, 1);
+}
+
+}  // namespace
+
+std::string FileOfLists(bool json) {
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<double> numbers(0, 1e6);
+  std::string text = json ? "{\"A\":{" : "[A]\n";
+  for (int list = 0; list < kLists; ++list) {
+    const std::string name = "k" + std::to_string(list);
+    text += json ? (list > 0 ? ",\"" : "\"") + name + "\":[" : name + " = ";
+    for (int n = 0; n < kNumbersOfList; ++n) {
+      char number[40];
+      std::snprintf(number, sizeof number, "%s%.8g", n > 0 ? ", " : "", numbers(random));
+      text += number;
+    }
+    text += json ? "]" : "\n";
+  }
+  text += json ? "}}" : "EndSect\n";
+  const std::string file = TemporaryFile(json ? "lists-json" : "lists");
+  Require(WriteText(file, text), "cannot write content");
+  return file;
+}
+
+void AddZonxRows() {
+  for (const char* const size : {"100KB", "1MB", "10MB"}) {
+    const std::string suffix = "/zon/" + std::string(size);
+    AddRow("loadx" + suffix, [size](auto& s) { LoadReported(s, size, false, true); });
+    AddRow("loadx-reporter" + suffix, [size](auto& s) { LoadReported(s, size, true, true); });
+    AddRow("check" + suffix, [size](auto& s) { LoadReported(s, size, true, false); });
+    AddRow("mistakes" + suffix, [size](auto& s) { Mistakes(s, size); });
+  }
+  AddRow("doubles/zon/10MB", Doubles);
+  AddRow("path/zon/chained", [](auto& s) { ByPath(s, true); });
+  AddRow("path/zon/path", [](auto& s) { ByPath(s, false); });
+}
+
+}  // namespace bench
