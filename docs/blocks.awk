@@ -3,16 +3,18 @@
 #   c, cpp    a complete program: compiled with warnings as errors, run in a folder with a copy of examples/.
 #             A text block after a line that ends in "prints:" is its output.
 #   zon       a file that loads. With a text block after a line that ends in "error:" it does not load, and the
-#             text is the diagnostic: "name:line:position: message".
+#             text is the diagnostic: "name:line:position: message". With one after a line that ends in "report:"
+#             or "reports:", the text is what check_file prints. A heading "### `rule`" names the rule of the
+#             reports below it.
 #   console   lines "$ command" with their output, run in a copy of examples/ with the command zon.
 #   ebnf      each name is defined once, and each name but the first is used.
 #
 # Any other block is an error. A link to a file that does not exist shows up as the output of ls. Text that is
 # not to be tested is indented instead of fenced. The session uses CC, CXX, WARNINGS, LINK and ROOT, and the
-# programs read_file and zon; with -v no_tool=1 the console blocks are left out.
+# programs read_file, check_file and zon; with -v no_tool=1 the console blocks are left out.
 BEGIN {
   follows["c"] = follows["cpp"] = "prints:"
-  follows["zon"] = "error:"
+  follows["zon"] = "(error|reports?):"
   compile["c"] = "$CC -std=c99"
   compile["cpp"] = "$CXX -std=c++17"
   run["c"] = run["cpp"] = run["zon"] = run["console"] = run["ebnf"] = 1
@@ -53,7 +55,12 @@ function flush(    name, i, n, lines) {
   } else if (kind == "zon") {
     name = expected == "" ? "block.zon" : substr(expected, 3, index(expected, ":") - 3)
     put(name)
-    printf "  $ read_file %s >listing || grep ':[0-9]*:[0-9]*: ' listing\n%s", name, expected
+    if (is_report) {
+      printf "  $ check_file %s || true\n%s", name, expected
+      if (rule != "") printf "  $ check_file --rules %s | sort -u\n  %s\n", name, rule
+    } else {
+      printf "  $ read_file %s >listing || grep ':[0-9]*:[0-9]*: ' listing\n%s", name, expected
+    }
   } else if (kind == "console" && !no_tool) {
     # The manual does not show the status of a command.
     printf "%s:%d\n  $ fresh; cd examples\n", FILENAME, start
@@ -68,6 +75,7 @@ function flush(    name, i, n, lines) {
   inside = 1
   type = substr($0, 4)
   if (type == "text") {
+    is_report = last ~ /reports?:$/
     if (!(kind in follows) || between != 1 || last !~ (follows[kind] "$")) fault("text that belongs to no block")
   } else {
     flush()
@@ -89,6 +97,7 @@ inside {
   next
 }
 /```/ { fault("a fence that is indented") }
+/^#/ { rule = match($0, /^### `[a-z-]+`$/) ? substr($0, 6, length($0) - 6) : "" }
 NF {
   ++between
   last = $0
