@@ -11,8 +11,14 @@
 
 namespace tool {
 
-// Loads each file. A file with an error does not stop the check of the next ones.
-Status Check(const std::vector<std::string>& files);
+struct CheckOptions {
+  std::vector<std::string> files;
+  std::string format = "text";  // or "json" or "sarif"
+  bool strict = false;          // warnings are findings too
+};
+// Prints every report on each file. A file with an error does not stop the check of the next ones. The
+// reports are the result, so they go to standard output.
+Status Check(const CheckOptions& options);
 
 struct GetOptions {
   std::string file;

@@ -63,12 +63,15 @@ void AddPlain(CLI::App& app, const char* name, const char* purpose, const char* 
 
 void AddCheck(CLI::App& app) {
   CLI::App* command =
-      Add(app, "check", "Load each file and report its first error", "zon check *.zon");
-  static std::vector<std::string> files;
-  AddFiles(command, files);
+      Add(app, "check", "Report every error and warning of each file", "zon check --strict *.zon");
+  static tool::CheckOptions options;
+  AddFiles(command, options.files);
+  command->add_option("--format", options.format, "text, json or sarif; default: text")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  command->add_flag("--strict", options.strict, "exit with status 1 for warnings too");
   Choose(command, [] {
-    const bool isRepeated = std::count(files.begin(), files.end(), "-") > 1;
-    return isRepeated ? RefuseSecondInput() : tool::Check(files);
+    const bool isRepeated = std::count(options.files.begin(), options.files.end(), "-") > 1;
+    return isRepeated ? RefuseSecondInput() : tool::Check(options);
   });
 }
 

@@ -17,12 +17,16 @@ _zon() {
     --color)
       mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$cur")
       return ;;
+    --format)
+      mapfile -t COMPREPLY < <(compgen -W 'text json sarif' -- "$cur")
+      return ;;
     -t | --template)
       _filedir
       return ;;
   esac
   case $command in
     '') options+=" --version $commands" ;;
+    check) options+=' --format --strict' ;;
     get) options+=' --type --resolved' ;;
     list) options+=' --values --recursive' ;;
     dump) options+=' --json' ;;

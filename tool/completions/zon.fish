@@ -21,6 +21,8 @@ complete -c zon -n '__fish_seen_subcommand_from help' -f
 complete -c zon -l color -x -a 'auto always never' -d 'When to colour'
 complete -c zon -s h -l help -d 'Help'
 complete -c zon -l version -d 'Version'
+complete -c zon -n '__fish_seen_subcommand_from check' -l format -x -a 'text json sarif' -d 'Form of the reports'
+complete -c zon -n '__fish_seen_subcommand_from check' -l strict -d 'Status 1 for warnings too'
 complete -c zon -n '__fish_seen_subcommand_from get' -l type -d 'Kinds of the values'
 complete -c zon -n '__fish_seen_subcommand_from get' -l resolved -d 'File names as paths'
 complete -c zon -n '__fish_seen_subcommand_from list' -s v -l values -d 'With the values'

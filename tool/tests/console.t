@@ -77,7 +77,7 @@ Output that cannot be written is reported:
 
 Colour if requested, and on a terminal:
 
-  $ zon check --color always harbour-faulty.zon 2>&1 | grep -c '\[1;31merror:'
+  $ zon check --color always harbour-faulty.zon | grep -c '\[1;31merror:'
   1
   $ zon check harbour-faulty.zon 2>&1 | grep -c '\[1'
   0
@@ -91,6 +91,6 @@ Colour if requested, and on a terminal:
 On a terminal a progress line is shown if reading takes long:
 
   $ mkfifo "$CRAMTMP/slow"
-  $ timeout 20 sh -c "(sleep 1.3; cat harbour.zon) > $CRAMTMP/slow" &
+  $ timeout 20 sh -c "(sleep 1.3; cat harbour-plain.zon) > $CRAMTMP/slow" &
   $ script -qec "zon check $CRAMTMP/slow" /dev/null </dev/null | sed 's/.*slow//' | cat -v | sed 's/[0-9] s/N s/'
   : reading, N s^M^[[K (no-eol)

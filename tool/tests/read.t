@@ -1,18 +1,8 @@
   $ cd "$EXAMPLES"
 
-Files without errors print nothing; an error does not stop the check of the next file:
-
-  $ zon check harbour.zon harbour-template.zon
-  $ zon check harbour-faulty.zon nowhere.zon harbour.zon
-  harbour-faulty.zon:9:49: error: Missing |
-       Input = 'weather',  |data\weather\tuesday.csv
-                                                    ^
-  zon: nowhere.zon: No such file or directory
-  [2]
-
 The caret is below the last character that was read, also in long lines and after tabs and UTF-8:
 
-  $ zon check - <<'E'
+  $ zon list - <<'E'
   > [A] {größer}
   > 	k = 'ä', ?
   > EndSect
@@ -21,7 +11,7 @@ The caret is below the last character that was read, also in long lines and afte
      k = 'ä', ?
               ^
   [1]
-  $ (printf '[A] k = '; yes 1, | head -n 200 | tr -d '\n'; printf ']]') | zon check -
+  $ (printf '[A] k = '; yes 1, | head -n 200 | tr -d '\n'; printf ']]') | zon list -
   stdin:1:409: error: syntax error
     1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,]]
                                                                 ^
@@ -29,12 +19,12 @@ The caret is below the last character that was read, also in long lines and afte
 
 A byte order mark, which editors do not show, is named:
 
-  $ printf '\357\273\277[A] EndSect' | zon check - 2>&1 | head -n 1
+  $ printf '\357\273\277[A] EndSect' | zon list - 2>&1 | head -n 1
   stdin:1:1: error: syntax error (remove the byte order mark at the start of the file)
 
 An error after a complete section is reported, and so is a missing end:
 
-  $ printf '[A] EndSect\n?\n' | zon check -
+  $ printf '[A] EndSect\n?\n' | zon list -
   stdin:2:1: error: syntax error
     ?
     ^
