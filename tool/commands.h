@@ -3,7 +3,7 @@
 #ifndef ZON_TOOL_COMMANDS_H
 #define ZON_TOOL_COMMANDS_H
 
-#include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,10 +22,10 @@ Status Check(const CheckOptions& options);
 
 struct GetOptions {
   std::string file;
-  std::string path;        // of a keyword: "Quay:2/Berth/Number"
-  unsigned int param = 0;  // the number of the value; 0 for all values
-  bool withType = false;   // prints the kind before each value
-  bool resolved = false;   // prints file names as paths
+  std::vector<std::string> paths;       // of keywords or values: "Quay:*/Berth/Number[2]"
+  std::optional<std::string> fallback;  // printed for a missing path
+  bool withType = false;                // prints the kind before each value
+  bool resolved = false;                // prints file names as paths
 };
 Status Get(const GetOptions& options);
 

@@ -31,11 +31,19 @@ void Choose(CLI::App* command, std::function<Status()> action) {
   command->callback([action = std::move(action)] { chosen = action; });
 }
 
-// An empty text for a valid number, else the message.
-std::string CheckNumber(const std::string& text) {
-  const bool isValid = text.find_first_not_of("0123456789") == std::string::npos &&
-                       text.size() < 10 && text.find_first_not_of('0') != std::string::npos;
-  return isValid ? "" : "must be a number, 1 or more";
+// Compatibility: scripts write the number of a value as an argument of its own. No path of a keyword is
+// a number, because every keyword is in a section. False, with a message, for zero.
+bool TakeNumber(std::vector<std::string>& paths) {
+  if (paths.size() != 2 || paths[1].find_first_not_of("0123456789") != std::string::npos) {
+    return true;
+  }
+  if (paths[1].find_first_not_of('0') == std::string::npos) {
+    tool::PrintMessage("the number of a value must be 1 or more");
+    return false;
+  }
+  paths[0] += '[' + paths[1] + ']';
+  paths.pop_back();
+  return true;
 }
 
 Status RefuseSecondInput() {
@@ -76,20 +84,19 @@ void AddCheck(CLI::App& app) {
 }
 
 void AddGet(CLI::App& app) {
-  CLI::App* command = Add(app, "get", "Print the values of a keyword, one per line",
-                          "zon get harbour.zon Quay:2/Berth/Draught 1");
+  CLI::App* command = Add(app, "get", "Print the values of keywords, one per line",
+                          "zon get harbour.zon Quay:2/Berth/Draught[1] 'Quay:*/Length'");
   static tool::GetOptions options;
   AddFile(command, "FILE", options.file);
   command
-      ->add_option("PATH", options.path,
-                   "sections and keyword, separated by '/'; ':n' selects the n-th of a name")
+      ->add_option("PATH", options.paths,
+                   "sections and keyword, separated by '/'; ':n' selects the n-th of a name, ':*' "
+                   "all of them, '[n]' the n-th value")
       ->required();
-  command
-      ->add_option("PARAM", options.param, "the number of one value, from 1; default: all values")
-      ->check(CheckNumber);
+  command->add_option("--default", options.fallback, "a value to print for a missing path");
   command->add_flag("--type", options.withType, "print the kind of each value and a tab before it");
   command->add_flag("--resolved", options.resolved, "print file names as paths");
-  Choose(command, [] { return tool::Get(options); });
+  Choose(command, [] { return TakeNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
 }
 
 void AddList(CLI::App& app) {

@@ -73,25 +73,53 @@ File names as written, and as paths; in standard input they are relative to the 
   $ zon results - < harbour-plain.zon | sed "s|$PWD|HERE|"
   HERE/stdin - Result Files/
 
-Paths that are malformed or missing:
+Several paths, every instance, and a default for what is missing:
+
+  $ zon get harbour.zon 'Quay:*/Length' Run/Input:*[1] Harbour/Survey[2]
+  240.0
+  96.5
+  31
+  arrivals
+  weather
+  fleet
+  chart
+  lead line
+  $ zon get harbour.zon --type --default -1 'quay:*.Bollard[2]' 'Pier:*/Length' Run/Title
+  real\t25.0 (esc)
+  real\t12.0 (esc)
+  missing\t-1 (esc)
+  missing\t-1 (esc)
+  string\tEllersund, storm warning lifted at noon (esc)
+
+Paths that are malformed or missing; the values of the others are printed:
 
   $ zon get harbour.zon Quay:2x/Name
-  zon: Quay:2x/Name: ':' must be followed by a number, as in Quay:2
+  harbour.zon: error: `Quay:2x/Name` is no path here
+  hint: a path has the form Section:2/Keyword[3]
   [2]
-  $ zon get harbour.zon Harbour/Tides
-  zon: harbour.zon: Harbour/Tides is a section, not a keyword; see zon list
+  $ zon get harbour.zon 'Quay:*x/Name'
+  harbour.zon: error: `Quay:*x/Name` is no path here
+  hint: a path has the form Section:2/Keyword[3]
+  [2]
+  $ zon get harbour.zon Harbour/Tides --default 1
+  harbour.zon:67:4: error: `Harbour/Tides` is a section
+     [Tides] {metres above datum}
+     ^~~~~~~
   [1]
-  $ zon get harbour.zon Run/Inpt
-  zon: harbour.zon: no keyword Run/Inpt; see zon list
+  $ zon get - Run.Inpt Quay:2/Length <harbour.zon
+  stdin:16:1: error: the section `Run` has no keyword `Inpt`
+  [Run] {the day that is simulated}
+  ^~~~~
+  hint: did you mean Input?
+  96.5
   [1]
-  $ zon get harbour.zon Title
-  zon: harbour.zon: no keyword Title; see zon list
-  [1]
-  $ zon get harbour.zon Run/Title:2
-  zon: harbour.zon: no keyword Run/Title:2; see zon list
+  $ zon get harbour.zon 'Pier:*/Name'
+  harbour.zon: error: the file has no section `Pier`
   [1]
   $ zon get harbour.zon Run/Title 2
-  zon: harbour.zon: no value 2 in Run/Title, which has 1 value
+  harbour.zon:17:4: error: the keyword `Title` has no value 2
+     Title = 'Ellersund, storm warning lifted at noon'
+     ^~~~~
   [1]
   $ zon list harbour.zon Run/Entrance
   zon: harbour.zon: no section Run/Entrance; see zon list
