@@ -33,12 +33,13 @@ struct ListOptions {
   std::string file;
   std::string path;  // of a section; empty for the top level
   bool withValues = false;
+  bool withPlaces = false;  // prints line and column before each path; each value is on a line
   bool recursive = false;
 };
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
-Status DumpJson(const std::string& file);
+Status DumpJson(const std::string& file, bool withPlaces);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the next
 // ones. The reports are the result, so they go to standard output.

@@ -23,6 +23,12 @@ void PutRemark(JsonWriter& json, void* node) {
   if (!remark.empty()) json.PutText("remark", remark);
 }
 
+void PutPlace(JsonWriter& json, void* node) {
+  const zonxPlace place = PlaceOf(node);
+  json.Put("line", place.line);
+  json.Put("column", place.column);
+}
+
 void PutItem(JsonWriter& json, void* list) {
   json.Open('{');
   if (zonIsClobBool(list) != 0) {
@@ -67,10 +73,11 @@ void PutReal(JsonWriter& json, void* value) {
   json.Put("text", WrittenForm(value));
 }
 
-void PutValue(JsonWriter& json, void* value) {
+void PutValue(JsonWriter& json, void* value, bool withPlaces) {
   const std::string kind = KindOf(value);
   json.Open('{', true);
   json.Put("kind", kind);
+  if (withPlaces) PutPlace(json, value);
   if (kind == "integer") {
     PutInteger(json, value);
   } else if (kind == "real") {
@@ -98,21 +105,22 @@ const char* KindOfOwner(void* node) {
 }
 
 // The children of a node in file order.
-void PutChildren(JsonWriter& json, const char* key, void* node) {
+void PutChildren(JsonWriter& json, const char* key, void* node, bool withPlaces) {
   json.Key(key);
   json.Open('[');
   for (unsigned int n = 1; void* child = zonNodeByNum(node, n); ++n) {
     if (zonIsParam(child) != 0) {
-      PutValue(json, child);
+      PutValue(json, child, withPlaces);
       continue;
     }
     json.Open('{');
     json.Put("kind", KindOfOwner(child));
     json.Put("name", zonGetName(child));
+    if (withPlaces) PutPlace(json, child);
     const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(child)).GetFlags();
     if ((flags & CzonNamedNode::kMulti) != 0) json.Put("multi", true);
     PutRemark(json, child);
-    PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child);
+    PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child, withPlaces);
     json.Close('}');
   }
   json.Close(']');
@@ -120,13 +128,13 @@ void PutChildren(JsonWriter& json, const char* key, void* node) {
 
 }  // namespace
 
-Status DumpJson(const std::string& file) {
+Status DumpJson(const std::string& file, bool withPlaces) {
   const Source source(file);
   if (source.GetStatus() != kFine) return source.GetStatus();
   JsonWriter json;
   json.Open('{');
   json.PutText("file", source.GetInput().Name());
-  PutChildren(json, "sections", source.Root());
+  PutChildren(json, "sections", source.Root(), withPlaces);
   json.Close('}');
   std::cout << '\n';
   return kFine;

@@ -106,6 +106,8 @@ void AddList(CLI::App& app) {
   AddFile(command, "FILE", options.file);
   command->add_option("PATH", options.path, "a section; default: the top level");
   command->add_flag("-v,--values", options.withValues, "print the values of the keywords");
+  command->add_flag("--places", options.withPlaces,
+                    "print line and column before each path; with -v, each value on a line");
   command->add_flag("-r,--recursive", options.recursive, "list the content of the sections too");
   Choose(command, [] { return tool::List(options); });
 }
@@ -114,10 +116,13 @@ void AddDump(CLI::App& app) {
   CLI::App* command =
       Add(app, "dump", "Print the whole content of a file", "zon dump --json harbour.zon");
   static std::string file;
-  static bool json = false;
+  static bool json = false, places = false;
   AddFile(command, "FILE", file);
-  command->add_flag("--json", json, "print JSON instead of a listing for debugging");
-  Choose(command, [] { return json ? tool::DumpJson(file) : tool::Dump(file); });
+  CLI::Option* needed =
+      command->add_flag("--json", json, "print JSON instead of a listing for debugging");
+  command->add_flag("--places", places, "with --json, add line and column of each node")
+      ->needs(needed);
+  Choose(command, [] { return json ? tool::DumpJson(file, places) : tool::Dump(file); });
 }
 
 void AddCompare(CLI::App& app) {

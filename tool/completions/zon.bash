@@ -30,8 +30,8 @@ _zon() {
     '') options+=" --version $commands" ;;
     check) options+=' --format --strict' ;;
     get) options+=' --type --resolved --default' ;;
-    list) options+=' --values --recursive' ;;
-    dump) options+=' --json' ;;
+    list) options+=' --values --recursive --places' ;;
+    dump) options+=' --json --places' ;;
     compare) options+=' --template' ;;
   esac
   if [[ $cur == -* || -z $command ]]; then

@@ -29,6 +29,8 @@ complete -c zon -n '__fish_seen_subcommand_from get' -l default -x -d 'Value for
 complete -c zon -n '__fish_seen_subcommand_from list' -s v -l values -d 'With the values'
 complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With the content of the sections'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
+complete -c zon -n '__fish_seen_subcommand_from list' -l places -d 'Line and column before each path'
+complete -c zon -n '__fish_seen_subcommand_from dump' -l places -d 'With line and column of each node'
 complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from get; and test (count (__zon_given)) -ge 1' -f -a '(__zon_paths)'
 complete -c zon -n '__fish_seen_subcommand_from list; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'

@@ -162,6 +162,22 @@ Listings consist of paths:
   >   zon get harbour.zon "$path" >/dev/null || echo "$path"
   > done
 
+With line and column, of the values too:
+
+  $ printf "[A] {x}\n  k = 'it''s', ,\n      -2\n  [B]\n  k = |f|\n  EndSect\nEndSect" > "$CRAMTMP/places.zon"
+  $ zon list --places -rv "$CRAMTMP/places.zon"
+  1:1\tA/ (esc)
+  2:3\tA/k (esc)
+  2:7\tA/k[1] = 'it''s' (esc)
+  2:15\tA/k[2] =  (esc)
+  3:7\tA/k[3] = -2 (esc)
+  4:3\tA/B/ (esc)
+  5:3\tA/B/k (esc)
+  5:7\tA/B/k[1] = |f| (esc)
+  $ zon list --places "$CRAMTMP/places.zon" A
+  2:3\tA/k (esc)
+  4:3\tA/B/ (esc)
+
 Tokens, one per line; reading continues after an error:
 
   $ printf "[A] k = 1, , 'a\nb\\\\' f = |c\\d| EndSect" | zon tokens -
