@@ -3,7 +3,7 @@
 #ifndef ZON_TOOL_COMMANDS_H
 #define ZON_TOOL_COMMANDS_H
 
-#include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,15 +11,21 @@
 
 namespace tool {
 
-// Loads each file. A file with an error does not stop the check of the next ones.
-Status Check(const std::vector<std::string>& files);
+struct CheckOptions {
+  std::vector<std::string> files;
+  std::string format = "text";  // or "json" or "sarif"
+  bool strict = false;          // warnings are findings too
+};
+// Prints every report on each file. A file with an error does not stop the check of the next ones. The
+// reports are the result, so they go to standard output.
+Status Check(const CheckOptions& options);
 
 struct GetOptions {
   std::string file;
-  std::string path;        // of a keyword: "Quay:2/Berth/Number"
-  unsigned int param = 0;  // the number of the value; 0 for all values
-  bool withType = false;   // prints the kind before each value
-  bool resolved = false;   // prints file names as paths
+  std::vector<std::string> paths;       // of keywords or values: "Quay:*/Berth/Number[2]"
+  std::optional<std::string> fallback;  // printed for a missing path
+  bool withType = false;                // prints the kind before each value
+  bool resolved = false;                // prints file names as paths
 };
 Status Get(const GetOptions& options);
 
@@ -27,12 +33,13 @@ struct ListOptions {
   std::string file;
   std::string path;  // of a section; empty for the top level
   bool withValues = false;
+  bool withPlaces = false;  // prints line and column before each path; each value is on a line
   bool recursive = false;
 };
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
-Status DumpJson(const std::string& file);
+Status DumpJson(const std::string& file, bool withPlaces);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the next
 // ones. The reports are the result, so they go to standard output.

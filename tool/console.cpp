@@ -11,21 +11,18 @@
 namespace tool {
 namespace {
 
-constexpr char kBold[] = "\033[1m", kRed[] = "\033[1;31m", kGreen[] = "\033[1;32m";
+constexpr char kBold[] = "\033[1m", kRed[] = "\033[1;31m", kGreen[] = "\033[1;32m",
+               kMagenta[] = "\033[1;35m";
 
-bool coloured = false;
+bool coloured[STDERR_FILENO + 1];  // by stream
 
-std::string Coloured(const char* color, std::string_view text) {
-  if (!coloured) return std::string(text);
+std::string Coloured(const char* color, std::string_view text, int stream = STDERR_FILENO) {
+  if (text.empty() || !coloured[stream]) return std::string(text);
   return color + std::string(text) + "\033[m";
 }
 
 void Put(const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
-bool IsControl(char c) {
-  return static_cast<unsigned char>(c) < ' ' || c == 127;
 }
 
 // Whether the byte continues a character of UTF-8.
@@ -53,7 +50,14 @@ std::string LineWithCaret(std::string_view line, std::size_t column) {
 void UseColor(const std::string& when) {
   const char* noColor = std::getenv("NO_COLOR");
   const bool isColorRefused = noColor != nullptr && *noColor != '\0';
-  coloured = when == "always" || (when == "auto" && isatty(STDERR_FILENO) != 0 && !isColorRefused);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+    coloured[stream] =
+        when == "always" || (when == "auto" && isatty(stream) != 0 && !isColorRefused);
+  }
+}
+
+bool IsControl(char c) {
+  return static_cast<unsigned char>(c) < ' ' || c == 127;
 }
 
 std::string Printable(std::string_view text) {
@@ -66,10 +70,15 @@ void PrintMessage(std::string_view text) {
   Put(Coloured(kBold, "zon:") + " " + Printable(text) + "\n");
 }
 
+std::string Heading(std::string_view where, std::string_view severity, int stream) {
+  const char* color = severity.substr(0, 5) == "error" ? kRed : kMagenta;
+  return Coloured(kBold, where, stream) + Coloured(color, severity, stream);
+}
+
 void PrintDiagnostic(const Place& place, std::string_view text, std::string_view line) {
   const std::string where = Printable(place.file) + ":" + std::to_string(place.line) + ":" +
-                            std::to_string(place.column) + ":";
-  Put(Coloured(kBold, where) + " " + Coloured(kRed, "error:") + " " + std::string(text) + "\n" +
+                            std::to_string(place.column) + ": ";
+  Put(Heading(where, "error: ", STDERR_FILENO) + std::string(text) + "\n" +
       LineWithCaret(line, place.column));
 }
 

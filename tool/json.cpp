@@ -5,104 +5,31 @@
 
 #include <zon.h>
 #include <zonclasses.h>
-#include <nlohmann/json.hpp>
 
 #include "tool/commands.h"
+#include "tool/jsonwriter.h"
 #include "tool/source.h"
 #include "tool/values.h"
 
 namespace tool {
 namespace {
 
-using Json = nlohmann::json;
-
-// The text in UTF-8, its bytes read as Latin-1. For texts that are not valid UTF-8.
-std::string FromLatin1(const std::string& text) {
-  std::string wide;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      wide += c;
-    } else {
-      wide += static_cast<char>(0xC0 | (byte >> 6));
-      wide += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
-  return wide;
-}
-
-// Prints objects, lists and scalars with commas, line ends and indentation. An object or list that is
-// opened with `onOneLine` has no line ends inside.
-class Writer {
- public:
-  void Open(char bracket, bool onOneLine = false) {
-    Separate();
-    std::cout << bracket;
-    ++depth_;
-    isFirst_ = true;
-    if (onOneLine && flat_ == 0) flat_ = depth_;
-  }
-  void Close(char bracket) {
-    const bool wasFlat = flat_ != 0;
-    if (flat_ == depth_) flat_ = 0;
-    --depth_;
-    if (!wasFlat && !isFirst_) Indent();
-    std::cout << bracket;
-    isFirst_ = false;
-  }
-  void Key(const char* key) {
-    Separate();
-    std::cout << '"' << key << "\": ";
-    isAfterKey_ = true;
-  }
-  template <class T>
-  void Put(const char* key, const T& value) {
-    Key(key);
-    Scalar(Json(value).dump());
-  }
-  // The key gets the suffix "-latin1" if the text is not UTF-8.
-  void PutText(const char* key, const std::string& text) {
-    try {
-      const std::string quoted = Json(text).dump();
-      Key(key);
-      Scalar(quoted);
-    } catch (const Json::type_error&) {
-      Put((std::string(key) + "-latin1").c_str(), FromLatin1(text));
-    }
-  }
-
- private:
-  void Scalar(const std::string& text) {
-    std::cout << text;
-    isAfterKey_ = isFirst_ = false;
-  }
-  void Separate() {
-    if (isAfterKey_ || depth_ == 0) {
-      isAfterKey_ = false;
-      return;
-    }
-    if (!isFirst_) std::cout << (flat_ != 0 ? ", " : ",");
-    if (flat_ == 0) Indent();
-    isFirst_ = false;
-  }
-  void Indent() const { std::cout << '\n' << std::string(2 * depth_, ' '); }
-
-  std::size_t depth_ = 0;
-  std::size_t flat_ = 0;     // from this depth on there are no line ends; 0 if there are
-  bool isFirst_ = true;      // no element of the innermost object or list is printed yet
-  bool isAfterKey_ = false;  // set by Key: the next value needs no separator
-};
-
 const CzonNode& NodeOf(void* node) {
   return *static_cast<CzonNode*>(static_cast<CzonBase*>(node));
 }
 
-void PutRemark(Writer& json, void* node) {
+void PutRemark(JsonWriter& json, void* node) {
   const std::string& remark = NodeOf(node).GetRemark();
   if (!remark.empty()) json.PutText("remark", remark);
 }
 
-void PutItem(Writer& json, void* list) {
+void PutPlace(JsonWriter& json, void* node) {
+  const zonxPlace place = PlaceOf(node);
+  json.Put("line", place.line);
+  json.Put("column", place.column);
+}
+
+void PutItem(JsonWriter& json, void* list) {
   json.Open('{');
   if (zonIsClobBool(list) != 0) {
     json.Put("kind", "boolean");
@@ -124,7 +51,7 @@ void PutItem(Writer& json, void* list) {
   json.Close('}');
 }
 
-void PutList(Writer& json, void* list) {
+void PutList(JsonWriter& json, void* list) {
   json.PutText("text", WrittenForm(list));
   if (zonGetClobNoItems(list) < 0) return;  // malformed
   json.Key("items");
@@ -134,22 +61,23 @@ void PutList(Writer& json, void* list) {
 }
 
 // Beyond 32 bits the integer view differs from the number in the file, so that is added.
-void PutInteger(Writer& json, void* value) {
+void PutInteger(JsonWriter& json, void* value) {
   json.Put("value", zonGetInt(value));
   if (!IsWithinInt(value)) json.Put("real", zonGetDouble(value));
 }
 
 // The text is always added: JSON has no infinity, and the spelling can matter to a program.
-void PutReal(Writer& json, void* value) {
+void PutReal(JsonWriter& json, void* value) {
   const double number = zonGetDouble(value);
   if (std::isfinite(number)) json.Put("value", number);
   json.Put("text", WrittenForm(value));
 }
 
-void PutValue(Writer& json, void* value) {
+void PutValue(JsonWriter& json, void* value, bool withPlaces) {
   const std::string kind = KindOf(value);
   json.Open('{', true);
   json.Put("kind", kind);
+  if (withPlaces) PutPlace(json, value);
   if (kind == "integer") {
     PutInteger(json, value);
   } else if (kind == "real") {
@@ -177,21 +105,22 @@ const char* KindOfOwner(void* node) {
 }
 
 // The children of a node in file order.
-void PutChildren(Writer& json, const char* key, void* node) {
+void PutChildren(JsonWriter& json, const char* key, void* node, bool withPlaces) {
   json.Key(key);
   json.Open('[');
   for (unsigned int n = 1; void* child = zonNodeByNum(node, n); ++n) {
     if (zonIsParam(child) != 0) {
-      PutValue(json, child);
+      PutValue(json, child, withPlaces);
       continue;
     }
     json.Open('{');
     json.Put("kind", KindOfOwner(child));
     json.Put("name", zonGetName(child));
+    if (withPlaces) PutPlace(json, child);
     const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(child)).GetFlags();
     if ((flags & CzonNamedNode::kMulti) != 0) json.Put("multi", true);
     PutRemark(json, child);
-    PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child);
+    PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child, withPlaces);
     json.Close('}');
   }
   json.Close(']');
@@ -199,13 +128,13 @@ void PutChildren(Writer& json, const char* key, void* node) {
 
 }  // namespace
 
-Status DumpJson(const std::string& file) {
+Status DumpJson(const std::string& file, bool withPlaces) {
   const Source source(file);
   if (source.GetStatus() != kFine) return source.GetStatus();
-  Writer json;
+  JsonWriter json;
   json.Open('{');
   json.PutText("file", source.GetInput().Name());
-  PutChildren(json, "sections", source.Root());
+  PutChildren(json, "sections", source.Root(), withPlaces);
   json.Close('}');
   std::cout << '\n';
   return kFine;

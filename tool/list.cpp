@@ -10,18 +10,38 @@
 namespace tool {
 namespace {
 
+void PrintPlace(void* node) {
+  const zonxPlace place = PlaceOf(node);
+  std::cout << place.line << ':' << place.column << '\t';
+}
+
+void PrintValues(void* keyword, const std::string& path) {
+  for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
+    PrintPlace(value);
+    std::cout << path << '[' << n << "] = " << LoadedForm(value) << '\n';
+  }
+}
+
+void PrintKeyword(void* keyword, const std::string& path, const ListOptions& options) {
+  std::cout << path;
+  if (options.withValues && !options.withPlaces) std::cout << " = " << LoadedValues(keyword);
+  std::cout << '\n';
+  if (options.withValues && options.withPlaces) PrintValues(keyword, path);
+}
+
 // Prints the children in file order, each by its full path, which `get` and `list` accept. Default
 // definitions have no path and are left out.
 void Print(void* section, const std::string& path, const ListOptions& options) {
   for (unsigned int n = 1; void* node = zonNodeByNum(section, n); ++n) {
     const std::string own = path + NameOf(node);
-    if (zonIsSection(node) != 0) {
+    const bool isSection = zonIsSection(node) != 0;
+    if (!isSection && zonGetSyntaxClass(node) != kZonKeyword) continue;
+    if (options.withPlaces) PrintPlace(node);
+    if (isSection) {
       std::cout << own << "/\n";
       if (options.recursive) Print(node, own + '/', options);
-    } else if (zonGetSyntaxClass(node) == kZonKeyword) {
-      std::cout << own;
-      if (options.withValues) std::cout << " = " << LoadedValues(node);
-      std::cout << '\n';
+    } else {
+      PrintKeyword(node, own, options);
     }
   }
 }

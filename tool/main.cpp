@@ -31,11 +31,19 @@ void Choose(CLI::App* command, std::function<Status()> action) {
   command->callback([action = std::move(action)] { chosen = action; });
 }
 
-// An empty text for a valid number, else the message.
-std::string CheckNumber(const std::string& text) {
-  const bool isValid = text.find_first_not_of("0123456789") == std::string::npos &&
-                       text.size() < 10 && text.find_first_not_of('0') != std::string::npos;
-  return isValid ? "" : "must be a number, 1 or more";
+// Compatibility: scripts write the number of a value as an argument of its own. No path of a keyword is
+// a number, because every keyword is in a section. False, with a message, for zero.
+bool TakeNumber(std::vector<std::string>& paths) {
+  if (paths.size() != 2 || paths[1].find_first_not_of("0123456789") != std::string::npos) {
+    return true;
+  }
+  if (paths[1].find_first_not_of('0') == std::string::npos) {
+    tool::PrintMessage("the number of a value must be 1 or more");
+    return false;
+  }
+  paths[0] += '[' + paths[1] + ']';
+  paths.pop_back();
+  return true;
 }
 
 Status RefuseSecondInput() {
@@ -63,30 +71,32 @@ void AddPlain(CLI::App& app, const char* name, const char* purpose, const char* 
 
 void AddCheck(CLI::App& app) {
   CLI::App* command =
-      Add(app, "check", "Load each file and report its first error", "zon check *.zon");
-  static std::vector<std::string> files;
-  AddFiles(command, files);
+      Add(app, "check", "Report every error and warning of each file", "zon check --strict *.zon");
+  static tool::CheckOptions options;
+  AddFiles(command, options.files);
+  command->add_option("--format", options.format, "text, json or sarif; default: text")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  command->add_flag("--strict", options.strict, "exit with status 1 for warnings too");
   Choose(command, [] {
-    const bool isRepeated = std::count(files.begin(), files.end(), "-") > 1;
-    return isRepeated ? RefuseSecondInput() : tool::Check(files);
+    const bool isRepeated = std::count(options.files.begin(), options.files.end(), "-") > 1;
+    return isRepeated ? RefuseSecondInput() : tool::Check(options);
   });
 }
 
 void AddGet(CLI::App& app) {
-  CLI::App* command = Add(app, "get", "Print the values of a keyword, one per line",
-                          "zon get harbour.zon Quay:2/Berth/Draught 1");
+  CLI::App* command = Add(app, "get", "Print the values of keywords, one per line",
+                          "zon get harbour.zon Quay:2/Berth/Draught[1] 'Quay:*/Length'");
   static tool::GetOptions options;
   AddFile(command, "FILE", options.file);
   command
-      ->add_option("PATH", options.path,
-                   "sections and keyword, separated by '/'; ':n' selects the n-th of a name")
+      ->add_option("PATH", options.paths,
+                   "sections and keyword, separated by '/'; ':n' selects the n-th of a name, ':*' "
+                   "all of them, '[n]' the n-th value")
       ->required();
-  command
-      ->add_option("PARAM", options.param, "the number of one value, from 1; default: all values")
-      ->check(CheckNumber);
+  command->add_option("--default", options.fallback, "a value to print for a missing path");
   command->add_flag("--type", options.withType, "print the kind of each value and a tab before it");
   command->add_flag("--resolved", options.resolved, "print file names as paths");
-  Choose(command, [] { return tool::Get(options); });
+  Choose(command, [] { return TakeNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
 }
 
 void AddList(CLI::App& app) {
@@ -96,6 +106,8 @@ void AddList(CLI::App& app) {
   AddFile(command, "FILE", options.file);
   command->add_option("PATH", options.path, "a section; default: the top level");
   command->add_flag("-v,--values", options.withValues, "print the values of the keywords");
+  command->add_flag("--places", options.withPlaces,
+                    "print line and column before each path; with -v, each value on a line");
   command->add_flag("-r,--recursive", options.recursive, "list the content of the sections too");
   Choose(command, [] { return tool::List(options); });
 }
@@ -104,10 +116,13 @@ void AddDump(CLI::App& app) {
   CLI::App* command =
       Add(app, "dump", "Print the whole content of a file", "zon dump --json harbour.zon");
   static std::string file;
-  static bool json = false;
+  static bool json = false, places = false;
   AddFile(command, "FILE", file);
-  command->add_flag("--json", json, "print JSON instead of a listing for debugging");
-  Choose(command, [] { return json ? tool::DumpJson(file) : tool::Dump(file); });
+  CLI::Option* needed =
+      command->add_flag("--json", json, "print JSON instead of a listing for debugging");
+  command->add_flag("--places", places, "with --json, add line and column of each node")
+      ->needs(needed);
+  Choose(command, [] { return json ? tool::DumpJson(file, places) : tool::Dump(file); });
 }
 
 void AddCompare(CLI::App& app) {

@@ -1,5 +1,6 @@
 #include "tool/values.h"
 
+#include <new>
 #include <sstream>
 
 #include <zon.h>
@@ -60,6 +61,12 @@ std::string LoadedValues(void* keyword) {
 
 bool IsWithinInt(void* value) {
   return zonGetDouble(value) == zonGetInt(value);
+}
+
+zonxPlace PlaceOf(void* node) {
+  zonxPlace place{};
+  if (zonxWhere(node, &place) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return place;
 }
 
 std::string NameOf(void* node) {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <zonx.h>
+
 namespace tool {
 
 // The kind of a value: "integer", "real", "boolean", "string", "filename", "datetime", "substitution",
@@ -25,6 +27,9 @@ std::string LoadedValues(void* keyword);
 
 // Whether an integer value is the whole number of the file. Only the low 32 bits of it are kept.
 bool IsWithinInt(void* value);
+
+// The place of a node in its file; line 0 if it has none.
+zonxPlace PlaceOf(void* node);
 
 // An element of a path: "Quay:2", or "Quay" if the name does not repeat; "()" for an empty name.
 std::string NameOf(void* node);

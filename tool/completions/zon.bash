@@ -17,22 +17,28 @@ _zon() {
     --color)
       mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$cur")
       return ;;
+    --format)
+      mapfile -t COMPREPLY < <(compgen -W 'text json sarif' -- "$cur")
+      return ;;
+    --default)
+      return ;;
     -t | --template)
       _filedir
       return ;;
   esac
   case $command in
     '') options+=" --version $commands" ;;
-    get) options+=' --type --resolved' ;;
-    list) options+=' --values --recursive' ;;
-    dump) options+=' --json' ;;
+    check) options+=' --format --strict' ;;
+    get) options+=' --type --resolved --default' ;;
+    list) options+=' --values --recursive --places' ;;
+    dump) options+=' --json --places' ;;
     compare) options+=' --template' ;;
   esac
   if [[ $cur == -* || -z $command ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ $command == help ]]; then
     [[ ${#given[@]} -gt 0 ]] || mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
-  elif [[ ${#given[@]} -eq 1 && $command == @(get|list) ]]; then
+  elif [[ $command == get && ${#given[@]} -gt 0 || $command == list && ${#given[@]} -eq 1 ]]; then
     # The content of the section that has been typed so far.
     local section= file
     file=$(dequote "${given[0]}" 2>/dev/null)
@@ -40,7 +46,7 @@ _zon() {
     mapfile -t COMPREPLY < <(compgen -W "$(zon list "$file" $section 2>/dev/null </dev/null)" -- "$cur")
     compopt -o nospace
     __ltrim_colon_completions "$cur"
-  elif [[ ${#given[@]} -gt 1 && $command == @(get|list) ]]; then
+  elif [[ ${#given[@]} -gt 1 && $command == list ]]; then
     return
   else
     _filedir

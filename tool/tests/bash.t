@@ -22,9 +22,11 @@
   Run/Input:4
   $ complete_bash zon get --type harbour.zon Quay : 2/Le
   2/Length
+  $ complete_bash zon get harbour.zon Run/Title Quay : 1/Le
+  1/Length
   $ cd "$CRAMTMP/bash.t" && complete_bash zon get 'a\ file.zon' SY
   SYSTEM/
-  $ complete_bash zon get harbour.zon Run/Title ''
+  $ complete_bash zon list 'a\ file.zon' Run ''
   
   $ complete_bash zon get - ''
   

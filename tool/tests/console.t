@@ -11,8 +11,7 @@ Usage:
   Run with --help for more information.
   [2]
   $ zon get harbour.zon Run/Title 0
-  PARAM: must be a number, 1 or more
-  Run with --help for more information.
+  zon: the number of a value must be 1 or more
   [2]
   $ zon frob harbour.zon
   zon: no subcommand frob; see zon --help
@@ -36,21 +35,21 @@ Usage:
   $ zon --version
   zon *, library 20.0.0.15342 (glob)
   $ zon get --help
-  Print the values of a keyword, one per line
-  Usage: zon get [OPTIONS] FILE PATH [PARAM]
+  Print the values of keywords, one per line
+  Usage: zon get [OPTIONS] FILE PATH...
   
   Positionals:
     FILE                  a parameter file, or - for standard input
-    PATH                  sections and keyword, separated by '/'; ':n' selects the n-th of a name
-    PARAM                 the number of one value, from 1; default: all values
+    PATH  ...             sections and keyword, separated by '/'; ':n' selects the n-th of a name, ':*' all of them, '[n]' the n-th value
   
   Options:
     -h,--help             Print this help message and exit
+    --default             a value to print for a missing path
     --type                print the kind of each value and a tab before it
     --resolved            print file names as paths
   
   Example:
-    zon get harbour.zon Quay:2/Berth/Draught 1
+    zon get harbour.zon Quay:2/Berth/Draught[1] 'Quay:*/Length'
   $ for command in check get list dump compare copy fmt tokens results help; do
   >   zon $command --help | grep -A1 '^Example:' | grep -q "  zon $command " || echo "$command"
   >   zon $command --help > "$CRAMTMP/options"; zon help $command | diff "$CRAMTMP/options" - || echo "$command"
@@ -77,7 +76,7 @@ Output that cannot be written is reported:
 
 Colour if requested, and on a terminal:
 
-  $ zon check --color always harbour-faulty.zon 2>&1 | grep -c '\[1;31merror:'
+  $ zon check --color always harbour-faulty.zon | grep -c '\[1;31merror:'
   1
   $ zon check harbour-faulty.zon 2>&1 | grep -c '\[1'
   0
@@ -91,6 +90,6 @@ Colour if requested, and on a terminal:
 On a terminal a progress line is shown if reading takes long:
 
   $ mkfifo "$CRAMTMP/slow"
-  $ timeout 20 sh -c "(sleep 1.3; cat harbour.zon) > $CRAMTMP/slow" &
+  $ timeout 20 sh -c "(sleep 1.3; cat harbour-plain.zon) > $CRAMTMP/slow" &
   $ script -qec "zon check $CRAMTMP/slow" /dev/null </dev/null | sed 's/.*slow//' | cat -v | sed 's/[0-9] s/N s/'
   : reading, N s^M^[[K (no-eol)

@@ -1,18 +1,8 @@
   $ cd "$EXAMPLES"
 
-Files without errors print nothing; an error does not stop the check of the next file:
-
-  $ zon check harbour.zon harbour-template.zon
-  $ zon check harbour-faulty.zon nowhere.zon harbour.zon
-  harbour-faulty.zon:9:49: error: Missing |
-       Input = 'weather',  |data\weather\tuesday.csv
-                                                    ^
-  zon: nowhere.zon: No such file or directory
-  [2]
-
 The caret is below the last character that was read, also in long lines and after tabs and UTF-8:
 
-  $ zon check - <<'E'
+  $ zon list - <<'E'
   > [A] {größer}
   > 	k = 'ä', ?
   > EndSect
@@ -21,7 +11,7 @@ The caret is below the last character that was read, also in long lines and afte
      k = 'ä', ?
               ^
   [1]
-  $ (printf '[A] k = '; yes 1, | head -n 200 | tr -d '\n'; printf ']]') | zon check -
+  $ (printf '[A] k = '; yes 1, | head -n 200 | tr -d '\n'; printf ']]') | zon list -
   stdin:1:409: error: syntax error
     1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,]]
                                                                 ^
@@ -29,12 +19,12 @@ The caret is below the last character that was read, also in long lines and afte
 
 A byte order mark, which editors do not show, is named:
 
-  $ printf '\357\273\277[A] EndSect' | zon check - 2>&1 | head -n 1
+  $ printf '\357\273\277[A] EndSect' | zon list - 2>&1 | head -n 1
   stdin:1:1: error: syntax error (remove the byte order mark at the start of the file)
 
 An error after a complete section is reported, and so is a missing end:
 
-  $ printf '[A] EndSect\n?\n' | zon check -
+  $ printf '[A] EndSect\n?\n' | zon list -
   stdin:2:1: error: syntax error
     ?
     ^
@@ -83,25 +73,53 @@ File names as written, and as paths; in standard input they are relative to the 
   $ zon results - < harbour-plain.zon | sed "s|$PWD|HERE|"
   HERE/stdin - Result Files/
 
-Paths that are malformed or missing:
+Several paths, every instance, and a default for what is missing:
+
+  $ zon get harbour.zon 'Quay:*/Length' Run/Input:*[1] Harbour/Survey[2]
+  240.0
+  96.5
+  31
+  arrivals
+  weather
+  fleet
+  chart
+  lead line
+  $ zon get harbour.zon --type --default -1 'quay:*.Bollard[2]' 'Pier:*/Length' Run/Title
+  real\t25.0 (esc)
+  real\t12.0 (esc)
+  missing\t-1 (esc)
+  missing\t-1 (esc)
+  string\tEllersund, storm warning lifted at noon (esc)
+
+Paths that are malformed or missing; the values of the others are printed:
 
   $ zon get harbour.zon Quay:2x/Name
-  zon: Quay:2x/Name: ':' must be followed by a number, as in Quay:2
+  harbour.zon: error: `Quay:2x/Name` is no path here
+  hint: a path has the form Section:2/Keyword[3]
   [2]
-  $ zon get harbour.zon Harbour/Tides
-  zon: harbour.zon: Harbour/Tides is a section, not a keyword; see zon list
+  $ zon get harbour.zon 'Quay:*x/Name'
+  harbour.zon: error: `Quay:*x/Name` is no path here
+  hint: a path has the form Section:2/Keyword[3]
+  [2]
+  $ zon get harbour.zon Harbour/Tides --default 1
+  harbour.zon:67:4: error: `Harbour/Tides` is a section
+     [Tides] {metres above datum}
+     ^~~~~~~
   [1]
-  $ zon get harbour.zon Run/Inpt
-  zon: harbour.zon: no keyword Run/Inpt; see zon list
+  $ zon get - Run.Inpt Quay:2/Length <harbour.zon
+  stdin:16:1: error: the section `Run` has no keyword `Inpt`
+  [Run] {the day that is simulated}
+  ^~~~~
+  hint: did you mean Input?
+  96.5
   [1]
-  $ zon get harbour.zon Title
-  zon: harbour.zon: no keyword Title; see zon list
-  [1]
-  $ zon get harbour.zon Run/Title:2
-  zon: harbour.zon: no keyword Run/Title:2; see zon list
+  $ zon get harbour.zon 'Pier:*/Name'
+  harbour.zon: error: the file has no section `Pier`
   [1]
   $ zon get harbour.zon Run/Title 2
-  zon: harbour.zon: no value 2 in Run/Title, which has 1 value
+  harbour.zon:17:4: error: the keyword `Title` has no value 2
+     Title = 'Ellersund, storm warning lifted at noon'
+     ^~~~~
   [1]
   $ zon list harbour.zon Run/Entrance
   zon: harbour.zon: no section Run/Entrance; see zon list
@@ -143,6 +161,22 @@ Listings consist of paths:
   $ zon list -r harbour.zon | grep -v '/$' | while read -r path; do
   >   zon get harbour.zon "$path" >/dev/null || echo "$path"
   > done
+
+With line and column, of the values too:
+
+  $ printf "[A] {x}\n  k = 'it''s', ,\n      -2\n  [B]\n  k = |f|\n  EndSect\nEndSect" > "$CRAMTMP/places.zon"
+  $ zon list --places -rv "$CRAMTMP/places.zon"
+  1:1\tA/ (esc)
+  2:3\tA/k (esc)
+  2:7\tA/k[1] = 'it''s' (esc)
+  2:15\tA/k[2] =  (esc)
+  3:7\tA/k[3] = -2 (esc)
+  4:3\tA/B/ (esc)
+  5:3\tA/B/k (esc)
+  5:7\tA/B/k[1] = |f| (esc)
+  $ zon list --places "$CRAMTMP/places.zon" A
+  2:3\tA/k (esc)
+  4:3\tA/B/ (esc)
 
 Tokens, one per line; reading continues after an error:
 

@@ -58,6 +58,13 @@ A listing for debugging, and the whole tree as JSON:
   }
   $ printf '[A] k = "\344\303"' | tr '"' "'" | sed 's/$/ EndSect/' | zon dump --json - | grep latin
               {"kind": "string", "value-latin1": "\xc3\xa4\xc3\x83"} (esc)
+  $ zon dump --json --places harbour-mismatch.zon | grep -m 4 line
+        "line": 2,
+            "line": 3,
+              {"kind": "string", "line": 3, "column": 12, "value": "A run with a keyword too many"}
+            "line": 4,
+  $ zon dump --places harbour.zon 2>/dev/null
+  [2]
   $ zon dump --json harbour.zon | python3 -c 'import json, sys; print(len(json.load(sys.stdin)["sections"]))'
   8
 
@@ -66,7 +73,7 @@ The written form of a written form is the same; losses are reported:
   $ grep -v ' %' harbour.zon > plain.zon
   $ zon fmt plain.zon > once.zon 2>/dev/null; zon fmt once.zon > twice.zon
   $ diff -I Created once.zon twice.zon
-  $ zon check once.zon
+  $ zon check once.zon >/dev/null
   $ printf '[A] k = {x}, 4294967297, 7 l = 1, %%s EndSect' | zon fmt - | grep =
   zon: stdin: A.k: an unknown value is written as an undefined value
   zon: stdin: A.k: an integer beyond 32 bits is written as 1

@@ -1,0 +1,27 @@
+// The reports of the library as text for people.
+#ifndef ZON_TOOL_REPORT_H
+#define ZON_TOOL_REPORT_H
+
+#include <string>
+
+#include <zonx.h>
+
+#include "tool/source.h"
+
+namespace tool {
+
+// "error", "warning" or "note".
+const char* SeverityText(int severity);
+
+// The report with the name of the file that the user gave: a file in memory was loaded by another one.
+zonxReport WithName(const zonxReport& report, const std::string& name);
+
+// The text of zonxFormatReport, with control characters as '?', and in colour if `stream` has it.
+std::string TextOf(const zonxReport& report, int stream);
+
+// Prints on standard error why a path leads to nothing. `status` is what the library returned for it.
+void ReportPath(const Source& source, const std::string& path, int status);
+
+}  // namespace tool
+
+#endif
