@@ -251,7 +251,7 @@ TEST(Zonx, ReportsOfTheHost) {
   EXPECT_EQ(text.substr(0, text.find('\n')),
             "/data/f.zon:2:3: error: the keyword `Length` has no value 9");
   zonxReportPath(file, "Quay/Name", ZONX_WRONG_KIND, format, &text);
-  EXPECT_EQ(text.substr(0, text.find('\n')), "/data/f.zon:3:3: error: `Quay/Name` is a string");
+  EXPECT_EQ(text.substr(0, text.find('\n')), "/data/f.zon:3:10: error: `Quay/Name` is a string");
   char small[8] = "xxxxxxx";
   const zonxReport report{ZONX_ERROR, "", "long message", "", {}, {}, "", nullptr};
   EXPECT_EQ(zonxFormatReport(&report, small, sizeof small), 19U);

@@ -3,10 +3,12 @@
 #include <climits>
 #include <cstring>
 #include <string>
+#include <typeinfo>
 
 #include "api/zonfilehandle.h"
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
+#include "base/zonchars.h"
 #include "base/zonnumberscan.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonnodeaccess.h"
@@ -39,6 +41,18 @@ class NameText {
   const char* chars_;
 };
 
+// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
+// that is neither. The usual handles of files are recognised first: a cast to another class is slow.
+bool FindStart(void* fileOrNode, CzonNode** node) {
+  const std::type_info* type = &typeid(*static_cast<const CzonBase*>(fileOrNode));
+  const bool isFile = type == &typeid(CzonLoad) || type == &typeid(CzonCreate);
+  *node = isFile ? nullptr : CastHandle<CzonNode>(fileOrNode);
+  if (*node != nullptr) return true;
+  const auto* data = CastHandle<CzonData>(fileOrNode);
+  if (data != nullptr) *node = data->GetRoot();
+  return data != nullptr;
+}
+
 CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSection) {
   const NameText name(step.name);
   if (!step.isSection) {
@@ -55,50 +69,47 @@ bool PathReader::Fail() {
   return false;
 }
 
-unsigned int PathReader::ReadNumber(char after) {
-  rest_.remove_prefix(1);
-  std::size_t size = 0;
+// After ":" or "[".
+unsigned int PathReader::ReadNumber() {
+  const char* const digits = ++at_;
   unsigned long long number = 0;
-  for (; size < rest_.size() && IsDigit(rest_[size]); ++size) {
-    if (number <= INT_MAX) number = number * 10 + static_cast<unsigned>(rest_[size] - '0');
+  for (; IsDigit(*at_); ++at_) {
+    if (number <= INT_MAX) number = number * 10 + static_cast<unsigned>(*at_ - '0');
   }
-  if (size == 0 || number == 0) Fail();
-  rest_.remove_prefix(size);
-  if (after != '\0') {
-    if (rest_.empty() || rest_.front() != after) {
-      Fail();
-    } else {
-      rest_.remove_prefix(1);
-    }
-  }
+  if (at_ == digits || number == 0) Fail();
   return number > INT_MAX ? UINT_MAX : static_cast<unsigned int>(number);
 }
 
 bool PathReader::ReadStep(PathStep* step) {
-  if (rest_.empty() || rest_.front() == '[' || isMalformed_) return false;
+  if (*at_ == '\0' || *at_ == '[' || isMalformed_) return false;
   *step = PathStep();
-  const std::size_t end = std::min(rest_.find_first_of("/:["), rest_.size());
-  step->name = rest_.substr(0, end);
-  if (end == 0) return Fail();
-  rest_.remove_prefix(end);
+  step->isRead = true;
+  const char* const name = at_;
+  const char* end = name;
+  while (IsClass(*end, kWord)) ++end;
+  while (*end != '\0' && *end != '/' && *end != ':' && *end != '[') ++end;
+  at_ = end;
+  if (end == name) return Fail();
+  step->name = {name, static_cast<std::size_t>(at_ - name)};
   if (step->name == "()") step->name = {};
-  if (!rest_.empty() && rest_.front() == ':') {
-    step->instance = ReadNumber('\0');
+  if (*at_ == ':') {
+    step->instance = ReadNumber();
     step->hasInstance = true;
-    if (!rest_.empty() && rest_.front() != '/' && rest_.front() != '[') Fail();
+    if (*at_ != '\0' && *at_ != '/' && *at_ != '[') Fail();
   }
-  if (!rest_.empty() && rest_.front() == '/') {
+  if (*at_ == '/') {
     step->isSection = true;
-    rest_.remove_prefix(1);
-    if (!rest_.empty() && (rest_.front() == '/' || rest_.front() == '[')) Fail();
+    ++at_;
+    if (*at_ == '/' || *at_ == '[') Fail();
   }
   return !isMalformed_;
 }
 
 unsigned int PathReader::ReadValueNumber() {
-  if (isMalformed_ || rest_.empty() || rest_.front() != '[') return 0;
-  const unsigned int number = ReadNumber(']');
-  if (!rest_.empty()) Fail();
+  if (isMalformed_ || *at_ != '[') return 0;
+  const unsigned int number = ReadNumber();
+  if (at_[0] != ']' || at_[1] != '\0') Fail();
+  at_ += *at_ == ']' ? 1 : 0;
   return number;
 }
 
@@ -109,12 +120,8 @@ CzonNode* ValueOf(const CzonNode& keyword, unsigned int n) {
 FoundNode FindNode(void* fileOrNode, const char* path) {
   FoundNode found{ZONX_BAD_ARGUMENT, nullptr, nullptr, {}, 0};
   if (fileOrNode == nullptr || path == nullptr) return found;
-  CzonNode* node = CastHandle<CzonNode>(fileOrNode);
-  if (node == nullptr) {
-    const auto* data = CastHandle<CzonData>(fileOrNode);
-    if (data == nullptr) return found;
-    node = data->GetRoot();
-  }
+  CzonNode* node = nullptr;
+  if (!FindStart(fileOrNode, &node)) return found;
   PathReader reader(path);
   PathStep step;
   bool isMissing = node == nullptr;
@@ -124,8 +131,7 @@ FoundNode FindNode(void* fileOrNode, const char* path) {
   while (reader.ReadStep(&step)) {
     if (!hasChildren) return found;
     if (isMissing) continue;
-    const bool isLast = reader.IsAtEnd();
-    CzonNode* child = node->IsSection() ? FindChild(*node, step, isLast) : nullptr;
+    CzonNode* child = FindChild(*node, step, reader.IsAtEnd());
     if (child == nullptr) {
       isMissing = true;
       found.missing = step;

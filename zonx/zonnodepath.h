@@ -18,12 +18,13 @@ struct PathStep {
   unsigned int instance = 1;
   bool isSection = false;  // "/" follows
   bool hasInstance = false;
+  bool isRead = false;  // false for no step
 };
 
 // Walks along a path.
 class PathReader {
  public:
-  explicit PathReader(std::string_view path) : rest_(path) {}
+  explicit PathReader(const char* path) : at_(path) {}
 
   // Reads the next name. False at the end, before "[n]", and if the path is malformed.
   bool ReadStep(PathStep* step);
@@ -31,14 +32,14 @@ class PathReader {
   // Reads the "[n]" at the end; 0 if there is none.
   unsigned int ReadValueNumber();
 
-  bool IsAtEnd() const { return rest_.empty() && !isMalformed_; }
+  bool IsAtEnd() const { return *at_ == '\0' && !isMalformed_; }
   bool IsMalformed() const { return isMalformed_; }
 
  private:
-  unsigned int ReadNumber(char after);
+  unsigned int ReadNumber();
   bool Fail();
 
-  std::string_view rest_;
+  const char* at_;
   bool isMalformed_ = false;
 };
 

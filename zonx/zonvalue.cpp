@@ -33,13 +33,20 @@ int StatusOfOther(const CzonNode& value) {
   }
 }
 
+// Whether a value is of the class itself. Compares addresses: a comparison of different type_infos
+// compares their names. A second copy of a type_info takes the general way.
+template <class T>
+bool Is(const CzonNode& value) {
+  return &typeid(value) == &typeid(T);
+}
+
 // An integer has its whole number as text, unless it is a variable of the host.
 bool HasWholeText(const CzonNode& value) {
-  return typeid(value) == typeid(CzonInt) || typeid(value) == typeid(CzonIntDef);
+  return Is<CzonInt>(value) || Is<CzonIntDef>(value);
 }
 
 double RealOf(const CzonNode& value) {
-  if (typeid(value) != typeid(CzonReal) && dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
+  if (!Is<CzonReal>(value) && dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
     return static_cast<double>(value.GetFloat());
   }
   return value.GetDouble();
@@ -165,9 +172,8 @@ int ReadValue(const CzonNode& value, bool* out) {
 int ReadValue(const CzonNode& value, const char** out) {
   if (KindOf(value) != ZONX_STRING) return StatusOfOther(value);
   // GetString makes a std::string. A class of the host can override it.
-  *out = typeid(value) == typeid(CzonString)
-             ? NodeAccess::GetChars(static_cast<const CzonString&>(value))
-             : value.GetString().c_str();
+  *out = Is<CzonString>(value) ? NodeAccess::GetChars(static_cast<const CzonString&>(value))
+                               : value.GetString().c_str();
   return ZONX_OK;
 }
 
@@ -193,8 +199,7 @@ int ReadText(const CzonNode& value, std::string* out) {
     case ZONX_INTEGER:
     case ZONX_REAL:
     case ZONX_BOOLEAN:
-      if (HasWholeText(value) || typeid(value) == typeid(CzonReal) ||
-          typeid(value) == typeid(CzonBool)) {
+      if (HasWholeText(value) || Is<CzonReal>(value) || Is<CzonBool>(value)) {
         *out = std::string(text);
         return ZONX_OK;
       }

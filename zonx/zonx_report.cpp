@@ -7,6 +7,7 @@
 
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
+#include "base/zonchars.h"
 #include "base/zonnearest.h"
 #include "tree/zonnodeaccess.h"
 #include "zonx/zonkind.h"
@@ -88,25 +89,31 @@ std::string_view NearestChild(const CzonNode& node, std::string_view wanted) {
   return nearest.Name();
 }
 
+// Of a missing name: the nearest one, unless the name itself exists and only its number does not.
+std::string HintFor(const CzonNode& node, const PathStep& step) {
+  const std::string_view nearest = NearestChild(node, step.name);
+  if (nearest.empty() || EqualNoCase(nearest, step.name)) return {};
+  return "did you mean " + std::string(nearest) + "?";
+}
+
 // Why a path leads to no value.
 Finding DescribeMissing(const FoundNode& found) {
   Finding finding;
   const PathStep& step = found.missing;
   if (found.deepest == nullptr) {
     finding.message = "the file was not loaded, so it has no values";
-  } else if (!step.name.empty() || found.node == nullptr) {
-    if (found.valueNumber != 0 && found.deepest->IsKeyword() != 0) {
-      finding.message =
-          NameOfNode(found.deepest) + " has no value " + std::to_string(found.valueNumber);
-      return finding;
-    }
-    finding.message = NameOfNode(found.deepest) + " has no " +
-                      (step.isSection ? "section " : "keyword ") + InQuotes(step.name);
-    if (step.hasInstance) finding.message += " with the number " + std::to_string(step.instance);
-    const std::string_view nearest = NearestChild(*found.deepest, step.name);
-    if (!nearest.empty()) finding.hint = "did you mean " + std::string(nearest) + "?";
+  } else if (found.node != nullptr) {
+    const CzonNode* owner = found.node->IsParam() ? found.node->GetOwner() : found.node;
+    finding.message = NameOfNode(owner) + " has no value in this place";
+  } else if (!step.isRead) {
+    finding.message =
+        NameOfNode(found.deepest) + " has no value " + std::to_string(found.valueNumber);
   } else {
-    finding.message = NameOfNode(found.node) + " has no value";
+    finding.message = NameOfNode(found.deepest) + " has no " +
+                      (step.isSection ? "section " : "keyword ") +
+                      (step.name.empty() ? "without a name" : InQuotes(step.name));
+    if (step.hasInstance) finding.message += " with this number";
+    finding.hint = HintFor(*found.deepest, step);
   }
   return finding;
 }
@@ -117,20 +124,29 @@ Finding DescribePath(const FoundNode& found, const char* path, int status) {
   if (value != nullptr && value->IsKeyword() && value->NodeByNum(1) != nullptr) {
     value = value->NodeByNum(1);
   }
+  const std::string name = *path != '\0' ? InQuotes(path) : NameOfNode(found.node);
   if (found.status == ZONX_BAD_ARGUMENT) {
-    finding.message = InQuotes(path) + " is no path here";
+    finding.message = name + " is no path here";
     finding.hint = "a path has the form Section:2/Keyword[3]";
   } else if (found.status == ZONX_MISSING || status == ZONX_MISSING) {
     finding = DescribeMissing(found);
   } else if (status == ZONX_WRONG_KIND && value != nullptr) {
-    finding.message = InQuotes(path) + " is " + KindText(KindOf(*value));
+    finding.message = name + " is " + KindText(KindOf(*value));
   } else if (status == ZONX_OUT_OF_RANGE) {
-    finding.message = "the value of " + InQuotes(path) + " does not fit the type";
+    finding.message = "the value of " + name + " does not fit the type";
   } else {
-    finding.message = InQuotes(path) + ": " + zonxStatusText(status);
+    finding.message = name + ": " + zonxStatusText(status);
   }
   finding.rule = RuleOf(status);
   return finding;
+}
+
+// The deepest node of a path that exists. A value that cannot be read is shown itself.
+CzonNode* NodeToShow(const FoundNode& found, int status, CzonNode* start) {
+  if (found.deepest == nullptr) return start;
+  const bool isRead = status == ZONX_WRONG_KIND || status == ZONX_OUT_OF_RANGE;
+  CzonNode* value = isRead && found.deepest->IsKeyword() ? found.deepest->NodeByNum(1) : nullptr;
+  return value != nullptr ? value : found.deepest;
 }
 
 }  // namespace
@@ -194,7 +210,7 @@ int zonxReportPath(void* fileOrNode, const char* path, int status, zonxReporter 
     if (file.name == nullptr) return ZONX_BAD_ARGUMENT;
     if (status == ZONX_OK) return ZONX_OK;
     const zon::FoundNode found = zon::FindNode(fileOrNode, path);
-    zon::ReportAt(found.deepest != nullptr ? found.deepest : start, file,
+    zon::ReportAt(zon::NodeToShow(found, status, start), file,
                   zon::DescribePath(found, path, status), reporter, context);
     return ZONX_OK;
   });
