@@ -171,15 +171,13 @@ class SarifPrinter : public CheckPrinter {
     json_.Key("region");
     json_.Open('{', true);
     json_.Put("startLine", place.line);
-    if (place.column != 0) {
+    if (place.column != 0 && place.endColumn != 0) {  // else the region is the line
       json_.Put("startColumn", ColumnInUnits(file, place.offset, place.column));
-    }
-    if (place.endLine != 0 && place.endColumn != 0) {
       json_.Put("endLine", place.endLine);
       json_.Put("endColumn", ColumnInUnits(file, place.offset + place.length, place.endColumn));
+      json_.Put("byteOffset", place.offset);
+      json_.Put("byteLength", place.length);
     }
-    json_.Put("byteOffset", place.offset);
-    json_.Put("byteLength", place.length);
     json_.Close('}');
   }
 
