@@ -11,6 +11,7 @@
 #include "reader/zonsource.h"
 #include "reader/zonstructure.h"
 #include "reader/zontokencode.h"
+#include "reader/zonvaluelist.h"
 
 namespace zon {
 namespace {
@@ -112,6 +113,7 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
     case kDefaultNextItem:
       emptyPlace_ = nullptr;
       ++valueCount_;
+      if (rule == kKeywordNextItem) NoteGlued(right[2].Text());
       return result;
     case kKeywordFirstValues:
     case kDefaultFirstValues:
@@ -228,15 +230,8 @@ void Checker::ReportTemplate(const char* loaderMessage, Finding finding) {
 
 // "EndSect  // name": only a comment that is one word is taken for a name.
 void Checker::CheckEndComment(std::string_view name, const char* at) {
-  const char* const end = text_->End();
-  at = SkipBlanks(at, end);
-  if (end - at < 2 || at[0] != '/' || at[1] != '/') return;
-  const char* const begin = SkipBlanks(at + 2, end);
-  const char* const endOfWord = SkipWord(begin, end);
-  const char* const next = SkipBlanks(endOfWord, end);
-  if (begin == endOfWord || (next < end && *next != '\n')) return;
-  const std::string_view word(begin, static_cast<std::size_t>(endOfWord - begin));
-  if (EqualNoCase(word, name)) return;
+  const std::string_view word = NameInComment(at, text_->End());
+  if (word.empty() || EqualNoCase(word, name)) return;
   Warn("endsect-name", "this `EndSect` ends the section " + Quoted(name) + ", not " + Quoted(word),
        SpanOf(word), "correct the comment, or look for an EndSect that is missing or too much");
 }
@@ -304,6 +299,15 @@ bool Checker::IsGlued(const char* number, const char* comma, std::string_view va
   if (comma + 1 >= end || *comma != ',' || number == values.data()) return false;
   const char* const endOfDigits = SkipDigits(comma + 1, end);
   return endOfDigits > comma + 1 && endOfDigits == end;
+}
+
+// The same for a value that is not plain, such as one with a remark.
+void Checker::NoteGlued(std::string_view value) {
+  const char* const end = value.data() + value.size();
+  if (value.empty() || SkipDigits(value.data(), end) != end || !zon::IsGlued(value)) return;
+  const char* number = value.data() - 1;
+  while (IsDigit(number[-1])) --number;
+  gluedPlace_ = {number, end};
 }
 
 // "60,5": two values that look like one number, in a keyword whose other instances have one value.

@@ -99,6 +99,7 @@ class Checker {
   void CheckInteger(const char* begin, const char* end);
   void CheckValues(std::string_view values);
   void CheckGluedComment(const char* semicolon);
+  void NoteGlued(std::string_view value);
   static bool IsGlued(const char* number, const char* comma, std::string_view values);
   void CountValues(std::string_view name);
 

@@ -76,6 +76,7 @@ int Lexer::Scan(Source& source) {
       case '{':
         return ScanDelimited(source, '}', false, BRACE_TEXT, "Missing }");
       case ';':
+        if (Source::kStays && !IsClass(tokenBegin_[-1], kSpace)) isSuspect_ = true;
         SkipLine(source);
         break;
       case '/':
@@ -179,6 +180,12 @@ int Lexer::Finish(int token, std::string_view text) {
   return token;
 }
 
+const char* Lexer::End() const {
+  if (stream_ == nullptr) return nullptr;
+  const std::string_view ready = TextSource(*stream_).Ready();
+  return ready.data() + ready.size();
+}
+
 void Lexer::MoveTo(const char* at) {
   TextSource(*stream_).MoveTo(at);
 }
@@ -197,6 +204,7 @@ bool Lexer::ConsumeLine() {
   if (*values++ != '=') return false;
   const PlainValues plain = FindValues(values, end);
   if (!plain.isWhole) return false;
+  isSuspect_ = isSuspect_ || plain.isSuspect;
   StoreValues(source, values, plain.end);
   return true;
 }
@@ -207,6 +215,7 @@ bool Lexer::ConsumeValues() {
   const std::string_view ready = source.Ready();
   const PlainValues plain = FindValues(ready.data(), ready.data() + ready.size());
   if (plain.end == nullptr) return false;
+  isSuspect_ = isSuspect_ || plain.isSuspect;
   StoreValues(source, ready.data(), plain.end);
   return true;
 }

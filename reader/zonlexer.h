@@ -47,6 +47,13 @@ class Lexer {
   // Where the last quoted text begins that was a token by itself; null if there was none.
   const char* StringBegin() const { return stringBegin_; }
 
+  // In the text of a file: whether a check may warn of something that was read. A load notes it at no
+  // cost, so that a sound file is only checked if there may be a warning.
+  bool IsSuspect() const { return isSuspect_; }
+
+  // In the text of a file: up to where it has been read; null for another source.
+  const char* End() const;
+
   // In the text of a file: reads on from another place.
   void MoveTo(const char* at);
 
@@ -97,6 +104,7 @@ class Lexer {
   const char* previousEnd_ = nullptr;
   const char* stringBegin_ = nullptr;
   bool keepsSpelling_ = false;
+  bool isSuspect_ = false;
 };
 
 }  // namespace zon

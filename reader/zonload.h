@@ -19,6 +19,7 @@ enum class LoadStatus {
 struct Loading {
   LoadStatus status;
   std::unique_ptr<CzonParser> parser;  // owns the tree
+  bool isSuspect = false;              // a check may find warnings
 };
 
 // Loads a text that was opened or assigned, and applies its SYSTEM section. The text is kept as long as

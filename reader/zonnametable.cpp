@@ -11,24 +11,22 @@ constexpr std::size_t kFirstRoom = 16;
 
 NameEntry& NameTable::Count(std::string_view name) {
   if (4 * (used_ + 1) > 3 * places_.size()) Grow();
-  const std::uint32_t hash = HashNoCase(name);
-  NameEntry& entry = Find(name, hash);
+  NameEntry& entry = Find(name);
   if (entry.chars == nullptr) {
     entry.chars = name.data();
     entry.size = static_cast<std::uint32_t>(name.size());
-    entry.hash = hash;
     ++used_;
   }
   ++entry.count;
   return entry;
 }
 
-NameEntry& NameTable::Find(std::string_view name, std::uint32_t hash) {
+NameEntry& NameTable::Find(std::string_view name) {
   const std::size_t mask = places_.size() - 1;
-  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+  for (std::size_t at = HashNoCase(name) & mask;; at = (at + 1) & mask) {
     NameEntry& entry = places_[at];
     if (entry.chars == nullptr) return entry;
-    if (entry.hash == hash && EqualNoCase(entry.Name(), name)) return entry;
+    if (EqualNoCase(entry.Name(), name)) return entry;
   }
 }
 
@@ -36,7 +34,7 @@ void NameTable::Grow() {
   std::vector<NameEntry> before(places_.empty() ? kFirstRoom : 2 * places_.size());
   before.swap(places_);
   for (const NameEntry& entry : before) {
-    if (entry.chars != nullptr) Find(entry.Name(), entry.hash) = entry;
+    if (entry.chars != nullptr) Find(entry.Name()) = entry;
   }
 }
 

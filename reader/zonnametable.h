@@ -1,7 +1,8 @@
 // The names of one section, or of one file, with what the checker remembers of each: where it is first
 // and how often it occurs.
 //
-// Open addressing with linear probing, at most three quarters full. Names are compared without letter
+// Open addressing with linear probing, at most three quarters full. An entry has 16 bytes and no hash, so
+// that the names of a large file fit: the hash is made again when the table grows. Names are compared without letter
 // case and are not copied: they must live as long as the table. Tested by tests/reports_test.cpp.
 #ifndef ZON_READER_ZONNAMETABLE_H
 #define ZON_READER_ZONNAMETABLE_H
@@ -16,7 +17,6 @@ namespace zon {
 struct NameEntry {
   const char* chars = nullptr;  // of the first occurrence; null for a free place
   std::uint32_t size = 0;
-  std::uint32_t hash = 0;
   std::uint32_t count = 0;
 
   std::string_view Name() const { return {chars, size}; }
@@ -36,7 +36,7 @@ class NameTable {
   void Clear();
 
  private:
-  NameEntry& Find(std::string_view name, std::uint32_t hash);
+  NameEntry& Find(std::string_view name);
   void Grow();
 
   std::vector<NameEntry> places_;  // a power of two

@@ -6,6 +6,7 @@
 #include "base/zonarena.h"
 #include "reader/zonengine.h"
 #include "reader/zonlexer.h"
+#include "reader/zonparseraccess.h"
 #include "reader/zontreebuilder.h"
 #include "tree/zonclob.h"
 #include "tree/zonsection.h"
@@ -18,6 +19,10 @@ struct CzonParser::Parts {
   zon::Lexer lexer;
   zon::TreeBuilder builder;
 };
+
+bool zon::ParserAccess::IsSuspect(const CzonParser& parser) {
+  return parser.parts_->lexer.IsSuspect() || parser.parts_->builder.IsSuspect();
+}
 
 CzonParser::CzonParser(CyyInput* input)
     : CyyParser(input), parts_(std::make_unique<Parts>(*this, Input(), GetStream(), GetArena())) {}

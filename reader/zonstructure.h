@@ -13,6 +13,17 @@ inline const char* SkipBlanks(const char* at, const char* end) {
   return at;
 }
 
+// The word of a comment "// name" that follows on the line; empty if the comment is not one word.
+inline std::string_view NameInComment(const char* at, const char* end) {
+  at = SkipBlanks(at, end);
+  if (end - at < 2 || at[0] != '/' || at[1] != '/') return {};
+  const char* const begin = SkipBlanks(at + 2, end);
+  const char* const endOfWord = SkipWord(begin, end);
+  const char* const next = SkipBlanks(endOfWord, end);
+  if (next < end && *next != '\n') return {};
+  return {begin, static_cast<std::size_t>(endOfWord - begin)};
+}
+
 enum class LineKind { kOther, kHeader, kEndSect, kKeyword, kWord };
 
 // What begins at `at`, the first character of a line that is no blank. kWord is a line that begins with

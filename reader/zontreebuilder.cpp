@@ -4,6 +4,7 @@
 #include "base/zonchars.h"
 #include "reader/yyparser.h"
 #include "reader/zonlexer.h"
+#include "reader/zonstructure.h"
 #include "reader/zontokencode.h"
 #include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
@@ -66,6 +67,20 @@ T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
   NodeAccess::ReferToName(*node, name);
   if (multi) node->SetMultiMandat(1, 0);
   return node;
+}
+
+// At the end of a section: a keyword that occurs twice, or the name of another section after "EndSect".
+void TreeBuilder::NoteSuspects(const CzonNode& section, std::string_view end) {
+  const auto& named = static_cast<const CzonSection&>(section);
+  if (NodeAccess::HasOneRepeat(named)) isSuspect_ = true;
+  const char* const endOfText = lexer_.End();
+  if (endOfText == nullptr) return;
+  const std::string_view name = NameInComment(end.data() + end.size(), endOfText);
+  // A name that ends with what has been read may go on.
+  if (!name.empty() && (name.data() + name.size() == endOfText ||
+                        !EqualNoCase(name, NodeAccess::GetNameView(named)))) {
+    isSuspect_ = true;
+  }
 }
 
 CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
@@ -139,6 +154,9 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
       if (section->GetInstanceNo() > 1) CheckUnique(section);
       return result;
     }
+    case kSectionEnd:
+      NoteSuspects(*right[0].node, right[1].Text());
+      return result;
     case kBodyKeyword:
       FileKeyword(right[0], right[1]);
       return result;
@@ -232,6 +250,7 @@ SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
   switch (rule) {
     case kValueInteger:
+      if (IsLong(right[0].Text()) || IsGlued(right[0].Text())) isSuspect_ = true;
       result.node = MakeValue(arena_, INTEGER, right[0].Text());
       return result;
     case kValueReal:

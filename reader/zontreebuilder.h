@@ -40,6 +40,9 @@ class TreeBuilder {
   SymbolValue MakeLine();
   void FileKeyword(const SymbolValue& section, const SymbolValue& keyword);
 
+  // Whether a check may warn of something in the tree.
+  bool IsSuspect() const { return isSuspect_; }
+
   // The root of an accepted parse, else null.
   CzonTargetList* GetRoot() const { return root_; }
 
@@ -65,6 +68,7 @@ class TreeBuilder {
   template <class T>
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewSubstitution(std::string_view text);
+  void NoteSuspects(const CzonNode& section, std::string_view end);
   void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   template <class T>
   CzonNode* NewEmpty(const char* place);
@@ -76,6 +80,7 @@ class TreeBuilder {
   Arena& arena_;
   ValueDeferral deferral_;
   FileKind kind_ = kUndecided;
+  bool isSuspect_ = false;
   CzonTargetList* list_ = nullptr;  // of the sections at the top level
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted
   std::vector<CzonNode*> temporaries_;

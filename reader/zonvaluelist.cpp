@@ -171,16 +171,19 @@ CzonNode* MakeValue(Arena& arena, int token, std::string_view text) {
 PlainValues FindValues(const char* at, const char* end) {
   PlainValues plain;
   ValueCursor cursor(at, end);
-  while (!plain.isWhole) {
+  for (int count = 1; !plain.isWhole; ++count) {
     cursor.SkipSpace();
     std::string_view value;
-    if (cursor.ConsumeValue(&value) == 0) break;
+    const int token = cursor.ConsumeValue(&value);
+    if (token == 0) break;
     const char* const endOfValue = cursor.At();
     cursor.SkipSpace();
     const int next = cursor.Peek();
     if (next < 0 || IsRemarkOrComment(next)) break;
     plain.end = endOfValue;
     plain.isWhole = !cursor.ConsumeIf(',');
+    if (token == INTEGER && (IsLong(value) || (count == 2 && IsGlued(value))))
+      plain.isSuspect = true;
   }
   return plain;
 }

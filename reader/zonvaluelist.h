@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "base/zonarena.h"
+#include "base/zonchars.h"
 
 class CzonKeyword;
 class CzonNode;
@@ -26,10 +27,20 @@ inline std::string_view UpToZero(std::string_view text) {
 // is no value by itself.
 CzonNode* MakeValue(Arena& arena, int token, std::string_view text);
 
+// Whether a check may warn of an integer: it may have more than 32 bits, or follows another one and a
+// comma without a blank.
+inline bool IsLong(std::string_view integer) {
+  return integer.size() > 9;
+}
+inline bool IsGlued(std::string_view integer) {
+  return integer.data()[-1] == ',' && IsClass(integer.data()[-2], kDigit);
+}
+
 // The plain values, with the commas between them, that begin at `at`.
 struct PlainValues {
   const char* end = nullptr;  // after the last one; null if there are none
   bool isWhole = false;       // the list ends with it
+  bool isSuspect = false;     // a check may warn of them: see Lexer::IsSuspect
 };
 
 // The last value counts only if the next character is already in the buffer and begins no remark or

@@ -14,6 +14,38 @@ using host::Texts;
 
 namespace {
 
+// The handle, status and reports of a load.
+struct Loaded : host::Collected {
+  explicit Loaded(const std::string& text) : file(nullptr) {
+    status = zonxLoadText(text.data(), text.size(), "f.zon", file.Address(), Note, this);
+    zonGetSyntaxErr(file, &line, &position, nullptr);
+  }
+  static void Note(const zonxReport* report, void* loaded) {
+    auto& self = *static_cast<Loaded*>(loaded);
+    Add(report, &self);
+    if (report->severity != ZONX_ERROR) return;
+    if (self.errors++ == 0) self.first = *report;
+  }
+  // Whether the first error has the place at which the loader stopped. A template rule names the
+  // first of two names instead.
+  bool Agrees() const {
+    if (first.rule == std::string("ambiguous-name") ||
+        first.rule == std::string("marker-in-data")) {
+      return true;
+    }
+    return (first.place.line == line && first.place.column == position) ||
+           (first.related.line == line && first.related.column == position) ||
+           first.rule == std::string("unclosed-section");
+  }
+
+  host::File file;
+  int status;
+  int errors = 0;
+  unsigned int line = 0;
+  unsigned int position = 0;
+  zonxReport first{};
+};
+
 struct Row {
   const char* name;
   std::string text;
@@ -282,7 +314,10 @@ TEST(Reports, NameMistakeAndPlace) {
        {"2:6 unclosed-quote: the text that begins here has no closing quote @7:0",
         "4:8 unclosed-brace: the remark that begins here has no closing brace"}},
   };
-  for (const Row& row : rows) EXPECT_EQ(Check(row.text), row.reports) << row.name;
+  for (const Row& row : rows) {
+    EXPECT_EQ(Check(row.text), row.reports) << row.name;
+    EXPECT_EQ(Loaded(row.text).texts, row.reports) << row.name;
+  }
 }
 
 std::string Repeated(const std::string& text, int times) {
@@ -308,40 +343,6 @@ TEST(Reports, NestingThatIsTooDeep) {
             std::string::npos);
   EXPECT_EQ(reports.back(), "402:6 bad-value: expected a value, found `]`");
 }
-
-// ---- The loader -------------------------------------------------------------------------------------
-
-// The handle, status and reports of a load.
-struct Loaded : host::Collected {
-  explicit Loaded(const std::string& text) : file(nullptr) {
-    status = zonxLoadText(text.data(), text.size(), "f.zon", file.Address(), Note, this);
-    zonGetSyntaxErr(file, &line, &position, nullptr);
-  }
-  static void Note(const zonxReport* report, void* loaded) {
-    auto& self = *static_cast<Loaded*>(loaded);
-    Add(report, &self);
-    if (report->severity != ZONX_ERROR) return;
-    if (self.errors++ == 0) self.first = *report;
-  }
-  // Whether the first error has the place at which the loader stopped. A template rule names the
-  // first of two names instead.
-  bool Agrees() const {
-    if (first.rule == std::string("ambiguous-name") ||
-        first.rule == std::string("marker-in-data")) {
-      return true;
-    }
-    return (first.place.line == line && first.place.column == position) ||
-           (first.related.line == line && first.related.column == position) ||
-           first.rule == std::string("unclosed-section");
-  }
-
-  host::File file;
-  int status;
-  int errors = 0;
-  unsigned int line = 0;
-  unsigned int position = 0;
-  zonxReport first{};
-};
 
 // Changes one character, or inserts or removes some.
 std::size_t Mutate(std::string& text, std::mt19937& random) {
@@ -377,6 +378,7 @@ TEST(Reports, AgreeWithTheLoader) {
       EXPECT_EQ(loaded.errors > 0, loaded.line != 0) << entry.path() << round;
       EXPECT_EQ(loaded.status, loaded.line != 0 ? ZONX_FAULTY : ZONX_OK) << entry.path() << round;
       EXPECT_EQ(checked, loaded.status) << entry.path() << round;
+      EXPECT_EQ(Check(faulty), loaded.texts) << entry.path() << round;
       EXPECT_TRUE(loaded.errors == 0 || loaded.Agrees()) << faulty << loaded.texts[0];
       if (HasFailure()) return;
     }

@@ -64,6 +64,13 @@ struct NodeAccess {
   static bool WasRead(const CzonNode& keyword) { return keyword.Has(CzonNode::kRead); }
   static void SetRead(CzonNode& keyword, bool on) { keyword.Set(CzonNode::kRead, on); }
 
+  // Whether one keyword of the section occurs twice and at least one other once.
+  template <class Section>
+  static bool HasOneRepeat(const Section& section) {
+    const std::uint32_t names = section.keywords_.index.used;
+    return names > 1 && section.keywords_.ordered.size == names + 1;
+  }
+
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
   static std::string_view GetNameView(const CzonNamedNode& node) { return node.GetNameView(); }
   static NameKey GetKey(const CzonNamedNode& node) { return node.GetKey(); }

@@ -107,6 +107,7 @@ class ZON_API CzonSection : public CzonTargetList {
   void SwapOwn(CzonNamedNode& other) override;
 
  private:
+  friend struct zon::NodeAccess;
   friend class CzonNamedNode;  // writes the head and the end around the children
 
   void WriteHead(std::ostream& out) const;

@@ -60,7 +60,8 @@ void Reporter::Report(FileText* text, const Finding& finding, const FirstError* 
     report.relatedMessage = finding.relatedMessage.c_str();
   } else if (text != nullptr && first != nullptr && first->at != nullptr &&
              (first->line != report.place.line || first->position != report.place.column)) {
-    report.related = MakePlace(*text, file_, {first->at, first->at});
+    const char* const last = first->position > 0 ? first->at - 1 : first->at;
+    report.related = MakePlace(*text, file_, {last, last});
     report.related.line = report.related.endLine = first->line;
     report.related.column = report.related.endColumn = first->position;
     stopped = "the loader stops here: " + first->message;

@@ -41,7 +41,7 @@ int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, vo
   }
   const bool isCutOff = loading.parser->HasError();
   const int status = isCutOff || loading.status == LoadStatus::kFaulty ? ZONX_FAULTY : ZONX_OK;
-  if (reporter.IsOn()) Check(text, reporter);
+  if (reporter.IsOn() && (status == ZONX_FAULTY || loading.isSuspect)) Check(text, reporter);
   text->Close();
   if (loading.parser->GetRoot() == nullptr) text->Release();
   HandleAccess::SetParser(*load, std::move(loading.parser));
