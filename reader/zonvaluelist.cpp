@@ -178,10 +178,12 @@ PlainValues FindValues(const char* at, const char* end) {
     if (token == 0) break;
     const char* const endOfValue = cursor.At();
     cursor.SkipSpace();
-    const int next = cursor.Peek();
-    if (next < 0 || IsRemarkOrComment(next)) break;
+    if (!cursor.ConsumeIf(',')) {
+      const int next = cursor.Peek();
+      if (next < 0 || IsRemarkOrComment(next)) break;
+      plain.isWhole = true;
+    }
     plain.end = endOfValue;
-    plain.isWhole = !cursor.ConsumeIf(',');
     if (token == INTEGER && (IsLong(value) || (count == 2 && IsGlued(value))))
       plain.isSuspect = true;
   }
