@@ -81,7 +81,7 @@ bool PathReader::ReadStep(PathStep* step) {
   step->name = rest_.substr(0, end);
   if (end == 0) return Fail();
   rest_.remove_prefix(end);
-  if (step->name == "()") step->name = {};
+  if (step->name == "()") step->name.remove_suffix(2);  // not null: the name is copied
   if (!rest_.empty() && rest_.front() == ':') {
     step->instance = ReadNumber('\0');
     step->hasInstance = true;
