@@ -37,6 +37,10 @@ class FileText {
   // Reads on; false at the end of the file. Throws std::bad_alloc.
   bool ReadMore();
 
+  // Reads to the end of the file. A pipe or device that delivers too much to be a file, as an endless one
+  // does, has failed.
+  void ReadAll();
+
   // What has been read. Both are null before the first ReadMore.
   char* Begin() const { return begin_; }
   char* End() const { return end_; }

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "base/zonfiletext.h"
 #include "reader/zonchecker.h"
 #include "reader/zonengine.h"
 
@@ -16,6 +17,8 @@ void Run(Checker& checker) {
 }  // namespace
 
 CheckResult CheckText(const std::shared_ptr<FileText>& text) {
+  // What a mistake is depends on the lines after it, so they must not end where a piece of the file ends.
+  text->ReadAll();
   Checker checker(text);
   Run(checker);
   if (checker.HasCandidates()) {

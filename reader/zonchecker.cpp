@@ -475,7 +475,6 @@ const char* Checker::NextLine(const Mistake& mistake) {
   const char* line = mistake.after;
   for (;;) {
     const char* const newline = FindChar('\n', line, text_->End());
-    if (newline == nullptr && ReadMore()) continue;
     if (newline == nullptr) return text_->End();
     const bool goesOn = mistake.isOpen || EndsWithComma(line, newline);
     line = newline + 1;
@@ -489,16 +488,10 @@ const char* Checker::NextLine(const Mistake& mistake) {
   }
 }
 
-// The kind of a line, of which not all may have been read.
-LineKind Checker::ClassifyNext(const char* line) {
-  const char* newline = FindChar('\n', line, text_->End());
-  while (newline == nullptr && ReadMore()) newline = FindChar('\n', line, text_->End());
+LineKind Checker::ClassifyNext(const char* line) const {
+  const char* const newline = FindChar('\n', line, text_->End());
   const char* const end = newline != nullptr ? newline : text_->End();
   return ClassifyLine(SkipBlanks(line, end), end);
-}
-
-bool Checker::ReadMore() {
-  return TextSource(parser_->Stream()).Fill();
 }
 
 // Reading goes back to before `at`, so what was found behind it is not trusted.

@@ -34,7 +34,8 @@ class Checker {
   static constexpr std::size_t kMostErrors = 100;
   static constexpr std::size_t kMostWarnings = 100;
 
-  // The text can be one that a loader reads too, from which nothing is consumed.
+  // The text must have been read to its end. It can be one that a loader reads too, from which nothing
+  // is consumed.
   explicit Checker(std::shared_ptr<FileText> text);
   Checker(const Checker&) = delete;
   Checker& operator=(const Checker&) = delete;
@@ -108,8 +109,7 @@ class Checker {
   Resumption ResumeAfter(const Mistake& mistake, const char* tokenEnd);
   const char* FindEndInLine(const char* at) const;
   const char* NextLine(const Mistake& mistake);
-  LineKind ClassifyNext(const char* line);
-  bool ReadMore();
+  LineKind ClassifyNext(const char* line) const;
   void TakeFirst();
   void Add(Finding finding);
   void Warn(const char* rule, std::string message, Span place, std::string hint = std::string());

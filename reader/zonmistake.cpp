@@ -185,7 +185,7 @@ class MistakeFinder {
 
   bool FindOpenQuote();
   bool HoldsStructure(const char* begin, const char* end) const;
-  bool TryOpenQuote(const char* begin, const char* end);
+  bool TryOpenQuote(const char* begin, const char* end, Span line);
   bool FindLexerMistake();
   bool FindBadNumber(const char* begin, const char* reason);
   bool FindQuoteInText();
@@ -219,18 +219,20 @@ bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
 }
 
 // A quoted text that has taken in lines of structure, and ends on the line of the error, is one whose
-// closing quote is missing: it ends at the opening quote of the next text.
-bool MistakeFinder::TryOpenQuote(const char* begin, const char* end) {
-  // The word after the quote, if the error is noticed after it.
-  const char* const next =
-      failure_.context == ParseContext::kName ? failure_.anchor.chars : scene_.tokenBegin;
-  if (next < end || !IsOnOneLine(end, next) || !HoldsStructure(begin, end)) return false;
+// closing quote is missing: it ends at the opening quote of the next text. `line`: the line of the error
+// up to the error.
+bool MistakeFinder::TryOpenQuote(const char* begin, const char* end, Span line) {
+  if (end < line.begin || end > line.end || !HoldsStructure(begin, end)) return false;
   At(begin, begin + 1);
   mistake_.isOpen = true;
   return Is(kLexerMistakes[0].rule, kLexerMistakes[0].message, kLexerMistakes[0].hint);
 }
 
 bool MistakeFinder::FindOpenQuote() {
+  // The word after the quote, if the error is noticed after it.
+  const char* const next =
+      failure_.context == ParseContext::kName ? failure_.anchor.chars : scene_.tokenBegin;
+  const Span line{LineBegin(next, scene_.textBegin), next};
   const std::string_view values = scene_.values;
   if (!values.empty() && values.data() + values.size() <= scene_.tokenBegin) {
     const char* const end = values.data() + values.size();
@@ -238,13 +240,14 @@ bool MistakeFinder::FindOpenQuote() {
     while (quote != nullptr) {
       const char* const closer = FindChar('\'', quote + 1, end);
       if (closer == nullptr) break;
-      if (TryOpenQuote(quote, closer + 1)) return true;
+      if (TryOpenQuote(quote, closer + 1, line)) return true;
       quote = FindChar('\'', closer + 1, end);
     }
   }
   if (scene_.stringBegin == nullptr || scene_.stringBegin >= scene_.tokenBegin) return false;
   const char* const end = FindClosing('\'', scene_.stringBegin + 1, scene_.textEnd);
-  return end != nullptr && end < scene_.tokenBegin && TryOpenQuote(scene_.stringBegin, end + 1);
+  return end != nullptr && end < scene_.tokenBegin &&
+         TryOpenQuote(scene_.stringBegin, end + 1, line);
 }
 
 // ---- Errors of the lexer ----------------------------------------------------------------------------

@@ -3,7 +3,9 @@
 #include <atomic>
 #include <thread>
 
+#include "reports.h"
 #include "treetext.h"
+#include "zonx.h"
 
 namespace {
 
@@ -134,6 +136,52 @@ void ActThroughZon(const Own& own, int number) {
   EXPECT_EQ(zonFileCopy(own.Path("edited.zon").c_str(), own.Path("copy.zon").c_str()), 1);
 }
 
+// What a host does through zonx.h with its files. Places and texts are those of this thread's file.
+void ReadThroughZonx(const Own& own, int number) {
+  File file(nullptr);
+  const std::string path = own.Path("own.zon");
+  ASSERT_EQ(zonxLoadFile(path.c_str(), file.Address(), host::Collected::Add, nullptr), ZONX_OK);
+  EXPECT_EQ(zonxWatch(file, 1), ZONX_OK);
+  int found = -1;
+  EXPECT_EQ(zonxGetInt(file, "run/number", &found), ZONX_OK);
+  EXPECT_EQ(found, number);
+  const char* text = "";
+  EXPECT_EQ(zonxGetFilename(file, "Run/Data", &text), ZONX_OK);
+  std::this_thread::yield();
+  EXPECT_EQ(text, own.Path("x"));
+  std::vector<double> values(Own::kValues);
+  std::size_t count = 0;
+  EXPECT_EQ(zonxGetDoubles(file, "Bulk/values", values.data(), values.size(), &count), ZONX_OK);
+  EXPECT_EQ(count, values.size());
+  void* node = nullptr;
+  EXPECT_EQ(zonxFind(file, "Bulk/values[1000]", &node), ZONX_OK);
+  zonxPlace place{};
+  EXPECT_EQ(zonxWhere(node, &place), ZONX_OK);
+  EXPECT_EQ(own.Text().substr(place.offset, place.length), "999");
+  EXPECT_EQ(place.file, path);
+  host::Collected unread;
+  EXPECT_EQ(zonxReportUnread(file, host::Collected::Add, &unread, &count), ZONX_OK);
+  EXPECT_EQ(count, 41U);  // all but two keywords and the values
+}
+
+void ReportThroughZonx(const Own& own, int number) {
+  const std::string faulty = "[Run]\n number" + std::to_string(number) + " = ]\nEndSect\n";
+  const std::string path = own.Write("faulty.zon", faulty);
+  const auto format = [](const zonxReport* report, void* formatted) {
+    char buffer[400];
+    zonxFormatReport(report, buffer, sizeof buffer);
+    *static_cast<std::string*>(formatted) += buffer;
+  };
+  std::string one, other;
+  File file(nullptr);
+  EXPECT_EQ(zonxLoadText(faulty.data(), faulty.size(), path.c_str(), file.Address(), format, &one),
+            ZONX_FAULTY);
+  EXPECT_EQ(zonxLoadFile(path.c_str(), nullptr, format, &other), ZONX_FAULTY);
+  EXPECT_EQ(one, path + ":2:12: error: expected a value, found `]`\n number" +
+                     std::to_string(number) + " = ]\n           ^");
+  EXPECT_EQ(one, other);
+}
+
 TEST(Threads, UseTheirOwnFiles) {
   RunAtOnce([](int number) {
     const Own own(number);
@@ -141,6 +189,8 @@ TEST(Threads, UseTheirOwnFiles) {
     own.Write("template.zon", "[Run] Number = 1 packed = '<CLOB:>' extra() = 1 EndSect");
     for (int turn = 0; turn < 2; ++turn) {
       ActThroughZon(own, number);
+      ReadThroughZonx(own, number);
+      ReportThroughZonx(own, number);
       for (const char* name : {"edited.zon", "built.zon", "dump", "copy.zon"}) {
         std::filesystem::remove(own.Path(name));
       }

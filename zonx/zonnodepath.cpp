@@ -91,7 +91,7 @@ bool PathReader::ReadStep(PathStep* step) {
   at_ = end;
   if (end == name) return Fail();
   step->name = {name, static_cast<std::size_t>(at_ - name)};
-  if (step->name == "()") step->name = {};
+  if (step->name == "()") step->name = {name, 0};
   if (*at_ == ':') {
     step->instance = ReadNumber();
     step->hasInstance = true;

@@ -1,12 +1,12 @@
-// The functions that receive messages and reports at run time. A program of its own: it contains the
-// library, whose internal SetHooks it calls, and replaces operator new.
+// The functions that receive messages and reports at run time. A program of its own: it replaces
+// operator new.
 #include <atomic>
 #include <cstdlib>
 #include <new>
 #include <thread>
 
 #include "../treetext.h"
-#include "base/zonhooks.h"
+#include "zonx.h"
 
 namespace {
 
@@ -41,9 +41,9 @@ void AddReport(const char* text, int severity, void* context) {
 
 class SetHooks : public testing::Test {
  protected:
-  SetHooks() { zon::SetHooks(AddMessage, AddReport, &texts_); }
+  SetHooks() { zonxSetHooks(AddMessage, AddReport, &texts_); }
   ~SetHooks() override {
-    zon::SetHooks(nullptr, nullptr, nullptr);
+    zonxSetHooks(nullptr, nullptr, nullptr);
     host::onReport = nullptr;
     host::Heard();
     host::Reports();
@@ -67,7 +67,7 @@ TEST_F(SetHooks, ReceiveWhatTheHooksReceive) {
 
   zonLoadFile("/nowhere.zon", 1);
   EXPECT_EQ(texts_.size(), 5U) << "a quiet load";
-  zon::SetHooks(nullptr, nullptr, nullptr);
+  zonxSetHooks(nullptr, nullptr, nullptr);
   zonLoadFile("/nowhere.zon", 0);
   zonGetInt(nullptr);
   EXPECT_EQ(texts_.size(), 5U) << "switched off";
@@ -81,8 +81,8 @@ TEST_F(SetHooks, OutOfMemoryLeavesThePattern) {
 }
 
 TEST_F(SetHooks, ExceptionsEndTheCall) {
-  zon::SetHooks([](const char*, void*) { throw 1; },
-                [](const char*, int, void*) { throw std::bad_alloc(); }, nullptr);
+  zonxSetHooks([](const char*, void*) { throw 1; },
+               [](const char*, int, void*) { throw std::bad_alloc(); }, nullptr);
   const std::string faulty = host::WriteFile("faulty.zon", "[A");
   EXPECT_EQ(zonLoadFile(faulty.c_str(), 0), nullptr);
   EXPECT_EQ(zonGetErrorGlb(), 1003);
@@ -92,8 +92,8 @@ TEST_F(SetHooks, ExceptionsEndTheCall) {
 
 TEST_F(SetHooks, ServeSeveralThreads) {
   std::atomic<int> count{0};
-  zon::SetHooks([](const char*, void* context) { ++*static_cast<std::atomic<int>*>(context); },
-                nullptr, &count);
+  zonxSetHooks([](const char*, void* context) { ++*static_cast<std::atomic<int>*>(context); },
+               nullptr, &count);
   const auto ask = [] { zonGetInt(nullptr); };
   std::thread other(ask);
   ask();
