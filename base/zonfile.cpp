@@ -118,6 +118,7 @@ bool InputFile::Open(const char* name) {
     return false;
   }
   size_ = S_ISREG(facts.st_mode) ? static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0)) : 0;
+  isDevice_ = S_ISCHR(facts.st_mode);
   failed_ = false;
   return true;
 }

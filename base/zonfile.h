@@ -31,6 +31,9 @@ class InputFile {
   // Whether the last read failed. What was read before is only a part of the file.
   bool HasFailed() const { return failed_; }
 
+  // Whether it is a character device.
+  bool IsDevice() const { return isDevice_; }
+
   // The errno of the Open or Read that failed; 0 if none did.
   int Error() const { return error_; }
 
@@ -41,6 +44,7 @@ class InputFile {
   std::size_t size_ = 0;
   int error_ = 0;
   bool failed_ = false;
+  bool isDevice_ = false;
 };
 
 // A file that is open for writing, created if it was missing.

@@ -23,6 +23,8 @@ constexpr std::size_t kPage = 4096;
 constexpr std::size_t kPiece = std::size_t{64} << 10;     // stays in the cache while it is scanned
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;  // for a file of unknown size
 constexpr std::size_t kMostRoom = std::size_t{1} << 38;
+constexpr std::size_t kMostOfPipe = std::size_t{1} << 30;
+constexpr std::size_t kMostOfDevice = std::size_t{1} << 24;
 
 }  // namespace
 
@@ -93,6 +95,15 @@ bool FileText::ReadMore() {
   if (file_.IsOpen()) return true;
   Trim();
   return false;
+}
+
+void FileText::ReadAll() {
+  const std::size_t most = file_.IsDevice() ? kMostOfDevice : kMostOfPipe;
+  while (ReadMore()) {
+    if (!isMapped_ || static_cast<std::size_t>(end_ - begin_) < most) continue;
+    isTooLong_ = true;
+    Close();
+  }
 }
 
 // Unmaps the addresses that were not needed.

@@ -441,6 +441,8 @@ TEST(Reports, OfFilesThatDoNotOpen) {
   EXPECT_EQ(zonxLoadFile("/proc/self/mem", nullptr, host::Collected::Add, &reports),
             ZONX_CANNOT_READ);
   EXPECT_EQ(errno, EIO);
+  EXPECT_EQ(zonxLoadFile("/dev/zero", nullptr, nullptr, nullptr), ZONX_CANNOT_READ);
+  EXPECT_EQ(errno, EFBIG);
   const Texts expected = {
       "0:0+0 cannot-open: the file cannot be opened: No such file or directory",
       "0:0+0 cannot-open: the file cannot be opened: Is a directory",
