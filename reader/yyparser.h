@@ -27,9 +27,11 @@ class ZON_API CyyParser {
 
   /** Parse does everything, yylex returns the next token, yyparse runs the grammar. See
    *  CzonParser. */
+  /** @{ */
   virtual int Parse(int keep) = 0;
   virtual int yylex() = 0;
   virtual int yyparse() = 0;
+  /** @} */
 
   /** Skips a block comment with the comments nested in it, and counts each. `delimiters` are the two
    *  characters of the opener; the closer is the reverse. Returns 1 if a whole comment was consumed,
@@ -46,6 +48,7 @@ class ZON_API CyyParser {
   void WriteTokens(std::ostream& out) const;  ///< each on a line of its own
 
   /** The first error, where it was noticed, and what was counted. */
+  /** @{ */
   bool HasError() const { return hasError_; }
   const std::string& GetError() const { return error_; }    ///< empty while there is none
   unsigned int GetErrorLine() const { return errorLine_; }  ///< 0 while there is none
@@ -53,12 +56,13 @@ class ZON_API CyyParser {
   unsigned int GetNoComments() const { return comments_; }
   unsigned int GetNoTokens() const { return static_cast<unsigned int>(tokens_.size()); }
   const CyyInput& GetInput() const { return *input_; }
+  /** @} */
 
  protected:
   /** The source as a plain file, whose characters may be consumed many at a time; null for any
    *  other. */
   CyyStream* GetStream() const { return stream_; }
-  CyyInput& Input() const { return *input_; }
+  CyyInput& Input() const { return *input_; }  ///< the source
 
   /** The memory of token texts and of the nodes that are made of them. */
   zon::Arena& GetArena() const { return *arena_; }

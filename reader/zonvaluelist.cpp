@@ -190,7 +190,7 @@ PlainValues FindValues(const char* at, const char* end) {
   return plain;
 }
 
-void MakePlainValues(CzonKeyword& keyword, std::string_view text) {
+void MakePlainValues(CzonNamedNode& keyword, std::string_view text) {
   Arena& arena = *NodeAccess::GetArena(keyword);
   std::array<CzonNode*, 64> made;
   std::uint32_t count = 0;

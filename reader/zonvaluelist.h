@@ -13,7 +13,7 @@
 #include "base/zonarena.h"
 #include "base/zonchars.h"
 
-class CzonKeyword;
+class CzonNamedNode;
 class CzonNode;
 
 namespace zon {
@@ -49,7 +49,7 @@ PlainValues FindValues(const char* at, const char* end);
 
 // Appends the values of the text to the keyword. The text was accepted by FindValues and the keyword is
 // in an arena. Appends in batches of 64, so the list grows rarely.
-void MakePlainValues(CzonKeyword& keyword, std::string_view text);
+void MakePlainValues(CzonNamedNode& keyword, std::string_view text);
 
 }  // namespace zon
 

@@ -14,12 +14,12 @@
 #include "base/zonarena.h"
 #include "tree/zonnodefields.h"
 
-class CzonKeyword;
+class CzonNamedNode;
 
 namespace zon {
 
 // Appends the values of the text to the keyword, in its arena. Throws std::bad_alloc.
-using MakeValuesFunction = void (*)(CzonKeyword& keyword, std::string_view text);
+using MakeValuesFunction = void (*)(CzonNamedNode& keyword, std::string_view text);
 
 struct DeferralSource {
   MakeValuesFunction make;

@@ -6,7 +6,6 @@
 // tests/values_test.cpp and tests/tree_test.cpp.
 #include "tree/zonkeyword.h"
 
-#include "tree/zondeferredvalues.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 
@@ -85,10 +84,6 @@ void CzonKeyword::ChildErased(const CzonNode&, std::uint32_t place) {
 
 void CzonKeyword::ChildLostNumber(const CzonNode&) {
   Set(kLostNumbers);
-}
-
-void CzonKeyword::MakeValues(const zon::DeferredValues& values) {
-  values.source->make(*this, zon::TextOf(values));
 }
 
 CzonDefaultDef::CzonDefaultDef(const std::string& name, int multi, int mandat)

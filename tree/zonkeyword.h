@@ -39,7 +39,6 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   void ChildInserted(const CzonNode& child, std::uint32_t place) override;
   void ChildErased(const CzonNode& child, std::uint32_t place) override;
   void ChildLostNumber(const CzonNode& child) override;
-  void MakeValues(const zon::DeferredValues& values) override;
 
  private:
   void NumberValues(std::uint32_t from);

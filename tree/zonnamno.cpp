@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "base/zonassert.h"
+#include "tree/zondeferredvalues.h"
 #include "tree/zonnamno_inline.h"
 
 static_assert(zon::kEmptyNameHash == zon::kHashOfNoName);
@@ -295,7 +296,9 @@ void CzonNamedNode::ChildErased(const CzonNode&, std::uint32_t) {}
 void CzonNamedNode::ChildRenamed(const CzonNode&) {}
 void CzonNamedNode::ChildLostNumber(const CzonNode&) {}
 void CzonNamedNode::ForgetChildren() {}
-void CzonNamedNode::MakeValues(const zon::DeferredValues&) {}
+void CzonNamedNode::MakeValues(const zon::DeferredValues& values) {
+  values.source->make(*this, zon::TextOf(values));
+}
 void CzonNamedNode::SwapOwn(CzonNamedNode&) {}
 void CzonNamedNode::CopyOwn(const CzonNamedNode&) {}
 bool CzonNamedNode::HoldsFilename() const {

@@ -89,9 +89,6 @@ class ZON_API CzonNamedNode : public CzonNode {
   /// Called before all children are deleted.
   virtual void ForgetChildren();
 
-  /// Appends the nodes of values that were not parsed yet.
-  virtual void MakeValues(const zon::DeferredValues& values);
-
   /** Exchange and copy what the class has beside name, flags, remark and children. `other` was made
    *  by MakeAside of this node. @{ */
   virtual void SwapOwn(CzonNamedNode& other);
@@ -138,6 +135,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void ReferToName(std::string_view name);
   zon::NodeList& EnsureChildren();
   void MakeDeferredChildren();
+  void MakeValues(const zon::DeferredValues& values);
   void DeferValues(const zon::DeferredValues& values);
   void AppendNew(CzonNode* const* values, std::uint32_t count);
   std::uint32_t PlaceOf(const CzonNode* child) const;
