@@ -25,8 +25,6 @@ struct Found {
 };
 
 struct Checked {
-  explicit Checked(std::string_view whole) : whole(whole) {}
-
   int Errors() const {
     return static_cast<int>(std::count_if(
         found.begin(), found.end(), [](const Found& one) { return one.severity == ZONX_ERROR; }));
@@ -177,35 +175,37 @@ Result<T> ReadEach(void* keyword, Getter get) {
 }
 
 // The values of one type: as a list before and after the nodes exist, and one by one.
-template <class T, class ListGetter, class Getter>
-struct Values {
-  Values(void* keyword, ListGetter list, Getter get)
-      : keyword(keyword), list(list), get(get), before(ReadList<T>(keyword, list)) {}
-  void Compare() {
-    Check(before == ReadEach<T>(keyword, get), "a list and its values");
-    Check(before == ReadList<T>(keyword, list), "a list of text and of nodes");
+template <class T, class List, class Getter>
+class Values {
+ public:
+  Values(void* keyword, List list, Getter get)
+      : keyword_(keyword), list_(list), get_(get), before_(ReadList<T>(keyword, list)) {}
+  void Compare() const {
+    Check(before_ == ReadEach<T>(keyword_, get_), "a list and its values");
+    Check(before_ == ReadList<T>(keyword_, list_), "a list of text and of nodes");
   }
 
-  void* keyword;
-  ListGetter list;
-  Getter get;
-  Result<T> before;
+ private:
+  void* keyword_;
+  List list_;
+  Getter get_;
+  Result<T> before_;
 };
 
+template <class T, class List, class Getter>
+Values<T, List, Getter> ReadAll(void* keyword, List list, Getter get) {
+  return {keyword, list, get};
+}
+
 void CompareLists(void* keyword) {
-  Values<int, decltype(&zonxGetInts), decltype(&zonxGetInt)> ints(keyword, zonxGetInts, zonxGetInt);
-  Values<long long, decltype(&zonxGetInt64s), decltype(&zonxGetInt64)> wide(keyword, zonxGetInt64s,
-                                                                            zonxGetInt64);
-  Values<double, decltype(&zonxGetDoubles), decltype(&zonxGetDouble)> reals(keyword, zonxGetDoubles,
-                                                                            zonxGetDouble);
+  const auto ints = ReadAll<int>(keyword, zonxGetInts, zonxGetInt);
+  const auto wide = ReadAll<long long>(keyword, zonxGetInt64s, zonxGetInt64);
+  const auto reals = ReadAll<double>(keyword, zonxGetDoubles, zonxGetDouble);
   ints.Compare();
   wide.Compare();
   reals.Compare();
-  Values<int, decltype(&zonxGetBools), decltype(&zonxGetBool)>(keyword, zonxGetBools, zonxGetBool)
-      .Compare();
-  Values<const char*, decltype(&zonxGetStrings), decltype(&zonxGetString)>(keyword, zonxGetStrings,
-                                                                           zonxGetString)
-      .Compare();
+  ReadAll<int>(keyword, zonxGetBools, zonxGetBool).Compare();
+  ReadAll<const char*>(keyword, zonxGetStrings, zonxGetString).Compare();
 }
 
 // The value as both interfaces read it.
@@ -313,7 +313,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const char* name = fuzz::FileOf(text);
   const unsigned long messages = fuzz::messages;
   host::File file(nullptr);
-  Checked loaded(text), checked(text), pieces(text);
+  Checked loaded{text, {}}, checked{text, {}}, pieces{text, {}};
   const int status = zonxLoadText(text.data(), size, name, file.Address(), Add, &loaded);
   Check(file != nullptr, "no handle");
   Check(zonxLoadText(text.data(), size, name, nullptr, Add, &checked) == status, "status");

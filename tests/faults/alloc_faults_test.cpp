@@ -6,6 +6,7 @@
 
 #include "../treetext.h"
 #include "alloc_faults.h"
+#include "zonx.h"
 
 namespace {
 
@@ -199,6 +200,29 @@ std::vector<Calls> Groups(C... groups) {
   return {groups...};
 }
 
+// What a function of zonx.h returns and whether it has set its output.
+template <class T, class F>
+const char* StatusOf(F call) {
+  static char shown[20];
+  T output{};
+  const int status = call(&output);
+  StopRefusing();
+  std::snprintf(shown, sizeof shown, "%d %s", status, output == T{} ? "unset" : "set");
+  return shown;
+}
+const char kNoMemory[] = "2 unset";
+#define GET(type, function, ...) \
+  CALL(StatusOf<type>([&](type* output) { return function(__VA_ARGS__, output); }))
+#define LIST(type, function, path)                     \
+  CALL(StatusOf<std::size_t>([&](std::size_t* count) { \
+    static type values[200];                           \
+    return function(t.file, path, values, 200, count); \
+  }))
+
+void Count(const zonxReport*, void* count) {
+  ++*static_cast<int*>(count);
+}
+
 struct Outcome {
   std::string result;
   int code;
@@ -213,7 +237,8 @@ Outcome Run(const Call& call, Tree& tree, long refused, Refusal refusal) {
   const std::string result = call.result(tree);
   const int code = zonGetErrorGlb();
   Reports();
-  return {result, code, code != 0 || !Messages().empty() || call.failure == "2000"};
+  const bool isReported = code != 0 || !Messages().empty() || call.failure == "2000";
+  return {result, code, isReported || (call.failure == kNoMemory && result == kNoMemory)};
 }
 
 // Makes the call on one tree with each of its requests refused in turn, and on a reference tree
@@ -361,6 +386,52 @@ TEST_F(Faults, OfQueriesOfAFile) {
   InjectAll(calls, Start::kLoaded, kKeyword, 1);
 }
 
+TEST_F(Faults, OfZonx) {
+  static const std::string section = "A_section_of_a_long_name/", many = section + "Many",
+                           keyword = section + kName, missing = section + std::string(100, 'm'),
+                           text4 = keyword + "[4]", file5 = keyword + "[5]";
+  static const zonxReport report{ZONX_ERROR, "", kLong, kLong, {}, {}, "", kLong};
+  const std::vector<Calls> calls = {
+      Failing(kNoMemory, GET(void*, zonxFind, t.file, file5.c_str()),
+              GET(void*, zonxFind, t.file, missing.c_str()),
+              GET(int, zonxGetInt, t.file, keyword.c_str()),
+              GET(long long, zonxGetInt64, t.file, keyword.c_str()),
+              GET(double, zonxGetDouble, t.file, keyword.c_str()),
+              GET(int, zonxGetBool, t.file, missing.c_str()),
+              GET(const char*, zonxGetString, t.file, text4.c_str()),
+              GET(const char*, zonxGetFilename, t.file, file5.c_str()),
+              GET(const char*, zonxGetText, t.file, text4.c_str()),
+              GET(const char*, zonxGetRemark, t.keyword), LIST(int, zonxGetInts, keyword.c_str()),
+              LIST(long long, zonxGetInt64s, many.c_str()),
+              LIST(double, zonxGetDoubles, many.c_str()), LIST(int, zonxGetBools, many.c_str()),
+              LIST(const char*, zonxGetStrings, many.c_str()),
+              CALL(StatusOf<const char*>([&](const char** name) {
+                zonxPlace place{};
+                const int status = zonxWhere(t.keyword, &place);
+                *name = place.file;
+                return status;
+              })),
+              CALL(StatusOf<char>([&](char* first) {
+                const bool isEmpty = zonxFormatReport(&report, room, sizeof room) == 0;
+                *first = room[0];
+                return isEmpty ? ZONX_NO_MEMORY : ZONX_OK;
+              })),
+              CALL(StatusOf<int>([&](int* count) {
+                return zonxReportNode(t.keyword, 0, "", kLong, kLong, Count, count);
+              })),
+              CALL(StatusOf<int>([&](int* count) {
+                return zonxReportPath(t.file, missing.c_str(), ZONX_MISSING, Count, count);
+              })),
+              CALL(StatusOf<std::size_t>([&](std::size_t* count) {
+                int reports = 0;
+                const int status = zonxWatch(t.file, 1);
+                return status != 0 ? status : zonxReportUnread(t.file, Count, &reports, count);
+              }))),
+      Failing("none", ASK(zonxGetKind), CALL(zonxGetVersion()), CALL(zonxStatusText(2)),
+              CALL(zonxSetHooks(nullptr, nullptr, nullptr)))};
+  InjectAll(calls, Start::kLoaded, kKeyword, 2);
+}
+
 TEST_F(Faults, OfTheBuilder) {
   static char own[] = "text";
   const auto adds = Groups(
@@ -446,6 +517,25 @@ std::string LoadAsText(const std::string& path) {
   EXPECT_EQ(file != nullptr, code == "0" || code == "1003");
   return file == nullptr ? code : code + ShowTree(file) + SyntaxError(file);
 }
+// A load of a file and a check of the same text, with reports.
+std::string ReportsAsText(const std::string& path) {
+  std::string content;
+  {
+    const OwnMemory mark;
+    content = ReadFile(path);
+  }
+  int reports = 0;
+  File file(nullptr);
+  const int loaded = zonxLoadFile(path.c_str(), file.Address(), Count, &reports);
+  const int checked =
+      zonxLoadText(content.data(), content.size(), path.c_str(), nullptr, Count, &reports);
+  StopRefusing();
+  EXPECT_EQ(file == nullptr, loaded == ZONX_NO_MEMORY);
+  if (loaded == ZONX_NO_MEMORY || checked == ZONX_NO_MEMORY) return kNoMemory;
+  EXPECT_EQ(loaded, checked);
+  return std::to_string(loaded) + " " + std::to_string(reports) + ShowTree(file) +
+         SyntaxError(file);
+}
 std::string CopyAsText(const std::string& path) {
   static const std::string target = FolderPath() + "/copy.zon";
   const int done = zonFileCopy(path.c_str(), target.c_str());
@@ -477,14 +567,19 @@ TEST_F(Faults, OfWholeFiles) {
   const std::string name(5000, 'n');
   std::string deep = "[" + name + "] " + name + " = '" + name + "' EndSect ";
   for (int depth = 0; depth < 70; ++depth) deep += "[]";
+  std::string faulty;  // with errors, warnings and sections that are open
+  for (int n = 0; n < 20; ++n) {
+    faulty += "[A_section_of_a_long_name] k = 60,5 k = 1;2\n k = long_text_without_quotes\n [B\n";
+  }
   const struct {
     std::string (*read)(const std::string&);
     const std::string& text;
     bool isCut;  // every beginning of the text is read as well
   } rows[] = {
-      {LoadAsText, kText, true},   {CopyAsText, kText, false}, {TokensAsText, kTokenText, true},
-      {TokensAsText, deep, false}, {LoadAsText, large, false}, {CopyAsText, large, false},
-      {LoadAsText, many, false},   {CopyAsText, many, false},  {TokensAsText, many, false}};
+      {LoadAsText, kText, true},    {CopyAsText, kText, false},    {TokensAsText, kTokenText, true},
+      {TokensAsText, deep, false},  {LoadAsText, large, false},    {CopyAsText, large, false},
+      {LoadAsText, many, false},    {CopyAsText, many, false},     {TokensAsText, many, false},
+      {ReportsAsText, kText, true}, {ReportsAsText, faulty, false}};
   for (const auto& row : rows) {
     for (std::size_t size = row.isCut ? 0 : row.text.size(); size <= row.text.size(); ++size) {
       const std::string path = WriteFile("whole.zon", row.text.substr(0, size));
@@ -499,7 +594,7 @@ TEST_F(Faults, OfWholeFiles) {
           hasRefused = StopRefusing();
           const bool isCode =
               got.substr(0, 3) == "100" && (got[3] != '3' || row.read == CopyAsText);
-          const bool isReported = isCode ||
+          const bool isReported = isCode || got == kNoMemory ||
                                   got.find("Failed to extend buffer") != std::string::npos ||
                                   got.find("bad_alloc") != std::string::npos;
           EXPECT_TRUE(got == expected || (hasRefused && isReported)) << got.substr(0, 999);
@@ -556,7 +651,8 @@ TEST_F(Faults, OfALongTokenOfAHost) {
 
 TEST_F(Faults, AreManyAndInEveryFunction) {
   const std::string here = __FILE__, own = ReadFile(here);
-  const std::string header = ReadFile(here.substr(0, here.rfind('/')) + "/../../api/zon.h");
+  const std::string api = here.substr(0, here.rfind('/')) + "/../../api/";
+  const std::string header = ReadFile(api + "zon.h") + ReadFile(api + "zonx.h");
   const std::regex declaration("\nZON_API [\\w *]*?((?:zon|split)\\w+?)S?\\(");
   for (std::sregex_iterator at(header.begin(), header.end(), declaration), end; at != end; ++at) {
     EXPECT_NE(own.find((*at)[1]), std::string::npos) << (*at)[1];
