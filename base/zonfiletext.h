@@ -51,6 +51,10 @@ class FileText {
   // The errno of the Open or the read that failed; 0 if none did.
   int Error() const { return isTooLong_ ? EFBIG : file_.Error(); }
 
+  // Whether a check may warn of something in the text. Noted by the parser that reads it.
+  bool IsSuspect() const { return isSuspect_; }
+  void MarkSuspect() { isSuspect_ = true; }
+
   // The lines of what has been read, made at the first call after which nothing more may be read.
   // Throws std::bad_alloc.
   const LineIndex& Lines();
@@ -66,8 +70,9 @@ class FileText {
 
   InputFile file_;
   char* memory_ = nullptr;
-  std::size_t size_ = 0;    // of the memory
-  bool isMapped_ = false;   // by addresses alone: pages are there once they are used
+  std::size_t size_ = 0;   // of the memory
+  bool isMapped_ = false;  // by addresses alone: pages are there once they are used
+  bool isSuspect_ = false;
   bool isTooLong_ = false;  // the file has grown beyond the memory
   char* begin_ = nullptr;
   char* end_ = nullptr;

@@ -6,7 +6,6 @@
 #include "base/zonerror.h"
 #include "base/zonfiletext.h"
 #include "base/zonhooks.h"
-#include "reader/zonparseraccess.h"
 #include "reader/zonsource.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
@@ -67,7 +66,7 @@ Loading Load(std::shared_ptr<FileText> text, const char* fileName) {
     return {LoadStatus::kCannotRead, nullptr};
   }
   if (failed != 0) loading.status = LoadStatus::kFaulty;
-  loading.isSuspect = ParserAccess::IsSuspect(*loading.parser);
+  loading.isSuspect = TextSource::TextOf(stream).IsSuspect();
   if (CzonTargetList* root = loading.parser->GetRoot()) {
     root->SetZonFilename(fileName);
     ApplySettings(*root);

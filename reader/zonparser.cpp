@@ -4,9 +4,10 @@
 #include <typeinfo>
 
 #include "base/zonarena.h"
+#include "base/zonfiletext.h"
 #include "reader/zonengine.h"
 #include "reader/zonlexer.h"
-#include "reader/zonparseraccess.h"
+#include "reader/zonsource.h"
 #include "reader/zontreebuilder.h"
 #include "tree/zonclob.h"
 #include "tree/zonsection.h"
@@ -19,10 +20,6 @@ struct CzonParser::Parts {
   zon::Lexer lexer;
   zon::TreeBuilder builder;
 };
-
-bool zon::ParserAccess::IsSuspect(const CzonParser& parser) {
-  return parser.parts_->lexer.IsSuspect() || parser.parts_->builder.IsSuspect();
-}
 
 CzonParser::CzonParser(CyyInput* input)
     : CyyParser(input), parts_(std::make_unique<Parts>(*this, Input(), GetStream(), GetArena())) {}
@@ -41,7 +38,11 @@ int CzonParser::Parse(int keep) {
     builder.CollectGarbage();
   }
   if (keep == 0) ClearTokens();
-  if (GetStream() != nullptr) GetStream()->Close();
+  if (GetStream() != nullptr) {
+    const bool isSuspect = parts_->lexer.IsSuspect() || builder.IsSuspect();
+    if (isSuspect) zon::TextSource::TextOf(*GetStream()).MarkSuspect();
+    GetStream()->Close();
+  }
   if (failed != 0 && keep == 0) {
     builder.Abandon();
     GetArena().Clear();

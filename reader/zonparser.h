@@ -14,10 +14,6 @@ class CzonNode;
 class CzonParam;
 class CzonTargetList;
 
-namespace zon {
-struct ParserAccess;
-}
-
 /** The scanner and parser of parameter files: makes the tree. */
 class ZON_API CzonParser : public CyyParser {
  public:
@@ -55,7 +51,6 @@ class ZON_API CzonParser : public CyyParser {
   CzonTargetList* GetRoot() const;
 
  private:
-  friend struct zon::ParserAccess;
   friend class CzonLoad;  // nodes that the host adds go to the arena of the parse
 
   struct Parts;
