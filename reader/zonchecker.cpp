@@ -242,11 +242,13 @@ void Checker::CheckRepeated(const Level& level) {
   const std::size_t names = level.keywords.Size();
   if (names < 2 || level.keywordCount != names + 1) return;
   const std::string_view name(level.repeated.begin, level.repeated.Size());
-  Warn("repeated-keyword", Quoted(name) + " occurs twice in the section, every other keyword once",
-       level.repeated, "a query without a number returns the first one");
-  if (findings_.empty() || findings_.back().place.begin != level.repeated.begin) return;
-  findings_.back().related = {level.repeatedFirst, level.repeatedFirst + name.size()};
-  findings_.back().relatedMessage = "the first one is here";
+  Finding* const warning =
+      Warn("repeated-keyword",
+           Quoted(name) + " occurs twice in the section, every other keyword once", level.repeated,
+           "a query without a number returns the first one");
+  if (warning == nullptr) return;
+  warning->related = {level.repeatedFirst, level.repeatedFirst + name.size()};
+  warning->relatedMessage = "the first one is here";
 }
 
 void Checker::CheckInteger(const char* begin, const char* end) {
@@ -517,8 +519,9 @@ void Checker::Add(Finding finding) {
   findings_.push_back(std::move(finding));
 }
 
-void Checker::Warn(const char* rule, std::string message, Span place, std::string hint) {
-  if (hasStopped_ || warnings_ >= kMostWarnings) return;
+// Returns the warning, valid until the next finding; null if there are too many.
+Finding* Checker::Warn(const char* rule, std::string message, Span place, std::string hint) {
+  if (hasStopped_ || warnings_ >= kMostWarnings) return nullptr;
   ++warnings_;
   Finding finding;
   finding.severity = Severity::kWarning;
@@ -527,6 +530,7 @@ void Checker::Warn(const char* rule, std::string message, Span place, std::strin
   finding.place = place;
   finding.hint = std::move(hint);
   findings_.push_back(std::move(finding));
+  return &findings_.back();
 }
 
 }  // namespace zon

@@ -112,7 +112,7 @@ class Checker {
   LineKind ClassifyNext(const char* line) const;
   void TakeFirst();
   void Add(Finding finding);
-  void Warn(const char* rule, std::string message, Span place, std::string hint = std::string());
+  Finding* Warn(const char* rule, std::string message, Span place, std::string hint = std::string());
   void ForgetAfter(const char* at);
 
   const std::shared_ptr<FileText> text_;

@@ -64,6 +64,16 @@ struct NodeAccess {
   static bool WasRead(const CzonNode& keyword) { return keyword.Has(CzonNode::kRead); }
   static void SetRead(CzonNode& keyword, bool on) { keyword.Set(CzonNode::kRead, on); }
 
+  // The n-th section or keyword of a name, as the operations of the library's classes find it.
+  template <class List>
+  static CzonNode* FindSection(const List& list, std::string_view name, unsigned int n) {
+    return FindByName(list.sections_, name, n);
+  }
+  template <class Section>
+  static CzonNode* FindKeyword(const Section& section, std::string_view name, unsigned int n) {
+    return FindByName(section.keywords_, name, n);
+  }
+
   // Whether one keyword of the section occurs twice and at least one other once.
   template <class Section>
   static bool HasOneRepeat(const Section& section) {

@@ -1,7 +1,6 @@
 #include "zonx/zonnodepath.h"
 
 #include <climits>
-#include <cstring>
 #include <string>
 #include <typeinfo>
 
@@ -11,35 +10,12 @@
 #include "base/zonchars.h"
 #include "base/zonnumberscan.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
 namespace zon {
 namespace {
-
-// A zero-terminated name, which the operations of nodes need. Short ones take no memory.
-class NameText {
- public:
-  explicit NameText(std::string_view name) {
-    if (name.size() < sizeof room_) {
-      std::memcpy(room_, name.data(), name.size());
-      room_[name.size()] = '\0';
-      chars_ = room_;
-    } else {
-      long_ = name;
-      chars_ = long_.c_str();
-    }
-  }
-  NameText(const NameText&) = delete;
-  NameText& operator=(const NameText&) = delete;
-
-  const char* Chars() const { return chars_; }
-
- private:
-  char room_[64];
-  std::string long_;
-  const char* chars_;
-};
 
 // Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
 // that is neither. The usual handles of files are recognised first: a cast to another class is slow.
@@ -53,13 +29,33 @@ bool FindStart(void* fileOrNode, CzonNode** node) {
   return data != nullptr;
 }
 
+CzonNode* FindKeyword(const CzonNode& node, const PathStep& step) {
+  if (NodeAccess::IsSection(node)) {
+    const auto& section = static_cast<const CzonSection&>(node);
+    if (NodeAccess::IsOfLibrary(section)) {
+      return NodeAccess::FindKeyword(section, step.name, step.instance);
+    }
+  }
+  return node.KeywordByNameNum(std::string(step.name).c_str(), step.instance);
+}
+
+CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
+  if (NodeAccess::IsList(node)) {
+    const auto& list = static_cast<const CzonTargetList&>(node);
+    if (NodeAccess::IsOfLibrary(list)) {
+      return NodeAccess::FindSection(list, step.name, step.instance);
+    }
+  }
+  return node.SectionByNameNum(std::string(step.name).c_str(), step.instance);
+}
+
+// The nodes of a host's class are asked by their operations, which it can override.
 CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSection) {
-  const NameText name(step.name);
   if (!step.isSection) {
-    CzonNode* keyword = node.KeywordByNameNum(name.Chars(), step.instance);
+    CzonNode* keyword = FindKeyword(node, step);
     if (keyword != nullptr || !mayBeSection) return keyword;
   }
-  return step.name.empty() ? nullptr : node.SectionByNameNum(name.Chars(), step.instance);
+  return step.name.empty() ? nullptr : FindSection(node, step);
 }
 
 }  // namespace

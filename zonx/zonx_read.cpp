@@ -1,5 +1,6 @@
 // Exported functions: finding nodes and reading values. Tested by tests/zonx_test.cpp.
 #include <string>
+#include <type_traits>
 
 #include "api/zonhandlecheck.h"
 #include "api/zonwatch.h"
@@ -20,37 +21,45 @@ const CzonNode* ResolvedValue(const CzonNode& keyword, unsigned int n) {
   return keyword.ParamByNum(n);
 }
 
-// Finds a value: the node of the path itself, or the first value of a keyword.
-int FindValue(void* fileOrNode, const char* path, const CzonNode** value) {
+// A node that a path leads to; a name that is missing is noted.
+FoundNode Find(void* fileOrNode, const char* path) {
   const FoundNode found = FindNode(fileOrNode, path);
   if (found.status == ZONX_MISSING && found.deepest != nullptr) {
     NoteMissing(*found.deepest, found.missing.name);
   }
+  return found;
+}
+
+// The value that is read of a node: the value itself, or the first one of a keyword. Null if there is
+// none.
+const CzonNode* ValueToRead(const CzonNode& node) {
+  if (node.IsKeyword() || node.IsDefaultDef()) return ResolvedValue(node, 1);
+  if (!node.IsDefaultPar() || node.GetOwner() == nullptr) return &node;
+  return ResolvedValue(*node.GetOwner(), static_cast<unsigned int>(node.GetInstanceNo()));
+}
+
+// Reads the value that a path leads to by `read`. A value that is returned counts as read.
+template <class Read>
+int ReadAt(void* fileOrNode, const char* path, Read&& read) {
+  const FoundNode found = Find(fileOrNode, path);
   if (found.status != ZONX_OK) return found.status;
-  *value = found.node;
-  if (found.node->IsKeyword() || found.node->IsDefaultDef()) {
-    *value = ResolvedValue(*found.node, 1);
-  } else if (found.node->IsSection()) {
-    return ZONX_WRONG_KIND;
-  } else if (found.node->IsDefaultPar() && found.node->GetOwner() != nullptr) {
-    *value = ResolvedValue(*found.node->GetOwner(),
-                           static_cast<unsigned int>(found.node->GetInstanceNo()));
-  }
-  if (*value == nullptr) return ZONX_MISSING;
-  NoteRead(*found.node);
-  return ZONX_OK;
+  const CzonNode* value = ValueToRead(*found.node);
+  if (value == nullptr) return ZONX_MISSING;
+  const int status = read(*value);
+  if (status == ZONX_OK) NoteRead(*found.node);
+  return status;
 }
 
 template <class T, class Out, class Store>
 int Get(void* fileOrNode, const char* path, Out* out, Store&& store) {
   if (out == nullptr) return ZONX_BAD_ARGUMENT;
   return WithStatus([&]() -> int {
-    const CzonNode* value = nullptr;
-    int status = FindValue(fileOrNode, path, &value);
-    T read{};
-    if (status == ZONX_OK) status = ReadValue(*value, &read);
-    if (status == ZONX_OK) *out = store(read);
-    return status;
+    return ReadAt(fileOrNode, path, [&](const CzonNode& value) {
+      T read{};
+      const int status = ReadValue(value, &read);
+      if (status == ZONX_OK) *out = store(read);
+      return status;
+    });
   });
 }
 
@@ -64,28 +73,24 @@ template <class Read>
 int GetKept(void* fileOrNode, const char* path, const char** out, std::string& kept, Read&& read) {
   if (out == nullptr) return ZONX_BAD_ARGUMENT;
   return WithStatus([&]() -> int {
-    const CzonNode* value = nullptr;
-    int status = FindValue(fileOrNode, path, &value);
-    std::string text;
-    if (status == ZONX_OK) status = read(*value, &text);
-    if (status != ZONX_OK) return status;
-    kept.swap(text);
-    *out = kept.c_str();
-    return ZONX_OK;
+    return ReadAt(fileOrNode, path, [&](const CzonNode& value) {
+      std::string text;
+      const int status = read(value, &text);
+      if (status != ZONX_OK) return status;
+      kept.swap(text);
+      *out = kept.c_str();
+      return status;
+    });
   });
 }
 
 // Finds the keyword whose values are wanted.
 int FindList(void* fileOrNode, const char* path, CzonNamedNode** keyword) {
-  const FoundNode found = FindNode(fileOrNode, path);
-  if (found.status == ZONX_MISSING && found.deepest != nullptr) {
-    NoteMissing(*found.deepest, found.missing.name);
-  }
+  const FoundNode found = Find(fileOrNode, path);
   if (found.status != ZONX_OK) return found.status;
   if (found.valueNumber != 0) return ZONX_BAD_ARGUMENT;
   if (!found.node->IsKeyword() && !found.node->IsDefaultDef()) return ZONX_WRONG_KIND;
   *keyword = static_cast<CzonNamedNode*>(found.node);
-  NoteRead(*found.node);
   return ZONX_OK;
 }
 
@@ -106,18 +111,25 @@ int ReadNodes(const CzonNode& keyword, Out* out, std::size_t room, std::size_t* 
   return ZONX_OK;
 }
 
+// Numbers are read from the text of values that have no nodes yet.
+template <class T, class Out>
+int ReadList(const CzonNamedNode& keyword, Out* out, std::size_t room, std::size_t* count) {
+  if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+    const std::string_view list = NodeAccess::DeferredText(keyword);
+    if (!list.empty()) return ReadPlainValues(list, out, room, count);
+  }
+  return ReadNodes<T>(keyword, out, room, count);
+}
+
 template <class T, class Out>
 int GetList(void* fileOrNode, const char* path, Out* out, std::size_t room, std::size_t* count) {
   if (count == nullptr || (out == nullptr && room > 0)) return ZONX_BAD_ARGUMENT;
   return WithStatus([&]() -> int {
     CzonNamedNode* keyword = nullptr;
-    const int status = FindList(fileOrNode, path, &keyword);
-    if (status != ZONX_OK) return status;
-    if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-      const std::string_view list = NodeAccess::DeferredText(*keyword);
-      if (!list.empty()) return ReadPlainValues(list, out, room, count);
-    }
-    return ReadNodes<T>(*keyword, out, room, count);
+    int status = FindList(fileOrNode, path, &keyword);
+    if (status == ZONX_OK) status = ReadList<T>(*keyword, out, room, count);
+    if (status == ZONX_OK) NoteRead(*keyword);
+    return status;
   });
 }
 
