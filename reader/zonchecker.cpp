@@ -96,6 +96,15 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
       CheckMulti({right[0].chars, 1});
       result.size = 0;
       return result;
+    default:
+      CountValues(rule, right);
+      return result;
+  }
+}
+
+// The rules that append to the list of a keyword or a default definition, and those of integers.
+void Checker::CountValues(int rule, const SymbolValue* right) {
+  switch (rule) {
     case kKeywordFirstEmpty:
     case kDefaultFirstEmpty:
       valueCount_ = 0;
@@ -104,7 +113,7 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
     case kDefaultNextEmpty:
       emptyPlace_ = right[1].chars;
       ++valueCount_;
-      return result;
+      return;
     case kKeywordFirstItem:
     case kDefaultFirstItem:
       valueCount_ = 0;
@@ -114,7 +123,7 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
       emptyPlace_ = nullptr;
       ++valueCount_;
       if (rule == kKeywordNextItem) NoteGlued(right[2].Text());
-      return result;
+      return;
     case kKeywordFirstValues:
     case kDefaultFirstValues:
       valueCount_ = 0;
@@ -122,16 +131,16 @@ SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
     case kKeywordNextValues:
     case kDefaultNextValues:
       CheckValues(lexer_.Values());
-      return result;
+      return;
     case kIntegerNoSign:
       CheckInteger(right[0].chars, right[0].chars + right[0].size);
-      return result;
+      return;
     case kIntegerPlus:
     case kIntegerMinus:
       CheckInteger(right[0].chars, right[1].chars + right[1].size);
-      return result;
+      return;
     default:
-      return result;
+      return;
   }
 }
 
@@ -172,7 +181,7 @@ void Checker::FileSection() {
 void Checker::FileKeyword(const SymbolValue&, const SymbolValue& keyword) {
   Level& level = Top();
   ++level.keywordCount;
-  if (wanted_ != nullptr) return CountValues(keyword.Text());
+  if (wanted_ != nullptr) return CountInstance(keyword.Text());
   if (valueCount_ == 2 && gluedPlace_.begin > keyword.chars && candidates_.size() < kMostWarnings) {
     candidates_.push_back({keyword.Text(), level.name, gluedPlace_});
   }
@@ -242,10 +251,9 @@ void Checker::CheckRepeated(const Level& level) {
   const std::size_t names = level.keywords.Size();
   if (names < 2 || level.keywordCount != names + 1) return;
   const std::string_view name(level.repeated.begin, level.repeated.Size());
-  Finding* const warning =
-      Warn("repeated-keyword",
-           Quoted(name) + " occurs twice in the section, every other keyword once", level.repeated,
-           "a query without a number returns the first one");
+  Finding* const warning = Warn(
+      "repeated-keyword", Quoted(name) + " occurs twice in the section, every other keyword once",
+      level.repeated, "a query without a number returns the first one");
   if (warning == nullptr) return;
   warning->related = {level.repeatedFirst, level.repeatedFirst + name.size()};
   warning->relatedMessage = "the first one is here";
@@ -323,7 +331,7 @@ void Checker::WarnOfCandidates() {
   }
 }
 
-void Checker::CountValues(std::string_view name) {
+void Checker::CountInstance(std::string_view name) {
   for (Candidate& candidate : *wanted_) {
     if (!EqualNoCase(candidate.name, name) || !EqualNoCase(candidate.section, Top().name)) continue;
     const bool isGlued = valueCount_ == 2 && gluedPlace_.begin > name.data();

@@ -88,6 +88,7 @@ class Checker {
     std::size_t others = 0;
   };
 
+  void CountValues(int rule, const SymbolValue* right);
   void OpenSection(std::string_view name, Span header);
   void CloseSection(const char* endOfEnd);
   void FileSection();
@@ -102,7 +103,7 @@ class Checker {
   void CheckGluedComment(const char* semicolon);
   void NoteGlued(std::string_view value);
   static bool IsGlued(const char* number, const char* comma, std::string_view values);
-  void CountValues(std::string_view name);
+  void CountInstance(std::string_view name);
 
   Resumption RecoverFromDepth(const ParseFailure& failure);
   void ReportOpenSections(const char* at);
@@ -112,7 +113,8 @@ class Checker {
   LineKind ClassifyNext(const char* line) const;
   void TakeFirst();
   void Add(Finding finding);
-  Finding* Warn(const char* rule, std::string message, Span place, std::string hint = std::string());
+  Finding* Warn(const char* rule, std::string message, Span place,
+                std::string hint = std::string());
   void ForgetAfter(const char* at);
 
   const std::shared_ptr<FileText> text_;

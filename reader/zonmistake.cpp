@@ -194,6 +194,7 @@ class MistakeFinder {
   bool FindBracketedList();
   bool FindInHeader();
   bool FindAfterName();
+  bool FindAfterValueOrPlace(const char* name, const char* nameEnd, const char* lineBegin);
   bool FindWordAsValue(const char* begin, const char* end);
   bool FindAfterValue();
   bool FindInBody();
@@ -393,6 +394,32 @@ bool MistakeFinder::FindWordAsValue(const char* begin, const char* end) {
   return Is("bad-value", "expected a value, found " + Quoted(word), std::move(hint));
 }
 
+// A word that is not the first of its line: a part of a number, a word after a text or value, or a word
+// in an empty place.
+bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
+                                          const char* lineBegin) {
+  const std::string_view word(name, static_cast<std::size_t>(nameEnd - name));
+  const char before = name[-1];
+  if (IsDigit(before) || before == '.') {
+    const char* number = name;
+    while (number > lineBegin && (IsClass(number[-1], kWord) || number[-1] == '.')) --number;
+    return FindBadNumber(number, "a number has decimal digits, a point and an exponent");
+  }
+  if (FindQuoteInText()) return true;
+  const char* last = name;
+  while (last > lineBegin && IsClass(last[-1], kSpace)) --last;
+  if (last > lineBegin && (last[-1] == '=' || last[-1] == ',') && scene_.emptyPlace == last - 1) {
+    return FindWordAsValue(name, nameEnd);
+  }
+  if (last > lineBegin) {
+    At(name, nameEnd);
+    return Is("word-after-value", Quoted(word) + " follows a value",
+              "write a unit as a remark: {" + std::string(word.substr(0, kLongestQuoted)) +
+                  "}, and values with commas between them");
+  }
+  return false;
+}
+
 // After a name at the begin of a line, where "=" does not follow. What came before the name says what
 // the name was meant to be.
 bool MistakeFinder::FindAfterName() {
@@ -407,26 +434,7 @@ bool MistakeFinder::FindAfterName() {
     return Is("misspelled-endsect", "expected `EndSect`, found " + Quoted(word),
               "a section ends with EndSect");
   }
-  if (!isFirst) {
-    const char before = name[-1];
-    if (IsDigit(before) || before == '.') {
-      const char* number = name;
-      while (number > lineBegin && (IsClass(number[-1], kWord) || number[-1] == '.')) --number;
-      return FindBadNumber(number, "a number has decimal digits, a point and an exponent");
-    }
-    if (FindQuoteInText()) return true;
-    const char* last = name;
-    while (last > lineBegin && IsClass(last[-1], kSpace)) --last;
-    if (last > lineBegin && (last[-1] == '=' || last[-1] == ',') && scene_.emptyPlace == last - 1) {
-      return FindWordAsValue(name, nameEnd);
-    }
-    if (last > lineBegin) {
-      At(name, nameEnd);
-      return Is("word-after-value", Quoted(word) + " follows a value",
-                "write a unit as a remark: {" + std::string(word.substr(0, kLongestQuoted)) +
-                    "}, and values with commas between them");
-    }
-  }
+  if (!isFirst && FindAfterValueOrPlace(name, nameEnd, lineBegin)) return true;
   const char* const lineEnd = LineEnd(name, scene_.textEnd);
   const char* const equals = FindChar('=', name, lineEnd);
   if (equals != nullptr && scene_.tokenBegin < equals) {

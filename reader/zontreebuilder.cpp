@@ -245,7 +245,7 @@ SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
   }
 }
 
-// The rules that make a value, or the text of one.
+// The rules that make a value.
 SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
   switch (rule) {
@@ -271,6 +271,15 @@ SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
     case kValueSubstitution:
       result.node = NewSubstitution(right[0].Text());
       return result;
+    default:
+      return ReduceText(rule, right);
+  }
+}
+
+// The rules that make the text of a value of several tokens.
+SymbolValue TreeBuilder::ReduceText(int rule, const SymbolValue* right) {
+  SymbolValue result = right[0];
+  switch (rule) {
     case kIntegerPlus:
     case kRealPlus:
       result.SetText(Signed('+', right));

@@ -65,6 +65,7 @@ class TreeBuilder {
   SymbolValue ReduceName(int rule, const SymbolValue* right);
   SymbolValue ReduceItem(int rule, const SymbolValue* right);
   SymbolValue ReduceValue(int rule, const SymbolValue* right);
+  SymbolValue ReduceText(int rule, const SymbolValue* right);
   template <class T>
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewSubstitution(std::string_view text);

@@ -1,3 +1,5 @@
+// The path is read and followed step by step. It is read to its end also after a name that is missing,
+// because a malformed path is one in any tree.
 #include "zonx/zonnodepath.h"
 
 #include <climits>

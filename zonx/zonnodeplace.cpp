@@ -1,3 +1,5 @@
+// From the place of the characters of a name or value to the whole construct: white space and comments
+// can be between a bracket, sign or mark and what belongs to it, so they are skipped as the lexer does.
 #include "zonx/zonnodeplace.h"
 
 #include <string_view>

@@ -1,3 +1,5 @@
+// A report is composed for each call of the host's function and lives during it. Lines and columns come
+// from the index of the text (base/zonlines.h). Tested by tests/reports_test.cpp.
 #include "zonx/zonreporter.h"
 
 #include <algorithm>

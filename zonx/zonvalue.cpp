@@ -1,3 +1,6 @@
+// Integers are read from their text, because a node keeps 32 bits and a double of them. A list of plain
+// values is read in one pass over its text: a short number is converted with one rounding while it is
+// scanned, any other by the general conversion.
 #include "zonx/zonvalue.h"
 
 #include <climits>
