@@ -236,7 +236,9 @@ SymbolValue TreeBuilder::ReduceItem(int rule, const SymbolValue* right) {
       return right[0];
     case kItemOnlyRemark: {
       SymbolValue result = right[0];
-      result.node = NewEmpty<CzonUnknown>(right[0].chars);
+      // The remark is the last token: the state after it reduces without lookahead.
+      result.node =
+          NewEmpty<CzonUnknown>(lexer_.End() != nullptr ? lexer_.TokenBegin() : right[0].chars);
       NodeAccess::SetRemark(*result.node, right[0].Text(), &arena_);
       return result;
     }

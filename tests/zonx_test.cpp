@@ -192,6 +192,7 @@ TEST(Zonx, PlacesAreExact) {
                                                       {"Quay/Big[3]", "4:44 1e400"},
                                                       {"Quay/Open[1]", "5:10 TRUE"},
                                                       {"Quay/Open[2]", "5:15 "},
+                                                      {"Quay/Open[3]", "5:17 "},
                                                       {"Quay/Open[4]", "5:23 %run"},
                                                       {"Quay/Open[5]", "5:29 '<CLOB:Integer:1>'"},
                                                       {"Quay/Berth", "6:3 [ /* c */ Berth]"},

@@ -88,7 +88,9 @@ struct NodeAccess {
   static void ReferToName(CzonNamedNode& node, std::string_view name) { node.ReferToName(name); }
 
   // Whether the dynamic class is one of the library's, so that nothing is overridden by a host.
-  static bool IsOfLibrary(const CzonNamedNode& node) { return node.IsOfLibrary(); }
+  static bool IsOfLibrary(const CzonNamedNode& node) {
+    return node.Has(CzonNode::kInArena) || node.IsOfLibrary();
+  }
 
   // Children. The place of a child counts from 0; PlaceOf returns the number of children for a node
   // that is none. The hint is the place where the node was seen last.

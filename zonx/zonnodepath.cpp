@@ -80,7 +80,9 @@ unsigned int PathReader::ReadNumber() {
 
 bool PathReader::ReadStep(PathStep* step) {
   if (*at_ == '\0' || *at_ == '[' || isMalformed_) return false;
-  *step = PathStep();
+  step->instance = 1;
+  step->isSection = false;
+  step->hasInstance = false;
   step->isRead = true;
   const char* const name = at_;
   const char* end = name;
@@ -89,7 +91,7 @@ bool PathReader::ReadStep(PathStep* step) {
   at_ = end;
   if (end == name) return Fail();
   step->name = {name, static_cast<std::size_t>(at_ - name)};
-  if (step->name == "()") step->name = {name, 0};
+  if (*name == '(' && step->name == "()") step->name = {name, 0};
   if (*at_ == ':') {
     step->instance = ReadNumber();
     step->hasInstance = true;

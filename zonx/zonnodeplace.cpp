@@ -95,6 +95,9 @@ class PlaceFinder {
       }
       case ZONX_BOOLEAN:
         return {at, SkipWord(at, end_)};
+      case ZONX_UNKNOWN:  // its remark begins here
+        while (IsClass(at[-1], kSpace)) --at;
+        return {at, at};
       default:
         return {at, at};
     }

@@ -49,7 +49,7 @@ bool HasWholeText(const CzonNode& value) {
 }
 
 double RealOf(const CzonNode& value) {
-  if (!Is<CzonReal>(value) && dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
+  if (dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
     return static_cast<double>(value.GetFloat());
   }
   return value.GetDouble();
@@ -160,6 +160,9 @@ int ReadValue(const CzonNode& value, int* out) {
 }
 
 int ReadValue(const CzonNode& value, double* out) {
+  // Most reals are of this class, so their operation need not be looked up.
+  if (Is<CzonReal>(value))
+    return Finite(static_cast<const CzonReal&>(value).CzonReal::GetDouble(), out);
   const int kind = KindOf(value);
   if (kind == ZONX_REAL) return Finite(RealOf(value), out);
   if (kind != ZONX_INTEGER) return StatusOfOther(value);

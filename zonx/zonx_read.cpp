@@ -33,7 +33,7 @@ FoundNode Find(void* fileOrNode, const char* path) {
 // The value that is read of a node: the value itself, or the first one of a keyword. Null if there is
 // none.
 const CzonNode* ValueToRead(const CzonNode& node) {
-  if (node.IsKeyword() || node.IsDefaultDef()) return ResolvedValue(node, 1);
+  if (NodeAccess::IsKeyword(node)) return ResolvedValue(node, 1);
   if (!node.IsDefaultPar() || node.GetOwner() == nullptr) return &node;
   return ResolvedValue(*node.GetOwner(), static_cast<unsigned int>(node.GetInstanceNo()));
 }
