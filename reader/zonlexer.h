@@ -98,7 +98,7 @@ class Lexer {
   CyyStream* stream_;  // the input as a plain file; null for any other
   Arena& arena_;
   std::string buffer_;  // of a text from a host's source
-  std::string_view text_{kNoText + 1, 0};
+  std::string_view text_ = std::string_view(kNoText + 1);
   std::string_view values_;
   const char* tokenBegin_ = nullptr;
   const char* previousEnd_ = nullptr;

@@ -58,8 +58,8 @@ Loading Load(std::shared_ptr<FileText> text, const char* fileName) {
   std::unique_ptr<CyyStream> input = TextSource::MakeStream(std::move(text));
   const CyyStream& stream = *input;
   // The memory of the parser is allocated before the stream is released to it.
-  Loading loading{LoadStatus::kLoaded,
-                  std::unique_ptr<CzonParser>(new CzonParser(input.release()))};
+  std::unique_ptr<CzonParser> parser(new CzonParser(input.release()));
+  Loading loading{LoadStatus::kLoaded, std::move(parser)};
   const int failed = loading.parser->Parse(0);
   if (stream.HasFailed()) {
     // What was read is only a part of the file.

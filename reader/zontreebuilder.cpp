@@ -18,6 +18,11 @@ namespace {
 
 #include "reader/zongrammar.inc"
 
+// A text without characters, which has a place.
+std::string_view EmptyAt(const char* place) {
+  return std::string_view(place, 1).substr(0, 0);
+}
+
 // The grammar decides of which class the node of a symbol is.
 template <class T>
 T* Downcast(CzonNode* node) {
@@ -93,7 +98,7 @@ CzonNode* TreeBuilder::NewSubstitution(std::string_view text) {
 template <class T>
 CzonNode* TreeBuilder::NewEmpty(const char* place) {
   T* value = NodeAccess::Make<T>(arena_);
-  NodeAccess::ReferToText(*value, {place, 0});
+  NodeAccess::ReferToText(*value, EmptyAt(place));
   return value;
 }
 
@@ -195,13 +200,13 @@ SymbolValue TreeBuilder::ReduceName(int rule, const SymbolValue* right) {
       return result;
     case kKeywordUnnamed:
       CheckMulti();
-      result.node = NewNamed<CzonKeyword>({right[0].chars, 0}, true);
+      result.node = NewNamed<CzonKeyword>(EmptyAt(right[0].chars), true);
       return result;
     case kDefaultNamed:
       result.node = NewNamed<CzonDefaultDef>(right[2].Text(), false);
       return result;
     case kDefaultUnnamed:
-      result.node = NewNamed<CzonDefaultDef>({right[1].chars, 0}, true);
+      result.node = NewNamed<CzonDefaultDef>(EmptyAt(right[1].chars), true);
       return result;
     default:
       return ReduceItem(rule, right);

@@ -91,7 +91,7 @@ bool PathReader::ReadStep(PathStep* step) {
   at_ = end;
   if (end == name) return Fail();
   step->name = {name, static_cast<std::size_t>(at_ - name)};
-  if (*name == '(' && step->name == "()") step->name = {name, 0};
+  if (*name == '(' && step->name == "()") step->name = step->name.substr(0, 0);
   if (*at_ == ':') {
     step->instance = ReadNumber();
     step->hasInstance = true;
