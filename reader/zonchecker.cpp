@@ -391,9 +391,9 @@ Resumption Checker::Recover(const ParseFailure& failure) {
   TakeFirst();
   if (failure.isTooDeep) return RecoverFromDepth(failure);
   const char* const tokenEnd = TextSource(parser_->Stream()).At();
-  const ParseScene scene{
-      text_->Begin(), text_->End(),    lexer_.TokenBegin(),  tokenEnd,   lexer_.PreviousEnd(),
-      emptyPlace_,    lexer_.Values(), lexer_.StringBegin(), lexerError, depth_ > 0};
+  const ParseScene scene{text_->Begin(),  text_->End(),         lexer_.TokenBegin(),
+                         tokenEnd,        lexer_.PreviousEnd(), emptyPlace_,
+                         lexer_.Values(), lexer_.StringBegin(), lexerError};
   emptyPlace_ = nullptr;
   Mistake mistake = FindMistake(failure, scene);
   if (failure.token == ENDOFINPUT && !mistake.isOpen && IsBetweenLines(failure.context)) {

@@ -26,7 +26,6 @@ struct ParseScene {
   std::string_view values;      // the plain values that were consumed last
   const char* stringBegin;      // of the last quoted text
   std::string_view lexerError;  // the message of the lexer; empty if it has not failed
-  bool isInSection;
 };
 
 struct Mistake {

@@ -97,7 +97,6 @@ class TextSource {
     Consume(at);
     stream_.counted_ = stream_.next_;
   }
-  bool Fill() { return stream_.Fill(); }
 
   // What was read and not consumed, and consuming it up to a place.
   std::string_view Ready() const {

@@ -113,10 +113,6 @@ unsigned int PathReader::ReadValueNumber() {
   return number;
 }
 
-CzonNode* ValueOf(const CzonNode& keyword, unsigned int n) {
-  return keyword.NodeByNum(n);
-}
-
 FoundNode FindNode(void* fileOrNode, const char* path) {
   FoundNode found{ZONX_BAD_ARGUMENT, nullptr, nullptr, {}, 0};
   if (fileOrNode == nullptr || path == nullptr) return found;
@@ -148,7 +144,7 @@ FoundNode FindNode(void* fileOrNode, const char* path) {
       found.status = ZONX_BAD_ARGUMENT;
       return found;
     }
-    node = ValueOf(*node, found.valueNumber);
+    node = node->NodeByNum(found.valueNumber);
     if (node == nullptr) return found;
     found.deepest = node;
   }

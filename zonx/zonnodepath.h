@@ -55,9 +55,6 @@ struct FoundNode {
 // ZONX_BAD_ARGUMENT. May throw std::bad_alloc.
 FoundNode FindNode(void* fileOrNode, const char* path);
 
-// The n-th value of a keyword or default definition as it is in the tree; null if there is none.
-CzonNode* ValueOf(const CzonNode& keyword, unsigned int n);
-
 }  // namespace zon
 
 #endif
