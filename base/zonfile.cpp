@@ -10,17 +10,14 @@
 #include "base/zonfile.h"
 
 #include <fcntl.h>
-#include <limits.h>
-#include <pthread.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstddef>
-#include <ctime>
+
+#include "base/zonwrite.h"
 
 namespace zon {
 namespace {
@@ -30,61 +27,6 @@ int OpenFile(const char* name, int flags) {
     const int file = open(name, flags | O_CLOEXEC | O_NOCTTY, 0666);
     if (file >= 0 || errno != EINTR) return file;
   }
-}
-
-bool IsPending(int signal) {
-  sigset_t pending;
-  return sigpending(&pending) == 0 && sigismember(&pending, signal) == 1;
-}
-
-// While one exists, a write beyond the limit on the size of files fails instead of ending the host,
-// and the thread is not cancelled between a part of a text and the rest of it.
-class WholeWrite {
- public:
-  WholeWrite() {
-    sigemptyset(&limit_);
-    sigaddset(&limit_, SIGXFSZ);
-    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState_);
-    pthread_sigmask(SIG_BLOCK, &limit_, &before_);
-    wasPending_ = IsPending(SIGXFSZ);
-  }
-  WholeWrite(const WholeWrite&) = delete;
-  WholeWrite& operator=(const WholeWrite&) = delete;
-  ~WholeWrite() {
-    // Consumes the signal of this write. One that was pending before belongs to the host.
-    if (!wasPending_ && IsPending(SIGXFSZ)) {
-      const timespec now{};
-      sigtimedwait(&limit_, nullptr, &now);
-    }
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-    pthread_setcancelstate(cancelState_, nullptr);
-  }
-
- private:
-  sigset_t limit_;
-  sigset_t before_;
-  int cancelState_ = 0;
-  bool wasPending_ = false;
-};
-
-// Appends the pieces, at most IOV_MAX in a call. Adds what was written to `size`.
-bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
-  iovec* next = pieces.data();
-  iovec* const end = next + pieces.size();
-  while (next != end) {
-    const auto count = std::min<std::ptrdiff_t>(end - next, IOV_MAX);
-    const ssize_t result = writev(file, next, static_cast<int>(count));
-    if (result < 0 && errno == EINTR) continue;
-    if (result <= 0) return false;
-    *size += result;
-    auto written = static_cast<std::size_t>(result);
-    // A short write: skip the pieces that are complete and shorten the next one.
-    for (; next != end && written >= next->iov_len; ++next) written -= next->iov_len;
-    if (written == 0) continue;
-    next->iov_base = static_cast<char*>(next->iov_base) + written;
-    next->iov_len -= written;
-  }
-  return true;
 }
 
 // Some file systems report only at a close that there was no room. A second descriptor is closed
@@ -106,9 +48,14 @@ void CutBack(int file, off_t size) {
 }  // namespace
 
 bool InputFile::Open(const char* name) {
+  return Adopt(OpenFile(name != nullptr ? name : "", O_RDONLY));
+}
+
+bool InputFile::Adopt(int file) {
+  const int openError = errno;
   Close();
-  file_ = OpenFile(name != nullptr ? name : "", O_RDONLY);
-  error_ = IsOpen() ? 0 : errno;
+  file_ = file;
+  error_ = IsOpen() ? 0 : openError;
   if (!IsOpen()) return false;
   struct stat facts {};
   if (fstat(file_, &facts) != 0) error_ = errno;

@@ -19,6 +19,10 @@ class InputFile {
   ~InputFile() { Close(); }
 
   bool Open(const char* name);
+
+  // Takes over what an open has just returned: a descriptor, or -1 and an errno.
+  bool Adopt(int file);
+
   bool IsOpen() const { return file_ >= 0; }
 
   // The size that the system reports; 0 if unknown, as for a pipe. Only a hint: a file may grow.

@@ -30,6 +30,7 @@ class FileText {
   ~FileText() { Release(); }
 
   bool Open(const char* name) { return file_.Open(name); }
+  bool Adopt(int file) { return file_.Adopt(file); }
 
   // Makes a copy of the text the text of the file. Throws std::bad_alloc.
   void Assign(std::string_view text);
