@@ -17,23 +17,14 @@
 #include <cerrno>
 #include <cstddef>
 
+#include "base/zondescriptor.h"
 #include "base/zonwrite.h"
 
 namespace zon {
 namespace {
 
 int OpenFile(const char* name, int flags) {
-  for (;;) {
-    const int file = open(name, flags | O_CLOEXEC | O_NOCTTY, 0666);
-    if (file >= 0 || errno != EINTR) return file;
-  }
-}
-
-// Some file systems report only at a close that there was no room. A second descriptor is closed
-// for that, while the first can still cut the file back.
-bool HasArrived(int file) {
-  const int second = fcntl(file, F_DUPFD_CLOEXEC, 0);
-  return second < 0 || close(second) == 0 || errno == EINTR;
+  return Repeat([&] { return open(name, flags | O_CLOEXEC | O_NOCTTY, 0666); });
 }
 
 // Cuts off the `size` bytes that were just written, unless another writer has appended to them.
@@ -41,8 +32,7 @@ void CutBack(int file, off_t size) {
   struct stat facts {};
   const off_t end = lseek(file, 0, SEEK_CUR);
   if (size == 0 || fstat(file, &facts) != 0 || facts.st_size != end) return;
-  while (ftruncate(file, end - size) != 0 && errno == EINTR) {
-  }
+  Repeat([&] { return ftruncate(file, end - size); });
 }
 
 }  // namespace
@@ -58,7 +48,7 @@ bool InputFile::Adopt(int file) {
   error_ = IsOpen() ? 0 : openError;
   if (!IsOpen()) return false;
   struct stat facts {};
-  if (fstat(file_, &facts) != 0) error_ = errno;
+  error_ = ErrorOf([&] { return fstat(file_, &facts); });
   if (S_ISDIR(facts.st_mode)) error_ = EISDIR;
   if (error_ != 0) {
     Close();
@@ -72,10 +62,7 @@ bool InputFile::Adopt(int file) {
 
 std::size_t InputFile::Read(char* room, std::size_t size) {
   if (!IsOpen()) return 0;
-  ssize_t got;
-  do {
-    got = read(file_, room, size);
-  } while (got < 0 && errno == EINTR);
+  const ssize_t got = Repeat([&] { return read(file_, room, size); });
   if (got > 0) return static_cast<std::size_t>(got);
   failed_ = got < 0;
   if (failed_) error_ = errno;
@@ -101,12 +88,13 @@ bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   for (const std::string_view piece : pieces) {
     if (!piece.empty()) list.push_back({const_cast<char*>(piece.data()), piece.size()});
   }
+  const iovec* const end = list.data() + list.size();
   off_t written = 0;
   struct stat facts {};
   const bool isRegular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
-  if (!isRegular) return WriteAll(file_, list, &written) && HasArrived(file_);
+  if (!isRegular) return WriteAll(file_, list.data(), end, &written) && HasArrived(file_);
   const WholeWrite wholeWrite;
-  if (WriteAll(file_, list, &written) && HasArrived(file_)) return true;
+  if (WriteAll(file_, list.data(), end, &written) && HasArrived(file_)) return true;
   CutBack(file_, written);
   return false;
 }

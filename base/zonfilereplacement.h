@@ -22,7 +22,7 @@ struct ReplaceOptions {
 //
 // Returns 0, or the errno of what failed. Then the file is as it was; if only the folder could not be
 // synced in the end, it is new. A file that is written in place (one with several hard links, a device, a
-// pipe, a socket) may hold a part of the text; the old content of a regular one is restored if possible.
+// pipe) may hold a part of the text; the old content of a regular one is restored if possible.
 // Throws std::bad_alloc, and then has changed nothing.
 int ReplaceFile(const std::string& name, std::string_view text, const ReplaceOptions& options);
 

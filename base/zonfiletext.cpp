@@ -117,9 +117,7 @@ void FileText::Trim() {
 
 const LineIndex& FileText::Lines() {
   if (lines_ == nullptr) {
-    lines_ = std::make_unique<LineIndex>(
-        begin_ != nullptr ? std::string_view(begin_, static_cast<std::size_t>(end_ - begin_))
-                          : std::string_view(""));
+    lines_ = std::make_unique<LineIndex>(Text());
   }
   return *lines_;
 }

@@ -46,6 +46,12 @@ class FileText {
   char* Begin() const { return begin_; }
   char* End() const { return end_; }
 
+  // The same as a text.
+  std::string_view Text() const {
+    return begin_ != nullptr ? std::string_view(begin_, static_cast<std::size_t>(end_ - begin_))
+                             : std::string_view("");
+  }
+
   // Whether a part of the file could not be read.
   bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
 

@@ -1,8 +1,10 @@
-// Tested by tests/faults/io_faults_test.cpp.
+// Tested by tests/faults/io_faults_test.cpp and tests/replace/replace_test.cpp.
 #include "base/zonwrite.h"
 
+#include <fcntl.h>
 #include <limits.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -46,9 +48,7 @@ HeldCancellation::~HeldCancellation() {
   pthread_setcancelstate(state_, nullptr);
 }
 
-bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
-  iovec* next = pieces.data();
-  iovec* const end = next + pieces.size();
+bool WriteAll(int file, iovec* next, const iovec* end, off_t* size) {
   while (next != end) {
     const auto count = std::min<std::ptrdiff_t>(end - next, IOV_MAX);
     const ssize_t result = writev(file, next, static_cast<int>(count));
@@ -63,6 +63,11 @@ bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size) {
     next->iov_len -= written;
   }
   return true;
+}
+
+bool HasArrived(int file) {
+  const int second = fcntl(file, F_DUPFD_CLOEXEC, 0);
+  return second < 0 || close(second) == 0 || errno == EINTR;
 }
 
 }  // namespace zon

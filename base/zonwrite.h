@@ -7,7 +7,6 @@
 #include <sys/uio.h>
 
 #include <csignal>
-#include <vector>
 
 namespace zon {
 
@@ -45,9 +44,13 @@ class WholeWrite {
   HeldSignal limit_{SIGXFSZ};
 };
 
-// Writes the pieces, at most IOV_MAX in a call. Adds what was written to `size`. A call that a signal
-// interrupted is repeated. The pieces are used up.
-bool WriteAll(int file, std::vector<iovec>& pieces, off_t* size);
+// Writes the pieces from `next` to `end`, which it changes, at most IOV_MAX in a call. Adds what was written
+// to `size`. A call that a signal interrupted is repeated.
+bool WriteAll(int file, iovec* next, const iovec* end, off_t* size);
+
+// Some file systems report only at a close that there was no room. A second descriptor is closed for
+// that, while the first can still undo what was written.
+bool HasArrived(int file);
 
 }  // namespace zon
 
