@@ -259,9 +259,8 @@ int Overwrite(int file, std::size_t oldSize, const FileText& old, std::string_vi
 int WriteInPlace(const Place& place, const struct stat& facts, std::string_view text,
                  const ReplaceOptions& options) {
   if (!S_ISREG(facts.st_mode)) {
-    // The reader of standard output does not come back: ENXIO. The one of a named pipe may still come.
-    const Descriptor file(OpenAt(place, O_WRONLY | (place.isOpenFile ? O_NONBLOCK : 0)));
-    if (!file.IsOpen() || ErrorOf([&] { return fcntl(file.Get(), F_SETFL, 0); }) != 0) return errno;
+    const Descriptor file(OpenAt(place, O_WRONLY));
+    if (!file.IsOpen()) return errno;
     const int error = Write(file.Get(), text);
     return error != 0 ? error : Settle(file.Get());
   }
