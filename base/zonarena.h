@@ -16,7 +16,7 @@
 
 namespace zon {
 
-// A string that an arena keeps, and where its characters were before; null if they are new.
+// A string, and where its characters were before; null if they are new.
 struct KeptString : std::string {
   const char* origin;
 };
@@ -26,6 +26,10 @@ inline const char* OriginOfCopy(const char* copy) {
   const char* origin;
   std::memcpy(&origin, copy - sizeof origin, sizeof origin);
   return origin;
+}
+
+inline void SetOriginOfCopy(const char* copy, const char* origin) {
+  std::memcpy(const_cast<char*>(copy) - sizeof origin, &origin, sizeof origin);
 }
 
 class Arena {

@@ -140,6 +140,13 @@ struct NodeAccess {
     return FindOrigin(value.text_, file.data(), file.data() + file.size(), lead);
   }
 
+  // The texts themselves, for a text that moves to another file.
+  static Text& NameText(CzonNamedNode& node) { return node.name_; }
+  template <class Value>
+  static Text& ValueText(Value& value) {
+    return value.text_;
+  }
+
   template <class Value>
   static void SetText(Value& value, std::string_view text, Arena* arena) {
     value.SetText(text, arena);
@@ -208,6 +215,13 @@ struct NodeAccess {
   static std::string_view DeferredText(const CzonNamedNode& keyword) {
     return keyword.Has(CzonNode::kDeferred) ? TextOf(keyword.children_.deferred)
                                             : std::string_view();
+  }
+  // The same values from another place, for a keyword whose values are not parsed yet.
+  static const DeferredValues& GetDeferred(const CzonNamedNode& keyword) {
+    return keyword.children_.deferred;
+  }
+  static void MoveDeferred(CzonNamedNode& keyword, const DeferredValues& values) {
+    keyword.children_.deferred = values;
   }
   static void AppendNew(CzonNamedNode& keyword, CzonNode* const* values, std::uint32_t count) {
     keyword.AppendNew(values, count);

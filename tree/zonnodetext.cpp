@@ -1,24 +1,36 @@
 // The states of a Text are described in the header.
 #include "tree/zonnodetext.h"
 
+#include <cstring>
+
 namespace zon {
 namespace {
 
 // The strings are made here and not const, so they may be changed through `where`. A changed string
 // has no origin.
-std::string& StringOf(Text& text) {
-  return *static_cast<std::string*>(const_cast<void*>(text.where));
+KeptString& StringOf(const Text& text) {
+  auto* string = static_cast<std::string*>(const_cast<void*>(text.where));
+  return static_cast<KeptString&>(*string);
 }
 
 std::string& StringToChange(Text& text) {
-  std::string& string = StringOf(text);
-  if (text.size == kKeptString) static_cast<KeptString&>(string).origin = nullptr;
+  KeptString& string = StringOf(text);
+  string.origin = nullptr;
   return string;
 }
 
+// Where the characters may come from: a place in the file, or a copy that has an origin.
+const char* RawOrigin(const Text& text) {
+  return text.size >= kKeptString ? StringOf(text).origin : static_cast<const char*>(text.where);
+}
+
+bool IsWithin(const char* at, const char* begin, const char* end) {
+  return begin <= at && at <= end;
+}
+
 void SetToString(Text& text, std::string_view value, const char* origin, Arena* arena) {
-  const std::string* const made =
-      arena != nullptr ? arena->KeepString(std::string(value), origin) : new std::string(value);
+  const std::string* const made = arena != nullptr ? arena->KeepString(std::string(value), origin)
+                                                   : new KeptString{std::string(value), origin};
   text.where = made;
   text.size = arena != nullptr ? kKeptString : kOwnString;
 }
@@ -55,20 +67,45 @@ void Append(Text& text, std::string_view addition, Arena* arena) {
 
 // A string was made of characters, and characters outside the file are a copy.
 const char* FindOrigin(const Text& text, const char* begin, const char* end, std::size_t lead) {
-  if (text.size == kOwnString) return nullptr;
-  const char* at =
-      text.size == kKeptString
-          ? static_cast<const KeptString*>(static_cast<const std::string*>(text.where))->origin
-          : static_cast<const char*>(text.where);
+  const char* at = RawOrigin(text);
   const bool hasCharacters = !View(text).empty();
   while (at != nullptr) {
     const char* const start = at - lead;
-    if (begin <= start && start <= end) return start;
+    if (IsWithin(start, begin, end)) return start;
     if (!hasCharacters) return nullptr;
     at = OriginOfCopy(start);
     if (at != nullptr) at += lead;
   }
   return nullptr;
+}
+
+bool CanMoveTo(const Text& text, const char* origin, const char* oldBegin, const char* oldEnd) {
+  if (text.size >= kKeptString) return true;
+  const auto* chars = static_cast<const char*>(text.where);
+  return !IsWithin(chars, oldBegin, oldEnd) || std::memcmp(chars, origin, text.size) == 0;
+}
+
+bool EndsAtZero(const Text& text, const char* begin, const char* end) {
+  if (text.size == 0 || text.size >= kKeptString) return false;
+  const auto* chars = static_cast<const char*>(text.where);
+  return IsWithin(chars, begin, end) && chars[text.size] == '\0';
+}
+
+void SetOrigin(Text& text, const char* origin, const char* oldBegin, const char* oldEnd,
+               std::size_t lead) {
+  const auto* chars = static_cast<const char*>(text.where);
+  if (text.size >= kKeptString) {
+    StringOf(text).origin = origin + lead;
+  } else if (text.size == 0 || IsWithin(chars, oldBegin, oldEnd)) {
+    text.where = origin + lead;
+  } else {
+    SetOriginOfCopy(chars - lead, origin);
+  }
+}
+
+void InheritOrigin(Text& text, const Text& former) {
+  // Only characters show whether their place is in the file or is that of a copy.
+  if (text.size >= kKeptString && !View(former).empty()) StringOf(text).origin = RawOrigin(former);
 }
 
 void Release(Text& text) {

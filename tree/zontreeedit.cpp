@@ -98,6 +98,7 @@ void NodeAccess::RestoreNumbers(CzonNode& child) {
 
 void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
   ScopedText text(name);
+  InheritOrigin(text, node.name_);
   CzonNamedNode* owner = node.GetOwner();
   // The indexes are not case-sensitive.
   const bool isRefiled = owner != nullptr && !EqualNoCase(node.GetNameView(), name);
