@@ -46,6 +46,7 @@ void* zonLoadFile(const char* fileName, int quiet) {
   return zon::Guarded<void*>(zon::kErrFileInit, nullptr, [&]() -> void* {
     // Allocated first: once the file was read, its errors must reach the host.
     auto load = std::make_unique<CzonLoad>(nullptr);
+    zon::HandleAccess::SetFile(*load, fileName, false);
     std::unique_ptr<CzonParser> parser = zon::LoadFile(fileName, quiet != 0);
     if (parser == nullptr) return nullptr;
     zon::HandleAccess::SetParser(*load, std::move(parser));

@@ -17,6 +17,7 @@ class CzonTargetList;
 namespace zon {
 struct Watch;
 struct HandleAccess;
+struct LoadedFile;
 }  // namespace zon
 
 /** A file handle. A call that is refused leaves the tree and the cursor unchanged and is recorded by
@@ -85,6 +86,7 @@ class ZON_API CzonData : public CzonBase {
   zon::Arena* arena_ = nullptr;           // of the tree: of this handle or of the parser
   CzonTargetList* root_ = nullptr;        // deleted with the handle
   std::unique_ptr<zon::Watch> watch_;     // null while the file is not watched
+  std::unique_ptr<zon::LoadedFile> file_;  // null for a tree that was built
   CzonSection* section_ = nullptr;
   CzonKeyword* keyword_ = nullptr;
   CzonClob* clob_ = nullptr;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "api/zonfilehandle.h"
+#include "api/zonloadedfile.h"
 #include "api/zonwatch.h"
 
 namespace zon {
@@ -23,10 +24,21 @@ struct HandleAccess {
     data.watch_ = std::move(watch);
   }
 
-  // Hands over the parser after it read the file.
-  static void SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser) {
-    load.SetParser(std::move(parser));
+  // The file of the tree; null for a tree that was built. SetFile notes the file that is loaded.
+  static LoadedFile* GetFile(const CzonData& data) { return data.file_.get(); }
+  static void SetFile(CzonData& data, std::unique_ptr<LoadedFile> file) {
+    data.file_ = std::move(file);
   }
+  static void SetFile(CzonData& data, const char* fileName, bool isInMemory);
+
+  // The text that was loaded or last saved; null if there is none.
+  static std::shared_ptr<FileText> GetText(const CzonData& data);
+
+  // The handle has a new text, so the parser lets go of the one that it has read.
+  static void ReplaceText(CzonData& data, std::shared_ptr<FileText> empty);
+
+  // Hands over the parser after it read the file.
+  static void SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser);
 };
 
 // Makes the definition of a code in the arena; null if the code is unknown.

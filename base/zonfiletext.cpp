@@ -41,12 +41,16 @@ void FileText::Reserve(std::size_t size) {
   if (memory_ == nullptr) throw std::bad_alloc();
 }
 
-void FileText::Assign(std::string_view text) {
+void FileText::Assign(const std::vector<std::string_view>& pieces) {
   Release();
-  Reserve(text.size());
+  std::size_t size = 0;
+  for (const std::string_view piece : pieces) size += piece.size();
+  Reserve(size);
   SetBegin(memory_);
-  if (!text.empty()) std::memcpy(begin_, text.data(), text.size());
-  end_ = begin_ + text.size();
+  for (const std::string_view piece : pieces) {
+    if (!piece.empty()) std::memcpy(end_, piece.data(), piece.size());
+    end_ += piece.size();
+  }
   *end_ = '\0';
 }
 

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "base/zonfile.h"
 #include "base/zonlines.h"
@@ -32,8 +33,9 @@ class FileText {
   bool Open(const char* name) { return file_.Open(name); }
   bool Adopt(int file) { return file_.Adopt(file); }
 
-  // Makes a copy of the text the text of the file. Throws std::bad_alloc.
-  void Assign(std::string_view text);
+  // Makes a copy of a text, or of its pieces, the text of the file. Throws std::bad_alloc.
+  void Assign(std::string_view text) { Assign(std::vector<std::string_view>{text}); }
+  void Assign(const std::vector<std::string_view>& pieces);
 
   // Reads on; false at the end of the file. Throws std::bad_alloc.
   bool ReadMore();

@@ -90,6 +90,15 @@ class TextSource {
 
   // The text of a stream.
   static FileText& TextOf(const CyyStream& stream) { return *stream.text_; }
+  static const std::shared_ptr<FileText>& ShareText(const CyyStream& stream) {
+    return stream.text_;
+  }
+
+  // Gives a stream that was read another, empty text.
+  static void Detach(CyyStream& stream, std::shared_ptr<FileText> empty) {
+    stream.Release();
+    stream.text_ = std::move(empty);
+  }
 
   // The next character, and reading on from another place, whose characters are not counted.
   const char* At() const { return stream_.next_; }

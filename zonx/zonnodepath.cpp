@@ -5,6 +5,7 @@
 #include <climits>
 #include <string>
 #include <typeinfo>
+#include <vector>
 
 #include "api/zonfilehandle.h"
 #include "api/zonhandlecheck.h"
@@ -151,6 +152,27 @@ FoundNode FindNode(void* fileOrNode, const char* path) {
   found.node = node;
   found.status = ZONX_OK;
   return found;
+}
+
+std::string PathOf(const CzonNode& node) {
+  std::vector<const CzonNode*> path;
+  for (const CzonNode* at = &node; at->GetOwner() != nullptr; at = at->GetOwner()) {
+    path.push_back(at);
+  }
+  std::string text;
+  for (; !path.empty(); path.pop_back()) {
+    const CzonNode& step = *path.back();
+    const std::string number = std::to_string(step.GetInstanceNo());
+    if (!NodeAccess::IsNamed(step)) {
+      text += "[" + number + "]";
+      continue;
+    }
+    if (!text.empty()) text += '/';
+    const std::string& name = step.GetName();
+    text += name.empty() ? "()" : name;
+    if (step.GetInstanceNo() > 1) text += ":" + number;
+  }
+  return text;
 }
 
 }  // namespace zon

@@ -4,6 +4,7 @@
 #define ZON_ZONX_ZONNODEPATH_H
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 class CzonBase;
@@ -54,6 +55,9 @@ struct FoundNode {
 // Follows a path from a file handle or node. Null, and an object that is neither, are
 // ZONX_BAD_ARGUMENT. May throw std::bad_alloc.
 FoundNode FindNode(void* fileOrNode, const char* path);
+
+// The path of a node as FindNode takes it, from the root of its tree. Numbers of 1 are left out.
+std::string PathOf(const CzonNode& node);
 
 }  // namespace zon
 

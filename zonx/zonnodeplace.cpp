@@ -2,13 +2,12 @@
 // can be between a bracket, sign or mark and what belongs to it, so they are skipped as the lexer does.
 #include "zonx/zonnodeplace.h"
 
+#include <memory>
 #include <string_view>
-#include <typeinfo>
 
-#include "api/zonfilehandle.h"
+#include "api/zonhandleaccess.h"
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
-#include "reader/zonsource.h"
 #include "tree/zonclob.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
@@ -16,33 +15,6 @@
 
 namespace zon {
 namespace {
-
-// Skips white space and comments, which can be between any two tokens.
-const char* SkipGaps(const char* at, const char* end) {
-  for (;;) {
-    at = SkipSpace(at, end);
-    if (end - at >= 1 && (*at == ';' || (end - at >= 2 && at[0] == '/' && at[1] == '/'))) {
-      const char* const newline = FindChar('\n', at, end);
-      at = newline != nullptr ? newline : end;
-    } else if (end - at >= 2 && at[0] == '/' && at[1] == '*') {
-      int depth = 1;
-      for (at += 2; depth > 0 && end - at >= 2;) {
-        if (at[0] == '/' && at[1] == '*') {
-          ++depth;
-          at += 2;
-        } else if (at[0] == '*' && at[1] == '/') {
-          --depth;
-          at += 2;
-        } else {
-          ++at;
-        }
-      }
-      if (depth > 0) return end;
-    } else {
-      return at;
-    }
-  }
-}
 
 // Back over white space to a mark that precedes the text.
 const char* BackTo(char mark, const char* at) {
@@ -54,6 +26,13 @@ const char* BackTo(char mark, const char* at) {
 class PlaceFinder {
  public:
   explicit PlaceFinder(const FileText& text) : end_(text.End()) {}
+
+  // Whether the name that the file has there is still that of the node, which can have been renamed.
+  bool IsName(std::string_view name, const char* at) const {
+    if (At(at, '[')) at = SkipGaps(at + 1, end_);
+    if (name.empty()) return At(at, '(');
+    return std::string_view(at, static_cast<std::size_t>(SkipWord(at, end_) - at)) == name;
+  }
 
   // `[name]` or `[name()]`.
   Span Header(const char* name) const {
@@ -125,12 +104,8 @@ class PlaceFinder {
 NodeFile FileOf(const CzonData& data) {
   NodeFile file;
   if (data.GetRoot() != nullptr) file.name = data.GetRoot()->GetOwnFilename().c_str();
-  const auto* load = dynamic_cast<const CzonLoad*>(&data);
-  if (load == nullptr || load->GetParser() == nullptr) return file;
-  const CyyInput& input = load->GetParser()->GetInput();
-  if (typeid(input) != typeid(CyyStream)) return file;
-  FileText& text = TextSource::TextOf(static_cast<const CyyStream&>(input));
-  if (text.Begin() != nullptr) file.text = &text;
+  const std::shared_ptr<FileText> text = HandleAccess::GetText(data);
+  if (text != nullptr && text->Begin() != nullptr) file.text = text.get();
   return file;
 }
 
@@ -147,9 +122,11 @@ Span PlaceOf(const CzonNode& node, const FileText& text) {
   const std::string_view file(text.Begin(), static_cast<std::size_t>(text.End() - text.Begin()));
   const PlaceFinder finder(text);
   if (NodeAccess::IsNamed(node)) {
-    const char* const name =
-        NodeAccess::FindNameOrigin(static_cast<const CzonNamedNode&>(node), file);
-    if (name == nullptr || KindOf(node) == ZONX_FILE) return {};
+    const auto& named = static_cast<const CzonNamedNode&>(node);
+    const char* const name = NodeAccess::FindNameOrigin(named, file);
+    if (name == nullptr || KindOf(node) == ZONX_FILE ||
+        !finder.IsName(NodeAccess::GetNameView(named), name))
+      return {};
     return NodeAccess::IsSection(node) ? finder.Header(name) : finder.Name(name);
   }
   const auto* value = dynamic_cast<const CzonParam*>(&node);

@@ -8,32 +8,19 @@
 #include "api/zonx.h"
 #include "base/zonfiletext.h"
 #include "base/zonhooks.h"
-#include "reader/zoncheck.h"
 #include "reader/zonload.h"
+#include "zonx/zoncheckreport.h"
 #include "zonx/zonreporter.h"
 #include "zonx/zonstatus.h"
 
 namespace zon {
 namespace {
 
-// The status of a check, with all reports.
-int Check(const std::shared_ptr<FileText>& text, Reporter& reporter) {
-  const CheckResult result = CheckText(text);
-  const FirstError* first = &result.first;
-  for (const Finding& finding : result.findings) {
-    const bool isFirst = finding.severity == Severity::kError && first != nullptr;
-    reporter.Report(text.get(), finding, isFirst ? first : nullptr);
-    if (isFirst) first = nullptr;
-  }
-  if (!text->HasFailed()) return result.hasErrors ? ZONX_FAULTY : ZONX_OK;
-  reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
-  return ZONX_CANNOT_READ;
-}
-
 // Loads a text that was opened or assigned. The checker reads it again from memory.
-int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, void** handle,
-                 Reporter& reporter) {
+int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, bool isInMemory,
+                 void** handle, Reporter& reporter) {
   auto load = std::make_unique<CzonLoad>(nullptr);
+  HandleAccess::SetFile(*load, fileName, isInMemory);
   Loading loading = Load(text, fileName);
   if (loading.status == LoadStatus::kCannotRead) {
     reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
@@ -41,7 +28,8 @@ int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, vo
   }
   const bool isCutOff = loading.parser->HasError();
   const int status = isCutOff || loading.status == LoadStatus::kFaulty ? ZONX_FAULTY : ZONX_OK;
-  if (reporter.IsOn() && (status == ZONX_FAULTY || loading.isSuspect)) Check(text, reporter);
+  if (reporter.IsOn() && (status == ZONX_FAULTY || loading.isSuspect))
+    CheckAndReport(text, reporter);
   text->Close();
   if (loading.parser->GetRoot() == nullptr) text->Release();
   HandleAccess::SetParser(*load, std::move(loading.parser));
@@ -49,10 +37,10 @@ int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, vo
   return status;
 }
 
-int LoadText(const std::shared_ptr<FileText>& text, const char* fileName, void** handle,
-             Reporter& reporter) {
-  if (handle == nullptr) return Check(text, reporter);
-  return LoadAndCheck(text, fileName, handle, reporter);
+int LoadText(const std::shared_ptr<FileText>& text, const char* fileName, bool isInMemory,
+             void** handle, Reporter& reporter) {
+  if (handle == nullptr) return CheckAndReport(text, reporter);
+  return LoadAndCheck(text, fileName, isInMemory, handle, reporter);
 }
 
 }  // namespace
@@ -72,7 +60,7 @@ int zonxLoadFile(const char* fileName, void** handle, zonxReporter function, voi
       reporter.ReportFile("cannot-open", "the file cannot be opened", systemError);
       return ZONX_CANNOT_OPEN;
     }
-    const int loaded = zon::LoadText(text, fileName, handle, reporter);
+    const int loaded = zon::LoadText(text, fileName, false, handle, reporter);
     systemError = text->Error();
     return loaded;
   });
@@ -89,7 +77,7 @@ int zonxLoadText(const char* text, size_t size, const char* fileName, void** han
     zon::Reporter reporter(function, context, fileName);
     const auto copy = std::make_shared<zon::FileText>();
     copy->Assign({text, size});
-    return zon::LoadText(copy, fileName, handle, reporter);
+    return zon::LoadText(copy, fileName, true, handle, reporter);
   });
 }
 

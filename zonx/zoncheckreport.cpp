@@ -1,0 +1,20 @@
+#include "zonx/zoncheckreport.h"
+
+#include "reader/zoncheck.h"
+
+namespace zon {
+
+int CheckAndReport(const std::shared_ptr<FileText>& text, Reporter& reporter) {
+  const CheckResult result = CheckText(text);
+  const FirstError* first = &result.first;
+  for (const Finding& finding : result.findings) {
+    const bool isFirst = finding.severity == Severity::kError && first != nullptr;
+    reporter.Report(text.get(), finding, isFirst ? first : nullptr);
+    if (isFirst) first = nullptr;
+  }
+  if (!text->HasFailed()) return result.hasErrors ? ZONX_FAULTY : ZONX_OK;
+  reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
+  return ZONX_CANNOT_READ;
+}
+
+}  // namespace zon
