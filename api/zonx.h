@@ -270,6 +270,58 @@ ZON_API int zonxGetStrings(void* fileOrNode, const char* path, const char** out,
                            size_t* count);
 /** @} */
 
+/* ---- Saving --------------------------------------------------------------------------------------- */
+
+/** How a tree is saved; 0 or a sum. */
+enum {
+  ZONX_PLAIN = 1,     /**< in the layout of zonWrite, without comments */
+  ZONX_NEW = 2,       /**< only if nothing has the name, also no dangling link */
+  ZONX_OVERWRITE = 4, /**< also a file that has changed since it was loaded, and another file */
+  ZONX_BACKUP = 8,    /**< the old file stays, as its name and "~" */
+  ZONX_NAMES_AS_WRITTEN = 16 /**< file names stay as they are, also in a file in another folder */
+};
+
+/** Saves a tree, however it was changed, so that loading the file gives the tree; this is verified before
+ *  anything is replaced.
+ *
+ *  The text that was loaded or last saved is changed only where the tree differs: comments, remarks, layout,
+ *  spelling of numbers and line ends stay byte for byte. A changed value replaces its own characters. A new
+ *  keyword gets a line after the last keyword of its section; a removed one loses its lines with the comments
+ *  on them. A tree that was built, or ZONX_PLAIN, gives the layout of zonWrite, without its losses: numbers
+ *  in full, remarks and all flags. If nothing has changed, nothing is written.
+ *
+ *  The file is replaced in one step and keeps its mode, owner and attributes; a symbolic link stays a link.
+ *  Files with several hard links, devices and pipes are written in place. Relative file names in the tree
+ *  keep their target if the file goes to another folder. Result settings update the section SYSTEM.
+ *  Afterwards the handle counts as loaded from that file. On failure tree and file are as they were.
+ *
+ *      if (zonxSetDouble(handle, "Quay:2/Length", 97.0) == ZONX_OK) {
+ *        status = zonxSave(handle, NULL, 0, reporter, NULL);
+ *      }
+ *
+ *  @param fileName  null: the file that was loaded or last saved, wherever the working directory is now
+ *  @param flags     0 or a sum of ZONX_PLAIN to ZONX_NAMES_AS_WRITTEN. With ZONX_OVERWRITE alone, a file
+ *      that has changed since it was loaded keeps its present text where the tree does not differ.
+ *  @param reporter  receives every failure but ZONX_BAD_ARGUMENT and ZONX_NO_MEMORY; may be null
+ *  @return ZONX_OK; ZONX_FAULTY: the handle has no tree, its load met an error, or the file that is to be
+ *      overwritten does not load; ZONX_UNWRITABLE: the tree has what the format cannot express, such as an
+ *      infinite number; ZONX_CHANGED: the file has another content than the one that was loaded, was
+ *      removed, or is another existing file; ZONX_EXISTS; ZONX_CANNOT_READ and ZONX_CANNOT_WRITE, with
+ *      errno; ZONX_BAD_ARGUMENT: no file handle, unknown flags, or no name for a tree that has no file;
+ *      ZONX_NO_MEMORY */
+ZON_API int zonxSave(void* handle, const char* fileName, unsigned int flags, zonxReporter reporter,
+                     void* context);
+
+/** Returns the text that zonxSave with a null name would write.
+ *  @param text  receives memory that zonxFree releases; a zero follows the text. Unchanged on failure
+ *  @param size  receives the size of the text without that zero; may be null
+ *  @return as zonxSave, but for the statuses of files */
+ZON_API int zonxText(void* handle, unsigned int flags, char** text, size_t* size,
+                     zonxReporter reporter, void* context);
+
+/** Releases memory of zonxText. Null is ignored. */
+ZON_API void zonxFree(void* memory);
+
 /* ---- Keywords that nobody read ------------------------------------------------------------------- */
 
 /** Starts or stops watching a file. While a file is watched, every value or list that a getter of

@@ -12,9 +12,10 @@ set(allowed_api base tree text paths reader)
 set(allowed_editing base tree paths api)
 set(allowed_equivalence base tree api)
 set(allowed_zonx base tree paths reader api)
+set(allowed_saving base tree paths reader api zonx)
 
 set(faults "")
-foreach(folder base tree text tokens paths reader api editing equivalence zonx)
+foreach(folder base tree text tokens paths reader api editing equivalence zonx saving)
   file(GLOB files ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
   foreach(file IN LISTS files)
     get_filename_component(name ${file} NAME)
@@ -46,7 +47,7 @@ endforeach()
 
 # A unit is a header, a source and a header of inline functions. There is no circle of units within a
 # folder: units that include no unit that is left are removed until none is.
-foreach(folder tree reader zonx)
+foreach(folder tree reader zonx saving)
   file(GLOB files RELATIVE ${ROOT}/${folder} ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
   set(left "")
   foreach(file IN LISTS files)

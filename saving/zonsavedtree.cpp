@@ -1,0 +1,240 @@
+#include "saving/zonsavedtree.h"
+
+#include <functional>
+
+#include "api/zonx.h"
+#include "base/zonchars.h"
+#include "saving/zonsavedvalue.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonsection.h"
+#include "zonx/zonkind.h"
+
+namespace zon {
+namespace {
+
+constexpr std::string_view kStep = "   ";  // the indentation of each level
+
+bool IsSameSavedValue(const CzonNode* wanted, const CzonNode* loaded) {
+  if (wanted != nullptr && loaded != nullptr) {
+    return IsSameValue(*wanted, *loaded) && wanted->GetRemark() == loaded->GetRemark();
+  }
+  const CzonNode* present = wanted != nullptr ? wanted : loaded;
+  return present == nullptr || KindOf(*present) == ZONX_EMPTY ||
+         KindOf(*present) == ZONX_PLACEHOLDER;
+}
+
+void AppendValueWithRemark(std::string* out, const CzonNode& value) {
+  AppendValue(out, value);
+  if (value.GetRemark().empty()) return;
+  if (KindOf(value) == ZONX_UNKNOWN) {
+    out->append(1, '{').append(value.GetRemark()).append(1, '}');
+  } else {
+    AppendRemark(out, value);
+  }
+}
+
+AlignmentKey Mix(AlignmentKey key, AlignmentKey more) {
+  return (key ^ more) * 0x9E3779B97F4A7C15U + (key >> 29);
+}
+
+AlignmentKey KeyOfHead(const CzonNamedNode& node) {
+  std::string name(NodeAccess::GetNameView(node));
+  for (char& c : name) c = static_cast<char>(Upper(c));
+  return Mix(std::hash<std::string>()(name), static_cast<AlignmentKey>(KindOf(node)));
+}
+
+// Visits a section and everything below it without recursion: `enter` before the parts of a section
+// and `leave` after them, `line` for each of its lines.
+template <class Enter, class Line, class Leave>
+void Walk(const CzonNamedNode& top, Enter&& enter, Line&& line, Leave&& leave) {
+  struct Position {
+    const CzonNamedNode* section;
+    std::uint32_t next;
+  };
+  std::vector<Position> path;
+  const auto open = [&](const CzonNamedNode& section) {
+    enter(section, path.size());
+    path.push_back({&section, 0});
+  };
+  open(top);
+  while (!path.empty()) {
+    Position& position = path.back();
+    const NodeSpan children = NodeAccess::Children(*position.section);
+    if (position.next >= children.Size()) {
+      const CzonNamedNode* section = position.section;
+      path.pop_back();
+      leave(*section, path.size());
+      continue;
+    }
+    const CzonNode* child = children[position.next++];
+    if (!NodeAccess::IsNamed(*child)) continue;
+    const auto& named = static_cast<const CzonNamedNode&>(*child);
+    if (NodeAccess::IsSection(named)) {
+      open(named);
+    } else {
+      line(named, path.size());
+    }
+  }
+}
+
+void AppendIndentation(std::string* out, std::string_view first, std::size_t levels) {
+  *out += first;
+  for (; levels > 0; --levels) *out += kStep;
+}
+
+}  // namespace
+
+SectionParts::SectionParts(const CzonNamedNode& section) {
+  for (const CzonNode* child : NodeAccess::Children(section)) {
+    if (!NodeAccess::IsNamed(*child)) {
+      hasOthers = true;
+      continue;
+    }
+    const auto* named = static_cast<const CzonNamedNode*>(child);
+    if (NodeAccess::IsSection(*named)) {
+      sections.push_back(named);
+    } else if (NodeAccess::IsKeyword(*named)) {
+      lines.push_back(named);
+    } else {
+      hasOthers = true;
+    }
+  }
+}
+
+std::vector<const CzonNode*> SavedValues(const CzonNamedNode& keyword) {
+  std::vector<const CzonNode*> values;
+  const NodeSpan children = NodeAccess::Children(keyword);
+  values.reserve(children.Size());
+  for (const CzonNode* value : children) values.push_back(value);
+  if (values.empty()) values.push_back(nullptr);
+  return values;
+}
+
+bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
+  return NodeAccess::GetNameView(wanted) == NodeAccess::GetNameView(loaded) &&
+         KindOf(wanted) == KindOf(loaded) && wanted.GetFlags() == loaded.GetFlags() &&
+         wanted.GetRemark() == loaded.GetRemark();
+}
+
+bool HasSameValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
+  const std::string_view deferred = NodeAccess::DeferredText(wanted);
+  if (!deferred.empty() && deferred == NodeAccess::DeferredText(loaded)) return true;
+  const std::vector<const CzonNode*> before = SavedValues(wanted);
+  const std::vector<const CzonNode*> after = SavedValues(loaded);
+  if (before.size() != after.size()) return false;
+  for (std::size_t n = 0; n < before.size(); ++n) {
+    if (!IsSameSavedValue(before[n], after[n])) return false;
+  }
+  return true;
+}
+
+bool IsSameTree(const CzonTargetList& wanted, const CzonTargetList& loaded,
+                const CzonNamedNode** different) {
+  struct Pair {
+    const CzonNamedNode* wanted;
+    const CzonNamedNode* loaded;
+  };
+  std::vector<Pair> open{{&wanted, &loaded}};
+  while (!open.empty()) {
+    const Pair pair = open.back();
+    open.pop_back();
+    *different = pair.wanted;
+    const SectionParts a(*pair.wanted);
+    const SectionParts b(*pair.loaded);
+    if (a.hasOthers || a.lines.size() != b.lines.size() || a.sections.size() != b.sections.size()) {
+      return false;
+    }
+    for (std::size_t n = 0; n < a.lines.size(); ++n) {
+      *different = a.lines[n];
+      if (!IsSameHead(*a.lines[n], *b.lines[n]) || !HasSameValues(*a.lines[n], *b.lines[n])) {
+        return false;
+      }
+    }
+    for (std::size_t n = 0; n < a.sections.size(); ++n) {
+      *different = a.sections[n];
+      if (!IsSameHead(*a.sections[n], *b.sections[n])) return false;
+      open.push_back({a.sections[n], b.sections[n]});
+    }
+  }
+  *different = nullptr;
+  return true;
+}
+
+AlignmentKey KeyOfContent(const CzonNamedNode& node) {
+  AlignmentKey key = 1;
+  const auto addHead = [&](const CzonNamedNode& head, std::size_t) {
+    key = Mix(key, KeyOfHead(head));
+  };
+  const auto addLine = [&](const CzonNamedNode& line, std::size_t) {
+    addHead(line, 0);
+    for (const CzonNode* value : SavedValues(line)) {
+      if (value != nullptr) key = Mix(key, KeyOfValue(*value));
+    }
+  };
+  if (NodeAccess::IsSection(node)) {
+    Walk(node, addHead, addLine, addHead);
+  } else {
+    addLine(node, 0);
+  }
+  return key | 1;
+}
+
+void AppendName(std::string* out, const CzonNamedNode& node) {
+  const std::string_view name = NodeAccess::GetNameView(node);
+  if (node.IsDefaultDef() != 0) {
+    out->append("default (").append(name).append(")");
+    return;
+  }
+  *out += name;
+  if ((node.GetFlags() & CzonNamedNode::kMulti) != 0) *out += "()";
+}
+
+void AppendRemark(std::string* out, const CzonNode& node) {
+  if (!node.GetRemark().empty()) out->append(" {").append(node.GetRemark()).append(1, '}');
+}
+
+void AppendLine(std::string* out, const CzonNamedNode& keyword) {
+  AppendName(out, keyword);
+  AppendRemark(out, keyword);
+  *out += " =";
+  const char* separator = " ";
+  for (const CzonNode* value : SavedValues(keyword)) {
+    *out += separator;
+    separator = ", ";
+    if (value != nullptr) AppendValueWithRemark(out, *value);
+  }
+}
+
+void AppendSection(std::string* out, const CzonNamedNode& section, std::string_view indentation,
+                   std::string_view lineEnd) {
+  const auto enter = [&](const CzonNamedNode& head, std::size_t level) {
+    AppendIndentation(out, indentation, level);
+    *out += '[';
+    AppendName(out, head);
+    *out += ']';
+    AppendRemark(out, head);
+    *out += lineEnd;
+  };
+  const auto line = [&](const CzonNamedNode& keyword, std::size_t level) {
+    AppendIndentation(out, indentation, level);
+    AppendLine(out, keyword);
+    *out += lineEnd;
+  };
+  const auto leave = [&](const CzonNamedNode& tail, std::size_t level) {
+    AppendIndentation(out, indentation, level);
+    out->append("EndSect  // ").append(NodeAccess::GetNameView(tail));
+    if (level > 0) out->append(lineEnd).append(lineEnd);
+  };
+  Walk(section, enter, line, leave);
+}
+
+std::string PlainForm(const CzonTargetList& root) {
+  std::string text;
+  for (const CzonNamedNode* section : SectionParts(root).sections) {
+    AppendSection(&text, *section, "", "\n");
+    text += "\n\n";
+  }
+  return text;
+}
+
+}  // namespace zon

@@ -1,0 +1,180 @@
+#include "saving/zonsavedvalue.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <string_view>
+#include <typeinfo>
+
+#include "api/zonx.h"
+#include "base/zonlexeme.h"
+#include "base/zonnumber.h"
+#include "base/zonnumberscan.h"
+#include "tree/zonclob.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonreference.h"
+#include "zonx/zonkind.h"
+
+namespace zon {
+namespace {
+
+std::string_view TextOf(const CzonNode& value) {
+  const auto* param = dynamic_cast<const CzonParam*>(&value);
+  return param != nullptr ? NodeAccess::GetTextView(*param) : std::string_view();
+}
+
+bool IsSingle(const CzonNode& value) {
+  return dynamic_cast<const CzonFloat*>(&value) != nullptr;
+}
+
+double RealOf(const CzonNode& value) {
+  if (dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
+    return static_cast<double>(value.GetFloat());
+  }
+  return value.GetDouble();
+}
+
+bool AreSameBits(double a, double b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+bool IsWholeText(std::string_view text) {
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+  const char* const end = text.data() + text.size();
+  return !text.empty() && SkipDigits(text.data(), end) == end;
+}
+
+// The digits of an integer. One that is no number of a file has its integer view alone.
+std::string DigitsOf(const CzonNode& value) {
+  const std::string_view text = TextOf(value);
+  const bool isVariable = dynamic_cast<const CzonIntRef*>(&value) != nullptr;
+  return !isVariable && IsWholeText(text) ? std::string(text) : std::to_string(value.GetInt());
+}
+
+// Without a plus and zeros in front. Minus zero is zero.
+std::string NormalDigits(const CzonNode& value) {
+  const std::string digits = DigitsOf(value);
+  const bool isNegative = digits.front() == '-';
+  const std::size_t first = digits.find_first_not_of("+-0");
+  if (first == std::string::npos) return "0";
+  return (isNegative ? "-" : "") + digits.substr(first);
+}
+
+// Recognisable as a real by its point or its exponent.
+template <class Real>
+std::string FewestDigits(Real value) {
+  char room[64];
+  std::string text(room, std::to_chars(room, room + sizeof room, value).ptr);
+  if (std::isfinite(value) && text.find_first_of(".e") == std::string::npos) text += ".0";
+  return text;
+}
+
+// A real that was loaded and not changed keeps its text, also one beyond the range of a double.
+std::string RealText(const CzonNode& value) {
+  const double real = RealOf(value);
+  if (IsSingle(value)) return FewestDigits(static_cast<float>(real));
+  const std::string_view text = TextOf(value);
+  if (typeid(value) == typeid(CzonReal) && !text.empty() && AreSameBits(TextToDouble(text), real)) {
+    const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
+    bool isWhole = false;
+    const char* const end = text.data() + text.size();
+    if (SkipNumber(text.data() + sign, end, &isWhole) == end && !isWhole) return std::string(text);
+  }
+  return FewestDigits(real);
+}
+
+std::string_view StringOf(const CzonNode& value) {
+  return typeid(value) == typeid(CzonString) ? TextOf(value) : std::string_view(value.GetString());
+}
+
+std::string_view CharactersOf(const CzonNode& value, int kind) {
+  if (kind == ZONX_STRING) return StringOf(value);
+  return TextOf(value);
+}
+
+void AppendQuoted(std::string* out, std::string_view text) {
+  *out += '\'';
+  for (const char c : text) {
+    *out += c;
+    if (c == '\'') *out += c;
+  }
+  *out += '\'';
+}
+
+}  // namespace
+
+int SavedKind(const CzonNode& value) {
+  const int kind = KindOf(value);
+  const CzonNode* owner = value.GetOwner();
+  if (kind == ZONX_EMPTY && owner != nullptr && owner->IsDefaultDef() != 0) return ZONX_PLACEHOLDER;
+  return kind;
+}
+
+void AppendValue(std::string* out, const CzonNode& value) {
+  const int kind = KindOf(value);
+  switch (kind) {
+    case ZONX_INTEGER:
+      *out += DigitsOf(value);
+      return;
+    case ZONX_REAL:
+      *out += RealText(value);
+      return;
+    case ZONX_BOOLEAN:
+      *out += value.GetBool() != 0 ? "true" : "false";
+      return;
+    case ZONX_STRING:
+      AppendQuoted(out, StringOf(value));
+      return;
+    case ZONX_CLOB:
+      AppendQuoted(out, "<CLOB:" + std::string(TextOf(value)) + ">");
+      return;
+    case ZONX_FILENAME:
+      out->append(1, '|').append(TextOf(value)).append(1, '|');
+      return;
+    case ZONX_DATETIME:
+      out->append(1, '#').append(TextOf(value)).append(1, '#');
+      return;
+    case ZONX_SUBSTITUTION:
+      out->append(1, '%').append(TextOf(value));
+      return;
+    default:
+      return;
+  }
+}
+
+bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
+  const int kind = SavedKind(wanted);
+  if (kind != SavedKind(loaded)) return false;
+  switch (kind) {
+    case ZONX_INTEGER:
+      return NormalDigits(wanted) == NormalDigits(loaded);
+    case ZONX_REAL:
+      if (IsSingle(wanted)) {
+        return AreSameBits(static_cast<double>(static_cast<float>(RealOf(wanted))),
+                           static_cast<double>(static_cast<float>(RealOf(loaded))));
+      }
+      return AreSameBits(RealOf(wanted), RealOf(loaded));
+    case ZONX_BOOLEAN:
+      return (wanted.GetBool() != 0) == (loaded.GetBool() != 0);
+    default:
+      return kind != 0 && CharactersOf(wanted, kind) == CharactersOf(loaded, kind);
+  }
+}
+
+AlignmentKey KeyOfValue(const CzonNode& value) {
+  const int kind = SavedKind(value);
+  std::size_t hash = 0;
+  if (kind == ZONX_INTEGER) {
+    hash = std::hash<std::string>()(NormalDigits(value));
+  } else if (kind == ZONX_REAL) {
+    hash = std::hash<double>()(RealOf(value));
+  } else if (kind == ZONX_BOOLEAN) {
+    hash = value.GetBool() != 0 ? 1 : 0;
+  } else {
+    hash = std::hash<std::string_view>()(CharactersOf(value, kind));
+  }
+  return (hash * 31 + static_cast<std::size_t>(kind)) | 1;
+}
+
+}  // namespace zon

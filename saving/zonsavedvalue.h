@@ -1,0 +1,32 @@
+// Values as they are saved: which data a value has, how it is written without a loss, and whether two
+// values are the same data. Spelling is no data: 1.50 is the same as 1.5, but not as 2 or '1.5'.
+// Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
+#ifndef ZON_SAVING_ZONSAVEDVALUE_H
+#define ZON_SAVING_ZONSAVEDVALUE_H
+
+#include <string>
+
+#include "saving/zonalignment.h"
+
+class CzonNode;
+
+namespace zon {
+
+// Appends the value without its remark. A value that the format cannot express is written in a form that
+// does not load as the value. A real has the fewest digits that give the same double or, if it was made
+// in single precision, the same float.
+void AppendValue(std::string* out, const CzonNode& value);
+
+// Whether `loaded`, which is a value of a text, has the data of `wanted`. A value in single precision
+// is that of a text which rounds to it.
+bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded);
+
+// Values with the same data have the same key, if both or neither are in single precision.
+AlignmentKey KeyOfValue(const CzonNode& value);
+
+// The kind of a value as it would be loaded from its place.
+int SavedKind(const CzonNode& value);
+
+}  // namespace zon
+
+#endif

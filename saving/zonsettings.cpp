@@ -1,0 +1,149 @@
+#include "saving/zonsettings.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "paths/zonfilename.h"
+#include "paths/zonfilepath.h"
+#include "saving/zonsavedtree.h"
+#include "tree/zonbool.h"
+#include "tree/zonkeyword.h"
+#include "tree/zonnodeaccess.h"
+#include "tree/zonsection.h"
+
+namespace zon {
+namespace {
+
+// The first value of the first keyword of that name; null if either is missing.
+CzonParam* FindSetting(const CzonSection* system, const char* name) {
+  const CzonKeyword* keyword = system != nullptr ? system->KeywordByName(name) : nullptr;
+  return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
+}
+
+std::unique_ptr<CzonKeyword> MakeSetting(const char* name, std::unique_ptr<CzonParam> value) {
+  auto keyword = std::make_unique<CzonKeyword>(name, 0, 0);
+  keyword->AddParam(value.get());
+  static_cast<void>(value.release());  // owned by the keyword
+  return keyword;
+}
+
+// Sets one setting in the section.
+void Set(CzonSection& system, const char* name, std::unique_ptr<CzonParam> value,
+         TreeChanges& changes) {
+  if (CzonParam* former = FindSetting(&system, name)) {
+    changes.Replace(*former, std::move(value));
+  } else if (CzonKeyword* keyword = system.KeywordByName(name)) {
+    changes.Append(*keyword, std::move(value));
+  } else {
+    changes.Append(system, MakeSetting(name, std::move(value)));
+  }
+}
+
+std::unique_ptr<CzonParam> MakeUse(bool use) {
+  auto value = std::make_unique<CzonBool>();
+  NodeAccess::SetValue(*value, use, nullptr);
+  return value;
+}
+
+// Whether the value gives the folder when the file is loaded.
+bool GivesFolder(const CzonParam* value, const std::string& folder, const std::string& fileName) {
+  if (value == nullptr) return folder.empty();
+  const auto* name = dynamic_cast<const CzonFilename*>(value);
+  if (name == nullptr) return folder.empty();
+  return ResolveFilename(NodeAccess::GetTextView(*name), fileName) ==
+         ResolveFilename(folder, fileName);
+}
+
+}  // namespace
+
+void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const std::string& fileName,
+                    TreeChanges& changes) {
+  const ResultSettings settings = SettingsOf(root);
+  if (settings == former) return;
+  CzonSection* system = root.SectionByName("SYSTEM");
+  const bool hasRoot =
+      GivesFolder(FindSetting(system, "ResultRootFolder"), settings.resultRoot, fileName);
+  if (system == nullptr) {
+    auto section = std::make_unique<CzonSection>("SYSTEM", 0, 0);
+    system = section.get();
+    changes.Append(root, std::move(section));
+  }
+  if (!hasRoot) {
+    Set(*system, "ResultRootFolder", std::make_unique<CzonFilename>(settings.resultRoot), changes);
+  }
+  const CzonParam* custom = FindSetting(system, "CustomResultFolder");
+  if (settings.usesCustom != former.usesCustom || custom == nullptr) {
+    Set(*system, "UseCustomResultFolder", MakeUse(settings.usesCustom != 0), changes);
+  }
+  if (custom == nullptr || !GivesFolder(custom, settings.customFolder, fileName)) {
+    Set(*system, "CustomResultFolder", std::make_unique<CzonFilename>(settings.customFolder),
+        changes);
+  }
+}
+
+namespace {
+
+std::string FolderOf(const std::string& path) {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+// The path from one folder to a file. Both are absolute and normalised, the folder ends with "/".
+std::string RelativeTo(const std::string& folder, const std::string& path) {
+  std::size_t common = 0;
+  for (std::size_t at = 0; at < folder.size() && at < path.size() && folder[at] == path[at]; ++at) {
+    if (folder[at] == '/') common = at + 1;
+  }
+  std::string relative;
+  const auto ups =
+      std::count(folder.begin() + static_cast<std::ptrdiff_t>(common), folder.end(), '/');
+  for (auto n = ups; n > 0; --n) relative += "../";
+  return relative + path.substr(common);
+}
+
+// A name for the same file from another folder. The form that is resolved to the target is taken;
+// if a relative one is not, the absolute one.
+std::string MovedName(std::string_view text, const std::string& from, const std::string& to) {
+  const std::string target = ResolveFilename(text, from);
+  std::string moved = RelativeTo(FolderOf(ResolveFilename(to, "/")), target);
+  if (ResolveFilename(moved, to) != target) return target;
+  if (text.find('/') == std::string_view::npos) {
+    std::replace(moved.begin(), moved.end(), '/', '\\');
+  }
+  return moved;
+}
+
+bool MayHaveFilenames(const CzonNamedNode& keyword) {
+  const std::string_view text = NodeAccess::DeferredText(keyword);
+  return text.empty() || text.find('|') != std::string_view::npos;
+}
+
+void MoveInKeyword(const CzonNamedNode& keyword, const std::string& from, const std::string& to,
+                   TreeChanges& changes) {
+  if (!MayHaveFilenames(keyword)) return;
+  for (CzonNode* value : NodeAccess::Children(keyword)) {
+    auto* name = dynamic_cast<CzonFilename*>(value);
+    if (name == nullptr) continue;
+    const std::string_view text = NodeAccess::GetTextView(*name);
+    if (text.empty() || text.front() == '/' || text.front() == '\\') continue;
+    const std::string moved = MovedName(text, from, to);
+    if (moved != text) changes.SetText(*name, moved);
+  }
+}
+
+}  // namespace
+
+void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
+                   TreeChanges& changes) {
+  if (FolderOf(from) == FolderOf(to)) return;
+  std::vector<const CzonNamedNode*> open{&root};
+  while (!open.empty()) {
+    const SectionParts parts(*open.back());
+    open.pop_back();
+    for (const CzonNamedNode* line : parts.lines) MoveInKeyword(*line, from, to, changes);
+    open.insert(open.end(), parts.sections.begin(), parts.sections.end());
+  }
+}
+
+}  // namespace zon
