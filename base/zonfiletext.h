@@ -54,6 +54,8 @@ class FileText {
                              : std::string_view("");
   }
 
+  std::string_view View() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
+
   // Whether a part of the file could not be read.
   bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
 

@@ -8,8 +8,8 @@
 #include "base/zonnumberscan.h"
 #include "reader/yyparser.h"
 #include "reader/zonmistake.h"
-#include "reader/zonsource.h"
 #include "reader/zonstructure.h"
+#include "reader/zontextparser.h"
 #include "reader/zontokencode.h"
 #include "reader/zonvaluelist.h"
 
@@ -35,23 +35,9 @@ Span SpanOf(std::string_view text) {
 
 }  // namespace
 
-// The parser behind the lexer: skips comments, and has the place of the first error.
-class Checker::Parser final : public CyyParser {
- public:
-  explicit Parser(std::unique_ptr<CyyStream> stream) : CyyParser(stream.release()) {}
-
-  int Parse(int) override { return 0; }
-  int yylex() override { return 0; }
-  int yyparse() override { return 0; }
-
-  CyyStream& Stream() { return *GetStream(); }
-  using CyyParser::ForgetError;
-  using CyyParser::GetArena;
-};
-
 Checker::Checker(std::shared_ptr<FileText> text)
     : text_(std::move(text)),
-      parser_(std::make_unique<Parser>(TextSource::MakeStream(text_))),
+      parser_(std::make_unique<TextParser>(text_)),
       lexer_(*parser_, parser_->Stream(), &parser_->Stream(), parser_->GetArena()),
       levels_(1) {
   lexer_.KeepSpelling();

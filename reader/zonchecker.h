@@ -26,6 +26,7 @@
 namespace zon {
 
 class FileText;
+class TextParser;
 struct Mistake;
 
 class Checker {
@@ -63,7 +64,6 @@ class Checker {
   Resumption Recover(const ParseFailure& failure);
 
  private:
-  class Parser;
   enum FileKind { kUndecided, kData, kTemplate };
 
   // A section that is open, or the file.
@@ -118,7 +118,7 @@ class Checker {
   void ForgetAfter(const char* at);
 
   const std::shared_ptr<FileText> text_;
-  std::unique_ptr<Parser> parser_;
+  std::unique_ptr<TextParser> parser_;
   Lexer lexer_;
   std::vector<Level> levels_;  // of the sections that are open; level 0 is the file
   std::size_t depth_ = 0;

@@ -6,6 +6,7 @@
 
 #include "reader/yyparser.h"
 #include "reader/zonchecker.h"
+#include "reader/zonitembuilder.h"
 #include "reader/zonlexer.h"
 #include "reader/zontokencode.h"
 #include "reader/zontreebuilder.h"
@@ -324,5 +325,6 @@ void Engine<Builder>::Resume(const Resumption& resumption) {
 
 template class Engine<TreeBuilder>;
 template class Engine<Checker>;
+template class Engine<ItemBuilder>;
 
 }  // namespace zon

@@ -4,9 +4,10 @@
 // lookahead. Compatibility: where an error is noticed depends on it, and so does whether an error after
 // a complete section fails the parse.
 //
-// The engine is used with two builders. TreeBuilder makes the tree of a load; its first error ends the
+// The engine is used with three builders. TreeBuilder makes the tree of a load; its first error ends the
 // parse. Checker makes no nodes; it is told what was expected and found at each error, and says where
-// to go on (panic mode: the stack is popped to the section that is open there).
+// to go on (panic mode: the stack is popped to the section that is open there). ItemBuilder passes on what
+// it reads and keeps nothing.
 //
 // All state belongs to one parse: code of the host that runs during it (yylex, SkipComment, CyyInput)
 // may load another file.

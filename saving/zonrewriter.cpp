@@ -1,10 +1,12 @@
 #include "saving/zonrewriter.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "api/zonx.h"
 #include "base/zonchars.h"
 #include "base/zonlexeme.h"
+#include "reader/zonitemreader.h"
 #include "reader/zonstructure.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
@@ -15,18 +17,8 @@
 namespace zon {
 namespace {
 
-std::string_view TextOf(const FileText& text) {
-  return {text.Begin(), static_cast<std::size_t>(text.End() - text.Begin())};
-}
-
 AlignmentKey KeyOfPlace(const char* place) {
   return reinterpret_cast<AlignmentKey>(place);
-}
-
-AlignmentKey KeyOfName(const CzonNamedNode& node) {
-  std::string name(NodeAccess::GetNameView(node));
-  for (char& c : name) c = static_cast<char>(Upper(c));
-  return std::hash<std::string>()(name) * 16 + static_cast<AlignmentKey>(KindOf(node));
 }
 
 std::string TextOfValue(const CzonNode* value) {
@@ -51,64 +43,170 @@ const std::string& RemarkOf(const CzonNode* value) {
 
 }  // namespace
 
-Rewriter::Rewriter(const FileText& text) : layout_(text), text_(TextOf(text)) {}
+bool Rewriter::Rewrite(const std::shared_ptr<FileText>& text, bool knowsPlaces, SectionParts wanted,
+                       TextEdits* edits) {
+  Rewriter rewriter(*text, knowsPlaces, *edits);
+  rewriter.Top().sections.wanted.swap(wanted.sections);
+  if (!ReadItems(text, rewriter)) return false;
+  Level& file = rewriter.Top();
+  rewriter.Finish(file, file.sections, file.sections.wanted.size(), nullptr);
+  return true;
+}
 
-void Rewriter::Rewrite(const CzonTargetList& before, const CzonTargetList& after) {
-  open_.push_back({&before, &after});
-  while (!open_.empty()) {
-    const Section section = open_.back();
-    open_.pop_back();
-    RewriteSection(section);
+Rewriter::Rewriter(const FileText& text, bool knowsPlaces, TextEdits& edits)
+    : layout_(text), text_(text.View()), knowsPlaces_(knowsPlaces), edits_(edits) {
+  levels_.push_back({nullptr, nullptr, true, layout_.Begin(), {}, {}, {}});
+}
+
+// ---- Following the text ---------------------------------------------------------------------------
+
+// The wanted node that an item of the text belongs to by its place; null if there is none.
+const CzonNamedNode* Rewriter::Match(Row& row, const CzonNamedNode& node,
+                                     std::size_t* place) const {
+  const char* const origin = NodeAccess::FindNameOrigin(node, text_);
+  for (; row.candidate < row.wanted.size(); ++row.candidate) {
+    const char* const other =
+        knowsPlaces_ ? NodeAccess::FindNameOrigin(*row.wanted[row.candidate], text_) : nullptr;
+    if (other == nullptr || other < origin) continue;
+    if (other > origin) break;
+    *place = row.candidate++;
+    return row.wanted[*place];
   }
+  return nullptr;
 }
 
-const char* Rewriter::OriginOf(const CzonNamedNode& node) const {
-  return NodeAccess::FindNameOrigin(node, text_);
+void Rewriter::VisitLine(const CzonNamedNode& line, const char* end) {
+  Level& level = Top();
+  std::size_t place = 0;
+  const CzonNamedNode* wanted = level.isFollowed ? Match(level.lines, line, &place) : nullptr;
+  if (pairedNode_ != nullptr) wanted = std::exchange(pairedNode_, nullptr);
+  if (wanted != nullptr) {
+    Finish(level, level.lines, place, nullptr);
+    RewriteKeyword(line, *wanted);
+    level.lines.next = place + 1;
+    level.lines.lastBegin = NodeAccess::FindNameOrigin(line, text_);
+    level.lines.lastEnd = end;
+  } else if (level.isFollowed) {
+    const char* const begin = SkipGaps(level.previousEnd, layout_.End());
+    level.lines.items.push_back(
+        {level.previousEnd, begin, end, false, KeyOfContent(line), KeyOfHead(line)});
+  } else {
+    level.item.content = MixKeys(level.item.content, KeyOfContent(line));
+  }
+  level.previousEnd = end;
 }
 
-Alignment Rewriter::Align(const Nodes& before, const Nodes& after) const {
-  Alignment alignment(before.size(), after.size());
-  const auto refine = [&](auto&& key) {
-    alignment.Refine([&](std::size_t n) { return key(*before[n]); },
-                     [&](std::size_t n) { return key(*after[n]); });
-  };
-  refine([this](const CzonNamedNode& node) { return KeyOfPlace(OriginOf(node)); });
-  refine(KeyOfContent);
-  refine(KeyOfName);
-  return alignment;
+void Rewriter::OpenSection(const CzonNamedNode& header) {
+  const HeaderLayout layout = layout_.ReadHeader(header);
+  Level& parent = Top();
+  Level level{&header, nullptr, false, layout.remark.end, {}, {}, {}};
+  level.item = {parent.previousEnd, layout.header.begin, nullptr, true,
+                KeyOfHead(header),  KeyOfHead(header)};
+  std::size_t place = 0;
+  if (pairedNode_ == nullptr) {
+    level.node = parent.isFollowed ? Match(parent.sections, header, &place) : nullptr;
+  } else if (NodeAccess::IsSection(*pairedNode_)) {
+    level.node = std::exchange(pairedNode_, nullptr);
+  } else {
+    level.isFollowed = true;  // the section around a line
+  }
+  if (level.node != nullptr) {
+    Finish(parent, parent.sections, place, &level.item);
+    parent.sections.next = place + 1;
+    RewriteHeader(header, *level.node);
+    SectionParts parts(*level.node);
+    level.lines.wanted.swap(parts.lines);
+    level.sections.wanted.swap(parts.sections);
+    level.isFollowed = true;
+  }
+  levels_.push_back(std::move(level));
 }
 
-void Rewriter::RewriteSection(const Section& section) {
-  const SectionParts before(*section.before);
-  const SectionParts after(*section.after);
-  const CzonNamedNode* lastLine = RewriteLines(section, before, after);
-  RewriteSections(section, before, after, lastLine);
+void Rewriter::CloseSection(const char*, const char* end) {
+  Level& level = Top();
+  if (level.isFollowed) {
+    Finish(level, level.lines, level.lines.wanted.size(), nullptr);
+    Finish(level, level.sections, level.sections.wanted.size(), nullptr);
+    if (level.node != nullptr) RewriteEndComment(*level.header, *level.node, end);
+  }
+  Level& parent = levels_[levels_.size() - 2];
+  parent.previousEnd = end;
+  if (level.isFollowed) {
+    parent.sections.lastBegin = level.item.begin;
+    parent.sections.lastEnd = end;
+  } else if (parent.isFollowed) {
+    level.item.end = end;
+    parent.sections.items.push_back(level.item);
+  } else {
+    parent.item.content = MixKeys(parent.item.content, level.item.content);
+  }
+  levels_.pop_back();
 }
 
-// ---- Keywords and default definitions -------------------------------------------------------------
+// ---- Gaps -----------------------------------------------------------------------------------------
 
-const CzonNamedNode* Rewriter::RewriteLines(const Section& section, const SectionParts& before,
-                                            const SectionParts& after) {
-  const CzonNamedNode* previous = nullptr;
+// Brings the items of the open gap of a row to the wanted nodes before `wantedEnd`. `next`: the section
+// after the gap that stays; null for none.
+void Rewriter::Finish(Level& level, Row& row, std::size_t wantedEnd, const Item* next) {
+  if (row.items.empty()) {
+    if (row.next < wantedEnd) {
+      Insert(level, row, Range(row.wanted, row.next, wantedEnd), next);
+    }
+  } else {
+    RewriteGap(level, row, wantedEnd, next);
+  }
+  row.next = wantedEnd;
+  row.items.clear();
+}
+
+void Rewriter::RewriteGap(Level& level, Row& row, std::size_t wantedEnd, const Item* next) {
+  Alignment alignment(row.items.size(), wantedEnd - row.next);
+  alignment.Refine([&](std::size_t n) { return row.items[n].content; },
+                   [&](std::size_t n) { return KeyOfContent(*row.wanted[row.next + n]); });
+  alignment.Refine([&](std::size_t n) { return row.items[n].name; },
+                   [&](std::size_t n) { return KeyOfHead(*row.wanted[row.next + n]); });
   std::size_t b = 0;
-  std::size_t a = 0;
-  const auto eraseAndInsert = [&](std::size_t beforeEnd, std::size_t afterEnd) {
-    for (; b < beforeEnd; ++b) Erase(*section.before, *before.lines[b]);
-    if (a == afterEnd) return;
-    InsertAfter(AnchorOf(*section.before, previous), Range(after.lines, a, afterEnd));
-    a = afterEnd;
+  std::size_t a = row.next;
+  const auto eraseAndInsert = [&](std::size_t itemsEnd, std::size_t nodesEnd, const Item* after) {
+    for (; b < itemsEnd; ++b) Erase(row.items[b]);
+    if (a < nodesEnd) Insert(level, row, Range(row.wanted, a, nodesEnd), after);
+    a = nodesEnd;
   };
-  const Alignment alignment = Align(before.lines, after.lines);
+  const std::size_t first = row.next;
   for (const AlignedPair& pair : alignment.Pairs()) {
-    eraseAndInsert(pair.before, pair.after);
-    RewriteKeyword(*before.lines[b], *after.lines[a]);
-    previous = before.lines[b];
+    const Item& item = row.items[pair.before];
+    eraseAndInsert(pair.before, first + pair.after, item.isSection ? &item : nullptr);
+    RewriteItem(item, *row.wanted[a]);
+    row.lastBegin = item.begin;
+    row.lastEnd = item.end;
     ++b;
     ++a;
   }
-  eraseAndInsert(before.lines.size(), after.lines.size());
-  return previous;
+  eraseAndInsert(row.items.size(), wantedEnd, next);
 }
+
+// Rewrites an item as a text of its own. A line is put into a section for that.
+void Rewriter::RewriteItem(const Item& item, const CzonNamedNode& wanted) {
+  constexpr std::string_view kHead = "[a]\n";
+  constexpr std::string_view kTail = "\nEndSect";
+  const std::string_view own(item.begin, static_cast<std::size_t>(item.end - item.begin));
+  const auto text = std::make_shared<FileText>();
+  text->Assign(item.isSection ? std::vector<std::string_view>{own}
+                              : std::vector<std::string_view>{kHead, own, kTail});
+  TextEdits edits;
+  Rewriter rewriter(*text, false, edits);
+  rewriter.pairedNode_ = &wanted;
+  ReadItems(text, rewriter);
+  if (edits.IsEmpty()) return;
+  std::string rewritten;
+  for (const std::string_view piece : edits.Apply(text->View())) rewritten += piece;
+  if (!item.isSection) {
+    rewritten = rewritten.substr(kHead.size(), rewritten.size() - kHead.size() - kTail.size());
+  }
+  edits_.Replace(item.begin, item.end, rewritten);
+}
+
+// ---- Keywords and headers -------------------------------------------------------------------------
 
 void Rewriter::RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after) {
   const bool hasHead = IsSameHead(after, before);
@@ -131,6 +229,32 @@ void Rewriter::RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& 
   if (!hasValues) RewriteValues(layout, SavedValues(before), SavedValues(after));
 }
 
+void Rewriter::RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after) {
+  if (IsSameHead(after, before)) return;
+  const HeaderLayout layout = layout_.ReadHeader(before);
+  const std::string_view name = NodeAccess::GetNameView(after);
+  if (before.GetFlags() != after.GetFlags()) {
+    std::string header = "[";
+    AppendName(&header, after);
+    edits_.Replace(layout.header.begin, layout.header.end, header + "]");
+  } else if (name != NodeAccess::GetNameView(before)) {
+    edits_.Replace(layout.name.begin, layout.name.end, std::string(name));
+  }
+  RewriteRemark(layout.remark, &before, &after);
+}
+
+// The name of a section in the comment after its end follows the section.
+void Rewriter::RewriteEndComment(const CzonNamedNode& before, const CzonNamedNode& after,
+                                 const char* end) {
+  const std::string_view name = NodeAccess::GetNameView(after);
+  const std::string_view former = NodeAccess::GetNameView(before);
+  if (name == former) return;
+  const std::string_view comment = NameInComment(end, layout_.End());
+  if (EqualNoCase(comment, former)) {
+    edits_.Replace(comment.data(), comment.data() + comment.size(), std::string(name));
+  }
+}
+
 void Rewriter::RewriteRemark(const Span& place, const CzonNode* before, const CzonNode* after) {
   const std::string& remark = RemarkOf(after);
   if (RemarkOf(before) == remark) return;
@@ -150,10 +274,12 @@ void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
     alignment.Refine([&](std::size_t n) { return key(before[n]); },
                      [&](std::size_t n) { return key(after[n]); });
   };
-  refine([this](const CzonNode* value) -> AlignmentKey {
-    const auto* param = dynamic_cast<const CzonParam*>(value);
-    return param != nullptr ? KeyOfPlace(NodeAccess::FindTextOrigin(*param, text_, 0)) : 0;
-  });
+  if (knowsPlaces_) {
+    refine([this](const CzonNode* value) -> AlignmentKey {
+      const CzonParam* param = AsParam(value);
+      return param != nullptr ? KeyOfPlace(NodeAccess::FindTextOrigin(*param, text_, 0)) : 0;
+    });
+  }
   refine([](const CzonNode* value) { return value != nullptr ? KeyOfValue(*value) : 1; });
   refine([](const CzonNode*) -> AlignmentKey { return 1; });
 
@@ -237,146 +363,79 @@ void Rewriter::InsertValues(const KeywordLayout& layout, std::size_t n, const Va
   }
 }
 
-// ---- Sections -------------------------------------------------------------------------------------
-
-void Rewriter::RewriteSections(const Section& section, const SectionParts& before,
-                               const SectionParts& after, const CzonNamedNode* lastLine) {
-  const CzonNamedNode* previous = nullptr;
-  std::size_t b = 0;
-  std::size_t a = 0;
-  const auto eraseAndInsert = [&](std::size_t beforeEnd, std::size_t afterEnd) {
-    for (; b < beforeEnd; ++b) Erase(*section.before, *before.sections[b]);
-    if (a == afterEnd) return;
-    const Nodes added = Range(after.sections, a, afterEnd);
-    a = afterEnd;
-    if (previous == nullptr && beforeEnd < before.sections.size()) {
-      InsertBefore(*section.before, *before.sections[beforeEnd], added);
-    } else {
-      InsertAfter(AnchorOf(*section.before, previous != nullptr ? previous : lastLine), added);
-    }
-  };
-  const Alignment alignment = Align(before.sections, after.sections);
-  for (const AlignedPair& pair : alignment.Pairs()) {
-    eraseAndInsert(pair.before, pair.after);
-    RewriteHeader(*before.sections[b], *after.sections[a]);
-    open_.push_back({before.sections[b], after.sections[a]});
-    previous = before.sections[b];
-    ++b;
-    ++a;
-  }
-  eraseAndInsert(before.sections.size(), after.sections.size());
-}
-
-void Rewriter::RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after) {
-  if (IsSameHead(after, before)) return;
-  const HeaderLayout layout = layout_.ReadHeader(before);
-  const std::string_view name = NodeAccess::GetNameView(after);
-  const std::string_view former = NodeAccess::GetNameView(before);
-  if (before.GetFlags() != after.GetFlags()) {
-    std::string header = "[";
-    AppendName(&header, after);
-    edits_.Replace(layout.header.begin, layout.header.end, header + "]");
-  } else if (name != former) {
-    edits_.Replace(layout.name.begin, layout.name.end, std::string(name));
-  }
-  RewriteRemark(layout.remark, &before, &after);
-  const std::string_view comment = NameInComment(layout_.EndWord(before).end, layout_.End());
-  if (name != former && EqualNoCase(comment, former)) {
-    edits_.Replace(comment.data(), comment.data() + comment.size(), std::string(name));
-  }
-}
-
 // ---- Adding and removing items --------------------------------------------------------------------
-
-// Where the item before this one ends: a sibling of any kind, or the header.
-const char* Rewriter::EndBefore(const CzonNamedNode& owner, const CzonNamedNode& item) const {
-  const std::uint32_t place = NodeAccess::PlaceOf(owner, item);
-  if (place > 0) {
-    const CzonNode* sibling = NodeAccess::Children(owner)[place - 1];
-    return layout_.EndOf(static_cast<const CzonNamedNode&>(*sibling));
-  }
-  return KindOf(owner) == ZONX_FILE ? layout_.Begin() : layout_.ReadHeader(owner).remark.end;
-}
-
-void Rewriter::Erase(const CzonNamedNode& owner, const CzonNamedNode& item) {
-  const char* const previousEnd = EndBefore(owner, item);
-  EraseItem(previousEnd, SkipGaps(previousEnd, layout_.End()), layout_.EndOf(item),
-            NodeAccess::IsSection(item));
-}
 
 // An item that has its lines for itself goes with them and, if it is a section, with an empty line
 // after it.
-void Rewriter::EraseItem(const char* previousEnd, const char* begin, const char* end,
-                         bool isSection) {
-  const char* const line = layout_.BeginOfLine(previousEnd, begin);
-  const char* const endOfLine = layout_.EndOfLine(end);
-  if (line == nullptr || endOfLine == nullptr) return edits_.Erase(begin, end);
+void Rewriter::Erase(const Item& item) {
+  const char* const line = layout_.BeginOfLine(item.previousEnd, item.begin);
+  const char* const endOfLine = layout_.EndOfLine(item.end);
+  if (line == nullptr || endOfLine == nullptr) return edits_.Erase(item.begin, item.end);
   const char* next = layout_.NextLine(endOfLine);
-  if (isSection) {
+  if (item.isSection) {
     const char* const blank = SkipBlanks(next, layout_.End());
     if (blank < layout_.End() && *blank == '\n') next = blank + 1;
   }
   edits_.Erase(line, next);
 }
 
-std::string_view Rewriter::InnerIndentation(const CzonNamedNode& section) {
-  if (KindOf(section) == ZONX_FILE) return {};
-  const std::string_view own = layout_.IndentationAt(layout_.ReadHeader(section).header.begin);
-  indentations_.push_back(std::string(own) + "   ");
-  return indentations_.back();
-}
-
-// After `previous`, which stays; without one after the header of the section.
-Rewriter::Anchor Rewriter::AnchorOf(const CzonNamedNode& section, const CzonNamedNode* previous) {
-  if (previous == nullptr) {
-    const bool isFile = KindOf(section) == ZONX_FILE;
-    const char* const place = isFile ? layout_.End() : layout_.ReadHeader(section).remark.end;
-    return {place, InnerIndentation(section), false};
+// Adds nodes after the last item of their row that stays, sections without one after the last line, and
+// the first ones of all after the header.
+void Rewriter::Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next) {
+  const bool areSections = &row == &level.sections;
+  if (row.lastEnd != nullptr) {
+    InsertAfter(row.lastEnd, layout_.IndentationAt(row.lastBegin), areSections, nodes);
+  } else if (next != nullptr) {
+    InsertBefore(*next, nodes);
+  } else if (areSections && level.lines.lastEnd != nullptr) {
+    InsertAfter(level.lines.lastEnd, layout_.IndentationAt(level.lines.lastBegin), false, nodes);
+  } else if (level.header == nullptr) {
+    InsertAfter(layout_.End(), {}, false, nodes);
+  } else {
+    InsertAfter(layout_.ReadHeader(*level.header).remark.end, InnerIndentation(level), false,
+                nodes);
   }
-  const bool isSection = NodeAccess::IsSection(*previous);
-  const char* const name = isSection ? layout_.ReadHeader(*previous).header.begin
-                                     : layout_.ReadKeyword(*previous).name.begin;
-  return {layout_.EndOf(*previous), layout_.IndentationAt(name), isSection};
 }
 
-void Rewriter::InsertAfter(const Anchor& anchor, const Nodes& items) {
+std::string Rewriter::InnerIndentation(const Level& level) const {
+  return std::string(layout_.IndentationAt(level.item.begin)) + "   ";
+}
+
+void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
+                           const Nodes& nodes) {
   const std::string_view lineEnd = layout_.LineEnd();
-  const char* const endOfLine = layout_.EndOfLine(anchor.place);
+  const char* const endOfLine = layout_.EndOfLine(place);
   const bool isAtEnd = endOfLine == layout_.End();
   std::string text;
-  bool startsLine = anchor.place == layout_.Begin() || (isAtEnd && endOfLine[-1] == '\n');
-  bool isBehindSection = anchor.isSection;
-  for (const CzonNamedNode* item : items) {
+  bool startsLine = place == layout_.Begin() || (isAtEnd && endOfLine[-1] == '\n');
+  for (const CzonNamedNode* node : nodes) {
     if (!startsLine) text += lineEnd;
     startsLine = false;
-    const bool isSection = NodeAccess::IsSection(*item);
+    const bool isSection = NodeAccess::IsSection(*node);
     if (isSection && isBehindSection) text += lineEnd;
     isBehindSection = isSection;
     if (isSection) {
-      AppendSection(&text, *item, anchor.indentation, lineEnd);
+      AppendSection(&text, *node, indentation, lineEnd);
     } else {
-      text += anchor.indentation;
-      AppendLine(&text, *item);
+      text += indentation;
+      AppendLine(&text, *node);
     }
   }
   // A last line that was not ended, or the rest of a line that goes on.
   if (endOfLine == nullptr || isAtEnd) text += lineEnd;
-  edits_.Insert(endOfLine != nullptr ? endOfLine : anchor.place, std::move(text));
+  edits_.Insert(endOfLine != nullptr ? endOfLine : place, std::move(text));
 }
 
-void Rewriter::InsertBefore(const CzonNamedNode& owner, const CzonNamedNode& next,
-                            const Nodes& sections) {
-  const char* const previousEnd = EndBefore(owner, next);
-  const char* const begin = SkipGaps(previousEnd, layout_.End());
-  const char* const line = layout_.BeginOfLine(previousEnd, begin);
+void Rewriter::InsertBefore(const Item& next, const Nodes& sections) {
+  const char* const line = layout_.BeginOfLine(next.previousEnd, next.begin);
   const std::string_view lineEnd = layout_.LineEnd();
   std::string text;
   if (line == nullptr) text += lineEnd;
   for (const CzonNamedNode* section : sections) {
-    AppendSection(&text, *section, layout_.IndentationAt(begin), lineEnd);
+    AppendSection(&text, *section, layout_.IndentationAt(next.begin), lineEnd);
     text.append(lineEnd).append(lineEnd);
   }
-  edits_.Insert(line != nullptr ? line : begin, std::move(text));
+  edits_.Insert(line != nullptr ? line : next.begin, std::move(text));
 }
 
 }  // namespace zon

@@ -1,21 +1,24 @@
 // The edits that bring a text to a tree.
 //
-// The tree of the text (`before`) is aligned with the wanted tree (`after`), section by section. A node that
-// was loaded from the text knows its place in it (tree/zonnodetext.h), so it is paired with the node of
-// the same place, whatever it holds now; other nodes are paired by content and then by name. What is not
-// paired was removed or added. Only the characters of what differs are replaced.
+// The text is read item by item (reader/zonitemreader.h) beside the sections of the tree. A node that was
+// loaded from the text knows its place in it (tree/zonnodetext.h), so an item belongs to the node of
+// its place, whatever that holds now; only the characters of what differs are replaced. Items and nodes
+// between two that belong together are a gap. In most gaps there are only items, which were removed, or only
+// nodes, which were added. If there are both, they are aligned by content and then by name
+// (zonalignment.h), and an item that is paired so is rewritten as a text of its own.
 //
 // Invariant: edits do not overlap. An item is replaced or erased within its own lines; what is added is
 // inserted at the end of a line that stays, or before a line that begins with the next section.
-// Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
+// Memory: the items of the open gaps. Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONREWRITER_H
 #define ZON_SAVING_ZONREWRITER_H
 
-#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "reader/zonitembuilder.h"
 #include "saving/zonalignment.h"
 #include "saving/zonsavedtree.h"
 #include "saving/zonsourcelayout.h"
@@ -23,61 +26,83 @@
 
 namespace zon {
 
-class Rewriter {
+class Rewriter : public ItemVisitor {
  public:
-  explicit Rewriter(const FileText& text);
+  // Finds the edits; false if the text has an error. `knowsPlaces`: the text is the one that the tree was
+  // loaded from or saved to last. May throw std::bad_alloc.
+  static bool Rewrite(const std::shared_ptr<FileText>& text, bool knowsPlaces, SectionParts wanted,
+                      TextEdits* edits);
 
-  // May throw std::bad_alloc.
-  void Rewrite(const CzonTargetList& before, const CzonTargetList& after);
-
-  TextEdits& Edits() { return edits_; }
+  void OpenSection(const CzonNamedNode& header) override;
+  void VisitLine(const CzonNamedNode& line, const char* end) override;
+  void CloseSection(const char* begin, const char* end) override;
 
  private:
   using Nodes = std::vector<const CzonNamedNode*>;
   using Values = std::vector<const CzonNode*>;
 
-  // A section of the text and the one that it is to become.
-  struct Section {
-    const CzonNamedNode* before;
-    const CzonNamedNode* after;
-  };
-
-  // Where an item can be added.
-  struct Anchor {
-    const char* place;             // the end of what stays before it
-    std::string_view indentation;  // of the lines that are added
+  // An item of the text that belongs to no node so far.
+  struct Item {
+    const char* previousEnd;  // of the item or header before it
+    const char* begin;
+    const char* end;
     bool isSection;
+    AlignmentKey content;
+    AlignmentKey name;
   };
 
-  const char* OriginOf(const CzonNamedNode& node) const;
-  Alignment Align(const Nodes& before, const Nodes& after) const;
+  // The lines, or the inner sections, of a section: the wanted ones, and how far they are done.
+  struct Row {
+    Nodes wanted;
+    std::size_t next = 0;             // the first one that is not done
+    std::size_t candidate = 0;        // the next one that has a place in the rest of the text
+    std::vector<Item> items;          // of the text, since then
+    const char* lastBegin = nullptr;  // of the last item that stays; null for none
+    const char* lastEnd = nullptr;
+  };
 
-  void RewriteSection(const Section& section);
-  // Returns the last line that stays; null if none does.
-  const CzonNamedNode* RewriteLines(const Section& section, const SectionParts& before,
-                                    const SectionParts& after);
-  void RewriteSections(const Section& section, const SectionParts& before,
-                       const SectionParts& after, const CzonNamedNode* lastLine);
-  void RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after);
+  // A section that is open.
+  struct Level {
+    const CzonNamedNode* header;  // in the text; null for the file
+    const CzonNamedNode* node;    // that it belongs to; null for none, and for the file
+    bool isFollowed;              // false: nothing in it is compared
+    const char* previousEnd;      // of the item or header before the next one
+    Row lines;
+    Row sections;
+    Item item;  // of a section that belongs to no node
+  };
+
+  Rewriter(const FileText& text, bool knowsPlaces, TextEdits& edits);
+
+  Level& Top() { return levels_.back(); }
+  const CzonNamedNode* Match(Row& row, const CzonNamedNode& node, std::size_t* place) const;
+  void Finish(Level& level, Row& row, std::size_t wantedEnd, const Item* next);
+  void RewriteGap(Level& level, Row& row, std::size_t wantedEnd, const Item* next);
+  void RewriteItem(const Item& item, const CzonNamedNode& wanted);
+
   void RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after);
+  void RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after);
+  void RewriteEndComment(const CzonNamedNode& before, const CzonNamedNode& after, const char* end);
   void RewriteValues(const KeywordLayout& layout, const Values& before, const Values& after);
   void RewriteValue(const ValueLayout& layout, const CzonNode* before, const CzonNode* after);
   void RewriteRemark(const Span& place, const CzonNode* before, const CzonNode* after);
   void EraseValue(const KeywordLayout& layout, std::size_t n, bool isBehindOthers);
   void InsertValues(const KeywordLayout& layout, std::size_t n, const Values& values);
-  void Erase(const CzonNamedNode& owner, const CzonNamedNode& item);
-  void EraseItem(const char* previousEnd, const char* begin, const char* end, bool isSection);
-  const char* EndBefore(const CzonNamedNode& owner, const CzonNamedNode& item) const;
-  std::string_view InnerIndentation(const CzonNamedNode& section);
-  Anchor AnchorOf(const CzonNamedNode& section, const CzonNamedNode* previous);
-  void InsertAfter(const Anchor& anchor, const Nodes& items);
-  void InsertBefore(const CzonNamedNode& owner, const CzonNamedNode& next, const Nodes& sections);
+
+  void Erase(const Item& item);
+  void Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next);
+  void InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
+                   const Nodes& nodes);
+  void InsertBefore(const Item& next, const Nodes& sections);
+  std::string InnerIndentation(const Level& level) const;
 
   SourceLayout layout_;
   std::string_view text_;
-  TextEdits edits_;
-  std::vector<Section> open_;
-  std::deque<std::string> indentations_;
+  const bool knowsPlaces_;
+  TextEdits& edits_;
+  std::vector<Level> levels_;
+  const CzonNamedNode* pairedNode_ =
+      nullptr;  // that the first item belongs to, wherever it is from
 };
 
 }  // namespace zon

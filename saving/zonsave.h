@@ -1,4 +1,4 @@
-// Makes the text that a tree is saved as, and proves it: the text is loaded and compared with the tree.
+// Makes the text that a tree is saved as, and proves it: the text is read and compared with the tree.
 //
 // Where there is a present text, it is changed only where the tree differs (zonrewriter.h). A tree without
 // one, and one whose text cannot be changed into it, is written in the plain form.
@@ -7,32 +7,36 @@
 #define ZON_SAVING_ZONSAVE_H
 
 #include <memory>
+#include <string_view>
 
 #include "base/zonfiletext.h"
-#include "reader/zonparser.h"
+#include "saving/zonproof.h"
+#include "saving/zontextedits.h"
 #include "zonx/zonreporter.h"
 
 class CzonTargetList;
 
 namespace zon {
 
+// What a text is made of.
+struct SaveSources {
+  std::shared_ptr<FileText>
+      loaded;              // that the tree was loaded from or saved to last; null for none
+  const LoadedFile* file;  // what the handle keeps of it; null for nothing
+  std::shared_ptr<FileText> present;  // that is to be changed, mostly the same one; null for none
+};
+
 struct SavedText {
   std::shared_ptr<FileText> text;
-  std::unique_ptr<CzonParser>
-      parser;              // has the tree of the text, which is the same as the saved one
+  std::unique_ptr<TextEdits> edits;
+  std::unique_ptr<Proof> proof;
   bool isChanged = false;  // the text is not the present one
 };
 
-// Makes the text of a tree. `present` is the text that is to be changed, null for none. Returns ZONX_OK;
-// ZONX_FAULTY if the present text does not load; ZONX_UNWRITABLE. Both are reported. Throws
-// std::bad_alloc.
-int MakeSavedText(const CzonTargetList& root, const std::shared_ptr<FileText>& present,
-                  Reporter& reporter, SavedText* saved);
-
-inline std::string_view ViewOf(const FileText& text) {
-  if (text.Begin() == nullptr) return {};
-  return {text.Begin(), static_cast<std::size_t>(text.End() - text.Begin())};
-}
+// Makes the text of a tree. Returns ZONX_OK; ZONX_FAULTY if the present text does not load;
+// ZONX_UNWRITABLE. Both are reported. Throws std::bad_alloc.
+int MakeSavedText(const CzonTargetList& root, const SaveSources& sources, Reporter& reporter,
+                  SavedText* saved);
 
 }  // namespace zon
 

@@ -33,16 +33,6 @@ void AppendValueWithRemark(std::string* out, const CzonNode& value) {
   }
 }
 
-AlignmentKey Mix(AlignmentKey key, AlignmentKey more) {
-  return (key ^ more) * 0x9E3779B97F4A7C15U + (key >> 29);
-}
-
-AlignmentKey KeyOfHead(const CzonNamedNode& node) {
-  std::string name(NodeAccess::GetNameView(node));
-  for (char& c : name) c = static_cast<char>(Upper(c));
-  return Mix(std::hash<std::string>()(name), static_cast<AlignmentKey>(KindOf(node)));
-}
-
 // Visits a section and everything below it without recursion: `enter` before the parts of a section
 // and `leave` after them, `line` for each of its lines.
 template <class Enter, class Line, class Leave>
@@ -119,64 +109,49 @@ bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
 bool HasSameValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
   const std::string_view deferred = NodeAccess::DeferredText(wanted);
   if (!deferred.empty() && deferred == NodeAccess::DeferredText(loaded)) return true;
-  const std::vector<const CzonNode*> before = SavedValues(wanted);
-  const std::vector<const CzonNode*> after = SavedValues(loaded);
-  if (before.size() != after.size()) return false;
-  for (std::size_t n = 0; n < before.size(); ++n) {
-    if (!IsSameSavedValue(before[n], after[n])) return false;
+  const NodeSpan values = NodeAccess::Children(wanted);
+  const NodeSpan others = NodeAccess::Children(loaded);
+  if (values.Size() == 0 && others.Size() == 1) return IsSameSavedValue(nullptr, others[0]);
+  if (values.Size() != others.Size()) return false;
+  for (std::uint32_t n = 0; n < values.Size(); ++n) {
+    if (!IsSameSavedValue(values[n], others[n])) return false;
   }
   return true;
 }
 
-bool IsSameTree(const CzonTargetList& wanted, const CzonTargetList& loaded,
-                const CzonNamedNode** different) {
-  struct Pair {
-    const CzonNamedNode* wanted;
-    const CzonNamedNode* loaded;
-  };
-  std::vector<Pair> open{{&wanted, &loaded}};
-  while (!open.empty()) {
-    const Pair pair = open.back();
-    open.pop_back();
-    *different = pair.wanted;
-    const SectionParts a(*pair.wanted);
-    const SectionParts b(*pair.loaded);
-    if (a.hasOthers || a.lines.size() != b.lines.size() || a.sections.size() != b.sections.size()) {
-      return false;
-    }
-    for (std::size_t n = 0; n < a.lines.size(); ++n) {
-      *different = a.lines[n];
-      if (!IsSameHead(*a.lines[n], *b.lines[n]) || !HasSameValues(*a.lines[n], *b.lines[n])) {
-        return false;
-      }
-    }
-    for (std::size_t n = 0; n < a.sections.size(); ++n) {
-      *different = a.sections[n];
-      if (!IsSameHead(*a.sections[n], *b.sections[n])) return false;
-      open.push_back({a.sections[n], b.sections[n]});
-    }
-  }
-  *different = nullptr;
-  return true;
+AlignmentKey MixKeys(AlignmentKey key, AlignmentKey more) {
+  return (key ^ more) * 0x9E3779B97F4A7C15U + (key >> 29);
+}
+
+AlignmentKey KeyOfHead(const CzonNamedNode& node) {
+  std::string name(NodeAccess::GetNameView(node));
+  for (char& c : name) c = static_cast<char>(Upper(c));
+  return MixKeys(std::hash<std::string>()(name), static_cast<AlignmentKey>(KindOf(node)));
 }
 
 AlignmentKey KeyOfContent(const CzonNamedNode& node) {
-  AlignmentKey key = 1;
-  const auto addHead = [&](const CzonNamedNode& head, std::size_t) {
-    key = Mix(key, KeyOfHead(head));
+  std::vector<AlignmentKey> keys{0};
+  const auto enter = [&](const CzonNamedNode& head, std::size_t) {
+    keys.push_back(KeyOfHead(head));
   };
-  const auto addLine = [&](const CzonNamedNode& line, std::size_t) {
-    addHead(line, 0);
-    for (const CzonNode* value : SavedValues(line)) {
-      if (value != nullptr) key = Mix(key, KeyOfValue(*value));
+  const auto line = [&](const CzonNamedNode& keyword, std::size_t) {
+    AlignmentKey key = KeyOfHead(keyword);
+    for (const CzonNode* value : SavedValues(keyword)) {
+      if (value != nullptr) key = MixKeys(key, KeyOfValue(*value));
     }
+    keys.back() = keys.size() > 1 ? MixKeys(keys.back(), key) : key;
+  };
+  const auto leave = [&](const CzonNamedNode&, std::size_t level) {
+    const AlignmentKey key = keys.back();
+    keys.pop_back();
+    keys.back() = level > 0 ? MixKeys(keys.back(), key) : key;
   };
   if (NodeAccess::IsSection(node)) {
-    Walk(node, addHead, addLine, addHead);
+    Walk(node, enter, line, leave);
   } else {
-    addLine(node, 0);
+    line(node, 0);
   }
-  return key | 1;
+  return keys.back();
 }
 
 void AppendName(std::string* out, const CzonNamedNode& node) {

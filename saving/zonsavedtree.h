@@ -35,12 +35,11 @@ std::vector<const CzonNode*> SavedValues(const CzonNamedNode& keyword);
 bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
 bool HasSameValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
 
-// Whether a text that was loaded gives the tree. Else `different` is a node of the tree that differs.
-bool IsSameTree(const CzonTargetList& wanted, const CzonTargetList& loaded,
-                const CzonNamedNode** different);
-
-// The whole content of a node as a key; the same for the same data.
+// Keys of the name and class of a node, and of its whole content: that of a line, or that of the head of a
+// section with those of its parts mixed in, in their order.
+AlignmentKey KeyOfHead(const CzonNamedNode& node);
 AlignmentKey KeyOfContent(const CzonNamedNode& node);
+AlignmentKey MixKeys(AlignmentKey key, AlignmentKey more);
 
 // The name with its marker, and "{remark}" after a blank if there is one.
 void AppendName(std::string* out, const CzonNamedNode& node);

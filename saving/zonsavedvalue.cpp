@@ -19,16 +19,24 @@
 namespace zon {
 namespace {
 
+// Whether a value is of the class itself. Compares addresses: a second copy of a type_info takes the
+// general way.
+template <class T>
+bool Is(const CzonNode& value) {
+  return &typeid(value) == &typeid(T);
+}
+
 std::string_view TextOf(const CzonNode& value) {
-  const auto* param = dynamic_cast<const CzonParam*>(&value);
+  const CzonParam* param = AsParam(&value);
   return param != nullptr ? NodeAccess::GetTextView(*param) : std::string_view();
 }
 
 bool IsSingle(const CzonNode& value) {
-  return dynamic_cast<const CzonFloat*>(&value) != nullptr;
+  return !Is<CzonReal>(value) && dynamic_cast<const CzonFloat*>(&value) != nullptr;
 }
 
 double RealOf(const CzonNode& value) {
+  if (Is<CzonReal>(value)) return static_cast<const CzonReal&>(value).CzonReal::GetDouble();
   if (dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
     return static_cast<double>(value.GetFloat());
   }
@@ -48,7 +56,7 @@ bool IsWholeText(std::string_view text) {
 // The digits of an integer. One that is no number of a file has its integer view alone.
 std::string DigitsOf(const CzonNode& value) {
   const std::string_view text = TextOf(value);
-  const bool isVariable = dynamic_cast<const CzonIntRef*>(&value) != nullptr;
+  const bool isVariable = !Is<CzonInt>(value) && dynamic_cast<const CzonIntRef*>(&value) != nullptr;
   return !isVariable && IsWholeText(text) ? std::string(text) : std::to_string(value.GetInt());
 }
 
@@ -75,7 +83,7 @@ std::string RealText(const CzonNode& value) {
   const double real = RealOf(value);
   if (IsSingle(value)) return FewestDigits(static_cast<float>(real));
   const std::string_view text = TextOf(value);
-  if (typeid(value) == typeid(CzonReal) && !text.empty() && AreSameBits(TextToDouble(text), real)) {
+  if (Is<CzonReal>(value) && !text.empty() && AreSameBits(TextToDouble(text), real)) {
     const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
     bool isWhole = false;
     const char* const end = text.data() + text.size();
@@ -85,7 +93,7 @@ std::string RealText(const CzonNode& value) {
 }
 
 std::string_view StringOf(const CzonNode& value) {
-  return typeid(value) == typeid(CzonString) ? TextOf(value) : std::string_view(value.GetString());
+  return Is<CzonString>(value) ? TextOf(value) : std::string_view(value.GetString());
 }
 
 std::string_view CharactersOf(const CzonNode& value, int kind) {
@@ -103,6 +111,13 @@ void AppendQuoted(std::string* out, std::string_view text) {
 }
 
 }  // namespace
+
+// Values in an arena are mostly loaded ones: a cast would compare the names of their classes.
+const CzonParam* AsParam(const CzonNode* value) {
+  if (value == nullptr) return nullptr;
+  if (NodeAccess::IsArenaValue(*value)) return static_cast<const CzonParam*>(value);
+  return dynamic_cast<const CzonParam*>(value);
+}
 
 int SavedKind(const CzonNode& value) {
   const int kind = KindOf(value);
@@ -144,10 +159,14 @@ void AppendValue(std::string* out, const CzonNode& value) {
 }
 
 bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
+  if (Is<CzonReal>(wanted) && Is<CzonReal>(loaded)) {
+    return AreSameBits(RealOf(wanted), RealOf(loaded));
+  }
   const int kind = SavedKind(wanted);
   if (kind != SavedKind(loaded)) return false;
   switch (kind) {
     case ZONX_INTEGER:
+      if (Is<CzonInt>(wanted) && TextOf(wanted) == TextOf(loaded)) return true;
       return NormalDigits(wanted) == NormalDigits(loaded);
     case ZONX_REAL:
       if (IsSingle(wanted)) {

@@ -9,6 +9,7 @@
 #include "saving/zonalignment.h"
 
 class CzonNode;
+class CzonParam;
 
 namespace zon {
 
@@ -23,6 +24,9 @@ bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded);
 
 // Values with the same data have the same key, if both or neither are in single precision.
 AlignmentKey KeyOfValue(const CzonNode& value);
+
+// The value as one that has a text; null for a node of the host that has none.
+const CzonParam* AsParam(const CzonNode* value);
 
 // The kind of a value as it would be loaded from its place.
 int SavedKind(const CzonNode& value);

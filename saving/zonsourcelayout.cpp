@@ -93,38 +93,6 @@ HeaderLayout SourceLayout::ReadHeader(const CzonNamedNode& section) const {
   return layout;
 }
 
-// Descends to the last item and comes back over the words that end the sections around it. The depth of
-// a text that loads is small.
-Span SourceLayout::EndWord(const CzonNamedNode& section) const {
-  std::size_t open = 1;
-  const CzonNamedNode* inner = &section;
-  const char* at = nullptr;
-  while (at == nullptr) {
-    const NodeSpan children = NodeAccess::Children(*inner);
-    if (children.Size() == 0) {
-      at = ReadHeader(*inner).remark.end;
-    } else {
-      const auto* last = static_cast<const CzonNamedNode*>(children[children.Size() - 1]);
-      if (NodeAccess::IsSection(*last)) {
-        inner = last;
-        ++open;
-      } else {
-        at = ReadKeyword(*last).end;
-      }
-    }
-  }
-  Span word{at, at};
-  for (; open > 0; --open) {
-    word.begin = SkipGaps(word.end, end_);
-    word.end = SkipWord(word.begin, end_);
-  }
-  return word;
-}
-
-const char* SourceLayout::EndOf(const CzonNamedNode& item) const {
-  return NodeAccess::IsSection(item) ? EndWord(item).end : ReadKeyword(item).end;
-}
-
 const char* SourceLayout::BeginOfLine(const char* previousEnd, const char* token) const {
   const char* line = previousEnd == begin_ ? begin_ : nullptr;
   for (const char* at = previousEnd; at < token;) {

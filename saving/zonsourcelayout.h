@@ -49,12 +49,6 @@ class SourceLayout {
   KeywordLayout ReadKeyword(const CzonNamedNode& keyword) const;
   HeaderLayout ReadHeader(const CzonNamedNode& section) const;
 
-  // The word EndSect of a section.
-  Span EndWord(const CzonNamedNode& section) const;
-
-  // Where a line or a section ends, without the comment after it.
-  const char* EndOf(const CzonNamedNode& item) const;
-
   // If a line begins between the end of an item and the next token, and so the token is the first of its
   // line: where the line begins. Else null.
   const char* BeginOfLine(const char* previousEnd, const char* token) const;

@@ -13,14 +13,26 @@ std::vector<std::string_view> TextEdits::Apply(std::string_view text) {
   const auto add = [&](const char* begin, const char* limit) {
     if (begin < limit) pieces.emplace_back(begin, static_cast<std::size_t>(limit - begin));
   };
-  for (const Edit& edit : edits_) {
+  std::ptrdiff_t shift = 0;
+  for (Edit& edit : edits_) {
     if (edit.begin < at) return {};
     add(at, edit.begin);
     if (!edit.by.empty()) pieces.emplace_back(edit.by);
     at = edit.end;
+    shift += static_cast<std::ptrdiff_t>(edit.by.size()) - (edit.end - edit.begin);
+    edit.shift = shift;
   }
   add(at, end);
   return pieces;
+}
+
+const char* TextEdits::Moved(const char* place) const {
+  const auto next =
+      std::upper_bound(edits_.begin(), edits_.end(), place,
+                       [](const char* wanted, const Edit& edit) { return wanted < edit.begin; });
+  if (next == edits_.begin()) return place;
+  const Edit& last = *(next - 1);
+  return place < last.end ? nullptr : place + last.shift;
 }
 
 }  // namespace zon

@@ -3,9 +3,11 @@
 #ifndef ZON_SAVING_ZONTEXTEDITS_H
 #define ZON_SAVING_ZONTEXTEDITS_H
 
+#include <cstddef>
 #include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zon {
@@ -15,7 +17,7 @@ class TextEdits {
   // Replaces the characters from `begin` to `end`. What is inserted at one place comes in the order of
   // the calls.
   void Replace(const char* begin, const char* end, std::string by) {
-    edits_.push_back({begin, end, std::move(by)});
+    edits_.push_back({begin, end, std::move(by), 0});
   }
   void Insert(const char* at, std::string text) { Replace(at, at, std::move(text)); }
   void Erase(const char* begin, const char* end) { Replace(begin, end, std::string()); }
@@ -26,11 +28,16 @@ class TextEdits {
   // overlap.
   std::vector<std::string_view> Apply(std::string_view text);
 
+  // After Apply: where a character would be if the changed text began where the text did; null if it
+  // was replaced.
+  const char* Moved(const char* place) const;
+
  private:
   struct Edit {
     const char* begin;
     const char* end;
     std::string by;
+    std::ptrdiff_t shift = 0;  // of what follows; set by Apply
   };
 
   std::deque<Edit> edits_;

@@ -16,7 +16,6 @@
 #include "base/zonenvironment.h"
 #include "base/zonfilereplacement.h"
 #include "paths/zonfilepath.h"
-#include "saving/zonrebinding.h"
 #include "saving/zonsave.h"
 #include "saving/zonsettings.h"
 #include "tree/zonsection.h"
@@ -142,7 +141,7 @@ int Save::FindTarget(const char* fileName) {
   target_.path = fileName != nullptr ? AbsoluteName(fileName) : file_->path;
   target_.isLoaded =
       file_ != nullptr && (target_.path == file_->path || IsSameFile(target_.path, file_->path));
-  const std::string_view text = text_ != nullptr ? ViewOf(*text_) : std::string_view();
+  const std::string_view text = text_ != nullptr ? text_->View() : std::string_view();
   target_.content = CompareContent(target_.path, text, &target_.systemError);
   if (target_.isLoaded && file_->isInMemory && target_.content != Content::kSame) {
     if (fileName == nullptr) return ZONX_BAD_ARGUMENT;
@@ -200,16 +199,16 @@ int Save::MakeText() {
   if (file_ != nullptr && !Has(ZONX_NAMES_AS_WRITTEN)) {
     MoveFilenames(root, file_->path, target_.path, changes_);
   }
-  std::shared_ptr<FileText> present;
-  const int status = ReadPresent(&present);
-  return status == ZONX_OK ? MakeSavedText(root, present, reporter_, &saved_) : status;
+  SaveSources sources{text_, file_, nullptr};
+  const int status = ReadPresent(&sources.present);
+  return status == ZONX_OK ? MakeSavedText(root, sources, reporter_, &saved_) : status;
 }
 
 // Whether the file has the text already.
 bool Save::IsWritten() const {
   const bool isSame = target_.isLoaded && target_.content == Content::kSame;
   if (isSame && !Has(ZONX_PLAIN)) return !saved_.isChanged;
-  return CompareContent(target_.path, ViewOf(*saved_.text), nullptr) == Content::kSame;
+  return CompareContent(target_.path, saved_.text->View(), nullptr) == Content::kSame;
 }
 
 int Save::Write(const char* fileName) {
@@ -217,15 +216,13 @@ int Save::Write(const char* fileName) {
   auto file = std::make_unique<LoadedFile>();
   file->path = target_.path;
   file->settings = SettingsOf(root);
-  Rebinding rebinding(text_, saved_.text);
-  rebinding.Prepare(root, *saved_.parser->GetRoot(), file_);
   const auto empty = std::make_shared<FileText>();
   FileNameChange name(root, fileName);
   if (!IsWritten()) {
     ReplaceOptions options;
     options.mustBeNew = Has(ZONX_NEW);
     options.keepsBackup = Has(ZONX_BACKUP);
-    const int error = ReplaceFile(target_.path, ViewOf(*saved_.text), options);
+    const int error = ReplaceFile(target_.path, saved_.text->View(), options);
     if (error != 0) {
       if (error == EEXIST && options.mustBeNew) {
         return Report(ZONX_EXISTS, "exists", "the file exists");
@@ -235,7 +232,7 @@ int Save::Write(const char* fileName) {
   }
   name.Keep();
   changes_.Keep();
-  rebinding.Commit(*file);
+  saved_.proof->Move(*file);
   HandleAccess::ReplaceText(data_, empty);
   HandleAccess::SetFile(data_, std::move(file));
   return ZONX_OK;
@@ -292,7 +289,7 @@ int zonxText(void* handle, unsigned int flags, char** text, size_t* size, zonxRe
     zon::Reporter reporter(function, context, name.c_str());
     zon::SavedText saved;
     const int status = zon::Save(*data, flags, reporter).ToText(&saved);
-    return status == ZONX_OK ? zon::CopyText(zon::ViewOf(*saved.text), text, size) : status;
+    return status == ZONX_OK ? zon::CopyText(saved.text->View(), text, size) : status;
   });
 }
 

@@ -56,6 +56,12 @@ struct NodeAccess {
   static bool IsSection(const CzonNode& node) { return node.Has(CzonNode::kSection); }
   static bool IsKeyword(const CzonNode& node) { return node.Has(CzonNode::kKeyword); }
 
+  // Whether the node is one of the library's values. All in an arena are; the class of any other is not
+  // looked at.
+  static bool IsArenaValue(const CzonNode& node) {
+    return node.Has(CzonNode::kInArena) && !node.Has(CzonNode::kNamed);
+  }
+
   // The instance number.
   static std::int32_t GetNumber(const CzonNode& node) { return node.instance_; }
   static void SetNumber(CzonNode& node, std::int32_t number) { node.instance_ = number; }
@@ -79,6 +85,16 @@ struct NodeAccess {
   static bool HasOneRepeat(const Section& section) {
     const std::uint32_t names = section.keywords_.index.used;
     return names > 1 && section.keywords_.ordered.size == names + 1;
+  }
+
+  // Whether any section of a list, or keyword of a section, has the name of another one.
+  template <class List>
+  static bool HasRepeatedSections(const List& list) {
+    return list.sections_.index.used < list.sections_.ordered.size;
+  }
+  template <class Section>
+  static bool HasRepeatedKeywords(const Section& section) {
+    return section.keywords_.index.used < section.keywords_.ordered.size;
   }
 
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
