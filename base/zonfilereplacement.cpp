@@ -265,13 +265,12 @@ int WriteInPlace(const Place& place, const struct stat& facts, std::string_view 
     return error != 0 ? error : Settle(file.Get());
   }
   FileText old;
-  int error = ReadOld(place, &old);
-  if (error != 0 && error != EACCES) return error;
+  ReadOld(place, &old);
   const Descriptor file(OpenAt(place, O_WRONLY));
   if (!file.IsOpen()) return errno;
   if (options.keepsBackup && !place.isOpenFile) {
     TemporaryFile backup(place.folder.Get());
-    error = MakeBackup(place, facts, &backup);
+    int error = MakeBackup(place, facts, &backup);
     if (error == 0) error = backup.Rename(place.name + "~");
     if (error != 0) return error;
   }
@@ -303,7 +302,6 @@ int ReplaceFile(const std::string& name, std::string_view text, const ReplaceOpt
   if (error == ENOENT) return ReplaceInOneStep(place, nullptr, text, options);
   if (error != 0) return error;
   if (options.mustBeNew) return EEXIST;
-  if (S_ISDIR(facts.st_mode)) return EISDIR;
   if (place.isOpenFile || !S_ISREG(facts.st_mode) || facts.st_nlink > 1) {
     return WriteInPlace(place, facts, text, options);
   }

@@ -18,7 +18,8 @@ struct ReplaceOptions {
 };
 
 // Makes the text the whole content of the file, which is created if it is missing. A symbolic link stays
-// a link; its target is replaced or created.
+// a link; its target is replaced or created. The right to write the folder is what counts, not that of
+// the file. A named pipe without a reader blocks, and the thread cannot be cancelled meanwhile.
 //
 // Returns 0, or the errno of what failed. Then the file is as it was; if only the folder could not be
 // synced in the end, it is new. A file that is written in place (one with several hard links, a device, a
