@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdint>
 #include <sstream>
-#include <type_traits>
 #include <typeinfo>
 
 #include "api/zonx.h"
@@ -111,20 +110,25 @@ int ReadPlainValue(const char* at, const char* end, const char** next, double* o
   return Finite(TextToDouble({at, static_cast<std::size_t>(endOfNumber - at)}), out);
 }
 
-// Reads the first values of the block at `at` and adds their number to *count. Returns where the next one
-// begins.
+// Reads the first values of the block at `at` and adds their number to *count. Returns the end of the last
+// one; null if none could be read.
 const char* ReadBlock(const char* at, double* out, std::size_t room, std::size_t* count) {
+  const char* end = nullptr;
   std::size_t number = *count;
-  for (NumberBlock block(at); block.HasValue();) {
+  for (NumberBlock block(at); block.HasValue(); ++number) {
     double value = 0.0;
     const char* const next = block.Read(&value);
     if (next == nullptr) break;
     if (number < room) out[number] = value;
-    ++number;
-    at = next;
+    end = next;
   }
   *count = number;
-  return at;
+  return end;
+}
+// Lists of integers are not read in blocks.
+template <class T>
+const char* ReadBlock(const char*, T*, std::size_t, std::size_t*) {
+  return nullptr;
 }
 
 // So many values are read one by one after a block of which none could be.
@@ -137,24 +141,20 @@ int ReadPlainList(std::string_view list, T* out, std::size_t room, std::size_t* 
   const char* const end = at + list.size();
   std::size_t nextBlock = 0;
   for (std::size_t number = 0;;) {
-    if constexpr (std::is_same_v<T, double>) {
-      if (number >= nextBlock && end - at >= NumberBlock::kSize) {
-        nextBlock = number + kBetweenBlocks;
-        const std::size_t before = number;
-        at = ReadBlock(at, out, room, &number);
-        if (number != before) {
-          nextBlock = number;
-          continue;
-        }
-      }
+    const char* endOfValue = nullptr;
+    if (number >= nextBlock && end - at >= CharBlock::kSize) {
+      endOfValue = ReadBlock(at, out, room, &number);
+      if (endOfValue == nullptr) nextBlock = number + kBetweenBlocks;
     }
-    at = SkipSpace(at, end);
-    T value{};
-    const int status = ReadPlainValue(at, end, &at, &value);
-    if (number < room && status == ZONX_OK) out[number] = value;
-    *count = ++number;
-    if (status != ZONX_OK) return status;
-    at = SkipSpace(at, end);
+    if (endOfValue == nullptr) {
+      T value{};
+      const int status = ReadPlainValue(SkipSpace(at, end), end, &endOfValue, &value);
+      if (number < room && status == ZONX_OK) out[number] = value;
+      ++number;
+      *count = number;
+      if (status != ZONX_OK) return status;
+    }
+    at = SkipSpace(endOfValue, end);
     if (at == end) return ZONX_OK;
     ++at;
   }
