@@ -4,7 +4,7 @@
 // compared by shifts, and a run of digits is followed to its end by the carry of an addition. No branch
 // depends on the length of a number.
 //
-// Only usual values are recognised: an optional minus sign and digits with at most one point. A block ends
+// Only usual values are recognised: an optional minus sign, digits, at most one point. A block ends
 // before anything else, and its user takes that value in the general way. So a block may hold less than
 // the list allows, never more.
 // Tested by Zonx.ListsInBlocks in tests/zonx_test.cpp.

@@ -110,8 +110,8 @@ int ReadPlainValue(const char* at, const char* end, const char** next, double* o
   return Finite(TextToDouble({at, static_cast<std::size_t>(endOfNumber - at)}), out);
 }
 
-// Reads the first values of the block at `at` and adds their number to *count. Returns the end of the last
-// one; null if none could be read.
+// Reads the first values of the block at `at` and adds their number to *count. Returns the end of the
+// last one; null if none could be read.
 const char* ReadBlock(const char* at, double* out, std::size_t room, std::size_t* count) {
   const char* end = nullptr;
   std::size_t number = *count;
