@@ -40,7 +40,8 @@ struct Spare {
 
 Spare spares[] = {{kChunkSizes[5], nullptr},     {kChunkSizes[6], nullptr},
                   {kChunkSizes[7], nullptr},     {kTextChunkSizes[0], nullptr},
-                  {kTextChunkSizes[1], nullptr}, {kTextChunkSizes[2], nullptr}};
+                  {kTextChunkSizes[1], nullptr}, {kTextChunkSizes[2], nullptr},
+                  {kTextChunkSizes[3], nullptr}};
 
 // The one for chunks of exactly this size; null if there is none.
 Spare* FindSpare(std::size_t size) {

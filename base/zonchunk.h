@@ -16,7 +16,7 @@ constexpr std::size_t kChunkSizes[] = {
 // The sizes for the text of a file. They differ from those above, so that the nodes made of a text do
 // not take the memory that the next text could use again.
 constexpr std::size_t kTextChunkSizes[] = {std::size_t{512} << 10, std::size_t{2} << 20,
-                                           std::size_t{8} << 20};
+                                           std::size_t{8} << 20, std::size_t{16} << 20};
 
 // Allocates at least `size` bytes, aligned for every type, and stores in `size` how many. Returns
 // null if out of memory.

@@ -136,19 +136,20 @@ class ShortNumber {
   // power of ten that a double holds exactly, one multiplication or division rounds correctly.
   bool ToDouble(bool negative, double* value) const {
     if (digits_ > (std::uint64_t{1} << 53)) return false;
-    // A table, as half of the signs would be mispredicted.
-    static constexpr double kSigns[] = {1.0, -1.0};
-    const double mantissa = static_cast<double>(digits_) * kSigns[negative ? 1 : 0];
-    if (scale_ == 0) {
-      *value = mantissa;
-    } else if (scale_ < 0 && scale_ >= -kLargestExactPower) {
-      *value = mantissa / kPowersOfTen[-scale_];
+    const auto digits = static_cast<std::int64_t>(digits_);
+    if (scale_ <= 0 && scale_ >= -kLargestExactPower) {
+      *value = Divide(negative, digits, static_cast<unsigned>(-scale_));
     } else if (scale_ > 0 && scale_ <= kLargestExactPower) {
-      *value = mantissa * kPowersOfTen[scale_];
+      *value = WithSign(negative, digits) * kPowersOfTen[scale_];
     } else {
       return false;
     }
     return true;
+  }
+
+  // Digits up to 2^53, `fraction` of them after the point, at most 22: the division rounds correctly.
+  static double Divide(bool negative, std::int64_t digits, std::size_t fraction) {
+    return WithSign(negative, digits) / kPowersOfTen[fraction];
   }
 
  private:
@@ -160,6 +161,12 @@ class ShortNumber {
   static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                             1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+  // By a table, as half of the signs would be mispredicted.
+  static double WithSign(bool negative, std::int64_t digits) {
+    static constexpr double kSigns[] = {1.0, -1.0};
+    return static_cast<double>(digits) * kSigns[negative ? 1 : 0];
+  }
 
   const char* ReadDigits(const char* at, const char* end) {
     while (end - at >= 8) {

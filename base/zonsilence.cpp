@@ -11,12 +11,8 @@ bool IsSilent() {
   return isSilent;
 }
 
-Silence::Silence(bool on) : before_(isSilent) {
-  isSilent = on;
-}
-
-Silence::~Silence() {
-  isSilent = before_;
+Silence::Silence(bool on) : state_(isSilent), before_(state_) {
+  state_ = on;
 }
 
 }  // namespace zon

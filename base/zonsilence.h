@@ -13,10 +13,11 @@ class Silence {
   explicit Silence(bool on = true);
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
-  ~Silence();
+  ~Silence() { state_ = before_; }
 
  private:
-  bool before_;
+  bool& state_;  // of the thread: it is looked up once
+  const bool before_;
 };
 
 }  // namespace zon

@@ -170,6 +170,43 @@ TEST(Zonx, ListsOfTextAndOfNodes) {
   EXPECT_EQ(bools[0], 1);
 }
 
+// A value at every place of a block of characters, and whether a load has nothing to report of it.
+TEST(Zonx, ListsInBlocks) {
+  const std::pair<const char*, bool> rows[] = {
+      {"12.25", true},       {"-0", true},           {"-.5", true},
+      {"5.", true},          {"1e-3", true},         {"+7.5", true},
+      {"\n 8", true},        {"8\t", true},          {"1", true},
+      {"123456789", true},   {"0000000000.1", true}, {"123456789.123456", true},
+      {"1.2.3", false},      {"1..2", false},        {"0.1234567890123456", true},
+      {".", false},          {"-.", false},          {".9007199254740993", true},
+      {"1-2", false},        {"--1", false},         {"1 2", false},
+      {"-2147483649", false}};
+  for (const auto& [value, isSound] : rows) {
+    for (std::size_t shift = 0; shift < 64; ++shift) {
+      SCOPED_TRACE(std::string(value) + " after " + std::to_string(shift));
+      std::string list;
+      for (int n = 0; n < 40; ++n) {
+        if (n == 28) list.append(shift, ' ');
+        list += (n != 30 ? "-123.5" : value) + std::string(", ");
+      }
+      const std::string text = "[A]\n k = " + list + "1\nEndSect\n";
+      host::Collected reports;
+      host::File file(nullptr);
+      zonxLoadText(text.data(), text.size(), "f", file.Address(), host::Collected::Add, &reports);
+      ASSERT_EQ(reports.texts.empty(), isSound);
+      if (!isSound) continue;
+      std::vector<double> expected(41, -123.5);
+      expected[30] = std::strtod(value, nullptr);
+      expected[40] = 1;
+      std::vector<double> doubles(41);
+      std::size_t count = 0;
+      ASSERT_EQ(zonxGetDoubles(file, "A/k", doubles.data(), doubles.size(), &count), ZONX_OK);
+      ASSERT_EQ(doubles, expected);
+      ASSERT_EQ(std::signbit(doubles[30]), value[0] == '-');
+    }
+  }
+}
+
 // "line:column+length" and the text at the place.
 std::string Where(void* node, const std::string& text) {
   zonxPlace place{};

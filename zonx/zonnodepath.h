@@ -22,28 +22,6 @@ struct PathStep {
   bool isRead = false;  // false for no step
 };
 
-// Walks along a path.
-class PathReader {
- public:
-  explicit PathReader(const char* path) : at_(path) {}
-
-  // Reads the next name. False at the end, before "[n]", and if the path is malformed.
-  bool ReadStep(PathStep* step);
-
-  // Reads the "[n]" at the end; 0 if there is none.
-  unsigned int ReadValueNumber();
-
-  bool IsAtEnd() const { return *at_ == '\0' && !isMalformed_; }
-  bool IsMalformed() const { return isMalformed_; }
-
- private:
-  unsigned int ReadNumber();
-  bool Fail();
-
-  const char* at_;
-  bool isMalformed_ = false;
-};
-
 struct FoundNode {
   int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT
   CzonNode* node;            // what was found: a root, section, keyword or value
