@@ -18,10 +18,8 @@
 #include "tree/zonsection.h"
 
 namespace zon {
-namespace {
 
-// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
-// that is neither. The usual handles of files are recognised first: a cast to another class is slow.
+// The usual handles of files are recognised first: a cast to another class is slow.
 bool FindStart(void* fileOrNode, CzonNode** node) {
   const std::type_info* type = &typeid(*static_cast<const CzonBase*>(fileOrNode));
   const bool isFile = type == &typeid(CzonLoad) || type == &typeid(CzonCreate);
@@ -43,6 +41,7 @@ CzonNode* FindKeyword(const CzonNode& node, const PathStep& step) {
 }
 
 CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
+  if (step.name.empty()) return nullptr;
   if (NodeAccess::IsList(node)) {
     const auto& list = static_cast<const CzonTargetList&>(node);
     if (NodeAccess::IsOfLibrary(list)) {
@@ -52,13 +51,14 @@ CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
   return node.SectionByNameNum(std::string(step.name).c_str(), step.instance);
 }
 
-// The nodes of a host's class are asked by their operations, which it can override.
+namespace {
+
 CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSection) {
   if (!step.isSection) {
     CzonNode* keyword = FindKeyword(node, step);
     if (keyword != nullptr || !mayBeSection) return keyword;
   }
-  return step.name.empty() ? nullptr : FindSection(node, step);
+  return FindSection(node, step);
 }
 
 }  // namespace

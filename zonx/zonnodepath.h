@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-class CzonBase;
 class CzonNode;
 
 namespace zon {
@@ -43,6 +42,15 @@ class PathReader {
   const char* at_;
   bool isMalformed_ = false;
 };
+
+// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
+// that is neither; it is not null.
+bool FindStart(void* fileOrNode, CzonNode** node);
+
+// The keyword or the section of a step; null if there is none. The nodes of a host's class are asked by
+// their operations, which it can override.
+CzonNode* FindKeyword(const CzonNode& node, const PathStep& step);
+CzonNode* FindSection(const CzonNode& node, const PathStep& step);
 
 struct FoundNode {
   int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT
