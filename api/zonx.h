@@ -1,6 +1,6 @@
 /** @file
  * The second flat interface of zon: a status from every call, every error of a file in one run with
- * its place and a hint, texts from memory, and values by path. C99 and C++17.
+ * its place and a hint, texts from memory, and values by path, to read and to set. C99 and C++17.
  *
  * Handles and nodes are those of zon.h; a host can use both interfaces on the same handle. A function
  * of this header returns a zonxStatus, calls no hook of zon.h, and neither reads nor sets its code. No
