@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -50,14 +49,15 @@ std::string_view TextOf(const CzonNode& value) {
   return NodeAccess::GetTextView(static_cast<const CzonParam&>(value));
 }
 
-bool AreSameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+// 0.0 and -0.0 are two numbers.
+bool AreSame(double a, double b) {
+  return a == b && std::signbit(a) == std::signbit(b);
 }
 
 // A float is written with six digits, and keeps its node only if these are the whole number.
 bool FitsFloat(double value) {
   const float narrow = NodeAccess::GetFloatView<CzonNumeric>(value);
-  return AreSameBits(TextToDouble(NumberText::OfFloat(narrow).View()), value);
+  return AreSame(TextToDouble(NumberText::OfFloat(narrow).View()), value);
 }
 
 bool CanHold(const CzonNode& old, const CzonParam& by) {
@@ -83,7 +83,7 @@ bool AreEqualIntegers(const CzonNode& a, const CzonNode& b) {
 }
 
 bool AreEqualReals(const CzonNode& a, const CzonNode& b) {
-  return AreSameBits(a.GetDouble(), b.GetDouble()) &&
+  return AreSame(a.GetDouble(), b.GetDouble()) &&
          (std::isfinite(a.GetDouble()) || TextOf(a) == TextOf(b));
 }
 
