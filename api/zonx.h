@@ -1,6 +1,6 @@
 /** @file
  * The second flat interface of zon: a status from every call, every error of a file in one run with
- * its place and a hint, texts from memory, and values by path. C99 and C++17.
+ * its place and a hint, texts from memory, and values by path, to read and to set. C99 and C++17.
  *
  * Handles and nodes are those of zon.h; a host can use both interfaces on the same handle. A function
  * of this header returns a zonxStatus, calls no hook of zon.h, and neither reads nor sets its code. No
@@ -269,6 +269,71 @@ ZON_API int zonxGetBools(void* fileOrNode, const char* path, int* out, size_t ro
 ZON_API int zonxGetStrings(void* fileOrNode, const char* path, const char** out, size_t room,
                            size_t* count);
 /** @} */
+
+/* ---- Changing ------------------------------------------------------------------------------------ */
+
+/** Set a value by path: the first one of a keyword, or the one that "[n]" selects.
+ *
+ *  Sections and the keyword are created if they are missing, each after the last of its kind, a first
+ *  keyword before all sections. Of n sections or keywords of a name, n + 1 creates one more. "[n]" one
+ *  past the last value appends. The path can also begin at a keyword, and be empty or "[n]", or at a
+ *  value, and be empty.
+ *
+ *  An equal value stays as it is, so it keeps its spelling and its place. A value of the same kind keeps
+ *  its node; its text is new. A value of another kind, an empty place and a reference to a variable of
+ *  the host are replaced: their handles are no longer valid. Remarks stay. Setting is not reading, see
+ *  zonxWatch. A real is written with the fewest digits that are read back as the same double.
+ *
+ *  @code
+ *  zonxSetDouble(file, "Quay:2/Length", 96.5);
+ *  zonxSetString(file, "Quay:2/Berth/Name", "east");   // creates what is missing
+ *  zonxSetInt64(file, "Run/Steps[4]", 12);             // appends to three values
+ *  @endcode
+ *
+ *  @param value  is copied; a null text is ZONX_BAD_ARGUMENT. The value of zonxSetFilename is the name
+ *      as it is to be written; "/" and "\" in it are equal. 0 is false for zonxSetBool.
+ *  @return ZONX_OK; ZONX_MISSING: a number that is more than one past the last, or a handle without a
+ *      tree; ZONX_OUT_OF_RANGE: not a number, or infinite; ZONX_BAD_ARGUMENT: null, a malformed path,
+ *      one that ends with "/", a keyword that would be in no section, the number 0, or a new name that
+ *      the format does not allow; ZONX_NO_MEMORY. If it is not ZONX_OK the tree is as before. @{ */
+ZON_API int zonxSetInt64(void* fileOrNode, const char* path, long long value);
+ZON_API int zonxSetDouble(void* fileOrNode, const char* path, double value);
+ZON_API int zonxSetBool(void* fileOrNode, const char* path, int value);
+ZON_API int zonxSetString(void* fileOrNode, const char* path, const char* value);
+ZON_API int zonxSetFilename(void* fileOrNode, const char* path, const char* value);
+/** @} */
+
+/** Replaces all values of a keyword by those of a text as it is written in a file: "1, 2.5 {m}, 'x'".
+ *  An empty text leaves one empty place. For the rest as zonxSetInt64, value by value.
+ *  @param path  without "[n]"
+ *  @param text  is copied. It has values and their remarks only, no comment.
+ *  @return ZONX_OK; ZONX_FAULTY: the text is no list of values; otherwise as zonxSetInt64, and
+ *      ZONX_BAD_ARGUMENT for a path with "[n]" or that begins at a value; ZONX_MISSING;
+ *      ZONX_NO_MEMORY. If it is not ZONX_OK the tree is as before. */
+ZON_API int zonxSetText(void* fileOrNode, const char* path, const char* text);
+
+/** Replace all values of a keyword. No values leave one empty place. For the rest as zonxSetInt64, value
+ *  by value: values that are equal or of the same kind keep their nodes.
+ *  @param path    without "[n]"
+ *  @param values  are copied; null is allowed if `count` is 0. A null text among them is
+ *      ZONX_BAD_ARGUMENT.
+ *  @return ZONX_OK; ZONX_OUT_OF_RANGE: one of them is not a number, or infinite; otherwise as
+ *      zonxSetInt64, and ZONX_BAD_ARGUMENT for a path with "[n]" or that begins at a value;
+ *      ZONX_MISSING; ZONX_NO_MEMORY. If it is not ZONX_OK the tree is as before. @{ */
+ZON_API int zonxSetInt64s(void* fileOrNode, const char* path, const long long* values,
+                          size_t count);
+ZON_API int zonxSetDoubles(void* fileOrNode, const char* path, const double* values, size_t count);
+ZON_API int zonxSetBools(void* fileOrNode, const char* path, const int* values, size_t count);
+ZON_API int zonxSetStrings(void* fileOrNode, const char* path, const char* const* values,
+                           size_t count);
+/** @} */
+
+/** Removes a value, with "[n]", or else a keyword or section, without ":n" the first of its name. The
+ *  path is that of zonxFind; the empty path removes the node itself. Handles of what was removed are no
+ *  longer valid. A keyword can be left without values.
+ *  @return ZONX_OK; ZONX_MISSING: there is none; ZONX_BAD_ARGUMENT: null, a malformed path, or the root
+ *      of a file; ZONX_NO_MEMORY */
+ZON_API int zonxRemove(void* fileOrNode, const char* path);
 
 /* ---- Saving --------------------------------------------------------------------------------------- */
 

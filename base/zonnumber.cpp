@@ -11,6 +11,7 @@
 // locale. Tested by tests/values_test.cpp, which compares the conversions with a table of hard cases.
 #include "base/zonnumber.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -112,6 +113,15 @@ bool ConvertUnsigned(Input input, double* value) {
   return true;
 }
 
+// Without a point or an exponent it would be read as an integer. Requires room for two characters.
+char* CompleteReal(const char* begin, char* end) {
+  if (std::any_of(begin, const_cast<const char*>(end), [](char c) { return c == '.' || c == 'e'; }))
+    return end;
+  *end++ = '.';
+  *end++ = '0';
+  return end;
+}
+
 }  // namespace
 
 double TextToDouble(std::string_view text) {
@@ -122,7 +132,7 @@ double TextToDouble(std::string_view text) {
   return negative ? -value : value;
 }
 
-NumberText NumberText::OfInt(int value) {
+NumberText NumberText::OfInt64(long long value) {
   NumberText text;
   text.EndAt(std::to_chars(text.text_, std::end(text.text_), value).ptr);
   return text;
@@ -149,6 +159,20 @@ NumberText NumberText::OfDoubleDigits(double value) {
   NumberText text;
   text.EndAt(
       std::to_chars(text.text_, std::end(text.text_), value, std::chars_format::general, 16).ptr);
+  return text;
+}
+
+NumberText NumberText::Shortest(double value) {
+  NumberText text;
+  char* const end = std::to_chars(text.text_, std::end(text.text_) - 2, value).ptr;
+  text.EndAt(CompleteReal(text.text_, end));
+  return text;
+}
+
+NumberText NumberText::Shortest(float value) {
+  NumberText text;
+  char* const end = std::to_chars(text.text_, std::end(text.text_) - 2, value).ptr;
+  text.EndAt(CompleteReal(text.text_, end));
   return text;
 }
 

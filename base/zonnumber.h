@@ -22,13 +22,20 @@ inline int LowBits(long long value) {
 // A number as it is written into a file. The text lives as long as the object.
 class NumberText {
  public:
-  static NumberText OfInt(int value);
+  static NumberText OfInt(int value) { return OfInt64(value); }
+  static NumberText OfInt64(long long value);
   static NumberText OfFloat(float value) { return OfSixDigits(static_cast<double>(value)); }
   static NumberText OfSixDigits(double value);  // as "%g": no trailing zeros
 
   // As "%#.1f" for a whole number, else as "%.16g".
   static NumberText OfDouble(double value);
   static NumberText OfDoubleDigits(double value);  // as "%.16g" always
+
+  // The fewest digits that read back to the same finite number, with a point or an exponent: always
+  // read as a real. @{
+  static NumberText Shortest(double value);
+  static NumberText Shortest(float value);
+  // @}
 
   std::string_view View() const { return {text_, size_}; }
 

@@ -3,6 +3,7 @@
 #define ZON_FUZZ_EDIT_MODEL_H
 
 #include <strings.h>
+#include <zonx.h>
 
 #include <algorithm>
 #include <functional>
@@ -140,6 +141,7 @@ class Editor {
       node = NodeAt(node, place);
       section = &section->children[place];
     }
+    if (number_(0, 7) == 0) return SetByPath(*section, node);
     unsigned action = number_(0, section == &root_ ? 4 : 10);
     if (section == &root_ && action == 4) action = 10;
     if (action < 2 || action == 4 || action == 5) {
@@ -328,6 +330,56 @@ class Editor {
     target.isReset = true;
   }
 
+  // The n-th child of a name; null if there is none. *isNext: whether there is one less.
+  static Item* Instance(Item& section, bool isSection, const std::string& name, unsigned n,
+                        bool* isNext) {
+    for (Item& child : section.children) {
+      if (child.IsNamesakeOf(isSection, name) && --n == 0) return &child;
+    }
+    *isNext = n == 1;
+    return nullptr;
+  }
+
+  // Adds a child after the last of its kind; a first keyword precedes all.
+  Item& Create(Item& section, bool isSection, const std::string& name) {
+    std::size_t place = isSection ? section.children.size() : 0;
+    for (std::size_t n = 0; n < section.children.size(); ++n) {
+      if (section.children[n].section == isSection) place = n + 1;
+    }
+    section.children.insert(At(section, place), Item{isSection, name, {}, {}, ++lastId_});
+    Renumber(section, isSection, name);
+    return section.children[place];
+  }
+
+  static void SetValue(std::vector<Value>& values, unsigned n, int value) {
+    if (n <= values.size()) {
+      values[n - 1].value = value;
+      return;
+    }
+    values.push_back({value});
+    Renumber(values);
+  }
+
+  // A path of a section and a keyword, either of which can be missing.
+  void SetByPath(Item& section, void* node) {
+    const std::string outer = Name(), inner = Name();
+    const unsigned first = number_(1, 3), second = number_(1, 3);
+    const int value = static_cast<int>(number_(0, 1000));
+    bool isNext = true;
+    Item* parent = Instance(section, true, outer, first, &isNext);
+    Item* keyword = nullptr;
+    if (parent != nullptr) keyword = Instance(*parent, false, inner, second, &isNext);
+    const bool isSet = parent != nullptr ? isNext : isNext && second == 1;
+    const std::string path =
+        outer + ":" + std::to_string(first) + "/" + inner + ":" + std::to_string(second);
+    Check(zonxSetInt64(node, path.c_str(), value) == (isSet ? ZONX_OK : ZONX_MISSING),
+          "set by path", path);
+    if (!isSet) return;
+    if (parent == nullptr) parent = &Create(section, true, outer);
+    if (keyword == nullptr) keyword = &Create(*parent, false, inner);
+    SetValue(keyword->values, 1, value);
+  }
+
   void EditValues(Item& section, void* node) {
     const std::size_t place = section.PlaceOf(false, number_(1, 4));
     if (place == section.children.size()) return;
@@ -342,7 +394,8 @@ class Editor {
     const unsigned n = number_(0, count + 1);
     const int value = static_cast<int>(number_(0, 1000));
     const auto at = values.begin() + (n == 0 ? count : std::min(n - 1, count));
-    const unsigned action = number_(0, 3);
+    const unsigned action = number_(0, 5);
+    const std::string path = "[" + std::to_string(n) + "]";
     const bool there = n >= 1 && n <= count;
     if (action == 0) {
       Check(zoneInsertParameterInt(keyword, n, value) != nullptr, "value inserted");
@@ -351,6 +404,18 @@ class Editor {
     } else if (action == 1) {
       Check(zoneModifyParameterInt(keyword, n, value) == (there ? 0 : 1012), "value modified");
       if (there) at->value = value;
+    } else if (action == 4) {
+      Check(zonxSetInt64(keyword, path.c_str(), value) == (n == 0 ? ZONX_BAD_ARGUMENT : ZONX_OK),
+            "value set");
+      if (n != 0) SetValue(values, n, value);
+    } else if (action == 5) {
+      Check(zonxRemove(keyword, path.c_str()) == (n == 0  ? ZONX_BAD_ARGUMENT
+                                                  : there ? ZONX_OK
+                                                          : ZONX_MISSING),
+            "value removed");
+      if (!there) return;
+      values.erase(at);
+      Renumber(values);
     } else if (action == 3) {
       if (!there || count == 1) return;
       const unsigned other = n == count ? 1 : n + 1;

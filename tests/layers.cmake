@@ -11,7 +11,7 @@ set(allowed_reader base tree paths)
 set(allowed_api base tree text paths reader)
 set(allowed_editing base tree paths api)
 set(allowed_equivalence base tree api)
-set(allowed_zonx base tree paths reader api)
+set(allowed_zonx base tree paths reader api editing)
 set(allowed_saving base tree paths reader api zonx)
 
 set(faults "")

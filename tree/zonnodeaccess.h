@@ -50,6 +50,7 @@ struct NodeAccess {
   static void SetRemark(CzonNode& node, std::string_view text, Arena* arena) {
     node.SetRemark(text, arena);
   }
+  static void SwapRemarks(CzonNode& a, CzonNode& b);
 
   static bool IsNamed(const CzonNode& node) { return node.Has(CzonNode::kNamed); }
   static bool IsList(const CzonNode& node) { return node.Has(CzonNode::kList); }
@@ -78,6 +79,16 @@ struct NodeAccess {
   template <class Section>
   static CzonNode* FindKeyword(const Section& section, std::string_view name, unsigned int n) {
     return FindByName(section.keywords_, name, n);
+  }
+
+  // The last section or keyword; null if there is none.
+  template <class List>
+  static CzonNode* LastSection(const List& list) {
+    return FindByNumber(list.sections_, Count(list.sections_));
+  }
+  template <class Section>
+  static CzonNode* LastKeyword(const Section& section) {
+    return FindByNumber(section.keywords_, Count(section.keywords_));
   }
 
   // Whether one keyword of the section occurs twice and at least one other once.
@@ -121,6 +132,9 @@ struct NodeAccess {
 
   // Files a child at a place of the children; the number of children appends.
   static void FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place);
+
+  // Makes room for `more` children: to append so many values by FileAt cannot fail after it.
+  static void ReserveChildren(CzonNamedNode& owner, std::uint32_t more);
 
   // Removes a child from its owner. The child lives on. IsFiled is false for a child that belongs
   // into an index which does not hold it; it must not be removed.
@@ -171,6 +185,21 @@ struct NodeAccess {
   static void AppendText(Value& value, std::string_view text) {
     value.AppendText(text);
   }
+  // SwapTexts exchanges the texts of two values, for both of which PrepareText was called. It cannot
+  // fail, so many values can be changed together.
+  template <class Value>
+  static void PrepareText(Value& value) {
+    if (value.text_.size < kKeptString) MakeString(value.text_, GetArena(value));
+    value.NoteOwnedText();
+  }
+  template <class Value>
+  static void SwapTexts(Value& a, Value& b) {
+    const auto stringOf = [](Text& text) -> std::string& {
+      return const_cast<std::string&>(AsString(text, nullptr));
+    };
+    stringOf(a.text_).swap(stringOf(b.text_));
+    for (Value* value : {&a, &b}) Append(value->text_, {}, nullptr);  // it counts as changed
+  }
   template <class Value>
   static void ReferToText(Value& value, std::string_view text) {
     ReferTo(value.text_, text);
@@ -211,11 +240,15 @@ struct NodeAccess {
     return value.GetChars();
   }
 
-  // CLOBs: the content of the text of a quoted value, if it is that of a CLOB; a text that is kept
-  // until the CLOB changes.
+  // CLOBs: the content of the text of a quoted value, if it is that of a CLOB; exchange of the items
+  // and cursors, together with SwapTexts; a text that is kept until the CLOB changes.
   template <class Clob>
   static bool FindContent(std::string_view text, std::string_view* content) {
     return Clob::FindContent(text, content);
+  }
+  template <class Clob>
+  static void SwapItems(Clob& a, Clob& b) {
+    a.state_.swap(b.state_);
   }
   template <class Clob>
   static const std::string& Keep(const Clob& clob, std::string text) {

@@ -36,12 +36,18 @@ struct ScopedText : Text {
 // ---- Filing ---------------------------------------------------------------------------------------
 
 void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place) {
-  // These may throw. The last of them, Insert, changes nothing if it does.
+  // These may throw. The last of them, Append or Insert, changes nothing if it does.
   NodeList& children = owner.EnsureChildren();
   Reserve(children, owner.arena_);
   NameList* list = owner.ListOf(*child);
   if (list != nullptr) {
-    Insert(*list, Named(*child), PlaceInList(owner, *list, place), owner.arena_);
+    const std::uint32_t placeInList = PlaceInList(owner, *list, place);
+    // At the end no search for the nearest namesake is needed.
+    if (placeInList > Count(*list)) {
+      Append(*list, Named(*child), owner.arena_);
+    } else {
+      Insert(*list, Named(*child), placeInList, owner.arena_);
+    }
   }
   // There is room for it, so from here on nothing can fail.
   Insert(children, place, child, owner.arena_);
@@ -49,6 +55,18 @@ void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t pla
   if (IsNamed(*child)) Named(*child).place_ = place;
   if (child->NeedsDestructor()) owner.MarkDeep();
   owner.ChildInserted(*child, place);
+}
+
+void NodeAccess::ReserveChildren(CzonNamedNode& owner, std::uint32_t more) {
+  NodeList& children = owner.EnsureChildren();
+  if (more > Capacity(children) - children.size) Grow(children, more, owner.arena_);
+}
+
+void NodeAccess::SwapRemarks(CzonNode& a, CzonNode& b) {
+  a.SwapRemark(b);
+  for (CzonNode* node : {&a, &b}) {
+    if (node->Has(CzonNode::kOwnsRemark) && node->Has(CzonNode::kInArena)) node->MarkDeep();
+  }
 }
 
 // The place in the list of a node that is to get the place `place` of the children: after that of the

@@ -18,29 +18,50 @@
 #include "tree/zonsection.h"
 
 namespace zon {
+
+// The usual handles of files are recognised first: a cast to another class is slow.
+bool FindStart(void* fileOrNode, CzonNode** node) {
+  const std::type_info* type = &typeid(*static_cast<const CzonBase*>(fileOrNode));
+  const bool isFile = type == &typeid(CzonLoad) || type == &typeid(CzonCreate);
+  *node = isFile ? nullptr : CastHandle<CzonNode>(fileOrNode);
+  if (*node != nullptr) return true;
+  const auto* data = CastHandle<CzonData>(fileOrNode);
+  if (data != nullptr) *node = data->GetRoot();
+  return data != nullptr;
+}
+
+CzonNode* FindKeyword(const CzonNode& node, const PathStep& step) {
+  if (NodeAccess::IsSection(node)) {
+    const auto& section = static_cast<const CzonSection&>(node);
+    if (NodeAccess::IsOfLibrary(section)) {
+      return NodeAccess::FindKeyword(section, step.name, step.instance);
+    }
+  }
+  return node.KeywordByNameNum(std::string(step.name).c_str(), step.instance);
+}
+
+CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
+  if (step.name.empty()) return nullptr;
+  if (NodeAccess::IsList(node)) {
+    const auto& list = static_cast<const CzonTargetList&>(node);
+    if (NodeAccess::IsOfLibrary(list)) {
+      return NodeAccess::FindSection(list, step.name, step.instance);
+    }
+  }
+  return node.SectionByNameNum(std::string(step.name).c_str(), step.instance);
+}
+
 namespace {
 
-// Walks along a path.
-class PathReader {
- public:
-  explicit PathReader(const char* path) : at_(path) {}
+CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSection) {
+  if (!step.isSection) {
+    CzonNode* keyword = FindKeyword(node, step);
+    if (keyword != nullptr || !mayBeSection) return keyword;
+  }
+  return FindSection(node, step);
+}
 
-  // Reads the next name. False at the end, before "[n]", and if the path is malformed.
-  bool ReadStep(PathStep* step);
-
-  // Reads the "[n]" at the end; 0 if there is none.
-  unsigned int ReadValueNumber();
-
-  bool IsAtEnd() const { return *at_ == '\0' && !isMalformed_; }
-  bool IsMalformed() const { return isMalformed_; }
-
- private:
-  unsigned int ReadNumber();
-  bool Fail();
-
-  const char* at_;
-  bool isMalformed_ = false;
-};
+}  // namespace
 
 bool PathReader::Fail() {
   isMalformed_ = true;
@@ -92,49 +113,6 @@ unsigned int PathReader::ReadValueNumber() {
   at_ += *at_ == ']' ? 1 : 0;
   return number;
 }
-
-// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
-// that is neither. The usual handles of files are recognised first: a cast to another class is slow.
-bool FindStart(void* fileOrNode, CzonNode** node) {
-  const std::type_info* type = &typeid(*static_cast<const CzonBase*>(fileOrNode));
-  const bool isFile = type == &typeid(CzonLoad) || type == &typeid(CzonCreate);
-  *node = isFile ? nullptr : CastHandle<CzonNode>(fileOrNode);
-  if (*node != nullptr) return true;
-  const auto* data = CastHandle<CzonData>(fileOrNode);
-  if (data != nullptr) *node = data->GetRoot();
-  return data != nullptr;
-}
-
-CzonNode* FindKeyword(const CzonNode& node, const PathStep& step) {
-  if (NodeAccess::IsSection(node)) {
-    const auto& section = static_cast<const CzonSection&>(node);
-    if (NodeAccess::IsOfLibrary(section)) {
-      return NodeAccess::FindKeyword(section, step.name, step.instance);
-    }
-  }
-  return node.KeywordByNameNum(std::string(step.name).c_str(), step.instance);
-}
-
-CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
-  if (NodeAccess::IsList(node)) {
-    const auto& list = static_cast<const CzonTargetList&>(node);
-    if (NodeAccess::IsOfLibrary(list)) {
-      return NodeAccess::FindSection(list, step.name, step.instance);
-    }
-  }
-  return node.SectionByNameNum(std::string(step.name).c_str(), step.instance);
-}
-
-// The nodes of a host's class are asked by their operations, which it can override.
-CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSection) {
-  if (!step.isSection) {
-    CzonNode* keyword = FindKeyword(node, step);
-    if (keyword != nullptr || !mayBeSection) return keyword;
-  }
-  return step.name.empty() ? nullptr : FindSection(node, step);
-}
-
-}  // namespace
 
 FoundNode FindNode(void* fileOrNode, const char* path) {
   FoundNode found{ZONX_BAD_ARGUMENT, nullptr, nullptr, {}, 0};

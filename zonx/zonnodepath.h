@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-class CzonBase;
 class CzonNode;
 
 namespace zon {
@@ -21,6 +20,37 @@ struct PathStep {
   bool hasInstance = false;
   bool isRead = false;  // false for no step
 };
+
+// Walks along a path.
+class PathReader {
+ public:
+  explicit PathReader(const char* path) : at_(path) {}
+
+  // Reads the next name. False at the end, before "[n]", and if the path is malformed.
+  bool ReadStep(PathStep* step);
+
+  // Reads the "[n]" at the end; 0 if there is none.
+  unsigned int ReadValueNumber();
+
+  bool IsAtEnd() const { return *at_ == '\0' && !isMalformed_; }
+  bool IsMalformed() const { return isMalformed_; }
+
+ private:
+  unsigned int ReadNumber();
+  bool Fail();
+
+  const char* at_;
+  bool isMalformed_ = false;
+};
+
+// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
+// that is neither; it is not null.
+bool FindStart(void* fileOrNode, CzonNode** node);
+
+// The keyword or the section of a step; null if there is none. The nodes of a host's class are asked by
+// their operations, which it can override.
+CzonNode* FindKeyword(const CzonNode& node, const PathStep& step);
+CzonNode* FindSection(const CzonNode& node, const PathStep& step);
 
 struct FoundNode {
   int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT

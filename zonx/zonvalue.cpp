@@ -56,6 +56,11 @@ double RealOf(const CzonNode& value) {
   return value.GetDouble();
 }
 
+// The doubles of the builder, which zonWrite would write with 16 digits.
+bool IsBuiltDouble(const CzonNode& value) {
+  return (Is<CzonDouble>(value) || Is<CzonDoubleDef>(value)) && std::isfinite(value.GetDouble());
+}
+
 int Narrow(long long wide, int* out) {
   if (wide < INT_MIN || wide > INT_MAX) return ZONX_OUT_OF_RANGE;
   *out = static_cast<int>(wide);
@@ -240,6 +245,10 @@ int ReadText(const CzonNode& value, std::string* out) {
     case ZONX_BOOLEAN:
       if (HasWholeText(value) || Is<CzonReal>(value) || Is<CzonBool>(value)) {
         *out = std::string(text);
+        return ZONX_OK;
+      }
+      if (IsBuiltDouble(value)) {
+        *out = std::string(NumberText::Shortest(value.GetDouble()).View());
         return ZONX_OK;
       }
       break;

@@ -128,7 +128,7 @@ Finding DescribePath(const FoundNode& found, const char* path, int status) {
   if (found.status == ZONX_BAD_ARGUMENT) {
     finding.message = name + " is no path here";
     finding.hint = "a path has the form Section:2/Keyword[3]";
-  } else if (found.status == ZONX_MISSING || status == ZONX_MISSING) {
+  } else if (status == ZONX_MISSING) {
     finding = DescribeMissing(found);
   } else if (status == ZONX_WRONG_KIND && value != nullptr) {
     finding.message = name + " is " + KindText(KindOf(*value));

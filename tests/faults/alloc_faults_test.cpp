@@ -219,6 +219,8 @@ const char kNoMemory[] = "2 unset";
     return function(t.file, path, values, 200, count); \
   }))
 
+#define SET(...) CALL(StatusOf<int>([&](int*) { return __VA_ARGS__; }))
+
 void Count(const zonxReport*, void* count) {
   ++*static_cast<int*>(count);
 }
@@ -430,6 +432,34 @@ TEST_F(Faults, OfZonx) {
       Failing("none", ASK(zonxGetKind), CALL(zonxGetVersion()), CALL(zonxStatusText(2)),
               CALL(zonxSetHooks(nullptr, nullptr, nullptr)))};
   InjectAll(calls, Start::kLoaded, kKeyword, 2);
+}
+
+TEST_F(Faults, OfSetters) {
+  static const std::string section = "A_section_of_a_long_name/", many = section + "Many",
+                           keyword = section + kName, inner = section + kInner + "/new",
+                           fresh = section + "New_section_of_a_long_name/Inner/" + kName;
+  static const char remarked[] = "5 {a remark, longer than a short one}, 'a string of a long text'";
+  static const std::vector<long long> integers(200, 12345678901);
+  static const std::vector<double> reals(160, 1.0 / 3);
+  static const char* const texts[] = {kLong, kName, kLong};
+  static const int truths[] = {1, 0};
+  static const auto at = [](int n) { return keyword + "[" + std::to_string(n) + "]"; };
+  static const std::string second = at(2), fourth = at(4), fifth = at(5), last = at(11);
+  const Calls calls = Failing(
+      kNoMemory, SET(zonxSetInt64(t.file, keyword.c_str(), 12345678901)),
+      SET(zonxSetInt64(t.file, last.c_str(), 1)), SET(zonxSetInt64(t.file, fresh.c_str(), 1)),
+      SET(zonxSetDouble(t.file, second.c_str(), 1.0 / 3)),
+      SET(zonxSetDouble(t.file, keyword.c_str(), 1.0 / 3)),
+      SET(zonxSetBool(t.file, inner.c_str(), 1)), SET(zonxSetString(t.file, fourth.c_str(), kLong)),
+      SET(zonxSetFilename(t.file, fifth.c_str(), kLong)),
+      SET(zonxSetText(t.file, many.c_str(), remarked)),
+      SET(zonxSetText(t.file, fresh.c_str(), remarked)),
+      SET(zonxSetInt64s(t.file, many.c_str(), integers.data(), integers.size())),
+      SET(zonxSetDoubles(t.file, many.c_str(), reals.data(), reals.size())),
+      SET(zonxSetBools(t.file, fresh.c_str(), truths, 2)),
+      SET(zonxSetStrings(t.file, keyword.c_str(), texts, 3)),
+      SET(zonxRemove(t.file, fourth.c_str())), SET(zonxRemove(t.file, section.c_str())));
+  InjectAll({calls}, Start::kLoaded, kKeyword, 2);
 }
 
 TEST_F(Faults, OfTheBuilder) {
