@@ -25,7 +25,9 @@ std::optional<std::string> RemarkOf(void* node) {
   return TextFrom(status, text);
 }
 
+// The plain form spells the words of booleans in another letter case.
 std::optional<std::string> ValueOf(void* value) {
+  if (zonxGetKind(value) == ZONX_BOOLEAN) return zonGetBool(value) != 0 ? "true" : "false";
   const char* text = nullptr;
   const int status = zonxGetText(value, "", &text);
   return TextFrom(status, text);

@@ -5,7 +5,7 @@
 namespace tool {
 
 // Whether two nodes and all that is below them are the same: kinds, names, flags, remarks, and values
-// with their text. Throws if out of memory.
+// with their text, but for the letter case of booleans. Throws if out of memory.
 bool IsSameTree(void* first, void* second);
 
 }  // namespace tool

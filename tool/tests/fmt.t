@@ -112,6 +112,9 @@ Line ends are as the first one, but for those in texts and comments, and the las
 
 The plain form has no comments:
 
+  $ zon fmt --plain harbour.zon > plain.zon; zon fmt --plain --check plain.zon
+  $ grep '//' plain.zon | grep -v 'EndSect  // '
+     Motto = 'A fair wind; a full hold // that''s all'
   $ zon fmt --plain settings.zon
   [Run]
      Title = 'Ellersund, an ordinary Tuesday'
