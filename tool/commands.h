@@ -46,7 +46,18 @@ Status DumpJson(const std::string& file, bool withPlaces);
 Status Compare(const std::string& templateFile, const std::vector<std::string>& files);
 
 Status Copy(const std::string& source, const std::string& target);
-Status Format(const std::string& file);
+
+struct FormatOptions {
+  std::vector<std::string> files;
+  bool check = false;  // prints the names of the files that would change
+  bool diff = false;   // prints what would change
+  bool write = false;  // changes the files
+  bool plain = false;  // the plain form, without comments
+};
+// Prints the files in a uniform layout. A file with an error does not stop the formatting of the next ones.
+// The reports of errors go to standard error.
+Status Format(const FormatOptions& options);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 

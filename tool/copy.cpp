@@ -1,10 +1,9 @@
-// The commands that write a loaded file: copy and fmt. Both report what the written form loses.
+// The command copy. Reports what the written form loses.
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -118,13 +117,6 @@ Status Copy(const std::string& source, const std::string& target) {
   if (WriteCopy(loaded, target)) return ReportLosses(loaded, target);
   PrintMessage(target + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
   return kTrouble;
-}
-
-Status Format(const std::string& file) {
-  const Source source(file);
-  if (source.GetStatus() != kFine) return source.GetStatus();
-  static_cast<CzonNode*>(static_cast<CzonBase*>(source.Root()))->Write(std::cout);
-  return ReportLosses(source, source.GetInput().Name());
 }
 
 }  // namespace tool

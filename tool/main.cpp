@@ -150,6 +150,22 @@ void AddCopy(CLI::App& app) {
   Choose(command, [] { return tool::Copy(source, target); });
 }
 
+void AddFormat(CLI::App& app) {
+  CLI::App* command = Add(app, "fmt", "Print files in a uniform layout", "zon fmt --diff *.zon");
+  static tool::FormatOptions options;
+  AddFiles(command, options.files);
+  CLI::Option* check =
+      command->add_flag("--check", options.check, "print the names of files that would change");
+  CLI::Option* diff = command->add_flag("--diff", options.diff, "print what would change");
+  command->add_flag("--write", options.write, "change the files")->excludes(check)->excludes(diff);
+  check->excludes(diff);
+  command->add_flag("--plain", options.plain, "the plain form, without comments");
+  Choose(command, [] {
+    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Format(options);
+  });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -183,7 +199,7 @@ void AddCommands(CLI::App& app) {
   AddDump(app);
   AddCompare(app);
   AddCopy(app);
-  AddPlain(app, "fmt", "Print the written form of a file", "zon fmt - < harbour.zon", tool::Format);
+  AddFormat(app);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);

@@ -55,11 +55,15 @@ std::string TextOf(const zonxReport& report, int stream) {
   return Heading(where, severity, stream) + text.substr(size);
 }
 
+void PrintError(const zonxReport& report) {
+  const std::string text = TextOf(report, STDERR_FILENO) + "\n";
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
 void ReportPath(const Source& source, const std::string& path, int status) {
   const auto print = [](const zonxReport* report, void* context) {
     const auto& name = static_cast<const Source*>(context)->GetInput().Name();
-    const std::string text = TextOf(WithName(*report, name), STDERR_FILENO) + "\n";
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    PrintError(WithName(*report, name));
   };
   zonxReportPath(source.File(), path.c_str(), status, print, const_cast<Source*>(&source));
 }

@@ -19,6 +19,9 @@ zonxReport WithName(const zonxReport& report, const std::string& name);
 // The text of zonxFormatReport, with control characters as '?', and in colour if `stream` has it.
 std::string TextOf(const zonxReport& report, int stream);
 
+// Prints a report on standard error.
+void PrintError(const zonxReport& report);
+
 // Prints on standard error why a path leads to nothing. `status` is what the library returned for it.
 void ReportPath(const Source& source, const std::string& path, int status);
 

@@ -33,6 +33,7 @@ _zon() {
     list) options+=' --values --recursive --places' ;;
     dump) options+=' --json --places' ;;
     compare) options+=' --template' ;;
+    fmt) options+=' --check --diff --write --plain' ;;
   esac
   if [[ $cur == -* || -z $command ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")

@@ -15,6 +15,8 @@
   copy
   $ complete_bash zon get --re
   --resolved
+  $ complete_bash zon fmt --w
+  --write
   $ complete_bash zon list harbour.zon Run/In
   Run/Input:1
   Run/Input:2

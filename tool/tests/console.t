@@ -55,7 +55,7 @@ Usage:
   >   zon $command --help > "$CRAMTMP/options"; zon help $command | diff "$CRAMTMP/options" - || echo "$command"
   > done
   $ zon --help > "$CRAMTMP/options"; zon help | diff "$CRAMTMP/options" -; zon --color never help fmt | head -n 1
-  Print the written form of a file
+  Print files in a uniform layout
   $ zon help frob
   zon: no subcommand frob; see zon --help
   [2]

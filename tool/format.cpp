@@ -1,0 +1,177 @@
+// The command fmt. Every text that it makes is loaded and compared with the tree of the file before it is
+// printed or written.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <new>
+
+#include <zon.h>
+#include <zonx.h>
+
+#include "tool/commands.h"
+#include "tool/layout.h"
+#include "tool/replacefile.h"
+#include "tool/report.h"
+#include "tool/sametree.h"
+#include "tool/source.h"
+#include "tool/unifieddiff.h"
+
+namespace tool {
+namespace {
+
+// Prints errors, with an empty line between them. Files with warnings can be formatted. The context is a
+// bool: whether there was a report before.
+void PrintReport(const zonxReport* report, void* context) {
+  if (report->severity == ZONX_WARNING) return;
+  bool& hasReports = *static_cast<bool*>(context);
+  if (hasReports) std::fputc('\n', stderr);
+  hasReports = true;
+  PrintError(*report);
+}
+
+class LoadedText {
+ public:
+  // With a null pointer errors are not reported.
+  LoadedText(const std::string& text, const std::string& name, bool* hasReports)
+      : status_(zonxLoadText(text.data(), text.size(), name.c_str(), &file_,
+                             hasReports != nullptr ? PrintReport : nullptr, hasReports)) {
+    if (status_ == ZONX_NO_MEMORY) throw std::bad_alloc();
+  }
+  LoadedText(const LoadedText&) = delete;
+  LoadedText& operator=(const LoadedText&) = delete;
+  ~LoadedText() {
+    if (file_ != nullptr) zonClose(&file_);
+  }
+
+  bool IsSound() const { return status_ == ZONX_OK; }
+  void* File() const { return file_; }
+  bool HasTreeOf(const LoadedText& other) const {
+    return IsSameTree(zonGetRoot(file_), zonGetRoot(other.file_));
+  }
+
+ private:
+  void* file_ = nullptr;
+  int status_;
+};
+
+// Returns 0, or the errno of the call that failed.
+int ReadFile(const std::string& path, std::string* text) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+  if (file < 0) return errno;
+  char piece[1 << 16];
+  ssize_t size = 0;
+  while ((size = read(file, piece, sizeof piece)) != 0) {
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) break;
+    text->append(piece, static_cast<std::size_t>(size));
+  }
+  const int error = size < 0 ? errno : 0;
+  close(file);
+  return error;
+}
+
+// False, with reports, if the library cannot write the tree.
+bool MakePlainText(const LoadedText& loaded, std::string* text, bool* hasReports) {
+  char* made = nullptr;
+  std::size_t size = 0;
+  const int status = zonxText(loaded.File(), ZONX_PLAIN | ZONX_NAMES_AS_WRITTEN, &made, &size,
+                              PrintReport, hasReports);
+  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  if (status != ZONX_OK) return false;
+  const std::unique_ptr<char, void (*)(void*)> owner(made, zonxFree);
+  text->assign(made, size);
+  return true;
+}
+
+class Formatter {
+ public:
+  Formatter(const FormatOptions& options, const std::string& file, bool* hasReports)
+      : options_(options), hasReports_(hasReports), input_(file) {}
+
+  Status Run() {
+    if (input_.Path().empty()) return kTrouble;
+    if (options_.write && input_.IsInMemory()) return Refuse("is not a file that can be replaced");
+    if (const int error = ReadFile(input_.Path(), &text_); error != 0) {
+      return Refuse(std::strerror(error));
+    }
+    return Make() ? Deliver() : kTrouble;
+  }
+
+ private:
+  Status Refuse(const std::string& reason) const {
+    std::cout.flush();  // the message follows the texts before it, if both go to one place
+    PrintMessage(input_.Name() + ": " + reason);
+    return kTrouble;
+  }
+
+  // Makes the formatted text and proves it.
+  bool Make() {
+    std::cout.flush();
+    const Progress progress(input_.Name());
+    const LoadedText before(text_, input_.Name(), hasReports_);
+    if (!before.IsSound()) return false;
+    Layout layout;
+    if (options_.plain) {
+      if (!MakePlainText(before, &layout.text, hasReports_)) return false;
+    } else {
+      layout = FormatText(text_);
+    }
+    const LoadedText after(layout.text, input_.Name(), nullptr);
+    const auto comments = zonNoComments(before.File()) + layout.addedComments;
+    if (!after.IsSound() || !after.HasTreeOf(before) ||
+        (!options_.plain && zonNoComments(after.File()) != comments)) {
+      Refuse("its layout cannot be changed without a change of its content; it stays as it is");
+      return false;
+    }
+    formatted_ = std::move(layout.text);
+    return true;
+  }
+
+  Status Deliver() const {
+    const bool isChanged = formatted_ != text_;
+    if (options_.check) {
+      if (isChanged) std::cout << Printable(input_.Name()) << '\n';
+    } else if (options_.diff) {
+      PrintUnifiedDiff(std::cout, input_.Name(), text_, formatted_);
+    } else if (options_.write) {
+      return isChanged ? Write() : kFine;
+    } else {
+      std::cout << formatted_;
+      return kFine;
+    }
+    return isChanged ? kFindings : kFine;
+  }
+
+  Status Write() const {
+    const int error = ReplaceFile(input_.Path(), formatted_);
+    if (error == EMLINK)
+      return Refuse("has several hard links, which a replacement would separate");
+    return error == 0 ? kFine : Refuse(std::strerror(error));
+  }
+
+  const FormatOptions& options_;
+  bool* const hasReports_;
+  const Input input_;
+  std::string text_;
+  std::string formatted_;
+};
+
+}  // namespace
+
+Status Format(const FormatOptions& options) {
+  Status worst = kFine;
+  bool hasReports = false;
+  for (const std::string& file : options.files) {
+    worst = std::max(worst, Formatter(options, file, &hasReports).Run());
+    if (!std::cout) break;
+  }
+  return worst;
+}
+
+}  // namespace tool
