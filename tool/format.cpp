@@ -16,7 +16,6 @@
 
 #include "tool/commands.h"
 #include "tool/layout.h"
-#include "tool/replacefile.h"
 #include "tool/report.h"
 #include "tool/sametree.h"
 #include "tool/source.h"
@@ -148,11 +147,13 @@ class Formatter {
     return isChanged ? kFindings : kFine;
   }
 
+  // A save keeps the text that was given to the load.
   Status Write() const {
-    const int error = ReplaceFile(input_.Path(), formatted_);
-    if (error == EMLINK)
-      return Refuse("has several hard links, which a replacement would separate");
-    return error == 0 ? kFine : Refuse(std::strerror(error));
+    const LoadedText made(formatted_, input_.Path(), nullptr);
+    const int status = zonxSave(made.File(), input_.Path().c_str(),
+                                ZONX_OVERWRITE | ZONX_NAMES_AS_WRITTEN, PrintReport, hasReports_);
+    if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+    return status == ZONX_OK ? kFine : kTrouble;
   }
 
   const FormatOptions& options_;
