@@ -1,7 +1,5 @@
 #include "saving/zonsavedvalue.h"
 
-#include <charconv>
-#include <cmath>
 #include <cstring>
 #include <functional>
 #include <string_view>
@@ -69,19 +67,10 @@ std::string NormalDigits(const CzonNode& value) {
   return (isNegative ? "-" : "") + digits.substr(first);
 }
 
-// Recognisable as a real by its point or its exponent.
-template <class Real>
-std::string FewestDigits(Real value) {
-  char room[64];
-  std::string text(room, std::to_chars(room, room + sizeof room, value).ptr);
-  if (std::isfinite(value) && text.find_first_of(".e") == std::string::npos) text += ".0";
-  return text;
-}
-
 // A real that was loaded and not changed keeps its text, also one beyond the range of a double.
 std::string RealText(const CzonNode& value) {
   const double real = RealOf(value);
-  if (IsSingle(value)) return FewestDigits(static_cast<float>(real));
+  if (IsSingle(value)) return std::string(NumberText::Shortest(static_cast<float>(real)).View());
   const std::string_view text = TextOf(value);
   if (Is<CzonReal>(value) && !text.empty() && AreSameBits(TextToDouble(text), real)) {
     const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
@@ -89,7 +78,7 @@ std::string RealText(const CzonNode& value) {
     const char* const end = text.data() + text.size();
     if (SkipNumber(text.data() + sign, end, &isWhole) == end && !isWhole) return std::string(text);
   }
-  return FewestDigits(real);
+  return std::string(NumberText::Shortest(real).View());
 }
 
 std::string_view StringOf(const CzonNode& value) {

@@ -61,7 +61,8 @@ def call(zon, tree, result, name, parameters, which):
         os.dup2(os.open(os.devnull, os.O_WRONLY), 2)
         isNull = not which or not name.startswith("zonx")
         arguments = [argument(each, isNull) for each in parameters if each != "void"]
-        arguments = [node(zon, tree, which), *arguments[1:]] if which else arguments
+        takesNode = parameters[0].split()[-1] != "memory"  # memory is released, so it is never a node
+        arguments = [node(zon, tree, which), *arguments[1:]] if which and takesNode else arguments
         zon.zonGetErrorGlb()
         getattr(zon, name).restype = RESULTS.get(result, Pointer)
         value = getattr(zon, name)(*arguments)
