@@ -122,6 +122,17 @@ char* CompleteReal(const char* begin, char* end) {
   return end;
 }
 
+// Common magnitudes are written without an exponent, as people write them: 100000.0, not 1e+05.
+template <class Real>
+char* PutShortest(char* begin, const char* end, Real value) {
+  const Real size = std::fabs(value);
+  const bool isCommon = size == 0 || (size >= Real(1e-5) && size < Real(1e16));
+  char* const limit = begin + (end - begin) - 2;
+  const auto result = isCommon ? std::to_chars(begin, limit, value, std::chars_format::fixed)
+                               : std::to_chars(begin, limit, value);
+  return CompleteReal(begin, result.ptr);
+}
+
 }  // namespace
 
 double TextToDouble(std::string_view text) {
@@ -164,15 +175,13 @@ NumberText NumberText::OfDoubleDigits(double value) {
 
 NumberText NumberText::Shortest(double value) {
   NumberText text;
-  char* const end = std::to_chars(text.text_, std::end(text.text_) - 2, value).ptr;
-  text.EndAt(CompleteReal(text.text_, end));
+  text.EndAt(PutShortest(text.text_, std::end(text.text_), value));
   return text;
 }
 
 NumberText NumberText::Shortest(float value) {
   NumberText text;
-  char* const end = std::to_chars(text.text_, std::end(text.text_) - 2, value).ptr;
-  text.EndAt(CompleteReal(text.text_, end));
+  text.EndAt(PutShortest(text.text_, std::end(text.text_), value));
   return text;
 }
 

@@ -61,8 +61,7 @@ def call(zon, tree, result, name, parameters, which):
         os.dup2(os.open(os.devnull, os.O_WRONLY), 2)
         isNull = not which or not name.startswith("zonx")
         arguments = [argument(each, isNull) for each in parameters if each != "void"]
-        takesNode = parameters[0].split()[-1] != "memory"  # memory is released, so it is never a node
-        arguments = [node(zon, tree, which), *arguments[1:]] if which and takesNode else arguments
+        arguments = [node(zon, tree, which), *arguments[1:]] if which else arguments
         zon.zonGetErrorGlb()
         getattr(zon, name).restype = RESULTS.get(result, Pointer)
         value = getattr(zon, name)(*arguments)
@@ -107,7 +106,7 @@ def faults(zon, tree, result, name, parameters, comment, both):
     codes = ["", "0", *re.findall(r"\b1\d{3}\b", errors)]
     if not comment:
         yield "has no comment"
-    for which in range(8 if re.match(r"void\* (?!reader)", parameters[0]) else 1):
+    for which in range(8 if re.match(r"void\* (?!reader|memory)", parameters[0]) else 1):
         code, value, signal = call(zon, tree, result, name, parameters, which)
         if signal and "nds the process" not in both:
             yield f"given node {which}, it ends by signal {signal}"
