@@ -13,6 +13,12 @@
 #include "zonx/zonnodeplace.h"
 
 namespace zon {
+namespace {
+
+// An item that is further from the begin of its line has no indentation: a file can be one line.
+constexpr std::size_t kWidest = 4096;
+
+}  // namespace
 
 std::string_view SourceLayout::FindLineEnd() const {
   const char* const newline = FindChar('\n', begin_, end_);
@@ -130,8 +136,11 @@ const char* SourceLayout::NextLine(const char* endOfLine) const {
 }
 
 std::string_view SourceLayout::IndentationAt(const char* place) const {
+  const auto before = static_cast<std::size_t>(place - begin_);
+  const char* const from = place - std::min(before, kWidest);
   const void* newline =
-      place > begin_ ? memrchr(begin_, '\n', static_cast<std::size_t>(place - begin_)) : nullptr;
+      from < place ? memrchr(from, '\n', static_cast<std::size_t>(place - from)) : nullptr;
+  if (newline == nullptr && from > begin_) return {};
   const char* const line = newline != nullptr ? static_cast<const char*>(newline) + 1 : begin_;
   const char* const first = SkipBlanks(line, end_);
   return {line, static_cast<std::size_t>(std::min(first, place) - line)};
