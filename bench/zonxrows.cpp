@@ -3,7 +3,9 @@
 #include <zon.h>
 #include <zonx.h>
 
+#include <algorithm>
 #include <random>
+#include <vector>
 
 #include "rows.h"
 #include "zonrows.h"
@@ -94,6 +96,43 @@ void ByPath(benchmark::State& state, bool chained) {
   PerValue(state, 1);
 }
 
+// The keywords of a file whose first value is a number, at most `most` of them, spread over the file.
+std::vector<void*> NumberKeywords(void* handle, std::size_t most) {
+  static std::vector<void*> all;
+  all.clear();
+  zonExplore(handle, [](CzonNode* node) {
+    if (zonIsKeyword(node) != 0 && zonIsNumeric(zonParamByNum(node, 1)) != 0) all.push_back(node);
+  });
+  std::vector<void*> chosen;
+  const std::size_t step = std::max<std::size_t>(1, all.size() / most);
+  for (std::size_t n = 0; n < all.size() && chosen.size() < most; n += step) {
+    chosen.push_back(all[n]);
+  }
+  return chosen;
+}
+
+// Saves a file in which a number of values have changed.
+void SaveChanges(benchmark::State& state, const char* size, std::size_t changes) {
+  const Source& source = SourceOf(Format::kZon, size);
+  FileText file;
+  Require(file.Read(source.files.front()), "cannot read");
+  const std::string name = TemporaryFile("saved");
+  Require(WriteText(name, std::string(file.text.get(), file.size)), "cannot write content");
+  void* handle = nullptr;
+  Require(zonxLoadFile(name.c_str(), &handle, nullptr, nullptr) == ZONX_OK, "cannot load");
+  const std::vector<void*> keywords = NumberKeywords(handle, changes);
+  double value = 0.5;
+  for (auto _ : state) {
+    state.PauseTiming();
+    value += 1;
+    for (void* keyword : keywords) zonxSetDouble(keyword, "", value);
+    state.ResumeTiming();
+    Require(zonxSave(handle, nullptr, 0, nullptr, nullptr) == ZONX_OK, "cannot save");
+  }
+  zonClose(&handle);
+  Rates(state, source);
+}
+
 }  // namespace
 
 std::string FileOfLists(bool json) {
@@ -124,6 +163,9 @@ void AddZonxRows() {
     AddRow("check" + suffix, [size](auto& s) { LoadReported(s, size, true, false); });
     AddRow("mistakes" + suffix, [size](auto& s) { Mistakes(s, size); });
   }
+  AddRow("save-1/zon/1MB", [](auto& s) { SaveChanges(s, "1MB", 1); });
+  AddRow("save-10000/zon/1MB", [](auto& s) { SaveChanges(s, "1MB", 10000); });
+  AddRow("save-1/zon/10MB", [](auto& s) { SaveChanges(s, "10MB", 1); });
   AddRow("doubles/zon/10MB", Doubles);
   AddRow("path/zon/chained", [](auto& s) { ByPath(s, true); });
   AddRow("path/zon/path", [](auto& s) { ByPath(s, false); });
