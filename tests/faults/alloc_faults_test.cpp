@@ -34,7 +34,15 @@ const std::string kTokenText =  // the token reader reads it without an error
     "[Section_of_a_long_name] // comment\n k = 1, 2.5, true, , 'a string, longer than short ones'\n"
     " [Inner] file = |out\\of\\the\\way\\at\\length.dat| list = 1, 2, 3 EndSect\nEndSect\n";
 
-enum class Start { kLoaded, kLoadedWithoutResults, kClobCurrent, kSectionCurrent, kNoneCurrent };
+enum class Start {
+  kLoaded,
+  kLoadedWithoutResults,
+  kEdited,
+  kClobCurrent,
+  kSectionCurrent,
+  kNoneCurrent,
+  kUnwritable
+};
 
 // The node of a loaded tree that a query is made on.
 enum Place : unsigned {
@@ -53,8 +61,8 @@ enum Place : unsigned {
 // What the calls are made on.
 struct Tree {
   Tree(Start start, unsigned place, const std::string& fileName) : target(fileName) {
-    const bool isLoaded = start == Start::kLoaded || start == Start::kLoadedWithoutResults;
-    isLoaded ? MakeLoaded(place) : MakeBuilt(start);
+    start <= Start::kEdited ? MakeLoaded(place) : MakeBuilt(start);
+    if (start == Start::kEdited) Change();
     if (start != Start::kLoadedWithoutResults) return;
     zonSetProjectResultRoot(file, "");
     zonSetCustomResultFolder(file, 0, "");
@@ -83,12 +91,23 @@ struct Tree {
     if (place == kClobWithItems) zonIsClobEnd(node);
   }
 
+  // So that a save replaces, inserts and erases.
+  void Change() {
+    zoneRenameSection(section, kLong + 1);
+    zoneDeleteSectionByNum(section, 1);
+    zoneInsertNewSection(zonGetRoot(file), kInner, 2);
+    zoneInsertParameterString(zoneInsertNewKeyword(section, kName, 1), 0, kLong);
+    zonxSetText(section, "Many[7]", "");
+    zonxSetText(keyword, "", "-12, 2, %other {a remark that is new}, |a/file|");
+  }
+
   void MakeBuilt(Start start) {
     *file.Address() = zonCreate();
     zonAddTarget(file, "A_section_of_a_long_name");
     zonAddKeyword(file, kName);
     zonAddClob(file);
     zonAddClobInt(file, 5);
+    if (start == Start::kUnwritable) zonAddDouble(file, HUGE_VAL);
     if (start == Start::kNoneCurrent) zonEndSection(file);
     if (start == Start::kSectionCurrent) zonAddSection(file, "Another");
   }
@@ -537,6 +556,29 @@ TEST_F(Faults, OfWriting) {
     InjectAll(writes, start, kKeyword, 2, "target.zon");
   InjectAll({Failing("void", CALL(zonDump(t.section, t.target.c_str())))}, Start::kLoaded, kKeyword,
             1, "dump");
+}
+
+TEST_F(Faults, OfSaving) {
+  static const auto save = [](Tree& t, unsigned flags) {
+    return StatusOf<int>([&](int*) {
+      int reports = 0;
+      return zonxSave(t.file, t.target.c_str(), flags | ZONX_OVERWRITE, Count, &reports);
+    });
+  };
+  static const auto make = [](Tree& t, unsigned flags) {
+    return StatusOf<std::size_t>([&](std::size_t* size) {
+      char* saved = nullptr;
+      const int status = zonxText(t.file, flags, &saved, size, nullptr, nullptr);
+      zonxFree(saved);
+      return status;
+    });
+  };
+  const Calls calls = Failing(kNoMemory, CALL(save(t, 0)), CALL(save(t, ZONX_PLAIN | ZONX_BACKUP)),
+                              CALL(make(t, 0)), CALL(make(t, ZONX_PLAIN)));
+  std::filesystem::create_directory(FolderPath() + "/moved");
+  for (const Start start : {Start::kLoaded, Start::kLoadedWithoutResults, Start::kEdited,
+                            Start::kClobCurrent, Start::kUnwritable})
+    InjectAll({calls}, start, kKeyword, 2, "moved/target.zon");
 }
 
 // A load, a copy and a token stream as a text; an error code is at its start.
