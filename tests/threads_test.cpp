@@ -164,6 +164,24 @@ void ReadThroughZonx(const Own& own, int number) {
   EXPECT_EQ(count, 41U);  // all but two keywords and the values
 }
 
+// A save loads what it writes, so it is a load too.
+void EditThroughZonx(const Own& own, int number) {
+  const std::string path = own.Path("saved.zon");
+  File file(nullptr);
+  ASSERT_EQ(zonxLoadFile(own.Path("own.zon").c_str(), file.Address(), nullptr, nullptr), ZONX_OK);
+  for (int turn = 1; turn <= 3; ++turn) {
+    EXPECT_EQ(zonxSetInt64(file, "Run/Number", 100 * turn + number), ZONX_OK);
+    EXPECT_EQ(zonxSetDouble(file, "Added/k[1]", number / 8.0), ZONX_OK);
+    EXPECT_EQ(zonxSave(file, turn == 1 ? path.c_str() : nullptr, turn == 1 ? ZONX_NEW : ZONX_BACKUP,
+                       nullptr, nullptr),
+              ZONX_OK);
+    const File saved = own.Load("saved.zon");
+    EXPECT_EQ(zonGetInt(zonParamByNum(zonKeywordByNum(zonTargetByNum(saved, 1), 1), 1)),
+              100 * turn + number);
+    EXPECT_TRUE(host::ShowTree(saved) == host::ShowTree(file));
+  }
+}
+
 void ReportThroughZonx(const Own& own, int number) {
   const std::string faulty = "[Run]\n number" + std::to_string(number) + " = ]\nEndSect\n";
   const std::string path = own.Write("faulty.zon", faulty);
@@ -190,8 +208,9 @@ TEST(Threads, UseTheirOwnFiles) {
     for (int turn = 0; turn < 2; ++turn) {
       ActThroughZon(own, number);
       ReadThroughZonx(own, number);
+      EditThroughZonx(own, number);
       ReportThroughZonx(own, number);
-      for (const char* name : {"edited.zon", "built.zon", "dump", "copy.zon"}) {
+      for (const char* name : {"edited.zon", "built.zon", "dump", "copy.zon", "saved.zon"}) {
         std::filesystem::remove(own.Path(name));
       }
     }
