@@ -17,6 +17,7 @@
 #include "../treetext.h"
 #include "base/zonfilereplacement.h"
 #include "faults.h"
+#include "zonx.h"
 
 namespace {
 
@@ -96,8 +97,8 @@ struct Way {
     if (hasTwoNames) std::filesystem::create_hard_link(path, folder + "b.zon");
     return folder;
   }
-  int Do(const std::string& folder) const {
-    return Save(folder + (hasLink ? "link.zon" : "a.zon"), kNew, mustBeNew, keepsBackup);
+  std::string Target(const std::string& folder) const {
+    return folder + (hasLink ? "link.zon" : "a.zon");
   }
   Names NamesOf(bool isNew) const {
     Names names;
@@ -140,6 +141,27 @@ const Way kWays[] = {{"replaced", true, false, false, false, false},
                      {"in place", true, false, false, false, true},
                      {"in place, with a backup", true, true, false, false, true}};
 
+// A tree that is saved: of the old file, or of its text if there is none, and changed to the new text.
+class Saver {
+ public:
+  Saver(const Way& way, const std::string& folder) : target_(way.Target(folder)) {
+    if (way.exists) {
+      *file_.Address() = zonLoadFile(target_.c_str(), 0);
+    } else {
+      zonxLoadText(kOld.data(), kOld.size(), "", file_.Address(), nullptr, nullptr);
+    }
+    zonxSetString(file_, "A/k", std::string(5000, 'n').c_str());
+    if (way.mustBeNew) flags_ |= ZONX_NEW;
+    if (way.keepsBackup) flags_ |= ZONX_BACKUP;
+  }
+  int Do() { return zonxSave(file_, target_.c_str(), flags_, nullptr, nullptr); }
+
+ private:
+  File file_{nullptr};
+  std::string target_;
+  unsigned flags_ = 0;
+};
+
 class Replace : public testing::Test {
   const mode_t mask_ = umask(022);
 
@@ -165,9 +187,10 @@ TEST_F(Replace, EachCallRefused) {
       for (int n = 1;; ++n) {
         SCOPED_TRACE(std::string(way.name) + ", " + row.name + ", call " + std::to_string(n));
         const std::string folder = way.Prepare();
+        Saver saver(way, folder);
         const int descriptor = LowestFreeDescriptor();
         Inject(row.fault, n);
-        const int error = way.Do(folder);
+        const int error = saver.Do();
         const std::string call = StopFaults();
         SCOPED_TRACE(call);
         const bool isNew = way.Check(folder);
@@ -178,6 +201,8 @@ TEST_F(Replace, EachCallRefused) {
         // The folder is synced when the file is new.
         EXPECT_TRUE(error == 0 || !isNew || (call == "fsync" && !way.hasTwoNames)) << error;
         if (error != 0) refused.insert(call + (isNew ? ", new" : ", old"));
+        // The handle is as it was.
+        EXPECT_TRUE(isNew || row.fault != EIO || saver.Do() == ZONX_OK);
         if (HasFailure()) return;
         if (call.empty()) break;
       }
@@ -195,10 +220,11 @@ TEST_F(Replace, KilledAtEachCall) {
       for (int n = 1;; ++n) {
         SCOPED_TRACE(std::string(way.name) + ", call " + std::to_string(n));
         const std::string folder = way.Prepare(), path = folder + "a.zon";
+        Saver saver(way, folder);
         const pid_t child = fork();
         if (child == 0) {
           Inject(fault, n);
-          _exit(way.Do(folder));
+          _exit(saver.Do());
         }
         int status = 0;
         waitpid(child, &status, 0);
