@@ -1,11 +1,11 @@
-// Edits a parameter file: changes a value, adds a section, renames a keyword, and writes the result:
+// Edits a parameter file: changes a value, adds a section, renames a keyword, and saves the result:
 //
 //     edit FILE RESULT
-#include <cstdio>
 #include <fstream>
 #include <iostream>
 
 #include <zon.h>
+#include <zonx.h>
 
 int main(int argc, char** argv) {
   if (argc != 3) {
@@ -28,9 +28,8 @@ int main(int argc, char** argv) {
   zoneInsertParameterDouble(lift, 0, 12.5);
   zoneInsertParameterInt(lift, 0, 5);
 
-  const bool good = zonGetErrorGlb() == 0;
-  std::remove(argv[2]);  // the library appends to what a file holds
-  zonWrite(file, argv[2]);
+  const int status = zonxSave(file, argv[2], ZONX_OVERWRITE, nullptr, nullptr);
+  const bool good = zonGetErrorGlb() == 0 && status == ZONX_OK;
   zonClose(&file);
   std::cout << std::ifstream(argv[2]).rdbuf();
   return good ? 0 : 1;
