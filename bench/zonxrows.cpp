@@ -96,13 +96,18 @@ void ByPath(benchmark::State& state, bool chained) {
   PerValue(state, 1);
 }
 
-// The keywords of a file whose first value is a number, at most `most` of them, spread over the file.
-std::vector<void*> NumberKeywords(void* handle, std::size_t most) {
-  static std::vector<void*> all;
-  all.clear();
-  zonExplore(handle, [](CzonNode* node) {
-    if (zonIsKeyword(node) != 0 && zonIsNumeric(zonParamByNum(node, 1)) != 0) all.push_back(node);
-  });
+void AddKeywords(void* section, std::vector<void*>* all) {
+  const auto keywords = static_cast<unsigned>(zonGetNoKeywords(section));
+  for (unsigned n = 1; n <= keywords; ++n) all->push_back(zonKeywordByNum(section, n));
+  const auto sections = static_cast<unsigned>(zonGetNoSections(section));
+  for (unsigned n = 1; n <= sections; ++n) AddKeywords(zonSectionByNum(section, n), all);
+}
+
+// Keywords of a file, at most `most` of them, spread over the file. No value is read.
+std::vector<void*> SomeKeywords(void* handle, std::size_t most) {
+  std::vector<void*> all;
+  const auto sections = static_cast<unsigned>(zonGetNoTargets(handle));
+  for (unsigned n = 1; n <= sections; ++n) AddKeywords(zonTargetByNum(handle, n), &all);
   std::vector<void*> chosen;
   const std::size_t step = std::max<std::size_t>(1, all.size() / most);
   for (std::size_t n = 0; n < all.size() && chosen.size() < most; n += step) {
@@ -120,7 +125,7 @@ void SaveChanges(benchmark::State& state, const char* size, std::size_t changes)
   Require(WriteText(name, std::string(file.text.get(), file.size)), "cannot write content");
   void* handle = nullptr;
   Require(zonxLoadFile(name.c_str(), &handle, nullptr, nullptr) == ZONX_OK, "cannot load");
-  const std::vector<void*> keywords = NumberKeywords(handle, changes);
+  const std::vector<void*> keywords = SomeKeywords(handle, changes);
   double value = 0.5;
   for (auto _ : state) {
     state.PauseTiming();

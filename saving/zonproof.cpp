@@ -5,6 +5,7 @@
 
 #include "api/zonx.h"
 #include "reader/zonitemreader.h"
+#include "saving/zonplainlist.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
@@ -64,13 +65,14 @@ void Proof::OpenSection(const CzonNamedNode& header) {
 void Proof::VisitLine(const CzonNamedNode& line, const char*) {
   if (!isSame_) return;
   Level& level = levels_.back();
-  isSame_ = level.line < level.parts.lines.size() &&
-            IsSameHead(*level.parts.lines[level.line], line) &&
-            HasSameValues(*level.parts.lines[level.line], line);
+  isSame_ =
+      level.line < level.parts.lines.size() && IsSameHead(*level.parts.lines[level.line], line);
   if (!isSame_) return;
   const CzonNamedNode& node = *level.parts.lines[level.line++];
   NoteNames(node, line);
-  NoteValues(node, line);
+  if (NotePlainList(node, line)) return;
+  isSame_ = HasSameValues(node, line);
+  if (isSame_) NoteValues(node, line);
 }
 
 void Proof::CloseSection(const char*, const char*) {
@@ -102,6 +104,19 @@ void Proof::NoteValues(const CzonNamedNode& keyword, const CzonNamedNode& loaded
     NotePlace(NodeAccess::ValueText(*value), NodeAccess::FindTextOrigin(*other, newView_, lead),
               lead, NodeAccess::GetArena(*value));
   }
+}
+
+// The values of a line that is still text, compared and noted in one pass.
+bool Proof::NotePlainList(const CzonNamedNode& keyword, const CzonNamedNode& loaded) {
+  const std::string_view list = NodeAccess::DeferredText(loaded);
+  if (list.empty() || !NodeAccess::DeferredText(keyword).empty()) return false;
+  if (!MatchPlainList(keyword, list, &listPlaces_)) return false;
+  const NodeSpan values = NodeAccess::Children(keyword);
+  for (std::uint32_t n = 0; n < values.Size(); ++n) {
+    NotePlace(NodeAccess::ValueText(static_cast<CzonParam&>(*values[n])), listPlaces_[n], 0,
+              NodeAccess::GetArena(*values[n]));
+  }
+  return true;
 }
 
 bool Proof::NoteDeferred(const CzonNamedNode& keyword, const CzonNamedNode& loaded) {

@@ -68,6 +68,7 @@ class Proof : public ItemVisitor {
   bool HasMore() const { return isSame_ && !levels_.empty(); }
   void NoteNames(const CzonNamedNode& node, const CzonNamedNode& loaded);
   void NoteValues(const CzonNamedNode& keyword, const CzonNamedNode& loaded);
+  bool NotePlainList(const CzonNamedNode& keyword, const CzonNamedNode& loaded);
   bool NoteDeferred(const CzonNamedNode& keyword, const CzonNamedNode& loaded);
   void NotePlace(Text& text, const char* origin, std::size_t lead, Arena* arena);
   const char* MovedPlace(const char* place) const;
@@ -88,6 +89,7 @@ class Proof : public ItemVisitor {
   bool hasDeclared_ = false;
   bool isInUse_ = false;  // the host may have a pointer to characters of the former text
   std::vector<NewPlace> places_;
+  std::vector<const char*> listPlaces_;  // of the values of the present line
   std::vector<NewDeferral> deferrals_;
   std::vector<Position> path_;
   std::vector<std::shared_ptr<FileText>> retired_;

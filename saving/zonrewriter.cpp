@@ -8,6 +8,7 @@
 #include "base/zonlexeme.h"
 #include "reader/zonitemreader.h"
 #include "reader/zonstructure.h"
+#include "saving/zonplainlist.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
@@ -203,14 +204,20 @@ void Rewriter::RewriteItem(const Item& item, const CzonNamedNode& wanted) {
   if (!item.isSection) {
     rewritten = rewritten.substr(kHead.size(), rewritten.size() - kHead.size() - kTail.size());
   }
-  edits_.Replace(item.begin, item.end, rewritten);
+  Change(item.begin, item.end, rewritten);
 }
 
 // ---- Keywords and headers -------------------------------------------------------------------------
 
+bool Rewriter::HasUnchangedValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
+  const std::string_view list = NodeAccess::DeferredText(loaded);
+  const bool isText = !list.empty() && NodeAccess::DeferredText(wanted).empty();
+  return (isText && MatchPlainList(wanted, list, &listPlaces_)) || HasSameValues(wanted, loaded);
+}
+
 void Rewriter::RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after) {
   const bool hasHead = IsSameHead(after, before);
-  const bool hasValues = HasSameValues(after, before);
+  const bool hasValues = HasUnchangedValues(after, before);
   if (hasHead && hasValues) return;
   const KeywordLayout layout = layout_.ReadKeyword(before);
   if (!hasHead) {
@@ -222,7 +229,7 @@ void Rewriter::RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& 
       name = "(" + name + ")";
     }
     if (name != std::string_view(layout.name.begin, layout.name.Size())) {
-      edits_.Replace(layout.name.begin, layout.name.end, name);
+      Change(layout.name.begin, layout.name.end, name);
     }
     RewriteRemark(layout.remark, &before, &after);
   }
@@ -236,9 +243,9 @@ void Rewriter::RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& a
   if (before.GetFlags() != after.GetFlags()) {
     std::string header = "[";
     AppendName(&header, after);
-    edits_.Replace(layout.header.begin, layout.header.end, header + "]");
+    Change(layout.header.begin, layout.header.end, header + "]");
   } else if (name != NodeAccess::GetNameView(before)) {
-    edits_.Replace(layout.name.begin, layout.name.end, std::string(name));
+    Change(layout.name.begin, layout.name.end, std::string(name));
   }
   RewriteRemark(layout.remark, &before, &after);
 }
@@ -251,7 +258,7 @@ void Rewriter::RewriteEndComment(const CzonNamedNode& before, const CzonNamedNod
   if (name == former) return;
   const std::string_view comment = NameInComment(end, layout_.End());
   if (EqualNoCase(comment, former)) {
-    edits_.Replace(comment.data(), comment.data() + comment.size(), std::string(name));
+    Change(comment.data(), comment.data() + comment.size(), std::string(name));
   }
 }
 
@@ -259,9 +266,9 @@ void Rewriter::RewriteRemark(const Span& place, const CzonNode* before, const Cz
   const std::string& remark = RemarkOf(after);
   if (RemarkOf(before) == remark) return;
   if (remark.empty()) {
-    edits_.Erase(place.begin, place.end);
+    Change(place.begin, place.end, {});
   } else {
-    edits_.Replace(place.begin, place.end, (place.Size() == 0 ? " {" : "{") + remark + "}");
+    Change(place.begin, place.end, (place.Size() == 0 ? " {" : "{") + remark + "}");
   }
 }
 
@@ -269,6 +276,7 @@ void Rewriter::RewriteRemark(const Span& place, const CzonNode* before, const Cz
 
 void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
                              const Values& after) {
+  if (RewriteOnlyValue(layout, before, after)) return;
   Alignment alignment(before.size(), after.size());
   const auto refine = [&](auto&& key) {
     alignment.Refine([&](std::size_t n) { return key(before[n]); },
@@ -302,6 +310,23 @@ void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
   eraseAndInsert(before.size(), after.size());
 }
 
+// If at most one value differs from the one in its place, which is most usual: rewrites it. Saves a third of
+// the time of a save with many changes.
+bool Rewriter::RewriteOnlyValue(const KeywordLayout& layout, const Values& before,
+                                const Values& after) {
+  if (before.size() != after.size()) return false;
+  std::size_t different = before.size();
+  for (std::size_t n = 0; n < before.size(); ++n) {
+    if (IsSameSavedValue(after[n], before[n])) continue;
+    if (different != before.size()) return false;
+    different = n;
+  }
+  if (different < before.size()) {
+    RewriteValue(layout.values[different], before[different], after[different]);
+  }
+  return true;
+}
+
 void Rewriter::RewriteValue(const ValueLayout& layout, const CzonNode* before,
                             const CzonNode* after) {
   const bool isSame = before != nullptr && after != nullptr ? IsSameValue(*after, *before)
@@ -309,15 +334,11 @@ void Rewriter::RewriteValue(const ValueLayout& layout, const CzonNode* before,
   if (!isSame) {
     std::string text = TextOfValue(after);
     const Span place = layout.value;
-    const char last = text.empty() ? ' ' : text.back();
-    const bool needsBlank =
-        place.end < layout_.End() && (IsClass(*place.end, kWord) || *place.end == '.');
     if (place.Size() == 0 && !text.empty()) {
       const bool hasRemark = layout.remark.Size() > 0;
       text = hasRemark ? text + " " : " " + text;
     }
-    if (needsBlank && IsClass(last, kWord)) text += ' ';
-    edits_.Replace(place.begin, place.end, text);
+    Change(place.begin, place.end, text);
   }
   RewriteRemark(layout.remark, before, after);
 }
@@ -331,17 +352,17 @@ void Rewriter::EraseValue(const KeywordLayout& layout, std::size_t n, bool isBeh
     if (SkipBlanks(value.comma + 1, layout_.End()) == begin) {
       begin = value.comma;
     } else {
-      edits_.Erase(value.comma, value.comma + 1);
+      Change(value.comma, value.comma + 1, {});
     }
-    edits_.Erase(begin, end);
+    Change(begin, end, {});
   } else if (n + 1 < layout.values.size()) {
     const ValueLayout& next = layout.values[n + 1];
     const bool isAlone = SkipBlanks(end, layout_.End()) == next.comma &&
                          SkipBlanks(next.comma + 1, layout_.End()) == next.value.begin;
-    edits_.Erase(begin, isAlone ? next.value.begin : end);
-    if (!isAlone) edits_.Erase(next.comma, next.comma + 1);
+    Change(begin, isAlone ? next.value.begin : end, {});
+    if (!isAlone) Change(next.comma, next.comma + 1, {});
   } else {
-    edits_.Erase(begin, end);
+    Change(begin, end, {});
   }
 }
 
@@ -357,10 +378,24 @@ void Rewriter::InsertValues(const KeywordLayout& layout, std::size_t n, const Va
   }
   if (n > 0) {
     const char* const place = layout.values[n - 1].remark.end;
-    edits_.Insert(place, std::move(text));
+    Change(place, place, std::move(text));
   } else {
-    edits_.Insert(layout.values[0].value.begin, std::move(text));
+    const char* const place = layout.values[0].value.begin;
+    Change(place, place, std::move(text));
   }
+}
+
+// Replaces characters. What would become one word or text with its neighbour is kept apart from it.
+void Rewriter::Change(const char* begin, const char* end, std::string by) {
+  const auto join = [](char a, char b) {
+    const auto isWordlike = [](char c) { return IsClass(c, kWord) || c == '.'; };
+    return (isWordlike(a) && isWordlike(b)) || (a == '\'' && b == '\'');
+  };
+  const char before = begin > layout_.Begin() ? begin[-1] : ' ';
+  const char after = end < layout_.End() ? *end : ' ';
+  if (!by.empty() && join(before, by.front())) by.insert(by.begin(), ' ');
+  if (join(by.empty() ? before : by.back(), after)) by += ' ';
+  edits_.Replace(begin, end, std::move(by));
 }
 
 // ---- Adding and removing items --------------------------------------------------------------------
@@ -370,13 +405,13 @@ void Rewriter::InsertValues(const KeywordLayout& layout, std::size_t n, const Va
 void Rewriter::Erase(const Item& item) {
   const char* const line = layout_.BeginOfLine(item.previousEnd, item.begin);
   const char* const endOfLine = layout_.EndOfLine(item.end);
-  if (line == nullptr || endOfLine == nullptr) return edits_.Erase(item.begin, item.end);
+  if (line == nullptr || endOfLine == nullptr) return Change(item.begin, item.end, {});
   const char* next = layout_.NextLine(endOfLine);
   if (item.isSection) {
     const char* const blank = SkipBlanks(next, layout_.End());
     if (blank < layout_.End() && *blank == '\n') next = blank + 1;
   }
-  edits_.Erase(line, next);
+  Change(line, next, {});
 }
 
 // Adds nodes after the last item of their row that stays, sections without one after the last line, and
@@ -423,7 +458,8 @@ void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool
   }
   // A last line that was not ended, or the rest of a line that goes on.
   if (endOfLine == nullptr || isAtEnd) text += lineEnd;
-  edits_.Insert(endOfLine != nullptr ? endOfLine : place, std::move(text));
+  if (endOfLine != nullptr) place = endOfLine;
+  Change(place, place, std::move(text));
 }
 
 void Rewriter::InsertBefore(const Item& next, const Nodes& sections) {
@@ -435,7 +471,8 @@ void Rewriter::InsertBefore(const Item& next, const Nodes& sections) {
     AppendSection(&text, *section, layout_.IndentationAt(next.begin), lineEnd);
     text.append(lineEnd).append(lineEnd);
   }
-  edits_.Insert(line != nullptr ? line : next.begin, std::move(text));
+  const char* const place = line != nullptr ? line : next.begin;
+  Change(place, place, std::move(text));
 }
 
 }  // namespace zon

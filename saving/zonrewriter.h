@@ -80,15 +80,18 @@ class Rewriter : public ItemVisitor {
   void RewriteGap(Level& level, Row& row, std::size_t wantedEnd, const Item* next);
   void RewriteItem(const Item& item, const CzonNamedNode& wanted);
 
+  bool HasUnchangedValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
   void RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after);
   void RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after);
   void RewriteEndComment(const CzonNamedNode& before, const CzonNamedNode& after, const char* end);
   void RewriteValues(const KeywordLayout& layout, const Values& before, const Values& after);
+  bool RewriteOnlyValue(const KeywordLayout& layout, const Values& before, const Values& after);
   void RewriteValue(const ValueLayout& layout, const CzonNode* before, const CzonNode* after);
   void RewriteRemark(const Span& place, const CzonNode* before, const CzonNode* after);
   void EraseValue(const KeywordLayout& layout, std::size_t n, bool isBehindOthers);
   void InsertValues(const KeywordLayout& layout, std::size_t n, const Values& values);
 
+  void Change(const char* begin, const char* end, std::string by);
   void Erase(const Item& item);
   void Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next);
   void InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
@@ -101,6 +104,7 @@ class Rewriter : public ItemVisitor {
   const bool knowsPlaces_;
   TextEdits& edits_;
   std::vector<Level> levels_;
+  std::vector<const char*> listPlaces_;  // of the values of the present line; not used
   const CzonNamedNode* pairedNode_ =
       nullptr;  // that the first item belongs to, wherever it is from
 };

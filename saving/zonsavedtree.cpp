@@ -14,15 +14,6 @@ namespace {
 
 constexpr std::string_view kStep = "   ";  // the indentation of each level
 
-bool IsSameSavedValue(const CzonNode* wanted, const CzonNode* loaded) {
-  if (wanted != nullptr && loaded != nullptr) {
-    return IsSameValue(*wanted, *loaded) && wanted->GetRemark() == loaded->GetRemark();
-  }
-  const CzonNode* present = wanted != nullptr ? wanted : loaded;
-  return present == nullptr || KindOf(*present) == ZONX_EMPTY ||
-         KindOf(*present) == ZONX_PLACEHOLDER;
-}
-
 void AppendValueWithRemark(std::string* out, const CzonNode& value) {
   AppendValue(out, value);
   if (value.GetRemark().empty()) return;
@@ -98,6 +89,15 @@ std::vector<const CzonNode*> SavedValues(const CzonNamedNode& keyword) {
   for (const CzonNode* value : children) values.push_back(value);
   if (values.empty()) values.push_back(nullptr);
   return values;
+}
+
+bool IsSameSavedValue(const CzonNode* wanted, const CzonNode* loaded) {
+  if (wanted != nullptr && loaded != nullptr) {
+    return IsSameValue(*wanted, *loaded) && wanted->GetRemark() == loaded->GetRemark();
+  }
+  const CzonNode* present = wanted != nullptr ? wanted : loaded;
+  return present == nullptr || KindOf(*present) == ZONX_EMPTY ||
+         KindOf(*present) == ZONX_PLACEHOLDER;
 }
 
 bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {

@@ -31,6 +31,9 @@ struct SectionParts {
 // The values of a keyword. One without values is saved with an empty place, which is null here.
 std::vector<const CzonNode*> SavedValues(const CzonNamedNode& keyword);
 
+// The data and the remark of a value. Null is an empty place.
+bool IsSameSavedValue(const CzonNode* wanted, const CzonNode* loaded);
+
 // Name, class, flags and remark.
 bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
 bool HasSameValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);

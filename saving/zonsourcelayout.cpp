@@ -81,7 +81,9 @@ KeywordLayout SourceLayout::ReadKeyword(const CzonNamedNode& keyword) const {
   }
   layout.remark = ReadRemark(at);
   at = SkipGaps(layout.remark.end, end_);  // the equals sign
-  for (const CzonNode* value : SavedValues(keyword)) {
+  const std::vector<const CzonNode*> values = SavedValues(keyword);
+  layout.values.reserve(values.size());
+  for (const CzonNode* value : values) {
     const char* const comma = SkipGaps(at, end_);
     layout.values.push_back(ReadValue(value, comma + 1));
     layout.values.back().comma = layout.values.size() > 1 ? comma : nullptr;

@@ -26,12 +26,24 @@ std::vector<std::string_view> TextEdits::Apply(std::string_view text) {
   return pieces;
 }
 
+// Places are mostly looked up in their order, so the answer is often the edit of the last one or the next.
 const char* TextEdits::Moved(const char* place) const {
-  const auto next =
-      std::upper_bound(edits_.begin(), edits_.end(), place,
-                       [](const char* wanted, const Edit& edit) { return wanted < edit.begin; });
-  if (next == edits_.begin()) return place;
-  const Edit& last = *(next - 1);
+  const auto isBefore = [&](std::size_t n) {
+    return n == edits_.size() || place < edits_[n].begin;
+  };
+  const auto isNext = [&](std::size_t n) { return isBefore(n) && (n == 0 || !isBefore(n - 1)); };
+  if (hint_ > edits_.size() || !isNext(hint_)) {
+    if (hint_ < edits_.size() && isNext(hint_ + 1)) {
+      ++hint_;
+    } else {
+      const auto next = std::upper_bound(
+          edits_.begin(), edits_.end(), place,
+          [](const char* wanted, const Edit& edit) { return wanted < edit.begin; });
+      hint_ = static_cast<std::size_t>(next - edits_.begin());
+    }
+  }
+  if (hint_ == 0) return place;
+  const Edit& last = edits_[hint_ - 1];
   return place < last.end ? nullptr : place + last.shift;
 }
 

@@ -41,6 +41,7 @@ class TextEdits {
   };
 
   std::deque<Edit> edits_;
+  mutable std::size_t hint_ = 0;  // of the edit after the last place that was looked up
 };
 
 }  // namespace zon
