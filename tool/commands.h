@@ -58,6 +58,22 @@ struct FormatOptions {
 // The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
 
+// Of the commands that change files in place.
+struct EditOptions {
+  bool dryRun = false;  // prints what would change
+  bool backup = false;  // keeps the old file
+};
+
+struct SetOptions {
+  std::vector<std::string> files;
+  std::vector<std::vector<std::string>> groups;  // each a path and its values
+  std::string changes;  // a file of lines "path = values", instead of groups
+  std::string type;     // "string", "filename" or "text"; empty: values keep their kinds
+  EditOptions edit;
+};
+// Sets values. Each file gets all changes or stays as it is.
+Status Set(const SetOptions& options);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 
