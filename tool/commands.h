@@ -74,6 +74,24 @@ struct SetOptions {
 // Sets values. Each file gets all changes or stays as it is.
 Status Set(const SetOptions& options);
 
+// Removes sections, keywords and values. All paths are those of the file before.
+Status Unset(const std::string& file, const std::vector<std::string>& paths,
+             const EditOptions& options);
+
+struct AddOptions {
+  std::string file;
+  std::string path;                 // ends with "/" for a section
+  std::vector<std::string> values;  // as a file has them; none: an empty place
+  std::string type;                 // "string" or "filename" for values of that kind
+  EditOptions edit;
+};
+// Adds one more section or keyword of a name, after the last of it.
+Status Add(const AddOptions& options);
+
+// Renames a section or keyword.
+Status Rename(const std::string& file, const std::string& path, const std::string& name,
+              const EditOptions& options);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 

@@ -250,6 +250,47 @@ void AddSet(CLI::App& app) {
   Choose(command, [] { return Set(options, words); });
 }
 
+void AddUnset(CLI::App& app) {
+  CLI::App* command = Add(app, "unset", "Remove sections, keywords and values in place",
+                          "zon unset harbour.zon Run/Restart Quay:2/Berth/");
+  static std::string file;
+  static std::vector<std::string> paths;
+  static tool::EditOptions edit;
+  AddFile(command, "FILE", file);
+  command->add_option("PATH", paths, "what is removed, as the file is before")->required();
+  AddEditOptions(command, edit);
+  Choose(command, [] { return tool::Unset(file, paths, edit); });
+}
+
+void AddAdd(CLI::App& app) {
+  CLI::App* command = Add(app, "add", "Add one more section or keyword in place",
+                          "zon add harbour.zon Quay:2/Bollard 2 12.0");
+  static tool::AddOptions options;
+  AddFile(command, "FILE", options.file);
+  command->add_option("PATH", options.path, "a keyword, or a section with '/' at the end")
+      ->required();
+  command->add_option("VALUE", options.values, "values as a file has them; none: an empty place");
+  command->add_option("--type", options.type, "string or filename, for values without marks")
+      ->check(CLI::IsMember({"string", "filename"}));
+  AddEditOptions(command, options.edit);
+  Choose(command, [] {
+    for (std::string& value : options.values) value = WithoutMark(value);
+    return tool::Add(options);
+  });
+}
+
+void AddRename(CLI::App& app) {
+  CLI::App* command = Add(app, "rename", "Rename a section or keyword in place",
+                          "zon rename harbour.zon 'Quay:*/Length' Metres");
+  static std::string file, path, name;
+  static tool::EditOptions edit;
+  AddFile(command, "FILE", file);
+  command->add_option("PATH", path, "a section or keyword")->required();
+  command->add_option("NAME", name, "its new name")->required();
+  AddEditOptions(command, edit);
+  Choose(command, [] { return tool::Rename(file, path, name, edit); });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -285,6 +326,9 @@ void AddCommands(CLI::App& app) {
   AddCopy(app);
   AddFormat(app);
   AddSet(app);
+  AddUnset(app);
+  AddAdd(app);
+  AddRename(app);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);

@@ -66,4 +66,11 @@ std::optional<std::string> ValueText::Quoted(int kind, const std::string& given)
   return std::nullopt;
 }
 
+bool ValueText::IsName(const std::string& name) {
+  if (name.find_first_of("/:[") != std::string::npos) return false;
+  const int status = zonxSetText(file_, ("s/" + name).c_str(), "");
+  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return status == ZONX_OK;
+}
+
 }  // namespace tool

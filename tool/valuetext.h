@@ -25,6 +25,8 @@ class ValueText {
   std::optional<std::string> OfKind(int kind, const std::string& given);
   // The text of a string or file name, whatever marks the given text has.
   std::optional<std::string> Quoted(int kind, const std::string& given);
+  // Whether a section or keyword can have the name.
+  bool IsName(const std::string& name);
 
  private:
   void* file_ = nullptr;  // with one keyword

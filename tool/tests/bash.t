@@ -21,6 +21,8 @@
   filename
   $ complete_bash zon set harbour.zon Quay : 2/Le
   2/Length
+  $ complete_bash zon unset harbour.zon Run/Title Quay : 2/Le
+  2/Length
   $ complete_bash zon list harbour.zon Run/In
   Run/Input:1
   Run/Input:2

@@ -169,3 +169,80 @@ A file of changes, for many files; each has all changes or none:
   $ echo 'Run/Step = 63' | zon set -f - harbour.zon -
   zon: standard input can be read only once; use - for one file
   [2]
+
+Removing; every path is that of the file as it was:
+
+  $ changes unset harbour.zon Quay/Bollard Quay/Bollard:2 Quay/Bollard 'Run/Tolerance[1]' 'Run/Tolerance[3]' Run/Step[1]
+  -   Step {seconds} = 60
+  -   Tolerance = 1.e-3, 2.5E-6 {absolute}, 1e-4 {relative}
+  +   Step {seconds} = 
+  +   Tolerance = 2.5E-6 {absolute}
+  -   Bollard = 1, 25.0
+  -   Bollard = 2, 25.0
+  $ zon unset settings.zon Run/Report/Hours Run/Report Run/Report/; cat settings.zon
+  // The settings of a run. The value of Workers is beyond what the hosts allow.
+  [Run]
+     Title = '// no comment', {m}
+     Workers = 400
+     Step {seconds} = 63
+     Output = |results\tuesday.csv|
+  
+  EndSect  // Run
+  $ zon unset settings.zon Run/Step Run/Stp Run/Report
+  settings.zon:2:1: error: the section `Run` has no keyword `Stp`
+  [Run]
+  ^~~~~
+  hint: did you mean Step?
+  settings.zon:2:1: error: the section `Run` has no keyword `Report`
+  [Run]
+  ^~~~~
+  [1]
+
+Adding one more, after the last of its name:
+
+  $ changes add harbour.zon Run/Input "'tides'" '|tides.csv|'; changes add harbour.zon Quay:2/Bollard -1 -.5
+  +   Input = 'tides', |tides.csv|
+  +   Bollard = -1, -.5
+  $ changes add harbour.zon 'Quay:*/Berth/' 2>&1; changes add harbour.zon 'Quay:2/Note' 'a b' '[c]' --type string
+  +   [Berth]
+  +   EndSect  // Berth
+  +   [Berth]
+  +   EndSect  // Berth
+  +   [Berth]
+  +   EndSect  // Berth
+  +   Note = 'a b', '[c]'
+  $ zon add harbour.zon Pier/ --backup; zon add harbour.zon Pier/Length; diff -U0 harbour.zon~ harbour.zon | tail -n +4
+  +
+  +[Pier]
+  +   Length = 
+  +EndSect  // Pier
+  $ zon add harbour.zon Quay/ 5; zon add harbour.zon Quay; zon add harbour.zon Quay:2/; zon add harbour.zon Quay/x 5 m
+  zon: a section has no values
+  zon: a keyword must be in a section
+  zon: `Quay:2` is no name of a new node
+  zon: `m` is no value as a file has it; --type string sets a text without quotes
+  [2]
+  $ zon add harbour.zon Qay/x
+  harbour.zon: error: the file has no section `Qay`
+  hint: did you mean Quay?
+  [1]
+
+Renaming keeps values, remarks and places:
+
+  $ changes rename harbour.zon 'Quay:*/Length' Metres; changes rename harbour.zon Harbour/Tides/ Water
+  -   Length = 240.0
+  +   Metres = 240.0
+  -   Length = 97.0
+  +   Metres = 97.0
+  -   Length = 31
+  +   Metres = 31
+  -   [Tides] {metres above datum}
+  +   [Water] {metres above datum}
+  -   EndSect  // Tides
+  +   EndSect  // Water
+  $ zon rename harbour.zon Run/Step 'a b'; zon rename harbour.zon 'Run/Step[1]' Steps
+  zon: `a b` is no name of a section or keyword
+  harbour.zon:23:21: error: `Run/Step[1]` is an integer
+     Step {seconds} = 60
+                      ^~
+  [1]
