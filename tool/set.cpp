@@ -125,7 +125,10 @@ class Setter {
       text += (at > 0 ? ", " : "") + *value;
     }
     if (target.keyword == nullptr) return SetNew(path, text);
-    if (!isWhole && values_.Count(text) == 1) text = WithOthers(target, first, text);
+    if (!isWhole && values_.Count(text) == 1) {
+      if (values_.SetAlone(target.keyword, first, text)) return kFine;
+      text = WithOthers(target, first, text);
+    }
     return Check(path, zonxSetText(target.keyword, "", text.c_str()));
   }
 

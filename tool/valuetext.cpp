@@ -66,6 +66,28 @@ std::optional<std::string> ValueText::Quoted(int kind, const std::string& given)
   return std::nullopt;
 }
 
+// The value is set in the own file first, to see how it is spelled.
+bool ValueText::SetAlone(void* keyword, unsigned int n, const std::string& text) {
+  long long whole = 0;
+  double real = 0;
+  const char* string = "";
+  const int kind = KindOf(text);
+  const bool isRead = (kind == ZONX_INTEGER && zonxGetInt64(file_, "s/k", &whole) == ZONX_OK) ||
+                      (kind == ZONX_REAL && zonxGetDouble(file_, "s/k", &real) == ZONX_OK) ||
+                      (kind == ZONX_STRING && zonxGetString(file_, "s/k", &string) == ZONX_OK);
+  if (!isRead) return false;
+  const std::string copy = string;
+  const auto set = [&](void* node, const char* path) {
+    if (kind == ZONX_INTEGER) return zonxSetInt64(node, path, whole);
+    if (kind == ZONX_REAL) return zonxSetDouble(node, path, real);
+    return zonxSetString(node, path, copy.c_str());
+  };
+  const char* spelled = "";
+  const bool isSame = set(file_, "s/k2") == ZONX_OK &&
+                      zonxGetText(file_, "s/k2", &spelled) == ZONX_OK && spelled == text;
+  return isSame && set(keyword, ("[" + std::to_string(n) + "]").c_str()) == ZONX_OK;
+}
+
 bool ValueText::IsName(const std::string& name) {
   if (name.find_first_of("/:[") != std::string::npos) return false;
   const int status = zonxSetText(file_, ("s/" + name).c_str(), "");

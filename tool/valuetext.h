@@ -25,6 +25,10 @@ class ValueText {
   std::optional<std::string> OfKind(int kind, const std::string& given);
   // The text of a string or file name, whatever marks the given text has.
   std::optional<std::string> Quoted(int kind, const std::string& given);
+  // Sets value n of a keyword without a change of the others, whose number it does not depend on. False if
+  // the library would spell the value otherwise than the text.
+  bool SetAlone(void* keyword, unsigned int n, const std::string& text);
+
   // Whether a section or keyword can have the name.
   bool IsName(const std::string& name);
 

@@ -197,6 +197,9 @@ Removing; every path is that of the file as it was:
   [Run]
   ^~~~~
   [1]
+  $ (ulimit -f 0; trap '' XFSZ; zon unset settings.zon Run/Step); zon get settings.zon Run/Step
+  settings.zon: error: the file cannot be written: File too large
+  63
 
 Adding one more, after the last of its name:
 
