@@ -58,6 +58,40 @@ struct FormatOptions {
 // The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
 
+// Of the commands that change files in place.
+struct EditOptions {
+  bool dryRun = false;  // prints what would change
+  bool backup = false;  // keeps the old file
+};
+
+struct SetOptions {
+  std::vector<std::string> files;
+  std::vector<std::vector<std::string>> groups;  // each a path and its values
+  std::string changes;  // a file of lines "path = values", instead of groups
+  std::string type;     // "string", "filename" or "text"; empty: values keep their kinds
+  EditOptions edit;
+};
+// Sets values. Each file gets all changes or stays as it is.
+Status Set(const SetOptions& options);
+
+// Removes sections, keywords and values. All paths are those of the file before.
+Status Unset(const std::string& file, const std::vector<std::string>& paths,
+             const EditOptions& options);
+
+struct AddOptions {
+  std::string file;
+  std::string path;                 // ends with "/" for a section
+  std::vector<std::string> values;  // as a file has them; none: an empty place
+  std::string type;                 // "string" or "filename" for values of that kind
+  EditOptions edit;
+};
+// Adds one more section or keyword of a name, after the last of it.
+Status Add(const AddOptions& options);
+
+// Renames a section or keyword.
+Status Rename(const std::string& file, const std::string& path, const std::string& name,
+              const EditOptions& options);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 

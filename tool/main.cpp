@@ -166,6 +166,131 @@ void AddFormat(CLI::App& app) {
   });
 }
 
+// The parser would take some values apart or for options. A mark in front of them prevents that; the word
+// that separates groups becomes another mark.
+constexpr char kMark = '\x1f';
+constexpr const char* kGroupEnd = "\x1e";
+
+bool NeedsMark(const std::string& word) {
+  const bool isNumber =
+      word.size() > 2 && word.compare(0, 2, "-.") == 0 && word[2] >= '0' && word[2] <= '9';
+  return isNumber || word == "++" || word.substr(0, 1) == "[";
+}
+
+// The arguments in the order in which the parser takes them. What follows "--" is no option.
+std::vector<std::string> MarkValues(int argc, char** argv) {
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+  auto word = std::find_if(words.begin(), words.end(),
+                           [](const std::string& name) { return name == "set" || name == "add"; });
+  for (; word != words.end() && *word != "--"; ++word) {
+    if (*word == "--and") {
+      *word = kGroupEnd;
+    } else if (NeedsMark(*word)) {
+      word->insert(0, 1, kMark);
+    }
+  }
+  if (word != words.end()) word = words.erase(word);
+  for (; word != words.end(); ++word) word->insert(0, 1, kMark);
+  std::reverse(words.begin(), words.end());
+  return words;
+}
+
+std::string WithoutMark(const std::string& word) {
+  return word.substr(0, 1) == std::string(1, kMark) ? word.substr(1) : word;
+}
+
+Status RefuseUsage(const char* text) {
+  tool::PrintMessage(text);
+  return tool::kTrouble;
+}
+
+void AddEditOptions(CLI::App* command, tool::EditOptions& options) {
+  command->add_flag("--dry-run", options.dryRun, "print what would change, and write nothing");
+  command->add_flag("--backup", options.backup, "keep the old file, as its name and ~");
+}
+
+Status Set(tool::SetOptions& options, const std::vector<std::string>& words) {
+  if (!options.changes.empty()) {
+    for (const std::string& word : words) options.files.push_back(WithoutMark(word));
+    const auto inputs = std::count(options.files.begin(), options.files.end(), "-") +
+                        (options.changes == "-" ? 1 : 0);
+    return inputs > 1 ? RefuseSecondInput() : tool::Set(options);
+  }
+  options.files.push_back(WithoutMark(words.front()));
+  options.groups.emplace_back();
+  for (auto word = words.begin() + 1; word != words.end(); ++word) {
+    if (*word == kGroupEnd) {
+      options.groups.emplace_back();
+    } else {
+      options.groups.back().push_back(WithoutMark(*word));
+    }
+  }
+  for (const auto& group : options.groups) {
+    if (group.size() < 2) return RefuseUsage("a path and a value are needed; see zon set --help");
+  }
+  return tool::Set(options);
+}
+
+void AddSet(CLI::App& app) {
+  CLI::App* command =
+      Add(app, "set", "Set values in place", "zon set harbour.zon Quay:2/Length 97");
+  static tool::SetOptions options;
+  static std::vector<std::string> words;
+  command
+      ->add_option("FILE PATH VALUE", words,
+                   "a file, a path and its value; several values replace all of a keyword; further "
+                   "paths with values follow after --and. With -f: files")
+      ->required();
+  CLI::Option* changes = command->add_option("-f,--changes", options.changes,
+                                             "a file of lines PATH = VALUES, for many files");
+  command->add_option("--type", options.type, "string, filename or text; default: as it was")
+      ->check(CLI::IsMember({"string", "filename", "text"}))
+      ->excludes(changes);
+  AddEditOptions(command, options.edit);
+  Choose(command, [] { return Set(options, words); });
+}
+
+void AddUnset(CLI::App& app) {
+  CLI::App* command = Add(app, "unset", "Remove sections, keywords and values in place",
+                          "zon unset harbour.zon Run/Restart Quay:2/Berth/");
+  static std::string file;
+  static std::vector<std::string> paths;
+  static tool::EditOptions edit;
+  AddFile(command, "FILE", file);
+  command->add_option("PATH", paths, "what is removed, as the file is before")->required();
+  AddEditOptions(command, edit);
+  Choose(command, [] { return tool::Unset(file, paths, edit); });
+}
+
+void AddAdd(CLI::App& app) {
+  CLI::App* command = Add(app, "add", "Add one more section or keyword in place",
+                          "zon add harbour.zon Quay:2/Bollard 2 12.0");
+  static tool::AddOptions options;
+  AddFile(command, "FILE", options.file);
+  command->add_option("PATH", options.path, "a keyword, or a section with '/' at the end")
+      ->required();
+  command->add_option("VALUE", options.values, "values as a file has them; none: an empty place");
+  command->add_option("--type", options.type, "string or filename, for values without marks")
+      ->check(CLI::IsMember({"string", "filename"}));
+  AddEditOptions(command, options.edit);
+  Choose(command, [] {
+    for (std::string& value : options.values) value = WithoutMark(value);
+    return tool::Add(options);
+  });
+}
+
+void AddRename(CLI::App& app) {
+  CLI::App* command = Add(app, "rename", "Rename a section or keyword in place",
+                          "zon rename harbour.zon 'Quay:*/Length' Metres");
+  static std::string file, path, name;
+  static tool::EditOptions edit;
+  AddFile(command, "FILE", file);
+  command->add_option("PATH", path, "a section or keyword")->required();
+  command->add_option("NAME", name, "its new name")->required();
+  AddEditOptions(command, edit);
+  Choose(command, [] { return tool::Rename(file, path, name, edit); });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -200,6 +325,10 @@ void AddCommands(CLI::App& app) {
   AddCompare(app);
   AddCopy(app);
   AddFormat(app);
+  AddSet(app);
+  AddUnset(app);
+  AddAdd(app);
+  AddRename(app);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);
@@ -256,7 +385,7 @@ int main(int argc, char** argv) {
   app.get_formatter()->column_width(24);
   AddCommands(app);
   try {
-    app.parse(argc, argv);
+    app.parse(MarkValues(argc, argv));
   } catch (const CLI::ParseError& error) {
     return Refuse(app, error, argc, argv);
   }

@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump compare copy fmt tokens results help'
+  local commands='check get list dump compare copy fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
@@ -22,7 +22,16 @@ _zon() {
       return ;;
     --default)
       return ;;
-    -t | --template)
+    --type)
+      # Of get it is a flag.
+      if [[ $command == add ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'string filename' -- "$cur")
+        return
+      elif [[ $command == set ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'string filename text' -- "$cur")
+        return
+      fi ;;
+    -t | --template | -f | --changes)
       _filedir
       return ;;
   esac
@@ -34,12 +43,17 @@ _zon() {
     dump) options+=' --json --places' ;;
     compare) options+=' --template' ;;
     fmt) options+=' --check --diff --write --plain' ;;
+    set) options+=' --changes --type --dry-run --backup --and' ;;
+    add) options+=' --type --dry-run --backup' ;;
+    unset | rename) options+=' --dry-run --backup' ;;
   esac
   if [[ $cur == -* || -z $command ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   elif [[ $command == help ]]; then
     [[ ${#given[@]} -gt 0 ]] || mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
-  elif [[ $command == get && ${#given[@]} -gt 0 || $command == list && ${#given[@]} -eq 1 ]]; then
+  elif [[ $command =~ ^(get|unset)$ && ${#given[@]} -gt 0 || $command =~ ^(list|add|rename)$ && ${#given[@]} -eq 1 ||
+          $command == set && ${#given[@]} -gt 0 && ($prev == --and || ${#given[@]} -eq 1) &&
+          " ${words[*]} " != *' -f '* && " ${words[*]} " != *' --changes '* ]]; then
     # The content of the section that has been typed so far.
     local section= file
     file=$(dequote "${given[0]}" 2>/dev/null)

@@ -2,7 +2,7 @@
 # The words after the subcommand, without options.
 function __zon_given
     set -l words (commandline -opc)
-    while set -q words[1]; and not contains -- $words[1] get list
+    while set -q words[1]; and not contains -- $words[1] get list set unset add rename
         set -e words[1]
     end
     string match -v -- '-?*' $words[2..]
@@ -14,7 +14,7 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump compare copy fmt tokens results help
+set -l commands check get list dump compare copy fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
@@ -36,5 +36,12 @@ complete -c zon -n '__fish_seen_subcommand_from fmt' -l check -d 'Names of files
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l diff -d 'What would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l write -d 'Change the files'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l plain -d 'Without comments'
-complete -c zon -n '__fish_seen_subcommand_from get; and test (count (__zon_given)) -ge 1' -f -a '(__zon_paths)'
+complete -c zon -n '__fish_seen_subcommand_from set' -s f -l changes -r -F -d 'File of changes'
+complete -c zon -n '__fish_seen_subcommand_from set' -l type -x -a 'string filename text' -d 'Kind of the values'
+complete -c zon -n '__fish_seen_subcommand_from set' -l and -d 'A further path follows'
+complete -c zon -n '__fish_seen_subcommand_from add' -l type -x -a 'string filename' -d 'Kind of the values'
+complete -c zon -n '__fish_seen_subcommand_from set unset add rename' -l dry-run -d 'Print what would change'
+complete -c zon -n '__fish_seen_subcommand_from set unset add rename' -l backup -d 'Keep the old file'
+complete -c zon -n '__fish_seen_subcommand_from set add rename; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'
+complete -c zon -n '__fish_seen_subcommand_from get unset; and test (count (__zon_given)) -ge 1' -f -a '(__zon_paths)'
 complete -c zon -n '__fish_seen_subcommand_from list; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'

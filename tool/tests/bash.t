@@ -17,6 +17,12 @@
   --resolved
   $ complete_bash zon fmt --w
   --write
+  $ complete_bash zon set harbour.zon --type f
+  filename
+  $ complete_bash zon set harbour.zon Quay : 2/Le
+  2/Length
+  $ complete_bash zon unset harbour.zon Run/Title Quay : 2/Le
+  2/Length
   $ complete_bash zon list harbour.zon Run/In
   Run/Input:1
   Run/Input:2

@@ -13,4 +13,6 @@
   Quay:2/Length
   $ complete_fish 'zon --color always get --type harbour.zon Quay:2/Le'
   Quay:2/Length
+  $ complete_fish 'zon set --backup harbour.zon Quay:2/Le'
+  Quay:2/Length
   $ complete_fish 'zon get - Q'

@@ -12,9 +12,10 @@ Typed into a pseudo-terminal, with a tab at the end:
   > zpty -n -w shell "$1"$'\t'
   > zpty -r shell text "*$2*" && print -r -- "$2"
   > E
-  $ for typed in 'zon get harbour.zon Quay:2/Le' 'zon get --type harbour.zon Quay:2/Le'; do
+  $ for typed in 'zon get harbour.zon Quay:2/Le' 'zon get --type harbour.zon Quay:2/Le' 'zon set harbour.zon Quay:2/Le'; do
   >   timeout 20 zsh -f "$CRAMTMP/type.zsh" "$typed" Quay:2/Length
   > done
+  Quay:2/Length
   Quay:2/Length
   Quay:2/Length
   $ timeout 20 zsh -f "$CRAMTMP/type.zsh" 'zon help tok' 'zon help tokens'
