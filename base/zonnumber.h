@@ -2,6 +2,7 @@
 #ifndef ZON_BASE_ZONNUMBER_H
 #define ZON_BASE_ZONNUMBER_H
 
+#include <cmath>
 #include <cstdint>
 #include <string_view>
 
@@ -46,6 +47,11 @@ class NumberText {
   char text_[44];
   unsigned size_ = 0;
 };
+
+// Whether two reals are the same number with the same sign: 0.0 is not -0.0.
+inline bool AreSameReals(double a, double b) {
+  return a == b && std::signbit(a) == std::signbit(b);
+}
 
 // Returns whether the value is whole and within 64 bits, and stores it. 2^63 itself is outside.
 inline bool WholeNumber(double value, long long* whole) {

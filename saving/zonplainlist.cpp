@@ -24,9 +24,8 @@ struct PlainText {
 };
 
 bool IsMade(const CzonReal& real, std::string_view text) {
-  const double value = real.CzonReal::GetDouble();
-  const double read = TextToDouble(text);
-  return text.find_first_of(".eE") != text.npos && std::memcmp(&value, &read, sizeof value) == 0;
+  return text.find_first_of(".eE") != text.npos &&
+         AreSameReals(real.CzonReal::GetDouble(), TextToDouble(text));
 }
 
 // False for a value that is not certain to be the one that its text gives.

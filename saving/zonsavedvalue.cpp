@@ -1,6 +1,5 @@
 #include "saving/zonsavedvalue.h"
 
-#include <cstring>
 #include <functional>
 #include <string_view>
 #include <typeinfo>
@@ -41,10 +40,6 @@ double RealOf(const CzonNode& value) {
   return value.GetDouble();
 }
 
-bool AreSameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 bool IsWholeText(std::string_view text) {
   if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
   const char* const end = text.data() + text.size();
@@ -72,7 +67,7 @@ std::string RealText(const CzonNode& value) {
   const double real = RealOf(value);
   if (IsSingle(value)) return std::string(NumberText::Shortest(static_cast<float>(real)).View());
   const std::string_view text = TextOf(value);
-  if (Is<CzonReal>(value) && !text.empty() && AreSameBits(TextToDouble(text), real)) {
+  if (Is<CzonReal>(value) && !text.empty() && AreSameReals(TextToDouble(text), real)) {
     const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
     bool isWhole = false;
     const char* const end = text.data() + text.size();
@@ -149,7 +144,7 @@ void AppendValue(std::string* out, const CzonNode& value) {
 
 bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
   if (Is<CzonReal>(wanted) && Is<CzonReal>(loaded)) {
-    return AreSameBits(RealOf(wanted), RealOf(loaded));
+    return AreSameReals(RealOf(wanted), RealOf(loaded));
   }
   const int kind = SavedKind(wanted);
   if (kind != SavedKind(loaded)) return false;
@@ -159,10 +154,10 @@ bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
       return NormalDigits(wanted) == NormalDigits(loaded);
     case ZONX_REAL:
       if (IsSingle(wanted)) {
-        return AreSameBits(static_cast<double>(static_cast<float>(RealOf(wanted))),
-                           static_cast<double>(static_cast<float>(RealOf(loaded))));
+        return AreSameReals(static_cast<double>(static_cast<float>(RealOf(wanted))),
+                            static_cast<double>(static_cast<float>(RealOf(loaded))));
       }
-      return AreSameBits(RealOf(wanted), RealOf(loaded));
+      return AreSameReals(RealOf(wanted), RealOf(loaded));
     case ZONX_BOOLEAN:
       return (wanted.GetBool() != 0) == (loaded.GetBool() != 0);
     default:

@@ -105,7 +105,7 @@ std::string RelativeTo(const std::string& folder, const std::string& path) {
 // A name for the same file from another folder. The form that is resolved to the target is taken;
 // if a relative one is not, the absolute one.
 std::string MovedName(std::string_view text, const std::string& from, const std::string& to) {
-  const std::string target = ResolveFilename(text, from);
+  std::string target = ResolveFilename(text, from);
   std::string moved = RelativeTo(FolderOf(ResolveFilename(to, "/")), target);
   if (ResolveFilename(moved, to) != target) return target;
   if (text.find('/') == std::string_view::npos) {

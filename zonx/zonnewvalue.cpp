@@ -50,14 +50,10 @@ std::string_view TextOf(const CzonNode& value) {
 }
 
 // 0.0 and -0.0 are two numbers.
-bool AreSame(double a, double b) {
-  return a == b && std::signbit(a) == std::signbit(b);
-}
-
 // A float is written with six digits, and keeps its node only if these are the whole number.
 bool FitsFloat(double value) {
   const float narrow = NodeAccess::GetFloatView<CzonNumeric>(value);
-  return AreSame(TextToDouble(NumberText::OfFloat(narrow).View()), value);
+  return AreSameReals(TextToDouble(NumberText::OfFloat(narrow).View()), value);
 }
 
 bool CanHold(const CzonNode& old, const CzonParam& by) {
@@ -83,7 +79,7 @@ bool AreEqualIntegers(const CzonNode& a, const CzonNode& b) {
 }
 
 bool AreEqualReals(const CzonNode& a, const CzonNode& b) {
-  return AreSame(a.GetDouble(), b.GetDouble()) &&
+  return AreSameReals(a.GetDouble(), b.GetDouble()) &&
          (std::isfinite(a.GetDouble()) || TextOf(a) == TextOf(b));
 }
 
