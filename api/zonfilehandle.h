@@ -82,10 +82,10 @@ class ZON_API CzonData : public CzonBase {
   // Makes the parent of the section current; no section if the parent is the root.
   void LeaveSection(const CzonNode& section);
 
-  std::unique_ptr<zon::Arena> ownArena_;  // null for a loaded file
-  zon::Arena* arena_ = nullptr;           // of the tree: of this handle or of the parser
-  CzonTargetList* root_ = nullptr;        // deleted with the handle
-  std::unique_ptr<zon::Watch> watch_;     // null while the file is not watched
+  std::unique_ptr<zon::Arena> ownArena_;   // null for a loaded file
+  zon::Arena* arena_ = nullptr;            // of the tree: of this handle or of the parser
+  CzonTargetList* root_ = nullptr;         // deleted with the handle
+  std::unique_ptr<zon::Watch> watch_;      // null while the file is not watched
   std::unique_ptr<zon::LoadedFile> file_;  // null for a tree that was built
   CzonSection* section_ = nullptr;
   CzonKeyword* keyword_ = nullptr;
