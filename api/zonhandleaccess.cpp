@@ -45,7 +45,7 @@ void HandleAccess::SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser)
 void HandleAccess::SetFile(CzonData& data, const char* fileName, bool isInMemory) {
   auto file = std::make_unique<LoadedFile>();
   const std::string name = fileName != nullptr ? fileName : "";
-  file->path = IsAbsolutePath(name) ? name : CurrentDirectory() + "/" + name;
+  if (!name.empty()) file->path = IsAbsolutePath(name) ? name : CurrentDirectory() + "/" + name;
   file->isInMemory = isInMemory;
   data.file_ = std::move(file);
 }

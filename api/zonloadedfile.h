@@ -26,6 +26,7 @@ ResultSettings SettingsOf(const CzonTargetList& root);
 bool operator==(const ResultSettings& a, const ResultSettings& b);
 
 struct LoadedFile {
+  // Absolute; empty for a text without a name.
   std::string path;                // absolute: the host may change its working directory
   bool isInMemory = false;         // the text was given by the host, so the file may be another one
   std::shared_ptr<FileText> text;  // as last saved; null: the one that the parser has

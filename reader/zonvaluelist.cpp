@@ -33,9 +33,16 @@ CzonNode* MakeConverted(Arena& arena, std::string_view text) {
   return node;
 }
 
+// A copy of a text has its origin in the bytes before it, and so must have the content of a packed list. In
+// the file the opening quote is there, which is no last byte of a pointer.
 CzonNode* MakeString(Arena& arena, std::string_view text) {
   std::string_view content;
   if (!NodeAccess::FindContent<CzonClob>(text, &content)) return Make<CzonString>(arena, text);
+  if (text.data()[-1] != '\'') {
+    const char* const origin = OriginOfCopy(text.data());
+    const char* const place = origin != nullptr ? origin + kClobLead : nullptr;
+    content = {arena.CopyText(content, place), content.size()};
+  }
   return Make<CzonClob>(arena, content);
 }
 

@@ -15,8 +15,6 @@
 namespace zon {
 namespace {
 
-constexpr std::size_t kClobLead = 6;  // "<CLOB:"
-
 std::size_t LeadOf(const CzonParam& value) {
   return KindOf(value) == ZONX_CLOB ? kClobLead : 0;
 }

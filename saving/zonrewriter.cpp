@@ -32,6 +32,19 @@ bool HasPlace(const CzonNode* value) {
   return value != nullptr && KindOf(*value) != ZONX_EMPTY && KindOf(*value) != ZONX_PLACEHOLDER;
 }
 
+// The word of a comment that follows on the line and is one word; else empty.
+std::string_view WordOfComment(const char* at, const char* end) {
+  at = SkipBlanks(at, end);
+  const char* const endOfComment = SkipComment(at, end);
+  if (endOfComment == at) return {};
+  const char* const begin = SkipBlanks(at + (*at == ';' ? 1 : 2), endOfComment);
+  const char* const endOfWord = SkipWord(begin, endOfComment);
+  const char* const rest = SkipBlanks(endOfWord, endOfComment);
+  const bool isBlock = *at == '/' && at[1] == '*';
+  if (endOfComment - rest != (isBlock ? 2 : 0)) return {};
+  return {begin, static_cast<std::size_t>(endOfWord - begin)};
+}
+
 template <class Element>
 std::vector<Element> Range(const std::vector<Element>& all, std::size_t begin, std::size_t end) {
   return {all.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -82,7 +95,8 @@ void Rewriter::VisitLine(const CzonNamedNode& line, const char* end) {
   const CzonNamedNode* wanted = level.isFollowed ? Match(level.lines, line, &place) : nullptr;
   if (pairedNode_ != nullptr) wanted = std::exchange(pairedNode_, nullptr);
   if (wanted != nullptr) {
-    Finish(level, level.lines, place, nullptr);
+    const Item next{level.previousEnd, nullptr, end, false, 0, 0};
+    Finish(level, level.lines, place, &next);
     RewriteKeyword(line, *wanted);
     level.lines.next = place + 1;
     level.lines.lastBegin = NodeAccess::FindNameOrigin(line, text_);
@@ -176,7 +190,7 @@ void Rewriter::RewriteGap(Level& level, Row& row, std::size_t wantedEnd, const I
   const std::size_t first = row.next;
   for (const AlignedPair& pair : alignment.Pairs()) {
     const Item& item = row.items[pair.before];
-    eraseAndInsert(pair.before, first + pair.after, item.isSection ? &item : nullptr);
+    eraseAndInsert(pair.before, first + pair.after, &item);
     RewriteItem(item, *row.wanted[a]);
     row.lastBegin = item.begin;
     row.lastEnd = item.end;
@@ -256,7 +270,7 @@ void Rewriter::RewriteEndComment(const CzonNamedNode& before, const CzonNamedNod
   const std::string_view name = NodeAccess::GetNameView(after);
   const std::string_view former = NodeAccess::GetNameView(before);
   if (name == former) return;
-  const std::string_view comment = NameInComment(end, layout_.End());
+  const std::string_view comment = WordOfComment(end, layout_.End());
   if (EqualNoCase(comment, former)) {
     Change(comment.data(), comment.data() + comment.size(), std::string(name));
   }
@@ -285,7 +299,8 @@ void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
   if (knowsPlaces_) {
     refine([this](const CzonNode* value) -> AlignmentKey {
       const CzonParam* param = AsParam(value);
-      return param != nullptr ? KeyOfPlace(NodeAccess::FindTextOrigin(*param, text_, 0)) : 0;
+      const std::size_t lead = param != nullptr && param->IsClob() != 0 ? kClobLead : 0;
+      return param != nullptr ? KeyOfPlace(NodeAccess::FindTextOrigin(*param, text_, lead)) : 0;
     });
   }
   refine([](const CzonNode* value) { return value != nullptr ? KeyOfValue(*value) : 1; });
@@ -410,6 +425,24 @@ void Rewriter::Erase(const Item& item) {
   if (item.isSection) {
     const char* const blank = SkipBlanks(next, layout_.End());
     if (blank < layout_.End() && *blank == '\n') next = blank + 1;
+    Change(line, next, {});
+  } else {
+    EraseLines(item, line, next);
+  }
+}
+
+// Lines within an item that hold nothing but a comment stay.
+void Rewriter::EraseLines(const Item& item, const char* line, const char* next) {
+  const char* at = layout_.SkipToken(item.begin);
+  while (at < item.end) {
+    const char* const token = std::min(SkipGaps(at, layout_.End()), item.end);
+    for (Span comment = layout_.FindCommentLine(at, token); comment.begin != nullptr;
+         comment = layout_.FindCommentLine(at, token)) {
+      Change(line, comment.begin, {});
+      line = comment.end;
+      at = comment.end - 1;  // its line end begins the next line
+    }
+    at = layout_.SkipToken(token);
   }
   Change(line, next, {});
 }
@@ -420,26 +453,31 @@ void Rewriter::Insert(const Level& level, const Row& row, const Nodes& nodes, co
   const bool areSections = &row == &level.sections;
   if (row.lastEnd != nullptr) {
     InsertAfter(row.lastEnd, layout_.IndentationAt(row.lastBegin), areSections, nodes);
-  } else if (next != nullptr) {
+  } else if (areSections && next != nullptr) {
     InsertBefore(*next, nodes);
   } else if (areSections && level.lines.lastEnd != nullptr) {
     InsertAfter(level.lines.lastEnd, layout_.IndentationAt(level.lines.lastBegin), false, nodes);
   } else if (level.header == nullptr) {
     InsertAfter(layout_.End(), {}, false, nodes);
   } else {
-    InsertAfter(layout_.ReadHeader(*level.header).remark.end, InnerIndentation(level), false,
+    InsertAfter(layout_.ReadHeader(*level.header).remark.end, InnerIndentation(level, next), false,
                 nodes);
   }
 }
 
-std::string Rewriter::InnerIndentation(const Level& level) const {
+// That of the next item, if it begins a line, else three blanks more than that of the header.
+std::string Rewriter::InnerIndentation(const Level& level, const Item* next) const {
+  const char* const begin = next != nullptr ? SkipGaps(next->previousEnd, layout_.End()) : nullptr;
+  if (begin != nullptr && layout_.BeginOfLine(next->previousEnd, begin) != nullptr) {
+    return std::string(layout_.IndentationAt(begin));
+  }
   return std::string(layout_.IndentationAt(level.item.begin)) + "   ";
 }
 
 void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
                            const Nodes& nodes) {
   const std::string_view lineEnd = layout_.LineEnd();
-  const char* const endOfLine = layout_.EndOfLine(place);
+  const char* const endOfLine = layout_.EndBehindComments(place);
   const bool isAtEnd = endOfLine == layout_.End();
   std::string text;
   bool startsLine = place == layout_.Begin() || (isAtEnd && endOfLine[-1] == '\n');

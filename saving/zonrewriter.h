@@ -93,11 +93,12 @@ class Rewriter : public ItemVisitor {
 
   void Change(const char* begin, const char* end, std::string by);
   void Erase(const Item& item);
+  void EraseLines(const Item& item, const char* line, const char* next);
   void Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next);
   void InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
                    const Nodes& nodes);
   void InsertBefore(const Item& next, const Nodes& sections);
-  std::string InnerIndentation(const Level& level) const;
+  std::string InnerIndentation(const Level& level, const Item* next) const;
 
   SourceLayout layout_;
   std::string_view text_;

@@ -65,7 +65,8 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
   CzonSection* system = root.SectionByName("SYSTEM");
   const bool hasRoot =
       GivesFolder(FindSetting(system, "ResultRootFolder"), settings.resultRoot, fileName);
-  if (system == nullptr) {
+  const bool isNew = system == nullptr;
+  if (isNew) {
     auto section = std::make_unique<CzonSection>("SYSTEM", 0, 0);
     system = section.get();
     changes.Append(root, std::move(section));
@@ -73,10 +74,12 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
   if (!hasRoot) {
     Set(*system, "ResultRootFolder", std::make_unique<CzonFilename>(settings.resultRoot), changes);
   }
+  const bool isSameCustom = settings.usesCustom == former.usesCustom &&
+                            settings.customFolder == former.customFolder;
+  if (isSameCustom && !isNew) return;
+  // The use is only read together with a folder.
+  Set(*system, "UseCustomResultFolder", MakeUse(settings.usesCustom != 0), changes);
   const CzonParam* custom = FindSetting(system, "CustomResultFolder");
-  if (settings.usesCustom != former.usesCustom || custom == nullptr) {
-    Set(*system, "UseCustomResultFolder", MakeUse(settings.usesCustom != 0), changes);
-  }
   if (custom == nullptr || !GivesFolder(custom, settings.customFolder, fileName)) {
     Set(*system, "CustomResultFolder", std::make_unique<CzonFilename>(settings.customFolder),
         changes);
@@ -106,7 +109,7 @@ std::string RelativeTo(const std::string& folder, const std::string& path) {
 // if a relative one is not, the absolute one.
 std::string MovedName(std::string_view text, const std::string& from, const std::string& to) {
   std::string target = ResolveFilename(text, from);
-  std::string moved = RelativeTo(FolderOf(ResolveFilename(to, "/")), target);
+  std::string moved = RelativeTo(FolderOf(AbsoluteAnchor(to)), target);
   if (ResolveFilename(moved, to) != target) return target;
   if (text.find('/') == std::string_view::npos) {
     std::replace(moved.begin(), moved.end(), '/', '\\');
@@ -136,7 +139,7 @@ void MoveInKeyword(const CzonNamedNode& keyword, const std::string& from, const 
 
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes) {
-  if (FolderOf(from) == FolderOf(to)) return;
+  if (from.empty() || FolderOf(AbsoluteAnchor(from)) == FolderOf(AbsoluteAnchor(to))) return;
   std::vector<const CzonNamedNode*> open{&root};
   while (!open.empty()) {
     const SectionParts parts(*open.back());

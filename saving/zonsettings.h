@@ -18,7 +18,8 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
                     TreeChanges& changes);
 
 // Rewrites relative file names, which are relative to the folder of `from`, so that in the file `to` they
-// have the same target. Both names are absolute.
+// have the same target. Both names are absolute; an empty `from` is that of a text without a name, which has
+// no folder.
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes);
 

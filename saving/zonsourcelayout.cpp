@@ -34,16 +34,7 @@ Span SourceLayout::ReadRemark(const char* at) const {
 
 // `at` is the first character of the value.
 const char* SourceLayout::EndOfValue(const CzonNode& value, const char* at) const {
-  const char* closer = nullptr;
   switch (KindOf(value)) {
-    case ZONX_STRING:
-    case ZONX_CLOB:
-      closer = FindClosing('\'', at + 1, end_);
-      return closer != nullptr ? closer + 1 : end_;
-    case ZONX_FILENAME:
-    case ZONX_DATETIME:
-      closer = FindChar(*at, at + 1, end_);
-      return closer != nullptr ? closer + 1 : end_;
     case ZONX_SUBSTITUTION:
       return SkipWord(SkipGaps(at + 1, end_), end_);
     case ZONX_INTEGER:
@@ -54,7 +45,7 @@ const char* SourceLayout::EndOfValue(const CzonNode& value, const char* at) cons
       return end != nullptr ? end : digits;
     }
     default:
-      return SkipWord(at, end_);
+      return SkipToken(at);
   }
 }
 
@@ -117,7 +108,7 @@ const char* SourceLayout::BeginOfLine(const char* previousEnd, const char* token
   return line;
 }
 
-const char* SourceLayout::EndOfLine(const char* place) const {
+const char* SourceLayout::FindEnd(const char* place, bool overLines) const {
   for (const char* at = place;;) {
     at = SkipBlanks(at, end_);
     if (at == end_ || *at == '\n') {
@@ -125,10 +116,46 @@ const char* SourceLayout::EndOfLine(const char* place) const {
       return at > place && at < end_ && at[-1] == '\r' ? at - 1 : at;
     }
     const char* const next = SkipComment(at, end_);
-    if (next == at || FindChar('\n', at, next) != nullptr) return nullptr;
+    if (next == at || (!overLines && FindChar('\n', at, next) != nullptr)) return nullptr;
     at = next > place && next[-1] == '\r' ? next - 1 : next;
     if (at == next) continue;
     return at;
+  }
+}
+
+Span SourceLayout::FindCommentLine(const char* gap, const char* token) const {
+  const char* line = nullptr;
+  for (const char* at = gap; at < token;) {
+    const char* const next = SkipComment(at, token);
+    if (next == at) {
+      line = *at == '\n' ? at + 1 : line;
+      ++at;
+      continue;
+    }
+    const char* const rest = SkipBlanks(next, token);
+    if (line != nullptr && rest < token && *rest == '\n') return {line, rest + 1};
+    line = nullptr;
+    at = next;
+  }
+  return {};
+}
+
+const char* SourceLayout::SkipToken(const char* token) const {
+  const char* closer = nullptr;
+  switch (*token) {
+    case '\'':
+      closer = FindClosing('\'', token + 1, end_);
+      return closer != nullptr ? closer + 1 : end_;
+    case '|':
+    case '#':
+      closer = FindChar(*token, token + 1, end_);
+      return closer != nullptr ? closer + 1 : end_;
+    case '{':
+      closer = FindChar('}', token + 1, end_);
+      return closer != nullptr ? closer + 1 : end_;
+    default:
+      closer = SkipWord(token, end_);
+      return closer != token ? closer : token + 1;
   }
 }
 

@@ -54,8 +54,16 @@ class SourceLayout {
   const char* BeginOfLine(const char* previousEnd, const char* token) const;
 
   // The end of the line, before its line end, if no token and no comment of several lines follows the
-  // place on the line. Else null.
-  const char* EndOfLine(const char* place) const;
+  // place on the line. Else null. EndBehindComments goes on behind a comment of several lines.
+  const char* EndOfLine(const char* place) const { return FindEnd(place, false); }
+  const char* EndBehindComments(const char* place) const { return FindEnd(place, true); }
+
+  // The first line between two tokens that holds nothing but a comment, with its line end; no place if there is
+  // none.
+  Span FindCommentLine(const char* gap, const char* token) const;
+
+  // The end of the token at a place.
+  const char* SkipToken(const char* token) const;
 
   // Behind the line end at the end of a line.
   const char* NextLine(const char* endOfLine) const;
@@ -65,6 +73,7 @@ class SourceLayout {
 
  private:
   std::string_view FindLineEnd() const;
+  const char* FindEnd(const char* place, bool overLines) const;
   Span ReadRemark(const char* at) const;
   const char* EndOfValue(const CzonNode& value, const char* at) const;
   ValueLayout ReadValue(const CzonNode* value, const char* at) const;

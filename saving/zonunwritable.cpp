@@ -71,6 +71,15 @@ bool IsWritableLine(const CzonNamedNode& keyword) {
   return line != nullptr && IsSameHead(keyword, *line) && HasSameValues(keyword, *line);
 }
 
+bool HasWritableName(const CzonNamedNode& keyword) {
+  std::string text = "[a]\n";
+  AppendName(&text, keyword);
+  AppendRemark(&text, keyword);
+  const auto parser = LoadText(text + " =\nEndSect\n");
+  const CzonNamedNode* line = OnlyLine(parser.get());
+  return line != nullptr && IsSameHead(keyword, *line);
+}
+
 // How many sections can be in each other.
 std::size_t DeepestLevel() {
   std::size_t most = 1;
@@ -128,13 +137,14 @@ class UnwritableFinder {
   void VisitLine(const CzonNamedNode& line) {
     Note(line);
     if (IsWritableLine(line)) return;
-    bool hasValue = false;
+    bool isReported = !HasWritableName(line);
+    if (isReported) Report(line, "has a name, a flag or a remark that no file has");
     for (const CzonNode* value : SavedValues(line)) {
       if (value == nullptr || IsWritableValue(*value)) continue;
-      hasValue = true;
+      isReported = true;
       Report(*value, std::string("is ") + KindText(KindOf(*value)) + " that no file can have");
     }
-    if (!hasValue) Report(line, "has a name, a flag or a remark that no file has");
+    if (!isReported) Report(line, "has values that no file can have together");
   }
 
   void Note(const CzonNamedNode& node) {

@@ -121,6 +121,7 @@ class Save {
   int FindTarget(const char* fileName);
   int CheckPresent();
   int MakeText();
+  bool IsRescue() const;
   int ReadPresent(std::shared_ptr<FileText>* present);
   int Write(const char* fileName);
   bool IsWritten() const;
@@ -171,6 +172,10 @@ int Save::CheckPresent() {
       if (!target_.isLoaded && Exists(target_.path)) {
         return Report(ZONX_CHANGED, "changed", "there is another file of this name");
       }
+      if (!target_.isLoaded) {
+        return Fail(ZONX_CANNOT_WRITE, "cannot-write", "the file cannot be written",
+                    target_.systemError);
+      }
       return Fail(ZONX_CANNOT_READ, "cannot-read", "the file cannot be compared",
                   target_.systemError);
     default:
@@ -178,17 +183,25 @@ int Save::CheckPresent() {
   }
 }
 
-// The text that is to be changed: null for the plain form.
+// Whether a file is overwritten although the loaded one is not there any more as it was.
+bool Save::IsRescue() const {
+  if (!Has(ZONX_OVERWRITE) || target_.content != Content::kDifferent) return false;
+  if (target_.isLoaded) return true;
+  if (file_ == nullptr || file_->isInMemory || text_ == nullptr) return false;
+  return CompareContent(file_->path, text_->View(), nullptr) != Content::kSame;
+}
+
+// The text that is to be changed: null for the plain form. Another file than the loaded one keeps its text
+// only if it loads.
 int Save::ReadPresent(std::shared_ptr<FileText>* present) {
   *present = Has(ZONX_PLAIN) ? nullptr : text_;
-  const bool hasChanged = target_.isLoaded && target_.content == Content::kDifferent;
-  if (Has(ZONX_PLAIN) || !hasChanged) return ZONX_OK;
+  if (Has(ZONX_PLAIN) || !IsRescue()) return ZONX_OK;
   auto text = std::make_shared<FileText>();
   if (text->Open(target_.path.c_str())) text->ReadAll();
   if (text->Error() != 0) {
     return Fail(ZONX_CANNOT_READ, "cannot-read", "the file cannot be read", text->Error());
   }
-  *present = std::move(text);
+  if (target_.isLoaded || IsSound(text)) *present = std::move(text);
   return ZONX_OK;
 }
 

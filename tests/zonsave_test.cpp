@@ -171,7 +171,7 @@ TEST_F(Save, AddedKeywordsGetLines) {
        "[A]\n k = 1\n k = 1\n k = 2\nEndSect\n"},
       {"[A] k = 1 EndSect\n", EDIT(zonxSetInt64(f, "A/n", 2)), "[A] k = 1\nn = 2\n EndSect\n"},
       {"[A]\n k = 1 /* a\n b */\nEndSect\n", EDIT(zonxSetInt64(f, "A/n", 2)),
-       "[A]\n k = 1\n n = 2\n /* a\n b */\nEndSect\n"},
+       "[A]\n k = 1 /* a\n b */\n n = 2\nEndSect\n"},
       {"[A]\n k = 1, 2\nEndSect", EDIT(zonxSetInt64(f, "A/n", 2)),
        "[A]\n k = 1, 2\n n = 2\nEndSect"},
   });
@@ -183,6 +183,8 @@ TEST_F(Save, RemovedKeywordsTakeTheirComments) {
        "[A]\n // d\n n = 2\nEndSect\n"},
       {"[A]\n // d\n k = 1, // one\n  2 // two\n n = 2\nEndSect\n", EDIT(zonxRemove(f, "A/k")),
        "[A]\n // d\n n = 2\nEndSect\n"},
+      {"[A]\n k = 1, // one\n  // d\n  2, /* e */\n  3\n n = 2\nEndSect\n",
+       EDIT(zonxRemove(f, "A/k")), "[A]\n  // d\n n = 2\nEndSect\n"},
       {"[A]\n k = 1 // first\n k = 1 // second\nEndSect\n", EDIT(zonxRemove(f, "A/k:1")),
        "[A]\n k = 1 // second\nEndSect\n"},
       {"[A]\n k = 1 // first\n k = 1 // second\nEndSect\n", EDIT(zonxRemove(f, "A/k:2")),
@@ -208,6 +210,9 @@ TEST_F(Save, SectionsComeGoAndChangeTheirNames) {
        "// a\n[A] {r} // b\n  k = 1\nEndSect // A, of a\n\n[Cc]\nEndSect // Cc\n"},
       {"[A]\nEndSect // the A\n", EDIT(zoneRenameSection(Find(f, "A"), "C")),
        "[C]\nEndSect // the A\n"},
+      {"[A] EndSect ; A\n[a] EndSect /* A */\n",
+       EDIT(zoneRenameSection(Find(f, "A"), "C"); zoneRenameSection(Find(f, "A"), "D")),
+       "[C] EndSect ; C\n[D] EndSect /* D */\n"},
       {"[ A /* c */ ]\nEndSect // AB\n", EDIT(zoneRenameSection(Find(f, "A"), "C")),
        "[ C /* c */ ]\nEndSect // AB\n"},
       {"[A]\n [A] EndSect // A\nEndSect // A\n", EDIT(zoneRenameSection(Find(f, "A"), "C")),
@@ -614,8 +619,9 @@ TEST_F(Save, WhatTheFormatCannotExpress) {
        {"`A/k[1]` is a file name that no file can have",
         "`A/k[2]` is a file name that no file can have"}},
       {EDIT(zonAddString(f, "<clob:Integer:1>")), {"`A/k[1]` is a string that no file can have"}},
-      {EDIT(zonAddKeyword(f, "a b"); zonAddKeyword(f, "true"); zonAddKeyword(f, "x")),
+      {EDIT(zonAddKeyword(f, "a b"); zonAddFilename(f, "|"); zonAddKeyword(f, "true")),
        {"`A/a b` has a name, a flag or a remark that no file has",
+        "`A/a b[1]` is a file name that no file can have",
         "`A/true` has a name, a flag or a remark that no file has"}},
       {EDIT(zonAddSection(f, "1/2")), {"`A/1/2` has a name, a flag or a remark that no file has"}},
       {EDIT(zonAddSectionDef(f, "B", 0, 1)),
@@ -659,6 +665,7 @@ TEST_F(Save, FileNamesKeepTheirTargets) {
     unsigned flags;
     const char* values;
   } rows[] = {
+      {"./x/../x//b.zon", 0, "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'"},
       {"x/b.zon", 0, "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'"},
       {"b/f.zon", 0, "|..\\x\\a.dat|, |a.dat| {r}, |/abs/a.dat|, |../x/sub/a.dat|, ||, 'a.dat'"},
       {"f.zon", 0, "|x\\a.dat|, |b\\a.dat| {r}, |/abs/a.dat|, |x/sub/a.dat|, ||, 'a.dat'"},
@@ -721,6 +728,18 @@ TEST_F(Save, ResultSettingsUpdateTheirSection) {
     EXPECT_EQ(host::ReadFile(path), row.expected);
     EXPECT_EQ(TextOf(file), row.expected);
   }
+}
+
+TEST_F(Save, BuiltListsOfItemsGoOn) {
+  const host::Built file;
+  zonAddClob(file);
+  zonAddClobString(file, "it's");
+  const std::string path = NewPath("built.zon");
+  EXPECT_EQ(zonxSave(file, path.c_str(), 0, nullptr, nullptr), ZONX_OK);
+  zonAddClobInt(file, 2);
+  EXPECT_EQ(zonxSave(file, nullptr, 0, nullptr, nullptr), ZONX_OK);
+  EXPECT_EQ(host::ReadFile(path),
+            "[A]\n   k = '<CLOB:String:\"it''s\",Integer:2>'\nEndSect  // A\n\n");
 }
 
 TEST_F(Save, HandleCountsAsLoadedFromTheNewFile) {

@@ -67,14 +67,10 @@ void Append(Text& text, std::string_view addition, Arena* arena) {
 
 // A string was made of characters, and characters outside the file are a copy.
 const char* FindOrigin(const Text& text, const char* begin, const char* end, std::size_t lead) {
-  const char* at = RawOrigin(text);
   const bool hasCharacters = !View(text).empty();
-  while (at != nullptr) {
-    const char* const start = at - lead;
-    if (IsWithin(start, begin, end)) return start;
+  for (const char* at = RawOrigin(text); at != nullptr; at = OriginOfCopy(at)) {
+    if (IsWithin(at - lead, begin, end)) return at - lead;
     if (!hasCharacters) return nullptr;
-    at = OriginOfCopy(start);
-    if (at != nullptr) at += lead;
   }
   return nullptr;
 }
@@ -99,7 +95,7 @@ void SetOrigin(Text& text, const char* origin, const char* oldBegin, const char*
   } else if (text.size == 0 || IsWithin(chars, oldBegin, oldEnd)) {
     text.where = origin + lead;
   } else {
-    SetOriginOfCopy(chars - lead, origin);
+    SetOriginOfCopy(chars, origin + lead);
   }
 }
 

@@ -91,6 +91,9 @@ void SetOrigin(Text& text, const char* origin, const char* oldBegin, const char*
                std::size_t lead = 0);
 bool CanMoveTo(const Text& text, const char* origin, const char* oldBegin, const char* oldEnd);
 
+// How many characters before the content of a packed list belong to its text: "<CLOB:".
+constexpr std::size_t kClobLead = 6;
+
 // Whether the characters end at a zero of the file, so that Terminated has returned the place itself.
 bool EndsAtZero(const Text& text, const char* begin, const char* end);
 

@@ -118,7 +118,6 @@ NodeFile FileOf(const CzonNode& node) {
 }
 
 Span PlaceOf(const CzonNode& node, const FileText& text) {
-  constexpr std::size_t kClobLead = 6;  // "<CLOB:"
   const std::string_view file(text.Begin(), static_cast<std::size_t>(text.End() - text.Begin()));
   const PlaceFinder finder(text);
   if (NodeAccess::IsNamed(node)) {
