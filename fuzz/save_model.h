@@ -286,9 +286,18 @@ class SaveChecker {
     return content;
   }
 
+  // A remark of several lines belongs to lines that its item has no place on.
+  bool HasLongRemark() const {
+    for (std::size_t at = text_.find('{'); at != text_.npos; at = text_.find('{', at + 1)) {
+      const std::size_t end = text_.find('}', at);
+      if (text_.substr(at, end - at).find('\n') != std::string::npos) return true;
+    }
+    return false;
+  }
+
   // The lines of items that were not edited are there, in order. What is added can split a line.
   void CheckLines(const std::string& saved) const {
-    if (structural_) return;
+    if (structural_ || HasLongRemark()) return;
     std::size_t at = 0;
     unsigned number = 0;
     for (const std::string& line : LinesOf(text_)) {
