@@ -366,7 +366,8 @@ enum {
  *
  *  @param fileName  null: the file that was loaded or last saved, wherever the working directory is now
  *  @param flags     0 or a sum of ZONX_PLAIN to ZONX_NAMES_AS_WRITTEN. With ZONX_OVERWRITE alone, a file
- *      that has changed since it was loaded keeps its present text where the tree does not differ.
+ *      that has changed since it was loaded keeps its present text where the tree does not differ; so does
+ *      another file, if it loads and the loaded one is not there any more as it was.
  *  @param reporter  receives every failure but ZONX_BAD_ARGUMENT and ZONX_NO_MEMORY; may be null
  *  @return ZONX_OK; ZONX_FAULTY: the handle has no tree, its load met an error, or the file that is to be
  *      overwritten does not load; ZONX_UNWRITABLE: the tree has what the format cannot express, such as an

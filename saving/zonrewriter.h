@@ -85,7 +85,6 @@ class Rewriter : public ItemVisitor {
   void RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after);
   void RewriteEndComment(const CzonNamedNode& before, const CzonNamedNode& after, const char* end);
   void RewriteValues(const KeywordLayout& layout, const Values& before, const Values& after);
-  bool RewriteOnlyValue(const KeywordLayout& layout, const Values& before, const Values& after);
   void RewriteValue(const ValueLayout& layout, const CzonNode* before, const CzonNode* after);
   void RewriteRemark(const Span& place, const CzonNode* before, const CzonNode* after);
   void EraseValue(const KeywordLayout& layout, std::size_t n, bool isBehindOthers);

@@ -74,8 +74,8 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
   if (!hasRoot) {
     Set(*system, "ResultRootFolder", std::make_unique<CzonFilename>(settings.resultRoot), changes);
   }
-  const bool isSameCustom = settings.usesCustom == former.usesCustom &&
-                            settings.customFolder == former.customFolder;
+  const bool isSameCustom =
+      settings.usesCustom == former.usesCustom && settings.customFolder == former.customFolder;
   if (isSameCustom && !isNew) return;
   // The use is only read together with a folder.
   Set(*system, "UseCustomResultFolder", MakeUse(settings.usesCustom != 0), changes);

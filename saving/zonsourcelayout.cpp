@@ -33,8 +33,8 @@ Span SourceLayout::ReadRemark(const char* at) const {
 }
 
 // `at` is the first character of the value.
-const char* SourceLayout::EndOfValue(const CzonNode& value, const char* at) const {
-  switch (KindOf(value)) {
+const char* SourceLayout::EndOfValue(int kind, const char* at) const {
+  switch (kind) {
     case ZONX_SUBSTITUTION:
       return SkipWord(SkipGaps(at + 1, end_), end_);
     case ZONX_INTEGER:
@@ -55,11 +55,11 @@ ValueLayout SourceLayout::ReadValue(const CzonNode* value, const char* at) const
   if (kind == ZONX_EMPTY || kind == ZONX_PLACEHOLDER) return {{at, at}, {at, at}, nullptr};
   const char* const begin = SkipGaps(at, end_);
   if (kind == ZONX_UNKNOWN) return {{begin, begin}, ReadRemark(begin), nullptr};
-  const char* const end = EndOfValue(*value, begin);
+  const char* const end = EndOfValue(kind, begin);
   return {{begin, end}, ReadRemark(end), nullptr};
 }
 
-KeywordLayout SourceLayout::ReadKeyword(const CzonNamedNode& keyword) const {
+KeywordLayout SourceLayout::ReadKeyword(const CzonNamedNode& keyword, std::size_t most) const {
   KeywordLayout layout{};
   layout.name = PlaceOf(keyword, text_);
   const char* at = SkipGaps(layout.name.end, end_);
@@ -73,12 +73,13 @@ KeywordLayout SourceLayout::ReadKeyword(const CzonNamedNode& keyword) const {
   layout.remark = ReadRemark(at);
   at = SkipGaps(layout.remark.end, end_);  // the equals sign
   const std::vector<const CzonNode*> values = SavedValues(keyword);
-  layout.values.reserve(values.size());
-  for (const CzonNode* value : values) {
+  const std::size_t count = std::min(values.size(), most);
+  layout.values.reserve(count);
+  for (std::size_t n = 0; n < count; ++n) {
     const char* const comma = SkipGaps(at, end_);
-    layout.values.push_back(ReadValue(value, comma + 1));
-    layout.values.back().comma = layout.values.size() > 1 ? comma : nullptr;
-    at = layout.end = layout.values.back().remark.end;
+    layout.values.push_back(ReadValue(values[n], comma + 1));
+    layout.values.back().comma = n > 0 ? comma : nullptr;
+    at = layout.values.back().remark.end;
   }
   return layout;
 }

@@ -26,7 +26,6 @@ struct KeywordLayout {
   Span name;    // with the "()" of a keyword, the word in the parentheses of a default definition
   Span remark;  // empty after the name if there is none
   std::vector<ValueLayout> values;
-  const char* end;  // after the last value, remark or comma
 };
 
 struct HeaderLayout {
@@ -46,7 +45,8 @@ class SourceLayout {
   // The line end that the text uses.
   std::string_view LineEnd() const { return lineEnd_; }
 
-  KeywordLayout ReadKeyword(const CzonNamedNode& keyword) const;
+  // With the first values, at most `most` of them.
+  KeywordLayout ReadKeyword(const CzonNamedNode& keyword, std::size_t most) const;
   HeaderLayout ReadHeader(const CzonNamedNode& section) const;
 
   // If a line begins between the end of an item and the next token, and so the token is the first of its
@@ -75,7 +75,7 @@ class SourceLayout {
   std::string_view FindLineEnd() const;
   const char* FindEnd(const char* place, bool overLines) const;
   Span ReadRemark(const char* at) const;
-  const char* EndOfValue(const CzonNode& value, const char* at) const;
+  const char* EndOfValue(int kind, const char* at) const;
   ValueLayout ReadValue(const CzonNode* value, const char* at) const;
 
   const FileText& text_;
