@@ -19,8 +19,6 @@ class TextEdits {
   void Replace(const char* begin, const char* end, std::string by) {
     edits_.push_back({begin, end, std::move(by), 0});
   }
-  void Insert(const char* at, std::string text) { Replace(at, at, std::move(text)); }
-  void Erase(const char* begin, const char* end) { Replace(begin, end, std::string()); }
 
   bool IsEmpty() const { return edits_.empty(); }
 

@@ -36,8 +36,6 @@ class TreeChanges {
   // The changes stay.
   void Keep();
 
-  bool IsEmpty() const { return changes_.empty(); }
-
  private:
   enum class Kind { kText, kReplaced, kAppended };
 
