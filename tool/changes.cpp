@@ -4,8 +4,11 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <optional>
+#include <sstream>
 
+#include "tool/addition.h"
 #include "tool/source.h"
 #include "tool/valuetext.h"
 
@@ -30,6 +33,11 @@ std::size_t LengthOfCode(const std::string& line) {
   }
   const std::size_t last = end == 0 ? std::string::npos : line.find_last_not_of(kBlanks, end - 1);
   return last == std::string::npos ? 0 : last + 1;
+}
+
+std::vector<std::string> SplitWords(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
 }
 
 class ChangesReader {
@@ -58,20 +66,51 @@ class ChangesReader {
     const std::size_t first = code.find_first_not_of(kBlanks);
     if (first == std::string::npos) return;
     const std::size_t sign = code.find('=', first);
-    if (sign == first || sign == std::string::npos) {
-      return Report(line, first, "a line has the form Section/Keyword = values");
-    }
+    const bool hasValues = sign != std::string::npos;
     Change change;
-    change.path = code.substr(first, code.find_last_not_of(kBlanks, sign - 1) + 1 - first);
-    const std::size_t value = std::min(code.find_first_not_of(kBlanks, sign + 1), code.size());
-    change.values.push_back(code.substr(value));
     change.isLine = true;
-    const int count = values_.Count(change.values.front());
-    if (count == 0) return Report(line, value, "these are no values as a file has them");
-    if (count != 1 && change.path.back() == ']') {
-      return Report(line, value, "a path with [n] has one value");
+    const std::vector<std::string> words = SplitWords(code.substr(first, sign - first));
+    if (!TakeWords(words, hasValues, &change)) {
+      return Report(
+          line, first,
+          "a line has the form Section/Keyword = values, or begins with add, move or unset");
+    }
+    if (hasValues) {
+      const std::size_t value = std::min(code.find_first_not_of(kBlanks, sign + 1), code.size());
+      change.values.push_back(code.substr(value));
+      const int count = values_.Count(change.values.front());
+      if (count == 0) return Report(line, value, "these are no values as a file has them");
+      if (count != 1 && change.path.back() == ']') {
+        return Report(line, value, "a path with [n] has one value");
+      }
+    }
+    if (change.verb == Change::Verb::kAdd) {
+      const std::string fault = Addition(change.path, change.values, "").GetFault();
+      if (!fault.empty()) return Report(line, first, fault.c_str());
     }
     changes_->push_back(std::move(change));
+  }
+
+  // Stores verb and paths. False if the words are of no form.
+  static bool TakeWords(const std::vector<std::string>& words, bool hasValues, Change* change) {
+    const std::size_t count = words.size();
+    if (count == 1 && hasValues) {
+      change->path = words[0];
+      return true;
+    }
+    if (count < 2 || (hasValues && words[0] != "add")) return false;
+    change->path = words[1];
+    if (count == 4 && words[2] == "before") change->next = words[3];
+    if (words[0] == "unset") {
+      change->verb = Change::Verb::kUnset;
+      return count == 2;
+    }
+    if (words[0] == "add") {
+      change->verb = Change::Verb::kAdd;
+      return count == 2 || !change->next.empty();
+    }
+    change->verb = Change::Verb::kMove;
+    return words[0] == "move" && ((count == 3 && words[2] == "last") || !change->next.empty());
   }
 
   void Report(const std::string& line, std::size_t at, const char* text) {

@@ -13,14 +13,11 @@
 #include "tool/unifieddiff.h"
 
 namespace tool {
-namespace {
 
 int CheckMemory(int status) {
   if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
   return status;
 }
-
-}  // namespace
 
 EditedFile::~EditedFile() {
   if (file_ != nullptr) zonClose(&file_);

@@ -12,6 +12,9 @@
 
 namespace tool {
 
+// Returns the status, except for ZONX_NO_MEMORY, for which it throws std::bad_alloc.
+int CheckMemory(int status);
+
 class EditedFile {
  public:
   EditedFile(const std::string& argument, const EditOptions& options)

@@ -241,8 +241,9 @@ void AddSet(CLI::App& app) {
                    "a file, a path and its value; several values replace all of a keyword; further "
                    "paths with values follow after --and. With -f: files")
       ->required();
-  CLI::Option* changes = command->add_option("-f,--changes", options.changes,
-                                             "a file of lines PATH = VALUES, for many files");
+  CLI::Option* changes = command->add_option(
+      "-f,--changes", options.changes,
+      "a file of lines PATH = VALUES, add PATH, move PATH or unset PATH, for many files");
   command->add_option("--type", options.type, "string, filename or text; default: as it was")
       ->check(CLI::IsMember({"string", "filename", "text"}))
       ->excludes(changes);

@@ -2,26 +2,21 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <new>
 #include <optional>
 
 #include <zon.h>
-#include <zonclasses.h>
 #include <zonx.h>
 
+#include "tool/addition.h"
 #include "tool/changes.h"
 #include "tool/commands.h"
 #include "tool/editedfile.h"
+#include "tool/nodes.h"
 #include "tool/paths.h"
 #include "tool/valuetext.h"
 
 namespace tool {
 namespace {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 // What a path leads to.
 struct Target {
@@ -62,6 +57,40 @@ class Setter {
   Setter(EditedFile& file, const std::string& type) : file_(file), type_(type) {}
 
   Status Apply(const Change& change) {
+    switch (change.verb) {
+      case Change::Verb::kSet:
+        return ApplySet(change);
+      case Change::Verb::kAdd:
+        return Addition(change.path, change.values, "").AddTo(file_, change.next);
+      case Change::Verb::kUnset:
+        return ApplyUnset(change.path);
+      default:
+        return ApplyMove(change);
+    }
+  }
+
+ private:
+  Status ApplyUnset(const std::string& path) {
+    std::vector<void*> nodes;
+    const Status status = FindNodes(file_, path, ZONX_CLOB, &nodes);
+    if (status == kFine) RemoveAll(nodes);
+    return status;
+  }
+
+  Status ApplyMove(const Change& change) {
+    std::vector<void*> nodes;
+    Status status = FindNodes(file_, change.path, ZONX_KEYWORD, &nodes);
+    if (status != kFine) return status;
+    void* next = nullptr;
+    const bool isSection = zonxGetKind(nodes.front()) == ZONX_SECTION;
+    if (!change.next.empty()) {
+      status = FindSibling(file_, change.next, OwnerOf(nodes.front()), isSection, &next);
+    }
+    if (status == kFine) MoveNode(nodes.front(), next);
+    return status;
+  }
+
+  Status ApplySet(const Change& change) {
     Status worst = kFine;
     for (const std::string& path : Expand(file_.File(), change.path)) {
       Target target;
@@ -72,7 +101,6 @@ class Setter {
     return worst;
   }
 
- private:
   // A keyword may be missing, but not its section: a mistyped path would add both.
   Status FindTarget(const std::string& path, Target* target) {
     void* node = nullptr;
@@ -81,8 +109,7 @@ class Setter {
       const int kind = zonxGetKind(node);
       if (kind <= ZONX_SECTION) return file_.ReportPath(path, ZONX_WRONG_KIND);
       const bool isKeyword = kind == ZONX_KEYWORD;
-      target->keyword =
-          isKeyword ? node : static_cast<CzonNode*>(static_cast<CzonBase*>(node))->GetOwner();
+      target->keyword = isKeyword ? node : OwnerOf(node);
     } else if (status == ZONX_MISSING) {
       if (!FindPlaceForNew(path, target)) return file_.ReportPath(path, status);
     } else {
@@ -206,7 +233,10 @@ class Setter {
 Status Set(const SetOptions& options) {
   std::vector<Change> changes;
   for (const auto& group : options.groups) {
-    changes.push_back({group.front(), {group.begin() + 1, group.end()}, false});
+    Change change;
+    change.path = group.front();
+    change.values.assign(group.begin() + 1, group.end());
+    changes.push_back(std::move(change));
   }
   if (!options.changes.empty()) {
     const Status status = ReadChanges(options.changes, &changes);

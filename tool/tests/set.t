@@ -151,10 +151,10 @@ A file of changes, for many files; each has all changes or none:
   -      Hours = 6, 12.5, 18
   +      Hours = 6, 13.50, 18
   $ printf 'A/b\n = 3\nA/b = 1,\nA/b[1] = 1, 2\nA/b = x y\n' > bad; zon set -f bad harbour.zon
-  bad:1:1: error: a line has the form Section/Keyword = values
+  bad:1:1: error: a line has the form Section/Keyword = values, or begins with add, move or unset
     A/b
     ^
-  bad:2:2: error: a line has the form Section/Keyword = values
+  bad:2:2: error: a line has the form Section/Keyword = values, or begins with add, move or unset
      = 3
      ^
   bad:4:10: error: a path with [n] has one value
@@ -169,6 +169,47 @@ A file of changes, for many files; each has all changes or none:
   $ echo 'Run/Step = 63' | zon set -f - harbour.zon -
   zon: standard input can be read only once; use - for one file
   [2]
+
+A file of changes also adds, moves and removes; each path is that of the file after the lines before it:
+
+  $ cat > changes <<'C'
+  > unset Quay:1/
+  > add Quay/ before Quay:2/     // between the two that are left
+  > add Quay:2/Name = 'Coal Pier'
+  > add Quay:*/Lit = true
+  > add Quay:3/Depth before Quay:3/Name = 4.5, 'low'
+  > move Quay:1/Rails before Quay:1/Name
+  > move Tariff/ last
+  > unset Quay:1/Bollard
+  > C
+  $ zon set --dry-run -f changes before > new.diff; cp before new.zon; patch -s new.zon new.diff; zon list -r new.zon | grep -Ei '^(quay[^/]*|tariff|traffic)/[^/]*$' | grep -v ':[23]/L\|[fc]/[A-Z]'
+  Quay:1/
+  Quay:1/Rails
+  Quay:1/Name
+  Quay:1/Length
+  Quay:1/Lit
+  Quay:2/
+  Quay:2/Name
+  QUAY:3/
+  QUAY:3/Depth
+  QUAY:3/Name
+  Traffic/
+  Tariff/
+  $ echo 'add Quay before Run/' | zon set -f - before
+  stdin:1:1: error: a keyword must be in a section
+    add Quay before Run/
+    ^
+  [2]
+  $ for line in 'move Quay:1/Rails before Run/Step' 'add Quay/x before Quay:2/Name' 'move Qay/ last'; do echo "$line" | zon set -f - before; done
+  before:23:4: error: `Run/Step` is no sibling of the same kind
+     Step {seconds} = 60
+     ^~~~
+  before:120:4: error: `Quay:2/Name` is no sibling of the same kind
+     Name = 'Ferry Stage'
+     ^~~~
+  before: error: the file has no section `Qay`
+  hint: did you mean Quay?
+  [1]
 
 Removing; every path is that of the file as it was:
 
