@@ -1,0 +1,299 @@
+"""Files: loading, saving, checking and comparing.
+
+The functions that read or write a file release the lock of the interpreter, and hold the lock of the tree that they
+work on. Tested by tests/test_file.py, tests/test_errors.py and tests/test_threads.py.
+"""
+from __future__ import annotations
+
+import ctypes
+import enum
+import os
+import re
+from ctypes import c_size_t, c_void_p
+from dataclasses import dataclass
+from pathlib import Path
+from types import TracebackType
+from typing import Any, Iterator, List, Optional, Tuple, Type, Union
+
+from ._library import CCompare, Visitor, lib
+from ._nodes import Node, Section
+from ._reports import Collector, Report, Status, collect, decoded, encoded, encoded_name, make_error, utf8
+from ._tree import Tree, locked, start_of
+from ._values import Kind
+from ._view import KEYWORDS
+
+FileName = Union[str, "os.PathLike[str]"]
+
+
+class File(Node):
+    """A parameter file. `zon.load` and `zon.parse` return one, `zon.File()` is an empty one.
+
+    It is closed by `with`, by `close`, or when it and all its nodes are gone. Iterating yields its top-level sections.
+    A file may be used by several threads, one after the other: each use waits for the one before it.
+    """
+
+    __slots__ = ("_reports", "_filename")
+
+    def __init__(self) -> None:
+        handle = lib.zonCreate()
+        if not handle:
+            raise MemoryError
+        self._adopt(handle, None, [])
+
+    def _adopt(self, handle: int, filename: Optional[Path], reports: List[Report]) -> None:
+        tree = Tree(handle)
+        super().__init__(tree, None, lib.zonGetRoot(handle))
+        tree.views[self._node] = self
+        self._reports = reports
+        self._filename = filename
+
+    @classmethod
+    def _from_handle(cls, handle: c_void_p, status: int, filename: Optional[Path], collector: Collector) -> File:
+        """The file that a load returned; raises its error."""
+        name = "" if filename is None else str(filename)
+        number = ctypes.get_errno()
+        if status or collector.failure is not None:
+            if handle:
+                lib.zonClose(ctypes.byref(handle))
+            ctypes.set_errno(number)
+            collector.check(status, name)
+        file = cls.__new__(cls)
+        file._adopt(handle.value or 0, filename, collector.reports)
+        return file
+
+    def __repr__(self) -> str:
+        return f"<zon.File {self.name!r}{', closed' if self.closed else ''}>"
+
+    def __iter__(self) -> Iterator[Section]:
+        return super().__iter__()
+
+    def __enter__(self) -> File:
+        start_of(self)
+        return self
+
+    def __exit__(self, type_: Optional[Type[BaseException]], error: Optional[BaseException],
+                 traceback: Optional[TracebackType]) -> None:
+        self.close()
+
+    def close(self) -> None:
+        """Closes the file without saving it. Closing it again does nothing."""
+        self._tree.close()
+
+    @property
+    def closed(self) -> bool:
+        """Whether the file is closed."""
+        return not self._tree.handle
+
+    @property
+    def filename(self) -> Optional[Path]:
+        """The file that was loaded or last saved; None for one that was built."""
+        return self._filename
+
+    @property
+    def name(self) -> str:
+        """The name of that file; empty for one that was built."""
+        return "" if self._filename is None else str(self._filename)
+
+    @property
+    def reports(self) -> List[Report]:
+        """The warnings of the load."""
+        return list(self._reports)
+
+    def save(self, filename: Optional[FileName] = None, *, overwrite: bool = False, new: bool = False,
+             backup: bool = False, plain: bool = False, names_as_written: bool = False) -> None:
+        """Saves the file. What was not changed stays byte for byte: comments, layout, spelling of numbers.
+
+        Without a name it goes to the file that was loaded or last saved. It is replaced in one step, or not at all.
+        overwrite: also another file, or one that has changed since it was loaded. new: only if no file has the name.
+        backup: the old file stays, with `~` after its name. plain: in a uniform layout, without comments.
+        names_as_written: file names stay as they are, also in another folder.
+        """
+        name = None if filename is None else encoded_name(filename)
+        flags = plain | new << 1 | overwrite << 2 | backup << 3 | names_as_written << 4
+        with self._tree.lock:
+            start_of(self)
+            collector = Collector()
+            status = lib.zonxSave(self._tree.handle, name, flags, collect, collector)
+            collector.check(status, self.name if filename is None else str(filename))
+            if filename is not None:
+                self._filename = Path(filename)
+
+    def to_text(self, *, plain: bool = False, names_as_written: bool = False) -> str:
+        """The text that `save` would write to the file that was loaded."""
+        with self._tree.lock:
+            start_of(self)
+            text, size, collector = c_void_p(), c_size_t(), Collector()
+            status = lib.zonxText(self._tree.handle, plain | names_as_written << 4, ctypes.byref(text),
+                                  ctypes.byref(size), collect, collector)
+            try:
+                collector.check(status, self.name)
+                return decoded(ctypes.string_at(text.value or 0, size.value))
+            finally:
+                lib.zonxFree(text)
+
+    def watch(self, on: bool = True) -> None:
+        """Starts or stops to take note of the values that are read, for `unread`."""
+        with self._tree.lock:
+            start_of(self)
+            status = lib.zonxWatch(self._tree.handle, bool(on))
+            if status:
+                raise make_error(status, [])
+
+    def unread(self) -> List[Report]:
+        """A warning for each keyword that was not read since `watch`, with the nearest name that was asked for."""
+        with self._tree.lock:
+            start_of(self)
+            collector = Collector()
+            status = lib.zonxReportUnread(self._tree.handle, collect, collector, None)
+            collector.check(status)
+            return collector.reports
+
+    def merge(self, overlay: File) -> None:
+        """Gives every keyword of another file to this one. The values of such a keyword are replaced as a whole,
+        sections and keywords that are missing are added."""
+        merge(self, overlay)
+
+
+def load(filename: FileName) -> File:
+    """Loads a file. If it has errors, the exception has a report of each: `error.reports`."""
+    name = encoded_name(filename)
+    handle, collector = c_void_p(), Collector()
+    status = lib.zonxLoadFile(name, ctypes.byref(handle), collect, collector)
+    return File._from_handle(handle, status, Path(filename), collector)
+
+
+def parse(text: Union[str, bytes], filename: FileName = "") -> File:
+    """Loads a text. The name is that of the text in reports, and its file names are relative to it."""
+    data = text if isinstance(text, bytes) else utf8(text)
+    name = encoded_name(filename)
+    handle, collector = c_void_p(), Collector()
+    status = lib.zonxLoadText(data, len(data), name, ctypes.byref(handle), collect, collector)
+    return File._from_handle(handle, status, Path(filename) if name else None, collector)
+
+
+def check(filename: FileName) -> List[Report]:
+    """Everything that is wrong in a file, also if it cannot be opened; an empty list if nothing is. Needs no memory
+    for a tree."""
+    name = encoded_name(filename)
+    collector = Collector()
+    status = lib.zonxLoadFile(name, None, collect, collector)
+    reports = collector.take()
+    if status and not reports:
+        raise make_error(status, reports, os.fspath(filename))
+    return reports
+
+
+# ---- Two files ----------------------------------------------------------------------------------------------
+
+
+class Change(enum.IntEnum):
+    """What a difference is."""
+    ADDED = 0
+    REMOVED = 1
+    DIFFERENT = 2
+    MOVED = 3
+
+
+@dataclass(frozen=True)
+class Difference:
+    """A section, keyword or value that differs. `before` is None if it was added, `after` if it was removed; the path
+    is that of `after` where there is one."""
+    change: Change
+    path: str
+    before: Optional[Node]
+    after: Optional[Node]
+
+    def __str__(self) -> str:
+        texts = [node.text for node in (self.before, self.after) if node is not None and node.kind != Kind.SECTION]
+        return f"{self.path}: {self.change.name.lower()}" + (f" {' -> '.join(texts)}" if texts else "")
+
+
+class _Differences(List[Tuple[int, str, Optional[int], Optional[int]]]):
+    """Receives the differences of one call."""
+    failure: Optional[BaseException] = None
+
+
+def _collect_difference(difference: Any, found: _Differences) -> None:
+    try:
+        each = difference.contents
+        found.append((each.change, decoded(each.path), each.before, each.after))
+    except BaseException as failure:  # pylint: disable=broad-except
+        found.failure = failure
+
+
+_collect_function = Visitor(_collect_difference)
+
+
+def validate(template: File, candidate: File) -> List[Report]:
+    """Compares a file with a template. Returns every mismatch, with the place in the file and, as the related place,
+    that in the template; an empty list if the file conforms."""
+    with locked(template._tree, candidate._tree):
+        start_of(template), start_of(candidate)
+        collector = Collector()
+        status = lib.zonxValidate(template._tree.handle, candidate._tree.handle, collect, collector)
+        if status != Status.MISMATCH:
+            collector.check(status)
+        return collector.take()
+
+
+def diff(before: Node, after: Node, *, key: Optional[str] = None, relative: float = 0.0, absolute: float = 0.0
+         ) -> List[Difference]:
+    """What differs as data between two files or two sections. Spelling and layout do not count. Sections are aligned
+    by name and number, or by the value of a keyword `key`. Reals that differ by less than a tolerance are equal."""
+    name = None if key is None else encoded(key)
+    options = CCompare(relative, absolute)
+    with locked(before._tree, after._tree):
+        nodes = [node._tree.handle if isinstance(node, File) else start_of(node) for node in (before, after)]
+        start_of(before), start_of(after)
+        found = _Differences()
+        rest = (ctypes.byref(options), _collect_function, found, None)
+        status = lib.zonxDiff(*nodes, *rest) if name is None else lib.zonxDiffByKey(*nodes, name, *rest)
+        if found.failure is not None:
+            raise found.failure
+        if status:
+            raise make_error(status, [])
+        finders = _NodeFinder(before), _NodeFinder(after)
+        return [Difference(Change(change), path, finders[0].find(old, path), finders[1].find(new, path))
+                for change, path, old, new in found]
+
+
+class _NodeFinder:
+    """Finds the views of nodes that the library passes. The keyword of a value is found among those of its name,
+    which are listed once."""
+
+    def __init__(self, start: Node) -> None:
+        self._start = start
+        self._keywords: dict[tuple[int, bytes, int], dict[int, int]] = {}
+
+    def find(self, node: Optional[int], path: str) -> Optional[Node]:
+        """The view of a node; None for none. The path ends with the name of its keyword, if it is a value."""
+        if not node:
+            return None
+        if lib.zonxGetKind(node) in (Kind.SECTION, *KEYWORDS):
+            return self._start._view(node)
+        section: int = lib.zonGetParentSection(node)
+        number: int = lib.zonGetInstanceNo(node)
+        name = encoded(re.split("[/]", path)[-1].split("[")[0].split(":")[0])
+        name = b"" if name == b"()" else name
+        owners = self._keywords.get((section, name, number))
+        if owners is None:
+            owners = self._keywords[section, name, number] = {}
+            keyword, instance = lib.zonKeywordByNameNum(section, name, 1), 1
+            while keyword:
+                owners[lib.zonNodeByNum(keyword, number)] = keyword
+                instance += 1
+                keyword = lib.zonKeywordByNameNum(section, name, instance)
+        return self._start._view(owners[node])._child(node)
+
+
+def merge(target: File, overlay: File) -> None:
+    """See `File.merge`."""
+    if target._tree is overlay._tree:
+        return
+    target._tree.exclusive()
+    with locked(target._tree, overlay._tree):
+        start_of(target), start_of(overlay)
+        status = lib.zonxMerge(target._tree.handle, overlay._tree.handle)
+        target._tree.forget_values()
+        if status:
+            raise make_error(status, [])

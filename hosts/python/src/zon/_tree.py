@@ -1,0 +1,129 @@
+"""The handle of a file and the views of its nodes that are alive.
+
+A node of the library is an address, valid until the node is removed or replaced. So no address is kept anywhere
+but in a view, each node has at most one view, and each view keeps the view of its owner, up to the file. What
+removes or replaces a node sets the address in its view to 0. The views of nodes inside a removed one find that out
+by themselves: the tree counts removals, and a view that has not seen the last of them looks whether all its owners
+are still alive. So a removal costs the same however many views there are, and a use costs one comparison.
+
+Invariants: a view with an address whose owners all have one is a view of a live node. `views` has every such view
+by its address. It may also have dead ones, at addresses that may be in use again, so `known` checks what it finds.
+
+Everything here is done with the lock of the tree: a handle is used by one thread at a time. Two trees are locked in
+the order of their handles. Tested by tests/test_lifetimes.py and tests/test_threads.py.
+"""
+from __future__ import annotations
+
+import ctypes
+import threading
+import weakref
+from contextlib import contextmanager
+from typing import TYPE_CHECKING, Any, Callable, ContextManager, Iterator, Optional
+
+from ._library import lib
+from ._reports import ClosedError, Error
+
+if TYPE_CHECKING:
+    from ._nodes import Node
+    from ._view import View
+
+
+def _close(handle: int) -> None:
+    lib.zonClose(ctypes.byref(ctypes.c_void_p(handle)))
+
+
+class Tree:
+    """A file handle with what belongs to it."""
+
+    def __init__(self, handle: int) -> None:
+        self.handle: int = handle  # 0: closed
+        self.lock: ContextManager[Any] = threading.RLock()
+        self._is_owned: Callable[[], bool] = getattr(self.lock, "_is_owned")
+        self.removals = 0
+        self.views: weakref.WeakValueDictionary[int, Node] = weakref.WeakValueDictionary()
+        # The views of values, which setters can replace. They are in no other list.
+        self.values: weakref.WeakValueDictionary[int, Node] = weakref.WeakValueDictionary()
+        # Closes the handle when the last view is gone. It runs once, and not at the end of the process.
+        self._finalizer = weakref.finalize(self, _close, handle)
+        self._finalizer.atexit = False
+
+    def close(self) -> None:
+        """Closes the handle. Can be called again. In the midst of another use of the file, as in a signal handler,
+        the handle is closed when the last view is gone."""
+        is_used = self._is_owned()
+        with self.lock:
+            self.handle = 0
+            if not is_used:
+                self._finalizer()
+
+    def exclusive(self) -> ContextManager[Any]:
+        """The lock, for a change. A signal handler or __del__ that runs in the midst of another use of the same file
+        could take away the nodes of that use, so it is refused."""
+        if self._is_owned():
+            raise Error("the file cannot be changed while the call that was interrupted uses it")
+        return self.lock
+
+    def known(self, node: int) -> Optional[Node]:
+        """The view of a node, if it has one."""
+        for views in (self.views, self.values):
+            view = views.get(node)
+            if view is not None and is_alive(view):
+                return view
+        return None
+
+    def forget(self, node: int) -> None:
+        """Call after a node was removed."""
+        for views in (self.values, self.views):  # one of them may have a dead view at this address
+            view = views.pop(node, None)
+            if view is not None:
+                view._node = 0
+                self.removals += 1
+
+    def forget_replaced(self, before: list[tuple[int, int]], after: list[tuple[int, int]]) -> None:
+        """Call after a setter, with the addresses and kinds of the values before and after it. A value of another
+        kind is a new one, also if it has the address of the old one."""
+        for at, old in enumerate(before):
+            if after[at:at + 1] != [old]:
+                self.forget(old[0])
+
+    def forget_values(self) -> None:
+        """Call after any value can have been replaced."""
+        for view in list(self.values.values()):
+            view._node = 0
+        self.values.clear()
+
+
+def is_alive(view: View) -> bool:
+    """Whether the node of a view is in the tree."""
+    removals = view._tree.removals
+    unsure: list[View] = []
+    at: Optional[View] = view
+    while at is not None and at._node and at._seen != removals:
+        unsure.append(at)
+        at = at._owner
+    is_removed = at is not None and not at._node
+    for each in unsure:
+        each._seen = removals
+        if is_removed:
+            each._node = 0
+    return not is_removed
+
+
+@contextmanager
+def locked(*trees: Tree) -> Iterator[None]:
+    """Locks two trees in an order that is the same in all threads."""
+    first, second = sorted(trees, key=id)
+    with first.lock, second.lock:
+        yield
+
+
+def start_of(view: View) -> int:
+    """The address of a view, to pass to the library."""
+    tree = view._tree
+    if not tree.handle:
+        raise ClosedError("the file is closed")
+    if view._seen != tree.removals:
+        is_alive(view)
+    if not view._node:
+        raise ClosedError("the node was removed or replaced")
+    return view._node
