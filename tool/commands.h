@@ -62,6 +62,9 @@ Status Format(const FormatOptions& options);
 struct EditOptions {
   bool dryRun = false;  // prints what would change
   bool backup = false;  // keeps the old file
+  // Where the text goes: to the file itself, to standard output, or to the file `output`.
+  enum class Target { kFile, kStandardOutput, kOtherFile } target = Target::kFile;
+  std::string output;
 };
 
 struct SetOptions {
@@ -91,6 +94,26 @@ Status Add(const AddOptions& options);
 // Renames a section or keyword.
 Status Rename(const std::string& file, const std::string& path, const std::string& name,
               const EditOptions& options);
+
+struct DiffOptions {
+  std::string before;
+  std::string after;
+  std::string key;  // the keyword whose value says which sections of one name belong together
+  double relative = 0;
+  double absolute = 0;
+  bool json = false;
+  bool changes = false;  // in the form of a file of changes
+};
+// Prints the differences of two files. They are findings.
+Status Diff(const DiffOptions& options);
+
+struct MergeOptions {
+  std::string base;
+  std::vector<std::string> overlays;
+  EditOptions edit;
+};
+// Gives every keyword of the overlays, in their order, to the base.
+Status Merge(const MergeOptions& options);
 
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);

@@ -2,9 +2,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <string_view>
 
 #include <zon.h>
@@ -13,11 +13,6 @@
 #include "tool/unifieddiff.h"
 
 namespace tool {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 EditedFile::~EditedFile() {
   if (file_ != nullptr) zonClose(&file_);
@@ -42,7 +37,8 @@ void EditedFile::PrintWarning(const zonxReport* report, void* context) {
 bool EditedFile::Load() {
   if (input_.Path().empty()) return false;
   std::cout.flush();  // reports follow the texts before them, if both go to one place
-  if (input_.IsInMemory() && !isStandardInput_) {
+  const bool isReplaced = options_.target == EditOptions::Target::kFile && !isStandardInput_;
+  if (input_.IsInMemory() && isReplaced) {
     PrintMessage(input_.Name() + ": is not a file that can be replaced");
     return false;
   }
@@ -50,7 +46,9 @@ bool EditedFile::Load() {
   int error = 0;
   {
     const Progress progress(input_.Name());
-    status = CheckMemory(zonxLoadFile(input_.Path().c_str(), &file_, Print, this));
+    status =
+        CheckMemory(input_.IsInMemory() ? LoadText()
+                                        : zonxLoadFile(input_.Path().c_str(), &file_, Print, this));
     error = errno;
   }
   if (status != ZONX_OK && status != ZONX_FAULTY)
@@ -59,6 +57,12 @@ bool EditedFile::Load() {
   bool isMade = true;
   if (options_.dryRun) before_ = Text(&isMade);
   return isMade;
+}
+
+// File names are relative to the working directory.
+int EditedFile::LoadText() {
+  const std::string text = input_.ReadText();
+  return zonxLoadText(text.data(), text.size(), input_.Name().c_str(), &file_, Print, this);
 }
 
 Status EditedFile::ReportPath(const std::string& path, int status) {
@@ -75,6 +79,11 @@ Status EditedFile::Refuse(void* node, const std::string& message, const std::str
   return kTrouble;
 }
 
+bool EditedFile::IsLoadedFile(const std::string& name) const {
+  std::error_code error;
+  return std::filesystem::equivalent(name, input_.Path(), error);
+}
+
 std::string EditedFile::Text(bool* isMade) {
   char* text = nullptr;
   std::size_t size = 0;
@@ -84,11 +93,20 @@ std::string EditedFile::Text(bool* isMade) {
   return *isMade ? std::string(text, size) : std::string();
 }
 
+Status EditedFile::Save() {
+  const bool isOther =
+      options_.target == EditOptions::Target::kOtherFile && !IsLoadedFile(options_.output);
+  unsigned int flags = 0;
+  if (options_.backup) flags |= ZONX_BACKUP;
+  if (isOther) flags |= ZONX_OVERWRITE;
+  const char* const name = isOther ? options_.output.c_str() : nullptr;
+  return CheckMemory(zonxSave(file_, name, flags, Print, this)) == ZONX_OK ? kFine : kTrouble;
+}
+
 Status EditedFile::Deliver() {
-  if (!options_.dryRun && !isStandardInput_) {
-    const unsigned int flags = options_.backup ? ZONX_BACKUP : 0;
-    return CheckMemory(zonxSave(file_, nullptr, flags, Print, this)) == ZONX_OK ? kFine : kTrouble;
-  }
+  const bool isPrinted = options_.target == EditOptions::Target::kStandardOutput ||
+                         (isStandardInput_ && options_.target == EditOptions::Target::kFile);
+  if (!options_.dryRun && !isPrinted) return Save();
   bool isMade = false;
   const std::string text = Text(&isMade);
   if (!isMade) return kTrouble;

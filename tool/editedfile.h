@@ -12,9 +12,6 @@
 
 namespace tool {
 
-// Returns the status, except for ZONX_NO_MEMORY, for which it throws std::bad_alloc.
-int CheckMemory(int status);
-
 class EditedFile {
  public:
   EditedFile(const std::string& argument, const EditOptions& options)
@@ -41,7 +38,10 @@ class EditedFile {
  private:
   static void Print(const zonxReport* report, void* context);
   static void PrintWarning(const zonxReport* report, void* context);
+  int LoadText();
   std::string Text(bool* isMade);
+  bool IsLoadedFile(const std::string& name) const;
+  Status Save();
 
   const EditOptions& options_;
   const bool isStandardInput_;

@@ -9,7 +9,6 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <new>
 
 #include <zon.h>
 #include <zonx.h>
@@ -40,7 +39,7 @@ class LoadedText {
   LoadedText(const std::string& text, const std::string& name, bool* hasReports)
       : status_(zonxLoadText(text.data(), text.size(), name.c_str(), &file_,
                              hasReports != nullptr ? PrintReport : nullptr, hasReports)) {
-    if (status_ == ZONX_NO_MEMORY) throw std::bad_alloc();
+    CheckMemory(status_);
   }
   LoadedText(const LoadedText&) = delete;
   LoadedText& operator=(const LoadedText&) = delete;
@@ -81,8 +80,7 @@ bool MakePlainText(const LoadedText& loaded, std::string* text, bool* hasReports
   std::size_t size = 0;
   const int status = zonxText(loaded.File(), ZONX_PLAIN | ZONX_NAMES_AS_WRITTEN, &made, &size,
                               PrintReport, hasReports);
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (status != ZONX_OK) return false;
+  if (CheckMemory(status) != ZONX_OK) return false;
   const std::unique_ptr<char, void (*)(void*)> owner(made, zonxFree);
   text->assign(made, size);
   return true;
@@ -152,8 +150,7 @@ class Formatter {
     const LoadedText made(formatted_, input_.Path(), nullptr);
     const int status = zonxSave(made.File(), input_.Path().c_str(),
                                 ZONX_OVERWRITE | ZONX_NAMES_AS_WRITTEN, PrintReport, hasReports_);
-    if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-    return status == ZONX_OK ? kFine : kTrouble;
+    return CheckMemory(status) == ZONX_OK ? kFine : kTrouble;
   }
 
   const FormatOptions& options_;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <functional>
@@ -292,6 +293,31 @@ void AddRename(CLI::App& app) {
   Choose(command, [] { return tool::Rename(file, path, name, edit); });
 }
 
+void AddDiff(CLI::App& app) {
+  CLI::App* command = Add(app, "diff", "Print the differences of two files by path",
+                          "zon diff --key Name harbour.zon harbour-new.zon");
+  static tool::DiffOptions options;
+  AddFile(command, "A", options.before);
+  AddFile(command, "B", options.after);
+  const auto isTolerance = [](const std::string& text) {
+    const double number = std::strtod(text.c_str(), nullptr);
+    return number >= 0 ? std::string() : text + " is no tolerance";
+  };
+  command->add_option("--key", options.key,
+                      "a keyword whose value says which sections of one name belong together");
+  command->add_option("--tolerance", options.relative, "relative tolerance of reals; default: 0")
+      ->check(isTolerance);
+  command->add_option("--absolute", options.absolute, "absolute tolerance of reals; default: 0")
+      ->check(isTolerance);
+  CLI::Option* json = command->add_flag("--json", options.json, "print a JSON document");
+  command->add_flag("--changes", options.changes, "print the lines with which set -f makes B of A")
+      ->excludes(json);
+  Choose(command, [] {
+    const bool isRepeated = options.before == "-" && options.after == "-";
+    return isRepeated ? RefuseSecondInput() : tool::Diff(options);
+  });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -330,6 +356,8 @@ void AddCommands(CLI::App& app) {
   AddUnset(app);
   AddAdd(app);
   AddRename(app);
+  AddDiff(app);
+
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);

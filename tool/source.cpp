@@ -8,9 +8,12 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <iterator>
+#include <new>
 #include <optional>
 
 #include <zon.h>
+#include <zonx.h>
 
 namespace tool {
 namespace {
@@ -41,7 +44,22 @@ std::string LineOf(const std::string& path, unsigned int line) {
   return text;
 }
 
+// File names and result folders are relative to the folder that the user named, or for standard input to the
+// working directory.
+void* LoadText(const Input& input) {
+  const std::string text = input.ReadText();
+  void* file = nullptr;
+  CheckMemory(
+      zonxLoadText(text.data(), text.size(), input.Name().c_str(), &file, nullptr, nullptr));
+  return file;
+}
+
 }  // namespace
+
+int CheckMemory(int status) {
+  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return status;
+}
 
 Input::Input(const std::string& argument)
     : name_(argument == "-" ? "stdin" : argument), path_(argument) {
@@ -70,6 +88,11 @@ void Input::CopyToMemory(int file) {
   }
   path_ = copied ? "/proc/self/fd/" + std::to_string(memory_) : "";
   if (!copied) PrintMessage(name_ + ": " + std::strerror(errno));
+}
+
+std::string Input::ReadText() const {
+  std::ifstream file(path_, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 void Input::ReportSyntaxError(unsigned int line, unsigned int position, const char* text) const {
@@ -106,7 +129,7 @@ Source::Source(const std::string& argument) : input_(argument) {
   }
   {
     const Progress progress(input_.Name());
-    file_ = zonLoadFile(input_.Path().c_str(), 1);
+    file_ = input_.IsInMemory() ? LoadText(input_) : zonLoadFile(input_.Path().c_str(), 1);
   }
   const int code = zonGetErrorGlb();
   if (file_ == nullptr) {
@@ -120,8 +143,6 @@ Source::Source(const std::string& argument) : input_(argument) {
   if (*text != '\0') {
     input_.ReportSyntaxError(line, position, text);
     status_ = kFindings;
-  } else if (input_.IsInMemory()) {
-    SetAnchor();
   }
 }
 
@@ -131,24 +152,6 @@ Source::~Source() {
 
 void* Source::Root() const {
   return zonGetRoot(file_);
-}
-
-// The tree was loaded from a file in memory. File names and result folders are relative to the folder
-// that the user named, or for standard input to the working directory, so both are set again.
-void Source::SetAnchor() {
-  zonSetAnchorFilename(Root(), input_.Name().c_str());
-  void* settings = zonTargetByNameNum(file_, "SYSTEM", 1);
-  if (settings == nullptr) return;
-  const char* folder = nullptr;
-  bool use = false;
-  if (zonGetParamFilename(settings, "ResultRootFolder", &folder, 1, 1) != 0) {
-    zonSetProjectResultRoot(file_, folder);
-  }
-  zonGetParam(settings, "UseCustomResultFolder", &use, 1, 1);
-  if (zonGetParamFilename(settings, "CustomResultFolder", &folder, 1, 1) != 0) {
-    zonSetCustomResultFolder(file_, use ? 1 : 0, folder);
-  }
-  zonGetErrorGlb();
 }
 
 }  // namespace tool

@@ -8,6 +8,9 @@
 
 namespace tool {
 
+// Returns what the library returned, except for ZONX_NO_MEMORY, for which it throws std::bad_alloc.
+int CheckMemory(int status);
+
 // An argument as a file that can be opened several times. Standard input, which is "-", pipes and
 // devices can be read only once, so they are copied into a file in memory first.
 class Input {
@@ -20,6 +23,7 @@ class Input {
   bool IsInMemory() const { return memory_ >= 0; }
   const std::string& Name() const { return name_; }  // for people
   const std::string& Path() const { return path_; }  // to open; empty after a failure
+  std::string ReadText() const;                      // of a file in memory
 
   // Prints an error at a place that the library reports. Position 0 means that only the end of the
   // line before has been read, so that is the place that is shown.
@@ -49,8 +53,6 @@ class Source {
   void* Root() const;
 
  private:
-  void SetAnchor();
-
   Input input_;
   void* file_ = nullptr;
   Status status_ = kFine;

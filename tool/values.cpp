@@ -1,10 +1,11 @@
 #include "tool/values.h"
 
-#include <new>
 #include <sstream>
 
 #include <zon.h>
 #include <zonclasses.h>
+
+#include "tool/source.h"
 
 namespace tool {
 
@@ -65,8 +66,12 @@ bool IsWithinInt(void* value) {
 
 zonxPlace PlaceOf(void* node) {
   zonxPlace place{};
-  if (zonxWhere(node, &place) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  CheckMemory(zonxWhere(node, &place));
   return place;
+}
+
+void* OwnerOf(void* node) {
+  return static_cast<CzonNode*>(static_cast<CzonBase*>(node))->GetOwner();
 }
 
 std::string NameOf(void* node) {

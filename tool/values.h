@@ -31,6 +31,9 @@ bool IsWithinInt(void* value);
 // The place of a node in its file; line 0 if it has none.
 zonxPlace PlaceOf(void* node);
 
+// The section or keyword that a node is in; null for the root.
+void* OwnerOf(void* node);
+
 // An element of a path: "Quay:2", or "Quay" if the name does not repeat; "()" for an empty name.
 std::string NameOf(void* node);
 

@@ -7,6 +7,8 @@
 #include <zon.h>
 #include <zonx.h>
 
+#include "tool/source.h"
+
 namespace tool {
 namespace {
 
@@ -30,9 +32,7 @@ ValueText::~ValueText() {
 }
 
 int ValueText::Count(const std::string& text) {
-  const int status = zonxSetText(file_, "s/k", text.c_str());
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (status != ZONX_OK) return 0;
+  if (CheckMemory(zonxSetText(file_, "s/k", text.c_str())) != ZONX_OK) return 0;
   return zonGetNoParams(zonKeywordByNum(zonTargetByNum(file_, 1), 1));
 }
 
@@ -90,9 +90,7 @@ bool ValueText::SetAlone(void* keyword, unsigned int n, const std::string& text)
 
 bool ValueText::IsName(const std::string& name) {
   if (name.find_first_of("/:[") != std::string::npos) return false;
-  const int status = zonxSetText(file_, ("s/" + name).c_str(), "");
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status == ZONX_OK;
+  return CheckMemory(zonxSetText(file_, ("s/" + name).c_str(), "")) == ZONX_OK;
 }
 
 }  // namespace tool
