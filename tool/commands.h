@@ -58,6 +58,18 @@ struct FormatOptions {
 // The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
 
+struct FilesOptions {
+  std::vector<std::string> files;
+  std::string folder;    // receives copies; empty: the file names are printed
+  bool missing = false;  // prints only what does not exist
+  bool json = false;
+};
+// Prints the file names in each file. A file with an error does not stop the next ones.
+Status Files(const FilesOptions& options);
+
+// Copies the files and what they refer to. Prints what is not copied.
+Status CopyWithReferences(const std::vector<std::string>& files, const std::string& folder);
+
 // Of the commands that change files in place.
 struct EditOptions {
   bool dryRun = false;  // prints what would change

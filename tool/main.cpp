@@ -166,6 +166,24 @@ void AddFormat(CLI::App& app) {
   });
 }
 
+void AddFilesCommand(CLI::App& app) {
+  CLI::App* command = Add(app, "files", "List the files that each file refers to, or copy them",
+                          "zon files --missing *.zon");
+  static tool::FilesOptions options;
+  AddFiles(command, options.files);
+  CLI::Option* missing =
+      command->add_flag("--missing", options.missing, "list only those that do not exist");
+  CLI::Option* json = command->add_flag("--json", options.json, "print JSON");
+  command
+      ->add_option("--copy-to", options.folder, "a folder that receives the files and all of those")
+      ->excludes(missing)
+      ->excludes(json);
+  Choose(command, [] {
+    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Files(options);
+  });
+}
+
 // The parser would take some values apart or for options. A mark in front of them prevents that; the word
 // that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
@@ -324,6 +342,7 @@ void AddCommands(CLI::App& app) {
   AddDump(app);
   AddCompare(app);
   AddCopy(app);
+  AddFilesCommand(app);
   AddFormat(app);
   AddSet(app);
   AddUnset(app);

@@ -43,6 +43,21 @@ std::string LineOf(const std::string& path, unsigned int line) {
 
 }  // namespace
 
+int ReadFile(const std::string& path, std::string* text) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+  if (file < 0) return errno;
+  char piece[1 << 16];
+  ssize_t size = 0;
+  while ((size = read(file, piece, sizeof piece)) != 0) {
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) break;
+    text->append(piece, static_cast<std::size_t>(size));
+  }
+  const int error = size < 0 ? errno : 0;
+  close(file);
+  return error;
+}
+
 Input::Input(const std::string& argument)
     : name_(argument == "-" ? "stdin" : argument), path_(argument) {
   if (argument == "-") {

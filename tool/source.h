@@ -35,6 +35,9 @@ class Input {
   std::string path_;
 };
 
+// Appends the content of a file. Returns 0, or the errno of the call that failed.
+int ReadFile(const std::string& path, std::string* text);
+
 // A loaded file. The constructor prints any error of it.
 class Source {
  public:
