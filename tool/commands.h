@@ -39,6 +39,8 @@ struct ListOptions {
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
+// Prints the file that DumpJson prints this of.
+Status FromJson(const std::string& file);
 Status DumpJson(const std::string& file, bool withPlaces);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the next

@@ -348,6 +348,8 @@ void AddCommands(CLI::App& app) {
   AddUnset(app);
   AddAdd(app);
   AddRename(app);
+  AddPlain(app, "from-json", "Print the file that dump --json came from",
+           "zon dump --json harbour.zon | zon from-json -", tool::FromJson);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);
