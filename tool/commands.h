@@ -106,6 +106,9 @@ Status Add(const AddOptions& options);
 Status Rename(const std::string& file, const std::string& path, const std::string& name,
               const EditOptions& options);
 
+// Prints a template that all samples conform to, or reports that there is none.
+Status Template(const std::vector<std::string>& samples);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 

@@ -184,6 +184,17 @@ void AddFilesCommand(CLI::App& app) {
   });
 }
 
+void AddTemplate(CLI::App& app) {
+  CLI::App* command = Add(app, "template", "Print a template that all samples conform to",
+                          "zon template harbour*.zon > harbour-template.zon");
+  static std::vector<std::string> samples;
+  command->add_option("SAMPLE", samples, "parameter files, or - for standard input")->required();
+  Choose(command, [] {
+    const auto inputs = std::count(samples.begin(), samples.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Template(samples);
+  });
+}
+
 // The parser would take some values apart or for options. A mark in front of them prevents that; the word
 // that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
@@ -343,6 +354,7 @@ void AddCommands(CLI::App& app) {
   AddCompare(app);
   AddCopy(app);
   AddFilesCommand(app);
+  AddTemplate(app);
   AddFormat(app);
   AddSet(app);
   AddUnset(app);

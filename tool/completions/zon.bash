@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump from-json compare copy files fmt set unset add rename tokens results help'
+  local commands='check get list dump from-json compare copy files template fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do

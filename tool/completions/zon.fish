@@ -14,7 +14,7 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump from-json compare copy files fmt set unset add rename tokens results help
+set -l commands check get list dump from-json compare copy files template fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
