@@ -109,6 +109,12 @@ Status Rename(const std::string& file, const std::string& path, const std::strin
 // Prints a template that all samples conform to, or reports that there is none.
 Status Template(const std::vector<std::string>& samples);
 
+// Prints a file to start from, with a comment for each section and keyword of the template.
+Status New(const std::string& templateFile);
+
+// Prints a Markdown table for each section of the template.
+Status Doc(const std::string& templateFile);
+
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);
 

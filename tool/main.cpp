@@ -195,6 +195,15 @@ void AddTemplate(CLI::App& app) {
   });
 }
 
+// A subcommand that reads a template only.
+void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const char* example,
+                   Status (*action)(const std::string&)) {
+  CLI::App* command = Add(app, name, purpose, example);
+  static std::string file;
+  command->add_option("-t,--template", file, "a template, or - for standard input")->required();
+  Choose(command, [action] { return action(file); });
+}
+
 // The parser would take some values apart or for options. A mark in front of them prevents that; the word
 // that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
@@ -355,6 +364,10 @@ void AddCommands(CLI::App& app) {
   AddCopy(app);
   AddFilesCommand(app);
   AddTemplate(app);
+  AddOfTemplate(app, "new", "Print a file to start from, with comments",
+                "zon new -t harbour-template.zon > wednesday.zon", tool::New);
+  AddOfTemplate(app, "doc", "Print what a template states as Markdown",
+                "zon doc -t harbour-template.zon > harbour.md", tool::Doc);
   AddFormat(app);
   AddSet(app);
   AddUnset(app);

@@ -16,14 +16,6 @@ namespace {
 constexpr std::size_t kFewTexts = 4;
 constexpr std::size_t kShortText = 30;
 
-std::string SmallLetters(const char* name) {
-  std::string small = name;
-  for (char& c : small) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return small;
-}
-
 bool HasMultiFlag(void* node) {
   const auto* named =
       static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node)));
@@ -68,6 +60,14 @@ bool AddValue(PlaceSummary& place, const SampleValue& value) {
 }
 
 }  // namespace
+
+std::string SmallLetters(const char* name) {
+  std::string small = name;
+  for (char& c : small) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return small;
+}
 
 // All numbers conform to each other, and date-times to file names.
 bool HaveSameKind(int first, int second) {

@@ -70,6 +70,9 @@ struct SectionSummary {
   std::map<std::string, std::size_t> sectionsByName;
 };
 
+// A name as a key: its case does not count.
+std::string SmallLetters(const char* name);
+
 // Whether values of one kind conform to a template with the other.
 bool HaveSameKind(int first, int second);
 

@@ -15,6 +15,7 @@
 #include "tool/conditions.h"
 #include "tool/loadedfile.h"
 #include "tool/samples.h"
+#include "tool/templatewalk.h"
 
 namespace tool {
 namespace {
@@ -46,42 +47,14 @@ const char* Example(int kind) {
   }
 }
 
-const char* KindText(int kind) {
-  switch (kind) {
-    case ZONX_INTEGER:
-      return "an integer";
-    case ZONX_REAL:
-      return "a real";
-    case ZONX_BOOLEAN:
-      return "a boolean";
-    case ZONX_STRING:
-      return "a string";
-    case ZONX_FILENAME:
-      return "a file name";
-    case ZONX_DATETIME:
-      return "a date-time";
-    case ZONX_SUBSTITUTION:
-      return "a substitution";
-    case ZONX_CLOB:
-      return "a packed list";
-    case ZONX_UNKNOWN:
-      return "a remark alone";
-    default:
-      return "an empty place";
-  }
+std::string KindText(int kind) {
+  const char* article = kind == ZONX_INTEGER || kind == ZONX_EMPTY ? "an " : "a ";
+  return std::string(article) + KindName(kind);
 }
 
 std::string TextOf(void* value) {
   const char* text = "";
   CheckMemory(zonxGetText(value, "", &text));
-  return text;
-}
-
-std::string Join(const std::vector<std::string>& parts, const char* between) {
-  std::string text;
-  for (const std::string& part : parts) {
-    if (!part.empty()) text += (text.empty() ? "" : between) + part;
-  }
   return text;
 }
 
@@ -227,7 +200,7 @@ class TemplateText {
   void WriteConflict(const Conflict& conflict) {
     hasConflicts_ = true;
     const auto describe = [&](const SampleValue& value) {
-      return std::string(KindText(zonxGetKind(value.value))) + " in " + Where(value);
+      return KindText(zonxGetKind(value.value)) + " in " + Where(value);
     };
     Indent();
     text_ += "// " + describe(conflict.first) + ", " + describe(conflict.second) + '\n';

@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump from-json compare copy files template fmt set unset add rename tokens results help'
+  local commands='check get list dump from-json compare copy files template new doc fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
@@ -44,7 +44,7 @@ _zon() {
     get) options+=' --type --resolved --default' ;;
     list) options+=' --values --recursive --places' ;;
     dump) options+=' --json --places' ;;
-    compare) options+=' --template' ;;
+    compare | new | doc) options+=' --template' ;;
     files) options+=' --missing --json --copy-to' ;;
     fmt) options+=' --check --diff --write --plain' ;;
     set) options+=' --changes --type --dry-run --backup --and' ;;

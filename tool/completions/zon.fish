@@ -14,7 +14,7 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump from-json compare copy files template fmt set unset add rename tokens results help
+set -l commands check get list dump from-json compare copy files template new doc fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
@@ -31,7 +31,7 @@ complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from list' -l places -d 'Line and column before each path'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l places -d 'With line and column of each node'
-complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from compare new doc' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from files' -l missing -d 'Only those that do not exist'
 complete -c zon -n '__fish_seen_subcommand_from files' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from files' -l copy-to -x -a '(__fish_complete_directories)' -d 'Folder for copies'

@@ -34,6 +34,20 @@ def check(names, must_conform):
     return made.returncode == 0
 
 
+def check_new():
+    """A new file of a template that requires nothing conforms to it as it is."""
+    with open("template.zon", "r+b") as file:
+        text = file.read().replace(b"required", b"default " + chance.choice([b"7", b"'x'", b"x"]))
+        file.seek(0)
+        file.write(text)
+        file.truncate()
+    with open("new.zon", "wb") as file:
+        file.write(run("new", "-t", "template.zon").stdout)
+    compared = run("validate" if can_validate else "compare", "-t", "template.zon", "new.zon")
+    assert compared.returncode == 0, (text, compared)
+    assert run("doc", "-t", "template.zon").returncode == 0
+
+
 KINDS = ["1", "-2.5", "TRUE", "'it''s'", "|a\\b|", "#2000-01-01#", "%1", "'<CLOB:Integer:1>'", "{?}", ""]
 
 
@@ -67,6 +81,7 @@ with tempfile.TemporaryDirectory() as folder:
             with open(name, "w", encoding="utf-8") as file:
                 file.write(f"[Top] {sample(top)} EndSect\n")
         assert check(names, True)
+        check_new()
 
     real = os.environ.get("ZON_REAL_SETTINGS", "")
     names = sorted(os.path.join(real, name) for name in (os.listdir(real) if real else []) if name.endswith(".zon"))
