@@ -26,7 +26,7 @@ bool IsAbsolute(const std::string& name) {
   return !name.empty() && (name[0] == '/' || name[0] == '\\');
 }
 
-std::filesystem::path FolderOf(const Source& file) {
+std::filesystem::path FolderOf(const LoadedFile& file) {
   return std::filesystem::absolute(file.GetInput().Name()).parent_path().lexically_normal();
 }
 

@@ -10,7 +10,7 @@
 #include <zonx.h>
 
 #include "tool/commands.h"
-#include "tool/source.h"
+#include "tool/loadedfile.h"
 
 namespace tool {
 
@@ -19,7 +19,8 @@ namespace tool {
 class ChangeWriter {
  public:
   // Nothing may change the files but Print.
-  ChangeWriter(const Source& before, const Source& after) : before_(before), after_(after) {}
+  ChangeWriter(const LoadedFile& before, const LoadedFile& after)
+      : before_(before), after_(after) {}
 
   void Take(const zonxDifference& difference);
 
@@ -47,8 +48,8 @@ class ChangeWriter {
   std::string ValueOf(void* value) const;
   void Refuse(const std::string& path);
 
-  const Source& before_;
-  const Source& after_;
+  const LoadedFile& before_;
+  const LoadedFile& after_;
   std::unordered_set<void*> removed_;
   std::unordered_set<void*> added_;
   std::unordered_map<void*, void*> moved_;     // from the one before to the one after

@@ -39,6 +39,8 @@ struct ListOptions {
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
+// Prints the file that DumpJson prints this of.
+Status FromJson(const std::string& file);
 Status DumpJson(const std::string& file, bool withPlaces);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the next
@@ -57,6 +59,18 @@ struct FormatOptions {
 // Prints the files in a uniform layout. A file with an error does not stop the formatting of the next ones.
 // The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
+
+struct FilesOptions {
+  std::vector<std::string> files;
+  std::string folder;    // receives copies; empty: the file names are printed
+  bool missing = false;  // prints only what does not exist
+  bool json = false;
+};
+// Prints the file names in each file. A file with an error does not stop the next ones.
+Status Files(const FilesOptions& options);
+
+// Copies the files and what they refer to. Prints what is not copied.
+Status CopyWithReferences(const std::vector<std::string>& files, const std::string& folder);
 
 // Of the commands that change files in place.
 struct EditOptions {
@@ -114,6 +128,14 @@ struct MergeOptions {
 };
 // Gives every keyword of the overlays, in their order, to the base.
 Status Merge(const MergeOptions& options);
+// Prints a template that all samples conform to, or reports that there is none.
+Status Template(const std::vector<std::string>& samples);
+
+// Prints a file to start from, with a comment for each section and keyword of the template.
+Status New(const std::string& templateFile);
+
+// Prints a Markdown table for each section of the template.
+Status Doc(const std::string& templateFile);
 
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);

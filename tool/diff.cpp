@@ -11,8 +11,8 @@
 #include "tool/changewriter.h"
 #include "tool/commands.h"
 #include "tool/jsonwriter.h"
+#include "tool/loadedfile.h"
 #include "tool/paths.h"
-#include "tool/source.h"
 #include "tool/values.h"
 
 namespace tool {
@@ -158,7 +158,7 @@ class JsonPrinter : public DiffPrinter {
 
 class ChangePrinter : public DiffPrinter {
  public:
-  ChangePrinter(const Source& before, const Source& after) : writer_(before, after) {}
+  ChangePrinter(const LoadedFile& before, const LoadedFile& after) : writer_(before, after) {}
   void Take(const zonxDifference& difference) override { writer_.Take(difference); }
   Status End() override { return writer_.Print(); }
 
@@ -166,8 +166,8 @@ class ChangePrinter : public DiffPrinter {
   ChangeWriter writer_;
 };
 
-std::unique_ptr<DiffPrinter> MakePrinter(const DiffOptions& options, const Source& before,
-                                         const Source& after) {
+std::unique_ptr<DiffPrinter> MakePrinter(const DiffOptions& options, const LoadedFile& before,
+                                         const LoadedFile& after) {
   if (options.json) return std::make_unique<JsonPrinter>(before.GetInput(), after.GetInput());
   if (options.changes) return std::make_unique<ChangePrinter>(before, after);
   return std::make_unique<TextPrinter>(before.GetInput(), after.GetInput());
@@ -180,9 +180,9 @@ extern "C" void TakeDifference(const zonxDifference* difference, void* context) 
 }  // namespace
 
 Status Diff(const DiffOptions& options) {
-  const Source before(options.before);
-  const Source after(options.after);
-  if (std::max(before.GetStatus(), after.GetStatus()) != kFine) return kTrouble;
+  const LoadedFile before(options.before);
+  const LoadedFile after(options.after);
+  if (!before.IsSound() || !after.IsSound()) return kTrouble;
   const std::unique_ptr<DiffPrinter> printer = MakePrinter(options, before, after);
   zonxCompare compare{};
   compare.relative = options.relative;

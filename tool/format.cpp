@@ -1,10 +1,6 @@
 // The command fmt. Every text that it makes is loaded and compared with the tree of the file before it is
 // printed or written.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -57,22 +53,6 @@ class LoadedText {
   void* file_ = nullptr;
   int status_;
 };
-
-// Returns 0, or the errno of the call that failed.
-int ReadFile(const std::string& path, std::string* text) {
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
-  if (file < 0) return errno;
-  char piece[1 << 16];
-  ssize_t size = 0;
-  while ((size = read(file, piece, sizeof piece)) != 0) {
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) break;
-    text->append(piece, static_cast<std::size_t>(size));
-  }
-  const int error = size < 0 ? errno : 0;
-  close(file);
-  return error;
-}
 
 // False, with reports, if the library cannot write the tree.
 bool MakePlainText(const LoadedText& loaded, std::string* text, bool* hasReports) {

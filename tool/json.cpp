@@ -2,6 +2,7 @@
 // second tree. The document is described in docs/man/zon.1.
 #include <cmath>
 #include <iostream>
+#include <new>
 
 #include <zon.h>
 #include <zonclasses.h>
@@ -60,10 +61,15 @@ void PutList(JsonWriter& json, void* list) {
   json.Close(']');
 }
 
-// Beyond 32 bits the integer view differs from the number in the file, so that is added.
+// Beyond 32 bits the integer view differs from the number in the file, so that is added, and its text: not
+// every integer is a double.
 void PutInteger(JsonWriter& json, void* value) {
   json.Put("value", zonGetInt(value));
-  if (!IsWithinInt(value)) json.Put("real", zonGetDouble(value));
+  if (IsWithinInt(value)) return;
+  json.Put("real", zonGetDouble(value));
+  const char* text = "";
+  if (zonxGetText(value, "", &text) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  json.Put("text", text);
 }
 
 // The text is always added: JSON has no infinity, and the spelling can matter to a program.

@@ -167,6 +167,44 @@ void AddFormat(CLI::App& app) {
   });
 }
 
+void AddFilesCommand(CLI::App& app) {
+  CLI::App* command = Add(app, "files", "List the files that each file refers to, or copy them",
+                          "zon files --missing *.zon");
+  static tool::FilesOptions options;
+  AddFiles(command, options.files);
+  CLI::Option* missing =
+      command->add_flag("--missing", options.missing, "list only those that do not exist");
+  CLI::Option* json = command->add_flag("--json", options.json, "print JSON");
+  command
+      ->add_option("--copy-to", options.folder, "a folder that receives the files and all of those")
+      ->excludes(missing)
+      ->excludes(json);
+  Choose(command, [] {
+    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Files(options);
+  });
+}
+
+void AddTemplate(CLI::App& app) {
+  CLI::App* command = Add(app, "template", "Print a template that all samples conform to",
+                          "zon template harbour*.zon > harbour-template.zon");
+  static std::vector<std::string> samples;
+  command->add_option("SAMPLE", samples, "parameter files, or - for standard input")->required();
+  Choose(command, [] {
+    const auto inputs = std::count(samples.begin(), samples.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Template(samples);
+  });
+}
+
+// A subcommand that reads a template only.
+void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const char* example,
+                   Status (*action)(const std::string&)) {
+  CLI::App* command = Add(app, name, purpose, example);
+  static std::string file;
+  command->add_option("-t,--template", file, "a template, or - for standard input")->required();
+  Choose(command, [action] { return action(file); });
+}
+
 // The parser would take some values apart or for options. A mark in front of them prevents that; the word
 // that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
@@ -351,6 +389,12 @@ void AddCommands(CLI::App& app) {
   AddDump(app);
   AddCompare(app);
   AddCopy(app);
+  AddFilesCommand(app);
+  AddTemplate(app);
+  AddOfTemplate(app, "new", "Print a file to start from, with comments",
+                "zon new -t harbour-template.zon > wednesday.zon", tool::New);
+  AddOfTemplate(app, "doc", "Print what a template states as Markdown",
+                "zon doc -t harbour-template.zon > harbour.md", tool::Doc);
   AddFormat(app);
   AddSet(app);
   AddUnset(app);
@@ -358,6 +402,8 @@ void AddCommands(CLI::App& app) {
   AddRename(app);
   AddDiff(app);
 
+  AddPlain(app, "from-json", "Print the file that dump --json came from",
+           "zon dump --json harbour.zon | zon from-json -", tool::FromJson);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <optional>
 
@@ -44,21 +43,26 @@ std::string LineOf(const std::string& path, unsigned int line) {
   return text;
 }
 
-// File names and result folders are relative to the folder that the user named, or for standard input to the
-// working directory.
-void* LoadText(const Input& input) {
-  const std::string text = input.ReadText();
-  void* file = nullptr;
-  CheckMemory(
-      zonxLoadText(text.data(), text.size(), input.Name().c_str(), &file, nullptr, nullptr));
-  return file;
-}
-
 }  // namespace
 
 int CheckMemory(int status) {
   if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
   return status;
+}
+
+int ReadFile(const std::string& path, std::string* text) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+  if (file < 0) return errno;
+  char piece[1 << 16];
+  ssize_t size = 0;
+  while ((size = read(file, piece, sizeof piece)) != 0) {
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) break;
+    text->append(piece, static_cast<std::size_t>(size));
+  }
+  const int error = size < 0 ? errno : 0;
+  close(file);
+  return error;
 }
 
 Input::Input(const std::string& argument)
@@ -90,9 +94,12 @@ void Input::CopyToMemory(int file) {
   if (!copied) PrintMessage(name_ + ": " + std::strerror(errno));
 }
 
-std::string Input::ReadText() const {
-  std::ifstream file(path_, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+int Load(const Input& input, void** file, zonxReporter reporter, void* context) {
+  if (!input.IsInMemory()) return zonxLoadFile(input.Path().c_str(), file, reporter, context);
+  std::string text;
+  errno = ReadFile(input.Path(), &text);
+  if (errno != 0) return ZONX_CANNOT_READ;
+  return zonxLoadText(text.data(), text.size(), input.Name().c_str(), file, reporter, context);
 }
 
 void Input::ReportSyntaxError(unsigned int line, unsigned int position, const char* text) const {
@@ -129,7 +136,11 @@ Source::Source(const std::string& argument) : input_(argument) {
   }
   {
     const Progress progress(input_.Name());
-    file_ = input_.IsInMemory() ? LoadText(input_) : zonLoadFile(input_.Path().c_str(), 1);
+    if (input_.IsInMemory()) {
+      CheckMemory(Load(input_, &file_, nullptr, nullptr));
+    } else {
+      file_ = zonLoadFile(input_.Path().c_str(), 1);
+    }
   }
   const int code = zonGetErrorGlb();
   if (file_ == nullptr) {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <zonx.h>
+
 #include "tool/console.h"
 
 namespace tool {
@@ -23,7 +25,6 @@ class Input {
   bool IsInMemory() const { return memory_ >= 0; }
   const std::string& Name() const { return name_; }  // for people
   const std::string& Path() const { return path_; }  // to open; empty after a failure
-  std::string ReadText() const;                      // of a file in memory
 
   // Prints an error at a place that the library reports. Position 0 means that only the end of the
   // line before has been read, so that is the place that is shown.
@@ -38,6 +39,13 @@ class Input {
   std::string name_;
   std::string path_;
 };
+
+// Appends the content of a file. Returns 0, or the errno of the call that failed.
+int ReadFile(const std::string& path, std::string* text);
+
+// Loads a file as zonxLoadFile does. The file names in a text in memory are relative to the folder that the
+// user named, or for standard input to the working directory.
+int Load(const Input& input, void** file, zonxReporter reporter, void* context);
 
 // A loaded file. The constructor prints any error of it.
 class Source {

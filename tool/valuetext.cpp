@@ -36,6 +36,15 @@ int ValueText::Count(const std::string& text) {
   return zonGetNoParams(zonKeywordByNum(zonTargetByNum(file_, 1), 1));
 }
 
+std::vector<int> ValueText::Kinds(const std::string& text) {
+  std::vector<int> kinds(static_cast<std::size_t>(Count(text)));
+  void* const keyword = zonKeywordByNum(zonTargetByNum(file_, 1), 1);
+  for (std::size_t n = 0; n < kinds.size(); ++n) {
+    kinds[n] = zonxGetKind(zonParamByNum(keyword, static_cast<unsigned int>(n + 1)));
+  }
+  return kinds;
+}
+
 int ValueText::KindOf(const std::string& text) {
   if (Count(text) != 1) return 0;
   return zonxGetKind(zonParamByNum(zonKeywordByNum(zonTargetByNum(file_, 1), 1), 1));

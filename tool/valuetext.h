@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tool {
 
@@ -17,6 +18,8 @@ class ValueText {
 
   // How many values the text has as a file has them; 0 if a file cannot have it.
   int Count(const std::string& text);
+  // The kinds of the values of a text; none if a file cannot have it.
+  std::vector<int> Kinds(const std::string& text);
   // The kind of a text with one value; 0 for any other.
   int KindOf(const std::string& text);
 

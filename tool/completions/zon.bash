@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump compare diff merge copy fmt set unset add rename tokens results help'
+  local commands='check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
@@ -31,6 +31,9 @@ _zon() {
         mapfile -t COMPREPLY < <(compgen -W 'string filename text' -- "$cur")
         return
       fi ;;
+    --copy-to)
+      _filedir -d
+      return ;;
     -t | --template | -f | -o | --output)
       _filedir
       return ;;
@@ -44,9 +47,10 @@ _zon() {
     get) options+=' --type --resolved --default' ;;
     list) options+=' --values --recursive --places' ;;
     dump) options+=' --json --places' ;;
-    compare) options+=' --template' ;;
     diff) options+=' --key --tolerance --absolute --json --changes' ;;
     merge) options+=' --output --dry-run --backup' ;;
+    compare | new | doc) options+=' --template' ;;
+    files) options+=' --missing --json --copy-to' ;;
     fmt) options+=' --check --diff --write --plain' ;;
     set) options+=' --changes --type --dry-run --backup --and' ;;
     add) options+=' --type --dry-run --backup' ;;

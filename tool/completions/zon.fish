@@ -14,7 +14,7 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump compare diff merge copy fmt set unset add rename tokens results help
+set -l commands check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
@@ -38,6 +38,10 @@ complete -c zon -n '__fish_seen_subcommand_from diff' -l absolute -x -d 'Absolut
 complete -c zon -n '__fish_seen_subcommand_from diff' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from diff' -l changes -d 'As a file of changes'
 complete -c zon -n '__fish_seen_subcommand_from merge' -s o -l output -r -F -d 'File to write'
+complete -c zon -n '__fish_seen_subcommand_from compare new doc' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from files' -l missing -d 'Only those that do not exist'
+complete -c zon -n '__fish_seen_subcommand_from files' -l json -d 'As JSON'
+complete -c zon -n '__fish_seen_subcommand_from files' -l copy-to -x -a '(__fish_complete_directories)' -d 'Folder for copies'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l check -d 'Names of files that would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l diff -d 'What would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l write -d 'Change the files'

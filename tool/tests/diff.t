@@ -114,9 +114,11 @@ Templates, broken files:
   zon: a line of changes cannot express the difference of `Quay`
   [2]
   $ cp "$EXAMPLES"/harbour-faulty.zon .; zon diff harbour-faulty.zon new.zon; zon diff nowhere.zon new.zon; zon diff - -
-  harbour-faulty.zon:9:49: error: Missing |
-       Input = 'weather',  |data\weather\tuesday.csv
-                                                    ^
+  harbour-faulty.zon:9:24: error: the file name that begins here has no closing bar in its line
+     Input = 'weather',  |data\weather\tuesday.csv
+                         ^
+  harbour-faulty.zon:10: note: the loader stops here: Missing |
+  hint: end the file name with |
   zon: nowhere.zon: No such file or directory
   zon: standard input can be read only once; use - for one file
   [2]
