@@ -356,6 +356,28 @@ void AddDiff(CLI::App& app) {
   });
 }
 
+Status Merge(tool::MergeOptions& options) {
+  using Target = tool::EditOptions::Target;
+  const auto inputs = std::count(options.overlays.begin(), options.overlays.end(), "-") +
+                      (options.base == "-" ? 1 : 0);
+  if (inputs > 1) return RefuseSecondInput();
+  const bool isPrinted = options.edit.output.empty();
+  options.edit.target = isPrinted ? Target::kStandardOutput : Target::kOtherFile;
+  return tool::Merge(options);
+}
+
+void AddMerge(CLI::App& app) {
+  CLI::App* command = Add(app, "merge", "Give every keyword of the overlays to a base file",
+                          "zon merge base.zon site.zon run.zon -o settings.zon");
+  static tool::MergeOptions options;
+  AddFile(command, "BASE", options.base);
+  command->add_option("OVERLAY", options.overlays, "parameter files; later ones win")->required();
+  command->add_option("-o,--output", options.edit.output,
+                      "the file to write; BASE is changed in place. Default: print the result");
+  AddEditOptions(command, options.edit);
+  Choose(command, [] { return Merge(options); });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -401,7 +423,7 @@ void AddCommands(CLI::App& app) {
   AddAdd(app);
   AddRename(app);
   AddDiff(app);
-
+  AddMerge(app);
   AddPlain(app, "from-json", "Print the file that dump --json came from",
            "zon dump --json harbour.zon | zon from-json -", tool::FromJson);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);

@@ -31,7 +31,6 @@ complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from list' -l places -d 'Line and column before each path'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l places -d 'With line and column of each node'
-complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from diff' -l key -x -d 'Keyword that tells sections of one name apart'
 complete -c zon -n '__fish_seen_subcommand_from diff' -l tolerance -x -d 'Relative tolerance of reals'
 complete -c zon -n '__fish_seen_subcommand_from diff' -l absolute -x -d 'Absolute tolerance of reals'
