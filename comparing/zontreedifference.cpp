@@ -66,19 +66,11 @@ class LineCursor {
   std::uint32_t at_ = 0;
 };
 
-// A Copy resets the number of its target.
-std::int32_t InstanceOf(const CzonNamedNode& node) {
-  if (NodeAccess::GetNumber(node) == 0 && node.GetOwner() != nullptr) {
-    NodeAccess::RestoreNumbers(const_cast<CzonNamedNode&>(node));
-  }
-  return std::max(NodeAccess::GetNumber(node), 1);
-}
-
 void AppendStep(std::string* path, const CzonNamedNode& node) {
   if (!path->empty()) *path += '/';
   const std::string_view name = NodeAccess::GetNameView(node);
   *path += name.empty() ? "()" : name;
-  const std::int32_t instance = InstanceOf(node);
+  const unsigned int instance = InstanceOf(node);
   if (instance > 1) path->append(1, ':').append(std::to_string(instance));
 }
 
@@ -88,7 +80,7 @@ bool NeedsSlash(const CzonNamedNode& section) {
   if (owner == nullptr || !NodeAccess::IsSection(*owner)) return false;
   PathStep step;
   step.name = NodeAccess::GetNameView(section);
-  step.instance = static_cast<unsigned int>(InstanceOf(section));
+  step.instance = InstanceOf(section);
   return FindKeyword(*owner, step) != nullptr;
 }
 

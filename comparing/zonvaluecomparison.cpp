@@ -53,6 +53,10 @@ void AddKey(AlignmentKey key, int kind, ValueKeys* keys) {
 
 }  // namespace
 
+bool IsEmptyPlace(const CzonNode& value) {
+  return IsEmptyKind(KindAt(&value));
+}
+
 // ---- Comparing ------------------------------------------------------------------------------------
 
 bool ValueComparison::AreSame(const CzonNode* before, const CzonNode* after) const {
@@ -121,7 +125,7 @@ bool ValueComparison::HasValue(const CzonNamedNode& keyword) {
   if (!NodeAccess::DeferredText(keyword).empty()) return true;
   const NodeSpan values = NodeAccess::Children(keyword);
   return std::any_of(values.begin(), values.end(),
-                     [](const CzonNode* value) { return !IsEmptyKind(KindAt(value)); });
+                     [](const CzonNode* value) { return !IsEmptyPlace(*value); });
 }
 
 // ---- Keys -----------------------------------------------------------------------------------------

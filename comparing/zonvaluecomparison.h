@@ -45,6 +45,9 @@ class ValueSpan {
   NodeSpan values_;
 };
 
+// Whether a value is an empty place, with or without a remark.
+bool IsEmptyPlace(const CzonNode& value);
+
 class ValueComparison {
  public:
   explicit ValueComparison(ComparisonRules rules) : rules_(std::move(rules)) {}
