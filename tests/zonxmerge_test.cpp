@@ -139,9 +139,9 @@ TEST(ZonxMerge, ReplacesReferences) {
   EXPECT_EQ(ShowTree(target),
             "{A{k(int 1, real 0.1, real 2.5, bool true, string text, real 0.1, real inf, "
             "clob Integer:5) m(int 1) none(undef)}}");
-  host::Heard();
+  host::Messages();
   zonAddClobInt(target, 6);  // the cursor has left the CLOB that was replaced
-  EXPECT_EQ(host::Heard().size(), 1U);
+  EXPECT_EQ(host::Messages().size(), 1U);
 }
 
 TEST(ZonxMerge, RefusesWhatIsNoSoundFile) {
