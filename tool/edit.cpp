@@ -13,15 +13,11 @@
 #include "tool/commands.h"
 #include "tool/editedfile.h"
 #include "tool/paths.h"
+#include "tool/values.h"
 #include "tool/valuetext.h"
 
 namespace tool {
 namespace {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 // The nodes of a path, which are of a kind up to `last`, but not the root.
 Status FindNodes(EditedFile& file, const std::string& path, int last, std::vector<void*>* nodes) {

@@ -4,24 +4,15 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <string_view>
 
 #include <zon.h>
 
 #include "tool/report.h"
 #include "tool/unifieddiff.h"
+#include "tool/values.h"
 
 namespace tool {
-namespace {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
-
-}  // namespace
-
 EditedFile::~EditedFile() {
   if (file_ != nullptr) zonClose(&file_);
 }

@@ -3,19 +3,14 @@
 #include <cerrno>
 #include <cstring>
 #include <iostream>
-#include <new>
 #include <string_view>
 
 #include <zon.h>
 
 #include "tool/report.h"
+#include "tool/values.h"
 
 namespace tool {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 // Why a file cannot be read is printed without a place.
 void LoadedFile::Print(const zonxReport* report, void* context) {

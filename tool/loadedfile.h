@@ -11,9 +11,6 @@
 
 namespace tool {
 
-// Throws std::bad_alloc for ZONX_NO_MEMORY, and returns any other status.
-int CheckMemory(int status);
-
 // The constructor prints every error of the file on standard error.
 class LoadedFile {
  public:

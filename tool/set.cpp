@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <new>
 #include <optional>
 
 #include <zon.h>
@@ -13,15 +12,11 @@
 #include "tool/commands.h"
 #include "tool/editedfile.h"
 #include "tool/paths.h"
+#include "tool/values.h"
 #include "tool/valuetext.h"
 
 namespace tool {
 namespace {
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 // What a path leads to.
 struct Target {
