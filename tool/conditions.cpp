@@ -10,6 +10,7 @@
 #include <zonx.h>
 
 #include "tool/loadedfile.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

@@ -11,6 +11,7 @@
 
 #include "tool/report.h"
 #include "tool/unifieddiff.h"
+#include "tool/values.h"
 
 namespace tool {
 

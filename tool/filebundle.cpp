@@ -22,6 +22,7 @@
 #include "tool/commands.h"
 #include "tool/loadedfile.h"
 #include "tool/references.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

@@ -15,6 +15,7 @@
 #include "tool/sametree.h"
 #include "tool/source.h"
 #include "tool/unifieddiff.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstring>
 #include <iostream>
-#include <new>
 #include <vector>
 
 #include <zon.h>
@@ -16,6 +15,7 @@
 #include "tool/jsontree.h"
 #include "tool/source.h"
 #include "tool/values.h"
+#include "tool/valuetext.h"
 
 namespace tool {
 namespace {
@@ -25,12 +25,6 @@ constexpr unsigned int kHead = kJsonKind | kJsonName | kJsonMulti | kJsonRemark 
 
 // The file does not load with sections deeper than this, so a longer indentation is of no use.
 constexpr std::size_t kDeepest = 150;
-
-std::string Between(char mark, const std::string& text) {
-  std::string marked(1, mark);
-  for (const char c : text) marked.append(c == mark && mark == '\'' ? 2 : 1, c);
-  return marked + mark;
-}
 
 bool IsWhole(const std::string& text) {
   return text.find_first_not_of("-0123456789") == std::string::npos;
@@ -227,11 +221,8 @@ bool HasHead(void* loaded, const JsonNode& node) {
   static constexpr const char* kKinds[] = {"section", "keyword", "definition"};
   const int kind = zonxGetKind(loaded);
   if (kind < ZONX_SECTION || kind > ZONX_DEFINITION) return false;
-  const unsigned int flags =
-      static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(loaded)))
-          ->GetFlags();
   return node.kind == kKinds[kind - ZONX_SECTION] && node.name == zonGetName(loaded) &&
-         ((flags & CzonNamedNode::kMulti) != 0) == node.isMulti;
+         HasMultiFlag(loaded) == node.isMulti;
 }
 
 // An integer is compared by the view that the document has, and by all its digits without a text.
@@ -253,7 +244,7 @@ bool HasValue(void* loaded, const JsonNode& node) {
 
 bool IsSame(void* loaded, const JsonNode& node) {
   const char* remark = "";
-  if (zonxGetRemark(loaded, &remark) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  CheckMemory(zonxGetRemark(loaded, &remark));
   if (node.remark != remark) return false;
   return zonIsParam(loaded) != 0 ? HasValue(loaded, node) : HasHead(loaded, node);
 }
@@ -342,8 +333,8 @@ class Converter {
       }
     };
     const std::string& text = writer.Text();
-    const int status = zonxLoadText(text.data(), text.size(), "", &file_, keep, &first);
-    if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+    const int status =
+        CheckMemory(zonxLoadText(text.data(), text.size(), "", &file_, keep, &first));
     if (status == ZONX_OK) return true;
     Refuse(writer.NodeAt(first.offset).offset, first.message);
     return false;

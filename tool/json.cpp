@@ -2,7 +2,6 @@
 // second tree. The document is described in docs/man/zon.1.
 #include <cmath>
 #include <iostream>
-#include <new>
 
 #include <zon.h>
 #include <zonclasses.h>
@@ -68,7 +67,7 @@ void PutInteger(JsonWriter& json, void* value) {
   if (IsWithinInt(value)) return;
   json.Put("real", zonGetDouble(value));
   const char* text = "";
-  if (zonxGetText(value, "", &text) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  CheckMemory(zonxGetText(value, "", &text));
   json.Put("text", text);
 }
 
@@ -123,8 +122,7 @@ void PutChildren(JsonWriter& json, const char* key, void* node, bool withPlaces)
     json.Put("kind", KindOfOwner(child));
     json.Put("name", zonGetName(child));
     if (withPlaces) PutPlace(json, child);
-    const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(child)).GetFlags();
-    if ((flags & CzonNamedNode::kMulti) != 0) json.Put("multi", true);
+    if (HasMultiFlag(child)) json.Put("multi", true);
     PutRemark(json, child);
     PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child, withPlaces);
     json.Close('}');

@@ -8,6 +8,7 @@
 #include <zon.h>
 
 #include "tool/report.h"
+#include "tool/values.h"
 
 namespace tool {
 

@@ -4,6 +4,7 @@
 #include "tool/commands.h"
 #include "tool/editedfile.h"
 #include "tool/loadedfile.h"
+#include "tool/values.h"
 
 namespace tool {
 

@@ -8,6 +8,7 @@
 #include "tool/commands.h"
 #include "tool/console.h"
 #include "tool/templatewalk.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

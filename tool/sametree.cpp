@@ -10,6 +10,7 @@
 #include <zonx.h>
 
 #include "tool/source.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

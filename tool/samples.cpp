@@ -9,18 +9,13 @@
 #include <zonclasses.h>
 
 #include "tool/conditions.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {
 
 constexpr std::size_t kFewTexts = 4;
 constexpr std::size_t kShortText = 30;
-
-bool HasMultiFlag(void* node) {
-  const auto* named =
-      static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node)));
-  return (named->GetFlags() & CzonNamedNode::kMulti) != 0;
-}
 
 bool IsNumber(int kind) {
   return kind == ZONX_INTEGER || kind == ZONX_REAL;

@@ -8,11 +8,12 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <new>
 #include <optional>
 
 #include <zon.h>
 #include <zonx.h>
+
+#include "tool/values.h"
 
 namespace tool {
 namespace {
@@ -44,11 +45,6 @@ std::string LineOf(const std::string& path, unsigned int line) {
 }
 
 }  // namespace
-
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
 
 int ReadFile(const std::string& path, std::string* text) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);

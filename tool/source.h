@@ -10,9 +10,6 @@
 
 namespace tool {
 
-// Returns what the library returned, except for ZONX_NO_MEMORY, for which it throws std::bad_alloc.
-int CheckMemory(int status);
-
 // An argument as a file that can be opened several times. Standard input, which is "-", pipes and
 // devices can be read only once, so they are copied into a file in memory first.
 class Input {

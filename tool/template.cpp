@@ -16,6 +16,7 @@
 #include "tool/loadedfile.h"
 #include "tool/samples.h"
 #include "tool/templatewalk.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {

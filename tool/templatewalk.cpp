@@ -32,12 +32,6 @@ std::string KindsOf(const std::vector<void*>& values) {
   return Join(kinds, ", ");
 }
 
-bool HasMultiFlag(void* node) {
-  const auto* named =
-      static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node)));
-  return (named->GetFlags() & CzonNamedNode::kMulti) != 0;
-}
-
 // Whether values of these kinds conform to those of the template.
 bool Conform(const std::vector<int>& kinds, const KeywordFacts& facts) {
   if (kinds.size() < facts.values.size()) return false;

@@ -9,6 +9,11 @@
 
 namespace tool {
 
+int CheckMemory(int status) {
+  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return status;
+}
+
 const char* KindOf(void* value) {
   if (zonIsClob(value) != 0) return "list";
   switch (zonGetSyntaxClass(value)) {
@@ -62,6 +67,12 @@ std::string LoadedValues(void* keyword) {
 
 bool IsWithinInt(void* value) {
   return zonGetDouble(value) == zonGetInt(value);
+}
+
+bool HasMultiFlag(void* node) {
+  const auto* named =
+      static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node)));
+  return (named->GetFlags() & CzonNamedNode::kMulti) != 0;
 }
 
 zonxPlace PlaceOf(void* node) {

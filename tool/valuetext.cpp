@@ -8,19 +8,20 @@
 #include <zonx.h>
 
 #include "tool/source.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {
 
 constexpr std::string_view kFile = "[s] k =\nEndSect\n";
 
+}  // namespace
+
 std::string Between(char mark, const std::string& text) {
   std::string marked(1, mark);
   for (const char c : text) marked.append(c == mark && mark == '\'' ? 2 : 1, c);
   return marked + mark;
 }
-
-}  // namespace
 
 ValueText::ValueText() {
   const int status = zonxLoadText(kFile.data(), kFile.size(), "", &file_, nullptr, nullptr);

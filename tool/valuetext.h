@@ -8,6 +8,9 @@
 
 namespace tool {
 
+// The text between two marks; single quotes in it are doubled if they are the mark.
+std::string Between(char mark, const std::string& text);
+
 // The kinds are those of zonxKind.
 class ValueText {
  public:
