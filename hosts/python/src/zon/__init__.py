@@ -10,7 +10,8 @@
 
 Every error is a zon.Error: its text has the file, the line, the column and the line itself.
 """
-from ._file import Change, Difference, File, check, diff, load, merge, parse, validate
+from ._compare import Change, Difference, diff, merge, validate
+from ._file import File, check, load, parse
 from ._nodes import Keyword, Node, Section, Value
 from ._reports import (ArgumentError, ClosedError, Error, FileError, KindError, MissingError, Place, RangeError, Report,
                        Severity, Status)

@@ -1,4 +1,4 @@
-"""Files: loading, saving, checking and comparing.
+"""Files: loading, checking and saving.
 
 The functions that read or write a file release the lock of the interpreter, and hold the lock of the tree that they
 work on. Tested by tests/test_file.py, tests/test_errors.py and tests/test_threads.py.
@@ -6,21 +6,16 @@ work on. Tested by tests/test_file.py, tests/test_errors.py and tests/test_threa
 from __future__ import annotations
 
 import ctypes
-import enum
 import os
-import re
 from ctypes import c_size_t, c_void_p
-from dataclasses import dataclass
 from pathlib import Path
 from types import TracebackType
-from typing import Any, Iterator, List, Optional, Tuple, Type, Union
+from typing import Iterator, List, Optional, Type, Union
 
-from ._library import CCompare, Visitor, lib
+from ._library import lib
 from ._nodes import Node, Section
-from ._reports import Collector, Report, Status, collect, decoded, encoded, encoded_name, make_error, utf8
-from ._tree import Tree, locked, start_of
-from ._values import Kind
-from ._view import KEYWORDS
+from ._reports import Collector, Report, collect, decoded, encoded_name, make_error, utf8
+from ._tree import Tree, start_of
 
 FileName = Union[str, "os.PathLike[str]"]
 
@@ -151,6 +146,7 @@ class File(Node):
     def merge(self, overlay: File) -> None:
         """Gives every keyword of another file to this one. The values of such a keyword are replaced as a whole,
         sections and keywords that are missing are added."""
+        from ._compare import merge
         merge(self, overlay)
 
 
@@ -181,119 +177,3 @@ def check(filename: FileName) -> List[Report]:
     if status and not reports:
         raise make_error(status, reports, os.fspath(filename))
     return reports
-
-
-# ---- Two files ----------------------------------------------------------------------------------------------
-
-
-class Change(enum.IntEnum):
-    """What a difference is."""
-    ADDED = 0
-    REMOVED = 1
-    DIFFERENT = 2
-    MOVED = 3
-
-
-@dataclass(frozen=True)
-class Difference:
-    """A section, keyword or value that differs. `before` is None if it was added, `after` if it was removed; the path
-    is that of `after` where there is one."""
-    change: Change
-    path: str
-    before: Optional[Node]
-    after: Optional[Node]
-
-    def __str__(self) -> str:
-        texts = [node.text for node in (self.before, self.after) if node is not None and node.kind != Kind.SECTION]
-        return f"{self.path}: {self.change.name.lower()}" + (f" {' -> '.join(texts)}" if texts else "")
-
-
-class _Differences(List[Tuple[int, str, Optional[int], Optional[int]]]):
-    """Receives the differences of one call."""
-    failure: Optional[BaseException] = None
-
-
-def _collect_difference(difference: Any, found: _Differences) -> None:
-    try:
-        each = difference.contents
-        found.append((each.change, decoded(each.path), each.before, each.after))
-    except BaseException as failure:  # pylint: disable=broad-except
-        found.failure = failure
-
-
-_collect_function = Visitor(_collect_difference)
-
-
-def validate(template: File, candidate: File) -> List[Report]:
-    """Compares a file with a template. Returns every mismatch, with the place in the file and, as the related place,
-    that in the template; an empty list if the file conforms."""
-    with locked(template._tree, candidate._tree):
-        start_of(template), start_of(candidate)
-        collector = Collector()
-        status = lib.zonxValidate(template._tree.handle, candidate._tree.handle, collect, collector)
-        if status != Status.MISMATCH:
-            collector.check(status)
-        return collector.take()
-
-
-def diff(before: Node, after: Node, *, key: Optional[str] = None, relative: float = 0.0, absolute: float = 0.0
-         ) -> List[Difference]:
-    """What differs as data between two files or two sections. Spelling and layout do not count. Sections are aligned
-    by name and number, or by the value of a keyword `key`. Reals that differ by less than a tolerance are equal."""
-    name = None if key is None else encoded(key)
-    options = CCompare(relative, absolute)
-    with locked(before._tree, after._tree):
-        nodes = [node._tree.handle if isinstance(node, File) else start_of(node) for node in (before, after)]
-        start_of(before), start_of(after)
-        found = _Differences()
-        rest = (ctypes.byref(options), _collect_function, found, None)
-        status = lib.zonxDiff(*nodes, *rest) if name is None else lib.zonxDiffByKey(*nodes, name, *rest)
-        if found.failure is not None:
-            raise found.failure
-        if status:
-            raise make_error(status, [])
-        finders = _NodeFinder(before), _NodeFinder(after)
-        return [Difference(Change(change), path, finders[0].find(old, path), finders[1].find(new, path))
-                for change, path, old, new in found]
-
-
-class _NodeFinder:
-    """Finds the views of nodes that the library passes. The keyword of a value is found among those of its name,
-    which are listed once."""
-
-    def __init__(self, start: Node) -> None:
-        self._start = start
-        self._keywords: dict[tuple[int, bytes, int], dict[int, int]] = {}
-
-    def find(self, node: Optional[int], path: str) -> Optional[Node]:
-        """The view of a node; None for none. The path ends with the name of its keyword, if it is a value."""
-        if not node:
-            return None
-        if lib.zonxGetKind(node) in (Kind.SECTION, *KEYWORDS):
-            return self._start._view(node)
-        section: int = lib.zonGetParentSection(node)
-        number: int = lib.zonGetInstanceNo(node)
-        name = encoded(re.split("[/]", path)[-1].split("[")[0].split(":")[0])
-        name = b"" if name == b"()" else name
-        owners = self._keywords.get((section, name, number))
-        if owners is None:
-            owners = self._keywords[section, name, number] = {}
-            keyword, instance = lib.zonKeywordByNameNum(section, name, 1), 1
-            while keyword:
-                owners[lib.zonNodeByNum(keyword, number)] = keyword
-                instance += 1
-                keyword = lib.zonKeywordByNameNum(section, name, instance)
-        return self._start._view(owners[node])._child(node)
-
-
-def merge(target: File, overlay: File) -> None:
-    """See `File.merge`."""
-    if target._tree is overlay._tree:
-        return
-    target._tree.exclusive()
-    with locked(target._tree, overlay._tree):
-        start_of(target), start_of(overlay)
-        status = lib.zonxMerge(target._tree.handle, overlay._tree.handle)
-        target._tree.forget_values()
-        if status:
-            raise make_error(status, [])

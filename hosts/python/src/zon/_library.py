@@ -53,7 +53,6 @@ _RELEASING: dict[str, tuple[Any, tuple[Any, ...]]] = {
     "zonxText": (c_int, (c_void_p, c_uint, POINTER(c_void_p), POINTER(c_size_t), Reporter, py_object)),
     "zonxReportUnread": (c_int, (c_void_p, Reporter, py_object, c_void_p)),
     "zonxValidate": (c_int, (c_void_p, c_void_p, Reporter, py_object)),
-    "zonxDiff": (c_int, (c_void_p, c_void_p, POINTER(CCompare), Visitor, py_object, c_void_p)),
     "zonxDiffByKey": (c_int, (c_void_p, c_void_p, c_char_p, POINTER(CCompare), Visitor, py_object, c_void_p)),
     "zonxMerge": (c_int, (c_void_p, c_void_p)),
 }

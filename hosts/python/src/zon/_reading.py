@@ -113,13 +113,15 @@ class Readable(View):
         """All sections, or those of a name, in the order of the file."""
         path = None if name is None else encoded(name) + b"/"
         with self._tree.lock:
-            return self._members(path, lib.zonGetNoSections, lib.zonSectionByNum, lib.zonSectionByNameNum, (Kind.SECTION,))
+            by = lib.zonSectionByNum, lib.zonSectionByNameNum
+            return self._members(path, lib.zonGetNoSections, *by, (Kind.SECTION,))
 
     def keywords(self, name: Optional[str] = None) -> List[Keyword]:
         """All keywords, or those of a name, in the order of the file."""
         path = None if name is None else encoded(name)
         with self._tree.lock:
-            return self._members(path, lib.zonGetNoKeywords, lib.zonKeywordByNum, lib.zonKeywordByNameNum, KEYWORDS)
+            by = lib.zonKeywordByNum, lib.zonKeywordByNameNum
+            return self._members(path, lib.zonGetNoKeywords, *by, KEYWORDS)
 
     def children(self) -> List[Node]:
         """Sections, keywords and default definitions in the order of the file; of a keyword its values."""

@@ -86,11 +86,14 @@ class Tree:
             if after[at:at + 1] != [old]:
                 self.forget(old[0])
 
-    def forget_values(self) -> None:
-        """Call after any value can have been replaced."""
-        for view in list(self.values.values()):
-            view._node = 0
-        self.values.clear()
+    def held_nodes(self) -> list[int]:
+        """The addresses of all sections and keywords that have a view."""
+        return [view._node for view in list(self.views.values()) if is_alive(view)]
+
+    def held_values(self) -> list[tuple[int, int]]:
+        """The addresses of all values that have a view, each with that of its keyword."""
+        return [(view._node, view._owner._node) for view in list(self.values.values())
+                if is_alive(view) and view._owner is not None]
 
 
 def is_alive(view: View) -> bool:
