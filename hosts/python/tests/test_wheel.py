@@ -1,0 +1,36 @@
+"""The wheel: built, installed without network, and used. It carries the library that the tests run with."""
+import os
+import subprocess
+import sys
+from pathlib import Path
+
+import pytest
+from conftest import EXAMPLES
+from test_file import HOST
+
+# Debian has the modules that make an environment in a package of their own.
+pytest.importorskip("ensurepip")
+if "LD_PRELOAD" in os.environ:
+    pytest.skip("pip does not run with a sanitizer", allow_module_level=True)
+
+
+def run(*command, **environment):
+    environment = {**os.environ, **environment}
+    environment.pop("PYTHONPATH", None)
+    return subprocess.run(command, env=environment, check=True, capture_output=True, text=True).stdout
+
+
+def test_wheel(tmp_path):
+    run(sys.executable, "-m", "venv", tmp_path / "env")
+    python = tmp_path / "env" / "bin" / "python"
+    pip = [python, "-m", "pip", "--disable-pip-version-check"]
+    run(*pip, "wheel", "--no-index", "-w", tmp_path, HOST)
+    wheel, = tmp_path.glob("zon-*.whl")
+    assert "linux" in wheel.name
+    run(*pip, "install", "--no-index", wheel)
+    folder = run(python, "-c", "import zon; print(zon.__path__[0])", ZON_LIBRARY="").strip()
+    assert folder.startswith(str(tmp_path)) and (Path(folder) / "py.typed").exists()
+    maps = run(python, "-c", "import zon; print(open('/proc/self/maps').read())", ZON_LIBRARY="")
+    assert f"{folder}/libzon.so.0" in maps
+    printed = run(python, HOST / "example.py", EXAMPLES / "harbour.zon", tmp_path / "copy.zon", ZON_LIBRARY="")
+    assert printed == (HOST / "tests" / "example.out").read_text().replace("COPY", str(tmp_path / "copy.zon"))
