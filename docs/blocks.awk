@@ -2,6 +2,7 @@
 #
 #   c, cpp    a complete program: compiled with warnings as errors, run in a folder with a copy of examples/.
 #             A text block after a line that ends in "prints:" is its output.
+#   python    the same, run by PYTHON; left out with -v no_python=1.
 #   zon       a file that loads. With a text block after a line that ends in "error:" it does not load, and the
 #             text is the diagnostic: "name:line:position: message". With one after a line that ends in "report:"
 #             or "reports:", the text is what check_file prints. A heading "### `rule`" names the rule of the
@@ -13,11 +14,11 @@
 # not to be tested is indented instead of fenced. The session uses CC, CXX, WARNINGS, LINK and ROOT, and the
 # programs read_file, check_file and zon; with -v no_tool=1 the console blocks are left out.
 BEGIN {
-  follows["c"] = follows["cpp"] = "prints:"
+  follows["c"] = follows["cpp"] = follows["python"] = "prints:"
   follows["zon"] = "(error|reports?):"
   compile["c"] = "$CC -std=c99"
   compile["cpp"] = "$CXX -std=c++17"
-  run["c"] = run["cpp"] = run["zon"] = run["console"] = run["ebnf"] = 1
+  run["c"] = run["cpp"] = run["python"] = run["zon"] = run["console"] = run["ebnf"] = 1
   print "  $ fresh() { cd \"$CRAMTMP\" && rm -rf block && mkdir block && cp -r \"$ROOT/examples\" block && cd block; }"
 }
 function fault(what) {
@@ -52,6 +53,9 @@ function flush(    name, i, n, lines) {
     put("program." kind)
     printf "  $ %s $WARNINGS program.%s -o program $LINK && ./program%s\n%s", compile[kind], kind,
       expected == "" ? " >output" : "", expected
+  } else if (kind == "python" && !no_python) {
+    put("program.py")
+    printf "  $ $PYTHON program.py%s\n%s", expected == "" ? " >output" : "", expected
   } else if (kind == "zon") {
     name = expected == "" ? "block.zon" : substr(expected, 3, index(expected, ":") - 3)
     put(name)
