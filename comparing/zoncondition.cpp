@@ -14,6 +14,7 @@
 #include "base/zonlexeme.h"
 #include "base/zonnumber.h"
 #include "base/zonnumberscan.h"
+#include "reader/zonmistake.h"
 #include "tree/zonparam.h"
 #include "zonx/zonkind.h"
 #include "zonx/zonvalue.h"
@@ -99,6 +100,10 @@ std::string_view ReadQuoted(std::string_view text, std::string* item) {
 bool ParseChoice(std::string_view part, Choice* choice) {
   choice->text = part;
   if (!SkipText(&part, "one") || !SkipText(&part, "of")) return false;
+  // "one of the quays" is a text for people.
+  const bool isSentence = part.find_first_of(",'") == std::string_view::npos &&
+                          part.find_first_of(" \t\r\n") != std::string_view::npos;
+  if (isSentence) return false;
   while (!part.empty()) {
     std::string item;
     const bool isQuoted = part.front() == '\'';
@@ -259,7 +264,7 @@ Conditions ParseConditions(std::string_view remark) {
 
 std::string WhyUnfit(const Conditions& conditions, int kind) {
   const auto needs = [](std::string_view condition, const char* what) {
-    return "`" + std::string(condition) + "` needs " + what;
+    return Quoted(condition.substr(0, 100)) + " needs " + what;
   };
   const Range& range = conditions.range;
   if (range.IsLimited() && !IsNumber(kind)) {

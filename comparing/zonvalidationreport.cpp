@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "api/zonx.h"
 #include "base/zonnearest.h"
@@ -47,11 +49,15 @@ std::string EndOf(const std::string& path) {
   return end;
 }
 
+// Conditions can be long.
+std::string StartInQuotes(std::string_view text) {
+  return Quoted(text.substr(0, 100));
+}
+
 // What a value of the template demands. A number of a file accepts any number.
 const char* WantedText(const CzonNode& expected) {
   if (expected.IsNumeric() == 0) return KindText(KindOf(expected));
-  if (expected.IsDouble() != 0) return "a number";
-  return expected.IsFloat() != 0 ? "a number within the range of float" : "a whole number";
+  return expected.IsDouble() != 0 || expected.IsFloat() != 0 ? "a number" : "a whole number";
 }
 
 // The range that is marked: the node, or else the closest node around it that has a place.
@@ -77,12 +83,12 @@ class ProblemReporter {
     reporter_.SetRelatedFile(definition.text, definition.name);
   }
 
-  void Locate(Problem& problem) const {
-    const CzonNode* node = problem.rule == Rule::kMissingValue
-                               ? problem.candidate
-                               : ValueOf(*problem.candidate, problem.number);
-    if (problem.number == 0) node = problem.candidate;
-    problem.place = NearestPlace(node, candidate_.text);
+  void Locate(Problem& problem) {
+    const CzonNode* node = problem.candidate;
+    if (problem.rule != Rule::kMissingValue) node = ValueOf(*node, problem.number);
+    if (node != located_) place_ = NearestPlace(node, candidate_.text);
+    located_ = node;
+    problem.place = place_;
   }
 
   void Report(const Problem& problem) {
@@ -112,7 +118,7 @@ class ProblemReporter {
         DescribeValue(problem, finding);
         related = ValueOf(*related, std::min(problem.number, related->GetNoNodes()));
     }
-    if (definition_.text != nullptr) finding.related = PlaceOf(*related, *definition_.text);
+    finding.related = RelatedPlace(*related);
     reporter_.Report(candidate_.text, finding);
   }
 
@@ -189,12 +195,20 @@ class ProblemReporter {
     if (value == nullptr) return;
     if (problem.rule == Rule::kFile && ReadFilename(*value, &path) == ZONX_OK) {
       finding.rule = "missing-file";
-      finding.message = name + ": the file is not there: " + EndOf(path);
+      finding.message = name + (path.empty() ? " names no file"
+                                             : " names a file that does not exist: " + EndOf(path));
       return;
     }
     finding.rule = problem.rule == Rule::kRange ? "value-range" : "value-choice";
-    finding.message =
-        name + " is " + TextInQuotes(*value) + ", the template wants " + Quoted(problem.condition);
+    finding.message = name + " is " + TextInQuotes(*value) + ", the template wants " +
+                      StartInQuotes(problem.condition);
+  }
+
+  Span RelatedPlace(const CzonNode& node) {
+    if (definition_.text == nullptr) return {};
+    const auto [place, isNew] = related_.try_emplace(&node);
+    if (isNew) place->second = PlaceOf(node, *definition_.text);
+    return place->second;
   }
 
   static std::string Count(unsigned int values) {
@@ -220,7 +234,12 @@ class ProblemReporter {
   const NodeFile& candidate_;
   const NodeFile& definition_;
   Reporter& reporter_;
-  unsigned int comparisons_ = 200000;  // of names that are still made
+  unsigned int comparisons_ = 100000;  // of names that are still made
+
+  // Names can be long, and many problems can be at one of them.
+  const CzonNode* located_ = nullptr;
+  Span place_;
+  std::unordered_map<const CzonNode*, Span> related_;
 };
 
 }  // namespace
