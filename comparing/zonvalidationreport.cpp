@@ -136,8 +136,9 @@ class ProblemReporter {
   static void DescribeSurplus(const Problem& problem, Finding& finding) {
     const bool isSection = problem.rule == Rule::kSurplusSection;
     finding.rule = isSection ? "surplus-section" : "surplus-keyword";
-    finding.message = PathInQuotes(*problem.candidate) + " repeats a " +
-                      (isSection ? "section" : "keyword") + " that the template allows once";
+    finding.message = PathInQuotes(*problem.candidate) +
+                      (isSection ? " repeats a section" : " repeats a keyword") +
+                      " that the template allows once";
   }
 
   static void DescribeMissing(const Problem& problem, Finding& finding) {

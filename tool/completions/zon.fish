@@ -14,14 +14,14 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump compare copy fmt set unset add rename tokens results help
+set -l commands check validate get list dump compare copy fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
 complete -c zon -l color -x -a 'auto always never' -d 'When to colour'
 complete -c zon -s h -l help -d 'Help'
 complete -c zon -l version -d 'Version'
-complete -c zon -n '__fish_seen_subcommand_from check' -l format -x -a 'text json sarif' -d 'Form of the reports'
+complete -c zon -n '__fish_seen_subcommand_from check validate' -l format -x -a 'text json sarif' -d 'Form of the reports'
 complete -c zon -n '__fish_seen_subcommand_from check' -l strict -d 'Status 1 for warnings too'
 complete -c zon -n '__fish_seen_subcommand_from get' -l type -d 'Kinds of the values'
 complete -c zon -n '__fish_seen_subcommand_from get' -l resolved -d 'File names as paths'
@@ -31,7 +31,7 @@ complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from list' -l places -d 'Line and column before each path'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l places -d 'With line and column of each node'
-complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from compare validate' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l check -d 'Names of files that would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l diff -d 'What would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l write -d 'Change the files'
