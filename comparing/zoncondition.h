@@ -65,6 +65,7 @@ struct Conditions {
   Choice choice;
   bool hasTwoChoices = false;  // which cannot be meant
 
+  bool IsAny() const { return isRequired || isOpen || IsOfValues(); }
   bool IsOfValues() const { return range.IsLimited() || !choice.text.empty() || !exists.empty(); }
 };
 

@@ -93,7 +93,7 @@ void TemplateRules::ReadKeyword(const CzonNode& section, const CzonNamedNode& ke
   KeywordRules rules;
   if (!keyword.GetRemark().empty()) rules.all = ParseConditions(keyword.GetRemark());
   if (NodeAccess::DeferredText(keyword).empty()) ReadValues(keyword, &rules);
-  if (keyword.GetRemark().empty() && rules.values.empty()) return;
+  if (!rules.all.IsAny() && rules.values.empty()) return;
   rules.isOpen = rules.all.isOpen;
   rules.isRequired = rules.all.isRequired;
   rules.hasConditions = rules.all.IsOfValues();
@@ -112,7 +112,8 @@ void TemplateRules::ReadValues(const CzonNamedNode& keyword, KeywordRules* rules
   for (const CzonNode* value : NodeAccess::Children(keyword)) {
     ++number;
     if (value->GetRemark().empty()) continue;
-    rules->values.push_back({number, value, ParseConditions(value->GetRemark())});
+    Conditions conditions = ParseConditions(value->GetRemark());
+    if (conditions.IsAny()) rules->values.push_back({number, value, std::move(conditions)});
   }
 }
 

@@ -21,7 +21,7 @@ struct KeywordRules {
     Conditions conditions;
   };
   Conditions all;               // of the remark of the keyword
-  std::vector<OfValue> values;  // of values with a remark, in their order
+  std::vector<OfValue> values;  // of values with conditions, in their order
   bool isOpen = false;
   bool isRequired = false;
   bool hasConditions = false;  // on values
