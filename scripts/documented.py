@@ -61,6 +61,9 @@ def call(zon, tree, result, name, parameters, which):
         os.dup2(os.open(os.devnull, os.O_WRONLY), 2)
         isNull = not which or not name.startswith("zonx")
         arguments = [argument(each, isNull) for each in parameters if each != "void"]
+        for at, each in enumerate(parameters):  # a second file
+            if at > 0 and not isNull and each.startswith("void* ") and "context" not in each:
+                arguments[at] = node(zon, tree, 1)
         arguments = [node(zon, tree, which), *arguments[1:]] if which else arguments
         zon.zonGetErrorGlb()
         getattr(zon, name).restype = RESULTS.get(result, Pointer)
