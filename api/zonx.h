@@ -450,8 +450,8 @@ typedef struct zonxDifference {
 /** How reals are compared. Two finite reals a and b are equal if |a - b| is at most `absolute`, or at most
  *  `relative` times the larger of |a| and |b|. Zeroed: exactly. Neither may be negative or no number. */
 typedef struct zonxCompare {
-  double relative;
-  double absolute;
+  double relative; /**< of the larger one */
+  double absolute; /**< in the unit of the values */
 } zonxCompare;
 
 /** Visits the differences of two trees, in the order of `after`: of each section first its keywords, then
@@ -485,7 +485,8 @@ ZON_API int zonxDiff(void* before, void* after, const zonxCompare* options,
  *  other tree has was added or removed. A section without the keyword, or with several, with empty places
  *  alone, or with values that another section of that name in its list has too, is paired as by zonxDiff.
  *      zonxDiffByKey(before, after, "Name", NULL, print, stdout, &count);
- *  @param key  the name of a keyword; null or empty: as zonxDiff */
+ *  @param key  the name of a keyword; null or empty: as zonxDiff
+ *  @return as zonxDiff */
 ZON_API int zonxDiffByKey(void* before, void* after, const char* key, const zonxCompare* options,
                           void (*visitor)(const zonxDifference* difference, void* context),
                           void* context, size_t* count);
