@@ -1,4 +1,4 @@
-# Packages for Debian: libzon0, libzon-dev and, with the command, zon-tools. The prefix of the build must be
+# Packages for Debian: libzon0, libzon-dev, python3-zon and, with the command, zon-tools. The prefix of the build must be
 # /usr, as in scripts/package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "the zon developers")
@@ -62,4 +62,18 @@ if(TARGET zon_tool)
   set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ${same})
   set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
 endif()
+
+# Python. The scripts compile the package for every Python of the system and remove what was compiled.
+zon_package(python python3-zon python "package for zon parameter files (Python 3)"
+  "${about}\nThis package contains the Python package zon.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3 (>= 3.9), python3:any, libzon${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION}-1)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-numpy)
+file(WRITE ${PROJECT_BINARY_DIR}/python/postinst
+  "#!/bin/sh\nset -e\nif command -v py3compile >/dev/null; then py3compile -p python3-zon; fi\n")
+file(WRITE ${PROJECT_BINARY_DIR}/python/prerm
+  "#!/bin/sh\nset -e\nif command -v py3clean >/dev/null; then py3clean -p python3-zon; fi\n")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_BINARY_DIR}/python/postinst ${PROJECT_BINARY_DIR}/python/prerm)
 include(CPack)

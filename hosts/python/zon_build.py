@@ -1,4 +1,4 @@
-"""Builds the wheel of the package zon: zon_build.py FOLDER [LIBRARY]
+"""Builds the wheel of the package zon: zon_build.py FOLDER [LIBRARY], or prints its metadata: zon_build.py
 
 With a library, which the environment variable ZON_LIBRARY can name too, the wheel carries it and is for systems like
 the one it is built on; without one it is for any system that has libzon.so.0. `pip wheel` calls build_wheel. The file
@@ -31,6 +31,11 @@ def version():
     return ".".join(re.findall(r"^#define ZON_VERSION_\w+ (\d+)", header, re.M))
 
 
+def metadata():
+    """What installers show of the package."""
+    return METADATA.format(version=version())
+
+
 def platform_tag():
     """The tag of this system: a system that is as new has the C and C++ libraries that the library needs."""
     name, number = platform.libc_ver()
@@ -47,7 +52,7 @@ def contents(library):
     info = f"zon-{version()}.dist-info"
     tag = f"py3-none-{platform_tag() if library else 'any'}"
     wheel = f"Wheel-Version: 1.0\nGenerator: zon_build\nRoot-Is-Purelib: {str(not library).lower()}\nTag: {tag}\n"
-    files[f"{info}/METADATA"] = METADATA.format(version=version()).encode()
+    files[f"{info}/METADATA"] = metadata().encode()
     files[f"{info}/LICENSE"] = (SOURCE / "LICENSE").read_bytes()
     files[f"{info}/WHEEL"] = wheel.encode()
     lines = [f"{name},{hash_of(data)},{len(data)}\n" for name, data in files.items()]
@@ -76,6 +81,7 @@ def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
 
 
 if __name__ == "__main__":
-    if not 2 <= len(sys.argv) <= 3:
-        sys.exit(__doc__)
-    print(build_wheel(sys.argv[1], {"library": sys.argv[2]} if len(sys.argv) == 3 else None))
+    if len(sys.argv) == 1:
+        print(metadata(), end="")
+    else:
+        print(build_wheel(sys.argv[1], {"library": sys.argv[2]} if len(sys.argv) == 3 else None))
