@@ -81,9 +81,9 @@ def merge(target: File, overlay: File) -> None:
     with locked(tree, overlay._tree):
         start_of(target)
         start_of(overlay)
-        values = [(node, owner, lib.zonGetInstanceNo(node), lib.zonxGetKind(node))
-                  for node, owner in tree.held_values()]
-        definitions = [node for node in tree.held_nodes() if lib.zonxGetKind(node) == Kind.DEFINITION]
+        values = [(view._node, view._owner._node, lib.zonGetInstanceNo(view._node), lib.zonxGetKind(view._node))
+                  for view in tree.values.all_alive() if view._owner is not None]
+        definitions = [view._node for view in tree.views.all_alive() if lib.zonxGetKind(view._node) == Kind.DEFINITION]
         status = lib.zonxMerge(tree.handle, overlay._tree.handle)
         for node, owner, number, kind in values:
             if lib.zonNodeByNum(owner, number) != node or lib.zonxGetKind(node) != kind:
@@ -129,7 +129,7 @@ class _Finder:
         number: int = lib.zonGetInstanceNo(node)
         if not self._last or lib.zonNodeByNum(self._last, number) != node:
             self._last = self._owner(node, number, path)
-        return self._start._view(self._last)._child(node)
+        return self._start._view(self._last)._value(node)
 
     def _owner(self, node: int, number: int, path: bytes) -> int:
         found = c_void_p()

@@ -155,17 +155,18 @@ class Node(Readable):
         self._tree.forget(found.value or 0)
 
     def _child(self, node: int) -> Node:
-        """The view of a child."""
-        tree = self._tree
-        known = tree.known(node)
-        if known is not None:
-            return known
-        kind = lib.zonxGetKind(node)
-        if kind != Kind.SECTION and kind not in KEYWORDS:
-            value = tree.values[node] = Value(tree, self, node)
-            return value
-        class_: Type[Node] = Section if kind == Kind.SECTION else Keyword
-        view = tree.views[node] = class_(tree, self, node)
+        views = self._tree.views
+        view = views.alive(node)
+        if view is None:
+            class_: Type[Node] = Section if lib.zonxGetKind(node) == Kind.SECTION else Keyword
+            view = views[node] = class_(self._tree, self, node)
+        return view
+
+    def _value(self, node: int) -> Node:
+        views = self._tree.values
+        view = views.alive(node)
+        if view is None:
+            view = views[node] = Value(self._tree, self, node)
         return view
 
 

@@ -127,7 +127,8 @@ class Readable(View):
         """Sections, keywords and default definitions in the order of the file; of a keyword its values."""
         with self._tree.lock:
             node = start_of(self)
-            return [self._child(lib.zonNodeByNum(node, n)) for n in range(1, lib.zonGetNoNodes(node) + 1)]
+            view = self._value if lib.zonxGetKind(node) in KEYWORDS else self._child
+            return [view(lib.zonNodeByNum(node, n)) for n in range(1, lib.zonGetNoNodes(node) + 1)]
 
     def __iter__(self) -> Iterator[Any]:
         """The sections of a file or section, without those that are removed meanwhile; the values of a keyword."""
@@ -160,24 +161,28 @@ class Readable(View):
         if number:
             keyword = c_void_p()
             lib.zonxFind(start, base, ctypes.byref(keyword))
-            return self._view(keyword.value or 0)._child(found.value or 0)
+            return self._view(keyword.value or 0)._value(found.value or 0)
         return self._view(found.value or 0)
 
     def _view(self, node: int) -> Node:
         """The view of a section or keyword, or of the file. Makes those of its owners that have none."""
         tree = self._tree
         new = []
-        view = tree.known(node)
+        view = tree.views.alive(node)
         while view is None:
             new.append(node)
             node = lib.zonGetParentSection(node)
-            view = tree.known(node)
+            view = tree.views.alive(node)
         while new:
             view = view._child(new.pop())
         return view
 
     def _child(self, node: int) -> Node:
-        """The view of a child."""
+        """The view of a section or keyword in this node."""
+        raise NotImplementedError
+
+    def _value(self, node: int) -> Node:
+        """The view of a value of this keyword."""
         raise NotImplementedError
 
     def _assign(self, path: bytes, value: Any) -> None:
@@ -237,10 +242,13 @@ class Readable(View):
         if status:
             # A getter takes note of the name that is missing, see File.unread.
             return READERS[str](start, path)
-        kind = lib.zonxGetKind(found)
-        if kind in GROUPS:
-            return Status.WRONG_KIND, None
-        return read_node(lib.zonParamByNum(found, 1) if kind in KEYWORDS else lib.zonFindDefault(found) or found.value)
+        return self._read_node(found.value or 0)
+
+    def _read_node(self, node: int) -> tuple[int, Any]:
+        kind = lib.zonxGetKind(node)
+        if kind in KEYWORDS:
+            return read_node(lib.zonParamByNum(node, 1))
+        return (Status.WRONG_KIND, None) if kind in GROUPS else read_node(lib.zonFindDefault(node) or node)
 
     def _read_all(self, start: int, path: bytes, type_: Optional[type]) -> tuple[int, Any]:
         found = c_void_p()
@@ -261,7 +269,7 @@ class Readable(View):
         Setting it leaves the other values as they are."""
         with self._tree.lock:
             start = start_of(self)
-            status, value = self._read(start, b"")
+            status, value = self._read_node(start)
             if status:
                 self._require_values()
                 raise self._failure(status, start)
