@@ -415,10 +415,10 @@ ZON_API void zonxFree(void* memory);
  *  keyword with a number in the template may have. Conditions are not checked for the template's own values.
  *
  *  A template is faulty, whatever the file has, if a condition cannot be meant, such as a limit for a string
- *  or two limits that exclude each other. It is also faulty if it has two sections or keywords of one name, or
- *  a section without a name, and the file has something of that name, or a keyword for the second of two
- *  keywords "()". Then the faults of the template are reported, each once, and no mismatch. A template that
- *  is compared with itself is faulty if any file would find it so.
+ *  or two limits that exclude each other. A name that it has twice in a section, without "()", and a section
+ *  without a name are faults only if something of the file is compared with them, as for zonEquivalent. The
+ *  faults of a template are reported once, all of them, and then no mismatch is. To find them without a file,
+ *  compare the template with itself.
  *
  *      if (zonxValidate(wanted, file, reporter, NULL) == ZONX_MISMATCH) return 1;
  *
