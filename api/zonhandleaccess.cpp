@@ -36,6 +36,12 @@ bool operator==(const ResultSettings& a, const ResultSettings& b) {
          a.usesCustom == b.usesCustom;
 }
 
+bool HandleAccess::IsSound(const CzonData& data) {
+  if (data.GetRoot() == nullptr) return false;
+  const auto* load = dynamic_cast<const CzonLoad*>(&data);
+  return load == nullptr || load->GetParser() == nullptr || !load->GetParser()->HasError();
+}
+
 void HandleAccess::SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser) {
   const CzonTargetList* root = parser->GetRoot();
   if (root != nullptr && load.file_ != nullptr) load.file_->settings = SettingsOf(*root);

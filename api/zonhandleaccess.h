@@ -18,6 +18,9 @@ struct HandleAccess {
   // Whether a value can be added. Otherwise records a refusal, as AddParam does.
   static bool HasKeyword(CzonData& data) { return data.HasKeyword(); }
 
+  // Whether the handle has a tree, and its load has met no error.
+  static bool IsSound(const CzonData& data);
+
   // What is kept while the file is watched; null while it is not.
   static Watch* GetWatch(const CzonData& data) { return data.watch_.get(); }
   static void SetWatch(CzonData& data, std::unique_ptr<Watch> watch) {

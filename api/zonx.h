@@ -125,7 +125,8 @@ typedef struct zonxReport {
   zonxPlace place;            /**< where the mistake is */
   zonxPlace related;          /**< e.g. the header of the unclosed section; file null: none */
   const char* relatedMessage; /**< empty without a related place */
-  const char* sourceLine;     /**< the text of place.line without its line end; null if unknown */
+  const char* sourceLine;     /**< the text of place.line without its line end; null if unknown, and
+                                   for a long line after many reports on long lines */
 } zonxReport;
 
 /** Receives a report. `context` is what was passed with the function. */
@@ -387,6 +388,128 @@ ZON_API int zonxText(void* handle, unsigned int flags, char** text, size_t* size
 
 /** Releases memory of zonxText. Null is ignored. */
 ZON_API void zonxFree(void* memory);
+
+/* ---- Checking, comparing, merging ----------------------------------------------------------------- */
+
+/** Compares a file with a template and reports every mismatch, in the order of the file: its place in the
+ *  file, the line of the template as the related place, and for an unknown name the nearest one as the hint.
+ *
+ *  The file conforms exactly if zonEquivalent returns 1 for each of its top-level sections and the
+ *  template's section of that name, the template has each of these, no mandatory section is missing, and no
+ *  condition is broken. Remarks of the template state conditions, separated by ";" and in any letter case; any
+ *  other text in a remark is for people:
+ *
+ *  - required: of a section or keyword, that each section or file which may have it has it; at a value, the
+ *    same for its keyword
+ *  - open: at a keyword or its last value, that the last value may repeat, as SetOpenList says it
+ *  - >= 0, > 0, <= 1, < 100, 0 .. 1: limits of numbers, both ends of ".." included. Integers are compared
+ *    exactly, reals as the doubles that they are
+ *  - one of a, b, 'c, d': numbers by value; strings, file names and date-times as they are written, letter
+ *    case included
+ *  - exists: a file or folder is at the path of the file name
+ *  - unit m, default 5: for people
+ *
+ *  A condition at a value is one on this value and, in an open list, its repetitions; at a keyword one on
+ *  all its values that can have it; at a section only "required" counts. Values of another kind than the
+ *  template's are a mismatch and not checked further: so an empty place breaks no range, and is not what a
+ *  keyword with a number in the template may have. Conditions are not checked for the template's own values.
+ *
+ *  A template is faulty, whatever the file has, if a condition cannot be meant, such as a limit for a string
+ *  or two limits that exclude each other. It is also faulty if it has two sections or keywords of one name, or
+ *  a section without a name, and the file has something of that name, or a keyword for the second of two
+ *  keywords "()". Then the faults of the template are reported, each once, and no mismatch. A template that
+ *  is compared with itself is faulty if any file would find it so.
+ *
+ *      if (zonxValidate(wanted, file, reporter, NULL) == ZONX_MISMATCH) return 1;
+ *
+ *  @param templateHandle   a file handle; it may be the same as the other
+ *  @param candidateHandle  a file handle
+ *  @param reporter         receives each mismatch as an error; may be null
+ *  @return ZONX_OK: the file conforms; ZONX_MISMATCH; ZONX_FAULTY: the template is faulty, or one of the
+ *      handles has no tree or its load met an error; ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY */
+ZON_API int zonxValidate(void* templateHandle, void* candidateHandle, zonxReporter reporter,
+                         void* context);
+
+/** What a difference is. */
+typedef enum zonxChange {
+  ZONX_ADDED = 0,     /**< a section, keyword or value that only `after` has */
+  ZONX_REMOVED = 1,   /**< one that only `before` has */
+  ZONX_DIFFERENT = 2, /**< a value has other data, or a section or keyword other flags */
+  ZONX_MOVED = 3      /**< a section or keyword has another place among its siblings */
+} zonxChange;
+
+/** A difference. All of it lives during the call of the visitor only. */
+typedef struct zonxDifference {
+  int change;       /**< zonxChange */
+  const char* path; /**< as zonxFind takes it from `after` or, for what was removed, from `before`. That of
+                         a default definition, and of its values, is the path of the section it is in */
+  void* before;     /**< the section, keyword, default definition or value; null if it was added */
+  void* after;      /**< the same; null if it was removed */
+} zonxDifference;
+
+/** How reals are compared. Two finite reals a and b are equal if |a - b| is at most `absolute`, or at most
+ *  `relative` times the larger of |a| and |b|. Zeroed: exactly. Neither may be negative or no number. */
+typedef struct zonxCompare {
+  double relative; /**< of the larger one */
+  double absolute; /**< in the unit of the values */
+} zonxCompare;
+
+/** Visits the differences of two trees, in the order of `after`: of each section first its keywords, then
+ *  its sections; what was removed is visited where it was.
+ *
+ *  Sections and keywords are paired by name and instance, and values by position. Of several namesakes those
+ *  with equal content are paired first, so that one that was inserted, removed or moved does not shift the
+ *  others. What was added or removed is visited as a whole, nothing inside it. If only the order differs,
+ *  all differences are ZONX_MOVED, for as few nodes as possible; the order between a keyword and a section
+ *  does not count. Differences inside what was moved follow it.
+ *
+ *  Compared are data and flags, not layout, comments, remarks, letter case of names or spelling of numbers.
+ *  1 and 1.0 differ, 0.0 and -0.0 do not, and a value that is no number is equal to itself. A float is
+ *  compared in its precision. A keyword without values has one empty place. File names in files of different
+ *  folders are compared as resolved, else by their texts, in which "/" and "\" are equal.
+ *
+ *  @param before   a file handle or a section; of sections, name and place are not compared
+ *  @param after    another one of the same kind, or the same one
+ *  @param options  null: exactly
+ *  @param visitor  may be null. It may query the trees, but not change or close them. An exception that it
+ *      throws is caught; the call goes on
+ *  @param count    receives the number of differences; may be null
+ *  @return ZONX_OK, also if there are differences; ZONX_FAULTY: a handle has no tree, or its load met an
+ *      error; ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY: the visitor may have been called */
+ZON_API int zonxDiff(void* before, void* after, const zonxCompare* options,
+                     void (*visitor)(const zonxDifference* difference, void* context),
+                     void* context, size_t* count);
+
+/** As zonxDiff, but repeated sections of one name are paired by the values of their keyword `key` before
+ *  anything else: those with equal values, however else they differ. One whose values no section of the
+ *  other tree has was added or removed. A section without the keyword, or with several, with empty places
+ *  alone, or with values that another section of that name in its list has too, is paired as by zonxDiff.
+ *      zonxDiffByKey(before, after, "Name", NULL, print, stdout, &count);
+ *  @param key  the name of a keyword; null or empty: as zonxDiff
+ *  @return as zonxDiff */
+ZON_API int zonxDiffByKey(void* before, void* after, const char* key, const zonxCompare* options,
+                          void (*visitor)(const zonxDifference* difference, void* context),
+                          void* context, size_t* count);
+
+/** Merges a file into another one: every keyword of `overlay` is given to `target`, where it replaces all values
+ *  of the keyword with that path and instance. Sections and keywords that are missing are added, after the
+ *  last of their kind, with their default definitions, flags and remarks. A default definition replaces the
+ *  one of that name and number in its section. What the overlay does not have stays as it is.
+ *
+ *  A value that has the data already keeps its node, and so its text and its comments when the file is saved; a
+ *  value of the same kind keeps its node; any other one is replaced, and its handle is no longer valid.
+ *  Remarks of the target stay; sections and keywords get the flags of the overlay in addition to theirs. A
+ *  reference to a variable of the host is replaced, never written through. Relative file names that come
+ *  from a file in another folder are rewritten, so that they keep their target.
+ *
+ *      status = zonxMerge(base, overlay);
+ *      if (status == ZONX_OK) status = zonxSave(base, "merged.zon", 0, reporter, NULL);
+ *
+ *  @param target   the handle that changes
+ *  @param overlay  another handle, which stays as it is; `target` itself changes nothing
+ *  @return ZONX_OK; ZONX_FAULTY: a handle has no tree, or its load met an error; ZONX_BAD_ARGUMENT: no file
+ *      handle; ZONX_NO_MEMORY: the target is as it was */
+ZON_API int zonxMerge(void* target, void* overlay);
 
 /* ---- Keywords that nobody read ------------------------------------------------------------------- */
 

@@ -246,4 +246,16 @@ void MakePlainValues(CzonNamedNode& keyword, std::string_view text) {
   NodeAccess::AppendNew(keyword, made.data(), count);
 }
 
+void SplitPlainValues(std::string_view text, std::vector<PlainValue>* values) {
+  values->clear();
+  ValueCursor cursor(text.data(), text.data() + text.size());
+  do {
+    cursor.SkipSpace();
+    std::string_view value;
+    const int token = cursor.ConsumeValue(&value);
+    values->push_back({token, value});
+    cursor.SkipSpace();
+  } while (cursor.ConsumeIf(','));
+}
+
 }  // namespace zon

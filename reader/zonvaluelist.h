@@ -9,6 +9,7 @@
 #define ZON_READER_ZONVALUELIST_H
 
 #include <string_view>
+#include <vector>
 
 #include "base/zonarena.h"
 #include "base/zonchars.h"
@@ -50,6 +51,15 @@ PlainValues FindValues(const char* at, const char* end);
 // Appends the values of the text to the keyword. The text was accepted by FindValues and the keyword is
 // in an arena. Appends in batches of 64, so the list grows rarely.
 void MakePlainValues(CzonNamedNode& keyword, std::string_view text);
+
+// A value of such a text, as MakeValue takes it.
+struct PlainValue {
+  int token;
+  std::string_view text;
+};
+
+// Stores the values of the text without making nodes.
+void SplitPlainValues(std::string_view text, std::vector<PlainValue>* values);
 
 }  // namespace zon
 

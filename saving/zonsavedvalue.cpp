@@ -54,12 +54,15 @@ std::string DigitsOf(const CzonNode& value) {
 }
 
 // Without a plus and zeros in front. Minus zero is zero.
-std::string NormalDigits(const CzonNode& value) {
-  const std::string digits = DigitsOf(value);
+std::string NormalDigits(std::string_view digits) {
   const bool isNegative = digits.front() == '-';
   const std::size_t first = digits.find_first_not_of("+-0");
   if (first == std::string::npos) return "0";
-  return (isNegative ? "-" : "") + digits.substr(first);
+  return (isNegative ? "-" : "") + std::string(digits.substr(first));
+}
+
+std::string NormalDigits(const CzonNode& value) {
+  return NormalDigits(DigitsOf(value));
 }
 
 // A real that was loaded and not changed keeps its text, also one beyond the range of a double.
@@ -165,19 +168,35 @@ bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
   }
 }
 
+namespace {
+
+AlignmentKey KeyOfKind(int kind, std::size_t hash) {
+  return (hash * 31 + static_cast<std::size_t>(kind)) | 1;
+}
+
+}  // namespace
+
 AlignmentKey KeyOfValue(const CzonNode& value) {
   const int kind = SavedKind(value);
-  std::size_t hash = 0;
   if (kind == ZONX_INTEGER) {
-    hash = std::hash<std::string>()(NormalDigits(value));
-  } else if (kind == ZONX_REAL) {
-    hash = std::hash<double>()(RealOf(value));
-  } else if (kind == ZONX_BOOLEAN) {
-    hash = value.GetBool() != 0 ? 1 : 0;
-  } else {
-    hash = std::hash<std::string_view>()(CharactersOf(value, kind));
+    return KeyOfKind(kind, std::hash<std::string>()(NormalDigits(value)));
   }
-  return (hash * 31 + static_cast<std::size_t>(kind)) | 1;
+  if (kind == ZONX_REAL) return KeyOfKind(kind, std::hash<double>()(RealOf(value)));
+  if (kind == ZONX_BOOLEAN) return KeyOfKind(kind, value.GetBool() != 0 ? 1 : 0);
+  return KeyOfKind(kind, std::hash<std::string_view>()(CharactersOf(value, kind)));
+}
+
+AlignmentKey KeyOfValue(int kind, std::string_view text) {
+  if (kind == ZONX_INTEGER) {
+    return KeyOfKind(kind, std::hash<std::string>()(NormalDigits(text)));
+  }
+  if (kind == ZONX_REAL) return KeyOfKind(kind, std::hash<double>()(TextToDouble(text)));
+  if (kind == ZONX_BOOLEAN) return KeyOfKind(kind, EqualNoCase(text, "true") ? 1 : 0);
+  return KeyOfKind(kind, std::hash<std::string_view>()(text));
+}
+
+RealNumber NumberOf(const CzonNode& real) {
+  return {RealOf(real), IsSingle(real)};
 }
 
 }  // namespace zon

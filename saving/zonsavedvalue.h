@@ -5,6 +5,7 @@
 #define ZON_SAVING_ZONSAVEDVALUE_H
 
 #include <string>
+#include <string_view>
 
 #include "saving/zonalignment.h"
 
@@ -22,8 +23,17 @@ void AppendValue(std::string* out, const CzonNode& value);
 // is that of a text which rounds to it.
 bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded);
 
-// Values with the same data have the same key, if both or neither are in single precision.
+// Values with the same data have the same key, if both or neither are in single precision. Of a value that
+// is not made yet: its kind and its text without delimiters. The kinds are those of zonx.h.
 AlignmentKey KeyOfValue(const CzonNode& value);
+AlignmentKey KeyOfValue(int kind, std::string_view text);
+
+// The number of a real, and whether it was made in single precision.
+struct RealNumber {
+  double value;
+  bool isSingle;
+};
+RealNumber NumberOf(const CzonNode& real);
 
 // The value as one that has a text; null for a node of the host that has none.
 const CzonParam* AsParam(const CzonNode* value);

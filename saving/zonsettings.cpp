@@ -105,18 +105,6 @@ std::string RelativeTo(const std::string& folder, const std::string& path) {
   return relative + path.substr(common);
 }
 
-// A name for the same file from another folder. The form that is resolved to the target is taken;
-// if a relative one is not, the absolute one.
-std::string MovedName(std::string_view text, const std::string& from, const std::string& to) {
-  std::string target = ResolveFilename(text, from);
-  std::string moved = RelativeTo(FolderOf(AbsoluteAnchor(to)), target);
-  if (ResolveFilename(moved, to) != target) return target;
-  if (text.find('/') == std::string_view::npos) {
-    std::replace(moved.begin(), moved.end(), '/', '\\');
-  }
-  return moved;
-}
-
 bool MayHaveFilenames(const CzonNamedNode& keyword) {
   const std::string_view text = NodeAccess::DeferredText(keyword);
   return text.empty() || text.find('|') != std::string_view::npos;
@@ -129,17 +117,33 @@ void MoveInKeyword(const CzonNamedNode& keyword, const std::string& from, const 
     auto* name = dynamic_cast<CzonFilename*>(value);
     if (name == nullptr) continue;
     const std::string_view text = NodeAccess::GetTextView(*name);
-    if (text.empty() || text.front() == '/' || text.front() == '\\') continue;
-    const std::string moved = MovedName(text, from, to);
+    const std::string moved = MovedFilename(text, from, to);
     if (moved != text) changes.SetText(*name, moved);
   }
 }
 
 }  // namespace
 
+bool AreInOneFolder(const std::string& from, const std::string& to) {
+  return from.empty() || to.empty() ||
+         FolderOf(AbsoluteAnchor(from)) == FolderOf(AbsoluteAnchor(to));
+}
+
+// The form that is resolved to the target is taken; if a relative one is not, the absolute one.
+std::string MovedFilename(std::string_view text, const std::string& from, const std::string& to) {
+  if (text.empty() || text.front() == '/' || text.front() == '\\') return std::string(text);
+  std::string target = ResolveFilename(text, from);
+  std::string moved = RelativeTo(FolderOf(AbsoluteAnchor(to)), target);
+  if (ResolveFilename(moved, to) != target) return target;
+  if (text.find('/') == std::string_view::npos) {
+    std::replace(moved.begin(), moved.end(), '/', '\\');
+  }
+  return moved;
+}
+
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes) {
-  if (from.empty() || FolderOf(AbsoluteAnchor(from)) == FolderOf(AbsoluteAnchor(to))) return;
+  if (AreInOneFolder(from, to)) return;
   std::vector<const CzonNamedNode*> open{&root};
   while (!open.empty()) {
     const SectionParts parts(*open.back());

@@ -108,10 +108,7 @@ class Save {
   }
 
   int Begin() {
-    const auto* load = dynamic_cast<const CzonLoad*>(&data_);
-    const bool hasError =
-        load != nullptr && load->GetParser() != nullptr && load->GetParser()->HasError();
-    if (data_.GetRoot() == nullptr || hasError) {
+    if (!HandleAccess::IsSound(data_)) {
       return Report(ZONX_FAULTY, "not-loaded", "the file was not loaded without errors");
     }
     text_ = HandleAccess::GetText(data_);

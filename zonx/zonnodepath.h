@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+class CzonNamedNode;
 class CzonNode;
 
 namespace zon {
@@ -52,6 +53,10 @@ bool FindStart(void* fileOrNode, CzonNode** node);
 CzonNode* FindKeyword(const CzonNode& node, const PathStep& step);
 CzonNode* FindSection(const CzonNode& node, const PathStep& step);
 
+// The number by which FindNode finds a section or keyword among its namesakes, also if a Copy has reset its
+// instance number.
+unsigned int InstanceOf(const CzonNamedNode& node);
+
 struct FoundNode {
   int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT
   CzonNode* node;            // what was found: a root, section, keyword or value
@@ -66,6 +71,10 @@ FoundNode FindNode(void* fileOrNode, const char* path);
 
 // The path of a node as FindNode takes it, from the root of its tree. Numbers of 1 are left out.
 std::string PathOf(const CzonNode& node);
+
+// The same for messages: at most some 200 characters of its end, after "..." if that is not all, and without
+// control characters. So the messages on a deep tree do not grow with its depth.
+std::string ShortPathOf(const CzonNode& node);
 
 }  // namespace zon
 

@@ -1,0 +1,75 @@
+#include "comparing/zontreeoutline.h"
+
+#include "saving/zonsavedtree.h"
+#include "tree/zonnodeaccess.h"
+
+namespace zon {
+namespace {
+
+// Adds the keys of a line or section. The order between a line and a section is no data.
+struct KeySum {
+  void Add(AlignmentKey head, const SiblingKeys& keys) {
+    content = MixKeys(content, MixKeys(head, keys.content));
+    similarity = MixKeys(similarity, MixKeys(head, keys.similarity));
+    unordered += MixKeys(MixKeys(head, keys.unordered), head);
+  }
+  AlignmentKey content = 1;
+  AlignmentKey similarity = 1;
+  AlignmentKey unordered = 1;
+};
+
+}  // namespace
+
+TreeOutline::TreeOutline(const CzonNamedNode& top, Side side) : side_(side) {
+  struct Position {
+    std::size_t section;
+    std::uint32_t next;
+  };
+  std::vector<Position> path{{0, 0}};
+  sections_.push_back({&top, 0, 0});
+  keys_.emplace_back();  // 0 is none
+  while (!path.empty()) {
+    Position& position = path.back();
+    const NodeSpan children = NodeAccess::Children(*sections_[position.section].node);
+    while (position.next < children.Size() && !NodeAccess::IsSection(*children[position.next])) {
+      ++position.next;
+    }
+    if (position.next == children.Size()) {
+      sections_[position.section].end = sections_.size();
+      path.pop_back();
+      continue;
+    }
+    const auto* section = static_cast<const CzonNamedNode*>(children[position.next++]);
+    path.push_back({sections_.size(), 0});
+    sections_.push_back({section, 0, 0});
+  }
+}
+
+// From the last section of the range to the first: what is in a section is made before it.
+const SiblingKeys& TreeOutline::KeysOf(std::size_t number, ValueComparison& values) {
+  if (sections_[number].keys == 0) {
+    for (std::size_t at = End(number); at-- > number;) {
+      keys_.push_back(MakeKeys(at, values));
+      sections_[at].keys = keys_.size() - 1;
+    }
+  }
+  return keys_[sections_[number].keys];
+}
+
+SiblingKeys TreeOutline::MakeKeys(std::size_t number, ValueComparison& values) const {
+  KeySum lines;
+  for (const CzonNode* child : NodeAccess::Children(Section(number))) {
+    if (!NodeAccess::IsKeyword(*child)) continue;
+    const auto& line = static_cast<const CzonNamedNode&>(*child);
+    const ValueKeys keys = values.KeysOf(line, side_);
+    lines.Add(KeyOfHead(line), {keys.content, keys.content, keys.similarity, 0});
+  }
+  KeySum sections;
+  for (std::size_t at = First(number); at < End(number); at = End(at)) {
+    sections.Add(KeyOfHead(Section(at)), keys_[sections_[at].keys]);
+  }
+  return {MixKeys(lines.content, sections.content), MixKeys(lines.unordered, sections.unordered),
+          MixKeys(lines.similarity, sections.similarity), 0};
+}
+
+}  // namespace zon
