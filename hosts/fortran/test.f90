@@ -38,6 +38,7 @@ program fortran_test
     call test_setting()
     call test_finding()
     call test_saving()
+    call test_comparing()
     call test_variables()
     if (failures > 0) error stop 'there were failures'
     print '(a)', 'no failures'
@@ -313,6 +314,40 @@ contains
     call file%parse(text)
     call file%save(stat=stat)
     call check_error(file, stat, zon_bad_argument, 'bad argument')
+  end subroutine
+
+  subroutine test_comparing()
+    type(zon_file) :: file, other, template, none
+    type(zon_difference), allocatable :: differences(:)
+    character(len=:), allocatable :: written
+    integer :: stat, n
+
+    call template%parse('[A()] K {>= 0} = 1.0 EndSect', 'template.zon')
+    call file%parse('[A] K = 1.0 EndSect [A] K = 2.0 // two' // newline // 'EndSect', 'file.zon')
+    call file%validate(template)
+    call other%parse('[A] K = 3.0 EndSect [A] K = 1.0 EndSect [A] K = 2.5 L = 1 EndSect', 'other.zon')
+    call other%validate(template, stat)
+    call check_error(other, stat, zon_mismatch, 'other.zon:1:53: error: ')
+    call file%validate(none, stat)
+    call check_error(file, stat, zon_bad_argument, 'not compared')
+
+    call file%diff(other, differences, absolute=0.5d0)
+    call check(size(differences) == 2, 'two differences')
+    call check(differences(1)%change == zon_added .and. differences(1)%path == 'A', 'a section was added')
+    call check(differences(2)%change == zon_added .and. differences(2)%path == 'A:3/L', 'a keyword was added')
+    call file%diff(file, differences)
+    call check(size(differences) == 0, 'no differences')
+    call file%diff(other, differences, key='K')
+    n = count([(differences(n)%change == zon_removed, n=1, size(differences))])
+    call check(n == 1, 'a key that is gone')
+    call file%diff(other, differences, relative=-1d0, stat=stat)
+    call check_error(file, stat, zon_bad_argument, 'not compared')
+
+    call file%merge(other)
+    call file%to_text(written)
+    call check(index(written, 'K = 1.0 // two') > 0 .and. file%count('A') == 3, 'merged: ' // written)
+    call file%merge(none, stat)
+    call check_error(file, stat, zon_bad_argument, 'not merged')
   end subroutine
 
   ! Copies, function results and objects of other types never close a file twice or early.

@@ -26,7 +26,7 @@ module zon
   use, intrinsic :: ieee_arithmetic, only: ieee_is_finite
   implicit none
   private
-  public :: zon_file, zon_nth, zon_status_text
+  public :: zon_file, zon_difference, zon_nth, zon_status_text
 
   ! The status of a call.
   integer, parameter, public :: zon_ok = 0
@@ -50,6 +50,16 @@ module zon
   integer, parameter, public :: zon_overwrite = 4          ! also a file that has changed, and another file
   integer, parameter, public :: zon_backup = 8             ! the old file stays, as its name and "~"
   integer, parameter, public :: zon_names_as_written = 16  ! file names stay as they are in another folder
+
+  ! What a difference between two files is.
+  integer, parameter, public :: zon_added = 0
+  integer, parameter, public :: zon_removed = 1
+  integer, parameter, public :: zon_different = 2
+  integer, parameter, public :: zon_moved = 3
+  type :: zon_difference
+    integer :: change = zon_added
+    character(len=:), allocatable :: path  ! in the second file, or in the first for zon_removed
+  end type
 
   ! A parameter file. Assignment makes a second variable of the same file; the file is closed when the last
   ! one goes, or by close.
@@ -108,6 +118,13 @@ module zon
     procedure :: save => save_file
     ! (text [, stat]) the text that save would write.
     procedure :: to_text
+    ! (template [, stat]) checks the file; the status is zon_mismatch if it does not conform.
+    procedure :: validate
+    ! (other, differences [, key] [, relative] [, absolute] [, stat]) what the other file has changed.
+    ! Repeated sections are paired by the values of the keyword `key`; the other two are tolerances of reals.
+    procedure :: diff
+    ! (overlay [, stat]) gives the file every keyword of another one.
+    procedure :: merge => merge_file
     ! ([on] [, stat]) starts or stops to watch which keywords are read.
     procedure :: watch
     ! (count [, stat]) the number of keywords that were not read since then; see warnings.
@@ -139,6 +156,14 @@ module zon
   integer(int64) :: last_serial = 0
   ! A mutex of POSIX threads. Zeros are its initial value on Linux; no type there has more than 64 bytes.
   integer(c_int64_t), target :: mutex(8) = 0
+
+  type, bind(C) :: c_difference
+    integer(c_int) :: change
+    type(c_ptr) :: path, before, after
+  end type
+  type, bind(C) :: c_compare
+    real(c_double) :: relative, absolute
+  end type
 
   ! A text that grows.
   type :: text_buffer
@@ -412,6 +437,24 @@ module zon
       import :: c_ptr
       type(c_ptr), value :: memory
     end subroutine
+    integer(c_int) function zonxValidate(template, candidate, reporter, context) bind(C, name='zonxValidate')
+      import :: c_funptr, c_int, c_ptr
+      type(c_ptr), value :: template, candidate, context
+      type(c_funptr), value :: reporter
+    end function
+    integer(c_int) function zonxDiffByKey(before, after, key, options, visitor, context, count) &
+        bind(C, name='zonxDiffByKey')
+      import :: c_char, c_compare, c_funptr, c_int, c_ptr, c_size_t
+      type(c_ptr), value :: before, after, context
+      character(kind=c_char), intent(in) :: key(*)
+      type(c_compare), intent(in) :: options
+      type(c_funptr), value :: visitor
+      integer(c_size_t), intent(inout) :: count
+    end function
+    integer(c_int) function zonxMerge(target, overlay) bind(C, name='zonxMerge')
+      import :: c_int, c_ptr
+      type(c_ptr), value :: target, overlay
+    end function
     integer(c_int) function zonxWatch(handle, on) bind(C, name='zonxWatch')
       import :: c_int, c_ptr
       type(c_ptr), value :: handle
@@ -783,7 +826,7 @@ contains
     type(file_state), pointer :: state
     state => state_of(self)
     if (status == zon_ok) then
-      if (associated(state)) state%warnings = content(reports)
+      if (associated(state) .and. reports%used > 0) state%warnings = content(reports)
     else if (.not. c_associated(handle_of(self)) .and. reports%used == 0) then
       call append(reports, no_file(self))
     else if (reports%used == 0) then
@@ -936,12 +979,87 @@ contains
     integer, intent(inout) :: count
     integer, intent(out), optional :: stat
     type(text_buffer), target :: reports
+    type(file_state), pointer :: state
     integer(c_size_t) :: found
     integer(c_int) :: status
     found = 0
+    state => state_of(self)
+    if (associated(state)) state%warnings = ''
     status = zonxReportUnread(handle_of(self), c_funloc(collect), c_loc(reports), found)
     if (status == zon_ok) count = int(found)
     call finish_reports(self, 'the file is not watched', status, reports, stat)
+  end subroutine
+
+  ! ---- Comparing ------------------------------------------------------------------------------------------
+
+  subroutine validate(self, template, stat)
+    class(zon_file), intent(in) :: self
+    class(zon_file), intent(in) :: template
+    integer, intent(out), optional :: stat
+    type(text_buffer), target :: reports
+    integer(c_int) :: status
+    status = zonxValidate(handle_of(template), handle_of(self), c_funloc(collect), c_loc(reports))
+    call finish_reports(self, 'the file is not compared with its template', status, reports, stat)
+  end subroutine
+
+  subroutine diff(self, other, differences, key, relative, absolute, stat)
+    class(zon_file), intent(in) :: self
+    class(zon_file), intent(in) :: other
+    type(zon_difference), allocatable, intent(inout) :: differences(:)
+    character(len=*), intent(in), optional :: key
+    real(real64), intent(in), optional :: relative, absolute
+    integer, intent(out), optional :: stat
+    type(text_buffer), target :: lines
+    type(text_buffer) :: no_reports
+    type(c_compare) :: options
+    character(len=:), allocatable :: its_key
+    integer(c_size_t) :: count
+    integer(c_int) :: status
+    options = c_compare(0, 0)
+    if (present(relative)) options%relative = relative
+    if (present(absolute)) options%absolute = absolute
+    its_key = ''
+    if (present(key)) its_key = trim(key)
+    status = zon_bad_argument
+    if (.not. has_zero(its_key)) status = zonxDiffByKey(handle_of(self), handle_of(other), &
+      its_key // c_null_char, options, c_funloc(add_difference), c_loc(lines), count)
+    if (status == zon_ok) call split_differences(content(lines), count, differences)
+    call finish_reports(self, 'the files are not compared', status, no_reports, stat)
+  end subroutine
+
+  ! A visitor of the library: appends a line with the change, as a digit, and the path.
+  subroutine add_difference(difference, context) bind(C)
+    type(c_difference), intent(in) :: difference
+    type(c_ptr), value :: context
+    type(text_buffer), pointer :: lines
+    call c_f_pointer(context, lines)
+    call append(lines, achar(iachar('0') + difference%change) // text_of(difference%path) // new_line('a'))
+  end subroutine
+
+  subroutine split_differences(lines, count, differences)
+    character(len=*), intent(in) :: lines
+    integer(c_size_t), intent(in) :: count
+    type(zon_difference), allocatable, intent(inout) :: differences(:)
+    integer :: start, length, n
+    if (allocated(differences)) deallocate (differences)
+    allocate (differences(count))
+    start = 1
+    do n = 1, int(count)
+      length = index(lines(start:), new_line('a'))
+      differences(n)%change = iachar(lines(start:start)) - iachar('0')
+      differences(n)%path = lines(start + 1:start + length - 2)
+      start = start + length
+    end do
+  end subroutine
+
+  subroutine merge_file(self, overlay, stat)
+    class(zon_file), intent(inout) :: self
+    class(zon_file), intent(in) :: overlay
+    integer, intent(out), optional :: stat
+    type(text_buffer) :: no_reports
+    integer(c_int) :: status
+    status = zonxMerge(handle_of(self), handle_of(overlay))
+    call finish_reports(self, 'the file is not merged', status, no_reports, stat)
   end subroutine
 
   ! ---- Finding --------------------------------------------------------------------------------------------
