@@ -40,6 +40,7 @@ program fortran_test
     call test_saving()
     call test_comparing()
     call test_variables()
+    deallocate (names)
     if (failures > 0) error stop 'there were failures'
     print '(a)', 'no failures'
   end if
