@@ -450,6 +450,26 @@ ZON_API int zonxDiffByKey(void* before, void* after, const char* key, const zonx
                           void (*visitor)(const zonxDifference* difference, void* context),
                           void* context, size_t* count);
 
+/** Merges a file into another one: every keyword of `overlay` is given to `target`, where it replaces all values
+ *  of the keyword with that path and instance. Sections and keywords that are missing are added, after the
+ *  last of their kind, with their default definitions, flags and remarks. A default definition replaces the
+ *  one of that name and number in its section. What the overlay does not have stays as it is.
+ *
+ *  A value that has the data already keeps its node, and so its text and its comments when the file is saved; a
+ *  value of the same kind keeps its node; any other one is replaced, and its handle is no longer valid.
+ *  Remarks of the target stay; sections and keywords get the flags of the overlay in addition to theirs. A
+ *  reference to a variable of the host is replaced, never written through. Relative file names that come
+ *  from a file in another folder are rewritten, so that they keep their target.
+ *
+ *      status = zonxMerge(base, overlay);
+ *      if (status == ZONX_OK) status = zonxSave(base, "merged.zon", 0, reporter, NULL);
+ *
+ *  @param target   the handle that changes
+ *  @param overlay  another handle, which stays as it is; `target` itself changes nothing
+ *  @return ZONX_OK; ZONX_FAULTY: a handle has no tree, or its load met an error; ZONX_BAD_ARGUMENT: no file
+ *      handle; ZONX_NO_MEMORY: the target is as it was */
+ZON_API int zonxMerge(void* target, void* overlay);
+
 /* ---- Keywords that nobody read ------------------------------------------------------------------- */
 
 /** Starts or stops watching a file. While a file is watched, every value or list that a getter of

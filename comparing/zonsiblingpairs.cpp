@@ -15,40 +15,27 @@ namespace {
 using Keys = std::vector<AlignmentKey>;
 using Numbers = std::vector<std::size_t>;
 
-// The numbers of elements with a key, by key and then by number.
-Numbers SortByKey(const Keys& keys) {
-  Numbers numbers;
-  numbers.reserve(keys.size());
-  for (std::size_t n = 0; n < keys.size(); ++n) {
-    if (keys[n] != 0) numbers.push_back(n);
-  }
-  std::stable_sort(numbers.begin(), numbers.end(),
-                   [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
-  return numbers;
-}
-
-// The elements of one key on both sides.
+// The elements of one key on both sides, or all, by their numbers.
 struct Group {
   Numbers before;
   Numbers after;
 };
 
-// Calls `visit` for each group.
+// Calls `visit` for each key.
 template <class F>
 void ForEachGroup(const Keys& before, const Keys& after, F&& visit) {
-  const Numbers numbers = SortByKey(before);
-  const Numbers others = SortByKey(after);
-  std::size_t b = 0;
-  std::size_t a = 0;
+  const std::vector<KeyedElement> elements = SortByKey(before, 0, before.size());
+  const std::vector<KeyedElement> others = SortByKey(after, 0, after.size());
+  auto b = elements.begin();
+  auto a = others.begin();
   Group group;
-  while (b < numbers.size() || a < others.size()) {
-    const AlignmentKey left = b < numbers.size() ? before[numbers[b]] : AlignmentKey{0} - 1;
-    const AlignmentKey right = a < others.size() ? after[others[a]] : AlignmentKey{0} - 1;
-    const AlignmentKey key = std::min(left, right);
+  while (b != elements.end() || a != others.end()) {
+    const bool isFirst = a == others.end() || (b != elements.end() && b->key < a->key);
+    const AlignmentKey key = isFirst ? b->key : a->key;
     group.before.clear();
     group.after.clear();
-    for (; b < numbers.size() && before[numbers[b]] == key; ++b) group.before.push_back(numbers[b]);
-    for (; a < others.size() && after[others[a]] == key; ++a) group.after.push_back(others[a]);
+    for (; b != elements.end() && b->key == key; ++b) group.before.push_back(b->number);
+    for (; a != others.end() && a->key == key; ++a) group.after.push_back(a->number);
     visit(group);
   }
 }
@@ -65,19 +52,14 @@ AlignmentKey KeyWith(const Sibling& sibling, AlignmentKey content) {
   return sibling.isRepeated ? MixKeys(sibling.head, content) | 1 : sibling.head;
 }
 
-// Of an element that has a partner, the number of the pair.
-AlignmentKey KeyOfPair(std::size_t partner, std::size_t number) {
-  return partner == kNone ? 0 : static_cast<AlignmentKey>(number) + 1;
+AlignmentKey KeyOfContent(const Sibling& sibling) {
+  return KeyWith(sibling, sibling.keys.content);
 }
 
 Numbers AllNumbers(std::size_t count) {
   Numbers numbers(count);
   std::iota(numbers.begin(), numbers.end(), std::size_t{0});
   return numbers;
-}
-
-AlignmentKey KeyOfContent(const Sibling& sibling) {
-  return KeyWith(sibling, sibling.keys.content);
 }
 
 bool HaveSameName(const CzonNamedNode& a, const CzonNamedNode& b) {
@@ -92,14 +74,16 @@ class Pairing {
       : before_(before),
         after_(after),
         partners_(before.size(), kNone),
-        partnersOfAfter_(after.size(), kNone),
         isFree_(before.size(), true),
-        isFreeAfter_(after.size(), true) {}
+        isFreeAfter_(after.size(), true),
+        placesAfter_(after.size()) {}
 
   std::vector<std::size_t> Run() {
     PairByIdentity();
     PairByKey(KeyOfContent);
-    PairByKey([](const Sibling& sibling) { return KeyWith(sibling, sibling.keys.unordered); });
+    if (std::any_of(before_.begin(), before_.end(), HasOrder)) {
+      PairByKey([](const Sibling& sibling) { return KeyWith(sibling, sibling.keys.unordered); });
+    }
     PairNamesakes();
     for (std::size_t n = 0; n < before_.size(); ++n) {
       const std::size_t partner = partners_[n];
@@ -112,7 +96,6 @@ class Pairing {
  private:
   void Pair(std::size_t before, std::size_t after) {
     partners_[before] = after;
-    partnersOfAfter_[after] = before;
     isFree_[before] = false;
     isFreeAfter_[after] = false;
   }
@@ -122,35 +105,47 @@ class Pairing {
            std::find(isFreeAfter_.begin(), isFreeAfter_.end(), true) != isFreeAfter_.end();
   }
 
+  static bool HasOrder(const Sibling& sibling) {
+    return sibling.keys.unordered != sibling.keys.content;
+  }
+
+  template <class KeyOf>
+  Keys FreeKeys(const Siblings& siblings, const std::vector<bool>& isFree, KeyOf&& keyOf) const {
+    Keys keys(siblings.size(), 0);
+    for (std::size_t n = 0; n < keys.size(); ++n) {
+      if (isFree[n]) keys[n] = keyOf(siblings[n]);
+    }
+    return keys;
+  }
+
   void PairByIdentity();
   void PairIdentities(const Group& namesakes);
   template <class KeyOf>
   void PairByKey(KeyOf&& keyOf);
   void PairNamesakes();
-
-  // Aligns what is paired as far as the pairs increase, and then what is free by the keys.
+  std::vector<AlignedPair> FindPairs(const Group& elements);
   template <class KeyOf>
   void Align(const Group& elements, KeyOf&& keyOf);
 
   const Siblings& before_;
   const Siblings& after_;
   std::vector<std::size_t> partners_;
-  std::vector<std::size_t> partnersOfAfter_;
   std::vector<bool> isFree_;
   std::vector<bool> isFreeAfter_;
+  std::vector<std::size_t> placesAfter_;  // in the group that is being aligned
 };
 
 void Pairing::PairByIdentity() {
   const auto hasIdentity = [](const Sibling& sibling) { return sibling.keys.identity != 0; };
   if (std::none_of(before_.begin(), before_.end(), hasIdentity)) return;
-  ForEachGroup(HeadsOf(before_), HeadsOf(after_),
-               [this](const Group& namesakes) { PairIdentities(namesakes); });
+  ForEachGroup(HeadsOf(before_), HeadsOf(after_), [this](const Group& namesakes) {
+    const bool isPaired = !namesakes.before.empty() && !namesakes.after.empty();
+    if (isPaired && before_[namesakes.before[0]].isRepeated) PairIdentities(namesakes);
+  });
 }
 
 // An identity that a side has twice is none.
 void Pairing::PairIdentities(const Group& namesakes) {
-  if (namesakes.before.empty() || namesakes.after.empty()) return;
-  if (!before_[namesakes.before[0]].isRepeated) return;
   Keys before;
   Keys after;
   for (const std::size_t n : namesakes.before) before.push_back(before_[n].keys.identity);
@@ -167,41 +162,26 @@ void Pairing::PairIdentities(const Group& namesakes) {
   });
 }
 
-template <class KeyOf>
-void Pairing::Align(const Group& elements, KeyOf&& keyOf) {
-  const Numbers& before = elements.before;
-  const Numbers& after = elements.after;
-  Alignment alignment(before.size(), after.size());
-  alignment.Refine([&](std::size_t n) { return KeyOfPair(partners_[before[n]], before[n]); },
-                   [&](std::size_t n) {
-                     const std::size_t partner = partnersOfAfter_[after[n]];
-                     return KeyOfPair(partner, partner);
-                   });
-  // The second time finds those of several equal ones that the first has left between others.
-  for (int round = 0; round < 2; ++round) {
-    alignment.Refine(
-        [&](std::size_t n) { return isFree_[before[n]] ? keyOf(before_[before[n]]) : 0; },
-        [&](std::size_t n) { return isFreeAfter_[after[n]] ? keyOf(after_[after[n]]) : 0; });
-  }
-  for (const AlignedPair& pair : alignment.Pairs()) {
-    if (isFree_[before[pair.before]]) Pair(before[pair.before], after[pair.after]);
-  }
-}
-
+// First what each side has once, wherever it is. Then the others are aligned between these pairs, and what is
+// left is paired in its order.
 template <class KeyOf>
 void Pairing::PairByKey(KeyOf&& keyOf) {
   if (!HasFree()) return;
+  bool hasSeveral = false;
+  const auto visit = [&](auto&& pair) {
+    ForEachGroup(FreeKeys(before_, isFree_, keyOf), FreeKeys(after_, isFreeAfter_, keyOf), pair);
+  };
+  visit([&](const Group& equal) {
+    if (equal.before.size() == 1 && equal.after.size() == 1) {
+      Pair(equal.before[0], equal.after[0]);
+    } else if (!equal.before.empty() && !equal.after.empty()) {
+      hasSeveral = true;
+    }
+  });
+  if (!hasSeveral) return;
   Align({AllNumbers(before_.size()), AllNumbers(after_.size())}, keyOf);
   if (!HasFree()) return;
-  Keys before(before_.size(), 0);
-  Keys after(after_.size(), 0);
-  for (std::size_t n = 0; n < before.size(); ++n) {
-    if (isFree_[n]) before[n] = keyOf(before_[n]);
-  }
-  for (std::size_t n = 0; n < after.size(); ++n) {
-    if (isFreeAfter_[n]) after[n] = keyOf(after_[n]);
-  }
-  ForEachGroup(before, after, [this](const Group& equal) {
+  visit([&](const Group& equal) {
     const std::size_t count = std::min(equal.before.size(), equal.after.size());
     for (std::size_t n = 0; n < count; ++n) Pair(equal.before[n], equal.after[n]);
   });
@@ -220,7 +200,38 @@ void Pairing::PairNamesakes() {
   });
 }
 
-Keys KeysOf(const Siblings& siblings) {
+// The pairs in a group, by their places in it.
+std::vector<AlignedPair> Pairing::FindPairs(const Group& elements) {
+  for (std::size_t n = 0; n < elements.after.size(); ++n) placesAfter_[elements.after[n]] = n;
+  std::vector<AlignedPair> pairs;
+  for (std::size_t n = 0; n < elements.before.size(); ++n) {
+    const std::size_t partner = partners_[elements.before[n]];
+    if (partner != kNone) pairs.push_back({n, placesAfter_[partner]});
+  }
+  return pairs;
+}
+
+// Aligns what is free between the pairs that increase.
+template <class KeyOf>
+void Pairing::Align(const Group& elements, KeyOf&& keyOf) {
+  const auto& [before, after] = elements;
+  Alignment alignment(before.size(), after.size(), FindPairs(elements));
+  // The second time finds those of several equal ones that the first has left between others.
+  for (int round = 0; round < 2; ++round) {
+    alignment.Refine(
+        [&](std::size_t n) {
+          return isFree_[elements.before[n]] ? keyOf(before_[elements.before[n]]) : 0;
+        },
+        [&](std::size_t n) {
+          return isFreeAfter_[elements.after[n]] ? keyOf(after_[elements.after[n]]) : 0;
+        });
+  }
+  for (const AlignedPair& pair : alignment.Pairs()) {
+    if (isFree_[before[pair.before]]) Pair(before[pair.before], after[pair.after]);
+  }
+}
+
+Keys ContentsOf(const Siblings& siblings) {
   Keys keys;
   keys.reserve(siblings.size());
   for (const Sibling& sibling : siblings) keys.push_back(KeyOfContent(sibling));
@@ -230,7 +241,7 @@ Keys KeysOf(const Siblings& siblings) {
 // Where a pass has a choice it depends on the order of the sides. So the order is taken from the keys: the
 // result for (b, a) is that for (a, b) mirrored.
 std::vector<std::size_t> FindPartners(const Siblings& before, const Siblings& after) {
-  if (KeysOf(before) <= KeysOf(after)) return Pairing(before, after).Run();
+  if (ContentsOf(before) <= ContentsOf(after)) return Pairing(before, after).Run();
   const std::vector<std::size_t> mirrored = Pairing(after, before).Run();
   std::vector<std::size_t> partners(before.size(), kNone);
   for (std::size_t n = 0; n < mirrored.size(); ++n) {
@@ -239,18 +250,13 @@ std::vector<std::size_t> FindPartners(const Siblings& before, const Siblings& af
   return partners;
 }
 
-// For each of `before` whether its pair is in the longest row of pairs that increase on both sides.
-std::vector<bool> FindUnmoved(const std::vector<std::size_t>& partners, std::size_t countAfter) {
-  Keys after(countAfter, 0);
+// The pairs in the longest row that increases on both sides.
+std::vector<AlignedPair> FindUnmoved(const std::vector<std::size_t>& partners) {
+  std::vector<AlignedPair> pairs;
   for (std::size_t n = 0; n < partners.size(); ++n) {
-    if (partners[n] != kNone) after[partners[n]] = n + 1;
+    if (partners[n] != kNone) pairs.push_back({n, partners[n]});
   }
-  Alignment alignment(partners.size(), countAfter);
-  alignment.Refine([&](std::size_t n) { return KeyOfPair(partners[n], n); },
-                   [&](std::size_t n) { return after[n]; });
-  std::vector<bool> isUnmoved(partners.size());
-  for (const AlignedPair& pair : alignment.Pairs()) isUnmoved[pair.before] = true;
-  return isUnmoved;
+  return LongestIncreasing(pairs);
 }
 
 }  // namespace
@@ -265,26 +271,28 @@ void FindRepeated(Siblings* before, Siblings* after) {
 
 std::vector<SiblingStep> AlignSiblings(const Siblings& before, const Siblings& after) {
   const std::vector<std::size_t> partners = FindPartners(before, after);
-  const std::vector<bool> isUnmoved = FindUnmoved(partners, after.size());
-  std::vector<std::size_t> partnersOfAfter(after.size(), kNone);
-  for (std::size_t n = 0; n < partners.size(); ++n) {
-    if (partners[n] != kNone) partnersOfAfter[partners[n]] = n;
-  }
   std::vector<SiblingStep> steps;
+  steps.reserve(after.size());
+  for (std::size_t n = 0; n < after.size(); ++n) steps.push_back({kNone, n, false});
+  for (std::size_t n = 0; n < before.size(); ++n) {
+    if (partners[n] != kNone) steps[partners[n]] = {n, partners[n], true};
+  }
+  for (const AlignedPair& pair : FindUnmoved(partners)) steps[pair.after].isMoved = false;
+  if (std::find(partners.begin(), partners.end(), kNone) == partners.end()) return steps;
+
+  std::vector<SiblingStep> all;
   std::size_t next = 0;
   const auto removeUpTo = [&](std::size_t end) {
     for (; next < end; ++next) {
-      if (partners[next] == kNone) steps.push_back({next, kNone, false});
+      if (partners[next] == kNone) all.push_back({next, kNone, false});
     }
   };
-  for (std::size_t n = 0; n < after.size(); ++n) {
-    const std::size_t partner = partnersOfAfter[n];
-    const bool isMoved = partner != kNone && !isUnmoved[partner];
-    if (partner != kNone && !isMoved) removeUpTo(partner);
-    steps.push_back({partner, n, isMoved});
+  for (const SiblingStep& step : steps) {
+    if (step.before != kNone && !step.isMoved) removeUpTo(step.before);
+    all.push_back(step);
   }
   removeUpTo(before.size());
-  return steps;
+  return all;
 }
 
 }  // namespace zon

@@ -4,9 +4,9 @@
 // Namesakes are paired by passes, from the surest criterion to the weakest; each looks only at what the
 // passes before have left: the identity that the host names (a key keyword), equal content, content without
 // the order in it, and, between the namesakes that are paired so far, content without reals and then the
-// instance number. By the first three a node can be found that was moved among its namesakes.
-// A pass aligns both sides (Alignment), so it takes n log n steps. The result for (b, a) is that for (a, b)
-// mirrored. Keys of different contents can be the same: then pairs are less apt, never wrong.
+// instance number. By the first three a node is found that was moved among its namesakes.
+// A pass sorts by keys and aligns (Alignment), so it takes n log n steps. The result for (b, a) is that for
+// (a, b) mirrored. Keys of different contents can be the same: then pairs are less apt, never wrong.
 // Tested by tests/zonxdiff_test.cpp and fuzz/diff_fuzz.cpp.
 #ifndef ZON_COMPARING_ZONSIBLINGPAIRS_H
 #define ZON_COMPARING_ZONSIBLINGPAIRS_H
@@ -32,14 +32,14 @@ struct Sibling {
   const CzonNamedNode* node = nullptr;
   std::size_t number = 0;   // for the caller
   AlignmentKey head = 0;    // of name and class
-  bool isRepeated = false;  // one of the sides has several of that name: the keys are needed
+  bool isRepeated = false;  // a side has several of that name: the keys are needed
   SiblingKeys keys = {};
 };
 using Siblings = std::vector<Sibling>;
 
 constexpr std::size_t kNone = SIZE_MAX;
 
-// One element of the common order of two lists: a pair, or a sibling that has no partner.
+// One element of the common order of two lists: a pair, or a sibling without a partner.
 struct SiblingStep {
   std::size_t before;  // kNone for one that is added
   std::size_t after;   // kNone for one that is removed

@@ -33,19 +33,44 @@ bool HasRepeatedSections(const CzonNamedNode& owner) {
          NodeAccess::HasRepeatedSections(static_cast<const CzonTargetList&>(owner));
 }
 
-// A Copy resets the number of its target.
-std::int32_t InstanceOf(const CzonNamedNode& node) {
-  if (NodeAccess::GetNumber(node) == 0 && node.GetOwner() != nullptr) {
-    NodeAccess::RestoreNumbers(const_cast<CzonNamedNode&>(node));
-  }
-  return std::max(NodeAccess::GetNumber(node), 1);
+// Whether a section may have several lines of one name. Only keywords are counted by name.
+bool MayRepeatLines(const CzonNamedNode& section) {
+  if (!NodeAccess::IsSection(section) || !NodeAccess::IsOfLibrary(section)) return true;
+  if (NodeAccess::HasRepeatedKeywords(static_cast<const CzonSection&>(section))) return true;
+  const NodeSpan children = NodeAccess::Children(section);
+  return std::any_of(children.begin(), children.end(),
+                     [](const CzonNode* child) { return child->IsDefaultDef() != 0; });
 }
+
+// Walks along the lines of a section.
+class LineCursor {
+ public:
+  explicit LineCursor(const CzonNamedNode& section) : children_(NodeAccess::Children(section)) {
+    SkipOthers();
+  }
+  bool IsAtEnd() const { return at_ == children_.Size(); }
+  const CzonNamedNode& operator*() const {
+    return static_cast<const CzonNamedNode&>(*children_[at_]);
+  }
+  void Advance() {
+    ++at_;
+    SkipOthers();
+  }
+
+ private:
+  void SkipOthers() {
+    while (at_ < children_.Size() && !NodeAccess::IsKeyword(*children_[at_])) ++at_;
+  }
+
+  NodeSpan children_;
+  std::uint32_t at_ = 0;
+};
 
 void AppendStep(std::string* path, const CzonNamedNode& node) {
   if (!path->empty()) *path += '/';
   const std::string_view name = NodeAccess::GetNameView(node);
   *path += name.empty() ? "()" : name;
-  const std::int32_t instance = InstanceOf(node);
+  const unsigned int instance = InstanceOf(node);
   if (instance > 1) path->append(1, ':').append(std::to_string(instance));
 }
 
@@ -55,7 +80,7 @@ bool NeedsSlash(const CzonNamedNode& section) {
   if (owner == nullptr || !NodeAccess::IsSection(*owner)) return false;
   PathStep step;
   step.name = NodeAccess::GetNameView(section);
-  step.instance = static_cast<unsigned int>(InstanceOf(section));
+  step.instance = InstanceOf(section);
   return FindKeyword(*owner, step) != nullptr;
 }
 
@@ -122,7 +147,8 @@ class DifferenceWalk {
 
   void Enter(std::size_t before, std::size_t after);
   void TakeStep(SiblingStep step);
-  bool HaveSameLines(const CzonNamedNode& before, const CzonNamedNode& after) const;
+  bool IsSameLine(const CzonNamedNode& before, const CzonNamedNode& after) const;
+  bool ComparePlainLines(const CzonNamedNode& before, const CzonNamedNode& after);
   void CompareLines(const CzonNamedNode& before, const CzonNamedNode& after);
   void CompareLine(const CzonNamedNode& before, const CzonNamedNode& after, bool isMoved);
   void CompareValues(const CzonNamedNode& before, const CzonNamedNode& after);
@@ -150,7 +176,7 @@ class DifferenceWalk {
 void DifferenceWalk::Enter(std::size_t before, std::size_t after) {
   const CzonNamedNode& section = outlines_[kBefore].Section(before);
   const CzonNamedNode& other = outlines_[kAfter].Section(after);
-  if (!HaveSameLines(section, other)) CompareLines(section, other);
+  if (!ComparePlainLines(section, other)) CompareLines(section, other);
   std::vector<SiblingStep> steps;
   if (!FindPlainSteps(before, after, &steps)) steps = FindSteps(before, after);
   if (steps.empty()) return;
@@ -238,32 +264,35 @@ AlignmentKey DifferenceWalk::IdentityOf(const CzonNamedNode& section, Side side)
 
 // ---- Lines ----------------------------------------------------------------------------------------
 
-// In the same order.
-bool DifferenceWalk::HaveSameLines(const CzonNamedNode& before, const CzonNamedNode& after) const {
-  const NodeSpan children = NodeAccess::Children(before);
-  const NodeSpan others = NodeAccess::Children(after);
-  const auto skip = [](const NodeSpan& span, std::uint32_t at) {
-    while (at < span.Size() && !NodeAccess::IsKeyword(*span[at])) ++at;
-    return at;
-  };
-  std::uint32_t b = skip(children, 0);
-  std::uint32_t a = skip(others, 0);
-  for (; b < children.Size() && a < others.Size();
-       b = skip(children, b + 1), a = skip(others, a + 1)) {
-    const auto& line = static_cast<const CzonNamedNode&>(*children[b]);
-    const auto& other = static_cast<const CzonNamedNode&>(*others[a]);
-    if (!HaveSameName(line, other) || KindOf(line) != KindOf(other)) return false;
-    if (line.GetFlags() != other.GetFlags() || !values_.HaveSameValues(line, other)) return false;
+bool DifferenceWalk::IsSameLine(const CzonNamedNode& before, const CzonNamedNode& after) const {
+  return before.GetFlags() == after.GetFlags() && values_.HaveSameValues(before, after);
+}
+
+// Compares the lines of two sections if they have the same names in the same order, and each name once or
+// everything else the same too. Returns whether they were compared.
+bool DifferenceWalk::ComparePlainLines(const CzonNamedNode& before, const CzonNamedNode& after) {
+  LineCursor line(before);
+  LineCursor other(after);
+  bool isSame = true;
+  for (; !line.IsAtEnd() && !other.IsAtEnd(); line.Advance(), other.Advance()) {
+    if (!HaveSameName(*line, *other) || KindOf(*line) != KindOf(*other)) return false;
+    isSame = isSame && IsSameLine(*line, *other);
   }
-  return b == children.Size() && a == others.Size();
+  if (!line.IsAtEnd() || !other.IsAtEnd()) return false;
+  if (isSame) return true;
+  if (MayRepeatLines(before) || MayRepeatLines(after)) return false;
+  line = LineCursor(before);
+  for (other = LineCursor(after); !line.IsAtEnd(); line.Advance(), other.Advance()) {
+    CompareLine(*line, *other, false);
+  }
+  return true;
 }
 
 Siblings DifferenceWalk::MakeLines(const CzonNamedNode& section) const {
   Siblings siblings;
-  for (const CzonNode* child : NodeAccess::Children(section)) {
-    if (!NodeAccess::IsKeyword(*child)) continue;
-    const auto* line = static_cast<const CzonNamedNode*>(child);
-    siblings.push_back({line, siblings.size(), KeyOfHead(*line)});
+  siblings.reserve(NodeAccess::Children(section).Size());
+  for (LineCursor line(section); !line.IsAtEnd(); line.Advance()) {
+    siblings.push_back({&*line, siblings.size(), KeyOfHead(*line)});
   }
   return siblings;
 }
@@ -297,16 +326,16 @@ void DifferenceWalk::CompareLine(const CzonNamedNode& before, const CzonNamedNod
   const auto addPath = [&](LongerPath& path) { path.AddLine(after); };
   if (isMoved) Report(ZONX_MOVED, &before, &after, addPath);
   CompareFlags(before, after, addPath);
-  if (!values_.HaveSameValues(before, after)) CompareValues(before, after);
+  if (!values_.HaveSameText(before, after)) CompareValues(before, after);
 }
 
 void DifferenceWalk::CompareValues(const CzonNamedNode& before, const CzonNamedNode& after) {
-  const std::vector<const CzonNode*> values = SavedValues(before);
-  const std::vector<const CzonNode*> others = SavedValues(after);
-  for (std::size_t n = 0; n < std::max(values.size(), others.size()); ++n) {
-    const bool isPair = n < values.size() && n < others.size();
-    const CzonNode* value = n < values.size() ? values[n] : nullptr;
-    const CzonNode* other = n < others.size() ? others[n] : nullptr;
+  const ValueSpan values(before);
+  const ValueSpan others(after);
+  for (std::uint32_t n = 0; n < std::max(values.Size(), others.Size()); ++n) {
+    const bool isPair = n < values.Size() && n < others.Size();
+    const CzonNode* value = n < values.Size() ? values[n] : nullptr;
+    const CzonNode* other = n < others.Size() ? others[n] : nullptr;
     if (isPair && values_.AreSame(value, other)) continue;
     const zonxChange change = value == nullptr   ? ZONX_ADDED
                               : other == nullptr ? ZONX_REMOVED

@@ -53,6 +53,10 @@ void AddKey(AlignmentKey key, int kind, ValueKeys* keys) {
 
 }  // namespace
 
+bool IsEmptyPlace(const CzonNode& value) {
+  return IsEmptyKind(KindAt(&value));
+}
+
 // ---- Comparing ------------------------------------------------------------------------------------
 
 bool ValueComparison::AreSame(const CzonNode* before, const CzonNode* after) const {
@@ -99,25 +103,29 @@ bool ValueComparison::AreSameNames(const CzonNode& before, const CzonNode& after
   return (a == b && !rules_.resolvesNames) || NameOf(a, kBefore) == NameOf(b, kAfter);
 }
 
+bool ValueComparison::HaveSameText(const CzonNamedNode& before, const CzonNamedNode& after) const {
+  const std::string_view text = NodeAccess::DeferredText(before);
+  return !text.empty() && text == NodeAccess::DeferredText(after) &&
+         (!rules_.resolvesNames || text.find('|') == std::string_view::npos);
+}
+
 bool ValueComparison::HaveSameValues(const CzonNamedNode& before,
                                      const CzonNamedNode& after) const {
-  const std::string_view text = NodeAccess::DeferredText(before);
-  if (!text.empty() && text == NodeAccess::DeferredText(after)) {
-    if (!rules_.resolvesNames || text.find('|') == std::string_view::npos) return true;
+  if (HaveSameText(before, after)) return true;
+  const ValueSpan values(before);
+  const ValueSpan others(after);
+  if (values.Size() != others.Size()) return false;
+  for (std::uint32_t n = 0; n < values.Size(); ++n) {
+    if (!AreSame(values[n], others[n])) return false;
   }
-  const std::vector<const CzonNode*> values = SavedValues(before);
-  const std::vector<const CzonNode*> others = SavedValues(after);
-  return std::equal(
-      values.begin(), values.end(), others.begin(), others.end(),
-      [this](const CzonNode* value, const CzonNode* other) { return AreSame(value, other); });
+  return true;
 }
 
 bool ValueComparison::HasValue(const CzonNamedNode& keyword) {
   if (!NodeAccess::DeferredText(keyword).empty()) return true;
-  const std::vector<const CzonNode*> values = SavedValues(keyword);
-  return std::any_of(values.begin(), values.end(), [](const CzonNode* value) {
-    return value != nullptr && !IsEmptyKind(KindAt(value));
-  });
+  const NodeSpan values = NodeAccess::Children(keyword);
+  return std::any_of(values.begin(), values.end(),
+                     [](const CzonNode* value) { return !IsEmptyPlace(*value); });
 }
 
 // ---- Keys -----------------------------------------------------------------------------------------
@@ -150,14 +158,11 @@ ValueKeys ValueComparison::KeysOf(const CzonNamedNode& keyword, Side side) {
     for (const PlainValue& value : plain_) AddPlain(value, side, &keys);
     return keys;
   }
-  for (const CzonNode* value : SavedValues(keyword)) {
-    if (value != nullptr) {
-      AddNode(*value, side, &keys);
-    } else {
-      const bool isDefinition = keyword.IsDefaultDef() != 0;
-      const int kind = isDefinition ? ZONX_PLACEHOLDER : ZONX_EMPTY;
-      AddKey(static_cast<AlignmentKey>(kind), kind, &keys);
-    }
+  const NodeSpan values = NodeAccess::Children(keyword);
+  for (const CzonNode* value : values) AddNode(*value, side, &keys);
+  if (values.Size() == 0) {
+    const int kind = keyword.IsDefaultDef() != 0 ? ZONX_PLACEHOLDER : ZONX_EMPTY;
+    AddKey(static_cast<AlignmentKey>(kind), kind, &keys);
   }
   return keys;
 }

@@ -8,13 +8,12 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "reader/zonvaluelist.h"
 #include "saving/zonalignment.h"
-
-class CzonNamedNode;
-class CzonNode;
+#include "tree/zonnodeaccess.h"
 
 namespace zon {
 
@@ -33,6 +32,22 @@ struct ValueKeys {
   AlignmentKey similarity;  // of all but the numbers of reals
 };
 
+// The values of a keyword. One without values has an empty place, which is null here.
+class ValueSpan {
+ public:
+  explicit ValueSpan(const CzonNamedNode& keyword) : values_(NodeAccess::Children(keyword)) {}
+  std::uint32_t Size() const { return values_.Size() > 0 ? values_.Size() : 1; }
+  const CzonNode* operator[](std::uint32_t n) const {
+    return values_.Size() > 0 ? values_[n] : nullptr;
+  }
+
+ private:
+  NodeSpan values_;
+};
+
+// Whether a value is an empty place, with or without a remark.
+bool IsEmptyPlace(const CzonNode& value);
+
 class ValueComparison {
  public:
   explicit ValueComparison(ComparisonRules rules) : rules_(std::move(rules)) {}
@@ -40,6 +55,9 @@ class ValueComparison {
   // Null is an empty place.
   bool AreSame(const CzonNode* before, const CzonNode* after) const;
   bool HaveSameValues(const CzonNamedNode& before, const CzonNamedNode& after) const;
+
+  // Whether the values are the same because both are still the same text.
+  bool HaveSameText(const CzonNamedNode& before, const CzonNamedNode& after) const;
 
   // Keys of the values of a keyword or definition, without its name. Makes no nodes.
   ValueKeys KeysOf(const CzonNamedNode& keyword, Side side);

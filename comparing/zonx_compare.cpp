@@ -5,6 +5,7 @@
 #include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
+#include "comparing/zonmerging.h"
 #include "comparing/zontreedifference.h"
 #include "paths/zonfilepath.h"
 #include "saving/zonsettings.h"
@@ -87,6 +88,22 @@ int zonxDiffByKey(void* before, void* after, const char* key, const zonxCompare*
           {visitor, context});
     }
     if (count != nullptr) *count = found;
+    return ZONX_OK;
+  });
+}
+
+int zonxMerge(void* target, void* overlay) {
+  return zon::WithStatus([&]() -> int {
+    auto* data = zon::CastHandle<CzonData>(target);
+    const auto* from = zon::CastHandle<CzonData>(overlay);
+    if (data == nullptr || from == nullptr) return ZONX_BAD_ARGUMENT;
+    if (!zon::HandleAccess::IsSound(*data) || !zon::HandleAccess::IsSound(*from)) {
+      return ZONX_FAULTY;
+    }
+    if (data == from) return ZONX_OK;
+    const zon::NodeCopier copier(zon::FileNameOf(*from->GetRoot(), from),
+                                 zon::FileNameOf(*data->GetRoot(), data));
+    zon::MergeTree(*data, *from->GetRoot(), copier);
     return ZONX_OK;
   });
 }

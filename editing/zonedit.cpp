@@ -89,10 +89,23 @@ void RenameNode(CzonNamedNode& node, std::string_view name) {
   NodeAccess::Rename(node, name);
 }
 
-void ReplaceParam(CzonNode& old, CzonParam* by) {
-  LeaveNode(old);
+namespace {
+
+void PutInPlace(CzonNode& old, CzonParam* by) {
   NodeAccess::Replace(&old, by);
   NodeAccess::Free(&old);
+}
+
+}  // namespace
+
+void ReplaceParam(CzonNode& old, CzonParam* by) {
+  LeaveNode(old);
+  PutInPlace(old, by);
+}
+
+void ReplaceParam(CzonNode& old, CzonParam* by, CzonData& handle) {
+  handle.UpdateCurrentNode(&old);
+  PutInPlace(old, by);
 }
 
 }  // namespace zon

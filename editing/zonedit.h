@@ -14,6 +14,8 @@
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"
 
+class CzonData;
+
 namespace zon {
 
 // Why an edit is refused: one of the codes kErrTargetList, kErrSection, kErrNamedNode (of
@@ -40,8 +42,9 @@ void DeleteNode(CzonNode& node);
 // Renames a section or keyword.
 void RenameNode(CzonNamedNode& node, std::string_view name);
 
-// Replaces a value and deletes the old one.
+// Replaces a value and deletes the old one. The handle is that of its tree; without it, it is searched.
 void ReplaceParam(CzonNode& old, CzonParam* by);
+void ReplaceParam(CzonNode& old, CzonParam* by, CzonData& handle);
 
 }  // namespace zon
 

@@ -24,9 +24,26 @@ struct AlignedPair {
   std::size_t after;
 };
 
+// An element of a list, by its key.
+struct KeyedElement {
+  AlignmentKey key;
+  std::size_t number;
+};
+
+// The elements from `begin` to `end` that have a key, by key and then by number.
+std::vector<KeyedElement> SortByKey(const std::vector<AlignmentKey>& keys, std::size_t begin,
+                                    std::size_t end);
+
+// The longest row of pairs that increase on both sides. The candidates increase in `before`.
+std::vector<AlignedPair> LongestIncreasing(const std::vector<AlignedPair>& candidates);
+
 class Alignment {
  public:
   Alignment(std::size_t before, std::size_t after) : before_(before), after_(after) {}
+
+  // Begins with the longest row of pairs that are known.
+  Alignment(std::size_t before, std::size_t after, const std::vector<AlignedPair>& known)
+      : before_(before), after_(after), pairs_(LongestIncreasing(known)) {}
 
   // Pairs elements in the gaps. `beforeKey` and `afterKey` return the key of an element by its number.
   template <class BeforeKey, class AfterKey>

@@ -5,6 +5,7 @@
 
 #include "tool/nodes.h"
 #include "tool/paths.h"
+#include "tool/values.h"
 #include "tool/valuetext.h"
 
 namespace tool {

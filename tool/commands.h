@@ -39,6 +39,8 @@ struct ListOptions {
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
+// Prints the file that DumpJson prints this of.
+Status FromJson(const std::string& file);
 Status DumpJson(const std::string& file, bool withPlaces);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the next
@@ -58,10 +60,25 @@ struct FormatOptions {
 // The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
 
+struct FilesOptions {
+  std::vector<std::string> files;
+  std::string folder;    // receives copies; empty: the file names are printed
+  bool missing = false;  // prints only what does not exist
+  bool json = false;
+};
+// Prints the file names in each file. A file with an error does not stop the next ones.
+Status Files(const FilesOptions& options);
+
+// Copies the files and what they refer to. Prints what is not copied.
+Status CopyWithReferences(const std::vector<std::string>& files, const std::string& folder);
+
 // Of the commands that change files in place.
 struct EditOptions {
   bool dryRun = false;  // prints what would change
   bool backup = false;  // keeps the old file
+  // Where the text goes: to the file itself, to standard output, or to the file `output`.
+  enum class Target { kFile, kStandardOutput, kOtherFile } target = Target::kFile;
+  std::string output;
 };
 
 struct SetOptions {
@@ -91,6 +108,34 @@ Status Add(const AddOptions& options);
 // Renames a section or keyword.
 Status Rename(const std::string& file, const std::string& path, const std::string& name,
               const EditOptions& options);
+
+struct DiffOptions {
+  std::string before;
+  std::string after;
+  std::string key;  // the keyword whose value says which sections of one name belong together
+  double relative = 0;
+  double absolute = 0;
+  bool json = false;
+  bool changes = false;  // in the form of a file of changes
+};
+// Prints the differences of two files. They are findings.
+Status Diff(const DiffOptions& options);
+
+struct MergeOptions {
+  std::string base;
+  std::vector<std::string> overlays;
+  EditOptions edit;
+};
+// Gives every keyword of the overlays, in their order, to the base.
+Status Merge(const MergeOptions& options);
+// Prints a template that all samples conform to, or reports that there is none.
+Status Template(const std::vector<std::string>& samples);
+
+// Prints a file to start from, with a comment for each section and keyword of the template.
+Status New(const std::string& templateFile);
+
+// Prints a Markdown table for each section of the template.
+Status Doc(const std::string& templateFile);
 
 Status Tokens(const std::string& file);
 Status Results(const std::string& file);

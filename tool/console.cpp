@@ -12,7 +12,7 @@ namespace tool {
 namespace {
 
 constexpr char kBold[] = "\033[1m", kRed[] = "\033[1;31m", kGreen[] = "\033[1;32m",
-               kMagenta[] = "\033[1;35m";
+               kMagenta[] = "\033[1;35m", kYellow[] = "\033[1;33m", kCyan[] = "\033[1;36m";
 
 bool coloured[STDERR_FILENO + 1];  // by stream
 
@@ -73,6 +73,16 @@ void PrintMessage(std::string_view text) {
 std::string Heading(std::string_view where, std::string_view severity, int stream) {
   const char* color = severity.substr(0, 5) == "error" ? kRed : kMagenta;
   return Coloured(kBold, where, stream) + Coloured(color, severity, stream);
+}
+
+std::string ColoredChange(const std::string& line, int stream) {
+  const bool isHead = line.size() < 2 || line[1] != ' ';
+  const char* color = isHead           ? kBold
+                      : line[0] == '-' ? kRed
+                      : line[0] == '+' ? kGreen
+                      : line[0] == '~' ? kYellow
+                                       : kCyan;
+  return Coloured(color, line, stream);
 }
 
 void PrintDiagnostic(const Place& place, std::string_view text, std::string_view line) {

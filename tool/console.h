@@ -33,6 +33,9 @@ void PrintMessage(std::string_view text);
 // The start of a diagnostic, in colour if the stream has it: the place and "error: " or another severity.
 std::string Heading(std::string_view where, std::string_view severity, int stream);
 
+// A line of a difference, in the colour of its sign "-", "+", "~" or ">" if the stream has colours.
+std::string ColoredChange(const std::string& line, int stream);
+
 // A place in a file. Lines and columns count from 1, columns in bytes.
 struct Place {
   std::string file;

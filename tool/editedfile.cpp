@@ -2,37 +2,23 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <string_view>
 
 #include <zon.h>
 
 #include "tool/report.h"
 #include "tool/unifieddiff.h"
+#include "tool/values.h"
 
 namespace tool {
 
-int CheckMemory(int status) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
-}
-
-EditedFile::~EditedFile() {
-  if (file_ != nullptr) zonClose(&file_);
-}
-
-// Files with warnings can be edited. Why a file cannot be read is printed without a place.
-void EditedFile::Print(const zonxReport* report, void* context) {
-  const std::string_view rule = report->rule;
-  if (report->severity == ZONX_WARNING || rule == "cannot-open" || rule == "cannot-read") return;
-  PrintError(WithName(*report, static_cast<const EditedFile*>(context)->input_.Name()));
-}
-
 void EditedFile::PrintWarning(const zonxReport* report, void* context) {
   if (*report->hint == '\0') return;
-  zonxReport warning = WithName(*report, static_cast<const EditedFile*>(context)->input_.Name());
+  zonxReport warning =
+      WithName(*report, static_cast<const LoadedFile*>(context)->GetInput().Name());
   const std::string message = std::string(report->message) + " yet; it is added";
   warning.severity = ZONX_WARNING;
   warning.message = message.c_str();
@@ -40,60 +26,70 @@ void EditedFile::PrintWarning(const zonxReport* report, void* context) {
 }
 
 bool EditedFile::Load() {
-  if (input_.Path().empty()) return false;
-  std::cout.flush();  // reports follow the texts before them, if both go to one place
-  if (input_.IsInMemory() && !isStandardInput_) {
-    PrintMessage(input_.Name() + ": is not a file that can be replaced");
+  loaded_.emplace(argument_);
+  if (!loaded_->IsSound()) return false;
+  const bool isReplaced = options_.target == EditOptions::Target::kFile && argument_ != "-";
+  if (loaded_->GetInput().IsInMemory() && isReplaced) {
+    PrintMessage(loaded_->GetInput().Name() + ": is not a file that can be replaced");
     return false;
   }
-  int status = ZONX_OK;
-  int error = 0;
-  {
-    const Progress progress(input_.Name());
-    status = CheckMemory(zonxLoadFile(input_.Path().c_str(), &file_, Print, this));
-    error = errno;
-  }
-  if (status != ZONX_OK && status != ZONX_FAULTY)
-    PrintMessage(input_.Name() + ": " + std::strerror(error));
-  if (status != ZONX_OK) return false;
   bool isMade = true;
   if (options_.dryRun) before_ = Text(&isMade);
   return isMade;
 }
 
 Status EditedFile::ReportPath(const std::string& path, int status) {
-  CheckMemory(zonxReportPath(file_, path.c_str(), CheckMemory(status), Print, this));
+  CheckMemory(
+      zonxReportPath(File(), path.c_str(), CheckMemory(status), LoadedFile::Print, &*loaded_));
   return status == ZONX_MISSING || status == ZONX_WRONG_KIND ? kFindings : kTrouble;
 }
 
 void EditedFile::WarnOfNewName(const std::string& path) {
-  CheckMemory(zonxReportPath(file_, path.c_str(), ZONX_MISSING, PrintWarning, this));
+  CheckMemory(zonxReportPath(File(), path.c_str(), ZONX_MISSING, PrintWarning, &*loaded_));
 }
 
 Status EditedFile::Refuse(void* node, const std::string& message, const std::string& hint) {
-  CheckMemory(zonxReportNode(node, ZONX_ERROR, "edit", message.c_str(), hint.c_str(), Print, this));
+  CheckMemory(zonxReportNode(node, ZONX_ERROR, "edit", message.c_str(), hint.c_str(),
+                             LoadedFile::Print, &*loaded_));
   return kTrouble;
+}
+
+bool EditedFile::IsLoadedFile(const std::string& name) const {
+  std::error_code error;
+  return std::filesystem::equivalent(name, loaded_->GetInput().Path(), error);
 }
 
 std::string EditedFile::Text(bool* isMade) {
   char* text = nullptr;
   std::size_t size = 0;
-  const int status = CheckMemory(zonxText(file_, ZONX_NAMES_AS_WRITTEN, &text, &size, Print, this));
+  const int status = CheckMemory(
+      zonxText(File(), ZONX_NAMES_AS_WRITTEN, &text, &size, LoadedFile::Print, &*loaded_));
   *isMade = status == ZONX_OK;
   const std::unique_ptr<char, void (*)(void*)> owner(text, zonxFree);
   return *isMade ? std::string(text, size) : std::string();
 }
 
+Status EditedFile::Save() {
+  const bool isOther =
+      options_.target == EditOptions::Target::kOtherFile && !IsLoadedFile(options_.output);
+  unsigned int flags = 0;
+  if (options_.backup) flags |= ZONX_BACKUP;
+  if (isOther) flags |= ZONX_OVERWRITE;
+  const char* const name = isOther ? options_.output.c_str() : nullptr;
+  return CheckMemory(zonxSave(File(), name, flags, LoadedFile::Print, &*loaded_)) == ZONX_OK
+             ? kFine
+             : kTrouble;
+}
+
 Status EditedFile::Deliver() {
-  if (!options_.dryRun && !isStandardInput_) {
-    const unsigned int flags = options_.backup ? ZONX_BACKUP : 0;
-    return CheckMemory(zonxSave(file_, nullptr, flags, Print, this)) == ZONX_OK ? kFine : kTrouble;
-  }
+  const bool isPrinted = options_.target == EditOptions::Target::kStandardOutput ||
+                         (argument_ == "-" && options_.target == EditOptions::Target::kFile);
+  if (!options_.dryRun && !isPrinted) return Save();
   bool isMade = false;
   const std::string text = Text(&isMade);
   if (!isMade) return kTrouble;
   if (options_.dryRun) {
-    PrintUnifiedDiff(std::cout, input_.Name(), before_, text);
+    PrintUnifiedDiff(std::cout, loaded_->GetInput().Name(), before_, text);
   } else {
     std::cout << text;
   }

@@ -3,29 +3,24 @@
 #define ZON_TOOL_EDITEDFILE_H
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <zonx.h>
 
 #include "tool/commands.h"
-#include "tool/source.h"
+#include "tool/loadedfile.h"
 
 namespace tool {
-
-// Returns the status, except for ZONX_NO_MEMORY, for which it throws std::bad_alloc.
-int CheckMemory(int status);
 
 class EditedFile {
  public:
   EditedFile(const std::string& argument, const EditOptions& options)
-      : options_(options), isStandardInput_(argument == "-"), input_(argument) {}
-  EditedFile(const EditedFile&) = delete;
-  EditedFile& operator=(const EditedFile&) = delete;
-  ~EditedFile();
+      : options_(options), argument_(argument) {}
 
   // Loads the file, with reports. False if it cannot be edited.
   bool Load();
-  void* File() const { return file_; }
+  void* File() const { return loaded_->File(); }
 
   // Prints why a path leads to nothing, and returns the exit status. `status` is what the library
   // returned for it.
@@ -39,15 +34,15 @@ class EditedFile {
   Status Deliver();
 
  private:
-  static void Print(const zonxReport* report, void* context);
   static void PrintWarning(const zonxReport* report, void* context);
   std::string Text(bool* isMade);
+  bool IsLoadedFile(const std::string& name) const;
+  Status Save();
 
   const EditOptions& options_;
-  const bool isStandardInput_;
-  const Input input_;
-  void* file_ = nullptr;
-  std::string before_;  // with --dry-run
+  const std::string argument_;
+  std::optional<LoadedFile> loaded_;  // set by Load
+  std::string before_;                // with --dry-run
 };
 
 // Loads a file, changes it and saves it, if the change returns kFine.

@@ -1,15 +1,10 @@
 // The command fmt. Every text that it makes is loaded and compared with the tree of the file before it is
 // printed or written.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <new>
 
 #include <zon.h>
 #include <zonx.h>
@@ -20,6 +15,7 @@
 #include "tool/sametree.h"
 #include "tool/source.h"
 #include "tool/unifieddiff.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {
@@ -40,7 +36,7 @@ class LoadedText {
   LoadedText(const std::string& text, const std::string& name, bool* hasReports)
       : status_(zonxLoadText(text.data(), text.size(), name.c_str(), &file_,
                              hasReports != nullptr ? PrintReport : nullptr, hasReports)) {
-    if (status_ == ZONX_NO_MEMORY) throw std::bad_alloc();
+    CheckMemory(status_);
   }
   LoadedText(const LoadedText&) = delete;
   LoadedText& operator=(const LoadedText&) = delete;
@@ -59,30 +55,13 @@ class LoadedText {
   int status_;
 };
 
-// Returns 0, or the errno of the call that failed.
-int ReadFile(const std::string& path, std::string* text) {
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
-  if (file < 0) return errno;
-  char piece[1 << 16];
-  ssize_t size = 0;
-  while ((size = read(file, piece, sizeof piece)) != 0) {
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) break;
-    text->append(piece, static_cast<std::size_t>(size));
-  }
-  const int error = size < 0 ? errno : 0;
-  close(file);
-  return error;
-}
-
 // False, with reports, if the library cannot write the tree.
 bool MakePlainText(const LoadedText& loaded, std::string* text, bool* hasReports) {
   char* made = nullptr;
   std::size_t size = 0;
   const int status = zonxText(loaded.File(), ZONX_PLAIN | ZONX_NAMES_AS_WRITTEN, &made, &size,
                               PrintReport, hasReports);
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (status != ZONX_OK) return false;
+  if (CheckMemory(status) != ZONX_OK) return false;
   const std::unique_ptr<char, void (*)(void*)> owner(made, zonxFree);
   text->assign(made, size);
   return true;
@@ -152,8 +131,7 @@ class Formatter {
     const LoadedText made(formatted_, input_.Path(), nullptr);
     const int status = zonxSave(made.File(), input_.Path().c_str(),
                                 ZONX_OVERWRITE | ZONX_NAMES_AS_WRITTEN, PrintReport, hasReports_);
-    if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-    return status == ZONX_OK ? kFine : kTrouble;
+    return CheckMemory(status) == ZONX_OK ? kFine : kTrouble;
   }
 
   const FormatOptions& options_;

@@ -60,10 +60,15 @@ void PutList(JsonWriter& json, void* list) {
   json.Close(']');
 }
 
-// Beyond 32 bits the integer view differs from the number in the file, so that is added.
+// Beyond 32 bits the integer view differs from the number in the file, so that is added, and its text: not
+// every integer is a double.
 void PutInteger(JsonWriter& json, void* value) {
   json.Put("value", zonGetInt(value));
-  if (!IsWithinInt(value)) json.Put("real", zonGetDouble(value));
+  if (IsWithinInt(value)) return;
+  json.Put("real", zonGetDouble(value));
+  const char* text = "";
+  CheckMemory(zonxGetText(value, "", &text));
+  json.Put("text", text);
 }
 
 // The text is always added: JSON has no infinity, and the spelling can matter to a program.
@@ -117,8 +122,7 @@ void PutChildren(JsonWriter& json, const char* key, void* node, bool withPlaces)
     json.Put("kind", KindOfOwner(child));
     json.Put("name", zonGetName(child));
     if (withPlaces) PutPlace(json, child);
-    const unsigned int flags = static_cast<const CzonNamedNode&>(NodeOf(child)).GetFlags();
-    if ((flags & CzonNamedNode::kMulti) != 0) json.Put("multi", true);
+    if (HasMultiFlag(child)) json.Put("multi", true);
     PutRemark(json, child);
     PutChildren(json, zonIsSection(child) != 0 ? "children" : "values", child, withPlaces);
     json.Close('}');

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <functional>
@@ -166,6 +167,44 @@ void AddFormat(CLI::App& app) {
   });
 }
 
+void AddFilesCommand(CLI::App& app) {
+  CLI::App* command = Add(app, "files", "List the files that each file refers to, or copy them",
+                          "zon files --missing *.zon");
+  static tool::FilesOptions options;
+  AddFiles(command, options.files);
+  CLI::Option* missing =
+      command->add_flag("--missing", options.missing, "list only those that do not exist");
+  CLI::Option* json = command->add_flag("--json", options.json, "print JSON");
+  command
+      ->add_option("--copy-to", options.folder, "a folder that receives the files and all of those")
+      ->excludes(missing)
+      ->excludes(json);
+  Choose(command, [] {
+    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Files(options);
+  });
+}
+
+void AddTemplate(CLI::App& app) {
+  CLI::App* command = Add(app, "template", "Print a template that all samples conform to",
+                          "zon template harbour*.zon > harbour-template.zon");
+  static std::vector<std::string> samples;
+  command->add_option("SAMPLE", samples, "parameter files, or - for standard input")->required();
+  Choose(command, [] {
+    const auto inputs = std::count(samples.begin(), samples.end(), "-");
+    return inputs > 1 ? RefuseSecondInput() : tool::Template(samples);
+  });
+}
+
+// A subcommand that reads a template only.
+void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const char* example,
+                   Status (*action)(const std::string&)) {
+  CLI::App* command = Add(app, name, purpose, example);
+  static std::string file;
+  command->add_option("-t,--template", file, "a template, or - for standard input")->required();
+  Choose(command, [action] { return action(file); });
+}
+
 // The parser would take some values apart or for options. A mark in front of them prevents that; the word
 // that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
@@ -292,6 +331,53 @@ void AddRename(CLI::App& app) {
   Choose(command, [] { return tool::Rename(file, path, name, edit); });
 }
 
+void AddDiff(CLI::App& app) {
+  CLI::App* command = Add(app, "diff", "Print the differences of two files by path",
+                          "zon diff --key Name harbour.zon harbour-new.zon");
+  static tool::DiffOptions options;
+  AddFile(command, "A", options.before);
+  AddFile(command, "B", options.after);
+  const auto isTolerance = [](const std::string& text) {
+    const double number = std::strtod(text.c_str(), nullptr);
+    return number >= 0 ? std::string() : text + " is no tolerance";
+  };
+  command->add_option("--key", options.key,
+                      "a keyword whose value says which sections of one name belong together");
+  command->add_option("--tolerance", options.relative, "relative tolerance of reals; default: 0")
+      ->check(isTolerance);
+  command->add_option("--absolute", options.absolute, "absolute tolerance of reals; default: 0")
+      ->check(isTolerance);
+  CLI::Option* json = command->add_flag("--json", options.json, "print a JSON document");
+  command->add_flag("--changes", options.changes, "print the lines with which set -f makes B of A")
+      ->excludes(json);
+  Choose(command, [] {
+    const bool isRepeated = options.before == "-" && options.after == "-";
+    return isRepeated ? RefuseSecondInput() : tool::Diff(options);
+  });
+}
+
+Status Merge(tool::MergeOptions& options) {
+  using Target = tool::EditOptions::Target;
+  const auto inputs = std::count(options.overlays.begin(), options.overlays.end(), "-") +
+                      (options.base == "-" ? 1 : 0);
+  if (inputs > 1) return RefuseSecondInput();
+  const bool isPrinted = options.edit.output.empty();
+  options.edit.target = isPrinted ? Target::kStandardOutput : Target::kOtherFile;
+  return tool::Merge(options);
+}
+
+void AddMerge(CLI::App& app) {
+  CLI::App* command = Add(app, "merge", "Give every keyword of the overlays to a base file",
+                          "zon merge base.zon site.zon run.zon -o settings.zon");
+  static tool::MergeOptions options;
+  AddFile(command, "BASE", options.base);
+  command->add_option("OVERLAY", options.overlays, "parameter files; later ones win")->required();
+  command->add_option("-o,--output", options.edit.output,
+                      "the file to write; BASE is changed in place. Default: print the result");
+  AddEditOptions(command, options.edit);
+  Choose(command, [] { return Merge(options); });
+}
+
 Status RefuseUnknown(const std::string& name) {
   tool::PrintMessage("no subcommand " + name + "; see zon --help");
   return tool::kTrouble;
@@ -325,11 +411,21 @@ void AddCommands(CLI::App& app) {
   AddDump(app);
   AddCompare(app);
   AddCopy(app);
+  AddFilesCommand(app);
+  AddTemplate(app);
+  AddOfTemplate(app, "new", "Print a file to start from, with comments",
+                "zon new -t harbour-template.zon > wednesday.zon", tool::New);
+  AddOfTemplate(app, "doc", "Print what a template states as Markdown",
+                "zon doc -t harbour-template.zon > harbour.md", tool::Doc);
   AddFormat(app);
   AddSet(app);
   AddUnset(app);
   AddAdd(app);
   AddRename(app);
+  AddDiff(app);
+  AddMerge(app);
+  AddPlain(app, "from-json", "Print the file that dump --json came from",
+           "zon dump --json harbour.zon | zon from-json -", tool::FromJson);
   AddPlain(app, "tokens", "Print a file token by token", "zon tokens plain.zon", tool::Tokens);
   AddPlain(app, "results", "Print the result folder of a file", "zon results harbour.zon",
            tool::Results);

@@ -5,9 +5,9 @@
 #include <unordered_set>
 
 #include <zon.h>
-#include <zonclasses.h>
 
 #include "tool/paths.h"
+#include "tool/values.h"
 
 namespace tool {
 namespace {
@@ -25,10 +25,6 @@ void* MoveBeside(void* node, void* other, bool isAfter) {
 }
 
 }  // namespace
-
-void* OwnerOf(void* node) {
-  return static_cast<CzonNode*>(static_cast<CzonBase*>(node))->GetOwner();
-}
 
 Status FindNodes(EditedFile& file, const std::string& path, int last, std::vector<void*>* nodes) {
   Status worst = kFine;

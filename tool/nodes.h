@@ -9,8 +9,6 @@
 
 namespace tool {
 
-void* OwnerOf(void* node);
-
 // The nodes of a path, in which ":*" selects all of a name. Prints an error for each that is missing, and for
 // one that is the file or of a kind beyond `last`.
 Status FindNodes(EditedFile& file, const std::string& path, int last, std::vector<void*>* nodes);

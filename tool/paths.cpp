@@ -1,15 +1,15 @@
 #include "tool/paths.h"
 
-#include <new>
-
+#include <zon.h>
 #include <zonx.h>
+
+#include "tool/source.h"
+#include "tool/values.h"
 
 namespace tool {
 
 int Find(void* file, const std::string& path, void** node) {
-  const int status = zonxFind(file, path.c_str(), node);
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status;
+  return CheckMemory(zonxFind(file, path.c_str(), node));
 }
 
 std::vector<std::string> Expand(void* file, const std::string& path) {
@@ -29,6 +29,20 @@ std::vector<std::string> Expand(void* file, const std::string& path) {
   }
   if (paths.empty()) return Expand(file, before + after);
   return paths;
+}
+
+std::string PathOf(void* node) {
+  std::vector<void*> nodes;
+  for (void* at = node; OwnerOf(at) != nullptr; at = OwnerOf(at)) nodes.push_back(at);
+  std::string path;
+  for (; !nodes.empty(); nodes.pop_back()) {
+    const int kind = zonxGetKind(nodes.back());
+    const bool isNamed = kind >= ZONX_SECTION && kind <= ZONX_DEFINITION;
+    path +=
+        isNamed ? NameOf(nodes.back()) : "[" + std::to_string(zonGetInstanceNo(nodes.back())) + "]";
+    if (kind == ZONX_SECTION) path += '/';
+  }
+  return path;
 }
 
 }  // namespace tool

@@ -14,6 +14,9 @@ int Find(void* file, const std::string& path, void** node);
 // which selects the first.
 std::vector<std::string> Expand(void* file, const std::string& path);
 
+// The path of a section, which ends with "/", a keyword or a value; empty for the root.
+std::string PathOf(void* node);
+
 }  // namespace tool
 
 #endif

@@ -1,6 +1,5 @@
 #include "tool/sametree.h"
 
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,12 +9,14 @@
 #include <zonclasses.h>
 #include <zonx.h>
 
+#include "tool/source.h"
+#include "tool/values.h"
+
 namespace tool {
 namespace {
 
 std::optional<std::string> TextFrom(int status, const char* text) {
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (status != ZONX_OK) return std::nullopt;
+  if (CheckMemory(status) != ZONX_OK) return std::nullopt;
   return text;
 }
 

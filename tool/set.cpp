@@ -13,6 +13,7 @@
 #include "tool/editedfile.h"
 #include "tool/nodes.h"
 #include "tool/paths.h"
+#include "tool/values.h"
 #include "tool/valuetext.h"
 
 namespace tool {

@@ -11,6 +11,9 @@
 #include <optional>
 
 #include <zon.h>
+#include <zonx.h>
+
+#include "tool/values.h"
 
 namespace tool {
 namespace {
@@ -43,6 +46,21 @@ std::string LineOf(const std::string& path, unsigned int line) {
 
 }  // namespace
 
+int ReadFile(const std::string& path, std::string* text) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+  if (file < 0) return errno;
+  char piece[1 << 16];
+  ssize_t size = 0;
+  while ((size = read(file, piece, sizeof piece)) != 0) {
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) break;
+    text->append(piece, static_cast<std::size_t>(size));
+  }
+  const int error = size < 0 ? errno : 0;
+  close(file);
+  return error;
+}
+
 Input::Input(const std::string& argument)
     : name_(argument == "-" ? "stdin" : argument), path_(argument) {
   if (argument == "-") {
@@ -70,6 +88,14 @@ void Input::CopyToMemory(int file) {
   }
   path_ = copied ? "/proc/self/fd/" + std::to_string(memory_) : "";
   if (!copied) PrintMessage(name_ + ": " + std::strerror(errno));
+}
+
+int Load(const Input& input, void** file, zonxReporter reporter, void* context) {
+  if (!input.IsInMemory()) return zonxLoadFile(input.Path().c_str(), file, reporter, context);
+  std::string text;
+  errno = ReadFile(input.Path(), &text);
+  if (errno != 0) return ZONX_CANNOT_READ;
+  return zonxLoadText(text.data(), text.size(), input.Name().c_str(), file, reporter, context);
 }
 
 void Input::ReportSyntaxError(unsigned int line, unsigned int position, const char* text) const {
@@ -106,7 +132,11 @@ Source::Source(const std::string& argument) : input_(argument) {
   }
   {
     const Progress progress(input_.Name());
-    file_ = zonLoadFile(input_.Path().c_str(), 1);
+    if (input_.IsInMemory()) {
+      CheckMemory(Load(input_, &file_, nullptr, nullptr));
+    } else {
+      file_ = zonLoadFile(input_.Path().c_str(), 1);
+    }
   }
   const int code = zonGetErrorGlb();
   if (file_ == nullptr) {
@@ -120,8 +150,6 @@ Source::Source(const std::string& argument) : input_(argument) {
   if (*text != '\0') {
     input_.ReportSyntaxError(line, position, text);
     status_ = kFindings;
-  } else if (input_.IsInMemory()) {
-    SetAnchor();
   }
 }
 
@@ -131,24 +159,6 @@ Source::~Source() {
 
 void* Source::Root() const {
   return zonGetRoot(file_);
-}
-
-// The tree was loaded from a file in memory. File names and result folders are relative to the folder
-// that the user named, or for standard input to the working directory, so both are set again.
-void Source::SetAnchor() {
-  zonSetAnchorFilename(Root(), input_.Name().c_str());
-  void* settings = zonTargetByNameNum(file_, "SYSTEM", 1);
-  if (settings == nullptr) return;
-  const char* folder = nullptr;
-  bool use = false;
-  if (zonGetParamFilename(settings, "ResultRootFolder", &folder, 1, 1) != 0) {
-    zonSetProjectResultRoot(file_, folder);
-  }
-  zonGetParam(settings, "UseCustomResultFolder", &use, 1, 1);
-  if (zonGetParamFilename(settings, "CustomResultFolder", &folder, 1, 1) != 0) {
-    zonSetCustomResultFolder(file_, use ? 1 : 0, folder);
-  }
-  zonGetErrorGlb();
 }
 
 }  // namespace tool

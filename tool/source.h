@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <zonx.h>
+
 #include "tool/console.h"
 
 namespace tool {
@@ -35,6 +37,13 @@ class Input {
   std::string path_;
 };
 
+// Appends the content of a file. Returns 0, or the errno of the call that failed.
+int ReadFile(const std::string& path, std::string* text);
+
+// Loads a file as zonxLoadFile does. The file names in a text in memory are relative to the folder that the
+// user named, or for standard input to the working directory.
+int Load(const Input& input, void** file, zonxReporter reporter, void* context);
+
 // A loaded file. The constructor prints any error of it.
 class Source {
  public:
@@ -49,8 +58,6 @@ class Source {
   void* Root() const;
 
  private:
-  void SetAnchor();
-
   Input input_;
   void* file_ = nullptr;
   Status status_ = kFine;

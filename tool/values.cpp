@@ -1,12 +1,18 @@
 #include "tool/values.h"
 
-#include <new>
 #include <sstream>
 
 #include <zon.h>
 #include <zonclasses.h>
 
+#include "tool/source.h"
+
 namespace tool {
+
+int CheckMemory(int status) {
+  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return status;
+}
 
 const char* KindOf(void* value) {
   if (zonIsClob(value) != 0) return "list";
@@ -63,10 +69,20 @@ bool IsWithinInt(void* value) {
   return zonGetDouble(value) == zonGetInt(value);
 }
 
+bool HasMultiFlag(void* node) {
+  const auto* named =
+      static_cast<CzonNamedNode*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node)));
+  return (named->GetFlags() & CzonNamedNode::kMulti) != 0;
+}
+
 zonxPlace PlaceOf(void* node) {
   zonxPlace place{};
-  if (zonxWhere(node, &place) == ZONX_NO_MEMORY) throw std::bad_alloc();
+  CheckMemory(zonxWhere(node, &place));
   return place;
+}
+
+void* OwnerOf(void* node) {
+  return static_cast<CzonNode*>(static_cast<CzonBase*>(node))->GetOwner();
 }
 
 std::string NameOf(void* node) {

@@ -8,6 +8,9 @@
 
 namespace tool {
 
+// Throws std::bad_alloc for ZONX_NO_MEMORY, and returns any other status.
+int CheckMemory(int status);
+
 // The kind of a value: "integer", "real", "boolean", "string", "filename", "datetime", "substitution",
 // "list" (packed), "default" (placeholder), "unknown" (only a remark) or "undefined" (nothing).
 const char* KindOf(void* value);
@@ -28,8 +31,14 @@ std::string LoadedValues(void* keyword);
 // Whether an integer value is the whole number of the file. Only the low 32 bits of it are kept.
 bool IsWithinInt(void* value);
 
+// Whether a section, keyword or definition has the mark "()".
+bool HasMultiFlag(void* node);
+
 // The place of a node in its file; line 0 if it has none.
 zonxPlace PlaceOf(void* node);
+
+// The section or keyword that a node is in; null for the root.
+void* OwnerOf(void* node);
 
 // An element of a path: "Quay:2", or "Quay" if the name does not repeat; "()" for an empty name.
 std::string NameOf(void* node);

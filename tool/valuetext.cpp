@@ -7,18 +7,21 @@
 #include <zon.h>
 #include <zonx.h>
 
+#include "tool/source.h"
+#include "tool/values.h"
+
 namespace tool {
 namespace {
 
 constexpr std::string_view kFile = "[s] k =\nEndSect\n";
+
+}  // namespace
 
 std::string Between(char mark, const std::string& text) {
   std::string marked(1, mark);
   for (const char c : text) marked.append(c == mark && mark == '\'' ? 2 : 1, c);
   return marked + mark;
 }
-
-}  // namespace
 
 ValueText::ValueText() {
   const int status = zonxLoadText(kFile.data(), kFile.size(), "", &file_, nullptr, nullptr);
@@ -30,10 +33,17 @@ ValueText::~ValueText() {
 }
 
 int ValueText::Count(const std::string& text) {
-  const int status = zonxSetText(file_, "s/k", text.c_str());
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (status != ZONX_OK) return 0;
+  if (CheckMemory(zonxSetText(file_, "s/k", text.c_str())) != ZONX_OK) return 0;
   return zonGetNoParams(zonKeywordByNum(zonTargetByNum(file_, 1), 1));
+}
+
+std::vector<int> ValueText::Kinds(const std::string& text) {
+  std::vector<int> kinds(static_cast<std::size_t>(Count(text)));
+  void* const keyword = zonKeywordByNum(zonTargetByNum(file_, 1), 1);
+  for (std::size_t n = 0; n < kinds.size(); ++n) {
+    kinds[n] = zonxGetKind(zonParamByNum(keyword, static_cast<unsigned int>(n + 1)));
+  }
+  return kinds;
 }
 
 int ValueText::KindOf(const std::string& text) {
@@ -90,9 +100,7 @@ bool ValueText::SetAlone(void* keyword, unsigned int n, const std::string& text)
 
 bool ValueText::IsName(const std::string& name) {
   if (name.find_first_of("/:[") != std::string::npos) return false;
-  const int status = zonxSetText(file_, ("s/" + name).c_str(), "");
-  if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return status == ZONX_OK;
+  return CheckMemory(zonxSetText(file_, ("s/" + name).c_str(), "")) == ZONX_OK;
 }
 
 }  // namespace tool

@@ -4,8 +4,12 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tool {
+
+// The text between two marks; single quotes in it are doubled if they are the mark.
+std::string Between(char mark, const std::string& text);
 
 // The kinds are those of zonxKind.
 class ValueText {
@@ -17,6 +21,8 @@ class ValueText {
 
   // How many values the text has as a file has them; 0 if a file cannot have it.
   int Count(const std::string& text);
+  // The kinds of the values of a text; none if a file cannot have it.
+  std::vector<int> Kinds(const std::string& text);
   // The kind of a text with one value; 0 for any other.
   int KindOf(const std::string& text);
 

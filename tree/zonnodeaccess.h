@@ -136,6 +136,11 @@ struct NodeAccess {
   // Makes room for `more` children: to append so many values by FileAt cannot fail after it.
   static void ReserveChildren(CzonNamedNode& owner, std::uint32_t more);
 
+  // Moves `count` children to a place before theirs. The order in which each kind of children is filed must
+  // stay the same. Cannot fail.
+  static void MoveChildren(CzonNamedNode& owner, std::uint32_t from, std::uint32_t count,
+                           std::uint32_t to);
+
   // Removes a child from its owner. The child lives on. IsFiled is false for a child that belongs
   // into an index which does not hold it; it must not be removed.
   static void Unfile(CzonNode* child);

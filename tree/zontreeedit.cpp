@@ -9,6 +9,7 @@
 // children; each queue of the index has its nodes in the same order; their instance numbers are their
 // places, unless a Copy reset them; a node whose child needs its destructor has kDeep. Tested by
 // tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,6 +61,18 @@ void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t pla
 void NodeAccess::ReserveChildren(CzonNamedNode& owner, std::uint32_t more) {
   NodeList& children = owner.EnsureChildren();
   if (more > Capacity(children) - children.size) Grow(children, more, owner.arena_);
+}
+
+void NodeAccess::MoveChildren(CzonNamedNode& owner, std::uint32_t from, std::uint32_t count,
+                              std::uint32_t to) {
+  if (from == to || count == 0) return;
+  CzonNode** const places = Places(owner.EnsureChildren());
+  for (std::uint32_t n = from; n < from + count; ++n) owner.ChildErased(*places[n], from);
+  std::rotate(places + to, places + from, places + from + count);
+  for (std::uint32_t n = to; n < to + count; ++n) {
+    if (IsNamed(*places[n])) Named(*places[n]).place_ = n;
+    owner.ChildInserted(*places[n], n);
+  }
 }
 
 void NodeAccess::SwapRemarks(CzonNode& a, CzonNode& b) {

@@ -56,7 +56,13 @@ bool FitsFloat(double value) {
   return AreSameReals(TextToDouble(NumberText::OfFloat(narrow).View()), value);
 }
 
+// Whether the text of a real gives its number. It does not if that is infinite or none.
+bool HasNumberOfText(const CzonParam& real) {
+  return AreSameReals(TextToDouble(TextOf(real)), real.GetDouble());
+}
+
 bool CanHold(const CzonNode& old, const CzonParam& by) {
+  if (Is<CzonReal>(by) && !HasNumberOfText(by)) return false;
   if (typeid(old) == typeid(by)) return true;
   if (Is<CzonInt>(by)) return Is<CzonIntDef>(old);
   if (!Is<CzonReal>(by)) return false;
@@ -110,6 +116,10 @@ NewValue NewReal(double value) {
   return MakeConverted<CzonReal>(NumberText::Shortest(value).View());
 }
 
+NewValue NewReal(float value) {
+  return MakeConverted<CzonReal>(NumberText::Shortest(value).View());
+}
+
 NewValue NewBoolean(bool value) {
   return MakeConverted<CzonBool>(value ? "true" : "false");
 }
@@ -149,12 +159,17 @@ ValueChange::Fit ValueChange::FitOf(const CzonNode& old, const CzonParam& by) {
   return AreEqual(old, by) ? Fit::kEqual : Fit::kSameKind;
 }
 
-void ValueChange::Apply() {
+void ValueChange::Apply(CzonData* handle) {
   const bool hasRemark = !by_->GetRemark().empty();
   const bool isReplaced = fit_ == Fit::kOtherKind;
   if (fit_ == Fit::kSameKind) KeepNode();
   if (hasRemark != isReplaced) NodeAccess::SwapRemarks(old_, *by_);
-  if (isReplaced) ReplaceParam(old_, by_.release());
+  if (!isReplaced) return;
+  if (handle != nullptr) {
+    ReplaceParam(old_, by_.release(), *handle);
+  } else {
+    ReplaceParam(old_, by_.release());
+  }
 }
 
 void ValueChange::KeepNode() {

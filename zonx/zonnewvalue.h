@@ -9,6 +9,8 @@
 
 #include "tree/zonparam.h"
 
+class CzonData;
+
 namespace zon {
 
 using NewValue = std::unique_ptr<CzonParam>;
@@ -17,6 +19,7 @@ using NewValues = std::vector<NewValue>;
 // These are of the classes of which a loader makes values, and have the text that would be loaded.
 NewValue NewInteger(long long value);
 NewValue NewReal(double value);  // finite
+NewValue NewReal(float value);   // finite; a double that rounds to it
 NewValue NewBoolean(bool value);
 NewValue NewString(std::string_view text);
 NewValue NewFilename(std::string_view name);
@@ -29,9 +32,12 @@ class ValueChange {
   // Prepares everything that can fail; the old value is the same after it. It is in a keyword.
   ValueChange(CzonNode& old, NewValue by);
 
+  // Whether the values are equal, so that there is nothing to change.
+  bool IsNone() const { return fit_ == Fit::kEqual; }
+
   // Makes the change: an equal value stays as it is, one of the same kind keeps its node. A remark
-  // stays, unless the new value has one.
-  void Apply();
+  // stays, unless the new value has one. The handle is that of the tree; null if it is not known.
+  void Apply(CzonData* handle = nullptr);
 
  private:
   enum class Fit { kEqual, kSameKind, kOtherKind };

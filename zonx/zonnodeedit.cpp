@@ -17,6 +17,16 @@
 #include "tree/zonsection.h"
 
 namespace zon {
+
+std::uint32_t PlaceForNew(const CzonTargetList& section, bool isKeyword) {
+  const CzonNode* last = isKeyword
+                             ? NodeAccess::LastKeyword(static_cast<const CzonSection&>(section))
+                             : NodeAccess::LastSection(section);
+  const std::uint32_t end = NodeAccess::Children(section).Size();
+  if (last == nullptr) return isKeyword ? 0 : end;
+  return std::min(NodeAccess::PlaceOf(section, *last) + 1, end);
+}
+
 namespace {
 
 // What a path consists of.
@@ -118,16 +128,6 @@ SetPlace FindFromSection(CzonNode& start, const char* path, const PathShape& sha
   place.keyword = static_cast<CzonNamedNode*>(node);
   place.status = CheckNumber(place);
   return place;
-}
-
-// New nodes are filed after the last of their kind. A first keyword precedes all sections.
-std::uint32_t PlaceForNew(const CzonTargetList& section, bool isKeyword) {
-  const CzonNode* last = isKeyword
-                             ? NodeAccess::LastKeyword(static_cast<const CzonSection&>(section))
-                             : NodeAccess::LastSection(section);
-  const std::uint32_t end = NodeAccess::Children(section).Size();
-  if (last == nullptr) return isKeyword ? 0 : end;
-  return std::min(NodeAccess::PlaceOf(section, *last) + 1, end);
 }
 
 std::unique_ptr<CzonKeyword> MakeKeyword(std::string_view name, NewValues values) {

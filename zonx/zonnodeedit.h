@@ -3,6 +3,8 @@
 #ifndef ZON_ZONX_ZONNODEEDIT_H
 #define ZON_ZONX_ZONNODEEDIT_H
 
+#include <cstdint>
+
 #include "zonx/zonnewvalue.h"
 #include "zonx/zonnodepath.h"
 
@@ -28,6 +30,10 @@ SetPlace FindSetPlace(void* fileOrNode, const char* path);
 // ZONX_OK; there is at least one value. May throw std::bad_alloc.
 void SetValue(const SetPlace& place, NewValue value);
 void SetAllValues(const SetPlace& place, NewValues values);
+
+// The place among the children for new nodes: after the last of their kind. A first keyword precedes all
+// sections.
+std::uint32_t PlaceForNew(const CzonTargetList& section, bool isKeyword);
 
 // Removes a node. ZONX_OK; ZONX_BAD_ARGUMENT if it is in no list.
 int RemoveNode(CzonNode& node);

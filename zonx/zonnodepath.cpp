@@ -2,6 +2,7 @@
 // because a malformed path is one in any tree.
 #include "zonx/zonnodepath.h"
 
+#include <algorithm>
 #include <climits>
 #include <string>
 #include <typeinfo>
@@ -49,6 +50,13 @@ CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
     }
   }
   return node.SectionByNameNum(std::string(step.name).c_str(), step.instance);
+}
+
+unsigned int InstanceOf(const CzonNamedNode& node) {
+  if (NodeAccess::GetNumber(node) == 0 && node.GetOwner() != nullptr) {
+    NodeAccess::RestoreNumbers(const_cast<CzonNamedNode&>(node));
+  }
+  return static_cast<unsigned int>(std::max(NodeAccess::GetNumber(node), 1));
 }
 
 namespace {

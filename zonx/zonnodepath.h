@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+class CzonNamedNode;
 class CzonNode;
 
 namespace zon {
@@ -51,6 +52,10 @@ bool FindStart(void* fileOrNode, CzonNode** node);
 // their operations, which it can override.
 CzonNode* FindKeyword(const CzonNode& node, const PathStep& step);
 CzonNode* FindSection(const CzonNode& node, const PathStep& step);
+
+// The number by which FindNode finds a section or keyword among its namesakes, also if a Copy has reset its
+// instance number.
+unsigned int InstanceOf(const CzonNamedNode& node);
 
 struct FoundNode {
   int status;                // ZONX_OK, ZONX_MISSING or ZONX_BAD_ARGUMENT

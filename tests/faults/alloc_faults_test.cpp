@@ -481,6 +481,48 @@ TEST_F(Faults, OfSetters) {
   InjectAll({calls}, Start::kLoaded, kKeyword, 2);
 }
 
+// Another file in another folder: what it has in common is changed, moved, or equal.
+void* LoadOther() {
+  const OwnMemory mark;
+  void* other = nullptr;
+  std::string content = kText.substr(0, kText.rfind("EndSect")) +
+                        "[One_more_section_of_a_long_name] {a remark, longer than a short one} " +
+                        kName + " = 'a string of a long text' {and its remark} EndSect\n" + kName +
+                        "_too = |a/file|, 1.5 default(new) = 'a string of a long text' EndSect";
+  content.replace(content.find("2.5e300"), 7, "'another kind, of a long text'");
+  content.replace(content.find("-12"), 3, "-13, 14");
+  EXPECT_EQ(
+      zonxLoadText(content.data(), content.size(), "/another/f.zon", &other, nullptr, nullptr),
+      ZONX_OK);
+  return other;
+}
+
+void CountDifference(const zonxDifference*, void* count) {
+  ++*static_cast<int*>(count);
+}
+
+TEST_F(Faults, OfComparingAndMerging) {
+  static const auto diff = [](Tree& t, const char* key) {
+    const File other(LoadOther());
+    int visited = 0;
+    const char* const status = StatusOf<std::size_t>([&](std::size_t* count) {
+      return key != nullptr
+                 ? zonxDiffByKey(t.file, other, key, nullptr, CountDifference, &visited, count)
+                 : zonxDiff(other, t.file, nullptr, CountDifference, &visited, count);
+    });
+    return status;
+  };
+  static const auto merge = [](Tree& t) {
+    const File other(LoadOther());
+    return StatusOf<int>([&](int*) { return zonxMerge(t.file, other); });
+  };
+  const Calls calls =
+      Failing(kNoMemory, CALL(diff(t, nullptr)), CALL(diff(t, "k")), CALL(merge(t)));
+  for (const Start start : {Start::kLoaded, Start::kEdited, Start::kClobCurrent}) {
+    InjectAll({calls}, start, kKeyword, 2);
+  }
+}
+
 TEST_F(Faults, OfTheBuilder) {
   static char own[] = "text";
   const auto adds = Groups(

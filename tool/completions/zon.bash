@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump compare copy fmt set unset add rename tokens results help'
+  local commands='check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
@@ -20,7 +20,7 @@ _zon() {
     --format)
       mapfile -t COMPREPLY < <(compgen -W 'text json sarif' -- "$cur")
       return ;;
-    --default)
+    --default | --key | --tolerance | --absolute)
       return ;;
     --type)
       # Of get it is a flag.
@@ -31,9 +31,15 @@ _zon() {
         mapfile -t COMPREPLY < <(compgen -W 'string filename text' -- "$cur")
         return
       fi ;;
-    -t | --template | -f | --changes)
+    --copy-to)
+      _filedir -d
+      return ;;
+    -t | --template | -f | -o | --output)
       _filedir
       return ;;
+    --changes)
+      # Of diff it is a flag.
+      [[ $command == diff ]] || { _filedir; return; } ;;
   esac
   case $command in
     '') options+=" --version $commands" ;;
@@ -41,7 +47,10 @@ _zon() {
     get) options+=' --type --resolved --default' ;;
     list) options+=' --values --recursive --places' ;;
     dump) options+=' --json --places' ;;
-    compare) options+=' --template' ;;
+    diff) options+=' --key --tolerance --absolute --json --changes' ;;
+    merge) options+=' --output --dry-run --backup' ;;
+    compare | new | doc) options+=' --template' ;;
+    files) options+=' --missing --json --copy-to' ;;
     fmt) options+=' --check --diff --write --plain' ;;
     set) options+=' --changes --type --dry-run --backup --and' ;;
     add) options+=' --type --dry-run --backup' ;;

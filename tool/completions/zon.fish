@@ -14,7 +14,7 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump compare copy fmt set unset add rename tokens results help
+set -l commands check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
@@ -31,7 +31,16 @@ complete -c zon -n '__fish_seen_subcommand_from list' -s r -l recursive -d 'With
 complete -c zon -n '__fish_seen_subcommand_from dump' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from list' -l places -d 'Line and column before each path'
 complete -c zon -n '__fish_seen_subcommand_from dump' -l places -d 'With line and column of each node'
-complete -c zon -n '__fish_seen_subcommand_from compare' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from diff' -l key -x -d 'Keyword that tells sections of one name apart'
+complete -c zon -n '__fish_seen_subcommand_from diff' -l tolerance -x -d 'Relative tolerance of reals'
+complete -c zon -n '__fish_seen_subcommand_from diff' -l absolute -x -d 'Absolute tolerance of reals'
+complete -c zon -n '__fish_seen_subcommand_from diff' -l json -d 'As JSON'
+complete -c zon -n '__fish_seen_subcommand_from diff' -l changes -d 'As a file of changes'
+complete -c zon -n '__fish_seen_subcommand_from merge' -s o -l output -r -F -d 'File to write'
+complete -c zon -n '__fish_seen_subcommand_from compare new doc' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from files' -l missing -d 'Only those that do not exist'
+complete -c zon -n '__fish_seen_subcommand_from files' -l json -d 'As JSON'
+complete -c zon -n '__fish_seen_subcommand_from files' -l copy-to -x -a '(__fish_complete_directories)' -d 'Folder for copies'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l check -d 'Names of files that would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l diff -d 'What would change'
 complete -c zon -n '__fish_seen_subcommand_from fmt' -l write -d 'Change the files'
@@ -40,8 +49,8 @@ complete -c zon -n '__fish_seen_subcommand_from set' -s f -l changes -r -F -d 'F
 complete -c zon -n '__fish_seen_subcommand_from set' -l type -x -a 'string filename text' -d 'Kind of the values'
 complete -c zon -n '__fish_seen_subcommand_from set' -l and -d 'A further path follows'
 complete -c zon -n '__fish_seen_subcommand_from add' -l type -x -a 'string filename' -d 'Kind of the values'
-complete -c zon -n '__fish_seen_subcommand_from set unset add rename' -l dry-run -d 'Print what would change'
-complete -c zon -n '__fish_seen_subcommand_from set unset add rename' -l backup -d 'Keep the old file'
+complete -c zon -n '__fish_seen_subcommand_from set unset add rename merge' -l dry-run -d 'Print what would change'
+complete -c zon -n '__fish_seen_subcommand_from set unset add rename merge' -l backup -d 'Keep the old file'
 complete -c zon -n '__fish_seen_subcommand_from set add rename; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'
 complete -c zon -n '__fish_seen_subcommand_from get unset; and test (count (__zon_given)) -ge 1' -f -a '(__zon_paths)'
 complete -c zon -n '__fish_seen_subcommand_from list; and test (count (__zon_given)) -eq 1' -f -a '(__zon_paths)'

@@ -15,6 +15,8 @@
   copy
   $ complete_bash zon get --re
   --resolved
+  $ complete_bash zon files --m
+  --missing
   $ complete_bash zon fmt --w
   --write
   $ complete_bash zon set harbour.zon --type f

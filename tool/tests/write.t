@@ -40,7 +40,7 @@ A listing for debugging, and the whole tree as JSON:
               {"kind": "datetime", "value": "2000-01-01"},
               {"kind": "substitution", "value": "s"},
               {"kind": "boolean", "value": true},
-              {"kind": "integer", "value": 1, "real": 4294967297.0}
+              {"kind": "integer", "value": 1, "real": 4294967297.0, "text": "4294967297"}
             ]
           },
           {

@@ -1,0 +1,64 @@
+// Writes the differences of two files as a file of changes.
+#ifndef ZON_TOOL_CHANGEWRITER_H
+#define ZON_TOOL_CHANGEWRITER_H
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include <zonx.h>
+
+#include "tool/commands.h"
+#include "tool/loadedfile.h"
+
+namespace tool {
+
+// Takes the differences of `before` and `after`, then changes `before` step by step into `after` and prints
+// each step. So every path is that of the file as the steps before have left it.
+class ChangeWriter {
+ public:
+  // Nothing may change the files but Print.
+  ChangeWriter(const LoadedFile& before, const LoadedFile& after)
+      : before_(before), after_(after) {}
+
+  void Take(const zonxDifference& difference);
+
+  // Prints the lines. Prints an error for what no line can express, which are the flags and the default
+  // definitions of templates and texts of several lines, and returns kTrouble then.
+  Status Print();
+
+ private:
+  // Two sections that belong together. `before` is null for a section that is to be added.
+  struct Pair {
+    void* before;
+    void* after;
+  };
+
+  // The children of a kind, of `before` or of `after`, that exist in both.
+  static std::vector<void*> Children(void* section, bool isSection);
+  std::vector<Pair> PairChildren(const Pair& parent, bool isSection) const;
+  void PrintSection(const Pair& pair);
+  void PrintOrder(const Pair& parent, bool isSection, const std::vector<Pair>& pairs);
+  void* PrintAddition(void* parent, void* after, void* next);
+  void* PrintNode(const Pair& pair, void* next);
+  void* PrintMove(void* node, void* next);
+  void PrintValues(void* keyword, void* after);
+  std::string ValuesOf(void* keyword);
+  std::string ValueOf(void* value) const;
+  void Refuse(const std::string& path);
+
+  const LoadedFile& before_;
+  const LoadedFile& after_;
+  std::unordered_set<void*> removed_;
+  std::unordered_set<void*> added_;
+  std::unordered_map<void*, void*> moved_;     // from the one before to the one after
+  std::unordered_set<void*> movedAfter_;       // the second ones of moved_
+  std::unordered_set<void*> changedKeywords_;  // of both files
+  std::string folder_;                         // of `before`, if `after` is in another one
+  Status status_ = kFine;
+};
+
+}  // namespace tool
+
+#endif
