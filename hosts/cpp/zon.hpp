@@ -195,7 +195,7 @@ struct Allocator : std::allocator<T> {
 
 }  // namespace detail
 
-/** An array of reports or of differences. */
+/** An array of reports or of differences, which does not change: copies share it. */
 template <class T>
 class ZON_TYPE List {
  public:
@@ -203,16 +203,16 @@ class ZON_TYPE List {
   using const_iterator = const T*;
   using iterator = const_iterator;
   ZON_LOCAL_MEMBERS(List)
-  ZON_LOCAL const T* begin() const noexcept { return list_.data(); }
-  ZON_LOCAL const T* end() const noexcept { return list_.data() + list_.size(); }
-  ZON_LOCAL std::size_t size() const noexcept { return list_.size(); }
-  ZON_LOCAL bool empty() const noexcept { return list_.empty(); }
+  ZON_LOCAL const T* begin() const noexcept { return list_ != nullptr ? list_->data() : nullptr; }
+  ZON_LOCAL const T* end() const noexcept { return begin() + size(); }
+  ZON_LOCAL std::size_t size() const noexcept { return list_ != nullptr ? list_->size() : 0; }
+  ZON_LOCAL bool empty() const noexcept { return size() == 0; }
   /** `n` counts from 0, as in an array. */
-  ZON_LOCAL const T& operator[](std::size_t n) const noexcept { return list_[n]; }
+  ZON_LOCAL const T& operator[](std::size_t n) const noexcept { return begin()[n]; }
 
  private:
   friend class detail::Collector;
-  std::vector<T, detail::Allocator<T>> list_;
+  std::shared_ptr<std::vector<T, detail::Allocator<T>>> list_;
 };
 
 /** @{ */
@@ -228,14 +228,11 @@ class Error : public std::runtime_error {
   /** The zonxStatus, such as ZONX_MISSING; ZONX_OK for an error of the host. */
   int status() const noexcept { return status_; }
 
-  /** Each with its place; a load can fail with many. Valid as long as the error or a copy of it. */
-  const Reports& reports() const noexcept { return held_->reports; }
+  /** Each with its place; a load can fail with many. Valid as long as the error. */
+  const Reports& reports() const noexcept { return reports_; }
 
  private:
-  struct Held {
-    Reports reports;
-  };
-  std::shared_ptr<const Held> held_;
+  Reports reports_;
   int status_;
 };
 
@@ -340,18 +337,20 @@ class ItemPath {
   char room_[kRoom];
 };
 
-// Receives what the library reports, also without memory, when it must not throw.
+// Receives what the library reports. Its functions are called by the library, so they do not throw: Taken()
+// throws if memory was missing.
 class Collector {
  public:
   static void Add(const zonxReport* report, void* collector) noexcept;
   static void AddDifference(const zonxDifference* difference, void* collector) noexcept;
-  Reports& Taken();
-  Differences& TakenDifferences();
+  const Reports& TakenReports() const { return Taken(reports_); }
+  const Differences& TakenDifferences() const { return Taken(differences_); }
 
  private:
-  template <class Make>
-  void Keep(Make&& make) noexcept;
-  void Require() const;
+  template <class T, class Make>
+  void Keep(List<T>& list, Make&& make) noexcept;
+  template <class T>
+  const List<T>& Taken(const List<T>& list) const;
 
   Reports reports_;
   Differences differences_;
@@ -361,6 +360,53 @@ class Collector {
 struct Close {
   void operator()(void* file) const noexcept { zonClose(&file); }
 };
+
+// Operators need the type of a value, which only the host knows. A compiler must not choose one.
+template <class A, class B = A>
+using IfConvertible =
+    std::enable_if_t<std::is_base_of_v<Convertible, A> || std::is_base_of_v<Convertible, B>, int>;
+#define ZON_NO_UNARY(symbol)               \
+  template <class A, IfConvertible<A> = 0> \
+  void operator symbol(const A& item) = delete;
+#define ZON_NO_BINARY(symbol)                          \
+  template <class A, class B, IfConvertible<A, B> = 0> \
+  void operator symbol(const A& left, const B& right) = delete;
+#define ZON_NO_COMPOUND(symbol)                        \
+  template <class A, class B, IfConvertible<A, B> = 0> \
+  void operator symbol(A& left, const B& right) = delete;
+ZON_NO_UNARY(+)
+ZON_NO_UNARY(-)
+ZON_NO_UNARY(~)
+ZON_NO_BINARY(+)
+ZON_NO_BINARY(-)
+ZON_NO_BINARY(*)
+ZON_NO_BINARY(/)
+ZON_NO_BINARY(%)
+ZON_NO_BINARY(&)
+ZON_NO_BINARY(|)
+ZON_NO_BINARY(^)
+ZON_NO_BINARY(<<)
+ZON_NO_BINARY(>>)
+ZON_NO_BINARY(==)
+ZON_NO_BINARY(!=)
+ZON_NO_BINARY(<)
+ZON_NO_BINARY(<=)
+ZON_NO_BINARY(>)
+ZON_NO_BINARY(>=)
+#if defined(__cpp_impl_three_way_comparison)
+ZON_NO_BINARY(<=>)
+#endif
+ZON_NO_COMPOUND(+=)
+ZON_NO_COMPOUND(-=)
+ZON_NO_COMPOUND(*=)
+ZON_NO_COMPOUND(/=)
+ZON_NO_COMPOUND(%=)
+ZON_NO_COMPOUND(&=)
+ZON_NO_COMPOUND(|=)
+ZON_NO_COMPOUND(^=)
+#undef ZON_NO_UNARY
+#undef ZON_NO_BINARY
+#undef ZON_NO_COMPOUND
 
 /// @endcond
 
@@ -402,7 +448,7 @@ class Finds {
  *  integer can be read as a real; nothing else is converted, and no digits are lost but by rounding. A path
  *  is that of a file name, resolved against the folder of the parameter file.
  *
- *  There are no operators on items: in an expression with two of them, and in comparisons, write as<T>().
+ *  There are no operators on items, as these have no type of their own: in expressions write as<T>().
  *  Initialise with "=", as in `std::string name = file["Quay"]["Name"]`. */
 template <class Class>
 class Reads : private Convertible {
@@ -786,6 +832,10 @@ struct Tolerance {
 Differences diff(const File& before, const File& after, const Tolerance& tolerance = {},
                  const std::string& key = {});
 
+/** Gives every keyword of `overlay` to `target`, where it replaces all values of the keyword with that path;
+ *  what is missing is added. If it throws, `target` is as before. */
+void merge(File& target, const File& overlay);
+
 }  // namespace ZON_V1
 }  // namespace zon
 
@@ -848,10 +898,21 @@ inline Report MakeReport(const zonxReport& report) {
   return made;
 }
 
-template <class Make>
-void Collector::Keep(Make&& make) noexcept {
+inline Difference MakeDifference(const zonxDifference& difference) {
+  Difference made;
+  made.change = static_cast<Change>(difference.change);
+  made.path = CopyText(difference.path);
+  made.before_node = difference.before;
+  made.after_node = difference.after;
+  return made;
+}
+
+template <class T, class Make>
+void Collector::Keep(List<T>& list, Make&& make) noexcept {
   try {
-    make();
+    using Array = std::vector<T, Allocator<T>>;
+    if (list.list_ == nullptr) list.list_ = std::make_shared<Array>();
+    list.list_->push_back(make());
   } catch (...) {
     isIncomplete_ = true;
   }
@@ -859,33 +920,18 @@ void Collector::Keep(Make&& make) noexcept {
 
 inline void Collector::Add(const zonxReport* report, void* collector) noexcept {
   auto* self = static_cast<Collector*>(collector);
-  self->Keep([&] { self->reports_.list_.push_back(MakeReport(*report)); });
+  self->Keep(self->reports_, [&] { return MakeReport(*report); });
 }
 
 inline void Collector::AddDifference(const zonxDifference* difference, void* collector) noexcept {
   auto* self = static_cast<Collector*>(collector);
-  self->Keep([&] {
-    Difference made;
-    made.change = static_cast<Change>(difference->change);
-    made.path = CopyText(difference->path);
-    made.before_node = difference->before;
-    made.after_node = difference->after;
-    self->differences_.list_.push_back(made);
-  });
+  self->Keep(self->differences_, [&] { return MakeDifference(*difference); });
 }
 
-inline void Collector::Require() const {
+template <class T>
+const List<T>& Collector::Taken(const List<T>& list) const {
   if (isIncomplete_) throw std::bad_alloc();
-}
-
-inline Reports& Collector::Taken() {
-  Require();
-  return reports_;
-}
-
-inline Differences& Collector::TakenDifferences() {
-  Require();
-  return differences_;
+  return list;
 }
 
 inline std::string JoinTexts(const Reports& reports) {
@@ -916,8 +962,8 @@ inline const char* RuleOf(int status) {
 // Throws what was reported. A status without a report gets one that has no place.
 inline void Throw(int status, Collector& collector) {
   if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  if (collector.Taken().empty()) Throw(status, zonxStatusText(status));
-  throw Error(status, collector.Taken());
+  if (collector.TakenReports().empty()) Throw(status, zonxStatusText(status));
+  throw Error(status, collector.TakenReports());
 }
 
 inline void Throw(int status, const std::string& message) {
@@ -961,7 +1007,7 @@ inline Error MakeError(void* start, const std::string& path, int status, const c
                             &collector) == ZONX_NO_MEMORY) {
     throw std::bad_alloc();
   }
-  return Error(status, collector.Taken());
+  return Error(status, collector.TakenReports());
 }
 
 inline std::string Quoted(std::string_view path) {
@@ -1531,9 +1577,7 @@ inline void* ChildOf(void* parent, const char* /*name*/, unsigned int n, Value /
 /* ---- Views ---------------------------------------------------------------------------------------- */
 
 inline Error::Error(int status, const Reports& reports)
-    : std::runtime_error(detail::JoinTexts(reports)),
-      held_(std::make_shared<Held>(Held{reports})),
-      status_(status) {}
+    : std::runtime_error(detail::JoinTexts(reports)), reports_(reports), status_(status) {}
 
 template <class View>
 Range<View>::Range(void* parent, const char* name) : parent_(parent), name_(name) {
@@ -1716,7 +1760,7 @@ File LoadFile(Reports& warnings, Load&& load) {
   const int status = load(&handle, Collector::Add, &collector);
   File file(handle);
   if (status != ZONX_OK) Throw(status, collector);
-  warnings = collector.Taken();
+  warnings = collector.TakenReports();
   return file;
 }
 
@@ -1784,7 +1828,7 @@ inline Reports File::unread() const {
   detail::Collector collector;
   const int status = zonxReportUnread(handle(), detail::Collector::Add, &collector, nullptr);
   if (status != ZONX_OK) detail::Throw(status, collector);
-  return collector.Taken();
+  return collector.TakenReports();
 }
 
 inline Error File::error(const std::string& message, const std::string& hint) const {
@@ -1816,7 +1860,7 @@ inline Reports check(const std::filesystem::path& name) {
   const int status =
       zonxLoadFile(detail::CheckedName(name), nullptr, detail::Collector::Add, &collector);
   if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
-  return collector.Taken();
+  return collector.TakenReports();
 }
 
 inline Differences diff(const File& before, const File& after, const Tolerance& tolerance,
@@ -1827,6 +1871,12 @@ inline Differences diff(const File& before, const File& after, const Tolerance& 
                                    detail::Collector::AddDifference, &collector, nullptr);
   if (status != ZONX_OK) detail::Throw(status, collector);
   return collector.TakenDifferences();
+}
+
+inline void merge(File& target, const File& overlay) {
+  detail::Collector none;
+  const int status = zonxMerge(target.handle(), overlay.handle());
+  if (status != ZONX_OK) detail::Throw(status, none);
 }
 
 }  // namespace ZON_V1

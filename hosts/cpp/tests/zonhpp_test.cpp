@@ -561,13 +561,20 @@ TEST_F(Hpp, LoadsThrowEveryReport) {
 TEST_F(Hpp, FilesMove) {
   zon::File moved = std::move(file);
   EXPECT_EQ(moved["Run"]["Cells"].as<int>(), 40);
-  const auto uses = {Thrown([&] { file["Run"]; }),           Thrown([&] { file.section("Run"); }),
-                     Thrown([&] { file.begin(); }),          Thrown([&] { file.sections(); }),
-                     Thrown([&] { file.keywords("x"); }),    Thrown([&] { file.save("x"); }),
-                     Thrown([&] { (void)file.text(); }),     Thrown([&] { file.watch(); }),
-                     Thrown([&] { (void)file.unread(); }),   Thrown([&] { (void)file.handle(); }),
-                     Thrown([&] { (void)file.warnings(); }), Thrown([&] { throw file.error("x"); }),
-                     Thrown([&] { zon::diff(file, moved); })};
+  const auto uses = {Thrown([&] { file["Run"]; }),
+                     Thrown([&] { file.section("Run"); }),
+                     Thrown([&] { file.begin(); }),
+                     Thrown([&] { file.sections(); }),
+                     Thrown([&] { file.keywords("x"); }),
+                     Thrown([&] { file.save("x"); }),
+                     Thrown([&] { (void)file.text(); }),
+                     Thrown([&] { file.watch(); }),
+                     Thrown([&] { (void)file.unread(); }),
+                     Thrown([&] { (void)file.handle(); }),
+                     Thrown([&] { (void)file.warnings(); }),
+                     Thrown([&] { throw file.error("x"); }),
+                     Thrown([&] { zon::diff(file, moved); }),
+                     Thrown([&] { zon::merge(moved, file); })};
   for (const std::string& use : uses) {
     EXPECT_EQ(use, "error: the File was moved from, so it has no tree");
   }
@@ -608,6 +615,15 @@ TEST_F(Hpp, DifferencesLeadToBothNodes) {
   EXPECT_EQ(zon::diff(a, b).size(), 1U);
   EXPECT_EQ(zon::diff(a, b, {}, "n").size(), 2U);
   EXPECT_EQ(Place([&] { zon::diff(a, b, {-1, 0}); }), "1 0:0");
+}
+
+TEST_F(Hpp, MergingKeepsTheRest) {
+  const zon::File overlay = zon::parse("[Quay] Length = 250.5 Rails = true EndSect");
+  zon::merge(file, overlay);
+  EXPECT_EQ(file["Quay"]["Length"].as<double>(), 250.5);
+  EXPECT_TRUE(file["Quay"]["Rails"].as<bool>());
+  EXPECT_EQ(file["Quay"]["Both"].as<int>(), 7);
+  EXPECT_NE(file.text().find("250.5 // metres"), std::string::npos);
 }
 
 // ---- Memory and threads ---------------------------------------------------------------------------
