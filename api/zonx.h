@@ -125,7 +125,8 @@ typedef struct zonxReport {
   zonxPlace place;            /**< where the mistake is */
   zonxPlace related;          /**< e.g. the header of the unclosed section; file null: none */
   const char* relatedMessage; /**< empty without a related place */
-  const char* sourceLine;     /**< the text of place.line without its line end; null if unknown */
+  const char* sourceLine;     /**< the text of place.line without its line end; null if unknown, and
+                                   for a long line after many reports on long lines */
 } zonxReport;
 
 /** Receives a report. `context` is what was passed with the function. */
@@ -390,6 +391,45 @@ ZON_API void zonxFree(void* memory);
 
 /* ---- Checking, comparing, merging ----------------------------------------------------------------- */
 
+/** Compares a file with a template and reports every mismatch, in the order of the file: its place in the
+ *  file, the line of the template as the related place, and for an unknown name the nearest one as the hint.
+ *
+ *  The file conforms exactly if zonEquivalent returns 1 for each of its top-level sections and the
+ *  template's section of that name, the template has each of these, no mandatory section is missing, and no
+ *  condition is broken. Remarks of the template state conditions, separated by ";" and in any letter case; any
+ *  other text in a remark is for people:
+ *
+ *  - required: of a section or keyword, that each section or file which may have it has it; at a value, the
+ *    same for its keyword
+ *  - open: at a keyword or its last value, that the last value may repeat, as SetOpenList says it
+ *  - >= 0, > 0, <= 1, < 100, 0 .. 1: limits of numbers, both ends of ".." included. Integers are compared
+ *    exactly, reals as the doubles that they are
+ *  - one of a, b, 'c, d': numbers by value; strings, file names and date-times as they are written, letter
+ *    case included
+ *  - exists: a file or folder is at the path of the file name
+ *  - unit m, default 5: for people
+ *
+ *  A condition at a value is one on this value and, in an open list, its repetitions; at a keyword one on
+ *  all its values that can have it; at a section only "required" counts. Values of another kind than the
+ *  template's are a mismatch and not checked further: so an empty place breaks no range, and is not what a
+ *  keyword with a number in the template may have. Conditions are not checked for the template's own values.
+ *
+ *  A template is faulty, whatever the file has, if a condition cannot be meant, such as a limit for a string
+ *  or two limits that exclude each other. A name that it has twice in a section, without "()", and a section
+ *  without a name are faults only if something of the file is compared with them, as for zonEquivalent. The
+ *  faults of a template are reported once, all of them, and then no mismatch is. To find them without a file,
+ *  compare the template with itself.
+ *
+ *      if (zonxValidate(wanted, file, reporter, NULL) == ZONX_MISMATCH) return 1;
+ *
+ *  @param templateHandle   a file handle; it may be the same as the other
+ *  @param candidateHandle  a file handle
+ *  @param reporter         receives each mismatch as an error; may be null
+ *  @return ZONX_OK: the file conforms; ZONX_MISMATCH; ZONX_FAULTY: the template is faulty, or one of the
+ *      handles has no tree or its load met an error; ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY */
+ZON_API int zonxValidate(void* templateHandle, void* candidateHandle, zonxReporter reporter,
+                         void* context);
+
 /** What a difference is. */
 typedef enum zonxChange {
   ZONX_ADDED = 0,     /**< a section, keyword or value that only `after` has */
@@ -410,8 +450,8 @@ typedef struct zonxDifference {
 /** How reals are compared. Two finite reals a and b are equal if |a - b| is at most `absolute`, or at most
  *  `relative` times the larger of |a| and |b|. Zeroed: exactly. Neither may be negative or no number. */
 typedef struct zonxCompare {
-  double relative;
-  double absolute;
+  double relative; /**< of the larger one */
+  double absolute; /**< in the unit of the values */
 } zonxCompare;
 
 /** Visits the differences of two trees, in the order of `after`: of each section first its keywords, then
@@ -445,7 +485,8 @@ ZON_API int zonxDiff(void* before, void* after, const zonxCompare* options,
  *  other tree has was added or removed. A section without the keyword, or with several, with empty places
  *  alone, or with values that another section of that name in its list has too, is paired as by zonxDiff.
  *      zonxDiffByKey(before, after, "Name", NULL, print, stdout, &count);
- *  @param key  the name of a keyword; null or empty: as zonxDiff */
+ *  @param key  the name of a keyword; null or empty: as zonxDiff
+ *  @return as zonxDiff */
 ZON_API int zonxDiffByKey(void* before, void* after, const char* key, const zonxCompare* options,
                           void (*visitor)(const zonxDifference* difference, void* context),
                           void* context, size_t* count);

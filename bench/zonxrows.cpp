@@ -138,6 +138,33 @@ void SaveChanges(benchmark::State& state, const char* size, std::size_t changes)
   Rates(state, source);
 }
 
+// A file compared with itself by each section, or by a validation. Its names are unique.
+void CompareAll(benchmark::State& state, bool validates) {
+  std::string text;
+  for (int n = 0; text.size() < 1000000; ++n) {
+    const std::string number = std::to_string(n);
+    text += "[Quay" + number + "]\n Name = 'North Quay'\n Length {metres} = 240.0 {moored}\n";
+    text += " Rails = true\n [Berth]\n  Draught = 7.5, 8.25, 9\n  Plan = |plans\\n.dwg|\n";
+    text += " EndSect\nEndSect\n";
+  }
+  void* handle = nullptr;
+  zonxLoadText(text.data(), text.size(), "f", &handle, nullptr, nullptr);
+  bool conforms = true;
+  for (auto _ : state) {
+    if (validates) {
+      conforms = zonxValidate(handle, handle, nullptr, nullptr) == ZONX_OK && conforms;
+      continue;
+    }
+    for (unsigned n = 1; void* section = zonTargetByNum(handle, n); ++n) {
+      void* pattern = zonTargetByNameNum(handle, zonGetName(section), 1);
+      conforms = zonEquivalentExt(pattern, section, nullptr, 1) != 0 && conforms;
+    }
+  }
+  zonClose(&handle);
+  Require(conforms, "a file differs from itself");
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
 }  // namespace
 
 std::string FileOfLists(bool json) {
@@ -172,6 +199,8 @@ void AddZonxRows() {
   AddRow("save-10000/zon/1MB", [](auto& s) { SaveChanges(s, "1MB", 10000); });
   AddRow("save-1/zon/10MB", [](auto& s) { SaveChanges(s, "10MB", 1); });
   AddRow("doubles/zon/10MB", Doubles);
+  AddRow("equivalent/zon/1MB", [](auto& s) { CompareAll(s, false); });
+  AddRow("validate/zon/1MB", [](auto& s) { CompareAll(s, true); });
   AddRow("path/zon/chained", [](auto& s) { ByPath(s, true); });
   AddRow("path/zon/path", [](auto& s) { ByPath(s, false); });
 }

@@ -1,17 +1,21 @@
 // Depth-first walk over pairs of sections. In each pair: first the inner sections, in the order of the
 // definition; then its named keywords; then the other keywords, in the order of the candidate. The
-// order decides which mismatch is reported.
+// order decides which mismatch is found first.
 //
 // Sections are matched by name and instance through the name indexes of both trees, so a check costs
 // time linear in the number of nodes, plus the depth for each default placeholder. The pairs of
 // sections that are not finished are a stack on the heap: the depth of a template costs no call stack.
 // Each pair counts how many sections of the candidate are not matched yet. Sections left over at the
-// end of a pair are an error.
+// end of a pair are a mismatch.
 //
 // A keyword of the definition without a name is the wildcard: it defines all keywords of the
 // candidate that have no definition of their own. Compatibility: a keyword of the candidate without a
 // name is not checked if there is a wildcard. Keywords may be missing in the candidate.
-// Tested by tests/equiv_test.cpp, and against a model by fuzz/equiv_fuzz.cpp.
+//
+// Each mismatch is passed to an observer, which decides whether the walk goes on; so the functions here
+// return false if it ends. zonEquivalent ends at the first one, zonxValidate reads all.
+// Tested by tests/equiv_test.cpp and tests/zonxvalidate_test.cpp, and against a model by
+// fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
 
 #include <string>
@@ -33,25 +37,90 @@ constexpr int kSeverity = 17;  // of ReportHook; part of the interface
 // zonEqvSection and zonEqvKeyword in the same thread.
 thread_local int equivalenceQuiet = 0;
 
-void Report(const std::string& text) {
-  if (GetEquivalenceQuiet() == 0) SendReport(text.c_str(), kSeverity);
+const char* TextOf(MismatchKind kind) {
+  switch (kind) {
+    case MismatchKind::kNoSections:
+      return "Two sections required";
+    case MismatchKind::kBlankSection:
+      return "Blank section name";
+    case MismatchKind::kSectionName:
+      return "Section name conflict";
+    case MismatchKind::kTemplateSection:
+      return "Ambiguous template section";
+    case MismatchKind::kSurplusSection:
+      return "Ambiguous candidate section";
+    case MismatchKind::kMissingSection:
+      return "Missing section";
+    case MismatchKind::kUnknownSections:
+      return "Inconsistent number of sections";
+    case MismatchKind::kNoKeywords:
+      return "Two keywords required";
+    case MismatchKind::kKeywordName:
+      return "Keyword name conflict";
+    case MismatchKind::kTemplateKeyword:
+      return "Ambiguous template keyword";
+    case MismatchKind::kSurplusKeyword:
+      return "Ambiguous candidate keyword";
+    case MismatchKind::kUnknownKeyword:
+      return "Unrecognized keyword";
+    case MismatchKind::kMissingValue:
+      return "Missing parameters";
+    case MismatchKind::kSurplusValue:
+      return "Too many parameters";
+    case MismatchKind::kUnresolved:
+      return "Unresolved default value";
+    default:
+      return "Parameter type conflict";
+  }
 }
 
-// Reports a mismatch of two nodes; either may be null. Returns false, the result of the check.
-bool ReportNodes(const CzonNode* definition, const CzonNode* candidate, const char* message) {
-  std::string text = std::string("Error: ") + message;
-  if (definition != nullptr) text += "\n\tTemp: " + definition->GetNameGlb();
-  if (candidate != nullptr) text += "\n\tCand: " + candidate->GetNameGlb();
-  Report(text);
-  return false;
-}
+// Passes the first mismatch to ReportHook, and ends the check.
+class FirstMismatch : public EquivalenceObserver {
+ public:
+  bool OnMismatch(const Mismatch& mismatch) override {
+    if (GetEquivalenceQuiet() != 0) return false;
+    const char* text = TextOf(mismatch.kind);
+    switch (mismatch.kind) {
+      case MismatchKind::kMissingSection:
+        ReportNodes(mismatch.definition, nullptr, text);
+        break;
+      case MismatchKind::kUnknownKeyword:
+        // Compatibility: the keyword of the candidate is reported as if it were of the template.
+        ReportNodes(mismatch.candidate, nullptr, text);
+        break;
+      case MismatchKind::kMissingValue:
+      case MismatchKind::kSurplusValue:
+        ReportValue(mismatch.definition, mismatch.number, text);
+        break;
+      case MismatchKind::kValueKind:
+      case MismatchKind::kUnresolved:
+        if (!mismatch.expected->IsParam() || !mismatch.value->IsParam()) {
+          ReportNodes(mismatch.expected, mismatch.value, "Two parameters expected");
+        }
+        ReportValue(mismatch.candidate, mismatch.number, text);
+        break;
+      default:
+        ReportNodes(mismatch.definition, mismatch.candidate, text);
+    }
+    return false;
+  }
 
-// The same for the n-th value of a keyword.
-bool ReportParam(const CzonNode* keyword, unsigned int n, const char* message) {
-  Report(std::string("Error: ") + message + "\n\tKeyw: " + keyword->GetNameGlb() +
-         "\n\tNo:" + std::to_string(n));
-  return false;
-}
+ private:
+  // Either node may be null.
+  static void ReportNodes(const CzonNode* definition, const CzonNode* candidate,
+                          const char* message) {
+    std::string text = std::string("Error: ") + message;
+    if (definition != nullptr) text += "\n\tTemp: " + definition->GetNameGlb();
+    if (candidate != nullptr) text += "\n\tCand: " + candidate->GetNameGlb();
+    SendReport(text.c_str(), kSeverity);
+  }
+
+  static void ReportValue(const CzonNode* keyword, unsigned int n, const char* message) {
+    const std::string text = std::string("Error: ") + message +
+                             "\n\tKeyw: " + keyword->GetNameGlb() + "\n\tNo:" + std::to_string(n);
+    SendReport(text.c_str(), kSeverity);
+  }
+};
 
 bool HasFlag(const CzonNode* node, CzonNamedNode::Flags flag) {
   return (static_cast<const CzonNamedNode*>(node)->GetFlags() & flag) != 0;
@@ -73,45 +142,28 @@ bool IsKeyword(const CzonNode* node) {
 }
 
 // Names and instances of two sections; not what is in them.
-bool HeadsConform(const CzonNode* definition, const CzonNode* candidate) {
-  const auto report = [&](const char* message) {
-    return ReportNodes(definition, candidate, message);
-  };
-  if (!IsOwnedSection(definition) || !IsOwnedSection(candidate)) {
-    return report("Two sections required");
-  }
-  if (definition->GetName().empty()) return report("Blank section name");
-  if (!HaveSameName(definition, candidate)) return report("Section name conflict");
-  if (definition->GetNoInstances() > 1) return report("Ambiguous template section");
+MismatchKind CompareSectionHeads(const CzonNode* definition, const CzonNode* candidate) {
+  if (!IsOwnedSection(definition) || !IsOwnedSection(candidate)) return MismatchKind::kNoSections;
+  if (definition->GetName().empty()) return MismatchKind::kBlankSection;
+  if (!HaveSameName(definition, candidate)) return MismatchKind::kSectionName;
+  if (definition->GetNoInstances() > 1) return MismatchKind::kTemplateSection;
   if (!HasFlag(definition, CzonNamedNode::kMulti) && candidate->GetNoInstances() > 1) {
-    return report("Ambiguous candidate section");
+    return MismatchKind::kSurplusSection;
   }
-  return true;
+  return MismatchKind::kNone;
 }
 
-// Each named keyword of the definition against all keywords of that name in the candidate.
-bool NamedKeywordsConform(const CzonNode* definition, const CzonNode* candidate) {
-  for (unsigned int n = 1; const CzonKeyword* keyword = definition->KeywordByNum(n); ++n) {
-    const std::string& name = keyword->GetName();
-    if (name.empty()) continue;
-    for (unsigned int k = 1;
-         const CzonKeyword* found = candidate->KeywordByNameNum(name.c_str(), k); ++k) {
-      if (!ConformsKeyword(keyword, found)) return false;
-    }
+// Names and instances of two keywords; not their values.
+MismatchKind CompareKeywordHeads(const CzonNode* definition, const CzonNode* candidate) {
+  if (!IsKeyword(definition) || !IsKeyword(candidate)) return MismatchKind::kNoKeywords;
+  const bool named = definition->GetName().empty() ? !candidate->GetName().empty()
+                                                   : HaveSameName(definition, candidate);
+  if (!named) return MismatchKind::kKeywordName;
+  if (definition->GetNoInstances() >= 2) return MismatchKind::kTemplateKeyword;
+  if (!HasFlag(definition, CzonNamedNode::kMulti) && candidate->GetNoInstances() > 1) {
+    return MismatchKind::kSurplusKeyword;
   }
-  return true;
-}
-
-// All other keywords of the candidate against the wildcard.
-bool OtherKeywordsConform(const CzonNode* definition, const CzonNode* candidate) {
-  const CzonKeyword* wildcard = definition->KeywordByNameNum("", 1);
-  for (unsigned int n = 1; const CzonKeyword* keyword = candidate->KeywordByNum(n); ++n) {
-    if (definition->KeywordByNameNum(keyword->GetName().c_str(), 1) != nullptr) continue;
-    // Compatibility: the keyword of the candidate is reported as if it were of the template.
-    if (wildcard == nullptr) return ReportNodes(keyword, nullptr, "Unrecognized keyword");
-    if (!ConformsKeyword(wildcard, keyword)) return false;
-  }
-  return true;
+  return MismatchKind::kNone;
 }
 
 // Two sections of which the check has begun, and its state.
@@ -126,15 +178,53 @@ struct SectionPair {
       : definition(d), candidate(c), unmatched(c->GetNoSections()) {}
 };
 
-// The next sections of the pair that match: first all instances of a section in the candidate, then
+// The next sections of a pair that match: first all instances of a section in the candidate, then
 // the next section. Null if there are none left.
 struct Match {
   const CzonSection* definition = nullptr;
   const CzonSection* candidate = nullptr;
 };
 
-// Stores the next match. Returns false, after a report, if a mandatory section is missing.
-bool FindNextMatch(SectionPair& pair, Match& match) {
+class Walk {
+ public:
+  explicit Walk(EquivalenceObserver& observer) : observer_(observer) {}
+
+  // Sections and all in them; roots have no keywords and their own heads are not compared.
+  bool CompareRoots(const CzonNode* definition, const CzonNode* candidate);
+  bool CompareSections(const CzonNode* definition, const CzonNode* candidate);
+  bool CompareKeywords(const CzonNode* definition, const CzonNode* candidate);
+
+ private:
+  bool Report(MismatchKind kind, const CzonNode* definition, const CzonNode* candidate,
+              unsigned int n = 0) {
+    return observer_.OnMismatch({kind, n, definition, candidate, nullptr, nullptr});
+  }
+
+  bool Enter(const CzonNode* definition, const CzonNode* candidate);
+  bool CompareOpen();
+  bool FindNextMatch(SectionPair& pair, Match& match);
+  bool Finish(const SectionPair& pair);
+  bool CompareNamedKeywords(const CzonNode* definition, const CzonNode* candidate);
+  bool CompareOtherKeywords(const CzonNode* definition, const CzonNode* candidate);
+  bool CompareValues(const CzonNode* definition, const CzonNode* candidate);
+
+  EquivalenceObserver& observer_;
+  std::vector<SectionPair> open_;
+};
+
+// Begins the comparison of two sections. Sections that have not even the name in common are skipped.
+bool Walk::Enter(const CzonNode* definition, const CzonNode* candidate) {
+  const MismatchKind kind = CompareSectionHeads(definition, candidate);
+  if (kind != MismatchKind::kNone && !Report(kind, definition, candidate)) return false;
+  if (kind == MismatchKind::kNone || kind == MismatchKind::kSurplusSection) {
+    observer_.OnSections(*definition, *candidate);
+    open_.emplace_back(definition, candidate);
+  }
+  return true;
+}
+
+// Stores the next match.
+bool Walk::FindNextMatch(SectionPair& pair, Match& match) {
   for (; const CzonSection* section = pair.definition->SectionByNum(pair.section); ++pair.section) {
     const char* name = section->GetName().c_str();
     if (const CzonSection* found = pair.candidate->SectionByNameNum(name, pair.instance)) {
@@ -142,8 +232,9 @@ bool FindNextMatch(SectionPair& pair, Match& match) {
       match = {section, found};
       return true;
     }
-    if (pair.instance == 1 && HasFlag(section, CzonNamedNode::kMandat)) {
-      return ReportNodes(section, nullptr, "Missing section");
+    if (pair.instance == 1 && HasFlag(section, CzonNamedNode::kMandat) &&
+        !Report(MismatchKind::kMissingSection, section, pair.candidate)) {
+      return false;
     }
     pair.instance = 1;
   }
@@ -151,88 +242,135 @@ bool FindNextMatch(SectionPair& pair, Match& match) {
   return true;
 }
 
-// What is checked after the last section of a pair.
-bool RestConforms(const SectionPair& pair) {
-  if (pair.unmatched != 0) {
-    return ReportNodes(pair.definition, pair.candidate, "Inconsistent number of sections");
+// What is compared after the last section of a pair.
+bool Walk::Finish(const SectionPair& pair) {
+  if (pair.unmatched != 0 &&
+      !Report(MismatchKind::kUnknownSections, pair.definition, pair.candidate)) {
+    return false;
   }
-  return NamedKeywordsConform(pair.definition, pair.candidate) &&
-         OtherKeywordsConform(pair.definition, pair.candidate);
+  if (pair.definition->GetOwner() == nullptr) return true;
+  return CompareNamedKeywords(pair.definition, pair.candidate) &&
+         CompareOtherKeywords(pair.definition, pair.candidate);
+}
+
+bool Walk::CompareOpen() {
+  while (!open_.empty()) {
+    SectionPair& pair = open_.back();
+    Match match;
+    if (!FindNextMatch(pair, match)) return false;
+    if (match.definition == nullptr) {
+      if (!Finish(pair)) return false;
+      open_.pop_back();
+      continue;
+    }
+    --pair.unmatched;
+    if (!Enter(match.definition, match.candidate)) return false;  // `pair` is invalid from here
+  }
+  return true;
+}
+
+bool Walk::CompareSections(const CzonNode* definition, const CzonNode* candidate) {
+  return Enter(definition, candidate) && CompareOpen();
+}
+
+bool Walk::CompareRoots(const CzonNode* definition, const CzonNode* candidate) {
+  observer_.OnSections(*definition, *candidate);
+  open_.emplace_back(definition, candidate);
+  return CompareOpen();
+}
+
+// Each named keyword of the definition against all keywords of that name in the candidate.
+bool Walk::CompareNamedKeywords(const CzonNode* definition, const CzonNode* candidate) {
+  for (unsigned int n = 1; const CzonKeyword* keyword = definition->KeywordByNum(n); ++n) {
+    const std::string& name = keyword->GetName();
+    if (name.empty()) continue;
+    for (unsigned int k = 1;
+         const CzonKeyword* found = candidate->KeywordByNameNum(name.c_str(), k); ++k) {
+      if (!CompareKeywords(keyword, found)) return false;
+    }
+  }
+  return true;
+}
+
+// All other keywords of the candidate against the wildcard.
+bool Walk::CompareOtherKeywords(const CzonNode* definition, const CzonNode* candidate) {
+  const CzonKeyword* wildcard = definition->KeywordByNameNum("", 1);
+  for (unsigned int n = 1; const CzonKeyword* keyword = candidate->KeywordByNum(n); ++n) {
+    if (definition->KeywordByNameNum(keyword->GetName().c_str(), 1) != nullptr) continue;
+    const bool goesOn = wildcard == nullptr
+                            ? Report(MismatchKind::kUnknownKeyword, definition, keyword)
+                            : CompareKeywords(wildcard, keyword);
+    if (!goesOn) return false;
+  }
+  return true;
+}
+
+bool Walk::CompareKeywords(const CzonNode* definition, const CzonNode* candidate) {
+  const MismatchKind kind = CompareKeywordHeads(definition, candidate);
+  if (kind != MismatchKind::kNone) {
+    if (!Report(kind, definition, candidate)) return false;
+    if (kind != MismatchKind::kSurplusKeyword) return true;
+  }
+  observer_.OnKeywords(*definition, *candidate);
+  return CompareValues(definition, candidate);
+}
+
+bool Walk::CompareValues(const CzonNode* definition, const CzonNode* candidate) {
+  const CzonNode* last = nullptr;  // the last value of the definition so far
+  for (unsigned int n = 1;; ++n) {
+    const CzonNode* expected = definition->ParamByNum(n);
+    const CzonNode* value = candidate->ParamByNum(n);
+    if (value == nullptr) {
+      return expected == nullptr || Report(MismatchKind::kMissingValue, definition, candidate, n);
+    }
+    if (expected != nullptr) {
+      last = expected;
+    } else if (!observer_.IsOpen(*definition)) {
+      return Report(MismatchKind::kSurplusValue, definition, candidate, n);
+    }
+    // The last value of an open list repeats. An open list without values accepts any.
+    const MismatchKind kind = last != nullptr ? CompareValue(*last, *value) : MismatchKind::kNone;
+    if (kind != MismatchKind::kNone &&
+        !observer_.OnMismatch({kind, n, definition, candidate, last, value})) {
+      return false;
+    }
+  }
 }
 
 // Numbers conform if they share a view. Numbers of a file always have the double view; only builder
 // definitions are narrower, for example an integer definition without it. Other values conform by
 // syntax class, so a date-time conforms to a file name.
-bool KindsConform(const CzonNode* definition, const CzonNode* param) {
-  if (!definition->IsParam() || !param->IsParam()) {
-    return ReportNodes(definition, param, "Two parameters expected");
-  }
-  if (!definition->IsNumeric()) return definition->GetSyntaxClass() == param->GetSyntaxClass();
-  return (definition->IsInt() && param->IsInt()) || (definition->IsFloat() && param->IsFloat()) ||
-         (definition->IsDouble() && param->IsDouble());
-}
-
-bool ParamConforms(const CzonNode* definition, const CzonNode* param, const CzonNode* keyword,
-                   unsigned int n) {
-  if (KindsConform(definition, param)) return true;
-  return ReportParam(
-      keyword, n, param->IsDefaultPar() ? "Unresolved default value" : "Parameter type conflict");
-}
-
-// Names and instances of two keywords; not their values.
-bool KeywordHeadsConform(const CzonNode* definition, const CzonNode* candidate) {
-  const auto report = [&](const char* message) {
-    return ReportNodes(definition, candidate, message);
-  };
-  if (!IsKeyword(definition) || !IsKeyword(candidate)) return report("Two keywords required");
-  const bool named = definition->GetName().empty() ? !candidate->GetName().empty()
-                                                   : HaveSameName(definition, candidate);
-  if (!named) return report("Keyword name conflict");
-  if (definition->GetNoInstances() >= 2) return report("Ambiguous template keyword");
-  if (!HasFlag(definition, CzonNamedNode::kMulti) && candidate->GetNoInstances() > 1) {
-    return report("Ambiguous candidate keyword");
-  }
-  return true;
+bool DoKindsConform(const CzonNode& definition, const CzonNode& value) {
+  if (!definition.IsParam() || !value.IsParam()) return false;
+  if (!definition.IsNumeric()) return definition.GetSyntaxClass() == value.GetSyntaxClass();
+  return (definition.IsInt() && value.IsInt()) || (definition.IsFloat() && value.IsFloat()) ||
+         (definition.IsDouble() && value.IsDouble());
 }
 
 }  // namespace
 
+bool EquivalenceObserver::IsOpen(const CzonNode& definition) const {
+  return HasFlag(&definition, CzonNamedNode::kOpenList);
+}
+
+MismatchKind CompareValue(const CzonNode& definition, const CzonNode& value) {
+  if (DoKindsConform(definition, value)) return MismatchKind::kNone;
+  return value.IsDefaultPar() ? MismatchKind::kUnresolved : MismatchKind::kValueKind;
+}
+
+void CompareRoots(const CzonNode& definition, const CzonNode& candidate,
+                  EquivalenceObserver& observer) {
+  Walk(observer).CompareRoots(&definition, &candidate);
+}
+
 bool ConformsSection(const CzonNode* definition, const CzonNode* candidate) {
-  if (!HeadsConform(definition, candidate)) return false;
-  std::vector<SectionPair> open{{definition, candidate}};
-  while (!open.empty()) {
-    SectionPair& pair = open.back();
-    Match match;
-    if (!FindNextMatch(pair, match)) return false;
-    if (match.definition == nullptr) {
-      if (!RestConforms(pair)) return false;
-      open.pop_back();
-      continue;
-    }
-    if (!HeadsConform(match.definition, match.candidate)) return false;
-    --pair.unmatched;
-    open.emplace_back(match.definition, match.candidate);  // `pair` is invalid from here
-  }
-  return true;
+  FirstMismatch observer;
+  return Walk(observer).CompareSections(definition, candidate);
 }
 
 bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate) {
-  if (!KeywordHeadsConform(definition, candidate)) return false;
-  const CzonNode* last = nullptr;  // the last value of the definition so far
-  for (unsigned int n = 1;; ++n) {
-    const CzonNode* expected = definition->ParamByNum(n);
-    const CzonNode* param = candidate->ParamByNum(n);
-    if (param == nullptr) {
-      return expected == nullptr || ReportParam(definition, n, "Missing parameters");
-    }
-    if (expected != nullptr) {
-      last = expected;
-    } else if (!HasFlag(definition, CzonNamedNode::kOpenList)) {
-      return ReportParam(definition, n, "Too many parameters");
-    }
-    // The last value of an open list repeats. An open list without values accepts any.
-    if (last != nullptr && !ParamConforms(last, param, candidate, n)) return false;
-  }
+  FirstMismatch observer;
+  return Walk(observer).CompareKeywords(definition, candidate);
 }
 
 void SetEquivalenceQuiet(int quiet) {

@@ -1,4 +1,7 @@
-// A template and a candidate, separated by a zero byte, compared by the library and by a naive checker.
+// A template and a candidate, separated by a zero byte, compared by the library and by a naive checker; and
+// validated, which agrees with the comparison of each section.
+#include <zonx.h>
+
 #include "equiv_model.h"
 #include "fuzz.h"
 
@@ -30,6 +33,49 @@ void Compare() {
   fuzz::Check(fuzz::messages - before == (fits != 0 ? 0U : 1U), "one report");
 }
 
+bool hasRemark;
+
+// Whether each section of a file conforms by itself, and none is missing.
+bool ConformSections(void* wanted, void* file) {
+  bool conforms = true;
+  for (unsigned n = 1; void* section = zonTargetByNum(file, n); ++n) {
+    void* definition = zonTargetByNameNum(wanted, zonGetName(section), 1);
+    conforms =
+        conforms && definition != nullptr && zonEquivalentExt(definition, section, nullptr, 1) != 0;
+  }
+  for (unsigned n = 1; void* section = zonTargetByNum(wanted, n); ++n) {
+    const bool isMandat =
+        Has(*static_cast<CzonNode*>(static_cast<CzonBase*>(section)), CzonNamedNode::kMandat);
+    if (isMandat && zonTargetByNameNum(file, zonGetName(section), 1) == nullptr) conforms = false;
+  }
+  return conforms;
+}
+
+void Validate(void* wanted, void* file) {
+  const unsigned long before = fuzz::messages;
+  int reports = 0;
+  const auto count = [](const zonxReport* report, void* context) {
+    ++*static_cast<int*>(context);
+    char text[400];
+    zonxFormatReport(report, text, sizeof text);
+  };
+  const int status = zonxValidate(wanted, file, count, &reports);
+  fuzz::Check((status == ZONX_OK) == (reports == 0), "reports of a validation");
+  fuzz::Check(zonxValidate(wanted, file, nullptr, nullptr) == status, "without a reporter");
+  fuzz::Check(fuzz::messages == before, "no hook is called");
+  const auto isWhole = [](void* handle) {
+    return *zonGetSyntaxErr(handle, nullptr, nullptr, nullptr) == '\0';
+  };
+  if (!isWhole(wanted) || !isWhole(file)) {
+    fuzz::Check(status == ZONX_FAULTY, "a part of a file was validated");
+    return;
+  }
+  hasRemark = false;  // a remark can be a condition
+  zonExplore(wanted, [](CzonNode* node) { hasRemark = hasRemark || !node->GetRemark().empty(); });
+  if (hasRemark) return;
+  fuzz::Check((status == ZONX_OK) == ConformSections(wanted, file), "validated otherwise");
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -49,6 +95,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         Compare();
       });
     });
+    for (void* file : files) Validate(files[0], file);
   }
   for (void*& file : files) zonClose(&file);
   zonGetErrorGlb();

@@ -103,6 +103,7 @@ class SaveChecker {
   ~SaveChecker() { zonClose(&handle_); }
 
   bool IsSound() const { return isSound_; }
+  void* Handle() const { return handle_; }
 
   // A few edits and a save, several times.
   void Run(unsigned rounds) {
@@ -111,6 +112,21 @@ class SaveChecker {
       structural_ = false;
       for (unsigned edits = number_(0, 4); edits > 0; --edits) Edit();
       Save();
+    }
+  }
+
+  // One random edit.
+  void Edit() {
+    void* node = Pick();
+    const int kind = zonxGetKind(node);
+    if (kind == ZONX_KEYWORD) {
+      EditKeyword(node);
+    } else if (kind == ZONX_SECTION) {
+      EditSection(node);
+    } else if (kind == ZONX_FILE) {
+      const unsigned sections = static_cast<unsigned>(zonGetNoSections(node));
+      void* made = zoneInsertNewSection(node, Name().c_str(), number_(0, sections + 1));
+      if (made != nullptr && number_(0, 1) == 0) zoneInsertNewKeyword(made, "k", 1);
     }
   }
 
@@ -150,20 +166,6 @@ class SaveChecker {
   std::string Name() {
     constexpr const char* kNames[] = {"Alpha", "beta", "Gamma_1", "Alpha", "x"};
     return kNames[number_(0, 4)];
-  }
-
-  void Edit() {
-    void* node = Pick();
-    const int kind = zonxGetKind(node);
-    if (kind == ZONX_KEYWORD) {
-      EditKeyword(node);
-    } else if (kind == ZONX_SECTION) {
-      EditSection(node);
-    } else if (kind == ZONX_FILE) {
-      const unsigned sections = static_cast<unsigned>(zonGetNoSections(node));
-      void* made = zoneInsertNewSection(node, Name().c_str(), number_(0, sections + 1));
-      if (made != nullptr && number_(0, 1) == 0) zoneInsertNewKeyword(made, "k", 1);
-    }
   }
 
   void EditSection(void* section) {

@@ -29,7 +29,7 @@ def declared(path):
     for piece in re.finditer(pieces, text, re.S | re.M):
         words = piece.group()
         if piece.group(2):
-            yield (*piece.group(1, 2), re.split(r",\s+", piece.group(3)), comment, section + comment)
+            yield (*piece.group(1, 2), re.split(r",\s+(?![^()]*\))", piece.group(3)), comment, section + comment)
         elif words.startswith("/* "):
             section = words if words.startswith("/* --") else section + words
         comment = words if words.startswith("/** ") else comment if piece.group(2) else ""
@@ -47,7 +47,7 @@ def argument(parameter, isNull):
     """What is passed for a parameter after the first one."""
     if "*" not in parameter and "Reporter" not in parameter:
         return {"double": ctypes.c_double(0), "float": ctypes.c_float(0)}.get(parameter.split()[0], 0)
-    if isNull or "context" in parameter:
+    if isNull or "context" in parameter or "(*" in parameter:
         return None
     if "Reporter" in parameter:
         return Reporter(lambda report, context: None)
@@ -61,6 +61,9 @@ def call(zon, tree, result, name, parameters, which):
         os.dup2(os.open(os.devnull, os.O_WRONLY), 2)
         isNull = not which or not name.startswith("zonx")
         arguments = [argument(each, isNull) for each in parameters if each != "void"]
+        for at, each in enumerate(parameters):  # a second file
+            if at > 0 and not isNull and each.startswith("void* ") and "context" not in each:
+                arguments[at] = node(zon, tree, 1)
         arguments = [node(zon, tree, which), *arguments[1:]] if which else arguments
         zon.zonGetErrorGlb()
         getattr(zon, name).restype = RESULTS.get(result, Pointer)

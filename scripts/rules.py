@@ -11,7 +11,7 @@ WORD = r'"([a-z]+(?:-[a-z]+)+)"|(?:\bIs\(|\breturn|\?|:|\brule =|ZONX_[A-Z_]+,)\
 if __name__ == "__main__":
     folder = sys.argv[1]
     made = set()
-    for path in sum((glob.glob(f"{folder}/{part}/*.cpp") for part in ("reader", "zonx", "saving")), []):
+    for path in sum((glob.glob(f"{folder}/{part}/*.cpp") for part in ("reader", "zonx", "saving", "comparing")), []):
         text = re.sub(r"//.*", "", open(path).read())
         made |= {one or other for one, other in re.findall(WORD, text)}
     page = open(folder + "/docs/reports.md").read()

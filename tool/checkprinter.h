@@ -1,8 +1,9 @@
-// How the command `check` prints what the library reports.
+// How the commands `check` and `validate` print what the library reports.
 #ifndef ZON_TOOL_CHECKPRINTER_H
 #define ZON_TOOL_CHECKPRINTER_H
 
 #include <memory>
+#include <string>
 
 #include <zonx.h>
 
@@ -18,11 +19,14 @@ class CheckPrinter {
   virtual ~CheckPrinter() = default;
 
   virtual void Begin() {}
-  // The names in the report are those that the user gave.
-  virtual void Print(const zonxReport& report, const Input& input) = 0;
+  // The names in the report are those that the user gave. `related`: the file of its related place.
+  virtual void Print(const zonxReport& report, const Input& input, const Input& related) = 0;
   // `isComplete`: every file was read.
   virtual void End([[maybe_unused]] bool isComplete) {}
 };
+
+// A printer for "text", "json" or "sarif".
+std::unique_ptr<CheckPrinter> MakePrinter(const std::string& format);
 
 // A document in the Static Analysis Results Interchange Format, version 2.1.0.
 std::unique_ptr<CheckPrinter> MakeSarifPrinter();

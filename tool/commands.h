@@ -20,6 +20,15 @@ struct CheckOptions {
 // reports are the result, so they go to standard output.
 Status Check(const CheckOptions& options);
 
+struct ValidateOptions {
+  std::string templateFile;
+  std::vector<std::string> files;
+  std::string format = "text";  // or "json" or "sarif"
+};
+// Prints every place where a file does not conform to the template, and the errors of files that do not
+// load. A template with an error or a fault is reported and no file is read.
+Status Validate(const ValidateOptions& options);
+
 struct GetOptions {
   std::string file;
   std::vector<std::string> paths;       // of keywords or values: "Quay:*/Berth/Number[2]"

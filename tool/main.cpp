@@ -84,6 +84,24 @@ void AddCheck(CLI::App& app) {
   });
 }
 
+void AddValidate(CLI::App& app) {
+  CLI::App* command = Add(app, "validate", "Report every mismatch of each file with a template",
+                          "zon validate -t harbour-template.zon harbour*.zon");
+  static tool::ValidateOptions options;
+  command
+      ->add_option("-t,--template", options.templateFile,
+                   "a parameter file that defines what is allowed")
+      ->required();
+  AddFiles(command, options.files);
+  command->add_option("--format", options.format, "text, json or sarif; default: text")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  Choose(command, [] {
+    const auto count = std::count(options.files.begin(), options.files.end(), "-") +
+                       (options.templateFile == "-" ? 1 : 0);
+    return count > 1 ? RefuseSecondInput() : tool::Validate(options);
+  });
+}
+
 void AddGet(CLI::App& app) {
   CLI::App* command = Add(app, "get", "Print the values of keywords, one per line",
                           "zon get harbour.zon Quay:2/Berth/Draught[1] 'Quay:*/Length'");
@@ -406,6 +424,7 @@ void AddHelp(CLI::App& app) {
 
 void AddCommands(CLI::App& app) {
   AddCheck(app);
+  AddValidate(app);
   AddGet(app);
   AddList(app);
   AddDump(app);

@@ -32,15 +32,21 @@ const char* SeverityText(int severity) {
 }
 
 zonxReport WithName(const zonxReport& report, const std::string& name) {
+  return WithNames(report, name, name);
+}
+
+zonxReport WithNames(const zonxReport& report, const std::string& name,
+                     const std::string& related) {
   zonxReport named = report;
   if (named.place.file != nullptr) named.place.file = name.c_str();
-  if (named.related.file != nullptr) named.related.file = name.c_str();
+  if (named.related.file != nullptr) named.related.file = related.c_str();
   return named;
 }
 
 std::string TextOf(const zonxReport& report, int stream) {
   const std::string name = Printable(report.place.file != nullptr ? report.place.file : "");
-  const zonxReport shown = WithName(report, name);
+  const std::string related = Printable(report.related.file != nullptr ? report.related.file : "");
+  const zonxReport shown = WithNames(report, name, related);
   std::string text = Format(shown);
   std::replace_if(
       text.begin(), text.end(), [](char c) { return IsControl(c) && c != '\n' && c != '\t'; }, '?');

@@ -16,6 +16,9 @@ const char* SeverityText(int severity);
 // The report with the name of the file that the user gave: a file in memory was loaded by another one.
 zonxReport WithName(const zonxReport& report, const std::string& name);
 
+// The same if the related place is in another file.
+zonxReport WithNames(const zonxReport& report, const std::string& name, const std::string& related);
+
 // The text of zonxFormatReport, with control characters as '?', and in colour if `stream` has it.
 std::string TextOf(const zonxReport& report, int stream);
 

@@ -1,4 +1,4 @@
-// The reports of `check` in the Static Analysis Results Interchange Format 2.1.0: one run, whose results
+// The reports of `check` and `validate` in the Static Analysis Results Interchange Format 2.1.0: one run, whose results
 // are printed as they come, and after them the rules that they refer to. Its columns count UTF-16 code
 // units where the library counts bytes, so the text before each column is read again from the file.
 // Tested by tests/check.t, and with the schema of the format by the test tool_sarif.
@@ -87,7 +87,7 @@ class SarifPrinter : public CheckPrinter {
     json_.Open('[');
   }
 
-  void Print(const zonxReport& report, const Input& input) override {
+  void Print(const zonxReport& report, const Input& input, const Input& related) override {
     std::ifstream file(input.Path(), std::ios::binary);
     json_.Open('{');
     json_.Put("ruleId", report.rule);
@@ -97,7 +97,8 @@ class SarifPrinter : public CheckPrinter {
     PutMessage(report.message + hint);
     PutLocation("locations", report.place, nullptr, file);
     if (report.related.file != nullptr) {
-      PutLocation("relatedLocations", report.related, report.relatedMessage, file);
+      std::ifstream other(related.Path(), std::ios::binary);
+      PutLocation("relatedLocations", report.related, report.relatedMessage, other);
     }
     json_.Close('}');
   }

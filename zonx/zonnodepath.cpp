@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -67,6 +68,20 @@ CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSectio
     if (keyword != nullptr || !mayBeSection) return keyword;
   }
   return FindSection(node, step);
+}
+
+// Appends a name, or at most so many characters of its end, with its number; or the number of a value.
+void AppendStep(std::string* text, const CzonNode& node, std::size_t longest = SIZE_MAX) {
+  const std::string number = std::to_string(node.GetInstanceNo());
+  if (!NodeAccess::IsNamed(node)) {
+    *text += "[" + number + "]";
+    return;
+  }
+  if (!text->empty()) *text += '/';
+  const std::string& name = node.GetName();
+  text->append(name, name.size() > longest ? name.size() - longest : 0);
+  if (name.empty()) *text += "()";
+  if (node.GetInstanceNo() > 1) *text += ":" + number;
 }
 
 }  // namespace
@@ -168,18 +183,24 @@ std::string PathOf(const CzonNode& node) {
     path.push_back(at);
   }
   std::string text;
-  for (; !path.empty(); path.pop_back()) {
-    const CzonNode& step = *path.back();
-    const std::string number = std::to_string(step.GetInstanceNo());
-    if (!NodeAccess::IsNamed(step)) {
-      text += "[" + number + "]";
-      continue;
-    }
-    if (!text.empty()) text += '/';
-    const std::string& name = step.GetName();
-    text += name.empty() ? "()" : name;
-    if (step.GetInstanceNo() > 1) text += ":" + number;
+  for (; !path.empty(); path.pop_back()) AppendStep(&text, *path.back());
+  return text;
+}
+
+std::string ShortPathOf(const CzonNode& node) {
+  constexpr std::size_t kLongest = 200;
+  std::string text;
+  for (const CzonNode* at = &node; at->GetOwner() != nullptr; at = at->GetOwner()) {
+    std::string longer;
+    AppendStep(&longer, *at, kLongest);
+    if (!text.empty() && text.front() != '[') longer += '/';
+    text = longer + text;
+    if (text.size() < kLongest) continue;
+    text = "..." + text.substr(text.size() - kLongest);
+    break;
   }
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, '?');
   return text;
 }
 

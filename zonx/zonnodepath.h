@@ -72,6 +72,10 @@ FoundNode FindNode(void* fileOrNode, const char* path);
 // The path of a node as FindNode takes it, from the root of its tree. Numbers of 1 are left out.
 std::string PathOf(const CzonNode& node);
 
+// The same for messages: at most some 200 characters of its end, after "..." if that is not all, and without
+// control characters. So the messages on a deep tree do not grow with its depth.
+std::string ShortPathOf(const CzonNode& node);
+
 }  // namespace zon
 
 #endif

@@ -13,12 +13,10 @@
 namespace zon {
 namespace {
 
-// A zero-terminated copy of a line.
-std::string CopyOfLine(std::string_view line) {
-  std::string copy(line);
-  std::replace(copy.begin(), copy.end(), '\0', ' ');
-  return copy;
-}
+// So many reports have a source line of more than this many characters. The text of a file can be one line,
+// and the host looks at all of it for each report.
+constexpr std::size_t kLongLine = 4096;
+constexpr unsigned int kMostLongLines = 250;
 
 zonxReport ReportOf(const Finding& finding) {
   zonxReport report{};
@@ -46,19 +44,33 @@ zonxPlace MakePlace(FileText& text, const char* file, Span span) {
   return place;
 }
 
+// A zero-terminated copy of the line of a place. Valid until the next call; null for a line that is left out.
+const char* Reporter::LineOf(FileText& text, const char* at) {
+  const bool isLast =
+      line_.data() != nullptr && at >= line_.data() && at <= line_.data() + line_.size();
+  if (!isLast) {
+    line_ = text.Lines().Line(at);
+    lineCopy_ = line_;
+    std::replace(lineCopy_.begin(), lineCopy_.end(), '\0', ' ');
+  }
+  const bool isLong = line_.size() > kLongLine;
+  if (isLong && ++longLines_ > kMostLongLines) return nullptr;
+  return lineCopy_.c_str();
+}
+
 void Reporter::Report(FileText* text, const Finding& finding, const FirstError* first) {
   if (!IsOn()) return;
   zonxReport report = ReportOf(finding);
   report.place.file = file_;
-  std::string line;
   std::string stopped;
   if (text != nullptr && finding.place.begin != nullptr) {
     report.place = MakePlace(*text, file_, finding.place);
-    line = CopyOfLine(text->Lines().Line(finding.place.begin));
-    report.sourceLine = line.c_str();
+    report.sourceLine = LineOf(*text, finding.place.begin);
   }
-  if (text != nullptr && finding.related.begin != nullptr) {
-    report.related = MakePlace(*text, file_, finding.related);
+  FileText* const relatedText = relatedText_ != nullptr ? relatedText_ : text;
+  if (relatedText != nullptr && finding.related.begin != nullptr) {
+    report.related =
+        MakePlace(*relatedText, relatedText_ != nullptr ? relatedFile_ : file_, finding.related);
     report.relatedMessage = finding.relatedMessage.c_str();
   } else if (text != nullptr && first != nullptr && first->at != nullptr &&
              (first->line != report.place.line || first->position != report.place.column)) {

@@ -3,6 +3,7 @@
 #define ZON_ZONX_ZONREPORTER_H
 
 #include <string>
+#include <string_view>
 
 #include "api/zonx.h"
 #include "base/zonfiletext.h"
@@ -21,6 +22,12 @@ class Reporter {
 
   bool IsOn() const { return function_ != nullptr; }
 
+  // The related places of the reports that follow are in another text than the places.
+  void SetRelatedFile(FileText* text, const char* file) {
+    relatedText_ = text;
+    relatedFile_ = file;
+  }
+
   // Reports a finding in a text. `text` is null if there is none: the report then has the name of the
   // file alone. `first`: if it has an error and the finding has no related place, the related place is
   // where the loader stopped.
@@ -33,9 +40,18 @@ class Reporter {
   void Pass(const zonxReport& report);
 
  private:
+  const char* LineOf(FileText& text, const char* at);
+
   zonxReporter function_;
   void* context_;
   const char* file_;
+  FileText* relatedText_ = nullptr;  // null: the text of the place
+  const char* relatedFile_ = nullptr;
+
+  // The last line of a report, which often is that of the next one, and its copy. Lines can be long.
+  std::string_view line_;
+  std::string lineCopy_;
+  unsigned int longLines_ = 0;  // so many have been passed
 };
 
 }  // namespace zon

@@ -600,6 +600,28 @@ TEST_F(Faults, OfWriting) {
             1, "dump");
 }
 
+TEST_F(Faults, OfValidation) {
+  static File pattern(nullptr), faulty(nullptr);
+  const std::string sound =
+      "[A_section_of_a_long_name] {required} Another_keyword_of_it = 1 {required; >= 1; one of 1, "
+      "2}"
+      " K_of_a_name_as_lonk = 'x' {one of 'a text that is longer than a short one', b; open}"
+      " () {> 5; < 1e6} = 1, 2 EndSect";
+  const std::string bad =
+      "[A_section_of_a_long_name] k = 'x' {>= 0; one of a, b; one of c} EndSect";
+  zonxLoadText(sound.data(), sound.size(), "t.zon", pattern.Address(), nullptr, nullptr);
+  zonxLoadText(bad.data(), bad.size(), "t.zon", faulty.Address(), nullptr, nullptr);
+  static const auto validate = [](void* wanted, void* file) {
+    return StatusOf<int>([&](int*) {
+      int reports = 0;
+      return zonxValidate(wanted, file, Count, &reports);
+    });
+  };
+  InjectAll({Failing(kNoMemory, CALL(validate(pattern, t.file)), CALL(validate(faulty, t.file)),
+                     CALL(validate(t.file, t.file)))},
+            Start::kLoaded, kKeyword, 2);
+}
+
 TEST_F(Faults, OfSaving) {
   static const auto save = [](Tree& t, unsigned flags) {
     return StatusOf<int>([&](int*) {

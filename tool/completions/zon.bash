@@ -3,7 +3,7 @@ _zon() {
   local cur prev words cword
   _init_completion -n : || return
 
-  local commands='check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help'
+  local commands='check validate get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help'
   local options='--color --help' command= word
   local -a given=()  # the words after the subcommand, without options
   for word in "${words[@]:1:cword-1}"; do
@@ -44,6 +44,7 @@ _zon() {
   case $command in
     '') options+=" --version $commands" ;;
     check) options+=' --format --strict' ;;
+    validate) options+=' --template --format' ;;
     get) options+=' --type --resolved --default' ;;
     list) options+=' --values --recursive --places' ;;
     dump) options+=' --json --places' ;;

@@ -14,14 +14,14 @@ function __zon_paths
     zon list $file[1] $section 2>/dev/null </dev/null
 end
 
-set -l commands check get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help
+set -l commands check validate get list dump from-json compare diff merge copy files template new doc fmt set unset add rename tokens results help
 complete -c zon -n "not __fish_seen_subcommand_from $commands" -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help; and test (count (commandline -opc)) -eq 2' -f -a "$commands"
 complete -c zon -n '__fish_seen_subcommand_from help' -f
 complete -c zon -l color -x -a 'auto always never' -d 'When to colour'
 complete -c zon -s h -l help -d 'Help'
 complete -c zon -l version -d 'Version'
-complete -c zon -n '__fish_seen_subcommand_from check' -l format -x -a 'text json sarif' -d 'Form of the reports'
+complete -c zon -n '__fish_seen_subcommand_from check validate' -l format -x -a 'text json sarif' -d 'Form of the reports'
 complete -c zon -n '__fish_seen_subcommand_from check' -l strict -d 'Status 1 for warnings too'
 complete -c zon -n '__fish_seen_subcommand_from get' -l type -d 'Kinds of the values'
 complete -c zon -n '__fish_seen_subcommand_from get' -l resolved -d 'File names as paths'
@@ -37,7 +37,7 @@ complete -c zon -n '__fish_seen_subcommand_from diff' -l absolute -x -d 'Absolut
 complete -c zon -n '__fish_seen_subcommand_from diff' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from diff' -l changes -d 'As a file of changes'
 complete -c zon -n '__fish_seen_subcommand_from merge' -s o -l output -r -F -d 'File to write'
-complete -c zon -n '__fish_seen_subcommand_from compare new doc' -s t -l template -r -F -d 'Template'
+complete -c zon -n '__fish_seen_subcommand_from compare validate new doc' -s t -l template -r -F -d 'Template'
 complete -c zon -n '__fish_seen_subcommand_from files' -l missing -d 'Only those that do not exist'
 complete -c zon -n '__fish_seen_subcommand_from files' -l json -d 'As JSON'
 complete -c zon -n '__fish_seen_subcommand_from files' -l copy-to -x -a '(__fish_complete_directories)' -d 'Folder for copies'

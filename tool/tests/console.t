@@ -50,7 +50,7 @@ Usage:
   
   Example:
     zon get harbour.zon Quay:2/Berth/Draught[1] 'Quay:*/Length'
-  $ for command in check get list dump compare copy fmt tokens results help; do
+  $ for command in check validate get list dump compare copy fmt tokens results help; do
   >   zon $command --help | grep -A1 '^Example:' | grep -q "  zon $command " || echo "$command"
   >   zon $command --help > "$CRAMTMP/options"; zon help $command | diff "$CRAMTMP/options" - || echo "$command"
   > done

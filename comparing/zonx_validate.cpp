@@ -1,0 +1,69 @@
+// Exported functions: a file against a template. Tested by tests/zonxvalidate_test.cpp.
+#include "api/zonfilehandle.h"
+#include "api/zonhandlecheck.h"
+#include "api/zonx.h"
+#include "comparing/zonvalidation.h"
+#include "comparing/zonvalidationreport.h"
+#include "tree/zonsection.h"
+#include "zonx/zonnodeplace.h"
+#include "zonx/zonreporter.h"
+#include "zonx/zonstatus.h"
+
+namespace zon {
+namespace {
+
+// Whether the handle has the tree of a whole file. Reports it otherwise.
+bool RequireLoaded(const CzonData& data, Reporter& reporter) {
+  const auto* load = dynamic_cast<const CzonLoad*>(&data);
+  const bool hasError =
+      load != nullptr && load->GetParser() != nullptr && load->GetParser()->HasError();
+  if (data.GetRoot() != nullptr && !hasError) return true;
+  Finding finding;
+  finding.rule = "not-loaded";
+  finding.message = "the file was not loaded without errors";
+  reporter.Report(nullptr, finding);
+  return false;
+}
+
+int Fail(const std::vector<TemplateFault>& faults, const NodeFile& file, Reporter& reporter) {
+  if (reporter.IsOn()) ReportFaults(faults, file, reporter);
+  return ZONX_FAULTY;
+}
+
+int Validate(const CzonData& definition, const CzonData& candidate, zonxReporter function,
+             void* context) {
+  const NodeFile templateFile = FileOf(definition);
+  const NodeFile file = FileOf(candidate);
+  Reporter ofTemplate(function, context, templateFile.name);
+  Reporter ofCandidate(function, context, file.name);
+  const bool hasTemplate = RequireLoaded(definition, ofTemplate);
+  if (&definition == &candidate && !hasTemplate) return ZONX_FAULTY;
+  if (!RequireLoaded(candidate, ofCandidate) || !hasTemplate) return ZONX_FAULTY;
+
+  const CzonTargetList& root = *definition.GetRoot();
+  const TemplateRules rules(root);
+  if (!rules.Faults().empty()) return Fail(rules.Faults(), templateFile, ofTemplate);
+  Validation validation(rules, ofCandidate.IsOn());
+  CompareRoots(root, *candidate.GetRoot(), validation);
+  if (validation.IsTemplateFaulty()) return Fail(FindNameFaults(root), templateFile, ofTemplate);
+  if (validation.Conforms()) return ZONX_OK;
+  ReportProblems(std::move(validation.Problems()), file, templateFile, ofCandidate);
+  return ZONX_MISMATCH;
+}
+
+}  // namespace
+}  // namespace zon
+
+extern "C" {
+
+int zonxValidate(void* templateHandle, void* candidateHandle, zonxReporter reporter,
+                 void* context) {
+  return zon::WithStatus([&]() -> int {
+    const auto* definition = zon::CastHandle<CzonData>(templateHandle);
+    const auto* candidate = zon::CastHandle<CzonData>(candidateHandle);
+    if (definition == nullptr || candidate == nullptr) return ZONX_BAD_ARGUMENT;
+    return zon::Validate(*definition, *candidate, reporter, context);
+  });
+}
+
+}  // extern "C"
