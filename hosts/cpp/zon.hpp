@@ -64,6 +64,7 @@
 
 // Everything is hidden but the types that a host keeps as members of its own classes: g++ warns of a member
 // whose type is less visible than the class. The functions of these types are hidden one by one.
+/// @cond
 #define ZON_TYPE __attribute__((visibility("default")))
 #define ZON_LOCAL __attribute__((visibility("hidden")))
 #define ZON_V1 v1 ZON_LOCAL
@@ -74,6 +75,7 @@
   ZON_LOCAL Class& operator=(const Class&) = default;     \
   ZON_LOCAL Class& operator=(Class&&) noexcept = default; \
   ZON_LOCAL ~Class() = default;
+/// @endcond
 
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic push
@@ -168,10 +170,10 @@ struct ZON_TYPE Difference {
   ZON_LOCAL Item after() const;
   /** @} */
 
-  Change change = Change::different;
-  std::string path;            /**< of the file that has it, of `after` if both have it */
-  void* before_node = nullptr; /**< for the C interfaces */
-  void* after_node = nullptr;  /**< for the C interfaces */
+  Change change = Change::different; /**< what it is */
+  std::string path;                  /**< of the file that has it, of `after` if both have it */
+  void* before_node = nullptr;       /**< for the C interfaces */
+  void* after_node = nullptr;        /**< for the C interfaces */
 };
 
 /** What several classes share, and what is internal. */
@@ -199,13 +201,17 @@ struct Allocator : std::allocator<T> {
 template <class T>
 class ZON_TYPE List {
  public:
-  using value_type = T;
-  using const_iterator = const T*;
-  using iterator = const_iterator;
+  using value_type = T;            /**< a Report or a Difference */
+  using const_iterator = const T*; /**< iterates over them */
+  using iterator = const_iterator; /**< the same */
   ZON_LOCAL_MEMBERS(List)
+  /** As of an array. */
   ZON_LOCAL const T* begin() const noexcept { return list_ != nullptr ? list_->data() : nullptr; }
+  /** As of an array. */
   ZON_LOCAL const T* end() const noexcept { return begin() + size(); }
+  /** As of an array. */
   ZON_LOCAL std::size_t size() const noexcept { return list_ != nullptr ? list_->size() : 0; }
+  /** As of an array. */
   ZON_LOCAL bool empty() const noexcept { return size() == 0; }
   /** `n` counts from 0, as in an array. */
   ZON_LOCAL const T& operator[](std::size_t n) const noexcept { return begin()[n]; }
@@ -215,15 +221,13 @@ class ZON_TYPE List {
   std::shared_ptr<std::vector<T, detail::Allocator<T>>> list_;
 };
 
-/** @{ */
-using Reports = List<Report>;
-using Differences = List<Difference>;
-/** @} */
+using Reports = List<Report>;         /**< of a load, a check or a comparison with a template */
+using Differences = List<Difference>; /**< of diff() */
 
 /** What is thrown, unless out of memory. what() is the text of all reports. */
 class Error : public std::runtime_error {
  public:
-  Error(int status, const Reports& reports);
+  Error(int status, const Reports& reports); /**< what() is their text */
 
   /** The zonxStatus, such as ZONX_MISSING; ZONX_OK for an error of the host. */
   int status() const noexcept { return status_; }
@@ -420,23 +424,19 @@ class Finds {
  public:
   /** The section or keyword of a path, found when it is used. Nothing is allocated for paths of up to 79
    *  bytes. Where section and keyword of a name both exist, the Item is the keyword where a value is needed
-   *  and the section where a name follows. @{ */
+   *  and the section where a name follows. */
   Item operator[](const char* path) const;
-  Item operator[](const std::string& path) const;
-  Item operator[](std::string_view path) const;
-  Item find(PathView path) const;
-  /** @} */
+  Item operator[](const std::string& path) const; /**< the same */
+  Item operator[](std::string_view path) const;   /**< the same */
+  Item find(PathView path) const;                 /**< the same */
 
-  /** The view of a section, or of a keyword. @{ */
-  Section section(PathView path = {}) const;
-  Keyword keyword(PathView path = {}) const;
-  /** @} */
+  Section section(PathView path = {}) const; /**< the view of a section */
+  Keyword keyword(PathView path = {}) const; /**< the view of a keyword */
 
   /** With a path: every section, or keyword, that has the last name of the path, in the section of the
-   *  path. Sections and keywords must not be added or removed in a loop over them. @{ */
+   *  path. Sections and keywords must not be added or removed in a loop over them. */
   Sections sections(PathView path = {}) const;
-  Keywords keywords(PathView path = {}) const;
-  /** @} */
+  Keywords keywords(PathView path = {}) const; /**< the same */
 
  private:
   Item Child(PathView path) const;
@@ -463,14 +463,14 @@ class Reads : private Convertible {
   Fallback<T> value_or(T&& fallback) const;
 
   /** The value. Throws an Error with the place of the value; if it is missing, of its keyword; and without
-   *  a keyword, of the section around it. The conversion is for initialisations and assignments. @{ */
+   *  a keyword, of the section around it. */
   template <class T>
   T as() const;
+  /** The same, for initialisations and assignments. */
   template <class T, std::enable_if_t<kIsReadable<T>, int> = 0>
   operator T() const {  // NOLINT: implicit
     return as<T>();
   }
-  /** @} */
 
   /** Use exists(), or as<bool>(). */
   explicit operator bool() const = delete;
@@ -512,8 +512,8 @@ class Node {
   Error error(const std::string& message, const std::string& hint = {}) const;
 
  protected:
-  Node() = default;
-  explicit Node(void* node) noexcept : node_(node) {}
+  Node() = default;                                   /**< empty */
+  explicit Node(void* node) noexcept : node_(node) {} /**< of the class that is derived */
 
  private:
   void* node_ = nullptr;
@@ -528,16 +528,16 @@ template <class View>
 class Range {
  public:
   class iterator;
-  using value_type = View;
-  using const_iterator = iterator;
+  using value_type = View;         /**< Section, Keyword or Value */
+  using const_iterator = iterator; /**< the same */
 
   /** An empty range. */
   Range() = default;
 
-  iterator begin() const { return iterator(parent_, name_, 1); }
-  iterator end() const { return iterator(parent_, name_, count_ + 1); }
-  std::size_t size() const { return count_; }
-  bool empty() const { return count_ == 0; }
+  iterator begin() const { return iterator(parent_, name_, 1); }        /**< the first */
+  iterator end() const { return iterator(parent_, name_, count_ + 1); } /**< behind the last */
+  std::size_t size() const { return count_; }                           /**< how many they are */
+  bool empty() const { return count_ == 0; } /**< whether there is none */
 
  private:
   friend class Item;
@@ -554,7 +554,8 @@ class Range {
 template <class View>
 class Range<View>::iterator {
  public:
-  /** The result of ->. */
+  /// @cond
+  // The result of ->.
   class Pointer {
    public:
     explicit Pointer(View view) : view_(view) {}
@@ -584,6 +585,7 @@ class Range<View>::iterator {
   }
   friend bool operator==(const iterator& a, const iterator& b) { return a.number_ == b.number_; }
   friend bool operator!=(const iterator& a, const iterator& b) { return a.number_ != b.number_; }
+  /// @endcond
 
  private:
   friend class Range;
@@ -602,13 +604,13 @@ class ZON_TYPE Section : public detail::Node<Section>, public detail::Finds<Sect
   /** @param node  a section or the root of a file, from a C interface; or null */
   ZON_LOCAL explicit Section(void* node) noexcept : Node(node) {}
 
-  ZON_LOCAL Sections::iterator begin() const;
-  ZON_LOCAL Sections::iterator end() const;
+  ZON_LOCAL Sections::iterator begin() const; /**< of its sections */
+  ZON_LOCAL Sections::iterator end() const;   /**< of its sections */
 
-  /** Whether both are the same section, or both are empty. @{ */
+  /** Whether both are the same section, or both are empty. */
   ZON_LOCAL friend bool operator==(Section a, Section b) { return a.node() == b.node(); }
+  /** Whether they are not. */
   ZON_LOCAL friend bool operator!=(Section a, Section b) { return a.node() != b.node(); }
-  /** @} */
 
   using Finds::operator[];
   /** A section has no number of its own: write item[n], or a path with ":n". */
@@ -665,7 +667,7 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   /** @param fileOrNode  from a C interface; null is the start of no path */
   ZON_LOCAL explicit Item(void* fileOrNode, detail::PathView path = {})
       : start_(fileOrNode), path_(path.Text()) {}
-  ZON_LOCAL Item(const Item&) = default;
+  ZON_LOCAL Item(const Item&) = default; /**< the same path */
   ZON_LOCAL ~Item() = default;
 
   /** An Item is a place in a file. To copy a value, write `a = b.as<double>()`. */
@@ -680,8 +682,9 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   /** Whether there is such a section, keyword or value. */
   ZON_LOCAL bool exists() const;
 
-  /** The views of the values, or of the value of [n]. */
+  /** The view of the first value, or of that of [n]. */
   ZON_LOCAL Value value() const;
+  /** The views of all values. */
   ZON_LOCAL Values values() const { return keyword().values(); }
 
   /** All values of the keyword, each as by as(); T as there. Empty if there is no keyword, or only an empty
@@ -752,8 +755,8 @@ class ZON_TYPE File : public detail::Finds<File> {
   ZON_LOCAL File();
   /** Owns a handle of a C interface. */
   ZON_LOCAL explicit File(void* handle) noexcept : handle_(handle) {}
-  ZON_LOCAL File(File&&) noexcept = default;
-  ZON_LOCAL File& operator=(File&&) noexcept = default;
+  ZON_LOCAL File(File&&) noexcept = default;            /**< leaves the other without a tree */
+  ZON_LOCAL File& operator=(File&&) noexcept = default; /**< closes its own tree before */
   ZON_LOCAL ~File() = default;
 
   /** The handle, for the C interfaces. The File goes on owning it. */
@@ -820,11 +823,15 @@ File parse(std::string_view text, const std::filesystem::path& name = {});
  *  report. */
 Reports check(const std::filesystem::path& name);
 
+/** Returns every mismatch of a file with a template, with its place in the file and, as related place, in the
+ *  template; nothing if the file conforms. Throws if the template is faulty. */
+Reports validate(const File& pattern, const File& candidate);
+
 /** How reals are compared by diff(). Two reals are equal if they differ by at most `absolute`, or at most
  *  `relative` times the larger one. */
 struct Tolerance {
-  double relative = 0;
-  double absolute = 0;
+  double relative = 0; /**< of the larger of both */
+  double absolute = 0; /**< in the unit of the values */
 };
 
 /** Returns the differences of two files, see zonxDiff; none if they are equal as data.
@@ -1860,6 +1867,14 @@ inline Reports check(const std::filesystem::path& name) {
   const int status =
       zonxLoadFile(detail::CheckedName(name), nullptr, detail::Collector::Add, &collector);
   if (status == ZONX_NO_MEMORY) throw std::bad_alloc();
+  return collector.TakenReports();
+}
+
+inline Reports validate(const File& pattern, const File& candidate) {
+  detail::Collector collector;
+  const int status =
+      zonxValidate(pattern.handle(), candidate.handle(), detail::Collector::Add, &collector);
+  if (status != ZONX_OK && status != ZONX_MISMATCH) detail::Throw(status, collector);
   return collector.TakenReports();
 }
 

@@ -574,7 +574,8 @@ TEST_F(Hpp, FilesMove) {
                      Thrown([&] { (void)file.warnings(); }),
                      Thrown([&] { throw file.error("x"); }),
                      Thrown([&] { zon::diff(file, moved); }),
-                     Thrown([&] { zon::merge(moved, file); })};
+                     Thrown([&] { zon::merge(moved, file); }),
+                     Thrown([&] { zon::validate(moved, file); })};
   for (const std::string& use : uses) {
     EXPECT_EQ(use, "error: the File was moved from, so it has no tree");
   }
@@ -592,6 +593,18 @@ TEST_F(Hpp, UnreadKeywordsAreReported) {
   const zon::Reports unread = watched.unread();
   ASSERT_EQ(unread.size(), 1U);
   EXPECT_EQ(unread[0].place.column, 11U);
+}
+
+TEST_F(Hpp, MismatchesHaveBothPlaces) {
+  const zon::File pattern = zon::parse("[A]\n k = 1 {0 .. 5}\nEndSect", "t.zon");
+  EXPECT_TRUE(zon::validate(pattern, zon::parse("[A] k = 5 EndSect")).empty());
+  const zon::Reports reports = zon::validate(pattern, zon::parse("[A] k = 6 EndSect", "c.zon"));
+  ASSERT_EQ(reports.size(), 1U);
+  EXPECT_EQ(reports[0].place.column, 9U);
+  EXPECT_EQ(reports[0].related.file, "t.zon");
+  EXPECT_EQ(reports[0].related.line, 2U);
+  const zon::File faulty = zon::parse("[A] k = 1 {> 5; < 5} EndSect", "t.zon");
+  EXPECT_EQ(Place([&] { zon::validate(faulty, pattern); }).substr(0, 2), "6 ");
 }
 
 TEST_F(Hpp, DifferencesLeadToBothNodes) {
