@@ -60,6 +60,9 @@ foreach(header IN LISTS ZON_PUBLIC_HEADERS)
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}${folder} COMPONENT dev)
 endforeach()
 
+# The interface for C++, over the two for C.
+install(FILES hosts/cpp/zon.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
+
 set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/zon)
 install(EXPORT zonTargets NAMESPACE zon:: DESTINATION ${folder} COMPONENT dev)
 configure_package_config_file(cmake/zonConfig.cmake.in zonConfig.cmake INSTALL_DESTINATION ${folder})
@@ -85,6 +88,7 @@ install(FILES README.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_
 install(FILES bench/RESULTS.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench COMPONENT doc)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   FILES_MATCHING PATTERN *.zon PATTERN *.c PATTERN *.cpp PATTERN *.f90 PATTERN *.pas PATTERN *.py)
+install(FILES hosts/cpp/example.cpp DESTINATION ${CMAKE_INSTALL_DOCDIR}/hosts/cpp COMPONENT doc)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   FILES_MATCHING PATTERN *.md PATTERN man EXCLUDE)
 zon_install_text(CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR} doc)

@@ -1,5 +1,5 @@
-# Packages for Debian: libzon0, libzon-dev, python3-zon and, with the command, zon-tools. The prefix of the build must be
-# /usr, as in scripts/package.
+# Packages for Debian: libzon0, libzon-dev, python3-zon and, with the command, zon-tools, with Fortran,
+# libzon-fortran-dev. The prefix of the build must be /usr, as in scripts/package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "the zon developers")
 set(CPACK_PACKAGE_CONTACT "zon developers <zon@example.org>")
@@ -61,6 +61,16 @@ if(TARGET zon_tool)
     "${about}\nThis package contains the command zon, which reads and checks them.")
   set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ${same})
   set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+endif()
+
+if(TARGET zon_fortran)
+  zon_package(fortran libzon-fortran-dev libdevel "library for zon parameter files (Fortran module)"
+    "${about}\nThis package contains the Fortran module zon and its static library.")
+  set(CPACK_DEBIAN_FORTRAN_PACKAGE_DEPENDS "libzon-dev (= ${PROJECT_VERSION}-1)")
+  get_target_property(format zon_fortran ZON_MODULE_FORMAT)
+  if(format MATCHES "gfortran")
+    string(APPEND CPACK_DEBIAN_FORTRAN_PACKAGE_DEPENDS ", gfortran | ${format}")
+  endif()
 endif()
 
 # Python. The scripts compile the package for every Python of the system and remove what was compiled.

@@ -113,6 +113,16 @@ class LongerPath {
   std::size_t size_;
 };
 
+// What appends the path of a node for a report.
+struct SectionPath {
+  void operator()(LongerPath& path) const { path.AddSection(section); }
+  const CzonNamedNode& section;
+};
+struct LinePath {
+  void operator()(LongerPath& path) const { path.AddLine(line); }
+  const CzonNamedNode& line;
+};
+
 class DifferenceWalk {
  public:
   DifferenceWalk(const ComparedTrees& trees, const ComparisonRules& rules, const char* key,
@@ -184,20 +194,18 @@ void DifferenceWalk::Enter(std::size_t before, std::size_t after) {
 }
 
 void DifferenceWalk::TakeStep(SiblingStep step) {
-  const CzonNamedNode* section =
-      step.before != kNone ? &outlines_[kBefore].Section(step.before) : nullptr;
-  const CzonNamedNode* other =
-      step.after != kNone ? &outlines_[kAfter].Section(step.after) : nullptr;
-  const auto addPath = [&](LongerPath& path) {
-    path.AddSection(other != nullptr ? *other : *section);
-  };
-  if (section == nullptr) return Report(ZONX_ADDED, nullptr, other, addPath);
-  if (other == nullptr) return Report(ZONX_REMOVED, section, nullptr, addPath);
-  if (step.isMoved) Report(ZONX_MOVED, section, other, addPath);
-  CompareFlags(*section, *other, addPath);
+  if (step.before == kNone) {
+    const CzonNamedNode& added = outlines_[kAfter].Section(step.after);
+    return Report(ZONX_ADDED, nullptr, &added, SectionPath{added});
+  }
+  const CzonNamedNode& section = outlines_[kBefore].Section(step.before);
+  if (step.after == kNone) return Report(ZONX_REMOVED, &section, nullptr, SectionPath{section});
+  const CzonNamedNode& other = outlines_[kAfter].Section(step.after);
+  if (step.isMoved) Report(ZONX_MOVED, &section, &other, SectionPath{other});
+  CompareFlags(section, other, SectionPath{other});
   if (visitor_.function != nullptr) {
-    AppendStep(&paths_[kBefore], *section);
-    AppendStep(&paths_[kAfter], *other);
+    AppendStep(&paths_[kBefore], section);
+    AppendStep(&paths_[kAfter], other);
   }
   Enter(step.before, step.after);
 }
@@ -308,24 +316,22 @@ void DifferenceWalk::CompareLines(const CzonNamedNode& before, const CzonNamedNo
     }
   }
   for (const SiblingStep& step : AlignSiblings(lines[kBefore], lines[kAfter])) {
-    const CzonNamedNode* line = step.before != kNone ? lines[kBefore][step.before].node : nullptr;
-    const CzonNamedNode* other = step.after != kNone ? lines[kAfter][step.after].node : nullptr;
-    const auto addPath = [&](LongerPath& path) { path.AddLine(other != nullptr ? *other : *line); };
-    if (line == nullptr) {
-      Report(ZONX_ADDED, nullptr, other, addPath);
-    } else if (other == nullptr) {
-      Report(ZONX_REMOVED, line, nullptr, addPath);
+    if (step.before == kNone) {
+      const CzonNamedNode& added = *lines[kAfter][step.after].node;
+      Report(ZONX_ADDED, nullptr, &added, LinePath{added});
+    } else if (step.after == kNone) {
+      const CzonNamedNode& removed = *lines[kBefore][step.before].node;
+      Report(ZONX_REMOVED, &removed, nullptr, LinePath{removed});
     } else {
-      CompareLine(*line, *other, step.isMoved);
+      CompareLine(*lines[kBefore][step.before].node, *lines[kAfter][step.after].node, step.isMoved);
     }
   }
 }
 
 void DifferenceWalk::CompareLine(const CzonNamedNode& before, const CzonNamedNode& after,
                                  bool isMoved) {
-  const auto addPath = [&](LongerPath& path) { path.AddLine(after); };
-  if (isMoved) Report(ZONX_MOVED, &before, &after, addPath);
-  CompareFlags(before, after, addPath);
+  if (isMoved) Report(ZONX_MOVED, &before, &after, LinePath{after});
+  CompareFlags(before, after, LinePath{after});
   if (!values_.HaveSameText(before, after)) CompareValues(before, after);
 }
 
@@ -360,7 +366,7 @@ void DifferenceWalk::Report(zonxChange change, const CzonNode* before, const Czo
                             AddPath&& addPath) {
   ++count_;
   if (visitor_.function == nullptr) return;
-  std::string& text = paths_[after != nullptr ? kAfter : kBefore];
+  std::string& text = paths_[change == ZONX_REMOVED ? kBefore : kAfter];
   LongerPath path(&text);
   addPath(path);
   const auto handleOf = [](const CzonNode* node) -> void* {

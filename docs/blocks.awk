@@ -2,6 +2,7 @@
 #
 #   c, cpp    a complete program: compiled with warnings as errors, run in a folder with a copy of examples/.
 #             A text block after a line that ends in "prints:" is its output.
+#   fortran   the same; left out with -v no_fortran=1. The session uses FC and FC_LINK.
 #   python    the same, run by PYTHON; left out with -v no_python=1.
 #   zon       a file that loads. With a text block after a line that ends in "error:" it does not load, and the
 #             text is the diagnostic: "name:line:position: message". With one after a line that ends in "report:"
@@ -14,11 +15,13 @@
 # not to be tested is indented instead of fenced. The session uses CC, CXX, WARNINGS, LINK and ROOT, and the
 # programs read_file, check_file and zon; with -v no_tool=1 the console blocks are left out.
 BEGIN {
-  follows["c"] = follows["cpp"] = follows["python"] = "prints:"
+  follows["c"] = follows["cpp"] = follows["fortran"] = follows["python"] = "prints:"
   follows["zon"] = "(error|reports?):"
-  compile["c"] = "$CC -std=c99"
-  compile["cpp"] = "$CXX -std=c++17"
-  run["c"] = run["cpp"] = run["python"] = run["zon"] = run["console"] = run["ebnf"] = 1
+  compile["c"] = "$CC -std=c99 $WARNINGS program.c -o program $LINK"
+  compile["cpp"] = "$CXX -std=c++17 $WARNINGS program.cpp -o program $LINK"
+  compile["fortran"] = "$FC program.f90 -o program $FC_LINK"
+  suffix["fortran"] = "f90"
+  run["c"] = run["cpp"] = run["fortran"] = run["python"] = run["zon"] = run["console"] = run["ebnf"] = 1
   print "  $ fresh() { cd \"$CRAMTMP\" && rm -rf block && mkdir block && cp -r \"$ROOT/examples\" block && cd block; }"
 }
 function fault(what) {
@@ -49,10 +52,11 @@ function check_names(    n, i, words, first, defined, count) {
 }
 # Prints the last block, with what it is expected to print.
 function flush(    name, i, n, lines) {
-  if (kind in compile) {
-    put("program." kind)
-    printf "  $ %s $WARNINGS program.%s -o program $LINK && ./program%s\n%s", compile[kind], kind,
-      expected == "" ? " >output" : "", expected
+  if (kind == "fortran" && no_fortran) {
+    # It has no compiler.
+  } else if (kind in compile) {
+    put("program." (kind in suffix ? suffix[kind] : kind))
+    printf "  $ %s && ./program%s\n%s", compile[kind], expected == "" ? " >output" : "", expected
   } else if (kind == "python" && !no_python) {
     put("program.py")
     printf "  $ $PYTHON program.py%s\n%s", expected == "" ? " >output" : "", expected

@@ -1,0 +1,11 @@
+#include "plugin.h"
+
+Settings::Settings(const char* path)
+    : file(zon::load(path)),
+      warnings(file.warnings()),
+      run(file.section("Run")),
+      workers(run["Workers"]) {
+  for (zon::Keyword keyword : run.keywords()) {
+    if (keyword.size() == 0) file["Run"][keyword.name()] = {1.5, 2.5};
+  }
+}
