@@ -1,4 +1,5 @@
 """The wheel: built, installed without network, and used. It carries the library that the tests run with."""
+import importlib.util
 import os
 import subprocess
 import sys
@@ -8,10 +9,10 @@ import pytest
 from conftest import EXAMPLES
 from test_file import HOST
 
-# Debian has the modules that make an environment in a package of their own.
-pytest.importorskip("ensurepip")
-if "LD_PRELOAD" in os.environ:
-    pytest.skip("pip does not run with a sanitizer", allow_module_level=True)
+pytestmark = [
+    pytest.mark.skipif(importlib.util.find_spec("ensurepip") is None, reason="python3-venv is not installed"),
+    pytest.mark.skipif("LD_PRELOAD" in os.environ, reason="pip does not run with a sanitizer"),
+]
 
 
 def run(*command, **environment):
