@@ -24,7 +24,7 @@ void AddPair(const std::string& name, Call call, Expression expression) {
   const auto run = [](auto read) {
     return [read](benchmark::State& state) {
       double sum = 0;
-      for (auto _ : state) sum += read();
+      for (auto _ : state) sum += static_cast<double>(read());
       Require(sum > 0, "nothing is found");
       PerValue(state, 1);
     };
