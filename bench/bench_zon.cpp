@@ -94,6 +94,7 @@ void AddRows() {
 int main(int count, char** arguments) {
   bench::AddRows();
   bench::AddZonxRows();
+  bench::AddHppRows();
   if (count == 5 && std::string(arguments[1]) == "--memory") {
     return bench::MemoryMain(arguments[2], arguments[3], arguments[4]);
   }

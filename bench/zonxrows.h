@@ -1,4 +1,4 @@
-// The rows of zonx.h.
+// The rows of zonx.h and of zon.hpp.
 #ifndef ZON_BENCH_ZONXROWS_H
 #define ZON_BENCH_ZONXROWS_H
 
@@ -8,6 +8,7 @@
 namespace bench {
 
 void AddZonxRows();
+void AddHppRows();  // in hpprows.cpp
 
 // A file of lists of numbers, of 10 MB, as a parameter file or as JSON, and how many numbers it has.
 std::string FileOfLists(bool json);
