@@ -415,10 +415,10 @@ ZON_API void zonxFree(void* memory);
  *  keyword with a number in the template may have. Conditions are not checked for the template's own values.
  *
  *  A template is faulty, whatever the file has, if a condition cannot be meant, such as a limit for a string
- *  or two limits that exclude each other. It is also faulty if it has two sections or keywords of one name, or
- *  a section without a name, and the file has something of that name, or a keyword for the second of two
- *  keywords "()". Then the faults of the template are reported, each once, and no mismatch. A template that
- *  is compared with itself is faulty if any file would find it so.
+ *  or two limits that exclude each other. A name that it has twice in a section, without "()", and a section
+ *  without a name are faults only if something of the file is compared with them, as for zonEquivalent. The
+ *  faults of a template are reported once, all of them, and then no mismatch is. To find them without a file,
+ *  pass the handle of the template as both arguments.
  *
  *      if (zonxValidate(wanted, file, reporter, NULL) == ZONX_MISMATCH) return 1;
  *
@@ -466,7 +466,8 @@ typedef struct zonxCompare {
  *  Compared are data and flags, not layout, comments, remarks, letter case of names or spelling of numbers.
  *  1 and 1.0 differ, 0.0 and -0.0 do not, and a value that is no number is equal to itself. A float is
  *  compared in its precision. A keyword without values has one empty place. File names in files of different
- *  folders are compared as resolved, else by their texts, in which "/" and "\" are equal.
+ *  folders are compared as resolved, else by their texts, in which "/" and "\" are equal; those in CLOBs are
+ *  part of the text.
  *
  *  @param before   a file handle or a section; of sections, name and place are not compared
  *  @param after    another one of the same kind, or the same one
@@ -480,10 +481,11 @@ ZON_API int zonxDiff(void* before, void* after, const zonxCompare* options,
                      void (*visitor)(const zonxDifference* difference, void* context),
                      void* context, size_t* count);
 
-/** As zonxDiff, but repeated sections of one name are paired by the values of their keyword `key` before
- *  anything else: those with equal values, however else they differ. One whose values no section of the
- *  other tree has was added or removed. A section without the keyword, or with several, with empty places
- *  alone, or with values that another section of that name in its list has too, is paired as by zonxDiff.
+/** As zonxDiff, but sections of a name that occurs more than once in `before` or `after` are paired by the
+ *  values of their keyword `key` before anything else: those with equal values, however else they differ. One
+ *  whose values no section of the other tree has was added or removed. A section without the keyword, or with
+ *  several, with empty places alone, or with values that another section of that name in its list has too, is
+ *  paired as by zonxDiff.
  *      zonxDiffByKey(before, after, "Name", NULL, print, stdout, &count);
  *  @param key  the name of a keyword; null or empty: as zonxDiff
  *  @return as zonxDiff */
@@ -500,7 +502,9 @@ ZON_API int zonxDiffByKey(void* before, void* after, const char* key, const zonx
  *  value of the same kind keeps its node; any other one is replaced, and its handle is no longer valid.
  *  Remarks of the target stay; sections and keywords get the flags of the overlay in addition to theirs. A
  *  reference to a variable of the host is replaced, never written through. Relative file names that come
- *  from a file in another folder are rewritten, so that they keep their target.
+ *  from a file in another folder are rewritten, so that they keep their target; those in CLOBs are texts and
+ *  stay as they are. If the target has a name with the flag "()" and the overlay that name several times, or the
+ *  reverse, the merged tree has both, which zonxSave refuses.
  *
  *      status = zonxMerge(base, overlay);
  *      if (status == ZONX_OK) status = zonxSave(base, "merged.zon", 0, reporter, NULL);

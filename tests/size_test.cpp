@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "treetext.h"
+#include "zonx.h"
 
 namespace {
 
@@ -245,6 +246,70 @@ TEST_F(SizeTime, OfEquivalence) {
   EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 1), zonTargetByNum(file, 1), nullptr), 1);
   EXPECT_EQ(zonEquivalent(zonTargetByNum(file, 2), zonTargetByNum(file, 2), nullptr), 1);
   ExpectWithin(10);
+}
+
+std::size_t CountDifferences(void* before, void* after) {
+  std::size_t count = 0;
+  const auto visit = [](const zonxDifference* difference, void* visits) {
+    *static_cast<std::size_t*>(visits) += difference->path[0] != '\0' ? 1 : 0;
+  };
+  EXPECT_EQ(zonxDiff(before, after, nullptr, visit, &count, nullptr), ZONX_OK);
+  return count;
+}
+
+// Every sibling has moved; then merges that change or add every sibling.
+TEST_F(SizeTime, OfComparingLists) {
+  for (const char* const piece : {"k# = 1\n", "[s] k = # EndSect\n"}) {
+    std::vector<std::string> pieces;
+    for (int n = 0; n < kMany; ++n) {
+      pieces.emplace_back(piece);
+      pieces.back().replace(pieces.back().find('#'), 1, std::to_string(n));
+    }
+    const auto load = [&] {
+      std::string text = "[A]\n";
+      for (const std::string& each : pieces) text += each;
+      return zonLoadFile(WriteFile("list.zon", text + "EndSect").c_str(), 1);
+    };
+    const File before(load());
+    std::reverse(pieces.begin(), pieces.end());
+    const File after(load());
+    const File other(Load("[A] EndSect"));
+    EXPECT_EQ(CountDifferences(before, after), kMany - 1U) << piece;
+    EXPECT_EQ(zonxMerge(before, after), ZONX_OK);
+    EXPECT_EQ(zonxMerge(other, after), ZONX_OK);
+    EXPECT_EQ(CountDifferences(other, after), 0U) << piece;
+  }
+  ExpectWithin(60);
+}
+
+// A chain of sections, each with a keyword and beside an empty one of its name.
+void* Chain(int depth, const std::string& value) {
+  void* file = zonCreate();
+  zonAddTarget(file, "s");
+  for (; depth > 0; --depth) {
+    zonAddKeyword(file, "k");
+    zonAddString(file, value.c_str());
+    zonAddSection(file, "s");
+    zonEndSection(file);
+    zonAddSection(file, "s");
+  }
+  return file;
+}
+
+TEST_F(SizeTime, OfComparingChains) {
+  constexpr int kLevels = 50000;
+  RunOnSmallStack([](void*) -> void* {
+    const File before(Chain(kLevels, "a"));
+    const File after(Chain(kLevels, "b"));
+    const File longer(Chain(2 * kLevels, "b"));
+    EXPECT_EQ(CountDifferences(before, after), static_cast<std::size_t>(kLevels));
+    EXPECT_EQ(zonxMerge(before, after), ZONX_OK);
+    EXPECT_EQ(CountDifferences(before, after), 0U);
+    EXPECT_EQ(zonxMerge(before, longer), ZONX_OK);
+    EXPECT_EQ(CountDifferences(before, longer), 0U);
+    return nullptr;
+  });
+  ExpectWithin(60);
 }
 
 // The peak memory of a process that loads a file and asks for every value in it.

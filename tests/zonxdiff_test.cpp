@@ -3,6 +3,8 @@
 
 #include <limits>
 
+#include "../fuzz/diff_model.h"
+#include "../fuzz/save_model.h"
 #include "treetext.h"
 #include "zonx.h"
 
@@ -119,6 +121,132 @@ TEST(ZonxDiff, FindsWhatWasInsertedOrMovedByContent) {
        "[A] n = 'c' x = 1.5 EndSect [A] n = 'a' x = 2.5 EndSect [A] n = 'b' x = 3.5 EndSect",
        "+A ~A:2/x[1] ~A:3/x[1]"},
   });
+}
+
+TEST(ZonxDiff, ComparesData) {
+  ExpectDifferences({
+      {"[A] k = +01, 1.50, TRUE {r}, 'it''s', |a/b|, #1#, %x, , 1e400, 0.0 // c\n EndSect",
+       "[a] {r} K {r} = 1, 15e-1, true, 'it''s', |a\\b|, #1#, %x, {r}, 1e500, -0.0 EndSect", ""},
+      {"[A] k = 1, 1, '1', |1|, #1#, %x, 'x', EndSect",
+       "[A] k = 1.0, '1', |1|, #1#, %x, 'x', '<CLOB:>', 0 EndSect",
+       "~A/k[1] ~A/k[2] ~A/k[3] ~A/k[4] ~A/k[5] ~A/k[6] ~A/k[7] ~A/k[8]"},
+      {"[A] k = 9223372036854775807, 1, 1e400, |a|, |/d/a| EndSect",
+       "[A] k = 9223372036854775808, -1, -1e400, |b/../a|, |a| EndSect",
+       "~A/k[1] ~A/k[2] ~A/k[3] ~A/k[4] ~A/k[5]"},
+      {"[A] k = '<CLOB:Integer:1>', #1#, %x, true EndSect",
+       "[A] k = '<CLOB:Integer:2>', #2#, %y, false EndSect", "~A/k[1] ~A/k[2] ~A/k[3] ~A/k[4]"},
+  });
+  const zonxCompare loose{0.01, 0.5};
+  ExpectDifferences(
+      {{"[A] k = 1.0, 1000.0, 1.0, 1, 1e400, 1e308 EndSect",
+        "[A] k = 1.5, 1010.0, 1.6, 2, 1e308, -1e308 EndSect", "~A/k[3] ~A/k[4] ~A/k[5] ~A/k[6]"},
+       {"[A] n = 1 x = 1.0 EndSect [A] n = 2 x = 1.0 EndSect",
+        "[A] n = 3 x = 1.0 EndSect [A] n = 1 x = 1.1 EndSect [A] n = 2 x = 1.2 EndSect", "+A"}},
+      nullptr, &loose);
+}
+
+TEST(ZonxDiff, ResolvesFileNamesInTwoFolders) {
+  const std::string text = "[A] k = |x|, |../e/y|, |/d/z| k = |w| EndSect";
+  const Loaded before(text, "/d/f.zon");
+  EXPECT_EQ(Diff(before, Loaded(text, "/d/g.zon")), "");
+  EXPECT_EQ(Diff(before, Loaded(text, "/e/f.zon")), "~A/k[1] ~A/k:2[1]");
+  EXPECT_EQ(Diff(before, Loaded(text, nullptr)), "");
+  EXPECT_EQ(
+      Diff(before, Loaded("[A] k = |../d/w| k = |../d/x|, |y|, |../d/z| EndSect", "/e/f.zon")),
+      ">A/k:2");
+}
+
+TEST(ZonxDiff, PairsByKey) {
+  ExpectDifferences(
+      {
+          {"[Q] n = 'a' x = 1 EndSect [Q] n = 'b' x = 2 EndSect",
+           "[Q] n = 'b' x = 1 EndSect [Q] n = 'a' x = 2 EndSect", "~Q/x[1] >Q:2 ~Q:2/x[1]"},
+          {"[Q] n = 1, 2 x = 1 EndSect [Q] n = 3 x = 2 EndSect",
+           "[Q] n = 03 x = 4 EndSect [Q] N = 1 x = 1 EndSect", "-Q ~Q/x[1] +Q:2"},
+          // One is a pair by its name, whatever its key.
+          {"[Q] n = 1 EndSect", "[Q] n = 2 EndSect", "~Q/n[1]"},
+          // No keys: none, one that is not alone, several, an empty one.
+          {"[Q] x = 1 EndSect [Q] n = 5 EndSect [Q] n = 1 n = 2 EndSect [Q] n = EndSect",
+           "[Q] x = 2 EndSect [Q] n = 5 x = 1 EndSect [Q] n = 1 n = 3 EndSect [Q] n = x = 3 "
+           "EndSect",
+           "~Q/x[1] +Q:2/x ~Q:3/n:2[1] +Q:4/x"},
+          {"[Q] n = 1 x = 1 EndSect [Q] n = 1 x = 2 EndSect",
+           "[Q] n = 1 x = 3 EndSect [Q] n = 1 x = 1 EndSect", "+Q -Q:2"},
+          {"[A] [Q] n = 1 x = 1 EndSect [Q] n = 2 EndSect EndSect",
+           "[A] [Q] n = 2 EndSect [Q] n = 1 x = 2 EndSect EndSect", ">A/Q:2 ~A/Q:2/x[1]"},
+      },
+      "n");
+}
+
+TEST(ZonxDiff, ComparesSectionsAndBuiltTrees) {
+  const Loaded before(
+      "[A] [B()] x = 1 [C] default (d) = 1 EndSect default (e) = 1 EndSect EndSect");
+  const Loaded after("[A] [D] X = 2 [C] default (d) = 2 EndSect default (e) = 2 EndSect EndSect");
+  void* const from = zonSectionByNum(zonTargetByNum(before, 1), 1);
+  void* const to = zonSectionByNum(zonTargetByNum(after, 1), 1);
+  EXPECT_EQ(Diff(from, to, nullptr, nullptr, true), "~ ~X[1] ~ ~C");
+  EXPECT_EQ(Diff(zonGetRoot(before), before), "");
+
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  float narrow = 0.1F;
+  const host::Built built;
+  for (const double value : {none, 0.1}) zonAddDouble(built, value);
+  zonAddFloat(built, 0.1F);
+  zonAddFloatRef(built, &narrow);
+  zonAddKeyword(built, "none");
+  const host::Built same;
+  for (const double value : {none, 0.1}) zonAddDouble(same, value);
+  for (int n = 0; n < 2; ++n) zonAddDouble(same, static_cast<double>(0.1F));
+  zonAddKeyword(same, "none");
+  zonAddUndefinedPar(same);
+  EXPECT_EQ(Diff(built, same), "");
+  EXPECT_EQ(Diff(same, built), "");
+  EXPECT_EQ(Diff(built, Loaded("[A] k = 0.1, 0.1, 0.1, 0.1000000001 none = 1 EndSect")),
+            "~A/k[1] +A/none[1]");
+}
+
+TEST(ZonxDiff, CallsTheVisitor) {
+  const Loaded before("[A] k = 1, 2 EndSect");
+  const Loaded after("[A] k = 3, 4 EndSect");
+  std::size_t count = 0;
+  const auto fail = [](const zonxDifference* difference, void*) {
+    zonGetInt(difference->before);
+    throw 1;
+  };
+  EXPECT_EQ(zonxDiff(before, after, nullptr, fail, nullptr, &count), ZONX_OK);
+  EXPECT_EQ(count, 2U);
+  for (const double bad : {-1.0, std::numeric_limits<double>::quiet_NaN()}) {
+    for (const zonxCompare& options : {zonxCompare{bad, 0}, zonxCompare{0, bad}}) {
+      EXPECT_EQ(zonxDiff(before, after, &options, nullptr, nullptr, &count), ZONX_BAD_ARGUMENT);
+    }
+  }
+}
+
+// Random files that have much in common.
+TEST(ZonxDiff, AgreesWithTheModel) {
+  for (unsigned seed = 0; seed < 100; ++seed) {
+    std::mt19937 random(seed);
+    const auto number = [&](unsigned from, unsigned to) {
+      return from + static_cast<unsigned>(random() % (to - from + 1));
+    };
+    std::string text;
+    for (unsigned sections = number(1, 5); sections > 0; --sections) {
+      text += "[Alpha] ";
+      for (unsigned lines = number(0, 3); lines > 0; --lines) {
+        text += "k = " + std::to_string(number(1, 3)) + ", 1.5 beta = 'x' ";
+      }
+      if (number(0, 1) != 0) text += "[Gamma_1] k = |a/b| EndSect ";
+      text += "EndSect ";
+    }
+    const bool resolved = number(0, 3) == 0;
+    model::SaveChecker before(text, "/d/f.zon", number);
+    model::SaveChecker after(text, resolved ? "/e/f.zon" : "/d/g.zon", number);
+    for (unsigned edits = number(0, 6); edits > 0; --edits) before.Edit();
+    for (unsigned edits = number(0, 6); edits > 0; --edits) after.Edit();
+    model::CheckDifferences(before.Handle(), after.Handle(), resolved,
+                            number(0, 1) != 0 ? "k" : nullptr);
+    model::CheckMerge(before.Handle(), after.Handle(), resolved);
+  }
 }
 
 }  // namespace

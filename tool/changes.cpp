@@ -18,9 +18,10 @@ namespace {
 constexpr const char* kBlanks = " \t\r\f\v";
 
 // The length of a line without its comment and the blanks before it. Texts and remarks can hold what looks
-// like a comment.
-std::size_t LengthOfCode(const std::string& line) {
+// like a comment. `isOpen` receives whether a string or remark goes on in the next line.
+std::size_t LengthOfCode(const std::string& line, bool* isOpen) {
   std::size_t end = line.size();
+  *isOpen = false;
   for (std::size_t at = 0; at < line.size(); ++at) {
     const char c = line[at];
     if (c == ';' || line.compare(at, 2, "//") == 0) {
@@ -29,7 +30,10 @@ std::size_t LengthOfCode(const std::string& line) {
     }
     if (std::strchr("'|#{", c) == nullptr || c == '\0') continue;
     at = line.find(c == '{' ? '}' : c, at + 1);
-    if (at == std::string::npos) break;
+    if (at == std::string::npos) {
+      *isOpen = c == '\'' || c == '{';
+      break;
+    }
   }
   const std::size_t last = end == 0 ? std::string::npos : line.find_last_not_of(kBlanks, end - 1);
   return last == std::string::npos ? 0 : last + 1;
@@ -49,9 +53,19 @@ class ChangesReader {
     errno = 0;
     std::ifstream file(input_.Path(), std::ios::binary);
     std::string line;
+    std::string more;
     while (std::getline(file, line)) {
       ++number_;
-      ReadLine(line);
+      const unsigned int first = number_;
+      bool isOpen = false;
+      std::size_t length = LengthOfCode(line, &isOpen);
+      while (isOpen && std::getline(file, more)) {
+        ++number_;
+        line += '\n' + more;
+        if (more.find_first_of("'}") != std::string::npos) length = LengthOfCode(line, &isOpen);
+      }
+      place_ = first;
+      ReadLine(line, line.substr(0, isOpen ? line.size() : length));
     }
     if (file.bad() || !file.eof()) {
       PrintMessage(input_.Name() + ": " + std::strerror(errno != 0 ? errno : EIO));
@@ -61,8 +75,7 @@ class ChangesReader {
   }
 
  private:
-  void ReadLine(const std::string& line) {
-    const std::string code = line.substr(0, LengthOfCode(line));
+  void ReadLine(const std::string& line, const std::string& code) {
     const std::size_t first = code.find_first_not_of(kBlanks);
     if (first == std::string::npos) return;
     const std::size_t sign = code.find('=', first);
@@ -114,15 +127,16 @@ class ChangesReader {
   }
 
   void Report(const std::string& line, std::size_t at, const char* text) {
-    const std::string shown = line.substr(0, line.find('\r'));
-    PrintDiagnostic({input_.Name(), number_, static_cast<unsigned int>(at) + 1}, text, shown);
+    const std::string shown = line.substr(0, line.find_first_of("\r\n"));
+    PrintDiagnostic({input_.Name(), place_, static_cast<unsigned int>(at) + 1}, text, shown);
     status_ = kTrouble;
   }
 
   const Input& input_;
   std::vector<Change>* const changes_;
   ValueText values_;
-  unsigned int number_ = 0;
+  unsigned int number_ = 0;  // of the last line that was read
+  unsigned int place_ = 0;   // the first line of the present change
   Status status_ = kFine;
 };
 

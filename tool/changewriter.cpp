@@ -171,7 +171,6 @@ std::string ChangeWriter::ValuesOf(void* keyword) {
   for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
     text += (n > 1 ? ", " : "") + ValueOf(value);
   }
-  if (text.find('\n') != std::string::npos) Refuse(PathOf(keyword));
   return text;
 }
 

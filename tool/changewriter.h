@@ -25,7 +25,7 @@ class ChangeWriter {
   void Take(const zonxDifference& difference);
 
   // Prints the lines. Prints an error for what no line can express, which are the flags and the default
-  // definitions of templates and texts of several lines, and returns kTrouble then.
+  // definitions of templates, and returns kTrouble then.
   Status Print();
 
  private:

@@ -44,6 +44,23 @@ std::string TextOf(void* node) {
   return IsValue(node) ? LoadedForm(node) : LoadedValues(node);
 }
 
+// Texts with their control characters as "\n", "\t" or "\x1B", which differ from each other.
+std::string Visible(const std::string& text) {
+  std::string shown;
+  for (const char c : text) {
+    if (!IsControl(c)) {
+      shown += c;
+    } else if (c == '\n' || c == '\t' || c == '\r') {
+      shown += c == '\n' ? "\\n" : c == '\t' ? "\\t" : "\\r";
+    } else {
+      constexpr const char* kDigits = "0123456789ABCDEF";
+      const auto byte = static_cast<unsigned char>(c);
+      shown += std::string("\\x") + kDigits[byte / 16] + kDigits[byte % 16];
+    }
+  }
+  return shown;
+}
+
 // One line for each difference, beginning with its sign.
 class TextPrinter : public DiffPrinter {
  public:
@@ -60,7 +77,7 @@ class TextPrinter : public DiffPrinter {
 
  private:
   static void Print(const std::string& line) {
-    std::cout << ColoredChange(Printable(line), STDOUT_FILENO) << '\n';
+    std::cout << ColoredChange(Visible(line), STDOUT_FILENO) << '\n';
   }
 
   // The path without the number of the only value of a keyword.

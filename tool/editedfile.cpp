@@ -25,6 +25,11 @@ void EditedFile::PrintWarning(const zonxReport* report, void* context) {
   PrintError(warning);
 }
 
+void EditedFile::PrintForOutput(const zonxReport* report, void* context) {
+  if (report->severity == ZONX_WARNING) return;
+  PrintError(WithName(*report, static_cast<const EditOptions*>(context)->output));
+}
+
 bool EditedFile::Load() {
   loaded_.emplace(argument_);
   if (!loaded_->IsSound()) return false;
@@ -54,9 +59,11 @@ Status EditedFile::Refuse(void* node, const std::string& message, const std::str
   return kTrouble;
 }
 
-bool EditedFile::IsLoadedFile(const std::string& name) const {
+// Whether the text goes to another file than the loaded one.
+bool EditedFile::IsOtherFile() const {
+  if (options_.target != EditOptions::Target::kOtherFile) return false;
   std::error_code error;
-  return std::filesystem::equivalent(name, loaded_->GetInput().Path(), error);
+  return !std::filesystem::equivalent(options_.output, loaded_->GetInput().Path(), error);
 }
 
 std::string EditedFile::Text(bool* isMade) {
@@ -70,15 +77,16 @@ std::string EditedFile::Text(bool* isMade) {
 }
 
 Status EditedFile::Save() {
-  const bool isOther =
-      options_.target == EditOptions::Target::kOtherFile && !IsLoadedFile(options_.output);
   unsigned int flags = 0;
   if (options_.backup) flags |= ZONX_BACKUP;
-  if (isOther) flags |= ZONX_OVERWRITE;
-  const char* const name = isOther ? options_.output.c_str() : nullptr;
-  return CheckMemory(zonxSave(File(), name, flags, LoadedFile::Print, &*loaded_)) == ZONX_OK
-             ? kFine
-             : kTrouble;
+  int status = ZONX_OK;
+  if (IsOtherFile()) {
+    status = zonxSave(File(), options_.output.c_str(), flags | ZONX_OVERWRITE, PrintForOutput,
+                      const_cast<EditOptions*>(&options_));
+  } else {
+    status = zonxSave(File(), nullptr, flags, LoadedFile::Print, &*loaded_);
+  }
+  return CheckMemory(status) == ZONX_OK ? kFine : kTrouble;
 }
 
 Status EditedFile::Deliver() {
@@ -89,7 +97,13 @@ Status EditedFile::Deliver() {
   const std::string text = Text(&isMade);
   if (!isMade) return kTrouble;
   if (options_.dryRun) {
-    PrintUnifiedDiff(std::cout, loaded_->GetInput().Name(), before_, text);
+    const bool isOther = IsOtherFile();
+    if (isOther) {
+      before_.clear();
+      ReadFile(options_.output, &before_);  // it may be missing
+    }
+    PrintUnifiedDiff(std::cout, isOther ? options_.output : loaded_->GetInput().Name(), before_,
+                     text);
   } else {
     std::cout << text;
   }

@@ -35,8 +35,9 @@ class EditedFile {
 
  private:
   static void PrintWarning(const zonxReport* report, void* context);
+  static void PrintForOutput(const zonxReport* report, void* context);
   std::string Text(bool* isMade);
-  bool IsLoadedFile(const std::string& name) const;
+  bool IsOtherFile() const;
   Status Save();
 
   const EditOptions& options_;

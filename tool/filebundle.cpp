@@ -37,7 +37,7 @@ std::string IdentityOf(const std::string& path) {
 
 // The part of a path after a folder, which ends with "/"; otherwise its last part.
 std::string PlaceFor(const std::string& path, const std::string& folder) {
-  const std::string last = path.substr(path.rfind('/') + 1);
+  std::string last = path.substr(path.rfind('/') + 1);
   if (path.compare(0, folder.size(), folder) != 0) return last;
   const fs::path inner = path.substr(folder.size());
   return inner == inner.lexically_normal() && *inner.begin() != ".." ? inner.string() : last;

@@ -14,6 +14,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tool/commands.h"
+#include "tool/valuetext.h"
 
 namespace {
 
@@ -370,6 +371,9 @@ void AddDiff(CLI::App& app) {
       ->excludes(json);
   Choose(command, [] {
     const bool isRepeated = options.before == "-" && options.after == "-";
+    if (!options.key.empty() && !tool::ValueText().IsName(options.key)) {
+      return RefuseUsage("--key needs the name of a keyword");
+    }
     return isRepeated ? RefuseSecondInput() : tool::Diff(options);
   });
 }
@@ -379,7 +383,9 @@ Status Merge(tool::MergeOptions& options) {
   const auto inputs = std::count(options.overlays.begin(), options.overlays.end(), "-") +
                       (options.base == "-" ? 1 : 0);
   if (inputs > 1) return RefuseSecondInput();
-  const bool isPrinted = options.edit.output.empty();
+  const bool isPrinted = options.edit.output.empty() || options.edit.output == "-";
+  if (isPrinted && options.edit.backup)
+    return RefuseUsage("--backup needs a file to write; see -o");
   options.edit.target = isPrinted ? Target::kStandardOutput : Target::kOtherFile;
   return tool::Merge(options);
 }
@@ -390,8 +396,9 @@ void AddMerge(CLI::App& app) {
   static tool::MergeOptions options;
   AddFile(command, "BASE", options.base);
   command->add_option("OVERLAY", options.overlays, "parameter files; later ones win")->required();
-  command->add_option("-o,--output", options.edit.output,
-                      "the file to write; BASE is changed in place. Default: print the result");
+  command->add_option(
+      "-o,--output", options.edit.output,
+      "the file to write; BASE is changed in place. Default, and -: print the result");
   AddEditOptions(command, options.edit);
   Choose(command, [] { return Merge(options); });
 }

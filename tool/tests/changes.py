@@ -13,7 +13,7 @@ import tempfile
 from pathlib import Path
 
 VALUES = ["1", "-7", "9007199254740993", "1.0", "2.50", "1e400", "true", "false", "'a'", "'it''s // no comment; {}'",
-          "|a b.csv|", "|data\\x.csv|", "|/srv/y|", "#2031-02-14#", "%cores", "", "{m}", "'=' {=}"]
+          "|a b.csv|", "|data\\x.csv|", "|/srv/y|", "#2031-02-14#", "%cores", "", "{m}", "'=' {=}", "'x\n; y {'"]
 NAMES = ["a", "A", "b", "Quay", "quay_2", "add", "unset"]
 
 

@@ -105,6 +105,28 @@ File names are the files that they lead to:
   A/f = |sub/x|, |sub/y|
   [A] f=|sub/x|, |sub\y| EndSect
 
+A text of several lines, and characters that no terminal shows:
+
+  $ printf "[A] a='x\n  y' b='\t' EndSect" > a; printf "[A] a='x?  y' b='; y\nEnd {', 5 c='a\n\nb' {of\nc} EndSect" > b
+  $ zon diff a b; zon diff --changes a b | tee changes
+  --- a
+  +++ b
+  ~ A/a: 'x\n  y' -> 'x?  y'
+  ~ A/b[1]: '\t' -> '; y\nEnd {'
+  + A/b[2] = 5
+  + A/c = 'a\n\nb'
+  A/a = 'x?  y'
+  A/b = '; y
+  End {', 5
+  add A/c = 'a
+  
+  b'
+  $ zon set -f changes a && zon diff a b; printf "A/a = 'x\nA/b = 5\n" | zon set -f - a
+  stdin:1:7: error: these are no values as a file has them
+    A/a = 'x
+          ^
+  [2]
+
 Templates, broken files:
 
   $ sed 's/\[Quay()\]/[Quay]/' harbour-template.zon > template.zon; zon diff harbour-template.zon template.zon; zon diff --changes harbour-template.zon template.zon
@@ -113,7 +135,7 @@ Templates, broken files:
   ~ Quay/  (its flags)
   zon: a line of changes cannot express the difference of `Quay`
   [2]
-  $ cp "$EXAMPLES"/harbour-faulty.zon .; zon diff harbour-faulty.zon new.zon; zon diff nowhere.zon new.zon; zon diff - -
+  $ cp "$EXAMPLES"/harbour-faulty.zon .; zon diff harbour-faulty.zon new.zon; zon diff nowhere.zon new.zon; zon diff - -; zon diff --key a/b a b
   harbour-faulty.zon:9:24: error: the file name that begins here has no closing bar in its line
      Input = 'weather',  |data\weather\tuesday.csv
                          ^
@@ -121,4 +143,5 @@ Templates, broken files:
   hint: end the file name with |
   zon: nowhere.zon: No such file or directory
   zon: standard input can be read only once; use - for one file
+  zon: --key needs the name of a keyword
   [2]

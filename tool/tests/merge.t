@@ -41,6 +41,31 @@ Into the base itself, and into another file:
   sub/x.csv
   2.50
 
+Another file is compared and named as such:
+
+  $ zon merge before sub/site.zon -o sub/out.zon --dry-run; zon merge before sub/site.zon -o new.zon --dry-run | head -n 3; test -e new.zon
+  --- sub/out.zon
+  +++ sub/out.zon
+  @@ -3,7 +3,7 @@
+      Title = 'Ellersund, an ordinary Tuesday'
+      Workers = 400
+      Step {seconds} = 30
+  -   Output = |x.csv|, 2.50
+  +   Output = |sub\x.csv|, 2.50
+      Note = 'new' {a remark}
+   
+      [Report]
+  --- new.zon
+  +++ new.zon
+  @@ -0,0 +1,23 @@
+  [1]
+  $ zon merge before sub/site.zon -o nowhere/x; zon merge before sub/site.zon -o sub; zon merge before sub/site.zon --backup
+  nowhere/x: error: the file cannot be written: No such file or directory
+  sub: error: the file cannot be written: Is a directory
+  zon: --backup needs a file to write; see -o
+  [2]
+  $ zon merge before sub/site.zon -o - | zon diff - sub/out.zon
+
 Nothing is written if a file is missing or faulty:
 
   $ zon merge before sub/site.zon nowhere.zon -o before; zon merge before harbour-faulty.zon -o before; zon merge - -
