@@ -3,6 +3,7 @@
 #   c, cpp    a complete program: compiled with warnings as errors, run in a folder with a copy of examples/.
 #             A text block after a line that ends in "prints:" is its output.
 #   fortran   the same; left out with -v no_fortran=1. The session uses FC and FC_LINK.
+#   pascal    the same; left out with -v no_pascal=1. The session uses PASCAL.
 #   python    the same, run by PYTHON; left out with -v no_python=1.
 #   zon       a file that loads. With a text block after a line that ends in "error:" it does not load, and the
 #             text is the diagnostic: "name:line:position: message". With one after a line that ends in "report:"
@@ -15,13 +16,16 @@
 # not to be tested is indented instead of fenced. The session uses CC, CXX, WARNINGS, LINK and ROOT, and the
 # programs read_file, check_file and zon; with -v no_tool=1 the console blocks are left out.
 BEGIN {
-  follows["c"] = follows["cpp"] = follows["fortran"] = follows["python"] = "prints:"
+  follows["c"] = follows["cpp"] = follows["fortran"] = follows["pascal"] = follows["python"] = "prints:"
   follows["zon"] = "(error|reports?):"
   compile["c"] = "$CC -std=c99 $WARNINGS program.c -o program $LINK"
   compile["cpp"] = "$CXX -std=c++17 $WARNINGS program.cpp -o program $LINK"
   compile["fortran"] = "$FC program.f90 -o program $FC_LINK"
+  compile["pascal"] = "{ $PASCAL program.pas >log || cat log; }"
   suffix["fortran"] = "f90"
-  run["c"] = run["cpp"] = run["fortran"] = run["python"] = run["zon"] = run["console"] = run["ebnf"] = 1
+  suffix["pascal"] = "pas"
+  run["c"] = run["cpp"] = run["fortran"] = run["pascal"] = run["python"] = 1
+  run["zon"] = run["console"] = run["ebnf"] = 1
   print "  $ fresh() { cd \"$CRAMTMP\" && rm -rf block && mkdir block && cp -r \"$ROOT/examples\" block && cd block; }"
 }
 function fault(what) {
@@ -52,8 +56,8 @@ function check_names(    n, i, words, first, defined, count) {
 }
 # Prints the last block, with what it is expected to print.
 function flush(    name, i, n, lines) {
-  if (kind == "fortran" && no_fortran) {
-    # It has no compiler.
+  if ((kind == "fortran" && no_fortran) || (kind == "pascal" && no_pascal)) {
+    # There is no compiler.
   } else if (kind in compile) {
     put("program." (kind in suffix ? suffix[kind] : kind))
     printf "  $ %s && ./program%s\n%s", compile[kind], expected == "" ? " >output" : "", expected

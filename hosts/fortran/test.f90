@@ -312,9 +312,13 @@ contains
     call check_error(again, stat, zon_bad_argument, 'zero byte')
     call again%save(stat=stat, flags=4096)
     call check_error(again, stat, zon_bad_argument, 'bad argument')
-    call file%parse(text)
+    call file%parse('')
+    call file%set('A/K', 1)
     call file%save(stat=stat)
     call check_error(file, stat, zon_bad_argument, 'bad argument')
+    call file%save(trim(folder) // '/new.zon')
+    call again%load(trim(folder) // '/new.zon')
+    call check(again%has('A/K'), 'a file from nothing')
   end subroutine
 
   subroutine test_comparing()

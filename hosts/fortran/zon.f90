@@ -71,7 +71,8 @@ module zon
   contains
     ! (name [, stat]) loads a file. The one that the variable had is closed before.
     procedure :: load
-    ! (text [, name] [, stat]) loads a text; the name is for reports, and file names are relative to it.
+    ! (text [, name] [, stat]) loads a text; '' begins an empty file. The name is for reports, and file names
+    ! are relative to it.
     procedure :: parse
     ! () closes the file, also for copies of the variable.
     procedure :: close => close_file
