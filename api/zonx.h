@@ -440,11 +440,12 @@ typedef enum zonxChange {
 
 /** A difference. All of it lives during the call of the visitor only. */
 typedef struct zonxDifference {
-  int change;       /**< zonxChange */
-  const char* path; /**< as zonxFind takes it from `after` or, for what was removed, from `before`. That of
+  int change; /**< zonxChange */
+  const char*
+      path; /**< as zonxFind takes it from `after` or, for what was removed, from `before`. That of
                          a default definition, and of its values, is the path of the section it is in */
-  void* before;     /**< the section, keyword, default definition or value; null if it was added */
-  void* after;      /**< the same; null if it was removed */
+  void* before; /**< the section, keyword, default definition or value; null if it was added */
+  void* after;  /**< the same; null if it was removed */
 } zonxDifference;
 
 /** How reals are compared. Two finite reals a and b are equal if |a - b| is at most `absolute`, or at most
