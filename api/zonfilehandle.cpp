@@ -108,7 +108,7 @@ void CzonData::EndSection() {
 void CzonData::UpdateCurrentNode(CzonNode* node) {
   if (node == nullptr) return;
   // Is the node the current section, or a section around it?
-  const CzonNode* open = zon::NodeAccess::IsSection(*node) ? section_ : nullptr;
+  const CzonNode* open = zon::NodeAccess::IsNamed(*node) ? section_ : nullptr;
   while (open != nullptr && open != node) open = open->GetOwner();
   if (open != nullptr) LeaveSection(*node);
   if (node == keyword_) {
