@@ -138,6 +138,23 @@ void SaveChanges(benchmark::State& state, const char* size, std::size_t changes)
   Rates(state, source);
 }
 
+// A handle that is closed at the end of the scope.
+class Handle {
+ public:
+  explicit Handle(const std::string& text) {
+    const int status =
+        zonxLoadText(text.data(), text.size(), "/d/f.zon", &handle_, nullptr, nullptr);
+    Require(status == ZONX_OK, "cannot load");
+  }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  ~Handle() { zonClose(&handle_); }
+  operator void*() const { return handle_; }
+
+ private:
+  void* handle_ = nullptr;
+};
+
 // A file compared with itself by each section, or by a validation. Its names are unique.
 void CompareAll(benchmark::State& state, bool validates) {
   std::string text;
@@ -147,8 +164,7 @@ void CompareAll(benchmark::State& state, bool validates) {
     text += " Rails = true\n [Berth]\n  Draught = 7.5, 8.25, 9\n  Plan = |plans\\n.dwg|\n";
     text += " EndSect\nEndSect\n";
   }
-  void* handle = nullptr;
-  zonxLoadText(text.data(), text.size(), "f", &handle, nullptr, nullptr);
+  const Handle handle(text);
   bool conforms = true;
   for (auto _ : state) {
     if (validates) {
@@ -160,9 +176,72 @@ void CompareAll(benchmark::State& state, bool validates) {
       conforms = zonEquivalentExt(pattern, section, nullptr, 1) != 0 && conforms;
     }
   }
-  zonClose(&handle);
   Require(conforms, "a file differs from itself");
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
+// The generated content, in which each name occurs once, or sections of one name.
+std::string TextOf(const char* size, bool repeated) {
+  if (!repeated) {
+    FileText file;
+    Require(file.Read(SourceOf(Format::kZon, size).files.front()), "cannot read");
+    return {file.text.get(), file.size};
+  }
+  std::mt19937_64 random(1);
+  std::uniform_real_distribution<double> numbers(0, 1e6);
+  std::string text;
+  while (text.size() < 1000000) {
+    text += "[Quay]\n";
+    for (int keyword = 0; keyword < 6; ++keyword) {
+      text += "   Keyword" + std::to_string(keyword) + " = 'text', ";
+      for (int n = 0; n < 4; ++n) text += std::to_string(numbers(random)) + ", ";
+      text += "true\n";
+    }
+    text += "EndSect\n";
+  }
+  return text;
+}
+
+// Sets a number of keywords of the handle to another value.
+void ChangeSome(void* handle, std::size_t changes) {
+  for (void* keyword : SomeKeywords(handle, changes)) zonxSetDouble(keyword, "", 0.5);
+}
+
+std::string SavedText(void* handle) {
+  char* text = nullptr;
+  std::size_t size = 0;
+  Require(zonxText(handle, 0, &text, &size, nullptr, nullptr) == ZONX_OK, "cannot save");
+  const std::string saved(text, size);
+  zonxFree(text);
+  return saved;
+}
+
+enum class Compared { kLoads, kDiff, kMerge };
+
+// Two texts with a number of differences: loaded, compared or merged. No value was read before.
+void CompareTexts(benchmark::State& state, const char* size, bool repeated, Compared action) {
+  const std::string text = TextOf(size, repeated);
+  std::string changed;
+  {
+    const Handle handle(text);
+    ChangeSome(handle, 100);
+    changed = SavedText(handle);
+  }
+  std::size_t count = 1;
+  for (auto _ : state) {
+    if (action != Compared::kLoads) state.PauseTiming();
+    {
+      const Handle before(text);
+      const Handle after(changed);
+      if (action != Compared::kLoads) state.ResumeTiming();
+      if (action == Compared::kDiff) zonxDiff(before, after, nullptr, nullptr, nullptr, &count);
+      if (action == Compared::kMerge) zonxMerge(before, after);
+      if (action != Compared::kLoads) state.PauseTiming();
+    }
+    if (action != Compared::kLoads) state.ResumeTiming();
+  }
+  Require(count > 0, "there are no differences");
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(2 * text.size()));
 }
 
 }  // namespace
@@ -198,6 +277,15 @@ void AddZonxRows() {
   AddRow("save-1/zon/1MB", [](auto& s) { SaveChanges(s, "1MB", 1); });
   AddRow("save-10000/zon/1MB", [](auto& s) { SaveChanges(s, "1MB", 10000); });
   AddRow("save-1/zon/10MB", [](auto& s) { SaveChanges(s, "10MB", 1); });
+  for (const bool repeated : {false, true}) {
+    const std::string suffix = repeated ? "/zon/repeated" : "/zon/1MB";
+    AddRow("load-two" + suffix,
+           [=](auto& s) { CompareTexts(s, "1MB", repeated, Compared::kLoads); });
+    AddRow("diff-100" + suffix,
+           [=](auto& s) { CompareTexts(s, "1MB", repeated, Compared::kDiff); });
+    AddRow("merge-100" + suffix,
+           [=](auto& s) { CompareTexts(s, "1MB", repeated, Compared::kMerge); });
+  }
   AddRow("doubles/zon/10MB", Doubles);
   AddRow("equivalent/zon/1MB", [](auto& s) { CompareAll(s, false); });
   AddRow("validate/zon/1MB", [](auto& s) { CompareAll(s, true); });

@@ -23,7 +23,8 @@ namespace zon {
 
 struct SiblingKeys {
   AlignmentKey content = 0;     // of all data
-  AlignmentKey unordered = 0;   // the same for any order of what is in it
+  AlignmentKey unordered = 0;   // the same for any order of what is in it; that of the content if
+                                // there is no other order
   AlignmentKey similarity = 0;  // of all but the numbers of reals
   AlignmentKey identity = 0;    // of the values of the key keyword; 0 for none
 };

@@ -6,16 +6,20 @@
 namespace zon {
 namespace {
 
-// Adds the keys of a line or section. The order between a line and a section is no data.
+// Adds the keys of the lines or sections in a section.
 struct KeySum {
   void Add(AlignmentKey head, const SiblingKeys& keys) {
     content = MixKeys(content, MixKeys(head, keys.content));
     similarity = MixKeys(similarity, MixKeys(head, keys.similarity));
     unordered += MixKeys(MixKeys(head, keys.unordered), head);
+    hasOrder = hasOrder || count > 0 || keys.unordered != keys.content;
+    ++count;
   }
   AlignmentKey content = 1;
   AlignmentKey similarity = 1;
   AlignmentKey unordered = 1;
+  std::size_t count = 0;
+  bool hasOrder = false;  // there is another order
 };
 
 }  // namespace
@@ -68,8 +72,13 @@ SiblingKeys TreeOutline::MakeKeys(std::size_t number, ValueComparison& values) c
   for (std::size_t at = First(number); at < End(number); at = End(at)) {
     sections.Add(KeyOfHead(Section(at)), keys_[sections_[at].keys]);
   }
-  return {MixKeys(lines.content, sections.content), MixKeys(lines.unordered, sections.unordered),
-          MixKeys(lines.similarity, sections.similarity), 0};
+  // The order between a line and a section is no data.
+  SiblingKeys keys;
+  keys.content = MixKeys(lines.content, sections.content);
+  keys.similarity = MixKeys(lines.similarity, sections.similarity);
+  const bool hasOrder = lines.hasOrder || sections.hasOrder;
+  keys.unordered = hasOrder ? MixKeys(lines.unordered, sections.unordered) : keys.content;
+  return keys;
 }
 
 }  // namespace zon

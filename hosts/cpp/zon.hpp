@@ -68,6 +68,7 @@
 #define ZON_TYPE __attribute__((visibility("default")))
 #define ZON_LOCAL __attribute__((visibility("hidden")))
 #define ZON_V1 v1 ZON_LOCAL
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a class
 #define ZON_LOCAL_MEMBERS(Class)                          \
   ZON_LOCAL Class() = default;                            \
   ZON_LOCAL Class(const Class&) = default;                \
@@ -477,6 +478,10 @@ class Reads : private Convertible {
 
   /** The value as it is written in a file, with quotes, bars and marks. Throws as as(). */
   std::string text() const;
+
+ private:
+  template <class T>
+  bool IsRead(T& value) const;
 };
 
 /** A view of a node, of Section, Keyword and Value. */
@@ -1481,23 +1486,31 @@ Keywords Finds<Class>::keywords(PathView path) const {
 
 template <class Class>
 template <class T>
-std::optional<T> Reads<Class>::get() const {
+bool Reads<Class>::IsRead(T& value) const {
   static_assert(kIsReadable<T>,
                 "T must be bool, int, long, long long, float, double, std::string, "
                 "std::string_view or std::filesystem::path");
   const auto& self = static_cast<const Class&>(*this);
-  T value{};
   const int status = Read(self.Start(), self.PathOfValue(), value);
-  if (status == ZONX_OK) return value;
+  if (status == ZONX_OK) return true;
   if (!IsAbsent(self.Start(), status)) FailRead(self.Start(), self.PathOfValue(), status);
-  return std::nullopt;
+  return false;
+}
+
+template <class Class>
+template <class T>
+std::optional<T> Reads<Class>::get() const {
+  T value{};
+  if (!IsRead(value)) return std::nullopt;
+  return value;
 }
 
 template <class Class>
 template <class T>
 Fallback<T> Reads<Class>::value_or(T&& fallback) const {
-  std::optional<Fallback<T>> value = get<Fallback<T>>();
-  return value ? *std::move(value) : Fallback<T>(std::forward<T>(fallback));
+  Fallback<T> value{};
+  if (!IsRead(value)) return Fallback<T>(std::forward<T>(fallback));
+  return value;
 }
 
 template <class Class>
