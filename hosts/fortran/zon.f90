@@ -174,6 +174,7 @@ module zon
 
   ! Reals from here on are rounded to infinity in single precision.
   real(real64), parameter :: beyond_real32 = 2.0_real64**128 - 2.0_real64**103
+  integer(c_int), parameter :: bad_argument = int(zon_bad_argument, c_int)  ! integer may have 64 bits
   character(len=*), parameter :: zero_byte = 'the text has a zero byte'
   integer, parameter :: first_room = 256
 
@@ -695,10 +696,10 @@ contains
     type(file_slot), allocatable :: larger(:)
     integer(c_int) :: old, i
     old = 0
-    if (allocated(slots)) old = size(slots)
+    if (allocated(slots)) old = size(slots, kind=c_int)
     allocate (larger(2 * old + 8))
     if (old > 0) larger(:old) = slots
-    do i = old + 1, size(larger)
+    do i = old + 1_c_int, size(larger, kind=c_int)
       allocate (larger(i)%state)
       larger(i)%state%next_free = first_free
       first_free = i
@@ -849,7 +850,7 @@ contains
     advice = ''
     if (present(hint)) advice = trim(hint)
     if (.not. c_associated(handle_of(self)) .or. has_zero(path)) then
-      call finish(self, path, zon_bad_argument, stat)
+      call finish(self, path, bad_argument, stat)
       return
     end if
     node = node_to_show(self, trim(path))
@@ -882,7 +883,7 @@ contains
     integer(c_int) :: status
     state => new_state(self)
     if (has_zero(name)) then
-      call conclude(self, zon_bad_argument, 'error: the name of the file has a zero byte', stat)
+      call conclude(self, bad_argument, 'error: the name of the file has a zero byte', stat)
       return
     end if
     status = zonxLoadFile(trim(name) // c_null_char, state%handle, c_funloc(collect), c_loc(reports))
@@ -903,7 +904,7 @@ contains
     if (present(name)) its_name = trim(name)
     state => new_state(self)
     if (has_zero(its_name)) then
-      call conclude(self, zon_bad_argument, 'error: the name of the text has a zero byte', stat)
+      call conclude(self, bad_argument, 'error: the name of the text has a zero byte', stat)
       return
     end if
     status = zonxLoadText(text, len(text, c_size_t), its_name // c_null_char, state%handle, &
@@ -932,10 +933,10 @@ contains
     integer :: i
     its_name = c_null_ptr
     its_flags = 0
-    if (present(flags)) its_flags = flags
+    if (present(flags)) its_flags = int(flags, c_int)
     if (present(name)) then
       if (has_zero(name)) then
-        call conclude(self, zon_bad_argument, 'error: the name of the file has a zero byte', stat)
+        call conclude(self, bad_argument, 'error: the name of the file has a zero byte', stat)
         return
       end if
       allocate (letters(len_trim(name) + 1))
@@ -1487,7 +1488,7 @@ contains
     character(len=*), intent(in) :: path, value
     integer, intent(out), optional :: stat
     if (has_zero(value)) then
-      call finish(self, path, zon_bad_argument, stat, zero_byte)
+      call finish(self, path, bad_argument, stat, zero_byte)
     else
       call finish(self, path, zonxSetString(handle_of(self), c_path(path), value // c_null_char), stat)
     end if
@@ -1498,7 +1499,7 @@ contains
     character(len=*), intent(in) :: path, value
     integer, intent(out), optional :: stat
     if (has_zero(value)) then
-      call finish(self, path, zon_bad_argument, stat, zero_byte)
+      call finish(self, path, bad_argument, stat, zero_byte)
     else
       call finish(self, path, zonxSetFilename(handle_of(self), c_path(path), trim(value) // c_null_char), stat)
     end if
@@ -1510,7 +1511,7 @@ contains
     integer, intent(out), optional :: stat
     integer(c_int) :: status
     if (has_zero(text)) then
-      call finish(self, path, zon_bad_argument, stat, zero_byte)
+      call finish(self, path, bad_argument, stat, zero_byte)
       return
     end if
     status = zonxSetText(handle_of(self), c_path(path), text // c_null_char)
@@ -1572,7 +1573,7 @@ contains
     letters = c_null_char
     do n = 1, size(values)
       if (has_zero(values(n))) then
-        call finish(self, path, zon_bad_argument, stat, zero_byte)
+        call finish(self, path, bad_argument, stat, zero_byte)
         return
       end if
       do i = 1, len_trim(values(n))
