@@ -68,14 +68,15 @@ void Numbers(benchmark::State& state, int digits) {
 
 void AddRows() {
   Rows<Zon>("zon")
-      .Load({"100KB", "1MB", "10MB", "50MB", "small", "settings"})
-      .Read({"100KB", "1MB", "10MB", "small", "settings"})
+      .Load({"100KB", "1MB", "10MB", "50MB", "small", "settings", "settings1MB", "settings10MB"})
+      .Read({"100KB", "1MB", "10MB", "small", "settings", "settings1MB", "settings10MB"})
       .Free({"100KB", "1MB", "10MB"})
       .LookUp({"100KB", "1MB"})
-      .Write({"100KB", "1MB", "10MB"})
+      .Find({"settings", "settings1MB", "settings10MB"})
+      .Write({"100KB", "1MB", "10MB", "settings", "settings1MB"})
       .Rewrite({"1MB", "10MB"})
       .Build({"100KB", "1MB"})
-      .Memory({"100KB", "10MB"});
+      .Memory({"100KB", "10MB", "settings10MB"});
   for (const char* const size : {"100KB", "1MB", "10MB"}) {
     AddRow("tokens/zon/" + std::string(size), [size](auto& state) { Tokens(state, size); });
   }

@@ -292,7 +292,29 @@ std::vector<Section> Settings() {
   }
   return models;
 }
+
+// One file of `size` bytes: each model is a section, again and again.
+Section JoinedSettings(std::size_t size) {
+  const std::vector<Section> models = Settings();
+  Section root;
+  std::size_t made = 0;
+  for (std::size_t n = 0; made < size; ++n) {
+    Section alone;
+    alone.sections.push_back(models[n % models.size()]);
+    alone.sections.front().name = "Run" + std::to_string(n + 1);
+    made += Printer(Format::kZon).Print(alone).size();
+    root.sections.push_back(std::move(alone.sections.front()));
+  }
+  return root;
+}
 #endif
+
+constexpr std::string_view kSettings = "settings";
+
+// The size of "1MB" or "100KB" in bytes.
+std::size_t BytesOf(const std::string& size) {
+  return std::stoul(size) * (size.find("MB") != std::string::npos ? 1000000 : 1000);
+}
 
 void Count(const Section& section, Totals& totals) {
   for (const Keyword& keyword : section.keywords) {
@@ -321,6 +343,18 @@ std::vector<Path> Paths(const Section& root) {
   return paths;
 }
 
+void AddPlaces(const Section& section, Place& outer, std::vector<Place>& places) {
+  for (const Keyword& keyword : section.keywords) {
+    if (keyword.values.empty()) continue;
+    places.push_back({outer.file, outer.sections, keyword.name, keyword.values.front()});
+  }
+  for (const Section& inner : section.sections) {
+    outer.sections.push_back(inner.name);
+    AddPlaces(inner, outer, places);
+    outer.sections.pop_back();
+  }
+}
+
 // The folder of temporary files; created with the first of them, removed at the end.
 class Folder {
  public:
@@ -346,12 +380,15 @@ Source MakeSource(Format format, const std::string& size) {
   const std::string prefix = size + "-" + std::to_string(static_cast<int>(format)) + "-";
   for (const Section& model : Models(size)) {
     if (source.files.empty()) source.paths = Paths(model);
+    Place outer{source.files.size(), {}, {}, {}};
+    AddPlaces(model, outer, source.places);
     source.files.push_back(TemporaryFile(prefix + std::to_string(source.files.size())));
     const std::string text = Printer(format).Print(model);
     if (!WriteText(source.files.back(), text)) throw std::runtime_error("cannot write content");
     source.bytes += text.size();
     Count(model, source.totals);
   }
+  std::shuffle(source.places.begin(), source.places.end(), std::mt19937(1));
   return source;
 }
 
@@ -359,15 +396,16 @@ Source MakeSource(Format format, const std::string& size) {
 
 bool HasSize(const std::string& size) {
 #ifdef ZON_BENCH_SETTINGS
-  return size != "settings" || std::getenv("ZON_PEERS_TREE") != nullptr;
+  return size.find(kSettings) != 0 || std::getenv("ZON_PEERS_TREE") != nullptr;
 #else
-  return size != "settings";
+  return size.find(kSettings) != 0;
 #endif
 }
 
 std::vector<Section> Models(const std::string& size) {
 #ifdef ZON_BENCH_SETTINGS
-  if (size == "settings") return Settings();
+  if (size == kSettings) return Settings();
+  if (size.find(kSettings) == 0) return {JoinedSettings(BytesOf(size.substr(kSettings.size())))};
 #endif
   std::vector<Section> models;
   Generator generator(1);
@@ -377,8 +415,7 @@ std::vector<Section> Models(const std::string& size) {
     }
     return models;
   }
-  const std::size_t unit = size.find("MB") != std::string::npos ? 1000000 : 1000;
-  models.push_back(generator.Make(std::stoul(size) * unit));
+  models.push_back(generator.Make(BytesOf(size)));
   return models;
 }
 

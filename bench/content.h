@@ -60,16 +60,26 @@ struct Path {
   double number = 0;
 };
 
+// A keyword, by the names of its sections from the outermost one on.
+struct Place {
+  std::size_t file = 0;  // its number
+  std::vector<std::string> sections;
+  std::string keyword;
+  Value first;
+};
+
 // One or more files, which a row processes in turn.
 struct Source {
   std::vector<std::string> files;
   std::size_t bytes = 0;
   Totals totals;
-  std::vector<Path> paths;  // in the first file, shuffled
+  std::vector<Path> paths;    // in the first file, shuffled
+  std::vector<Place> places;  // every keyword of every file, shuffled
 };
 
 // Sizes: "100KB", "1MB", "10MB", "50MB" of parameter text; "small", a hundred files of 1 to 50 KB;
-// "settings", the models in the JSON file that the environment variable ZON_PEERS_TREE names.
+// "settings", the models in the JSON file that the environment variable ZON_PEERS_TREE names, each in a file;
+// "settings1MB" and "settings10MB", one file of these models, each in a section, again and again.
 bool HasSize(const std::string& size);
 std::vector<Section> Models(const std::string& size);
 const Source& SourceOf(Format format, const std::string& size);

@@ -6,6 +6,7 @@
 //   bool Load(const std::string& path);
 //   void Read(Totals& totals);  // every value
 //   double LookUp(const std::string& section, const std::string& keyword);
+//   double Find(const Place& place);  // the first value: a number, 1 for true, the length of a text
 //   void Build(const Section& root);
 //   bool Write(const std::string& path);
 #ifndef ZON_BENCH_ROWS_H
@@ -131,15 +132,44 @@ class Rows {
     });
   }
 
-  // Writes a loaded tree to a new file. A first write is not timed: it does what a library defers.
+  // Finds the keywords of all sections, in random order, and gets their first values.
+  Rows& Find(Sizes sizes) {
+    return Add("find", sizes, [](benchmark::State& state, const Source& source) {
+      std::vector<Library> libraries(source.files.size());
+      for (std::size_t n = 0; n < libraries.size(); ++n) LoadInto(libraries[n], source.files[n]);
+      for (const Place& place : source.places) {
+        const Value& first = place.first;
+        const double wanted =
+            first.kind < Kind::kString ? first.number : static_cast<double>(first.text.size());
+        const double found = libraries[place.file].Find(place);
+        Require(std::abs(found - wanted) <= 1e-9 * std::abs(wanted), "a wrong value was found");
+      }
+      std::size_t at = 0;
+      double sum = 0;
+      for (auto _ : state) {
+        const Place& place = source.places[at];
+        if (++at == source.places.size()) at = 0;
+        sum += libraries[place.file].Find(place);
+      }
+      benchmark::DoNotOptimize(sum);
+      PerValue(state, 1);
+    });
+  }
+
+  // Writes loaded trees to new files. A first write is not timed: it does what a library defers.
   Rows& Write(Sizes sizes) {
     return Add("write", sizes, [](benchmark::State& state, const Source& source) {
-      Library library;
-      LoadInto(library, source.files.front());
-      const std::string target = TemporaryFile("written");
-      WriteFrom(library, target);
-      for (auto _ : state) WriteFrom(library, target);
-      Check({target}, source);
+      std::vector<Library> libraries(source.files.size());
+      std::vector<std::string> targets;
+      for (std::size_t n = 0; n < libraries.size(); ++n) {
+        LoadInto(libraries[n], source.files[n]);
+        targets.push_back(TemporaryFile("written" + std::to_string(n)));
+        WriteFrom(libraries[n], targets[n]);
+      }
+      for (auto _ : state) {
+        for (std::size_t n = 0; n < libraries.size(); ++n) WriteFrom(libraries[n], targets[n]);
+      }
+      Check(targets, source);
       Rates(state, source);
     });
   }

@@ -41,8 +41,8 @@ def line(*cells):
     print("| " + " | ".join(cells) + " |")
 
 
-ACTIONS = ["load", "read", "free", "lookup", "write", "rewrite", "build", "tokens", "compare", "numbers", "memory"]
-SIZES = ["100KB", "1MB", "10MB", "50MB", "small", "settings"]
+ACTIONS = ["load", "read", "free", "lookup", "find", "write", "rewrite", "build", "tokens", "compare", "numbers", "memory"]
+SIZES = ["100KB", "1MB", "10MB", "50MB", "small", "settings", "settings1MB", "settings10MB"]
 
 
 def place(wanted, among):

@@ -38,6 +38,18 @@ class Zon {
     return zonGetDouble(zonParamByNum(found, 1));
   }
 
+  double Find(const Place& place) {
+    const auto& names = place.sections;
+    void* node = names.empty() ? handle_ : zonTargetByNameNum(handle_, names[0].c_str(), 1);
+    for (std::size_t n = 1; n < names.size(); ++n) {
+      node = zonSectionByNameNum(node, names[n].c_str(), 1);
+    }
+    void* value = zonParamByNum(zonKeywordByNameNum(node, place.keyword.c_str(), 1), 1);
+    if (place.first.kind == Kind::kBoolean) return zonGetBool(value);
+    if (place.first.kind < Kind::kBoolean) return zonGetDouble(value);
+    return static_cast<double>(std::string_view(zonGetString(value)).size());
+  }
+
   void Build(const Section& root) {
     handle_ = zonCreate();
     for (const Section& section : root.sections) {

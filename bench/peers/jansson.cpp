@@ -41,6 +41,14 @@ class Jansson {
     json_t* const inside = json_object_get(root_, section.c_str());
     return json_number_value(json_array_get(json_object_get(inside, keyword.c_str()), 0));
   }
+  double Find(const Place& place) {
+    const json_t* inside = root_;
+    for (const std::string& name : place.sections) inside = json_object_get(inside, name.c_str());
+    const json_t* value = json_array_get(json_object_get(inside, place.keyword.c_str()), 0);
+    if (place.first.kind == Kind::kBoolean) return json_is_true(value) ? 1 : 0;
+    if (place.first.kind < Kind::kBoolean) return json_number_value(value);
+    return static_cast<double>(json_string_length(value));
+  }
   bool Write(const std::string& path) {
     return json_dump_file(root_, path.c_str(), JSON_COMPACT) == 0;
   }
@@ -54,8 +62,9 @@ const auto kRows = Rows<Jansson>("jansson")
                        .Read({"1MB", "10MB"})
                        .Free({"1MB"})
                        .LookUp({"1MB"})
+                       .Find({"settings", "settings1MB", "settings10MB"})
                        .Write({"1MB"})
-                       .Memory({"10MB"});
+                       .Memory({"10MB", "settings10MB"});
 
 }  // namespace
 }  // namespace bench

@@ -56,6 +56,14 @@ class Nlohmann {
   double LookUp(const std::string& section, const std::string& keyword) {
     return root_.find(section)->find(keyword)->front().get<double>();
   }
+  double Find(const Place& place) {
+    const json* inside = &root_;
+    for (const std::string& name : place.sections) inside = &*inside->find(name);
+    const json& value = inside->find(place.keyword)->front();
+    if (place.first.kind == Kind::kBoolean) return value.get<bool>() ? 1 : 0;
+    if (place.first.kind < Kind::kBoolean) return value.get<double>();
+    return static_cast<double>(value.get_ref<const std::string&>().size());
+  }
   void Build(const Section& root) { root_ = Made(root); }
   bool Write(const std::string& path) { return WriteText(path, root_.dump()); }
 
@@ -68,6 +76,7 @@ const auto kRows = Rows<Nlohmann>("nlohmann")
                        .Read({"1MB", "10MB", "small", "settings"})
                        .Free({"1MB", "10MB"})
                        .LookUp({"1MB"})
+                       .Find({"settings", "settings1MB", "settings10MB"})
                        .Write({"1MB", "10MB"})
                        .Build({"1MB"})
                        .Memory({"10MB"});

@@ -58,6 +58,18 @@ class RapidJson {
     return inside.FindMember(rapidjson::Value(Ref(keyword)))->value[0].GetDouble();
   }
 
+  double Find(const Place& place) {
+    const rapidjson::Value* inside = &document_;
+    for (const std::string& name : place.sections) {
+      inside = &inside->FindMember(rapidjson::Value(Ref(name)))->value;
+    }
+    const rapidjson::Value& value =
+        inside->FindMember(rapidjson::Value(Ref(place.keyword)))->value[0];
+    if (place.first.kind == Kind::kBoolean) return value.GetBool() ? 1 : 0;
+    if (place.first.kind < Kind::kBoolean) return value.GetDouble();
+    return value.GetStringLength();
+  }
+
   // Each keyword of each section.
   template <class Visit>
   void Lists(Visit&& visit) const {
@@ -88,14 +100,16 @@ class RapidJson {
   rapidjson::Document document_;
 };
 
-const auto kRows = Rows<RapidJson<false, false>>("rapidjson")
-                       .Load({"100KB", "1MB", "10MB", "50MB", "small", "settings"})
-                       .Read({"100KB", "1MB", "10MB", "small", "settings"})
-                       .Free({"1MB", "10MB"})
-                       .LookUp({"1MB"})
-                       .Write({"1MB", "10MB"})
-                       .Rewrite({"1MB", "10MB"})
-                       .Memory({"10MB"});
+const auto kRows =
+    Rows<RapidJson<false, false>>("rapidjson")
+        .Load({"100KB", "1MB", "10MB", "50MB", "small", "settings", "settings1MB", "settings10MB"})
+        .Read({"100KB", "1MB", "10MB", "small", "settings", "settings1MB", "settings10MB"})
+        .Free({"1MB", "10MB"})
+        .LookUp({"1MB"})
+        .Find({"settings", "settings1MB"})
+        .Write({"1MB", "10MB", "settings", "settings1MB"})
+        .Rewrite({"1MB", "10MB"})
+        .Memory({"10MB", "settings10MB"});
 const auto kInSituRows = Rows<RapidJson<true, false>>("rapidjson-insitu")
                              .Load({"1MB", "10MB", "50MB", "small", "settings"})
                              .Read({"1MB", "10MB"})
