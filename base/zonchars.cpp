@@ -84,38 +84,21 @@ struct Keys {
   std::uint64_t pieces[2 + kUsualSize / 4];  // for the start, for the size, for each piece
 };
 
-std::uint64_t LoadFour(const char* at) {
-  std::uint32_t word;
-  std::memcpy(&word, at, sizeof word);
-  return word;
+// The multilinear sum of a piece of eight bytes.
+std::uint64_t Piece(const std::uint64_t* keys, std::uint64_t word) {
+  return keys[0] * static_cast<std::uint32_t>(word) + keys[1] * (word >> 32);
 }
 
-// A name of less than eight bytes as a word. Some bytes can be in it twice: names of one size differ
-// in it as they differ themselves.
-std::uint64_t LoadShort(std::string_view name) {
-  const char* const at = name.data();
-  const std::size_t size = name.size();
-  if (size >= 4) return LoadFour(at) | LoadFour(at + size - 4) << 32;
-  const auto byte = [at](std::size_t place) -> std::uint64_t {
-    return static_cast<unsigned char>(at[place]);
-  };
-  return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
-}
-
-// Calls `add` with each eight bytes of the name in lower case; the last ones may overlap.
+// Calls `add` with each eight bytes of a name of at least eight in lower case; the last ones may
+// overlap.
 template <class F>
 void ForEachWord(std::string_view name, F&& add) {
-  if (name.size() < 8) return add(LowerEach(LoadShort(name)));
   std::size_t at = 0;
   for (; at + 8 <= name.size(); at += 8) add(LowerEach(LoadEight(name.data() + at)));
   if (at < name.size()) add(LowerEach(LoadEight(name.data() + name.size() - 8)));
 }
 
-}  // namespace
-
-std::uint32_t HashNoCase(std::string_view name) {
-  static const Keys keys;
-  if (FiledName(name) == " ") return kHashOfNoName;
+std::uint32_t HashOfLong(const Keys& keys, std::string_view name) {
   if (name.size() > kUsualSize) {
     SipHash hash(keys.secret);
     ForEachWord(name, [&hash](std::uint64_t word) { hash.Add(word); });
@@ -124,11 +107,28 @@ std::uint32_t HashNoCase(std::string_view name) {
   }
   const std::uint64_t* key = keys.pieces;
   std::uint64_t sum = key[0] + key[1] * name.size();
-  ForEachWord(name, [&](std::uint64_t word) {
-    key += 2;
-    sum += key[0] * static_cast<std::uint32_t>(word) + key[1] * (word >> 32);
-  });
+  ForEachWord(name, [&](std::uint64_t word) { sum += Piece(key += 2, word); });
   return static_cast<std::uint32_t>(sum >> 32);
+}
+
+}  // namespace
+
+FoldedName Fold(std::string_view given) {
+  static const Keys keys;
+  FoldedName folded{FiledName(given), 0, 0, 0};
+  const std::string_view name = folded.name;
+  const std::size_t size = name.size();
+  folded.head = LowerEach(size < 8 ? LoadShort(name) : LoadEight(name.data()));
+  if (size > 8) folded.tail = LowerEach(LoadEight(name.data() + size - 8));
+  if (size > kFoldedSize) {
+    folded.hash = HashOfLong(keys, name);
+  } else {
+    const std::uint64_t* const key = keys.pieces;
+    const std::uint64_t sum =
+        key[0] + key[1] * size + Piece(key + 2, folded.head) + Piece(key + 4, folded.tail);
+    folded.hash = static_cast<std::uint32_t>(sum >> 32);
+  }
+  return folded;
 }
 
 }  // namespace zon

@@ -93,16 +93,47 @@ inline bool EqualNoCase(std::string_view a, std::string_view b) {
   return !differ(size - 8);  // overlaps what was compared
 }
 
-// Names are filed under their lower-cased form, the empty name under one blank. The hash of that
-// form is made once, when the name is given.
+// A text of less than eight bytes, and not empty, as a word. Some bytes can be in it twice: texts of one
+// size differ in it as they differ themselves.
+inline std::uint64_t LoadShort(std::string_view text) {
+  const char* const at = text.data();
+  const std::size_t size = text.size();
+  if (size >= 4) {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::memcpy(&first, at, sizeof first);
+    std::memcpy(&last, at + size - sizeof last, sizeof last);
+    return first | std::uint64_t{last} << 32;
+  }
+  const auto byte = [at](std::size_t place) -> std::uint64_t {
+    return static_cast<unsigned char>(at[place]);
+  };
+  return byte(0) | byte(size / 2) << 8 | byte(size - 1) << 16;
+}
+
+// Names are filed under their lower-cased form, the empty name under one blank.
 constexpr std::string_view FiledName(std::string_view name) {
   return name.empty() ? " " : name;
 }
 
-constexpr std::uint32_t kHashOfNoName = 0x9E3779B9U;
+// What is compared of the name of a node that is searched. Names of at most kFoldedSize characters are
+// equal if their sizes, heads and tails are.
+struct FoldedName {
+  std::string_view name;  // as it is filed, but not in lower case
+  std::uint64_t head;     // the first eight characters in lower case; for fewer LoadShort of all
+  std::uint64_t tail;     // the last eight; 0 for a name of at most eight
+  std::uint32_t hash;     // of the lower case
+};
 
-// Keyed with a secret of the process: the author of a file cannot choose names that collide.
-std::uint32_t HashNoCase(std::string_view name);
+constexpr std::size_t kFoldedSize = 16;
+
+// The hash is keyed with a secret of the process: the author of a file cannot choose names that
+// collide.
+FoldedName Fold(std::string_view name);
+
+inline std::uint32_t HashNoCase(std::string_view name) {
+  return Fold(name).hash;
+}
 
 }  // namespace zon
 

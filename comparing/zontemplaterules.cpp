@@ -55,7 +55,7 @@ bool IsMandatory(const CzonNamedNode& section) {
 // Of the second and later nodes of a name.
 void AddRepeatedName(const CzonNode& node, const CzonNode* first,
                      std::vector<TemplateFault>* faults) {
-  if (NodeAccess::GetNumber(node) <= 1 || first == &node) return;
+  if (node.GetInstanceNo() <= 1 || first == &node) return;
   faults->push_back({"ambiguous-name", &node, first,
                      "a template cannot have two of " + Quoted(node.GetName()),
                      "write () after the name if it may occur more than once"});

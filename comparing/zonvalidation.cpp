@@ -55,7 +55,7 @@ bool Validation::OnMismatch(const Mismatch& mismatch) {
     case MismatchKind::kSurplusKeyword:
       conforms_ = false;
       // The first of a name is not one too many.
-      if (NodeAccess::GetNumber(*mismatch.candidate) == 1) return true;
+      if (mismatch.candidate->GetInstanceNo() == 1) return true;
       break;
     default:
       break;

@@ -77,7 +77,8 @@ T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
 // At the end of a section: a keyword that occurs twice, or the name of another section after "EndSect".
 void TreeBuilder::NoteSuspects(const CzonNode& section, std::string_view end) {
   const auto& named = static_cast<const CzonSection&>(section);
-  if (NodeAccess::HasOneRepeat(named)) isSuspect_ = true;
+  // Without an index no name was suspected to occur twice.
+  if (NodeAccess::HasKeywordIndex(named) && NodeAccess::HasOneRepeat(named)) isSuspect_ = true;
   const char* const endOfText = lexer_.End();
   if (endOfText == nullptr) return;
   const std::string_view name = NameInComment(end.data() + end.size(), endOfText);
@@ -137,8 +138,15 @@ SymbolValue TreeBuilder::MakeLine() {
 void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& value) {
   auto* keyword = Downcast<CzonKeyword>(value.node);
   Downcast<CzonSection>(section.node)->AddKeyword(keyword);
-  // Only a namesake can make the new one ambiguous.
-  if (keyword->GetInstanceNo() > 1) CheckUnique(keyword);
+  NoteName(section.node, keyword);
+}
+
+// Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of sections
+// apart from those of keywords.
+void TreeBuilder::NoteName(const CzonNode* owner, const CzonNamedNode* node) {
+  const char* const kind = reinterpret_cast<const char*>(owner) + (node->IsSection() ? 1 : 0);
+  const bool mayRepeat = owner == list_ || names_.MayRepeat(kind, NodeAccess::GetNameView(*node));
+  if (mayRepeat && node->GetInstanceNo() > 1) CheckUnique(node);
 }
 
 // The value of the left side is that of the first symbol on the right unless the rule makes another.
@@ -156,7 +164,8 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
     case kBodySection: {
       auto* section = Downcast<CzonSection>(right[1].node);
       Downcast<CzonTargetList>(right[0].node)->AddSection(section);
-      if (section->GetInstanceNo() > 1) CheckUnique(section);
+      NoteName(right[0].node, section);
+      if (rule == kListSection) names_.Clear();
       return result;
     }
     case kSectionEnd:

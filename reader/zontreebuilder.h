@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "reader/zonnamesseen.h"
 #include "reader/zonsymbol.h"
 #include "tree/zondeferredvalues.h"
 
@@ -70,6 +71,7 @@ class TreeBuilder {
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewSubstitution(std::string_view text);
   void NoteSuspects(const CzonNode& section, std::string_view end);
+  void NoteName(const CzonNode* owner, const CzonNamedNode* node);
   void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   template <class T>
   CzonNode* NewEmpty(const char* place);
@@ -84,6 +86,7 @@ class TreeBuilder {
   bool isSuspect_ = false;
   CzonTargetList* list_ = nullptr;  // of the sections at the top level
   CzonTargetList* root_ = nullptr;  // the same, once it is accepted
+  NamesSeen names_;
   std::vector<CzonNode*> temporaries_;
 };
 

@@ -1,18 +1,20 @@
 // The index of names: open addressing with linear probing, deletion by shifting back, no tombstones.
 //
-// A queue stores the hash of its name, and a node the hash of its own. So a search compares characters
-// only after 32 equal bits, and a growing table computes no hash again. A queue does not store its
-// name: it is the name of its first node (NameOf). So renaming a node must change the index while the
-// queue can still be found by the former name (RenameInIndex in zontreeedit.cpp).
+// An entry has the hash, the size and the ends of its name in lower case (FoldedName). So a search touches
+// no node but the one that it finds, unless a name has more than 16 characters: these are compared
+// in full. An entry does not store the rest of such a name: it is that of its first node (NameOf). So
+// renaming a node must change the index while the entry can still be found by the former name
+// (RenameInIndex in zontreeedit.cpp).
 //
-// Up to kLargestLinear queues the table is an array without gaps, of which the first `used` places are
-// initialized. A larger one is hashed: a free place is an empty queue, and at most half are used, so
-// every probe ends.
+// Up to kLargestLinear entries the table is an array without gaps, of which the first `used` places are
+// initialized. A larger one is hashed: a free place has no node, and at most half are used, so every
+// probe ends.
 //
-// Instance numbers are places in a queue. They are stored in the nodes; a change renumbers the queue
-// from the changed place on. Costs: a look-up is constant on average; an edit is linear in the number
-// of namesakes after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and for large indexes by
-// tests/size_test.cpp.
+// Invariants: every queue in use has a node; a name of two nodes, or of one whose name is that of a
+// host's GetName, has a queue. Instance numbers are places in a queue. They are stored in the nodes; a
+// change renumbers the queue from the changed place on. Costs: a look-up is constant on average; an edit
+// is linear in the number of namesakes after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and
+// for large indexes by tests/size_test.cpp.
 #include "tree/zonnameindex.h"
 
 #include <algorithm>
@@ -25,11 +27,39 @@
 #include "tree/zonnodeaccess.h"
 
 namespace zon {
+
+// The nodes of one name.
+struct NameQueue {
+  NodeList nodes;
+  std::string* name;  // owned; null while every node of the queue was filed by its stored name
+  // Set when a node is filed twice, never cleared. Such a node's number is its last place, so
+  // FindInQueue searches from the start.
+  std::uint32_t hasRepeats : 1;
+  std::uint32_t
+      hasLostNumbers : 1;  // a number is not the place; cleared when the queue is numbered
+  // The low 30 bits of GetLostNumbers() at the last numbering. If they differ, numbers may be lost.
+  std::uint32_t lossesSeen : 30;
+};
+
+struct NameEntry {
+  union {
+    CzonNode* node;    // null: a free place of a hash table
+    NameQueue* queue;  // if hasQueue
+  };
+  std::uint64_t head;
+  std::uint64_t tail;
+  std::uint32_t hash;
+  std::uint32_t size : 31;
+  std::uint32_t hasQueue : 1;
+};
+
 namespace {
 
 constexpr std::uint32_t kFirstRoom = 4;
 constexpr std::uint32_t kLargestLinear = 8;  // a larger table is hashed
 constexpr std::uint32_t kFirstHashed = 32;   // at most half full with one more than kLargestLinear
+constexpr std::uint32_t kLargestReserve = 1024;
+constexpr std::uint32_t kLargestSize = (std::uint32_t{1} << 31) - 1;
 // The counter of lost numbers is stored in 30 bits and compared modulo 2^30.
 constexpr std::uint32_t kLossesMask = (std::uint32_t{1} << 30) - 1;
 
@@ -38,89 +68,54 @@ CzonNamedNode& Named(CzonNode* node) {
   return *static_cast<CzonNamedNode*>(node);
 }
 
-std::string_view NameOf(const NameQueue& queue) {
-  return queue.name != nullptr ? std::string_view(*queue.name)
-                               : NodeAccess::GetNameView(Named(NodeSpan(queue.nodes)[0]));
+Arena* ArenaOf(const CzonNamedNode* owner) {
+  return owner != nullptr ? NodeAccess::GetArena(*owner) : nullptr;
 }
 
-bool IsFree(const NameQueue& queue) {
-  return queue.nodes.size == 0;
+FoldedName FoldedNameOf(const CzonNamedNode& node) {
+  return Fold(NodeAccess::GetKey(node).name);
 }
 
-bool HasName(const NameQueue& queue, std::string_view name, std::uint32_t hash) {
-  return queue.hash == hash && EqualNoCase(FiledName(NameOf(queue)), FiledName(name));
+// ---- Entries --------------------------------------------------------------------------------------
+
+bool IsFree(const NameEntry& entry) {
+  return entry.node == nullptr;
 }
 
-bool IsHashed(const NameIndex& index) {
-  return index.room > kLargestLinear;
+NodeSpan NodesOf(const NameEntry& entry) {
+  return entry.hasQueue != 0 ? NodeSpan(entry.queue->nodes) : NodeSpan(&entry.node, 1);
 }
 
-// The end of the places that are initialized.
-NameQueue* EndOfPlaces(const NameIndex& index) {
-  return index.queues + (IsHashed(index) ? index.room : index.used);
+std::string_view NameOf(const NameEntry& entry) {
+  if (entry.hasQueue != 0 && entry.queue->name != nullptr) return *entry.queue->name;
+  return NodeAccess::GetNameView(Named(NodesOf(entry)[0]));
 }
 
-// Tables are blocks of 8 << power bytes, with 32 bytes for each queue.
-unsigned TablePower(std::uint32_t room) {
-  static_assert(sizeof(NameQueue) <= 32);
-  unsigned power = 2;
-  for (; room > 1; room /= 2) ++power;
-  return power;
+std::uint32_t SizeOf(const FoldedName& name) {
+  return static_cast<std::uint32_t>(std::min<std::size_t>(name.name.size(), kLargestSize));
 }
 
-NameQueue* FindQueue(const NameIndex& index, std::string_view name, std::uint32_t hash) {
-  NameQueue* const queues = index.queues;
-  if (!IsHashed(index)) {
-    for (NameQueue* queue = queues; queue != queues + index.used; ++queue) {
-      if (HasName(*queue, name, hash)) return queue;
-    }
-    return nullptr;
-  }
-  const std::uint32_t mask = index.room - 1;  // room is a power of two: `& mask` is the remainder
-  for (std::uint32_t at = hash & mask; !IsFree(queues[at]); at = (at + 1) & mask) {
-    if (HasName(queues[at], name, hash)) return &queues[at];
-  }
-  return nullptr;
+bool HasName(const NameEntry& entry, const FoldedName& name) {
+  if (entry.hash != name.hash || entry.head != name.head || entry.tail != name.tail) return false;
+  return entry.size == SizeOf(name) &&
+         (name.name.size() <= kFoldedSize || EqualNoCase(NameOf(entry), name.name));
 }
 
-NameQueue* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
-  if (!IsHashed(index)) return index.queues + index.used;
-  const std::uint32_t mask = index.room - 1;
-  std::uint32_t at = hash & mask;
-  while (!IsFree(index.queues[at])) at = (at + 1) & mask;
-  return &index.queues[at];
-}
+constexpr unsigned kQueuePower = 3;  // a queue is a block of 64 bytes
+static_assert(sizeof(NameQueue) <= std::size_t{8} << kQueuePower);
 
-void GrowTable(NameIndex& index, Arena* arena) {
-  NameIndex grown = {};
-  grown.room = index.room == 0 ? kFirstRoom : index.room * 2;
-  if (IsHashed(grown)) grown.room = std::max(grown.room, kFirstHashed);
-  grown.queues = static_cast<NameQueue*>(AllocateBlock(arena, TablePower(grown.room)));
-  // Every place is initialized: a search reads places that were never used.
-  if (IsHashed(grown)) std::uninitialized_fill_n(grown.queues, grown.room, NameQueue{});
-  for (NameQueue* queue = index.queues; queue != EndOfPlaces(index); ++queue) {
-    if (IsFree(*queue)) continue;
-    *FindFreePlace(grown, queue->hash) = *queue;
-    ++grown.used;
-  }
-  if (index.queues != nullptr) ReleaseBlock(arena, index.queues, TablePower(index.room));
-  index = grown;
-}
-
-NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, std::string_view name,
-                         std::uint32_t hash, Arena* arena) {
-  NameQueue* queue = FindQueue(index, name, hash);
-  if (queue == nullptr) {
-    if (index.used == index.room || (IsHashed(index) && index.used >= index.room / 2)) {
-      GrowTable(index, arena);
-    }
-    queue = FindFreePlace(index, hash);
-    new (queue) NameQueue{};
-    queue->hash = hash;
-    ++index.used;
-  }
-  Append(queue->nodes, &node, arena);  // cannot fail for the first node of a queue
+// A queue of one node, which nobody has numbered in it.
+NameQueue* NewQueue(CzonNode* node, Arena* arena) {
+  auto* queue = new (AllocateBlock(arena, kQueuePower)) NameQueue{};
+  queue->hasLostNumbers = 1;
+  Append(queue->nodes, node, arena);  // cannot fail for the first node
   return queue;
+}
+
+void ReleaseQueue(NameQueue* queue, Arena* arena) {
+  Release(queue->nodes, arena);
+  delete queue->name;
+  ReleaseBlock(arena, queue, kQueuePower);
 }
 
 // Copies the name if a host's GetName returned it: it may change later. Call before inserting, as it
@@ -129,29 +124,127 @@ void EnsureName(NameQueue& queue, const NameKey& key) {
   if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
 }
 
-// Removes an empty queue.
-void DropQueue(NameIndex& index, NameQueue* queue, Arena* arena) {
-  NameQueue* const queues = index.queues;
-  Release(queue->nodes, arena);
-  delete queue->name;
+NameQueue& EnsureQueue(NameEntry& entry, Arena* arena) {
+  if (entry.hasQueue == 0) {
+    entry.queue = NewQueue(entry.node, arena);
+    entry.hasQueue = 1;
+  }
+  return *entry.queue;
+}
+
+// ---- The table ------------------------------------------------------------------------------------
+
+bool IsHashed(const NameIndex& index) {
+  return index.room > kLargestLinear;
+}
+
+// The end of the places that are initialized.
+NameEntry* EndOfPlaces(const NameIndex& index) {
+  return index.entries + (IsHashed(index) ? index.room : index.used);
+}
+
+// Tables are blocks of 8 << power bytes, with 32 bytes for each entry.
+unsigned TablePower(std::uint32_t room) {
+  static_assert(sizeof(NameEntry) == 32);
+  unsigned power = 2;
+  for (; room > 1; room /= 2) ++power;
+  return power;
+}
+
+NameEntry* FindEntry(const NameIndex& index, const FoldedName& name) {
+  NameEntry* const entries = index.entries;
+  if (!IsHashed(index)) {
+    for (NameEntry* entry = entries; entry != entries + index.used; ++entry) {
+      if (HasName(*entry, name)) return entry;
+    }
+    return nullptr;
+  }
+  const std::uint32_t mask = index.room - 1;  // room is a power of two: `& mask` is the remainder
+  for (std::uint32_t at = name.hash & mask; !IsFree(entries[at]); at = (at + 1) & mask) {
+    if (HasName(entries[at], name)) return &entries[at];
+  }
+  return nullptr;
+}
+
+NameEntry* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
+  if (!IsHashed(index)) return index.entries + index.used;
+  const std::uint32_t mask = index.room - 1;
+  std::uint32_t at = hash & mask;
+  while (!IsFree(index.entries[at])) at = (at + 1) & mask;
+  return &index.entries[at];
+}
+
+// Makes room for `names` names.
+void GrowTable(NameIndex& index, std::uint32_t names, Arena* arena) {
+  NameIndex grown = {};
+  grown.room = kFirstRoom;
+  while (grown.room < names) grown.room *= 2;
+  if (IsHashed(grown)) grown.room = std::max(2 * grown.room, kFirstHashed);
+  grown.entries = static_cast<NameEntry*>(AllocateBlock(arena, TablePower(grown.room)));
+  // Every place is initialized: a search reads places that were never used.
+  if (IsHashed(grown)) std::uninitialized_fill_n(grown.entries, grown.room, NameEntry{});
+  for (NameEntry* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
+    if (IsFree(*entry)) continue;
+    *FindFreePlace(grown, entry->hash) = *entry;
+    ++grown.used;
+  }
+  if (index.entries != nullptr) ReleaseBlock(arena, index.entries, TablePower(index.room));
+  index = grown;
+}
+
+bool IsFull(const NameIndex& index) {
+  return index.used == (IsHashed(index) ? index.room / 2 : index.room);
+}
+
+// Removes an entry whose queue, if it has one, is released.
+void DropEntry(NameIndex& index, NameEntry* entry) {
+  NameEntry* const entries = index.entries;
   --index.used;
   if (!IsHashed(index)) {
-    *queue = queues[index.used];
+    *entry = entries[index.used];
     return;
   }
   // Linear probing: shift later entries of the run back into the gap.
   const std::uint32_t mask = index.room - 1;
-  auto gap = static_cast<std::uint32_t>(queue - queues);
-  for (std::uint32_t at = (gap + 1) & mask; !IsFree(queues[at]); at = (at + 1) & mask) {
+  auto gap = static_cast<std::uint32_t>(entry - entries);
+  for (std::uint32_t at = (gap + 1) & mask; !IsFree(entries[at]); at = (at + 1) & mask) {
     // An entry whose home is after the gap stays: moved before its home it could not be found. All
     // distances are taken modulo the size of the table.
-    const std::uint32_t home = queues[at].hash & mask;
+    const std::uint32_t home = entries[at].hash & mask;
     if (((at - home) & mask) < ((at - gap) & mask)) continue;
-    queues[gap] = queues[at];
+    entries[gap] = entries[at];
     gap = at;
   }
-  queues[gap] = {};
+  entries[gap] = {};
 }
+
+// Adds an entry for the node, whose name has none.
+NameEntry& AddEntry(NameIndex& index, CzonNamedNode& node, const NameKey& key,
+                    const FoldedName& name, Arena* arena) {
+  if (IsFull(index)) GrowTable(index, index.used + 1, arena);
+  NameEntry added = {{&node}, name.head, name.tail, name.hash, SizeOf(name) & kLargestSize, 0};
+  if (!key.isStored) {
+    auto copy = std::make_unique<std::string>(key.name);
+    EnsureQueue(added, arena).name = copy.release();
+  }
+  NameEntry* const place = FindFreePlace(index, name.hash);
+  new (place) NameEntry(added);
+  ++index.used;
+  return *place;
+}
+
+NameEntry& FileNode(NameIndex& index, CzonNamedNode& node, Arena* arena) {
+  const NameKey key = NodeAccess::GetKey(node);
+  const FoldedName name = Fold(key.name);
+  NameEntry* entry = FindEntry(index, name);
+  if (entry == nullptr) return AddEntry(index, node, key, name, arena);
+  NameQueue& queue = EnsureQueue(*entry, arena);
+  EnsureName(queue, key);
+  Append(queue.nodes, &node, arena);
+  return *entry;
+}
+
+// ---- Instance numbers -----------------------------------------------------------------------------
 
 bool IsNumbered(const NameQueue& queue) {
   return queue.hasLostNumbers == 0 && queue.lossesSeen == (GetLostNumbers() & kLossesMask);
@@ -192,9 +285,12 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
                            std::uint32_t at) {
   const NodeSpan ordered(list.ordered);
   const NodeSpan nodes(queue.nodes);
+  const std::string_view name = FiledName(NodeAccess::GetKey(node).name);
   const auto placeOf = [&](std::uint32_t index) {
     const CzonNamedNode& other = Named(ordered[index]);
-    if (NodeAccess::GetKey(other).hash != queue.hash || &other == &node) return nodes.Size();
+    if (&other == &node || !EqualNoCase(FiledName(NodeAccess::GetKey(other).name), name)) {
+      return nodes.Size();
+    }
     // Only a hint: a Copy may have reset the number.
     return nodes.Find(&other, static_cast<std::uint32_t>(NodeAccess::GetNumber(other) - 1));
   };
@@ -212,55 +308,57 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
 
 }  // namespace
 
-NameQueue* FindQueue(const NameIndex& index, std::string_view name) {
-  return FindQueue(index, name, HashNoCase(name));
+// ---- NameIndex ------------------------------------------------------------------------------------
+
+NodeSpan FindNamesakes(const NameIndex& index, std::string_view name) {
+  const NameEntry* entry = FindEntry(index, Fold(name));
+  return entry != nullptr ? NodesOf(*entry) : NodeSpan(nullptr, 0);
 }
 
-NameQueue* FindQueue(const NameIndex& index, const CzonNamedNode& node) {
-  const NameKey key = NodeAccess::GetKey(node);
-  return FindQueue(index, key.name, key.hash);
-}
-
-NameQueue* AppendToQueue(NameIndex& index, CzonNamedNode& node, Arena* arena) {
-  const NameKey key = NodeAccess::GetKey(node);
-  if (key.isStored) return AppendToQueue(index, node, key.name, key.hash, arena);
-  // GetName of a host's class may return another name later, so the queue stores this one.
-  auto name = std::make_unique<std::string>(key.name);
-  NameQueue* queue = AppendToQueue(index, node, *name, key.hash, arena);
-  if (queue->name == nullptr) queue->name = name.release();
-  return queue;
+void AddToIndex(NameIndex& index, CzonNamedNode& node, Arena* arena) {
+  FileNode(index, node, arena);
 }
 
 void Release(NameIndex& index, Arena* arena) {
-  if (index.queues == nullptr) return;
-  for (NameQueue* queue = index.queues; queue != EndOfPlaces(index); ++queue) {
-    Release(queue->nodes, arena);
-    delete queue->name;
+  if (index.entries == nullptr) return;
+  for (NameEntry* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
+    if (entry->hasQueue != 0) ReleaseQueue(entry->queue, arena);
   }
-  ReleaseBlock(arena, index.queues, TablePower(index.room));
+  ReleaseBlock(arena, index.entries, TablePower(index.room));
   index = {};
 }
+
+// ---- NameList -------------------------------------------------------------------------------------
 
 CzonNamedNode* FindByNumber(const NameList& list, unsigned int n) {
   const NodeSpan ordered(list.ordered);
   return n - 1 < ordered.Size() ? &Named(ordered[n - 1]) : nullptr;
 }
 
-CzonNamedNode* FindByName(const NameList& list, std::string_view name, unsigned int n) {
-  const NameQueue* queue = FindQueue(list.index, name);
-  if (queue == nullptr || n - 1 >= queue->nodes.size) return nullptr;
-  return &Named(NodeSpan(queue->nodes)[n - 1]);
+CzonNamedNode* FindByName(NameList& list, std::string_view name, unsigned int n,
+                          CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  const NodeSpan nodes = FindNamesakes(list.index, name);
+  return n - 1 < nodes.Size() ? &Named(nodes[n - 1]) : nullptr;
 }
 
-std::uint32_t CountNamesakes(const NameList& list, const CzonNamedNode& namesake) {
-  const NameQueue* queue = FindQueue(list.index, namesake);
-  return queue != nullptr ? queue->nodes.size : 0;
+std::uint32_t CountNamesakes(NameList& list, const CzonNamedNode& namesake, CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  return FindNamesakes(list.index, NodeAccess::GetKey(namesake).name).Size();
 }
 
-bool IsIndexed(const NameList& list, const CzonNamedNode& node) {
-  const NameQueue* queue = FindQueue(list.index, node);
-  return queue != nullptr &&
-         FindInQueue(*queue, node, NodeAccess::GetNumber(node)) < queue->nodes.size;
+std::uint32_t CountNames(NameList& list, CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  return list.index.used;
+}
+
+bool IsIndexed(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  if (entry == nullptr) return false;
+  if (entry->hasQueue == 0) return entry->node == &node;
+  const NameQueue& queue = *entry->queue;
+  return FindInQueue(queue, node, NodeAccess::GetNumber(node)) < queue.nodes.size;
 }
 
 std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node) {
@@ -269,68 +367,104 @@ std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node) {
   return place < list.ordered.size ? place + 1 : 0;
 }
 
-void AddToIndex(NameList& list, CzonNamedNode& node, Arena* arena) {
-  NameQueue* queue = AppendToQueue(list.index, node, arena);
-  const std::uint32_t last = queue->nodes.size - 1;
-  if (last == 0) return NodeAccess::SetNumber(node, 1);  // most names are unique
-  CheckRepeat(*queue, node, last);
-  NumberQueue(*queue, last);
+void CompleteIndex(NameList& list, CzonNamedNode* owner) {
+  if (owner == nullptr || list.indexed == list.ordered.size) return;
+  if (list.index.entries == nullptr) {
+    GrowTable(list.index, std::min(list.ordered.size, kLargestReserve), ArenaOf(owner));
+  }
+  for (; list.indexed < list.ordered.size; ++list.indexed) {
+    AddToIndex(list, Named(NodeSpan(list.ordered)[list.indexed]), owner);
+  }
 }
 
-void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place, Arena* arena) {
-  NameQueue* queue = FindQueue(list.index, node);
-  if (queue == nullptr) return AddToIndex(list, node, arena);
-  EnsureName(*queue, NodeAccess::GetKey(node));
-  const std::uint32_t at = PlaceInQueue(list, *queue, node, std::max(place, 1U) - 1);
-  CheckRepeat(*queue, node, queue->nodes.size);
-  Insert(queue->nodes, at, &node, arena);
-  NumberQueue(*queue, at);
+void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
+  NameEntry& entry = FileNode(list.index, node, ArenaOf(owner));
+  if (entry.hasQueue == 0) return NodeAccess::SetNumber(node, 1);  // most names are unique
+  NameQueue& queue = *entry.queue;
+  const std::uint32_t last = queue.nodes.size - 1;
+  CheckRepeat(queue, node, last);
+  NumberQueue(queue, last);
 }
 
-bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, Arena* arena) {
-  NameQueue* queue = FindQueue(list.index, node);
-  if (queue == nullptr) return false;
-  const std::uint32_t place = FindInQueue(*queue, node, number);
-  if (place == queue->nodes.size) return false;
-  Erase(queue->nodes, place);
-  NumberQueue(*queue, place);
-  if (queue->nodes.size == 0) DropQueue(list.index, queue, arena);
+void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
+                     CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  if (entry == nullptr) return AddToIndex(list, node, owner);
+  NameQueue& queue = EnsureQueue(*entry, ArenaOf(owner));
+  EnsureName(queue, NodeAccess::GetKey(node));
+  const std::uint32_t at = PlaceInQueue(list, queue, node, std::max(place, 1U) - 1);
+  CheckRepeat(queue, node, queue.nodes.size);
+  Insert(queue.nodes, at, &node, ArenaOf(owner));
+  NumberQueue(queue, at);
+}
+
+bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  if (entry == nullptr) return false;
+  if (entry->hasQueue != 0) {
+    NameQueue& queue = *entry->queue;
+    const std::uint32_t place = FindInQueue(queue, node, number);
+    if (place == queue.nodes.size) return false;
+    Erase(queue.nodes, place);
+    NumberQueue(queue, place);
+    if (queue.nodes.size > 0) return true;
+    ReleaseQueue(&queue, ArenaOf(owner));
+  } else if (entry->node != &node) {
+    return false;
+  }
+  DropEntry(list.index, entry);
   return true;
 }
 
-void Append(NameList& list, CzonNamedNode& node, Arena* arena) {
-  Reserve(list.ordered, arena);  // so that nothing can fail after the index has changed
-  AddToIndex(list, node, arena);
-  Append(list.ordered, &node, arena);
+void Append(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
+  Reserve(list.ordered, ArenaOf(owner));  // so that nothing can fail after the index has changed
+  CompleteIndex(list, owner);
+  AddToIndex(list, node, owner);
+  Append(list.ordered, &node, ArenaOf(owner));
+  ++list.indexed;
 }
 
-void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, Arena* arena) {
+void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, CzonNamedNode* owner) {
   place = std::clamp(place, 1U, Count(list) + 1);
-  Reserve(list.ordered, arena);
-  InsertIntoIndex(list, node, place, arena);
-  Insert(list.ordered, place - 1, &node, arena);
+  Reserve(list.ordered, ArenaOf(owner));
+  InsertIntoIndex(list, node, place, owner);
+  Insert(list.ordered, place - 1, &node, ArenaOf(owner));
+  ++list.indexed;
 }
 
-bool Remove(NameList& list, CzonNamedNode& node, Arena* arena) {
-  const bool isErased = EraseFromIndex(list, node, NodeAccess::GetNumber(node), arena);
+bool Remove(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
+  const bool isErased = EraseFromIndex(list, node, NodeAccess::GetNumber(node), owner);
   const std::uint32_t place = PlaceOf(list, node);
-  if (place != 0) Erase(list.ordered, place - 1);
+  if (place != 0) {
+    Erase(list.ordered, place - 1);
+    --list.indexed;
+  }
   return isErased;
 }
 
 void Release(NameList& list, Arena* arena) {
   Release(list.index, arena);
   Release(list.ordered, arena);
+  list.indexed = 0;
 }
 
+// The number of a single node is made anew with the queue of its name.
 void LoseNumber(NameList& list, const CzonNamedNode& node) {
-  NameQueue* queue = FindQueue(list.index, node);
-  if (queue != nullptr) queue->hasLostNumbers = 1;
+  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  if (entry != nullptr && entry->hasQueue != 0) entry->queue->hasLostNumbers = 1;
 }
 
-void RestoreNumbers(NameList& list, const CzonNamedNode& node) {
-  NameQueue* queue = FindQueue(list.index, node);
-  if (queue != nullptr) NumberQueue(*queue, 0);
+void RestoreNumbers(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) {
+  CompleteIndex(list, owner);
+  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  if (entry == nullptr) return;
+  if (entry->hasQueue != 0) {
+    NumberQueue(*entry->queue, 0);
+  } else {
+    NodeAccess::SetNumber(*entry->node, 1);
+  }
 }
 
 }  // namespace zon

@@ -1,5 +1,5 @@
 // How named nodes are filed: by name, ignoring ASCII case; the empty name and one blank are the same
-// key.
+// name. See FoldedName in base/zonchars.h.
 #ifndef ZON_TREE_ZONNAMEKEY_H
 #define ZON_TREE_ZONNAMEKEY_H
 
@@ -8,10 +8,9 @@
 
 namespace zon {
 
-// The name by which a node is filed, and its hash.
+// The name by which a node is filed.
 struct NameKey {
   std::string_view name;
-  std::uint32_t hash;
   // False if the name is the result of a host's GetName, which can change: the queue then keeps a copy.
   bool isStored;
 };

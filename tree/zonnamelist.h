@@ -47,7 +47,7 @@ class ZON_API CzonNameList {
   unsigned int CountOf(const CzonNamedNode& namesake) const;  ///< of the nodes of its name
 
  private:
-  zon::NameList list_ = {};
+  mutable zon::NameList list_ = {};
 };
 
 #endif

@@ -15,9 +15,8 @@
 
 #include "base/zonassert.h"
 #include "tree/zondeferredvalues.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnamno_inline.h"
-
-static_assert(zon::kEmptyNameHash == zon::kHashOfNoName);
 
 // ---- The operations of CzonNode that depend on the class of the owner -----------------------------
 
@@ -35,6 +34,12 @@ const std::string& CzonNode::GetZonFilename() const {
       pOwner->Has(kNamed) && static_cast<const CzonNamedNode*>(pOwner)->HoldsFilename();
   ZON_ASSERT_TEXT(isRoot, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
   return pOwner->GetZonFilename();
+}
+
+// Only a named node in a list of its owner is unnumbered.
+int CzonNode::MakeNumber() const {
+  GetOwner()->NumberChildren(static_cast<const CzonNamedNode&>(*this));
+  return instance_;
 }
 
 void CzonNode::ResetNumber() {
@@ -83,19 +88,18 @@ bool CzonNamedNode::IsOfLibrary() const {
   return Has(kInArena) || typeid(*this) == LibraryClass();
 }
 
-// The GetName of a host's class may return any name. The stored name and its hash are used if it
-// returns the stored string itself.
+// The GetName of a host's class may return any name. The stored name is used if it returns
+// the stored string itself.
 zon::NameKey CzonNamedNode::MakeKey() const {
   const std::string& name = GetName();
   const std::string_view stored = GetNameView();
   if (name.size() == stored.size() && (name.empty() || name.data() == stored.data())) {
-    return {stored, nameHash_, true};
+    return {stored, true};
   }
-  return {name, zon::HashNoCase(name), false};
+  return {name, false};
 }
 
 void CzonNamedNode::SetName(std::string_view name) {
-  nameHash_ = zon::HashNoCase(name);
   zon::Assign(name_, name, arena_);
 }
 
@@ -165,7 +169,24 @@ void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
 }
 
 void CzonNamedNode::AddNode(CzonNode* node) {
-  if (node == nullptr) return;
+  if (node != nullptr) AppendChild(node);
+}
+
+// A name that a host's class returns may change, so its node is indexed at once, by the present one.
+void CzonNamedNode::AddListed(CzonNamedNode& child) {
+  if (child.IsOfLibrary()) {
+    AppendChild(&child);
+    child.Set(kUnnumbered);
+    return;
+  }
+  zon::Reserve(EnsureChildren(), arena_);  // AppendChild below cannot fail then
+  ListChildren();
+  zon::Append(*ListOf(child), child, this);
+  AppendChild(&child);
+  ChildInserted(child, children_.nodes.size - 1);
+}
+
+void CzonNamedNode::AppendChild(CzonNode* node) {
   zon::NodeList& children = EnsureChildren();
   zon::Append(children, node, arena_);
   node->owner_ = this;
@@ -280,6 +301,12 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   return found;
 }
 
+// Numbers the children of the kind of this one.
+void CzonNamedNode::NumberChildren(const CzonNamedNode& child) {
+  ListChildren();
+  if (zon::NameList* list = ListOf(child)) zon::CompleteIndex(*list, this);
+}
+
 // ---- What the classes below override --------------------------------------------------------------
 
 std::unique_ptr<CzonNamedNode> CzonNamedNode::MakeAside() const {
@@ -288,6 +315,7 @@ std::unique_ptr<CzonNamedNode> CzonNamedNode::MakeAside() const {
 zon::NameList* CzonNamedNode::ListOf(const CzonNode&) {
   return nullptr;
 }
+void CzonNamedNode::ListChildren() {}
 unsigned int CzonNamedNode::CountNamesakes(const CzonNamedNode&) const {
   return 0;
 }

@@ -71,13 +71,17 @@ class ZON_API CzonNamedNode : public CzonNode {
   /// The list in which a child of its class is filed beside the children; null for none.
   virtual zon::NameList* ListOf(const CzonNode& child);
 
+  /// Enters all children into their lists. May throw std::bad_alloc.
+  virtual void ListChildren();
+
   /// The number of children that are filed under the name of this child.
   virtual unsigned int CountNamesakes(const CzonNamedNode& child) const;
 
   /// The first child that is a default definition of that name; null for none.
   virtual const CzonNamedNode* FindDefinition(std::string_view name) const;
 
-  /** Called after a change of the children. A place counts from 0; AddNode calls none of them. @{ */
+  /** Called after a change of the children, which were in their lists. A place counts from 0; AddNode
+   *  calls none of them. @{ */
   virtual void ChildInserted(const CzonNode& child, std::uint32_t place);
   virtual void ChildErased(const CzonNode& child, std::uint32_t place);
   virtual void ChildRenamed(const CzonNode& child);
@@ -109,8 +113,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   /// The children. Makes those that are not parsed yet, which may throw std::bad_alloc.
   zon::NodeSpan Children() const;
 
-  /// Makes room for one more child: AddNode cannot fail after it.
-  void ReserveChild();
+  /// Adds a child that is to be in a list. Throws std::bad_alloc and changes nothing.
+  void AddListed(CzonNamedNode& child);
 
   void WriteChildren(std::ostream& out) const;  ///< each by its own Write, in order
 
@@ -139,6 +143,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   void DeferValues(const zon::DeferredValues& values);
   void AppendNew(CzonNode* const* values, std::uint32_t count);
   std::uint32_t PlaceOf(const CzonNode* child) const;
+  void NumberChildren(const CzonNamedNode& child);
+  void AppendChild(CzonNode* node);
   void FreeChildren();
   void CopyContent(const CzonNamedNode& source);
   void CopyFields(const CzonNamedNode& source);
@@ -147,7 +153,6 @@ class ZON_API CzonNamedNode : public CzonNode {
   ChildFields children_ = {};
   mutable std::string* nameGlb_ = nullptr;
   mutable zon::Text name_;
-  std::uint32_t nameHash_ = zon::kEmptyNameHash;
   std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint
 };

@@ -29,11 +29,7 @@ inline std::string_view CzonNamedNode::GetNameView() const {
 
 // A node in an arena is of the library's classes: its GetName returns the stored name.
 inline zon::NameKey CzonNamedNode::GetKey() const {
-  return Has(kInArena) ? zon::NameKey{GetNameView(), nameHash_, true} : MakeKey();
-}
-
-inline void CzonNamedNode::ReserveChild() {
-  zon::Reserve(EnsureChildren(), arena_);
+  return Has(kInArena) ? zon::NameKey{GetNameView(), true} : MakeKey();
 }
 
 inline zon::NodeSpan CzonNamedNode::Children() const {
@@ -46,7 +42,6 @@ inline void CzonNamedNode::EnterArena(zon::Arena& arena) {
 }
 
 inline void CzonNamedNode::ReferToName(std::string_view name) {
-  nameHash_ = zon::HashNoCase(name);
   zon::ReferTo(name_, name);
 }
 

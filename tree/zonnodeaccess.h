@@ -19,6 +19,7 @@
 #include "base/zonarena.h"
 #include "base/zonnumber.h"
 #include "tree/zondeferredvalues.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnamno_inline.h"
 #include "tree/zonnodetext.h"
 
@@ -63,9 +64,15 @@ struct NodeAccess {
     return node.Has(CzonNode::kInArena) && !node.Has(CzonNode::kNamed);
   }
 
-  // The instance number.
+  // The instance number, which must be made.
   static std::int32_t GetNumber(const CzonNode& node) { return node.instance_; }
-  static void SetNumber(CzonNode& node, std::int32_t number) { node.instance_ = number; }
+  static void SetNumber(CzonNode& node, std::int32_t number) {
+    node.instance_ = number;
+    node.Set(CzonNode::kUnnumbered, false);
+  }
+
+  // Whether the number is made when it is asked for.
+  static bool IsUnnumbered(const CzonNode& node) { return node.Has(CzonNode::kUnnumbered); }
 
   // Whether a value of the keyword was read, see api/zonwatch.h.
   static bool WasRead(const CzonNode& keyword) { return keyword.Has(CzonNode::kRead); }
@@ -74,38 +81,49 @@ struct NodeAccess {
   // The n-th section or keyword of a name, as the operations of the library's classes find it.
   template <class List>
   static CzonNode* FindSection(const List& list, std::string_view name, unsigned int n) {
-    return FindByName(list.sections_, name, n);
+    return FindByName(list.Complete(list.sections_), name, n, Mutable(list));
   }
   template <class Section>
   static CzonNode* FindKeyword(const Section& section, std::string_view name, unsigned int n) {
-    return FindByName(section.keywords_, name, n);
+    return FindByName(section.Complete(section.keywords_), name, n, Mutable(section));
   }
 
   // The last section or keyword; null if there is none.
   template <class List>
   static CzonNode* LastSection(const List& list) {
-    return FindByNumber(list.sections_, Count(list.sections_));
+    const NameList& sections = list.Complete(list.sections_);
+    return FindByNumber(sections, Count(sections));
   }
   template <class Section>
   static CzonNode* LastKeyword(const Section& section) {
-    return FindByNumber(section.keywords_, Count(section.keywords_));
+    const NameList& keywords = section.Complete(section.keywords_);
+    return FindByNumber(keywords, Count(keywords));
+  }
+
+  // Whether any name of the keywords was asked for.
+  template <class Section>
+  static bool HasKeywordIndex(const Section& section) {
+    return section.keywords_.indexed > 0;
   }
 
   // Whether one keyword of the section occurs twice and at least one other once.
   template <class Section>
   static bool HasOneRepeat(const Section& section) {
-    const std::uint32_t names = section.keywords_.index.used;
-    return names > 1 && section.keywords_.ordered.size == names + 1;
+    NameList& keywords = section.Complete(section.keywords_);
+    const std::uint32_t names = CountNames(keywords, Mutable(section));
+    return names > 1 && Count(keywords) == names + 1;
   }
 
   // Whether any section of a list, or keyword of a section, has the name of another one.
   template <class List>
   static bool HasRepeatedSections(const List& list) {
-    return list.sections_.index.used < list.sections_.ordered.size;
+    NameList& sections = list.Complete(list.sections_);
+    return CountNames(sections, Mutable(list)) < Count(sections);
   }
   template <class Section>
   static bool HasRepeatedKeywords(const Section& section) {
-    return section.keywords_.index.used < section.keywords_.ordered.size;
+    NameList& keywords = section.Complete(section.keywords_);
+    return CountNames(keywords, Mutable(section)) < Count(keywords);
   }
 
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
@@ -288,9 +306,13 @@ struct NodeAccess {
   }
 
  private:
+  // Lists and indexes are completed by queries.
+  static CzonNamedNode* Mutable(const CzonNamedNode& owner) {
+    return const_cast<CzonNamedNode*>(&owner);
+  }
   static std::uint32_t PlaceInList(CzonNamedNode& owner, const NameList& list, std::uint32_t place);
   static void SwapName(CzonNamedNode& node, Text& name);
-  static void RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena);
+  static void RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, CzonNamedNode* owner);
 };
 
 }  // namespace zon

@@ -10,7 +10,7 @@ class CzonNode;
 namespace zon {
 
 struct DeferralSource;
-struct NameQueue;
+struct NameEntry;
 
 // See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
 struct __attribute__((packed, aligned(4))) Text {
@@ -32,7 +32,7 @@ struct NodeList {
 
 // See tree/zonnameindex.h.
 struct NameIndex {
-  NameQueue* queues;
+  NameEntry* entries;
   std::uint32_t used;
   std::uint32_t room;  // a power of two
 };
@@ -40,10 +40,8 @@ struct NameIndex {
 struct NameList {
   NameIndex index;
   NodeList ordered;
+  std::uint32_t indexed;  // how many nodes of `ordered`, from the first on, the index has
 };
-
-// The hash of the empty name.
-constexpr std::uint32_t kEmptyNameHash = 0x9E3779B9U;
 
 // See tree/zondeferredvalues.h.
 struct DeferredValues {

@@ -18,6 +18,7 @@ class NodeSpan {
  public:
   explicit NodeSpan(const NodeList& list)
       : first_(list.power == 0 ? &list.single : list.block), size_(list.size) {}
+  NodeSpan(CzonNode* const* first, std::uint32_t size) : first_(first), size_(size) {}
 
   std::uint32_t Size() const { return size_; }
   CzonNode* operator[](std::uint32_t index) const { return first_[index]; }

@@ -75,7 +75,7 @@ unsigned int CzonNameList<T>::Count() const {
 
 template <class T>
 bool CzonNameList<T>::Holds(const T* node) const {
-  return zon::IsIndexed(list_, *node);
+  return zon::IsIndexed(list_, *node, nullptr);
 }
 
 template <class T>
@@ -85,12 +85,12 @@ T* CzonNameList<T>::ByNum(unsigned int n) const {
 
 template <class T>
 T* CzonNameList<T>::ByNameNum(std::string_view name, unsigned int n) const {
-  return static_cast<T*>(zon::FindByName(list_, name, n));
+  return static_cast<T*>(zon::FindByName(list_, name, n, nullptr));
 }
 
 template <class T>
 unsigned int CzonNameList<T>::CountOf(const CzonNamedNode& namesake) const {
-  return zon::CountNamesakes(list_, namesake);
+  return zon::CountNamesakes(list_, namesake, nullptr);
 }
 
 template class CzonNameList<CzonSection>;
@@ -136,7 +136,7 @@ std::unique_ptr<CzonNamedNode> CzonTargetList::MakeAside() const {
 }
 
 unsigned int CzonTargetList::GetNoSections() const {
-  return zon::Count(sections_);
+  return zon::Count(Complete(sections_));
 }
 
 const std::string& CzonTargetList::GetZonFilename() const {
@@ -148,7 +148,7 @@ int CzonTargetList::IsSection() const {
 }
 
 CzonSection* CzonTargetList::SectionByNum(unsigned int n) const {
-  return static_cast<CzonSection*>(zon::FindByNumber(sections_, n));
+  return static_cast<CzonSection*>(zon::FindByNumber(Complete(sections_), n));
 }
 
 CzonSection* CzonTargetList::SectionByName(const char* name) const {
@@ -156,7 +156,7 @@ CzonSection* CzonTargetList::SectionByName(const char* name) const {
 }
 
 CzonSection* CzonTargetList::SectionByNameNum(const char* name, unsigned int n) const {
-  return static_cast<CzonSection*>(zon::FindByName(sections_, TextOrEmpty(name), n));
+  return static_cast<CzonSection*>(zon::NodeAccess::FindSection(*this, TextOrEmpty(name), n));
 }
 
 int CzonTargetList::GetSyntaxClass() const {
@@ -171,18 +171,42 @@ void CzonTargetList::Copy(const CzonNode* source) {
 }
 
 void CzonTargetList::AddSection(CzonSection* section) {
-  if (section == nullptr) return;
-  ReserveChild();
-  zon::Append(sections_, *section, arena_);
-  AddNode(section);
+  if (section != nullptr) AddListed(*section);
 }
 
 zon::NameList* CzonTargetList::ListOf(const CzonNode& child) {
   return zon::NodeAccess::IsSection(child) ? &sections_ : nullptr;
 }
 
+// A child that AddNode has added is in no list; any other one has no number until it is in the index.
+void CzonTargetList::ListChildren() {
+  const zon::NodeSpan children = Children();
+  for (; listed_ < children.Size(); ++listed_) {
+    CzonNode& child = *children[listed_];
+    zon::NameList* list = zon::NodeAccess::IsUnnumbered(child) ? ListOf(child) : nullptr;
+    if (list != nullptr) zon::Append(list->ordered, &child, arena_);
+  }
+}
+
+zon::NameList& CzonTargetList::Complete(zon::NameList& list) const {
+  const_cast<CzonTargetList*>(this)->ListChildren();
+  return list;
+}
+
+void CzonTargetList::ChildInserted(const CzonNode&, std::uint32_t) {
+  ++listed_;
+}
+
+void CzonTargetList::ChildErased(const CzonNode&, std::uint32_t) {
+  --listed_;
+}
+
+unsigned int CzonTargetList::CountIn(zon::NameList& list, const CzonNamedNode& child) const {
+  return zon::CountNamesakes(Complete(list), child, const_cast<CzonTargetList*>(this));
+}
+
 unsigned int CzonTargetList::CountNamesakes(const CzonNamedNode& child) const {
-  return zon::NodeAccess::IsSection(child) ? zon::CountNamesakes(sections_, child) : 0;
+  return zon::NodeAccess::IsSection(child) ? CountIn(sections_, child) : 0;
 }
 
 void CzonTargetList::ChildLostNumber(const CzonNode& child) {
@@ -191,12 +215,14 @@ void CzonTargetList::ChildLostNumber(const CzonNode& child) {
 }
 
 void CzonTargetList::ForgetChildren() {
+  listed_ = 0;
   zon::Release(sections_, arena_);
 }
 
 void CzonTargetList::SwapOwn(CzonNamedNode& other) {
   auto& list = static_cast<CzonTargetList&>(other);
   std::swap(sections_, list.sections_);
+  std::swap(listed_, list.listed_);
   facts_.swap(list.facts_);
 }
 
@@ -289,7 +315,7 @@ std::unique_ptr<CzonNamedNode> CzonSection::MakeAside() const {
 }
 
 unsigned int CzonSection::GetNoKeywords() const {
-  return zon::Count(keywords_);
+  return zon::Count(Complete(keywords_));
 }
 
 unsigned int CzonSection::GetNoInstances() const {
@@ -297,7 +323,7 @@ unsigned int CzonSection::GetNoInstances() const {
 }
 
 CzonKeyword* CzonSection::KeywordByNum(unsigned int n) const {
-  return static_cast<CzonKeyword*>(zon::FindByNumber(keywords_, n));
+  return static_cast<CzonKeyword*>(zon::FindByNumber(Complete(keywords_), n));
 }
 
 CzonKeyword* CzonSection::KeywordByName(const char* name) const {
@@ -305,7 +331,7 @@ CzonKeyword* CzonSection::KeywordByName(const char* name) const {
 }
 
 CzonKeyword* CzonSection::KeywordByNameNum(const char* name, unsigned int n) const {
-  return static_cast<CzonKeyword*>(zon::FindByName(keywords_, TextOrEmpty(name), n));
+  return static_cast<CzonKeyword*>(zon::NodeAccess::FindKeyword(*this, TextOrEmpty(name), n));
 }
 
 void CzonSection::Explore(void (*visit)(CzonNode*)) {
@@ -327,9 +353,7 @@ void CzonSection::Copy(const CzonNode* source) {
 void CzonSection::AddKeyword(CzonKeyword* keyword) {
   if (keyword == nullptr) return;
   if (keyword->IsDefaultDef()) return AddNode(keyword);
-  ReserveChild();  // AddNode below cannot fail then
-  zon::Append(keywords_, *keyword, arena_);
-  AddNode(keyword);
+  AddListed(*keyword);
 }
 
 void CzonSection::AddDefaultDef(CzonDefaultDef* definition) {
@@ -342,7 +366,7 @@ zon::NameList* CzonSection::ListOf(const CzonNode& child) {
 }
 
 unsigned int CzonSection::CountNamesakes(const CzonNamedNode& child) const {
-  if (zon::NodeAccess::IsKeyword(child)) return zon::CountNamesakes(keywords_, child);
+  if (zon::NodeAccess::IsKeyword(child)) return CountIn(keywords_, child);
   return CzonTargetList::CountNamesakes(child);
 }
 
@@ -352,12 +376,14 @@ void CzonSection::ForgetDefinitions() const {
 }
 
 void CzonSection::ChildInserted(const CzonNode& child, std::uint32_t place) {
+  CzonTargetList::ChildInserted(child, place);
   if (place >= definitionsSeen_) return;
   if (child.IsDefaultDef()) return ForgetDefinitions();
   ++definitionsSeen_;
 }
 
 void CzonSection::ChildErased(const CzonNode& child, std::uint32_t place) {
+  CzonTargetList::ChildErased(child, place);
   if (place >= definitionsSeen_) return;
   if (child.IsDefaultDef()) return ForgetDefinitions();
   --definitionsSeen_;
@@ -383,16 +409,14 @@ void CzonSection::SwapOwn(CzonNamedNode& other) {
 
 const CzonNamedNode* CzonSection::FindDefinition(std::string_view name) const {
   const zon::NodeSpan children = Children();
-  // Continues where the last search ended. If AppendToQueue throws, the limit is still correct.
+  // Continues where the last search ended. If AddToIndex throws, the limit is still correct.
   for (; definitionsSeen_ < children.Size(); ++definitionsSeen_) {
     CzonNode* child = children[definitionsSeen_];
     if (!child->IsDefaultDef()) continue;
-    zon::AppendToQueue(definitions_, *static_cast<CzonNamedNode*>(child), arena_);
+    zon::AddToIndex(definitions_, *static_cast<CzonNamedNode*>(child), arena_);
   }
-  const zon::NameQueue* queue = zon::FindQueue(definitions_, name);
-  if (queue == nullptr) return nullptr;
   // The index files the empty name as " "; for definitions they are two names.
-  for (const CzonNode* node : zon::NodeSpan(queue->nodes)) {
+  for (const CzonNode* node : zon::FindNamesakes(definitions_, name)) {
     const auto* definition = static_cast<const CzonNamedNode*>(node);
     if (zon::EqualNoCase(zon::NodeAccess::GetKey(*definition).name, name)) return definition;
   }

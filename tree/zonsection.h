@@ -50,12 +50,21 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   const std::type_info& LibraryClass() const override;
   std::unique_ptr<CzonNamedNode> MakeAside() const override;
   zon::NameList* ListOf(const CzonNode& child) override;
+  void ListChildren() override;
   unsigned int CountNamesakes(const CzonNamedNode& child) const override;
+  void ChildInserted(const CzonNode& child, std::uint32_t place) override;
+  void ChildErased(const CzonNode& child, std::uint32_t place) override;
   void ChildLostNumber(const CzonNode& child) override;
   void ForgetChildren() override;
   void SwapOwn(CzonNamedNode& other) override;
   void CopyOwn(const CzonNamedNode& source) override;
   bool HoldsFilename() const override;
+
+  /// A list of this node, with all children that belong into it.
+  zon::NameList& Complete(zon::NameList& list) const;
+
+  /// The number of nodes of this list that have the name of the child.
+  unsigned int CountIn(zon::NameList& list, const CzonNamedNode& child) const;
 
  private:
   friend struct zon::NodeAccess;
@@ -64,7 +73,9 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   FileFacts& EnsureFacts();
   void SetHandle(CzonBase* handle);
 
-  zon::NameList sections_ = {};
+  // The lists are completed by queries. `listed_` children, from the first on, are in them.
+  mutable zon::NameList sections_ = {};
+  std::uint32_t listed_ = 0;
   std::unique_ptr<FileFacts> facts_;  // null for most sections
 };
 
@@ -114,7 +125,7 @@ class ZON_API CzonSection : public CzonTargetList {
   void WriteEnd(std::ostream& out) const;
   void ForgetDefinitions() const;
 
-  zon::NameList keywords_ = {};
+  mutable zon::NameList keywords_ = {};
 
   // The default definitions among the first `definitionsSeen_` children, by name. Filled by
   // FindDefinition.

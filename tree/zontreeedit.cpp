@@ -40,14 +40,15 @@ void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t pla
   // These may throw. The last of them, Append or Insert, changes nothing if it does.
   NodeList& children = owner.EnsureChildren();
   Reserve(children, owner.arena_);
+  owner.ListChildren();
   NameList* list = owner.ListOf(*child);
   if (list != nullptr) {
     const std::uint32_t placeInList = PlaceInList(owner, *list, place);
     // At the end no search for the nearest namesake is needed.
     if (placeInList > Count(*list)) {
-      Append(*list, Named(*child), owner.arena_);
+      Append(*list, Named(*child), &owner);
     } else {
-      Insert(*list, Named(*child), placeInList, owner.arena_);
+      Insert(*list, Named(*child), placeInList, &owner);
     }
   }
   // There is room for it, so from here on nothing can fail.
@@ -96,15 +97,18 @@ std::uint32_t NodeAccess::PlaceInList(CzonNamedNode& owner, const NameList& list
 }
 
 bool NodeAccess::IsFiled(const CzonNode& child) {
-  NameList* list = child.GetOwner()->ListOf(child);
-  return list == nullptr || IsIndexed(*list, static_cast<const CzonNamedNode&>(child));
+  CzonNamedNode* owner = child.GetOwner();
+  owner->ListChildren();
+  NameList* list = owner->ListOf(child);
+  return list == nullptr || IsIndexed(*list, static_cast<const CzonNamedNode&>(child), owner);
 }
 
 void NodeAccess::Unfile(CzonNode* child) {
   CzonNamedNode& owner = *child->GetOwner();
   const std::uint32_t place = owner.PlaceOf(child);
+  owner.ListChildren();
   NameList* list = owner.ListOf(*child);
-  if (list != nullptr) Remove(*list, Named(*child), owner.arena_);
+  if (list != nullptr) Remove(*list, Named(*child), &owner);
   Erase(owner.EnsureChildren(), place);
   child->owner_ = nullptr;
   owner.ChildErased(*child, place);
@@ -121,8 +125,10 @@ void NodeAccess::Replace(CzonNode* value, CzonNode* by) {
 }
 
 void NodeAccess::RestoreNumbers(CzonNode& child) {
-  NameList* list = child.GetOwner()->ListOf(child);
-  if (list != nullptr) zon::RestoreNumbers(*list, Named(child));
+  CzonNamedNode* owner = child.GetOwner();
+  owner->ListChildren();
+  NameList* list = owner->ListOf(child);
+  if (list != nullptr) zon::RestoreNumbers(*list, Named(child), owner);
 }
 
 // ---- Renaming -------------------------------------------------------------------------------------
@@ -133,9 +139,10 @@ void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
   CzonNamedNode* owner = node.GetOwner();
   // The indexes are not case-sensitive.
   const bool isRefiled = owner != nullptr && !EqualNoCase(node.GetNameView(), name);
+  if (isRefiled) owner->ListChildren();
   NameList* list = isRefiled ? owner->ListOf(node) : nullptr;
-  if (list != nullptr && IsIndexed(*list, node)) {
-    RenameInIndex(node, text, *list, owner->arena_);
+  if (list != nullptr && IsIndexed(*list, node, owner)) {
+    RenameInIndex(node, text, *list, owner);
   } else {
     SwapName(node, text);
   }
@@ -145,24 +152,24 @@ void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
 
 void NodeAccess::SwapName(CzonNamedNode& node, Text& name) {
   Swap(node.name_, name);
-  node.nameHash_ = HashNoCase(View(node.name_));
 }
 
 // Adds the node to the queue of its new name before it is removed from that of its former name.
-void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, Arena* arena) {
+void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list,
+                               CzonNamedNode* owner) {
   const std::string formerName(node.GetKey().name);
   const std::int32_t formerNumber = node.instance_;
   SwapName(node, name);
   if (EqualNoCase(FiledName(formerName), FiledName(node.GetKey().name))) return;
   try {
-    InsertIntoIndex(list, node, zon::PlaceOf(list, node), arena);
+    InsertIntoIndex(list, node, zon::PlaceOf(list, node), owner);
   } catch (...) {
     SwapName(node, name);
     throw;
   }
   // The former queue is found by the name of its first node, which may be this one.
   SwapName(node, name);
-  EraseFromIndex(list, node, formerNumber, arena);
+  EraseFromIndex(list, node, formerNumber, owner);
   SwapName(node, name);
 }
 
@@ -202,6 +209,7 @@ void CzonNamedNode::Copy(const CzonNode* source) {
   // The source may be above or below this node, so the copy is made aside. The old content, which
   // may hold the source, is deleted last.
   const std::unique_ptr<CzonNamedNode> aside = zon::NodeAccess::CopyAside(*this, *Src);
+  if (GetOwner() != nullptr) GetOwner()->NumberChildren(*this);  // ResetNumber must not fail
   zon::NodeAccess::Rename(*this, Src->GetNameView());
   zon::NodeAccess::SwapContent(*this, *aside);
   ResetNumber();
@@ -243,11 +251,7 @@ void CzonNamedNode::CopyFields(const CzonNamedNode& source) {
 }
 
 void CzonNamedNode::AppendCopy(CzonNode* child) {
-  zon::NameList* list = ListOf(*child);
-  if (list != nullptr) {
-    ReserveChild();
-    zon::Append(*list, static_cast<CzonNamedNode&>(*child), arena_);
-  }
-  AddNode(child);
+  if (ListOf(*child) != nullptr) return AddListed(static_cast<CzonNamedNode&>(*child));
+  AppendChild(child);
   if (child->IsParam()) ChildInserted(*child, children_.nodes.size - 1);
 }

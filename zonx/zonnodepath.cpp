@@ -54,10 +54,10 @@ CzonNode* FindSection(const CzonNode& node, const PathStep& step) {
 }
 
 unsigned int InstanceOf(const CzonNamedNode& node) {
-  if (NodeAccess::GetNumber(node) == 0 && node.GetOwner() != nullptr) {
+  if (node.GetInstanceNo() == 0 && node.GetOwner() != nullptr) {
     NodeAccess::RestoreNumbers(const_cast<CzonNamedNode&>(node));
   }
-  return static_cast<unsigned int>(std::max(NodeAccess::GetNumber(node), 1));
+  return static_cast<unsigned int>(std::max(node.GetInstanceNo(), 1));
 }
 
 namespace {
