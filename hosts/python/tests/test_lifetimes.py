@@ -76,6 +76,9 @@ def test_a_replaced_value(file):
     file["A/k"].append(None)
     file["A/k"].text = "'x', 'y'"
     assert second.value == "x"
+    third = file["A/k[2]"]
+    file["A/k"][0] = zon.Raw("1, 2")  # two values
+    expect_stale(third)
 
 
 def test_removing_while_iterating(file):

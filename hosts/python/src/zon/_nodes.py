@@ -69,22 +69,23 @@ class Node(Readable):
     def _set(self, path: bytes, assignment: Assignment) -> None:
         tree = self._tree
         start = start_of(self)
-        before = self._values_at(start, path, assignment.is_list) if tree.values else []
         text = assignment.text
+        replaces_all = assignment.is_list or text is not None
+        before = self._values_at(start, path, replaces_all) if tree.values else []
         status = assignment.apply(start, path) if text is None else self._set_text(start, path, text)
         if before:
-            tree.forget_replaced(before, self._values_at(start, path, assignment.is_list))
+            tree.forget_replaced(before, self._values_at(start, path, replaces_all))
         if status:
             raise self._failure(status, start, path)
 
-    def _values_at(self, start: int, path: bytes, is_list: bool) -> List[Tuple[int, int]]:
+    def _values_at(self, start: int, path: bytes, all_of_them: bool) -> List[Tuple[int, int]]:
         """The addresses and kinds of the values that a setter with this path can replace."""
         base, number = split_path(path)
         keyword = c_void_p()
         if lib.zonxFind(start, base, ctypes.byref(keyword)) or lib.zonxGetKind(keyword) not in KEYWORDS:
             return []
         first = _value_number(number)
-        numbers = range(1, lib.zonGetNoNodes(keyword) + 1) if is_list else range(first, first + 1)
+        numbers = range(1, lib.zonGetNoNodes(keyword) + 1) if all_of_them else range(first, first + 1)
         nodes = [lib.zonNodeByNum(keyword, n) for n in numbers]
         return [(node, lib.zonxGetKind(node)) for node in nodes if node]
 
