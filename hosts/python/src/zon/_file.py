@@ -105,7 +105,7 @@ class File(Node):
         """
         name = None if filename is None else encoded_name(filename)
         flags = plain | new << 1 | overwrite << 2 | backup << 3 | names_as_written << 4
-        with self._tree.lock:
+        with self._tree.exclusive():
             start_of(self)
             collector = Collector()
             status = lib.zonxSave(self._tree.handle, name, flags, collect, collector)
@@ -128,7 +128,7 @@ class File(Node):
 
     def watch(self, on: bool = True) -> None:
         """Starts or stops to take note of the values that are read, for `unread`."""
-        with self._tree.lock:
+        with self._tree.exclusive():
             start_of(self)
             status = lib.zonxWatch(self._tree.handle, bool(on))
             if status:

@@ -8,7 +8,7 @@ from __future__ import annotations
 import ctypes
 import operator
 from ctypes import c_void_p
-from typing import Any, Iterator, List, Tuple, Type, cast
+from typing import Any, Iterator, List, Optional, Tuple, Type, cast
 
 from ._library import lib
 from ._reading import Readable, path_of, split_path, value_path
@@ -66,15 +66,20 @@ class Node(Readable):
         with self._tree.exclusive():
             self._set(path, assignment)
 
-    def _set(self, path: bytes, assignment: Assignment) -> None:
+    def _set(self, path: bytes, assignment: Assignment, value: Optional[Value] = None) -> None:
+        """Sets values. The view of the one at the path, if it is passed, follows its value."""
         tree = self._tree
         start = start_of(self)
         text = assignment.text
         replaces_all = assignment.is_list or text is not None
-        before = self._values_at(start, path, replaces_all) if tree.values else []
-        status = assignment.apply(start, path) if text is None else self._set_text(start, path, text)
-        if before:
-            tree.forget_replaced(before, self._values_at(start, path, replaces_all))
+        with tree.change():
+            before = self._values_at(start, path, replaces_all) if tree.values else []
+            status = assignment.apply(start, path) if text is None else self._set_text(start, path, text)
+            if before:
+                tree.forget_replaced(before, self._values_at(start, path, replaces_all))
+            if value is not None:
+                value._node = lib.zonNodeByNum(start, _value_number(path))
+                tree.values[value._node] = value
         if status:
             raise self._failure(status, start, path)
 
@@ -111,7 +116,8 @@ class Node(Readable):
             start = start_of(self)
             new = path + b":%d" % (self._count(start, path + b"/") + 1)
             # A setter makes the section, because it judges the name; then the section is emptied again.
-            status = lib.zonxSetText(start, new + b"/new", b"") or lib.zonxRemove(start, new + b"/new")
+            with self._tree.change():
+                status = lib.zonxSetText(start, new + b"/new", b"") or lib.zonxRemove(start, new + b"/new")
             if status:
                 raise self._failure(status, start, new)
             return cast(Section, self._find(new + b"/"))
@@ -150,10 +156,12 @@ class Node(Readable):
 
     def _remove(self, start: int, path: bytes) -> None:
         found = c_void_p()
-        status = lib.zonxFind(start, path, ctypes.byref(found)) or lib.zonxRemove(start, path)
+        with self._tree.change():
+            status = lib.zonxFind(start, path, ctypes.byref(found)) or lib.zonxRemove(start, path)
+            if not status:
+                self._tree.forget(found.value or 0)
         if status:
             raise self._failure(status, start, path)
-        self._tree.forget(found.value or 0)
 
     def _child(self, node: int) -> Node:
         views = self._tree.views
@@ -210,12 +218,8 @@ class Value(Node):
     def _step(self) -> str:
         return f"[{lib.zonGetInstanceNo(self._node)}]"
 
-    def _set(self, path: bytes, assignment: Assignment) -> None:
-        """The view follows a value that is replaced."""
-        owner = cast(Keyword, self._owner)
+    def _set(self, path: bytes, assignment: Assignment, value: Optional[Value] = None) -> None:
         number = lib.zonGetInstanceNo(start_of(self))
         if path:
             raise self._failure(Status.BAD_ARGUMENT, self._node, path)
-        owner._set(value_path(number), assignment)
-        self._node = lib.zonNodeByNum(owner._node, number)
-        self._tree.values[self._node] = self
+        cast(Keyword, self._owner)._set(value_path(number), assignment, self)
