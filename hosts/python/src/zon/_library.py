@@ -84,6 +84,8 @@ _KEEPING: dict[str, tuple[Any, tuple[Any, ...]]] = {
     "zonxWhere": (c_int, (c_void_p, POINTER(CPlace))),
     "zonxGetRemark": (c_int, (c_void_p, POINTER(c_char_p))),
     "zonxRemove": (c_int, (c_void_p, c_char_p)),
+    "zoneRenameSection": (c_int, (c_void_p, c_char_p)),
+    "zoneRenameKeyword": (c_int, (c_void_p, c_char_p)),
     "zonxWatch": (c_int, (c_void_p, c_int)),
     "zonxFree": (None, (c_void_p,)),
     "zonxSetInt64": (c_int, (c_void_p, c_char_p, c_longlong)),

@@ -12,7 +12,7 @@ from typing import Any, Iterator, List, Optional, Tuple, Type, cast
 
 from ._library import lib
 from ._reading import Readable, path_of, split_path, value_path
-from ._reports import Status, encoded
+from ._reports import ArgumentError, Status, encoded
 from ._tree import start_of
 from ._values import Assignment, Kind, assignment_of, assignment_of_text
 from ._view import KEYWORDS
@@ -30,6 +30,15 @@ def _assignment(value: Any) -> Assignment:
     if isinstance(value, Value):
         return Assignment(text=value.text)
     return assignment_of_text(value.text) if isinstance(value, Node) else assignment_of(value)
+
+
+def _is_name(name: bytes) -> bool:
+    """Whether the format allows a name. A setter judges it, in a file of its own."""
+    handle = c_void_p(lib.zonCreate())
+    status = lib.zonxSetText(handle, name + b"/" + name, b"")
+    is_name = not status and lib.zonGetName(lib.zonSectionByNum(lib.zonGetRoot(handle), 1)) == name
+    lib.zonClose(ctypes.byref(handle))
+    return is_name
 
 
 class Node(Readable):
@@ -130,6 +139,17 @@ class Node(Readable):
             new = path + b":%d" % (self._count(start_of(self), path) + 1)
             self._set(new, assignment)
             return cast(Keyword, self._find(new))
+
+    def rename(self, name: str) -> None:
+        """Changes the name of a section or keyword, which keeps its place."""
+        text = encoded(name)
+        with self._tree.exclusive():
+            node = self._require((Kind.SECTION, *KEYWORDS))
+            if not _is_name(text):
+                raise self._error(ArgumentError, Status.BAD_ARGUMENT, f"`{name}` cannot be a name")
+            is_section = lib.zonxGetKind(node) == Kind.SECTION
+            if (lib.zoneRenameSection if is_section else lib.zoneRenameKeyword)(node, text):
+                raise MemoryError
 
     def _count(self, start: int, path: bytes) -> int:
         """How many nodes have the name of a path."""
