@@ -149,6 +149,7 @@ _KINDS: dict[int, Reader] = {
 
 def wanted_type(example: object) -> Optional[type]:
     """The type that a value must have, to stand for the example; None for any."""
+    example = _plain(example)
     if isinstance(example, PurePath):
         return Path
     for type_ in (bool, int, float, str, datetime, Raw):
@@ -249,8 +250,16 @@ def assignment_of_text(text: str) -> Assignment:
 
 
 def _plain(value: Any) -> Any:
-    """numpy's arrays and numbers as those of Python."""
-    return value.tolist() if hasattr(value, "tolist") else value
+    """numpy's arrays and numbers as those of Python. A float of less than 64 bits becomes the one with the fewest
+    digits, 0.1 and not 0.10000000149011612, and nanoseconds become microseconds, not an int."""
+    if not hasattr(value, "tolist"):
+        return value
+    kind = value.dtype.kind
+    if kind == "f" and value.dtype.itemsize < 8:
+        value = value.astype(str).astype(float)
+    elif value.dtype.str.endswith(("[ns]", "[ps]", "[fs]", "[as]")):
+        value = value.astype(f"{kind}8[us]")
+    return value.tolist()
 
 
 def _of_list(values: list[Any]) -> Assignment:
