@@ -3,7 +3,7 @@
       run FILE
 
   An error of the file ends the program with a report. The errors of the host's own are only printed. The same as
-  run.f90. }
+  run.f90 and run.py. }
 program run;
 
 {$mode objfpc}{$H+}

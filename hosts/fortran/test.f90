@@ -73,6 +73,8 @@ contains
     real(real32) :: single
     logical :: is_on
     character(len=:), allocatable :: title
+    character(len=5) :: short
+    character(len=4) :: shorter = 'same'
 
     call file%parse(text, 'run.zon')
     call file%get('run/cells  ', cells)
@@ -89,6 +91,12 @@ contains
     call check(is_on, 'logical')
     call file%get('Run/Title', title)
     call check(title == 'North' .and. len(title) == 7, 'a string keeps its trailing blanks')
+    call file%get_fixed('Run/Title', short)
+    call check(short == 'North', 'a string in a variable that it fills')
+    call file%get_fixed('Run/Title', shorter, stat=stat)
+    call check_error(file, stat, zon_out_of_range, 'run.zon:4:12: error: the text is longer than 4 characters')
+    call file%get_fixed('Run/Empty', short, 'none')
+    call check(short == 'none' .and. shorter == 'same', 'a default, and no change')
     call file%get_filename('Run/Chart', title)
     call check(index(title, 'maps/east.map', back=.true.) > 1, 'file name')
     call file%get_text('Run/Date', title)
@@ -155,6 +163,7 @@ contains
     type(zon_file) :: file, other
     integer :: stat, n
     character(len=:), allocatable :: before
+    type(zon_report), allocatable :: reports(:)
 
     n = 5
     call file%get('Run/Cells', n, stat=stat)
@@ -168,6 +177,10 @@ contains
     call check_error(file, stat, zon_bad_argument, 'zero byte')
     call file%load(trim(folder) // '/harbour-faulty.zon', stat)
     call check_error(file, stat, zon_faulty, 'harbour-faulty.zon:9:24: error: ')
+    call file%reports(reports)
+    call check(size(reports) == 1, 'one report')
+    call check(reports(1)%rule == 'unclosed-bar' .and. reports(1)%place%line == 9 .and. reports(1)%place%column == 24 &
+      .and. reports(1)%related%line == 10 .and. reports(1)%text == file%errmsg(), 'the parts of a report')
     call file%get('Run/Step', n, stat=stat)
     call check_error(file, stat, zon_bad_argument, 'no file is loaded')
     call file%parse('[Run] A = 1 EndSect' // achar(0), stat=stat)
@@ -259,8 +272,10 @@ contains
   subroutine test_finding()
     type(zon_file) :: file
     integer :: n, stat, length
+    type(zon_place) :: place
+    character(len=:), allocatable :: remark
 
-    call file%parse(text)
+    call file%parse(text, 'run.zon')
     call check(file%has('Run/') .and. file%has('Run/Cells[3]') .and. .not. file%has('Run/Cells[4]'), 'has')
     call check(file%count('Quay') == 2 .and. file%count('Quay:2/Berth') == 1 .and. file%count('Quay/Berth') == 0 &
       .and. file%count('Run/Cells[1]') == 3, 'count')
@@ -268,10 +283,24 @@ contains
       call file%get(zon_nth('Quay', n) // '/Length', length)
       call check(length == n, 'a loop')
     end do
+    call check(file%kind('Run') == zon_section .and. file%kind('Run/Date[1]') == zon_datetime &
+      .and. file%kind('Run/X') == 0, 'kinds')
+    call file%get_place('Run/Cells[2]', place)
+    call check(place%file == 'run.zon' .and. place%line == 2 .and. place%column == 16 .and. place%end_column == 18, 'place')
+    call file%set_text('Run/Empty', '5 {new}')
+    call file%get_place('Run/Empty[1]', place)
+    call check(place%file == '' .and. place%line == 0, 'no place')
+    call file%get_remark('Run/Empty[1]', remark)
+    call check(remark == 'new', 'remark')
+    call file%get_remark('Run/Cells', remark)
+    call check(remark == '', 'no remark')
+    call file%get_remark('Rum', remark, stat)
+    call check_error(file, stat, zon_missing, 'did you mean Run?')
+    call file%remove('Run/Empty')
     call file%sections('', names)
     call check(size(names) == 3 .and. names(1) == 'Run' .and. names(3) == 'Quay', 'sections of the file')
     call file%keywords('Run', names)
-    call check(size(names) == 9 .and. names(9) == 'Date', 'keywords')
+    call check(size(names) == 8 .and. names(8) == 'Date', 'keywords')
     call file%sections('Run', names)
     call check(size(names) == 0, 'no sections')
     call file%keywords('Rum', names, stat)
@@ -282,7 +311,7 @@ contains
     call file%watch()
     call file%get('Quay/Length', length)
     call file%unread(n)
-    call check(n == 10 .and. index(file%warnings(), 'warning') > 0, 'unread')
+    call check(n == 9 .and. index(file%warnings(), 'warning') > 0, 'unread')
   end subroutine
 
   subroutine test_saving()
@@ -342,6 +371,9 @@ contains
     call check(differences(2)%change == zon_added .and. differences(2)%path == 'A:3/L', 'a keyword was added')
     call file%diff(file, differences)
     call check(size(differences) == 0, 'no differences')
+    call file%diff(other, differences)
+    call check(differences(2)%path == 'A:3/K[1]' .and. differences(2)%before == '2.0' .and. differences(2)%after == '2.5', &
+      'values before and after')
     call file%diff(other, differences, key='K')
     n = count([(differences(n)%change == zon_removed, n=1, size(differences))])
     call check(n == 1, 'a key that is gone')

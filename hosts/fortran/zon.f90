@@ -26,7 +26,7 @@ module zon
   use, intrinsic :: ieee_arithmetic, only: ieee_is_finite
   implicit none
   private
-  public :: zon_file, zon_difference, zon_nth, zon_status_text
+  public :: zon_file, zon_difference, zon_place, zon_report, zon_nth, zon_status_text
 
   ! The status of a call.
   integer, parameter, public :: zon_ok = 0
@@ -51,6 +51,41 @@ module zon
   integer, parameter, public :: zon_backup = 8             ! the old file stays, as its name and "~"
   integer, parameter, public :: zon_names_as_written = 16  ! file names stay as they are in another folder
 
+  ! The kinds of nodes; 0 for none, 1 for the whole file.
+  integer, parameter, public :: zon_section = 2
+  integer, parameter, public :: zon_keyword = 3
+  integer, parameter, public :: zon_integer = 6
+  integer, parameter, public :: zon_real = 7
+  integer, parameter, public :: zon_logical = 8
+  integer, parameter, public :: zon_string = 9
+  integer, parameter, public :: zon_filename = 10
+  integer, parameter, public :: zon_placeholder = 11   ! an empty place of a default definition
+  integer, parameter, public :: zon_substitution = 12  ! %name
+  integer, parameter, public :: zon_datetime = 13
+  integer, parameter, public :: zon_unknown = 14       ! a remark alone
+  integer, parameter, public :: zon_empty = 15         ! an empty place
+  integer, parameter, public :: zon_clob = 16
+
+  ! How serious a report is.
+  integer, parameter, public :: zon_error = 0
+  integer, parameter, public :: zon_warning = 1
+  integer, parameter, public :: zon_note = 2
+
+  ! A range of a text. Columns count bytes; 0 is unknown.
+  type :: zon_place
+    character(len=:), allocatable :: file    ! '' if no place is known
+    integer :: line = 0, column = 0          ! of the first character, from 1
+    integer :: end_line = 0, end_column = 0  ! behind the last character
+  end type
+  type :: zon_report
+    integer :: severity = zon_error
+    character(len=:), allocatable :: rule  ! a word that never changes, such as "unclosed-section"
+    character(len=:), allocatable :: message, hint
+    type(zon_place) :: place, related      ! the related one is, for example, the line of the template
+    character(len=:), allocatable :: related_message
+    character(len=:), allocatable :: text  ! all of this, as errmsg has it
+  end type
+
   ! What a difference between two files is.
   integer, parameter, public :: zon_added = 0
   integer, parameter, public :: zon_removed = 1
@@ -59,6 +94,7 @@ module zon
   type :: zon_difference
     integer :: change = zon_added
     character(len=:), allocatable :: path  ! in the second file, or in the first for zon_removed
+    character(len=:), allocatable :: before, after  ! a value as it is written; '' if there is none
   end type
 
   ! A parameter file. Assignment makes a second variable of the same file; the file is closed when the last
@@ -83,6 +119,9 @@ module zon
     ! rounded. Character arrays have the length of the longest value.
     generic :: get => get_int32, get_int64, get_real32, get_real64, get_logical, get_string, &
       get_int32s, get_int64s, get_real32s, get_real64s, get_logicals, get_strings
+    ! (path, variable [, default] [, stat]) reads a text into a variable of fixed length. A longer text is
+    ! zon_out_of_range; trailing blanks do not count.
+    procedure :: get_fixed
     ! (path, variable [, default] [, stat]) reads a file name as its path.
     procedure :: get_filename
     ! (path, variable [, stat]) reads a value of any kind, as it is written in the file.
@@ -106,6 +145,12 @@ module zon
     ! (path, names [, stat]) the names of all sections, or keywords, of a section; of the file for ''.
     procedure :: sections
     procedure :: keywords
+    ! (path) is the kind of a section or keyword or, with [n], of a value, such as zon_real; 0 for none.
+    procedure :: kind => kind_of
+    ! (path, place [, stat]) where it is in the text that was loaded; no place if it was changed since.
+    procedure :: get_place
+    ! (path, remark [, stat]) its remark without the braces; '' if it has none.
+    procedure :: get_remark
 
     ! (path, message [, hint] [, stat]) an error of the host's own, with the place of the value. The status
     ! is zon_out_of_range.
@@ -114,10 +159,12 @@ module zon
     procedure :: errmsg
     ! () the warnings of the last load or parse, or what the last call of unread found.
     procedure :: warnings
+    ! (list) the reports that errmsg or warnings has, one by one, of the last call that had some.
+    procedure :: reports
 
     ! ([name] [, stat] [, flags]) saves in place, with all comments; see zon_plain to zon_names_as_written.
     procedure :: save => save_file
-    ! (text [, stat]) the text that save would write.
+    ! (text [, stat] [, flags]) the text that save would write.
     procedure :: to_text
     ! (template [, stat]) checks the file; the status is zon_mismatch if it does not conform.
     procedure :: validate
@@ -130,6 +177,8 @@ module zon
     procedure :: watch
     ! (count [, stat]) the number of keywords that were not read since then; see warnings.
     procedure :: unread
+    ! () the handle, for the functions of zon.h and zonx.h; null if no file is loaded.
+    procedure :: handle => handle_of
 
     generic :: assignment(=) => assign
     procedure, private :: assign
@@ -148,6 +197,7 @@ module zon
     integer(c_int) :: next_free = 0
     character(len=:), allocatable :: message
     character(len=:), allocatable :: warnings
+    type(zon_report), allocatable :: reports(:)
   end type
   type :: file_slot
     type(file_state), pointer :: state => null()
@@ -158,6 +208,17 @@ module zon
   ! A mutex of POSIX threads. Zeros are its initial value on Linux; no type there has more than 64 bytes.
   integer(c_int64_t), target :: mutex(8) = 0
 
+  type, bind(C) :: c_place
+    type(c_ptr) :: file
+    integer(c_int) :: line, column, end_line, end_column
+    integer(c_size_t) :: offset, length
+  end type
+  type, bind(C) :: c_report
+    integer(c_int) :: severity
+    type(c_ptr) :: rule, message, hint
+    type(c_place) :: place, related
+    type(c_ptr) :: related_message, source_line
+  end type
   type, bind(C) :: c_difference
     integer(c_int) :: change
     type(c_ptr) :: path, before, after
@@ -166,10 +227,16 @@ module zon
     real(c_double) :: relative, absolute
   end type
 
-  ! A text that grows.
+  ! A text that grows, and the reports that it consists of.
   type :: text_buffer
     character(len=:), allocatable :: text
     integer :: used = 0
+    type(zon_report), allocatable :: reports(:)
+    integer :: count = 0
+  end type
+  type :: difference_buffer
+    type(zon_difference), allocatable :: differences(:)
+    integer :: count = 0
   end type
 
   ! Reals from here on are rounded to infinity in single precision.
@@ -269,6 +336,21 @@ module zon
       type(c_ptr), value :: handle
       character(kind=c_char), intent(in) :: path(*)
       type(c_ptr), intent(inout) :: node
+    end function
+
+    integer(c_int) function zonxGetKind(node) bind(C, name='zonxGetKind')
+      import :: c_int, c_ptr
+      type(c_ptr), value :: node
+    end function
+    integer(c_int) function zonxWhere(node, place) bind(C, name='zonxWhere')
+      import :: c_int, c_place, c_ptr
+      type(c_ptr), value :: node
+      type(c_place), intent(inout) :: place
+    end function
+    integer(c_int) function zonxGetRemark(node, remark) bind(C, name='zonxGetRemark')
+      import :: c_int, c_ptr
+      type(c_ptr), value :: node
+      type(c_ptr), intent(inout) :: remark
     end function
 
     integer(c_int) function zonxGetInt(handle, path, value) bind(C, name='zonxGetInt')
@@ -495,7 +577,8 @@ contains
   function text_of(pointer) result(text)
     type(c_ptr), intent(in) :: pointer
     character(len=:), allocatable :: text
-    text = text_of_size(pointer, strlen(pointer))
+    text = ''
+    if (c_associated(pointer)) text = text_of_size(pointer, strlen(pointer))
   end function
 
   function text_of_size(pointer, size) result(text)
@@ -576,23 +659,56 @@ contains
 
   ! A reporter of the library: appends each report to a text_buffer.
   subroutine collect(report, context) bind(C)
-    type(c_ptr), value :: report, context
+    type(c_report), intent(in), target :: report
+    type(c_ptr), value :: context
     type(text_buffer), pointer :: buffer
     character(kind=c_char), allocatable :: letters(:)
-    character(len=:), allocatable :: text
     integer(c_size_t) :: size, i
     call c_f_pointer(context, buffer)
     allocate (letters(1))
-    size = zonxFormatReport(report, letters, 0_c_size_t)
+    size = zonxFormatReport(c_loc(report), letters, 0_c_size_t)
     deallocate (letters)
     allocate (letters(size + 1))
-    size = zonxFormatReport(report, letters, size + 1)
-    allocate (character(len=size) :: text)
-    do i = 1, size
-      text(i:i) = letters(i)
-    end do
-    if (buffer%used > 0) call append(buffer, new_line('a'))
-    call append(buffer, text)
+    size = zonxFormatReport(c_loc(report), letters, size + 1)
+    call make_room(buffer)
+    associate (copy => buffer%reports(buffer%count))
+      allocate (character(len=size) :: copy%text)
+      do i = 1, size
+        copy%text(i:i) = letters(i)
+      end do
+      copy%severity = report%severity
+      copy%rule = text_of(report%rule)
+      copy%message = text_of(report%message)
+      copy%hint = text_of(report%hint)
+      copy%related_message = text_of(report%related_message)
+      call copy_place(report%place, copy%place)
+      call copy_place(report%related, copy%related)
+      if (buffer%used > 0) call append(buffer, new_line('a'))
+      call append(buffer, copy%text)
+    end associate
+  end subroutine
+
+  ! Counts one more report, the last one of the list.
+  subroutine make_room(buffer)
+    type(text_buffer), intent(inout) :: buffer
+    type(zon_report), allocatable :: larger(:)
+    if (.not. allocated(buffer%reports)) allocate (buffer%reports(4))
+    if (buffer%count == size(buffer%reports)) then
+      allocate (larger(2 * buffer%count))
+      larger(:buffer%count) = buffer%reports
+      call move_alloc(larger, buffer%reports)
+    end if
+    buffer%count = buffer%count + 1
+  end subroutine
+
+  subroutine copy_place(from, to)
+    type(c_place), intent(in) :: from
+    type(zon_place), intent(inout) :: to
+    to%file = text_of(from%file)
+    to%line = from%line
+    to%column = from%column
+    to%end_line = from%end_line
+    to%end_column = from%end_column
   end subroutine
 
   ! ---- Variables and their files ----------------------------------------------------------------------------
@@ -651,6 +767,7 @@ contains
       state%next_free = first_free
       if (allocated(state%message)) deallocate (state%message)
       if (allocated(state%warnings)) deallocate (state%warnings)
+      if (allocated(state%reports)) deallocate (state%reports)
     end associate
     first_free = slot
   end subroutine
@@ -751,7 +868,7 @@ contains
     text = ''
     state => state_of(self)
     if (.not. associated(state)) then
-      text = no_file(self)
+      text = 'error: ' // no_file(self)
     else if (allocated(state%message)) then
       text = state%message
     end if
@@ -767,29 +884,74 @@ contains
     if (allocated(state%warnings)) text = state%warnings
   end function
 
+  subroutine reports(self, list)
+    class(zon_file), intent(in) :: self
+    type(zon_report), allocatable, intent(inout) :: list(:)
+    type(file_state), pointer :: state
+    state => state_of(self)
+    if (allocated(list)) deallocate (list)
+    if (associated(state)) then
+      if (allocated(state%reports)) list = state%reports
+    end if
+    if (.not. allocated(list)) allocate (list(0))
+  end subroutine
+
   function no_file(self) result(text)
     class(zon_file), intent(in) :: self
     character(len=:), allocatable :: text
-    text = 'error: no file is loaded'
+    text = 'no file is loaded'
     if (self%serial == 0) return
-    if (.not. associated(state_of(self))) text = 'error: the file was closed'
+    if (.not. associated(state_of(self))) text = 'the file was closed'
   end function
 
-  ! Ends a call: returns the status, and keeps the report of an error. Without `stat` an error stops.
-  subroutine conclude(self, status, text, stat)
+  ! Ends a call: returns the status, and keeps the reports. Without `stat` an error stops.
+  subroutine conclude(self, status, found, stat)
     class(zon_file), intent(in) :: self
     integer(c_int), intent(in) :: status
-    character(len=*), intent(in) :: text
+    type(text_buffer), intent(in) :: found
     integer, intent(out), optional :: stat
     type(file_state), pointer :: state
     if (present(stat)) stat = status
-    if (status == zon_ok) return
-    if (.not. present(stat)) then
-      write (error_unit, '(a)') text
+    if (status /= zon_ok .and. .not. present(stat)) then
+      write (error_unit, '(a)') content(found)
       error stop 1
     end if
+    if (found%used == 0) return
     state => state_of(self)
-    if (associated(state)) state%message = text
+    if (.not. associated(state)) return
+    state%reports = found%reports(:found%count)
+    if (status == zon_ok) then
+      state%warnings = content(found)
+    else
+      state%message = content(found)
+    end if
+  end subroutine
+
+  ! A report of this module.
+  subroutine add_report(found, message)
+    type(text_buffer), intent(inout) :: found
+    character(len=*), intent(in) :: message
+    call make_room(found)
+    associate (own => found%reports(found%count))
+      own%rule = ''
+      own%message = message
+      own%hint = ''
+      own%related_message = ''
+      own%place%file = ''
+      own%related%file = ''
+      own%text = 'error: ' // message
+      call append(found, own%text)
+    end associate
+  end subroutine
+
+  ! The same for a mistake that the library does not see.
+  subroutine refuse(self, message, stat)
+    class(zon_file), intent(in) :: self
+    character(len=*), intent(in) :: message
+    integer, intent(out), optional :: stat
+    type(text_buffer) :: found
+    call add_report(found, message)
+    call conclude(self, bad_argument, found, stat)
   end subroutine
 
   ! The same for a call with a path. `why` is the reason if the library does not know it.
@@ -799,42 +961,40 @@ contains
     integer(c_int), intent(in) :: status
     integer, intent(out), optional :: stat
     character(len=*), intent(in), optional :: why
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     type(c_ptr) :: handle
     integer(c_int) :: ignored
     if (status /= zon_ok) then
       handle = handle_of(self)
       if (.not. c_associated(handle)) then
-        call append(reports, no_file(self))
+        call add_report(found, no_file(self))
       else if (has_zero(path)) then
-        call append(reports, 'error: the path has a zero byte')
+        call add_report(found, 'the path has a zero byte')
       else if (present(why)) then
-        call append(reports, 'error: `' // trim(path) // '`: ' // why)
+        call add_report(found, '`' // trim(path) // '`: ' // why)
       else
-        ignored = zonxReportPath(handle, c_path(path), status, c_funloc(collect), c_loc(reports))
+        ignored = zonxReportPath(handle, c_path(path), status, c_funloc(collect), c_loc(found))
       end if
-      if (reports%used == 0) call append(reports, 'error: `' // trim(path) // '`: ' // zon_status_text(int(status)))
+      if (found%used == 0) call add_report(found, '`' // trim(path) // '`: ' // zon_status_text(int(status)))
     end if
-    call conclude(self, status, content(reports), stat)
+    call conclude(self, status, found, stat)
   end subroutine
 
   ! The same for a call with a reporter; `what` is named if nothing was reported.
-  subroutine finish_reports(self, what, status, reports, stat)
+  subroutine finish_reports(self, what, status, found, stat)
     class(zon_file), intent(in) :: self
     character(len=*), intent(in) :: what
     integer(c_int), intent(in) :: status
-    type(text_buffer), intent(inout) :: reports
+    type(text_buffer), intent(inout) :: found
     integer, intent(out), optional :: stat
-    type(file_state), pointer :: state
-    state => state_of(self)
-    if (status == zon_ok) then
-      if (associated(state) .and. reports%used > 0) state%warnings = content(reports)
-    else if (.not. c_associated(handle_of(self)) .and. reports%used == 0) then
-      call append(reports, no_file(self))
-    else if (reports%used == 0) then
-      call append(reports, 'error: ' // what // ': ' // zon_status_text(int(status)))
+    if (status /= zon_ok .and. found%used == 0) then
+      if (c_associated(handle_of(self))) then
+        call add_report(found, what // ': ' // zon_status_text(int(status)))
+      else
+        call add_report(found, no_file(self))
+      end if
     end if
-    call conclude(self, status, content(reports), stat)
+    call conclude(self, status, found, stat)
   end subroutine
 
   ! A report of the host. It is placed at the value, or at the deepest part of the path that exists.
@@ -843,7 +1003,7 @@ contains
     character(len=*), intent(in) :: path, message
     character(len=*), intent(in), optional :: hint
     integer, intent(out), optional :: stat
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     type(c_ptr) :: node
     character(len=:), allocatable :: advice
     integer(c_int) :: status
@@ -855,9 +1015,9 @@ contains
     end if
     node = node_to_show(self, trim(path))
     status = zonxReportNode(node, 0_c_int, 'host' // c_null_char, trim(message) // c_null_char, &
-      advice // c_null_char, c_funloc(collect), c_loc(reports))
+      advice // c_null_char, c_funloc(collect), c_loc(found))
     if (status == zon_ok) status = zon_out_of_range
-    call conclude(self, status, content(reports), stat)
+    call conclude(self, status, found, stat)
   end subroutine
 
   recursive function node_to_show(self, path) result(node)
@@ -879,16 +1039,16 @@ contains
     character(len=*), intent(in) :: name
     integer, intent(out), optional :: stat
     type(file_state), pointer :: state
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     integer(c_int) :: status
     state => new_state(self)
     if (has_zero(name)) then
-      call conclude(self, bad_argument, 'error: the name of the file has a zero byte', stat)
+      call refuse(self, 'the name of the file has a zero byte', stat)
       return
     end if
-    status = zonxLoadFile(trim(name) // c_null_char, state%handle, c_funloc(collect), c_loc(reports))
+    status = zonxLoadFile(trim(name) // c_null_char, state%handle, c_funloc(collect), c_loc(found))
     call keep_if_good(state, status)
-    call finish_reports(self, trim(name), status, reports, stat)
+    call finish_reports(self, trim(name), status, found, stat)
   end subroutine
 
   subroutine parse(self, text, name, stat)
@@ -897,20 +1057,20 @@ contains
     character(len=*), intent(in), optional :: name
     integer, intent(out), optional :: stat
     type(file_state), pointer :: state
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     character(len=:), allocatable :: its_name
     integer(c_int) :: status
     its_name = ''
     if (present(name)) its_name = trim(name)
     state => new_state(self)
     if (has_zero(its_name)) then
-      call conclude(self, bad_argument, 'error: the name of the text has a zero byte', stat)
+      call refuse(self, 'the name of the text has a zero byte', stat)
       return
     end if
     status = zonxLoadText(text, len(text, c_size_t), its_name // c_null_char, state%handle, &
-      c_funloc(collect), c_loc(reports))
+      c_funloc(collect), c_loc(found))
     call keep_if_good(state, status)
-    call finish_reports(self, 'the text', status, reports, stat)
+    call finish_reports(self, 'the text', status, found, stat)
   end subroutine
 
   ! A file with errors is not kept: half of it would look like the whole.
@@ -926,7 +1086,7 @@ contains
     character(len=*), intent(in), optional :: name
     integer, intent(out), optional :: stat
     integer, intent(in), optional :: flags
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     character(kind=c_char), allocatable, target :: letters(:)
     type(c_ptr) :: its_name
     integer(c_int) :: status, its_flags
@@ -936,7 +1096,7 @@ contains
     if (present(flags)) its_flags = int(flags, c_int)
     if (present(name)) then
       if (has_zero(name)) then
-        call conclude(self, bad_argument, 'error: the name of the file has a zero byte', stat)
+        call refuse(self, 'the name of the file has a zero byte', stat)
         return
       end if
       allocate (letters(len_trim(name) + 1))
@@ -946,24 +1106,27 @@ contains
       end do
       its_name = c_loc(letters)
     end if
-    status = zonxSave(handle_of(self), its_name, its_flags, c_funloc(collect), c_loc(reports))
-    call finish_reports(self, 'the file is not saved', status, reports, stat)
+    status = zonxSave(handle_of(self), its_name, its_flags, c_funloc(collect), c_loc(found))
+    call finish_reports(self, 'the file is not saved', status, found, stat)
   end subroutine
 
-  subroutine to_text(self, text, stat)
+  subroutine to_text(self, text, stat, flags)
     class(zon_file), intent(in) :: self
     character(len=:), allocatable, intent(inout) :: text
     integer, intent(out), optional :: stat
-    type(text_buffer), target :: reports
+    integer, intent(in), optional :: flags
+    type(text_buffer), target :: found
     type(c_ptr) :: memory
     integer(c_size_t) :: size
-    integer(c_int) :: status
+    integer(c_int) :: status, its_flags
     memory = c_null_ptr
     size = 0
-    status = zonxText(handle_of(self), 0_c_int, memory, size, c_funloc(collect), c_loc(reports))
+    its_flags = 0
+    if (present(flags)) its_flags = int(flags, c_int)
+    status = zonxText(handle_of(self), its_flags, memory, size, c_funloc(collect), c_loc(found))
     if (status == zon_ok) text = text_of_size(memory, size)
     call zonxFree(memory)
-    call finish_reports(self, 'the file has no text', status, reports, stat)
+    call finish_reports(self, 'the file has no text', status, found, stat)
   end subroutine
 
   subroutine watch(self, on, stat)
@@ -980,16 +1143,16 @@ contains
     class(zon_file), intent(in) :: self
     integer, intent(inout) :: count
     integer, intent(out), optional :: stat
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     type(file_state), pointer :: state
-    integer(c_size_t) :: found
+    integer(c_size_t) :: number
     integer(c_int) :: status
-    found = 0
+    number = 0
     state => state_of(self)
     if (associated(state)) state%warnings = ''
-    status = zonxReportUnread(handle_of(self), c_funloc(collect), c_loc(reports), found)
-    if (status == zon_ok) count = int(found)
-    call finish_reports(self, 'the file is not watched', status, reports, stat)
+    status = zonxReportUnread(handle_of(self), c_funloc(collect), c_loc(found), number)
+    if (status == zon_ok) count = int(number)
+    call finish_reports(self, 'the file is not watched', status, found, stat)
   end subroutine
 
   ! ---- Comparing ------------------------------------------------------------------------------------------
@@ -998,10 +1161,10 @@ contains
     class(zon_file), intent(in) :: self
     class(zon_file), intent(in) :: template
     integer, intent(out), optional :: stat
-    type(text_buffer), target :: reports
+    type(text_buffer), target :: found
     integer(c_int) :: status
-    status = zonxValidate(handle_of(template), handle_of(self), c_funloc(collect), c_loc(reports))
-    call finish_reports(self, 'the file is not compared with its template', status, reports, stat)
+    status = zonxValidate(handle_of(template), handle_of(self), c_funloc(collect), c_loc(found))
+    call finish_reports(self, 'the file is not compared with its template', status, found, stat)
   end subroutine
 
   subroutine diff(self, other, differences, key, relative, absolute, stat)
@@ -1011,7 +1174,7 @@ contains
     character(len=*), intent(in), optional :: key
     real(real64), intent(in), optional :: relative, absolute
     integer, intent(out), optional :: stat
-    type(text_buffer), target :: lines
+    type(difference_buffer), target :: found
     type(text_buffer) :: no_reports
     type(c_compare) :: options
     character(len=:), allocatable :: its_key
@@ -1024,35 +1187,45 @@ contains
     if (present(key)) its_key = trim(key)
     status = zon_bad_argument
     if (.not. has_zero(its_key)) status = zonxDiffByKey(handle_of(self), handle_of(other), &
-      its_key // c_null_char, options, c_funloc(add_difference), c_loc(lines), count)
-    if (status == zon_ok) call split_differences(content(lines), count, differences)
+      its_key // c_null_char, options, c_funloc(add_difference), c_loc(found), count)
+    if (status == zon_ok) then
+      if (.not. allocated(found%differences)) allocate (found%differences(0))
+      differences = found%differences(:found%count)
+    end if
     call finish_reports(self, 'the files are not compared', status, no_reports, stat)
   end subroutine
 
-  ! A visitor of the library: appends a line with the change, as a digit, and the path.
+  ! A visitor of the library: appends each difference to a difference_buffer.
   subroutine add_difference(difference, context) bind(C)
     type(c_difference), intent(in) :: difference
     type(c_ptr), value :: context
-    type(text_buffer), pointer :: lines
-    call c_f_pointer(context, lines)
-    call append(lines, achar(iachar('0') + difference%change) // text_of(difference%path) // new_line('a'))
+    type(difference_buffer), pointer :: buffer
+    type(zon_difference), allocatable :: larger(:)
+    call c_f_pointer(context, buffer)
+    if (.not. allocated(buffer%differences)) allocate (buffer%differences(16))
+    if (buffer%count == size(buffer%differences)) then
+      allocate (larger(2 * buffer%count))
+      larger(:buffer%count) = buffer%differences
+      call move_alloc(larger, buffer%differences)
+    end if
+    buffer%count = buffer%count + 1
+    associate (copy => buffer%differences(buffer%count))
+      copy%change = difference%change
+      copy%path = text_of(difference%path)
+      copy%before = text_of_value(difference%before)
+      copy%after = text_of_value(difference%after)
+    end associate
   end subroutine
 
-  subroutine split_differences(lines, count, differences)
-    character(len=*), intent(in) :: lines
-    integer(c_size_t), intent(in) :: count
-    type(zon_difference), allocatable, intent(inout) :: differences(:)
-    integer :: start, length, n
-    if (allocated(differences)) deallocate (differences)
-    allocate (differences(count))
-    start = 1
-    do n = 1, int(count)
-      length = index(lines(start:), new_line('a'))
-      differences(n)%change = iachar(lines(start:start)) - iachar('0')
-      differences(n)%path = lines(start + 1:start + length - 2)
-      start = start + length
-    end do
-  end subroutine
+  ! A value as it is written; '' for no node, and for a section or keyword.
+  function text_of_value(node) result(text)
+    type(c_ptr), intent(in) :: node
+    character(len=:), allocatable :: text
+    type(c_ptr) :: found
+    text = ''
+    if (zonxGetKind(node) < zon_integer) return
+    if (zonxGetText(node, [c_null_char], found) == zon_ok) text = text_of(found)
+  end function
 
   subroutine merge_file(self, overlay, stat)
     class(zon_file), intent(inout) :: self
@@ -1115,6 +1288,49 @@ contains
         found(n) = zonGetName(zonKeywordByNum(node, n))
       end do
       call copy_texts(found, names)
+    end if
+    call finish(self, path, status, stat)
+  end subroutine
+
+  integer function kind_of(self, path)
+    class(zon_file), intent(in) :: self
+    character(len=*), intent(in) :: path
+    type(c_ptr) :: node
+    kind_of = 0
+    if (zonxFind(handle_of(self), c_path(path), node) == zon_ok) kind_of = zonxGetKind(node)
+  end function
+
+  subroutine get_place(self, path, place, stat)
+    class(zon_file), intent(in) :: self
+    character(len=*), intent(in) :: path
+    type(zon_place), intent(inout) :: place
+    integer, intent(out), optional :: stat
+    type(c_ptr) :: node
+    type(c_place) :: found
+    integer(c_int) :: status
+    status = zonxFind(handle_of(self), c_path(path), node)
+    if (status == zon_ok) then
+      found = c_place(c_null_ptr, 0, 0, 0, 0, 0, 0)
+      status = zonxWhere(node, found)
+      if (status == zon_missing) status = zon_ok
+      call copy_place(found, place)
+    end if
+    call finish(self, path, status, stat)
+  end subroutine
+
+  subroutine get_remark(self, path, remark, stat)
+    class(zon_file), intent(in) :: self
+    character(len=*), intent(in) :: path
+    character(len=:), allocatable, intent(inout) :: remark
+    integer, intent(out), optional :: stat
+    type(c_ptr) :: node, found
+    integer(c_int) :: status
+    status = zonxFind(handle_of(self), c_path(path), node)
+    if (status == zon_ok) then
+      found = c_null_ptr
+      status = zonxGetRemark(node, found)
+      if (status == zon_missing) status = zon_ok
+      remark = text_of(found)
     end if
     call finish(self, path, status, stat)
   end subroutine
@@ -1215,6 +1431,33 @@ contains
     if (present(default) .and. status == zon_missing) then
       value = default
       status = zon_ok
+    end if
+    call finish(self, path, status, stat)
+  end subroutine
+
+  subroutine get_fixed(self, path, value, default, stat)
+    class(zon_file), intent(in) :: self
+    character(len=*), intent(in) :: path
+    character(len=*), intent(inout) :: value
+    character(len=*), intent(in), optional :: default
+    integer, intent(out), optional :: stat
+    character(len=:), allocatable :: text
+    character(len=20) :: room
+    type(c_ptr) :: found
+    integer(c_int) :: status
+    status = zonxGetString(handle_of(self), c_path(path), found)
+    if (status == zon_ok) text = text_of(found)
+    if (present(default) .and. status == zon_missing) then
+      text = default
+      status = zon_ok
+    end if
+    if (status == zon_ok) then
+      if (len_trim(text) > len(value)) then
+        write (room, '(i0)') len(value)
+        call self%report(path, 'the text is longer than ' // trim(room) // ' characters', stat=stat)
+        return
+      end if
+      value = text
     end if
     call finish(self, path, status, stat)
   end subroutine

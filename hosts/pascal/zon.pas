@@ -414,15 +414,23 @@ function zonxReportUnread(handle: Pointer; reporter: TZonxReporter; context: Poi
 { ---- TZonFile ------------------------------------------------------------------------------------------------------ }
 
 type
+  { A range of a text. Columns count bytes; 0 is unknown. }
+  TZonPlace = record
+    FileName: string;            // '' if no place is known
+    Line, Column: Integer;       // of the first character, from 1
+    EndLine, EndColumn: Integer; // behind the last character
+  end;
+
   { A report of the library. }
   TZonReport = record
-    Severity: Integer;  // ZONX_ERROR, ZONX_WARNING or ZONX_NOTE
-    Rule: string;       // a word that never changes, such as 'unclosed-section'
-    Message: string;    // one line, without the place
+    Severity: Integer;   // ZONX_ERROR, ZONX_WARNING or ZONX_NOTE
+    Rule: string;        // a word that never changes, such as 'unclosed-section'
+    Message: string;     // one line, without the place
     Hint: string;
-    FileName: string;
-    Line, Column: Integer;  // from 1; 0 if unknown
-    Text: string;       // all of this, as it is printed
+    Place: TZonPlace;
+    Related: TZonPlace;  // for example the line of the template
+    RelatedMessage: string;
+    Text: string;        // all of this, as it is printed
   end;
   TZonReports = array of TZonReport;
 
@@ -431,7 +439,7 @@ type
   private
     FStatus: Integer;
     FReports: TZonReports;
-    function GetPlace: TZonReport;
+    function GetPlace: TZonPlace;
     function GetFileName: string;
     function GetLine: Integer;
     function GetColumn: Integer;
@@ -457,6 +465,7 @@ type
   TZonDifference = record
     Change: TZonChange;
     Path: string;  // in the second file, or in the first for zcRemoved
+    Before, After: string;  // a value as it is written; '' if there is none
   end;
   TZonDifferences = array of TZonDifference;
 
@@ -476,6 +485,7 @@ type
     function FoundList(Status: Integer; const Path: string; Failed: csize_t; HasDefault: Boolean): Boolean;
     procedure Loaded(Status: Integer; const Reports: TZonReports; const What: string);
     function FindNode(const Path: string): Pointer;
+    function RequireNode(const Path: string): Pointer;
     function NodeToShow(Path: string): Pointer;
     function NamesOf(const Path: string; WithSections: Boolean): TStringDynArray;
     function ReadSingle(const Path: string; HasDefault: Boolean; out Value: Single): Boolean;
@@ -563,6 +573,12 @@ type
     { The names of all sections, or keywords, of a section; of the file for ''. }
     function SectionNames(const Path: string): TStringDynArray;
     function KeywordNames(const Path: string): TStringDynArray;
+    { The kind of a section or keyword or, with [n], of a value, such as ZONX_REAL; 0 for none. }
+    function Kind(const Path: string): Integer;
+    { Where it is in the text that was loaded; no place if it was changed since. }
+    function Place(const Path: string): TZonPlace;
+    { Its remark without the braces; '' if it has none. }
+    function Remark(const Path: string): string;
     { Removes a section, a keyword or, with [n], a value. }
     procedure Remove(const Path: string);
 
@@ -572,7 +588,7 @@ type
     { Saves in place, with all comments. '' is the file that was loaded or last saved. }
     procedure Save(const FileName: string = ''; Options: TZonSaveOptions = []);
     { The text that Save would write. }
-    function ToText: string;
+    function ToText(Options: TZonSaveOptions = []): string;
 
     { Raises EZon if this file does not conform to a template. }
     procedure Validate(Template: TZonFile);
@@ -635,6 +651,24 @@ begin
   zonxFormatReport(Report, PChar(Result), Length(Result) + 1);
 end;
 
+function CopyOf(const Place: TZonxPlace): TZonPlace;
+begin
+  Result.FileName := Place.fileName;
+  Result.Line := Place.line;
+  Result.Column := Place.column;
+  Result.EndLine := Place.endLine;
+  Result.EndColumn := Place.endColumn;
+end;
+
+{ A value as it is written; '' for no node, and for a section or keyword. }
+function TextOfValue(Node: Pointer): string;
+var
+  Text: PChar;
+begin
+  Result := '';
+  if (zonxGetKind(Node) >= ZONX_INTEGER) and (zonxGetText(Node, '', @Text) = ZONX_OK) then Result := Text;
+end;
+
 { Called by the library, so it must not raise. }
 procedure CollectReport(Report: PZonxReport; Context: Pointer); cdecl;
 var
@@ -648,9 +682,9 @@ begin
     Reports[ReportCount].Rule := Report^.rule;
     Reports[ReportCount].Message := Report^.message;
     Reports[ReportCount].Hint := Report^.hint;
-    Reports[ReportCount].FileName := Report^.place.fileName;
-    Reports[ReportCount].Line := Report^.place.line;
-    Reports[ReportCount].Column := Report^.place.column;
+    Reports[ReportCount].Place := CopyOf(Report^.place);
+    Reports[ReportCount].Related := CopyOf(Report^.related);
+    Reports[ReportCount].RelatedMessage := Report^.relatedMessage;
     Reports[ReportCount].Text := TextOfReport(Report);
     Inc(ReportCount);
   end;
@@ -666,6 +700,8 @@ begin
     if DifferenceCount = Length(Differences) then SetLength(Differences, 2 * DifferenceCount + 4);
     Differences[DifferenceCount].Change := TZonChange(Difference^.change);
     Differences[DifferenceCount].Path := Difference^.path;
+    Differences[DifferenceCount].Before := TextOfValue(Difference^.before);
+    Differences[DifferenceCount].After := TextOfValue(Difference^.after);
     Inc(DifferenceCount);
   end;
 end;
@@ -720,11 +756,13 @@ begin
   FReports := AReports;
 end;
 
-function EZon.GetPlace: TZonReport;
+function EZon.GetPlace: TZonPlace;
+var
+  Report: TZonReport;
 begin
-  for Result in FReports do
-    if Result.Severity = ZONX_ERROR then Exit;
-  Result := Default(TZonReport);
+  for Report in FReports do
+    if Report.Severity = ZONX_ERROR then Exit(Report.Place);
+  Result := Default(TZonPlace);
 end;
 
 function EZon.GetFileName: string;
@@ -898,7 +936,7 @@ begin
   if Status <> ZONX_OK then RaiseReports(Status, ReportsOf(Collector), 'the file is not saved');
 end;
 
-function TZonFile.ToText: string;
+function TZonFile.ToText(Options: TZonSaveOptions): string;
 var
   Collector: TCollector;
   Status: Integer;
@@ -910,7 +948,7 @@ begin
   Size := 0;
   Collector := Default(TCollector);
   Enter('');
-  Status := zonxText(FHandle, 0, @Text, @Size, @CollectReport, @Collector);
+  Status := zonxText(FHandle, LongWord(Options), @Text, @Size, @CollectReport, @Collector);
   System.SetString(Result, Text, Size);
   zonxFree(Text);
   Leave;
@@ -1327,14 +1365,42 @@ begin
     Result[I] := Format('%s:%d', [Path, I + 1]);
 end;
 
+function TZonFile.RequireNode(const Path: string): Pointer;
+begin
+  Result := FindNode(Path);
+  if Result = nil then RaiseFor(ZONX_MISSING, Path);
+end;
+
+function TZonFile.Kind(const Path: string): Integer;
+begin
+  Result := zonxGetKind(FindNode(Path));
+end;
+
+function TZonFile.Place(const Path: string): TZonPlace;
+var
+  Where: TZonxPlace;
+begin
+  Where := Default(TZonxPlace);
+  zonxWhere(RequireNode(Path), @Where);
+  Result := CopyOf(Where);
+end;
+
+function TZonFile.Remark(const Path: string): string;
+var
+  Text: PChar;
+begin
+  Text := nil;
+  zonxGetRemark(RequireNode(Path), @Text);
+  Result := Text;
+end;
+
 function TZonFile.NamesOf(const Path: string; WithSections: Boolean): TStringDynArray;
 var
   Node: Pointer;
   Size, I: Integer;
 begin
   Result := nil;
-  Node := FindNode(Path);
-  if Node = nil then RaiseFor(ZONX_MISSING, Path);
+  Node := RequireNode(Path);
   if WithSections then Size := zonGetNoSections(Node) else Size := zonGetNoKeywords(Node);
   SetLength(Result, Size);
   for I := 0 to Size - 1 do

@@ -33,10 +33,12 @@ function(expect)
   message(STATUS "correct output: ${ARGN}")
 endfunction()
 
-# Runs the host that changes a file.
+# Runs the host that changes a file: PROGRAM, or an interpreter and a script.
 function(expect_example program)
-  run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/${LIBDIR} ${CMAKE_COMMAND} -DPROGRAM=${program}
-    -DSOURCE=${SOURCE} -DWORK=${work} -P ${SOURCE}/tests/consumer/example.cmake)
+  file(GLOB python ${prefix}/lib*/python*/*-packages)
+  run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/${LIBDIR} PYTHONPATH=${python} ${CMAKE_COMMAND}
+    -DPROGRAM=${program} -DSCRIPT=${ARGN} -DSOURCE=${SOURCE} -DWORK=${work}
+    -P ${SOURCE}/tests/consumer/example.cmake)
   message(STATUS "correct output: ${program}")
 endfunction()
 
@@ -112,7 +114,7 @@ if(CXX_FLAGS MATCHES "sanitize=" AND WAY MATCHES "static|fortran|pascal|python|a
   message(FATAL_ERROR "SKIPPED: not supported with a sanitized library")
 elseif(WAY STREQUAL "install")
   file(REMOVE_RECURSE ${WORK})
-  set(components runtime dev)
+  set(components runtime dev python)
   if(EXISTS ${BUILD}/hosts/fortran/libzon-fortran.a)
     list(APPEND components fortran)
   endif()
@@ -179,6 +181,7 @@ elseif(WAY STREQUAL "pkg_config_python")
   need("${PYTHON}")
   pkg_config(folder --variable=libdir)
   expect(${PYTHON} ${SOURCE}/examples/hosts/host.py ${folder}/libzon.so.0)
+  expect_example(${PYTHON} ${SOURCE}/examples/hosts/run.py)
 elseif(WAY STREQUAL "pkg_config_static")
   if(NOT EXISTS ${prefix}/${LIBDIR}/libzon.a)
     message(FATAL_ERROR "SKIPPED: the static library is not built (ZON_STATIC)")

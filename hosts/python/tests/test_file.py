@@ -9,8 +9,6 @@ import pytest
 import zon
 from conftest import EXAMPLES
 
-HOST = Path(__file__).parents[1]
-
 
 def test_save_keeps_everything_else(harbour):
     text = harbour.read_bytes()
@@ -92,13 +90,6 @@ def test_unread():
     file.watch(False)
     with pytest.raises(zon.Error):
         file.unread()
-
-
-def test_example(tmp_path):
-    run = subprocess.run([sys.executable, HOST / "example.py", EXAMPLES / "harbour.zon", tmp_path / "copy.zon"],
-                         capture_output=True, text=True)
-    assert run.stderr == ""
-    assert run.stdout == (HOST / "tests" / "example.out").read_text().replace("COPY", str(tmp_path / "copy.zon"))
 
 
 def test_the_library_is_missing():

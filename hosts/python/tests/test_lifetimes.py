@@ -8,6 +8,7 @@ import gc
 import pickle
 import random
 import signal
+import sys
 import weakref
 from datetime import datetime
 
@@ -76,6 +77,9 @@ def test_a_replaced_value(file):
     file["A/k"].append(None)
     file["A/k"].text = "'x', 'y'"
     assert second.value == "x"
+    third = file["A/k[2]"]
+    file["A/k"][0] = zon.Raw("1, 2")  # two values
+    expect_stale(third)
 
 
 def test_removing_while_iterating(file):
@@ -112,7 +116,7 @@ def test_a_change_within_a_call_is_refused(file):
     caught = []
 
     def handler(*_):
-        for change in (file["A"].remove, lambda: file.__setitem__("A/k", 1)):
+        for change in (file["A"].remove, lambda: file.__setitem__("A/k", 1), file.save, file.watch):
             try:
                 change()
             except zon.Error as error:
@@ -125,8 +129,48 @@ def test_a_change_within_a_call_is_refused(file):
             signal.raise_signal(signal.SIGUSR1)
     finally:
         signal.signal(signal.SIGUSR1, before)
-    assert len(caught) == 2 and "interrupted" in str(caught[0])
+    assert len(caught) == 4 and "interrupted" in str(caught[0])
     assert file.closed
+
+
+def interrupted(function, count):
+    """Calls a function, raises KeyboardInterrupt before a bytecode of the package, and returns whether it did."""
+    counter = iter(range(count))
+
+    def trace(frame, event, _):
+        if "/zon/" in frame.f_code.co_filename:
+            frame.f_trace_opcodes = True
+            if event == "opcode" and next(counter, None) is None:
+                sys.settrace(None)
+                raise KeyboardInterrupt
+            return trace
+
+    sys.settrace(trace)
+    try:
+        function()
+        return False
+    except KeyboardInterrupt:
+        return True
+    finally:
+        sys.settrace(None)
+
+
+@pytest.mark.filterwarnings("ignore::pytest.PytestUnraisableExceptionWarning")
+@pytest.mark.parametrize("change", [
+    lambda file: file["A/B"].remove(), lambda file: setattr(file["A/k[2]"], "value", "other"),
+    lambda file: file.merge(zon.parse("[A] k = 'a', 'b' EndSect")), lambda file: file["A"].add_section("B")])
+def test_an_interrupted_change(change):
+    is_interrupted, count = True, 0
+    while is_interrupted:
+        file = zon.parse(TEXT)
+        views = [file[path] for path in ("A", "A/k", "A/k[1]", "A/k[2]", "A/k[3]", "A/B/k[1]")]
+        is_interrupted = interrupted(lambda: change(file), count)
+        for view in views:
+            try:
+                assert file.find(view.path) is view
+            except zon.ClosedError:
+                pass
+        count += 5
 
 
 def test_garbage_collection():

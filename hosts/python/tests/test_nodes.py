@@ -103,12 +103,18 @@ def test_setting_creates_what_is_missing():
     assert [line.strip() for line in file.to_text().splitlines() if line] == [
         "[Quay]", "Bollard = 25.0,", "Bollard = 2, 12.5", "Bollard = 3", "[Berth]", "Open =", "EndSect  // Berth",
         "EndSect  // Quay", "[Quay]", "[Berth]", "Name = 'east'", "EndSect  // Berth", "EndSect  // Quay"]
+    keyword = quay["Bollard", 2]
+    keyword.rename("Ring")
+    assert quay["Ring"] is keyword and "\n   Ring = 2, 12.5\n" in file.to_text()
     for change, error in ((lambda: file.__setitem__("Quay:4/x", 1), zon.MissingError),
                           (lambda: file.__setitem__("Quay/true", 1), zon.ArgumentError),
                           (lambda: file.__setitem__("x", 1), zon.ArgumentError),
                           (lambda: file.add_section("no name"), zon.ArgumentError),
                           (lambda: quay["Bollard"].__delitem__(5), zon.MissingError),
                           (lambda: file.__delitem__("Pier"), zon.MissingError),
+                          (lambda: quay.rename("no/name"), zon.ArgumentError),
+                          (lambda: quay.rename("A:1"), zon.ArgumentError),
+                          (lambda: quay["Bollard[1]"].rename("x"), zon.KindError),
                           (lambda: quay["Bollard"].__setitem__(slice(0, 1), [1]), TypeError)):
         with pytest.raises(error):
             change()

@@ -79,7 +79,8 @@ GET = "[S] i = 60\n r = 2.5\n big = 5000000000000000000000\n b = true\n s = 'x'\
     ("S/i", 4, 60), ("S/i", 4.0, 60.0), ("S/r", 4.0, 2.5), ("S/b", False, True), ("S/s", "y", "x"),
     ("S/f", PurePosixPath("b"), Path("/a")), ("S/d", datetime(1, 1, 1), datetime(2031, 2, 14)),
     ("S/list", [0.0], [1.0, 2.5]), ("S/list", [], [1, 2.5]), ("S/list[2]", 1.0, 2.5), ("S/list", None, 1),
-    ("S/none", 4, 4), ("S/none", [4], [4]), ("S/empty", "y", "y"), ("S/empty", [4], [4]), ("S/empty", None, None),
+    ("S/list", (0.0,), [1.0, 2.5]), ("S/none", 4, 4), ("S/none", [4], [4]), ("S/empty", "y", "y"),
+    ("S/empty", [4], [4]), ("S/empty", None, None),
     ("T/x/y", None, None), (("S", 2), "y", "y"),
 ])
 def test_get(path, default, value):
@@ -107,6 +108,9 @@ def test_bytes_that_are_no_utf8(tmp_path):
         assert file["S/k"].value == "caf\udce9"
         assert file["S/k[1]"].remark == "\udcff"
         assert file["S/f"].value == tmp_path / "\udce9.csv"
+        with pytest.raises(zon.KindError) as caught:
+            file["S/k"].to(int)
+        assert "[S] k = 'caf\ufffd'" in str(caught.value)  # it can be printed
         file["S/k"].append("\udce8")
         file.save()
     assert name.read_bytes() == b"[S] k = 'caf\xe9' {\xff}, '\xe8'\n f = |\xe9.csv| EndSect"
@@ -130,7 +134,11 @@ def test_numpy():
     for name, error in (("hole", zon.MissingError), ("mixed", zon.KindError)):
         with pytest.raises(error):
             file["S"][name].array()
-    file["S/i"] = numpy.array([7, 8], numpy.int16)
-    file["S/r"] = numpy.float32(0.5)
-    file["S/b"] = [numpy.bool_(False)]
-    assert [file["S"][name].text for name in "irb"] == ["7, 8", "0.5, 2.5", "false"]
+    assert file.get("S/r", numpy.array([0.0])) == [1.0, 2.5]
+    with pytest.raises(zon.KindError):
+        file.get("S/s", numpy.int64(1))
+    for value, text in ((numpy.array([7, 8], numpy.int16), "7, 8"), (numpy.float32(0.1), "0.1, 8"),
+                        ([numpy.bool_(False)], "false"), (numpy.array([0.1, 2], numpy.float32), "0.1, 2.0"),
+                        (numpy.datetime64("2031-02-14T06:15", "ns"), "#2031-02-14 06:15:00#, 2.0")):
+        file["S/i"] = value
+        assert file["S/i"].text == text

@@ -81,15 +81,18 @@ def merge(target: File, overlay: File) -> None:
     with locked(tree, overlay._tree):
         start_of(target)
         start_of(overlay)
-        values = [(view._node, view._owner._node, lib.zonGetInstanceNo(view._node), lib.zonxGetKind(view._node))
-                  for view in tree.values.all_alive() if view._owner is not None]
-        definitions = [view._node for view in tree.views.all_alive() if lib.zonxGetKind(view._node) == Kind.DEFINITION]
-        status = lib.zonxMerge(tree.handle, overlay._tree.handle)
-        for node, owner, number, kind in values:
-            if lib.zonNodeByNum(owner, number) != node or lib.zonxGetKind(node) != kind:
+        handles = tree.handle, overlay._tree.handle
+        with tree.change():
+            values = [(view._node, view._owner._node, lib.zonGetInstanceNo(view._node), lib.zonxGetKind(view._node))
+                      for view in tree.values.all_alive() if view._owner is not None]
+            definitions = [view._node for view in tree.views.all_alive()
+                           if lib.zonxGetKind(view._node) == Kind.DEFINITION]
+            status = lib.zonxMerge(*handles)
+            for node, owner, number, kind in values:
+                if lib.zonNodeByNum(owner, number) != node or lib.zonxGetKind(node) != kind:
+                    tree.forget(node)
+            for node in definitions:  # the library may have replaced it
                 tree.forget(node)
-        for node in definitions:  # the library may have replaced it
-            tree.forget(node)
         if status:
             raise make_error(status, [])
 

@@ -105,13 +105,13 @@ class File(Node):
         """
         name = None if filename is None else encoded_name(filename)
         flags = plain | new << 1 | overwrite << 2 | backup << 3 | names_as_written << 4
-        with self._tree.lock:
+        with self._tree.exclusive():
             start_of(self)
             collector = Collector()
             status = lib.zonxSave(self._tree.handle, name, flags, collect, collector)
-            collector.check(status, self.name if filename is None else str(filename))
-            if filename is not None:
-                self._filename = Path(filename)
+            collector.check(status, self.name if name is None else os.fsdecode(name))
+            if name is not None:
+                self._filename = Path(os.fsdecode(name))
 
     def to_text(self, *, plain: bool = False, names_as_written: bool = False) -> str:
         """The text that `save` would write to the file that was loaded."""
@@ -128,7 +128,7 @@ class File(Node):
 
     def watch(self, on: bool = True) -> None:
         """Starts or stops to take note of the values that are read, for `unread`."""
-        with self._tree.lock:
+        with self._tree.exclusive():
             start_of(self)
             status = lib.zonxWatch(self._tree.handle, bool(on))
             if status:
@@ -155,16 +155,16 @@ def load(filename: FileName) -> File:
     name = encoded_name(filename)
     handle, collector = c_void_p(), Collector()
     status = lib.zonxLoadFile(name, ctypes.byref(handle), collect, collector)
-    return File._from_handle(handle, status, Path(filename), collector)
+    return File._from_handle(handle, status, Path(os.fsdecode(name)), collector)
 
 
 def parse(text: Union[str, bytes], filename: FileName = "") -> File:
     """Loads a text. The name is that of the text in reports, and its file names are relative to it."""
-    data = text if isinstance(text, bytes) else utf8(text)
+    data = utf8(text) if isinstance(text, str) else bytes(memoryview(text))
     name = encoded_name(filename)
     handle, collector = c_void_p(), Collector()
     status = lib.zonxLoadText(data, len(data), name, ctypes.byref(handle), collect, collector)
-    return File._from_handle(handle, status, Path(filename) if name else None, collector)
+    return File._from_handle(handle, status, Path(os.fsdecode(name)) if name else None, collector)
 
 
 def check(filename: FileName) -> List[Report]:
@@ -175,5 +175,5 @@ def check(filename: FileName) -> List[Report]:
     status = lib.zonxLoadFile(name, None, collect, collector)
     reports = collector.take()
     if status and not reports:
-        raise make_error(status, reports, os.fspath(filename))
+        raise make_error(status, reports, os.fsdecode(name))
     return reports

@@ -10,8 +10,8 @@ from __future__ import annotations
 
 import ctypes
 import os
-from ctypes import (CFUNCTYPE, POINTER, Structure, c_char_p, c_double, c_int, c_longlong, c_size_t, c_uint, c_void_p,
-                    py_object)
+from ctypes import (CFUNCTYPE, POINTER, PYFUNCTYPE, Structure, c_char_p, c_double, c_int, c_longlong, c_size_t, c_uint,
+                    c_void_p, py_object)
 from pathlib import Path
 from typing import Any
 
@@ -84,6 +84,8 @@ _KEEPING: dict[str, tuple[Any, tuple[Any, ...]]] = {
     "zonxWhere": (c_int, (c_void_p, POINTER(CPlace))),
     "zonxGetRemark": (c_int, (c_void_p, POINTER(c_char_p))),
     "zonxRemove": (c_int, (c_void_p, c_char_p)),
+    "zoneRenameSection": (c_int, (c_void_p, c_char_p)),
+    "zoneRenameKeyword": (c_int, (c_void_p, c_char_p)),
     "zonxWatch": (c_int, (c_void_p, c_int)),
     "zonxFree": (None, (c_void_p,)),
     "zonxSetInt64": (c_int, (c_void_p, c_char_p, c_longlong)),
@@ -105,6 +107,13 @@ class Library:
     def __init__(self, name: str) -> None:
         self._releasing = ctypes.CDLL(name, use_errno=True)
         self._keeping = ctypes.PyDLL(name)
+
+    def text_getter(self, name: str) -> Any:
+        """The function of a getter with the text as its result, None if it fails. ctypes copies the text before
+        anything else can run in this thread, such as a signal handler that calls the same getter."""
+        types = _KEEPING[name][1][:-1]
+        prototype = PYFUNCTYPE(c_int, *types, POINTER(c_char_p))
+        return prototype((name, self._keeping), (*((1,) for _ in types), (2,)))
 
     def __getattr__(self, name: str) -> Any:
         """Declares a function when it is first used, so that an older library has only what it lacks missing."""

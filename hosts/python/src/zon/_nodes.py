@@ -8,11 +8,11 @@ from __future__ import annotations
 import ctypes
 import operator
 from ctypes import c_void_p
-from typing import Any, Iterator, List, Tuple, Type, cast
+from typing import Any, Iterator, List, Optional, Tuple, Type, cast
 
 from ._library import lib
 from ._reading import Readable, path_of, split_path, value_path
-from ._reports import Status, encoded
+from ._reports import ArgumentError, Status, encoded
 from ._tree import start_of
 from ._values import Assignment, Kind, assignment_of, assignment_of_text
 from ._view import KEYWORDS
@@ -30,6 +30,15 @@ def _assignment(value: Any) -> Assignment:
     if isinstance(value, Value):
         return Assignment(text=value.text)
     return assignment_of_text(value.text) if isinstance(value, Node) else assignment_of(value)
+
+
+def _is_name(name: bytes) -> bool:
+    """Whether the format allows a name. A setter judges it, in a file of its own."""
+    handle = c_void_p(lib.zonCreate())
+    status = lib.zonxSetText(handle, name + b"/" + name, b"")
+    is_name = not status and lib.zonGetName(lib.zonSectionByNum(lib.zonGetRoot(handle), 1)) == name
+    lib.zonClose(ctypes.byref(handle))
+    return is_name
 
 
 class Node(Readable):
@@ -66,25 +75,31 @@ class Node(Readable):
         with self._tree.exclusive():
             self._set(path, assignment)
 
-    def _set(self, path: bytes, assignment: Assignment) -> None:
+    def _set(self, path: bytes, assignment: Assignment, value: Optional[Value] = None) -> None:
+        """Sets values. The view of the one at the path, if it is passed, follows its value."""
         tree = self._tree
         start = start_of(self)
-        before = self._values_at(start, path, assignment.is_list) if tree.values else []
         text = assignment.text
-        status = assignment.apply(start, path) if text is None else self._set_text(start, path, text)
-        if before:
-            tree.forget_replaced(before, self._values_at(start, path, assignment.is_list))
+        replaces_all = assignment.is_list or text is not None
+        with tree.change():
+            before = self._values_at(start, path, replaces_all) if tree.values else []
+            status = assignment.apply(start, path) if text is None else self._set_text(start, path, text)
+            if before:
+                tree.forget_replaced(before, self._values_at(start, path, replaces_all))
+            if value is not None:
+                value._node = lib.zonNodeByNum(start, _value_number(path))
+                tree.values[value._node] = value
         if status:
             raise self._failure(status, start, path)
 
-    def _values_at(self, start: int, path: bytes, is_list: bool) -> List[Tuple[int, int]]:
+    def _values_at(self, start: int, path: bytes, all_of_them: bool) -> List[Tuple[int, int]]:
         """The addresses and kinds of the values that a setter with this path can replace."""
         base, number = split_path(path)
         keyword = c_void_p()
         if lib.zonxFind(start, base, ctypes.byref(keyword)) or lib.zonxGetKind(keyword) not in KEYWORDS:
             return []
         first = _value_number(number)
-        numbers = range(1, lib.zonGetNoNodes(keyword) + 1) if is_list else range(first, first + 1)
+        numbers = range(1, lib.zonGetNoNodes(keyword) + 1) if all_of_them else range(first, first + 1)
         nodes = [lib.zonNodeByNum(keyword, n) for n in numbers]
         return [(node, lib.zonxGetKind(node)) for node in nodes if node]
 
@@ -110,7 +125,8 @@ class Node(Readable):
             start = start_of(self)
             new = path + b":%d" % (self._count(start, path + b"/") + 1)
             # A setter makes the section, because it judges the name; then the section is emptied again.
-            status = lib.zonxSetText(start, new + b"/new", b"") or lib.zonxRemove(start, new + b"/new")
+            with self._tree.change():
+                status = lib.zonxSetText(start, new + b"/new", b"") or lib.zonxRemove(start, new + b"/new")
             if status:
                 raise self._failure(status, start, new)
             return cast(Section, self._find(new + b"/"))
@@ -123,6 +139,17 @@ class Node(Readable):
             new = path + b":%d" % (self._count(start_of(self), path) + 1)
             self._set(new, assignment)
             return cast(Keyword, self._find(new))
+
+    def rename(self, name: str) -> None:
+        """Changes the name of a section or keyword, which keeps its place."""
+        text = encoded(name)
+        with self._tree.exclusive():
+            node = self._require((Kind.SECTION, *KEYWORDS))
+            if not _is_name(text):
+                raise self._error(ArgumentError, Status.BAD_ARGUMENT, f"`{name}` cannot be a name")
+            is_section = lib.zonxGetKind(node) == Kind.SECTION
+            if (lib.zoneRenameSection if is_section else lib.zoneRenameKeyword)(node, text):
+                raise MemoryError
 
     def _count(self, start: int, path: bytes) -> int:
         """How many nodes have the name of a path."""
@@ -149,10 +176,12 @@ class Node(Readable):
 
     def _remove(self, start: int, path: bytes) -> None:
         found = c_void_p()
-        status = lib.zonxFind(start, path, ctypes.byref(found)) or lib.zonxRemove(start, path)
+        with self._tree.change():
+            status = lib.zonxFind(start, path, ctypes.byref(found)) or lib.zonxRemove(start, path)
+            if not status:
+                self._tree.forget(found.value or 0)
         if status:
             raise self._failure(status, start, path)
-        self._tree.forget(found.value or 0)
 
     def _child(self, node: int) -> Node:
         views = self._tree.views
@@ -209,12 +238,8 @@ class Value(Node):
     def _step(self) -> str:
         return f"[{lib.zonGetInstanceNo(self._node)}]"
 
-    def _set(self, path: bytes, assignment: Assignment) -> None:
-        """The view follows a value that is replaced."""
-        owner = cast(Keyword, self._owner)
+    def _set(self, path: bytes, assignment: Assignment, value: Optional[Value] = None) -> None:
         number = lib.zonGetInstanceNo(start_of(self))
         if path:
             raise self._failure(Status.BAD_ARGUMENT, self._node, path)
-        owner._set(value_path(number), assignment)
-        self._node = lib.zonNodeByNum(owner._node, number)
-        self._tree.values[self._node] = self
+        cast(Keyword, self._owner)._set(value_path(number), assignment, self)

@@ -217,12 +217,12 @@ class Readable(View):
         """The value at a path, or the default if there is none: no such section or keyword, or an empty place.
 
         The value must be of the type of the default, or else the error names its place; an integer can stand for a
-        float. For a list as the default it is the list of all values. With another default, such as None, the value
-        is of any type.
+        float. For a list as the default, a tuple or an array, it is the list of all values. With another default,
+        such as None, the value is of any type.
         """
         place = path_of(path)
-        is_list = isinstance(default, list)
-        type_ = wanted_type(default[0] if is_list and default else default)
+        is_list = isinstance(default, (list, tuple)) or getattr(default, "ndim", 0) > 0
+        type_ = wanted_type(default[0] if is_list and len(default) else None if is_list else default)
         with self._tree.lock:
             start = start_of(self)
             if is_list:

@@ -237,7 +237,7 @@ def _formatted(report: CReport) -> str:
         buffer = ctypes.create_string_buffer(size)
         length: int = lib.zonxFormatReport(ctypes.byref(report), buffer, size)
         if length < size:
-            return decoded(buffer.value)
+            return buffer.value.decode("utf-8", "replace")  # print() refuses surrogates
         size = length + 1
 
 

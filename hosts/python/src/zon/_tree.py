@@ -7,7 +7,9 @@ by themselves: the tree counts removals, and a view that has not seen the last o
 are still alive. So a removal costs the same however many views there are, and a use costs one comparison.
 
 Invariants: a view with an address whose owners all have one is a view of a live node. `views` has every such view
-by its address. It may also have dead ones, at addresses that may be in use again, so it checks what it finds.
+by its address. It may also have dead ones, at addresses that may be in use again, so it checks what it finds. They
+do not hold while a change is made, and a signal handler, or KeyboardInterrupt, can come at any time. So a change
+refuses every other use of the file, and one that an exception ends forgets all views.
 
 Everything here is done with the lock of the tree: a handle is used by one thread at a time. Two trees are locked in
 the order of their handles. Tested by tests/test_lifetimes.py and tests/test_threads.py.
@@ -66,11 +68,15 @@ class Views:
         return [view for view in views if view is not None and is_alive(view)]
 
 
+_CLOSED = "the file is closed"
+
+
 class Tree:
     """A file handle with what belongs to it."""
 
     def __init__(self, handle: int) -> None:
         self.handle: int = handle  # 0: closed
+        self.refusal = ""  # why no node can be used now
         self.lock: ContextManager[Any] = threading.RLock()
         self._is_owned: Callable[[], bool] = getattr(self.lock, "_is_owned")
         self.removals = 0
@@ -86,6 +92,7 @@ class Tree:
         is_used = self._is_owned()
         with self.lock:
             self.handle = 0
+            self.refusal = _CLOSED
             if not is_used:
                 self._finalizer()
 
@@ -95,6 +102,17 @@ class Tree:
         if self._is_owned():
             raise Error("the file cannot be changed while the call that was interrupted uses it")
         return self.lock
+
+    def change(self) -> _Change:
+        """For the call of the library that changes the tree, until the views know of it. Needs the lock."""
+        return _Change(self)
+
+    def forget_all(self) -> None:
+        """Call if it is not known which nodes are still there."""
+        for view in self.values.all_alive() + self.views.all_alive():
+            if view._owner is not None:
+                view._node = 0
+        self.removals += 1
 
     def forget(self, node: int) -> None:
         """Call after a node was removed."""
@@ -110,6 +128,22 @@ class Tree:
         for at, old in enumerate(before):
             if after[at:at + 1] != [old]:
                 self.forget(old[0])
+
+
+class _Change:
+    __slots__ = ("_tree",)
+
+    def __init__(self, tree: Tree) -> None:
+        self._tree = tree
+
+    def __enter__(self) -> None:
+        self._tree.refusal = "the file is in the middle of a change"
+
+    def __exit__(self, type_: Any, error: Any, traceback: Any) -> None:
+        tree = self._tree
+        if type_ is not None:
+            tree.forget_all()
+        tree.refusal = "" if tree.handle else _CLOSED
 
 
 def is_alive(view: View) -> bool:
@@ -141,8 +175,8 @@ def locked(*trees: Tree) -> Iterator[None]:
 def start_of(view: View) -> int:
     """The address of a view, to pass to the library."""
     tree = view._tree
-    if not tree.handle:
-        raise ClosedError("the file is closed")
+    if tree.refusal:
+        raise ClosedError(tree.refusal)
     if view._seen != tree.removals:
         is_alive(view)
     if not view._node:

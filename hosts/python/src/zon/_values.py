@@ -87,12 +87,14 @@ def _number_reader(function: Any, make: Any) -> Reader:
     return read
 
 
-def _text_reader(function: Any, convert: Callable[[bytes], Any]) -> Reader:
-    # The text is copied before another call of this thread can replace it.
+def _text_reader(name: str, convert: Callable[[bytes], Any]) -> Reader:
+    text_of, status_of = lib.text_getter(name), getattr(lib, name)
+
     def read(start: int, path: bytes) -> tuple[int, Any]:
-        out = c_char_p()
-        status: int = function(start, path, ctypes.byref(out))
-        return status, None if status else convert(out.value or b"")
+        text = text_of(start, path)
+        if text is not None:
+            return 0, convert(text)
+        return status_of(start, path, ctypes.byref(c_char_p())) or Status.NO_MEMORY, None
     return read
 
 
@@ -101,7 +103,7 @@ def _read_bool(start: int, path: bytes) -> tuple[int, Any]:
     return lib.zonxGetBool(start, path, ctypes.byref(out)), out.value != 0
 
 
-read_text = _text_reader(lib.zonxGetText, decoded)
+read_text = _text_reader("zonxGetText", decoded)
 
 
 def _read_date(start: int, path: bytes) -> tuple[int, Any]:
@@ -127,8 +129,8 @@ READERS: dict[type, Reader] = {
     bool: _read_bool,
     int: _number_reader(lib.zonxGetInt64, c_longlong),
     float: _number_reader(lib.zonxGetDouble, c_double),
-    str: _text_reader(lib.zonxGetString, decoded),
-    Path: _text_reader(lib.zonxGetFilename, lambda name: Path(os.fsdecode(name))),
+    str: _text_reader("zonxGetString", decoded),
+    Path: _text_reader("zonxGetFilename", lambda name: Path(os.fsdecode(name))),
     datetime: _read_date,
     Raw: _read_raw,
 }
@@ -147,6 +149,7 @@ _KINDS: dict[int, Reader] = {
 
 def wanted_type(example: object) -> Optional[type]:
     """The type that a value must have, to stand for the example; None for any."""
+    example = _plain(example)
     if isinstance(example, PurePath):
         return Path
     for type_ in (bool, int, float, str, datetime, Raw):
@@ -247,8 +250,16 @@ def assignment_of_text(text: str) -> Assignment:
 
 
 def _plain(value: Any) -> Any:
-    """numpy's arrays and numbers as those of Python."""
-    return value.tolist() if hasattr(value, "tolist") else value
+    """numpy's arrays and numbers as those of Python. A float of less than 64 bits becomes the one with the fewest
+    digits, 0.1 and not 0.10000000149011612, and nanoseconds become microseconds, not an int."""
+    if not hasattr(value, "tolist"):
+        return value
+    kind = value.dtype.kind
+    if kind == "f" and value.dtype.itemsize < 8:
+        value = value.astype(str).astype(float)
+    elif value.dtype.str.endswith(("[ns]", "[ps]", "[fs]", "[as]")):
+        value = value.astype(f"{kind}8[us]")
+    return value.tolist()
 
 
 def _of_list(values: list[Any]) -> Assignment:

@@ -21,6 +21,7 @@ if TYPE_CHECKING:
 
 KEYWORDS = (Kind.KEYWORD, Kind.DEFINITION)
 GROUPS = (Kind.FILE, Kind.SECTION)
+_remark_of = lib.text_getter("zonxGetRemark")
 
 
 class View:
@@ -110,11 +111,13 @@ class View:
             return self._remark(start_of(self))
 
     def _remark(self, node: int) -> Optional[str]:
-        text = c_char_p()
-        status = lib.zonxGetRemark(node, ctypes.byref(text))
-        if status and status != Status.MISSING:
-            raise make_error(status, ())
-        return None if status else decoded(text.value)
+        text = _remark_of(node)
+        if text is not None:
+            return decoded(text)
+        status = lib.zonxGetRemark(node, ctypes.byref(c_char_p()))
+        if status != Status.MISSING:
+            raise make_error(status or Status.NO_MEMORY, ())
+        return None
 
     def report(self, message: str, hint: str = "", severity: Severity = Severity.ERROR, rule: str = "") -> Report:
         """A report of the program's own in the form of the library's, at the place of the node; for a keyword at its
