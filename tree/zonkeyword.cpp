@@ -64,11 +64,18 @@ void CzonKeyword::AddParam(CzonParam* param) {
   NumberValues(Children().Size() - 1);
 }
 
-// Numbers the values from the place `from` on, or all if a number was lost.
+// Numbers the values from the place `from` on, or all if a number was lost. Those of a long list are
+// counted when they are asked for.
 void CzonKeyword::NumberValues(std::uint32_t from) {
-  if (Has(kLostNumbers)) from = 0;
+  const bool hasLost = Has(kLostNumbers);
+  if (hasLost) from = 0;
   Set(kLostNumbers, false);
   const zon::NodeSpan values = Children();
+  if (zon::NodeAccess::GetLongChildren(*this) != nullptr) {
+    if (!hasLost) return;
+    for (CzonNode* value : values) zon::NodeAccess::RestoreNumber(*value);
+    return;
+  }
   for (std::uint32_t at = from; at < values.Size(); ++at) {
     zon::NodeAccess::SetNumber(*values[at], static_cast<std::int32_t>(at + 1));
   }

@@ -11,9 +11,11 @@
 // probe ends.
 //
 // Invariants: every queue in use has a node; a name of two nodes, or of one whose name is that of a
-// host's GetName, has a queue. Instance numbers are places in a queue. They are stored in the nodes; a
-// change renumbers the queue from the changed place on. Costs: a look-up is constant on average; an edit
-// is linear in the number of namesakes after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and
+// host's GetName, has a queue; if a list of nodes is long, the children of the owner are it too.
+// Instance numbers are places in a queue. They are stored in the nodes, and a change renumbers the queue
+// from the changed place on; those of long queues are counted when they are asked for. Costs: a look-up is
+// constant on average, an edit logarithmic; in a list of a host it is linear in the number of namesakes
+// after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and
 // for large indexes by tests/size_test.cpp.
 #include "tree/zonnameindex.h"
 
@@ -252,21 +254,91 @@ bool IsNumbered(const NameQueue& queue) {
 
 // Numbers the nodes of the queue from the place `from` on, or all if a number was lost.
 void NumberQueue(NameQueue& queue, std::uint32_t from) {
-  if (!IsNumbered(queue)) from = 0;
+  const bool hasLost = !IsNumbered(queue);
+  if (hasLost) from = 0;
   queue.hasLostNumbers = 0;
   queue.lossesSeen = GetLostNumbers() & kLossesMask;
   const NodeSpan nodes(queue.nodes);
+  if (IsLong(queue.nodes)) {
+    if (!hasLost) return;
+    for (CzonNode* node : nodes) NodeAccess::RestoreNumber(*node);
+    return;
+  }
   for (std::uint32_t at = from; at < nodes.Size(); ++at) {
     NodeAccess::SetNumber(*nodes[at], static_cast<std::int32_t>(at + 1));
   }
 }
 
+// How many of the nodes, which are in the order of the children, are before the spot. Most edits are
+// near the last one, so the places near its result are tried first.
+std::uint32_t CountBefore(const NodeSpan& nodes, const LongList& children, LongList::Spot spot) {
+  std::uint32_t from = 0;
+  std::uint32_t to = nodes.Size();
+  const LongList* const list = nodes.GetLong();
+  if (list != nullptr) {
+    constexpr std::uint32_t kNear = 2;
+    const std::uint32_t recent = std::min(list->GetRecent(), to);
+    const std::uint32_t low = recent - std::min(recent, kNear);
+    const std::uint32_t high = std::min(recent + kNear, to);
+    if (low == 0 || children.IsBefore(*nodes[low - 1], spot)) from = low;
+    if (high == to || !children.IsBefore(*nodes[high], spot)) to = high;
+  }
+  while (from < to) {
+    const std::uint32_t middle = from + (to - from) / 2;
+    if (children.IsBefore(*nodes[middle], spot)) {
+      from = middle + 1;
+    } else {
+      to = middle;
+    }
+  }
+  if (list != nullptr) list->SetRecent(from);
+  return from;
+}
+
+// The place of the node; the size if it is none of the nodes. `guess` is where to begin a search.
+std::uint32_t Find(const NodeSpan& nodes, const CzonNode& node, std::uint32_t guess,
+                   const CzonNamedNode* owner) {
+  const LongList* children = owner != nullptr ? NodeAccess::GetLongChildren(*owner) : nullptr;
+  LongList::Spot spot;
+  if (children != nullptr && children->Find(node, spot)) {
+    const std::uint32_t place = CountBefore(nodes, *children, spot);
+    if (place < nodes.Size() && nodes[place] == &node) return place;
+  }
+  return nodes.Find(&node, guess);
+}
+
 // The place of the node in the queue, the first one if it is filed twice; the length of the queue if
-// the node is not in it. Searches outward from place number - 1; from the start if the queue has
-// repeats.
-std::uint32_t FindInQueue(const NameQueue& queue, const CzonNode& node, int number) {
-  const auto guess = static_cast<std::uint32_t>(number - 1);
-  return NodeSpan(queue.nodes).Find(&node, queue.hasRepeats ? 0 : guess);
+// the node is not in it. Without long lists searches outward from place number - 1; from the start if the
+// queue has repeats.
+std::uint32_t FindInQueue(const NameQueue& queue, const CzonNode& node, int number,
+                          const CzonNamedNode* owner) {
+  if (queue.hasRepeats != 0) return NodeSpan(queue.nodes).Find(&node, 0);
+  return Find(NodeSpan(queue.nodes), node, static_cast<std::uint32_t>(number - 1), owner);
+}
+
+// Call before an edit that moves so many nodes of a list. Makes the list long if they are too many; false if
+// it is not long.
+bool PrepareMove(NodeList& nodes, std::uint32_t moved, CzonNamedNode* owner) {
+  if (IsLong(nodes)) return true;
+  if (moved <= kLongestMove || owner == nullptr) return false;
+  if (!NodeAccess::EnsureLongChildren(*owner)) return false;
+  try {
+    MakeLong(nodes, false, ArenaOf(owner));
+  } catch (const std::bad_alloc&) {
+    return false;  // it only takes longer
+  }
+  return true;
+}
+
+// The same for a queue, whose numbers are counted from then on. `at` is the place of the edit.
+void PrepareQueue(NameQueue& queue, std::uint32_t at, CzonNamedNode* owner) {
+  if (IsLong(queue.nodes) || queue.hasRepeats != 0) return;
+  const bool wasNumbered = IsNumbered(queue);
+  if (!PrepareMove(queue.nodes, queue.nodes.size - at, owner)) return;
+  for (CzonNode* node : NodeSpan(queue.nodes)) {
+    if (!wasNumbered) NodeAccess::RestoreNumber(*node);
+    NodeAccess::SetCounted(*node);
+  }
 }
 
 // Sets hasRepeats if a node that is being filed is among the first `count` of the queue already. In a
@@ -282,9 +354,15 @@ void CheckRepeat(NameQueue& queue, const CzonNode& node, std::uint32_t count) {
 // The place in its queue of a node that is to get the place `at`, from 0, of the ordered list. The
 // nearest namesake in the ordered list, before or after it, decides.
 std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const CzonNamedNode& node,
-                           std::uint32_t at) {
+                           std::uint32_t at, const CzonNamedNode* owner) {
   const NodeSpan ordered(list.ordered);
   const NodeSpan nodes(queue.nodes);
+  if (at >= ordered.Size() && owner != nullptr) return nodes.Size();
+  const LongList* children = owner != nullptr ? NodeAccess::GetLongChildren(*owner) : nullptr;
+  LongList::Spot spot;
+  if (children != nullptr && children->Find(*ordered[at], spot)) {
+    return CountBefore(nodes, *children, spot);
+  }
   const std::string_view name = FiledName(NodeAccess::GetKey(node).name);
   const auto placeOf = [&](std::uint32_t index) {
     const CzonNamedNode& other = Named(ordered[index]);
@@ -358,13 +436,25 @@ bool IsIndexed(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) 
   if (entry == nullptr) return false;
   if (entry->hasQueue == 0) return entry->node == &node;
   const NameQueue& queue = *entry->queue;
-  return FindInQueue(queue, node, NodeAccess::GetNumber(node)) < queue.nodes.size;
+  return FindInQueue(queue, node, NodeAccess::GetNumber(node), owner) < queue.nodes.size;
 }
 
-std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node) {
+std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node, const CzonNamedNode* owner) {
   // In most lists the place among the nodes of a kind is near the place among all children.
-  const std::uint32_t place = NodeSpan(list.ordered).Find(&node, NodeAccess::GetPlaceHint(node));
+  const std::uint32_t place =
+      Find(NodeSpan(list.ordered), node, NodeAccess::GetPlaceHint(node), owner);
   return place < list.ordered.size ? place + 1 : 0;
+}
+
+std::uint32_t CountBefore(const NameList& list, const CzonNamedNode& owner, std::uint32_t place) {
+  const LongList& children = *NodeAccess::GetLongChildren(owner);
+  return CountBefore(NodeSpan(list.ordered), children, children.SpotOf(place));
+}
+
+std::uint32_t CountNumber(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) {
+  const NodeSpan nodes = FindNamesakes(list.index, NodeAccess::GetKey(node).name);
+  const std::uint32_t place = Find(nodes, node, 0, owner);
+  return place < nodes.Size() ? place + 1 : 0;
 }
 
 void CompleteIndex(NameList& list, CzonNamedNode* owner) {
@@ -382,7 +472,11 @@ void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
   if (entry.hasQueue == 0) return NodeAccess::SetNumber(node, 1);  // most names are unique
   NameQueue& queue = *entry.queue;
   const std::uint32_t last = queue.nodes.size - 1;
-  CheckRepeat(queue, node, last);
+  if (IsLong(queue.nodes)) {
+    NodeAccess::SetCounted(node);
+  } else {
+    CheckRepeat(queue, node, last);
+  }
   NumberQueue(queue, last);
 }
 
@@ -393,9 +487,11 @@ void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
   if (entry == nullptr) return AddToIndex(list, node, owner);
   NameQueue& queue = EnsureQueue(*entry, ArenaOf(owner));
   EnsureName(queue, NodeAccess::GetKey(node));
-  const std::uint32_t at = PlaceInQueue(list, queue, node, std::max(place, 1U) - 1);
-  CheckRepeat(queue, node, queue.nodes.size);
+  const std::uint32_t at = PlaceInQueue(list, queue, node, std::max(place, 1U) - 1, owner);
+  PrepareQueue(queue, at, owner);
+  if (!IsLong(queue.nodes)) CheckRepeat(queue, node, queue.nodes.size);
   Insert(queue.nodes, at, &node, ArenaOf(owner));
+  if (IsLong(queue.nodes)) NodeAccess::SetCounted(node);
   NumberQueue(queue, at);
 }
 
@@ -405,8 +501,9 @@ bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, CzonNamedNo
   if (entry == nullptr) return false;
   if (entry->hasQueue != 0) {
     NameQueue& queue = *entry->queue;
-    const std::uint32_t place = FindInQueue(queue, node, number);
+    const std::uint32_t place = FindInQueue(queue, node, number, owner);
     if (place == queue.nodes.size) return false;
+    PrepareQueue(queue, place, owner);
     Erase(queue.nodes, place);
     NumberQueue(queue, place);
     if (queue.nodes.size > 0) return true;
@@ -428,6 +525,7 @@ void Append(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
 
 void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, CzonNamedNode* owner) {
   place = std::clamp(place, 1U, Count(list) + 1);
+  PrepareMove(list.ordered, Count(list) + 1 - place, owner);
   Reserve(list.ordered, ArenaOf(owner));
   InsertIntoIndex(list, node, place, owner);
   Insert(list.ordered, place - 1, &node, ArenaOf(owner));
@@ -436,8 +534,9 @@ void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, CzonNamedN
 
 bool Remove(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
   const bool isErased = EraseFromIndex(list, node, NodeAccess::GetNumber(node), owner);
-  const std::uint32_t place = PlaceOf(list, node);
+  const std::uint32_t place = PlaceOf(list, node, owner);
   if (place != 0) {
+    PrepareMove(list.ordered, Count(list) - place, owner);
     Erase(list.ordered, place - 1);
     --list.indexed;
   }

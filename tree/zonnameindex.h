@@ -7,7 +7,8 @@
 //
 // NameIndex maps a name to its node, or to the queue of the nodes of that name if there are several. It is
 // a plain array of up to 8 entries, which is searched linearly, or a hash table with linear probing
-// that is at most half full. The instance number of a node is its place in its queue, counted from 1.
+// that is at most half full. The instance number of a node is its place in its queue, counted from 1. It is
+// stored in the node unless the queue is a long list.
 //
 // If out of memory the operations throw std::bad_alloc; no node is then filed, removed or renumbered.
 // The owner is the node whose children the list has; null for a list of a host.
@@ -52,7 +53,13 @@ std::uint32_t CountNames(NameList& list, CzonNamedNode* owner);
 bool IsIndexed(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner);
 
 // The place of the node in the order of the file, from 1; 0 if it is not in the list.
-std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node);
+std::uint32_t PlaceOf(const NameList& list, const CzonNamedNode& node, const CzonNamedNode* owner);
+
+// How many nodes of the list are before a place of the children, which are a long list.
+std::uint32_t CountBefore(const NameList& list, const CzonNamedNode& owner, std::uint32_t place);
+
+// The place of a node in its queue, from 1, where numbers are not stored.
+std::uint32_t CountNumber(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner);
 
 // Makes the index and the numbers of all nodes that have none yet.
 void CompleteIndex(NameList& list, CzonNamedNode* owner);

@@ -36,10 +36,11 @@ const std::string& CzonNode::GetZonFilename() const {
   return pOwner->GetZonFilename();
 }
 
-// Only a named node in a list of its owner is unnumbered.
-int CzonNode::MakeNumber() const {
-  GetOwner()->NumberChildren(static_cast<const CzonNamedNode&>(*this));
-  return instance_;
+// Only a child is unnumbered.
+int CzonNode::FindNumber() const {
+  if (Has(kNamed)) GetOwner()->NumberChildren(static_cast<const CzonNamedNode&>(*this));
+  if (!Has(kUnnumbered)) return instance_;
+  return Has(kNumberLost) ? 0 : GetOwner()->CountNumber(*this);
 }
 
 void CzonNode::ResetNumber() {
@@ -48,7 +49,11 @@ void CzonNode::ResetNumber() {
   } else if (instance_ != 0 && Has(kNamed)) {
     zon::CountLostNumber();
   }
-  instance_ = 0;
+  if (Has(kUnnumbered)) {
+    Set(kNumberLost);
+  } else {
+    instance_ = 0;
+  }
 }
 
 zon::Arena* CzonNode::GetArena() const {
@@ -160,6 +165,13 @@ void CzonNamedNode::MakeDeferredChildren() {
 // For values that were just made in the arena of this node: kDeep and the queues need no update.
 void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
   zon::NodeList& children = EnsureChildren();
+  if (zon::IsLong(children)) {
+    for (std::uint32_t n = 0; n < count; ++n) {
+      AppendChild(values[n]);
+      ChildInserted(*values[n], children.size - 1);
+    }
+    return;
+  }
   auto number = static_cast<std::int32_t>(children.size);
   zon::Append(children, values, count, arena_);
   for (CzonNode* const* value = values; value != values + count; ++value) {
@@ -190,7 +202,9 @@ void CzonNamedNode::AppendChild(CzonNode* node) {
   zon::NodeList& children = EnsureChildren();
   zon::Append(children, node, arena_);
   node->owner_ = this;
-  if (node->Has(kNamed)) static_cast<CzonNamedNode*>(node)->place_ = children.size - 1;
+  if (node->Has(kNamed) && !zon::IsLong(children)) {
+    static_cast<CzonNamedNode*>(node)->place_ = children.size - 1;
+  }
   if (node->NeedsDestructor()) MarkDeep();
 }
 
@@ -275,10 +289,15 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   }
 }
 
-// Tries three searches, from cheap to complete: the place noted in the child, or the instance number
-// of a value; the places near it; all places.
+// Of a long list the child knows its block. Else tries three searches, from cheap to complete: the place
+// noted in the child, or the instance number of a value; the places near it; all places.
 std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   const zon::NodeSpan children = Children();
+  if (zon::IsLong(children_.nodes)) {
+    const zon::LongList& list = *children_.nodes.longList;
+    zon::LongList::Spot spot;
+    return list.Find(*child, spot) ? list.PlaceOf(spot) : children.Find(child, 0);
+  }
   const auto* named = child->Has(kNamed) ? static_cast<const CzonNamedNode*>(child) : nullptr;
   const std::uint32_t guess =
       named != nullptr ? named->place_ : static_cast<std::uint32_t>(child->instance_ - 1);
@@ -305,6 +324,13 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
 void CzonNamedNode::NumberChildren(const CzonNamedNode& child) {
   ListChildren();
   if (zon::NameList* list = ListOf(child)) zon::CompleteIndex(*list, this);
+}
+
+// The number of a child of a long list, or of a long queue of one name.
+int CzonNamedNode::CountNumber(const CzonNode& child) {
+  if (!child.Has(kNamed)) return static_cast<int>(PlaceOf(&child) + 1);
+  const auto& named = static_cast<const CzonNamedNode&>(child);
+  return static_cast<int>(zon::CountNumber(*ListOf(child), named, this));
 }
 
 // ---- What the classes below override --------------------------------------------------------------

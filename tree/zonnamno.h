@@ -144,6 +144,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void AppendNew(CzonNode* const* values, std::uint32_t count);
   std::uint32_t PlaceOf(const CzonNode* child) const;
   void NumberChildren(const CzonNamedNode& child);
+  int CountNumber(const CzonNode& child);
   void AppendChild(CzonNode* node);
   void FreeChildren();
   void CopyContent(const CzonNamedNode& source);

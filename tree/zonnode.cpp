@@ -53,7 +53,7 @@ unsigned int CzonNode::GetNoInstances() const {
   return 0;
 }
 int CzonNode::GetInstanceNo() const {
-  return Has(kUnnumbered) ? MakeNumber() : instance_;
+  return Has(kUnnumbered) ? FindNumber() : instance_;
 }
 
 int CzonNode::IsSection() const {

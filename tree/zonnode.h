@@ -174,7 +174,8 @@ class ZON_API CzonNode : public CzonBase {
     kDeferred = 512,      ///< of keywords: the values are not made yet
     kRead = 2048,         // of keywords: a value was read while a file was watched
     kLostNumbers = 1024,  ///< of keywords: a Copy has reset the number of a value
-    kUnnumbered = 4096,   ///< the instance number is made when it is asked for
+    kUnnumbered = 4096,   ///< the instance number is made, or counted, when it is asked for
+    kNumberLost = 8192,   ///< of nodes whose number is counted: a Copy has reset it to 0
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
@@ -199,7 +200,7 @@ class ZON_API CzonNode : public CzonBase {
   void SetRemark(std::string_view text, zon::Arena* arena);
   void SwapRemark(CzonNode& other);
   void ResetNumber();  // to 0, for a Copy; notifies the owner
-  int MakeNumber() const;
+  int FindNumber() const;
 
   CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
   std::string* remark_ = nullptr;

@@ -69,10 +69,38 @@ struct NodeAccess {
   static void SetNumber(CzonNode& node, std::int32_t number) {
     node.instance_ = number;
     node.Set(CzonNode::kUnnumbered, false);
+    node.Set(CzonNode::kNumberLost, false);
   }
 
   // Whether the number is made when it is asked for.
   static bool IsUnnumbered(const CzonNode& node) { return node.Has(CzonNode::kUnnumbered); }
+
+  // The number of the block of a child in a long list of children. The number of a value is not stored
+  // then, so the label takes its place.
+  static std::uint32_t GetLabel(const CzonNode& node) {
+    if (IsNamed(node)) return static_cast<const CzonNamedNode&>(node).place_;
+    return static_cast<std::uint32_t>(node.instance_);
+  }
+  static void SetLabel(CzonNode& node, std::uint32_t label) {
+    if (IsNamed(node)) {
+      static_cast<CzonNamedNode&>(node).place_ = label;
+    } else {
+      node.instance_ = static_cast<std::int32_t>(label);
+      node.Set(CzonNode::kUnnumbered);
+    }
+  }
+
+  // The number of a node of a long queue is counted.
+  static void SetCounted(CzonNode& node) { node.Set(CzonNode::kUnnumbered); }
+  static void RestoreNumber(CzonNode& node) { node.Set(CzonNode::kNumberLost, false); }
+
+  // The children if they are a long list, else null. EnsureLongChildren makes them one; false if out of
+  // memory.
+  static const LongList* GetLongChildren(const CzonNamedNode& owner) {
+    const bool isLong = !owner.Has(CzonNode::kDeferred) && IsLong(owner.children_.nodes);
+    return isLong ? owner.children_.nodes.longList : nullptr;
+  }
+  static bool EnsureLongChildren(CzonNamedNode& owner);
 
   // Whether a value of the keyword was read, see api/zonwatch.h.
   static bool WasRead(const CzonNode& keyword) { return keyword.Has(CzonNode::kRead); }
@@ -310,6 +338,7 @@ struct NodeAccess {
   static CzonNamedNode* Mutable(const CzonNamedNode& owner) {
     return const_cast<CzonNamedNode*>(&owner);
   }
+  static void PrepareEdit(CzonNamedNode& owner, std::uint32_t place);
   static std::uint32_t PlaceInList(CzonNamedNode& owner, const NameList& list, std::uint32_t place);
   static void SwapName(CzonNamedNode& node, Text& name);
   static void RenameInIndex(CzonNamedNode& node, Text& name, NameList& list, CzonNamedNode* owner);

@@ -10,6 +10,7 @@ class CzonNode;
 namespace zon {
 
 struct DeferralSource;
+class LongList;
 struct NameEntry;
 
 // See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
@@ -23,8 +24,9 @@ static_assert(sizeof(Text) == 12, "values are laid out around a text of twelve b
 // See tree/zonnodelist.h.
 struct NodeList {
   union {
-    CzonNode* single;  // if power is 0: room for one node
-    CzonNode** block;  // else: room for 2^power nodes
+    CzonNode* single;    // if power is 0: room for one node
+    CzonNode** block;    // else: room for 2^power nodes
+    LongList* longList;  // if power is kLong
   };
   std::uint32_t size;
   std::uint32_t power;  // 0: no block

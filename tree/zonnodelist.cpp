@@ -18,7 +18,22 @@ namespace {
 
 constexpr std::uint32_t kLargestPower = 31;
 
+CzonNode** Places(NodeList& list) {
+  return list.power == 0 ? &list.single : list.block;
+}
+
 }  // namespace
+
+void NodeSpan::Iterator::EnterNextBlock() {
+  ++block_;
+  if (block_ == list_->Blocks().size()) {
+    at_ = end_ = nullptr;
+    return;
+  }
+  const LongList::Block& block = *list_->Blocks()[block_];
+  at_ = block.nodes;
+  end_ = block.nodes + block.size;
+}
 
 // The guess is the place at which the node was seen last. Edits move nodes by a few places, so
 // searching from it in both directions usually ends at once; the worst case is the whole list.
@@ -26,8 +41,8 @@ std::uint32_t NodeSpan::Find(const CzonNode* node, std::uint32_t guess) const {
   std::uint32_t after = std::min(guess, size_);
   std::uint32_t before = after;
   while (after < size_ || before > 0) {
-    if (after < size_ && first_[after++] == node) return after - 1;
-    if (before > 0 && first_[--before] == node) return before;
+    if (after < size_ && (*this)[after++] == node) return after - 1;
+    if (before > 0 && (*this)[--before] == node) return before;
   }
   return size_;
 }
@@ -44,28 +59,82 @@ void Grow(NodeList& list, std::uint32_t more, Arena* arena) {
   list.power = power;
 }
 
+void Reserve(NodeList& list, std::uint32_t more, Arena* arena) {
+  if (IsLong(list)) {
+    list.longList->Reserve(more);
+  } else if (more > (std::uint32_t{1} << list.power) - list.size) {
+    Grow(list, more, arena);
+  }
+}
+
 void Append(NodeList& list, CzonNode* const* nodes, std::uint32_t count, Arena* arena) {
-  if (count > Capacity(list) - list.size) Grow(list, count, arena);
+  Reserve(list, count, arena);
   std::copy_n(nodes, count, Places(list) + list.size);
   list.size += count;
 }
 
 void Insert(NodeList& list, std::uint32_t index, CzonNode* node, Arena* arena) {
   Reserve(list, arena);
-  CzonNode** const places = Places(list);
-  std::copy_backward(places + index, places + list.size, places + list.size + 1);
-  places[index] = node;
+  if (IsLong(list)) {
+    list.longList->Insert(index, node);
+  } else {
+    CzonNode** const places = Places(list);
+    std::copy_backward(places + index, places + list.size, places + list.size + 1);
+    places[index] = node;
+  }
   ++list.size;
 }
 
 void Erase(NodeList& list, std::uint32_t index) {
-  CzonNode** const places = Places(list);
+  if (IsLong(list)) {
+    list.longList->Erase(index);
+  } else {
+    CzonNode** const places = Places(list);
+    std::copy(places + index + 1, places + list.size, places + index);
+  }
   --list.size;
-  std::copy(places + index + 1, places + list.size + 1, places + index);
+}
+
+void Set(NodeList& list, std::uint32_t index, CzonNode* node) {
+  if (IsLong(list)) {
+    list.longList->Set(index, node);
+  } else {
+    Places(list)[index] = node;
+  }
+}
+
+void Move(NodeList& list, std::uint32_t from, std::uint32_t count, std::uint32_t to) {
+  if (!IsLong(list)) {
+    CzonNode** const places = Places(list);
+    std::rotate(places + to, places + from, places + from + count);
+    return;
+  }
+  // To erase and insert could need a block. Reversing both parts and then the whole does not.
+  const auto reverse = [&list](std::uint32_t begin, std::uint32_t end) {
+    for (; begin + 1 < end; ++begin) {
+      CzonNode* const last = list.longList->At(--end);
+      list.longList->Set(end, list.longList->At(begin));
+      list.longList->Set(begin, last);
+    }
+  };
+  reverse(to, from);
+  reverse(from, from + count);
+  reverse(to, from + count);
+}
+
+void MakeLong(NodeList& list, bool isLabelled, Arena* arena) {
+  auto* longList = new LongList(Places(list), list.size, isLabelled);
+  if (list.power != 0) ReleaseBlock(arena, list.block, list.power);
+  list.longList = longList;
+  list.power = kLong;
 }
 
 void Release(NodeList& list, Arena* arena) {
-  if (list.power != 0) ReleaseBlock(arena, list.block, list.power);
+  if (IsLong(list)) {
+    delete list.longList;
+  } else if (list.power != 0) {
+    ReleaseBlock(arena, list.block, list.power);
+  }
   list = {};
 }
 

@@ -36,8 +36,27 @@ struct ScopedText : Text {
 
 // ---- Filing ---------------------------------------------------------------------------------------
 
+// The memory of a long list is not in the arena, so the owner needs its destructor.
+bool NodeAccess::EnsureLongChildren(CzonNamedNode& owner) {
+  if (GetLongChildren(owner) != nullptr) return true;
+  try {
+    MakeLong(owner.EnsureChildren(), true, owner.arena_);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  owner.MarkDeep();
+  return true;
+}
+
+// Call before an edit at a place, which moves the children after it.
+void NodeAccess::PrepareEdit(CzonNamedNode& owner, std::uint32_t place) {
+  const std::uint32_t count = owner.Children().Size();
+  if (count - std::min(place, count) > kLongestMove) EnsureLongChildren(owner);
+}
+
 void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place) {
   // These may throw. The last of them, Append or Insert, changes nothing if it does.
+  PrepareEdit(owner, place);
   NodeList& children = owner.EnsureChildren();
   Reserve(children, owner.arena_);
   owner.ListChildren();
@@ -54,25 +73,25 @@ void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t pla
   // There is room for it, so from here on nothing can fail.
   Insert(children, place, child, owner.arena_);
   child->owner_ = &owner;
-  if (IsNamed(*child)) Named(*child).place_ = place;
+  if (IsNamed(*child) && !IsLong(children)) Named(*child).place_ = place;
   if (child->NeedsDestructor()) owner.MarkDeep();
   owner.ChildInserted(*child, place);
 }
 
 void NodeAccess::ReserveChildren(CzonNamedNode& owner, std::uint32_t more) {
-  NodeList& children = owner.EnsureChildren();
-  if (more > Capacity(children) - children.size) Grow(children, more, owner.arena_);
+  zon::Reserve(owner.EnsureChildren(), more, owner.arena_);
 }
 
 void NodeAccess::MoveChildren(CzonNamedNode& owner, std::uint32_t from, std::uint32_t count,
                               std::uint32_t to) {
   if (from == to || count == 0) return;
-  CzonNode** const places = Places(owner.EnsureChildren());
-  for (std::uint32_t n = from; n < from + count; ++n) owner.ChildErased(*places[n], from);
-  std::rotate(places + to, places + from, places + from + count);
+  NodeList& children = owner.EnsureChildren();
+  const NodeSpan nodes(children);
+  for (std::uint32_t n = from; n < from + count; ++n) owner.ChildErased(*nodes[n], from);
+  Move(children, from, count, to);
   for (std::uint32_t n = to; n < to + count; ++n) {
-    if (IsNamed(*places[n])) Named(*places[n]).place_ = n;
-    owner.ChildInserted(*places[n], n);
+    if (IsNamed(*nodes[n]) && !IsLong(children)) Named(*nodes[n]).place_ = n;
+    owner.ChildInserted(*nodes[n], n);
   }
 }
 
@@ -89,9 +108,12 @@ std::uint32_t NodeAccess::PlaceInList(CzonNamedNode& owner, const NameList& list
                                       std::uint32_t place) {
   const NodeSpan children = owner.Children();
   if (place >= children.Size()) return Count(list) + 1;
-  for (; place > 0; --place) {
+  for (std::uint32_t steps = 0; place > 0; --place, ++steps) {
+    if (steps == kLongestMove || GetLongChildren(owner) != nullptr) {
+      if (EnsureLongChildren(owner)) return CountBefore(list, owner, place) + 1;
+    }
     CzonNode& before = *children[place - 1];
-    if (owner.ListOf(before) == &list) return zon::PlaceOf(list, Named(before)) + 1;
+    if (owner.ListOf(before) == &list) return zon::PlaceOf(list, Named(before), &owner) + 1;
   }
   return 1;
 }
@@ -106,20 +128,27 @@ bool NodeAccess::IsFiled(const CzonNode& child) {
 void NodeAccess::Unfile(CzonNode* child) {
   CzonNamedNode& owner = *child->GetOwner();
   const std::uint32_t place = owner.PlaceOf(child);
+  PrepareEdit(owner, place);
   owner.ListChildren();
   NameList* list = owner.ListOf(*child);
   if (list != nullptr) Remove(*list, Named(*child), &owner);
   Erase(owner.EnsureChildren(), place);
   child->owner_ = nullptr;
+  if (IsUnnumbered(*child)) SetNumber(*child, 0);
   owner.ChildErased(*child, place);
 }
 
 // A value is in the list of children only, and the list keeps its size: this cannot fail.
 void NodeAccess::Replace(CzonNode* value, CzonNode* by) {
   CzonNamedNode& owner = *value->GetOwner();
-  Places(owner.EnsureChildren())[owner.PlaceOf(value)] = by;
+  NodeList& children = owner.EnsureChildren();
+  const std::uint32_t place = owner.PlaceOf(value);
   by->owner_ = &owner;
   by->instance_ = value->instance_;
+  zon::Set(children, place, by);
+  by->Set(CzonNode::kUnnumbered, value->Has(CzonNode::kUnnumbered));
+  by->Set(CzonNode::kNumberLost, value->Has(CzonNode::kNumberLost));
+  if (IsUnnumbered(*value)) SetNumber(*value, 0);
   value->owner_ = nullptr;
   if (by->NeedsDestructor()) owner.MarkDeep();
 }
@@ -162,7 +191,7 @@ void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list,
   SwapName(node, name);
   if (EqualNoCase(FiledName(formerName), FiledName(node.GetKey().name))) return;
   try {
-    InsertIntoIndex(list, node, zon::PlaceOf(list, node), owner);
+    InsertIntoIndex(list, node, zon::PlaceOf(list, node, owner), owner);
   } catch (...) {
     SwapName(node, name);
     throw;
