@@ -61,6 +61,19 @@ benchmark::internal::Benchmark* AddRow(const std::string& name, Run run) {
       ->Unit(benchmark::kMicrosecond);
 }
 
+// Adds a row of new processes that load one file and end.
+inline void AddFirst(const std::string& name, const std::string& program, Format format,
+                     const std::string& library = {}) {
+  const auto run = [=](benchmark::State& state) {
+    const Source& source = SourceOf(format, "100KB");
+    for (auto _ : state) {
+      state.SetIterationTime(CpuSecondsOf(program, source.files.front(), library));
+    }
+    Rates(state, source);
+  };
+  AddRow("first/" + name + "/100KB", run)->UseManualTime();
+}
+
 template <class Library>
 class Rows {
  public:

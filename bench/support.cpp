@@ -1,7 +1,9 @@
 #include "support.h"
 
 #include <malloc.h>
+#include <spawn.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -9,6 +11,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <vector>
 
 namespace bench {
 
@@ -76,6 +79,27 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
     throw std::runtime_error("memory cannot be measured");
   }
   return use;
+}
+
+double CpuSecondsOf(const std::string& program, std::string argument, const std::string& library) {
+  std::string path = std::filesystem::read_symlink("/proc/self/exe").replace_filename(program);
+  std::string preload = "LD_PRELOAD=" + library;
+  std::vector<char*> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) variables.push_back(*variable);
+  variables.push_back(preload.data());
+  variables.push_back(nullptr);
+  char* const words[] = {path.data(), argument.data(), nullptr};
+  pid_t process = 0;
+  int status = 0;
+  rusage usage = {};
+  if (posix_spawn(&process, path.c_str(), nullptr, nullptr, words, variables.data()) != 0 ||
+      wait4(process, &status, 0, &usage) != process || status != 0) {
+    throw std::runtime_error(program + " failed");
+  }
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file) {

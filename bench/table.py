@@ -41,7 +41,7 @@ def line(*cells):
     print("| " + " | ".join(cells) + " |")
 
 
-ACTIONS = ["load", "read", "free", "lookup", "find", "write", "rewrite", "build", "tokens", "compare", "numbers", "memory"]
+ACTIONS = ["first", "load", "read", "free", "lookup", "find", "write", "rewrite", "build", "tokens", "compare", "numbers", "memory"]
 SIZES = ["100KB", "1MB", "10MB", "50MB", "small", "settings", "settings1MB", "settings10MB"]
 
 
@@ -74,6 +74,7 @@ GOALS = [
     ("load", "10MB", PLAIN, 1.0),
     ("load", "small", PLAIN, 1.4),
     ("load", "settings", PLAIN, None),
+    ("first", "100KB", PLAIN, 1.1),
     ("read", "1MB", PLAIN, 1.1),
     ("read", "10MB", PLAIN, 1.1),
     ("lookup", "1MB", NAMED, 1.0),

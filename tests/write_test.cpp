@@ -136,6 +136,31 @@ TEST(Writing, FullStreamsAreBad) {
   EXPECT_TRUE(CzonString("x").Write(nowhere).bad());
 }
 
+// A text goes into the room of a buffer only if all of it fits.
+TEST(Writing, BuffersOfEachSize) {
+  struct Small : std::streambuf {
+    explicit Small(std::size_t size) : room(size, '-') { Begin(); }
+    int overflow(int c) override {
+      text.append(pbase(), pptr());
+      if (c != EOF) text += std::char_traits<char>::to_char_type(c);
+      Begin();
+      return 0;
+    }
+    void Begin() { setp(room.data(), room.data() + room.size()); }
+    std::vector<char> room;
+    std::string text;
+  };
+  for (std::size_t size = 0; size < 40; ++size) {
+    const std::string name = std::string("abcdefghijklmnopqrstuvwxyz").substr(0, size / 2);
+    const CzonString value(name);
+    Small small(size);
+    std::ostream out(&small);
+    value.Write(value.Write(out));
+    small.overflow(EOF);
+    EXPECT_EQ(small.text, "'" + name + "''" + name + "'") << size;
+  }
+}
+
 TEST(Writing, BeginsWithTheLocalTimeAndAppends) {
   setenv("TZ", "EAST-1", 1);
   const File file(Load("[A]EndSect"));

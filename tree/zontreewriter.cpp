@@ -66,6 +66,8 @@ void CzonNamedNode::WriteChildren(std::ostream& out) const {
     std::uint32_t next;
   };
   std::vector<Position> path{{this, 0}};
+  // The class of the last child that is no section: a comparison of classes compares their names.
+  const std::type_info* other = nullptr;
   while (!path.empty()) {
     Position& position = path.back();
     const zon::NodeSpan children = position.node->Children();
@@ -75,7 +77,9 @@ void CzonNamedNode::WriteChildren(std::ostream& out) const {
       continue;
     }
     const CzonNode* child = children[position.next++];
-    if (typeid(*child) != typeid(CzonSection)) {
+    const std::type_info& kind = typeid(*child);
+    if (&kind == other || kind != typeid(CzonSection)) {
+      other = &kind;
       child->Write(out);
       continue;
     }

@@ -110,6 +110,7 @@ const auto kRows =
         .Write({"1MB", "10MB", "settings", "settings1MB"})
         .Rewrite({"1MB", "10MB"})
         .Memory({"10MB", "settings10MB"});
+const bool kFirstRow = (AddFirst("rapidjson", "rapidjson_first", Format::kJson), true);
 const auto kInSituRows = Rows<RapidJson<true, false>>("rapidjson-insitu")
                              .Load({"1MB", "10MB", "50MB", "small", "settings"})
                              .Read({"1MB", "10MB"})
