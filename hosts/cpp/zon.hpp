@@ -724,7 +724,7 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   ZON_LOCAL bool remove();
 
   /** An error of the host, to be thrown, placed at the value; if it is missing at its keyword or, without
-   *  one, at the section around it.
+   *  one, at the section around it. Of a section at its header.
    *  @param hint  what to do about it */
   ZON_LOCAL Error error(const std::string& message, const std::string& hint = {}) const;
 
@@ -983,43 +983,44 @@ inline void Throw(int status, const std::string& message) {
 }
 
 // The node of a path; null if there is none.
-inline void* FindNode(void* start, const std::string& path) {
+inline void* FindNode(void* start, const char* path) {
   void* node = nullptr;
   if (start == nullptr) return nullptr;
-  const int status = zonxFind(start, path.c_str(), &node);
-  if (status == ZONX_BAD_ARGUMENT || status == ZONX_NO_MEMORY)
-    FailRead(start, path.c_str(), status);
+  const int status = zonxFind(start, path, &node);
+  if (status == ZONX_BAD_ARGUMENT || status == ZONX_NO_MEMORY) FailRead(start, path, status);
   return node;
 }
 
-// The deepest node of a path that exists.
-inline void* FindNearest(void* start, std::string path) {
-  void* node = nullptr;
-  while (zonxFind(start, path.c_str(), &node) != ZONX_OK) {
-    const std::size_t end = path.find_last_of("[/");
-    if (end == std::string::npos) return start;
-    const bool isSection = path[end] == '/' && end + 1 < path.size();
-    path.resize(isSection ? end + 1 : end);
+// Receives a report of the library, and keeps it with other texts.
+struct Reworded {
+  static void Add(const zonxReport* report, void* context) noexcept {
+    auto* self = static_cast<Reworded*>(context);
+    zonxReport reworded = *report;
+    reworded.rule = self->rule;
+    reworded.message = self->message.c_str();
+    reworded.hint = self->hint.c_str();
+    Collector::Add(&reworded, &self->collector);
   }
-  return node;
-}
 
+  const char* rule;
+  const std::string& message;
+  const std::string& hint;
+  Collector collector;
+};
+
+// An error at the deepest node of a path that exists: there a missing value is reported.
 inline Error MakeError(void* start, const std::string& path, int status, const char* rule,
                        const std::string& message, const std::string& hint) {
-  Collector collector;
-  void* node = start != nullptr ? FindNearest(start, path) : nullptr;
-  if (node == nullptr) {
-    zonxReport report = {};
-    report.rule = rule;
-    report.message = message.c_str();
-    report.hint = hint.c_str();
-    report.relatedMessage = "";
-    Collector::Add(&report, &collector);
-  } else if (zonxReportNode(node, ZONX_ERROR, rule, message.c_str(), hint.c_str(), Collector::Add,
-                            &collector) == ZONX_NO_MEMORY) {
+  Reworded reworded = {rule, message, hint, {}};
+  if (start == nullptr) {
+    zonxReport nowhere = {};
+    nowhere.relatedMessage = "";
+    Reworded::Add(&nowhere, &reworded);
+  } else if (zonxReportPath(start, path.c_str(), ZONX_MISSING, Reworded::Add, &reworded) ==
+             ZONX_NO_MEMORY) {
     throw std::bad_alloc();
   }
-  return Error(status, collector.TakenReports());
+  return Error(status, reworded.collector.TakenReports());
 }
 
 inline std::string Quoted(std::string_view path) {
@@ -1038,7 +1039,7 @@ inline void FailRead(void* start, const char* path, int status) {
   Throw(status, collector);
 }
 
-inline void FailWrite(void* start, const char* path, int status) {
+[[noreturn]] inline void FailWrite(void* start, const char* path, int status) {
   const char* reason = "";
   const char* hint = "";
   if (status == ZONX_OUT_OF_RANGE) {
@@ -1261,7 +1262,7 @@ inline std::string ValuePath(const char* path, std::size_t number) {
 inline bool IsEmptyList(void* start, const char* path, int status, std::size_t number) {
   if (start == nullptr) return true;
   if (status != ZONX_MISSING || number > 1) return false;
-  return number == 0 || FindNode(start, ValuePath(path, 2)) == nullptr;
+  return number == 0 || FindNode(start, ValuePath(path, 2).c_str()) == nullptr;
 }
 
 template <class Raw, class ReadRaw>
@@ -1673,13 +1674,13 @@ Item Item::operator[](N n) const {
 
 inline Section Item::FindSection() const {
   if (path_.HasNumber() && path_.WithoutNumber().empty()) return Section();
-  void* const node = detail::FindNode(start_, path_.AsSection());
+  void* const node = detail::FindNode(start_, path_.AsSection().c_str());
   const Kind kind = static_cast<Kind>(zonxGetKind(node));
   return Section(kind == Kind::section || kind == Kind::file ? node : nullptr);
 }
 
 inline Keyword Item::FindKeyword() const {
-  void* const node = detail::FindNode(start_, path_.WithoutNumber());
+  void* const node = detail::FindNode(start_, path_.WithoutNumber().c_str());
   const Kind kind = static_cast<Kind>(zonxGetKind(node));
   return Keyword(kind == Kind::keyword || kind == Kind::definition ? node : nullptr);
 }
@@ -1698,12 +1699,12 @@ inline Keywords Item::FindKeywords(bool isNamed) const {
 }
 
 inline bool Item::exists() const {
-  return detail::FindNode(start_, std::string(path_.Text())) != nullptr ||
+  return detail::FindNode(start_, path_.CText()) != nullptr ||
          (path_.HasNumber() && FindSection().exists());
 }
 
 inline Value Item::value() const {
-  void* node = detail::FindNode(start_, std::string(path_.Text()));
+  void* node = detail::FindNode(start_, path_.CText());
   const int kind = zonxGetKind(node);
   if (kind == ZONX_KEYWORD || kind == ZONX_DEFINITION) return Value(detail::FindNode(node, "[1]"));
   return Value(kind > ZONX_DEFINITION ? node : nullptr);
@@ -1753,7 +1754,9 @@ inline bool Item::remove() {
 }
 
 inline Error Item::error(const std::string& message, const std::string& hint) const {
-  return detail::MakeError(start_, path_.AsValue(), ZONX_OK, "", message, hint);
+  const bool isSection = !value().exists() && FindSection().exists();
+  return detail::MakeError(start_, isSection ? path_.AsSection() : path_.AsValue(), ZONX_OK, "",
+                           message, hint);
 }
 
 /* ---- Files ---------------------------------------------------------------------------------------- */

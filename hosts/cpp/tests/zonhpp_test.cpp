@@ -351,6 +351,9 @@ TEST_F(Hpp, ErrorsHaveThePlace) {
       {Place([&] { throw file["Run"]["Weights"][9].error("few"); }), "0 4:3"},
       {Place([&] { throw file["Quay"][2]["Berth"]["Draught"].error("none"); }), "0 22:1"},
       {Place([&] { throw file.section("Quay:3").error("far"); }), "0 23:1"},
+      {Place([&] { throw file["Quay"][3].error("far"); }), "0 23:1"},
+      {Place([&] { throw file["Run"].error("short"); }), "0 1:1"},
+      {Place([&] { throw file.keyword("Run/Weights").error("few"); }), "0 4:3"},
       {Place([&] { throw file["Run"]["Weights"][3].value().error("long"); }), "0 4:21"}};
   for (const auto& [place, expected] : rows)
     EXPECT_EQ(place, expected) << &expected - &rows[0].second;
