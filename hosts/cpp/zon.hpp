@@ -255,10 +255,11 @@ template <class T>
 constexpr bool kIsReadable = kIsOneOf<T, bool, int, long, long long, float, double, std::string,
                                       std::string_view, std::filesystem::path>;
 
-// The types of n in [n].
+// The types of n in [n]: integers, but no characters.
 template <class T>
 constexpr bool kIsNumber =
-    std::is_integral_v<T> && !kIsOneOf<T, bool, char, wchar_t, char16_t, char32_t>;
+    kIsOneOf<T, signed char, unsigned char, short, unsigned short, int, unsigned int, long,
+             unsigned long, long long, unsigned long long>;
 
 // Every class that converts to the types that can be read.
 struct Convertible {};

@@ -133,6 +133,9 @@ static_assert(kTakes<int> && kTakes<unsigned long long> && kTakes<bool> && kTake
               kTakes<std::set<std::string>> && kTakes<std::vector<bool>>);
 static_assert(!kTakes<char> && !kTakes<long double> && !kTakes<std::nullptr_t> && !kTakes<void*> &&
               !kTakes<std::vector<char>> && !kTakes<std::map<int, int>>);
+#if defined(__cpp_char8_t)
+static_assert(!kTakes<char8_t> && !kTakes<decltype(u8"x")> && !kTakes<std::u8string>);
+#endif
 template <class T>
 constexpr bool kGives = std::is_convertible_v<zon::Item, T>;
 static_assert(kGives<bool> && kGives<long> && kGives<float> && kGives<std::string> &&
