@@ -1211,7 +1211,7 @@ inline int Narrow(long long wide, long& value) {
   return ZONX_OK;
 }
 inline int Narrow(double wide, float& value) {
-  constexpr double kMax = std::numeric_limits<float>::max();
+  constexpr auto kMax = static_cast<double>(std::numeric_limits<float>::max());
   if (wide < -kMax || wide > kMax) return ZONX_OUT_OF_RANGE;
   value = static_cast<float>(wide);
   return value == 0 && wide != 0 ? ZONX_OUT_OF_RANGE : ZONX_OK;
@@ -1336,14 +1336,15 @@ std::vector<T> ReadValues(void* start, const char* path) {
   }
 }
 
-// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116.
+// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116. Where these digits, read
+// as a double, round to another float, as those of 7.038531e-26f do, it has more digits.
 inline double WidenByDigits(float value) {
 #if defined(__cpp_lib_to_chars)
   char digits[64];
   const auto end = std::to_chars(digits, digits + sizeof digits, value);
-  double wide = value;
+  double wide = 0;
   std::from_chars(digits, end.ptr, wide);
-  return wide;
+  return static_cast<float>(wide) == value ? wide : static_cast<double>(value);
 #else
   return static_cast<double>(value);
 #endif

@@ -410,6 +410,7 @@ TEST_F(Hpp, ValuesAreWritten) {
       {[](zon::Item k) { k = 0.1; }, "0.1"},
       {[](zon::Item k) { k = 0.1F; }, "0.1"},
       {[](zon::Item k) { k = -1e-40F; }, "-1e-40"},
+      {[](zon::Item k) { k = 7.038531e-26F; }, "7.038530691851209e-26"},
       {[](zon::Item k) { k = std::numeric_limits<float>::max(); }, "3.4028235e+38"},
       {[](zon::Item k) { k = "it's"; }, "'it''s'"},
       {[](zon::Item k) { k = std::string_view("xyz", 2); }, "'xy'"},
