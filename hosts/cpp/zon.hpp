@@ -1915,6 +1915,14 @@ inline void merge(File& target, const File& overlay) {
 
 }  // namespace ZON_V1
 }  // namespace zon
+
+// For C++20: file.sections("Quay") | std::views::filter(...); an iterator may outlive its range.
+#if defined(__cpp_lib_ranges)
+template <class View>
+inline constexpr bool std::ranges::enable_view<zon::Range<View>> = true;
+template <class View>
+inline constexpr bool std::ranges::enable_borrowed_range<zon::Range<View>> = true;
+#endif
 /// @endcond
 
 #if defined(__GNUC__) && !defined(__clang__)

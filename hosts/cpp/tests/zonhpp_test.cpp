@@ -8,6 +8,9 @@
 #include <limits>
 #include <list>
 #include <map>
+#if __has_include(<ranges>)
+#include <ranges>
+#endif
 #include <set>
 #include <sstream>
 #include <thread>
@@ -116,6 +119,11 @@ constexpr bool kIsInput =
                                typename std::iterator_traits<Iterator>::reference>;
 static_assert(kIsInput<zon::Sections::iterator> && kIsInput<zon::Keywords::iterator> &&
               kIsInput<zon::Values::iterator> && kIsInput<zon::Reports::const_iterator>);
+#if defined(__cpp_lib_ranges)
+static_assert(std::ranges::view<zon::Sections> && std::ranges::borrowed_range<zon::Keywords>);
+static_assert(std::ranges::forward_range<zon::File&> && std::ranges::forward_range<zon::Section> &&
+              std::ranges::forward_range<zon::Keyword> && std::ranges::sized_range<zon::Values>);
+#endif
 
 static_assert(std::is_nothrow_move_constructible_v<zon::File> &&
               std::is_nothrow_move_assignable_v<zon::File> &&
