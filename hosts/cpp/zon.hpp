@@ -768,11 +768,13 @@ class ZON_TYPE File : public detail::Finds<File> {
   /** The handle, for the C interfaces. The File goes on owning it. */
   ZON_LOCAL void* handle() const;
 
-  /** A temporary File is closed before a loop over its sections begins. @{ */
+  /** A temporary File is closed before a loop over its sections or keywords begins. @{ */
   ZON_LOCAL Sections sections(detail::PathView path = {}) const&;
+  ZON_LOCAL Keywords keywords(detail::PathView path = {}) const&;
   ZON_LOCAL Sections::iterator begin() const&;
   ZON_LOCAL Sections::iterator end() const&;
   void sections(detail::PathView path = {}) const&& = delete;
+  void keywords(detail::PathView path = {}) const&& = delete;
   void begin() const&& = delete;
   void end() const&& = delete;
   /** @} */
@@ -1803,6 +1805,9 @@ inline void* File::handle() const {
 
 inline Sections File::sections(detail::PathView path) const& {
   return Finds::sections(path);
+}
+inline Keywords File::keywords(detail::PathView path) const& {
+  return Finds::keywords(path);
 }
 inline Sections::iterator File::begin() const& {
   return sections().begin();
