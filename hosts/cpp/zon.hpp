@@ -22,8 +22,8 @@
  * The case of A to Z does not count. [n] counts from 1.
  *
  * Errors. A failure throws zon::Error, out of memory std::bad_alloc. Queries of a view that is empty, or of
- * an item that is missing, do not throw: they return empty optionals, views, ranges and texts. as(), text()
- * and the conversions need a value and throw if there is none. A malformed path always throws.
+ * an item that is missing, do not throw: they return empty optionals, views, ranges and texts. as() and the
+ * conversions need a value and throw if there is none. A malformed path always throws.
  *
  * Lifetimes. A view is valid until its file is closed or its node is removed or replaced: assigning a value
  * of another kind replaces a Value. An Item is valid as long as the file or section that it was made from.
@@ -477,7 +477,7 @@ class Reads : private Convertible {
   /** Use exists(), or as<bool>(). */
   explicit operator bool() const = delete;
 
-  /** The value as it is written in a file, with quotes, bars and marks. Throws as as(). */
+  /** The value as it is written in a file, with quotes, bars and marks; empty if it is missing. */
   std::string text() const;
 
  private:
@@ -1537,7 +1537,9 @@ std::string Reads<Class>::text() const {
   const auto& self = static_cast<const Class&>(*this);
   const char* text = "";
   const int status = zonxGetText(self.Start(), self.PathOfValue(), &text);
-  if (status != ZONX_OK) FailRead(self.Start(), self.PathOfValue(), status);
+  if (status != ZONX_OK && !IsAbsent(self.Start(), status)) {
+    FailRead(self.Start(), self.PathOfValue(), status);
+  }
   return text;
 }
 
