@@ -1,5 +1,6 @@
 #include "saving/zonsavedtree.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "api/zonx.h"
@@ -58,9 +59,12 @@ void Walk(const CzonNamedNode& top, Enter&& enter, Line&& line, Leave&& leave) {
   }
 }
 
+// Sections that are nested more than some 144 deep do not load. Their text is made all the same, to be tried, and
+// must not grow with the square of their depth.
 void AppendIndentation(std::string* out, std::string_view first, std::size_t levels) {
+  constexpr std::size_t kMostLevels = 200;
   *out += first;
-  for (; levels > 0; --levels) *out += kStep;
+  for (levels = std::min(levels, kMostLevels); levels > 0; --levels) *out += kStep;
 }
 
 }  // namespace

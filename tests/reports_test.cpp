@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 #include "reports.h"
 #include "treetext.h"
@@ -46,11 +47,17 @@ struct Loaded : host::Collected {
   zonxReport first{};
 };
 
+// No aggregate: for a long array of them g++ 12 reports uninitialized texts at -O3.
+struct Input {
+  Input(const char* inputName, std::string inputText)
+      : name(inputName), text(std::move(inputText)) {}
+
+  const char* name;
+  std::string text;
+};
+
 struct Row {
-  struct {
-    const char* name;
-    std::string text;
-  } input;
+  Input input;
   Texts reports;
 };
 

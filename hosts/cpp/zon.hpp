@@ -22,8 +22,8 @@
  * The case of A to Z does not count. [n] counts from 1.
  *
  * Errors. A failure throws zon::Error, out of memory std::bad_alloc. Queries of a view that is empty, or of
- * an item that is missing, do not throw: they return empty optionals, views, ranges and texts. as(), text()
- * and the conversions need a value and throw if there is none. A malformed path always throws.
+ * an item that is missing, do not throw: they return empty optionals, views, ranges and texts. as() and the
+ * conversions need a value and throw if there is none. A malformed path always throws.
  *
  * Lifetimes. A view is valid until its file is closed or its node is removed or replaced: assigning a value
  * of another kind replaces a Value. An Item is valid as long as the file or section that it was made from.
@@ -255,10 +255,11 @@ template <class T>
 constexpr bool kIsReadable = kIsOneOf<T, bool, int, long, long long, float, double, std::string,
                                       std::string_view, std::filesystem::path>;
 
-// The types of n in [n].
+// The types of n in [n]: integers, but no characters.
 template <class T>
 constexpr bool kIsNumber =
-    std::is_integral_v<T> && !kIsOneOf<T, bool, char, wchar_t, char16_t, char32_t>;
+    kIsOneOf<T, signed char, unsigned char, short, unsigned short, int, unsigned int, long,
+             unsigned long, long long, unsigned long long>;
 
 // Every class that converts to the types that can be read.
 struct Convertible {};
@@ -476,7 +477,7 @@ class Reads : private Convertible {
   /** Use exists(), or as<bool>(). */
   explicit operator bool() const = delete;
 
-  /** The value as it is written in a file, with quotes, bars and marks. Throws as as(). */
+  /** The value as it is written in a file, with quotes, bars and marks; empty if it is missing. */
   std::string text() const;
 
  private:
@@ -724,7 +725,7 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   ZON_LOCAL bool remove();
 
   /** An error of the host, to be thrown, placed at the value; if it is missing at its keyword or, without
-   *  one, at the section around it.
+   *  one, at the section around it. Of a section at its header.
    *  @param hint  what to do about it */
   ZON_LOCAL Error error(const std::string& message, const std::string& hint = {}) const;
 
@@ -767,11 +768,13 @@ class ZON_TYPE File : public detail::Finds<File> {
   /** The handle, for the C interfaces. The File goes on owning it. */
   ZON_LOCAL void* handle() const;
 
-  /** A temporary File is closed before a loop over its sections begins. @{ */
+  /** A temporary File is closed before a loop over its sections or keywords begins. @{ */
   ZON_LOCAL Sections sections(detail::PathView path = {}) const&;
+  ZON_LOCAL Keywords keywords(detail::PathView path = {}) const&;
   ZON_LOCAL Sections::iterator begin() const&;
   ZON_LOCAL Sections::iterator end() const&;
   void sections(detail::PathView path = {}) const&& = delete;
+  void keywords(detail::PathView path = {}) const&& = delete;
   void begin() const&& = delete;
   void end() const&& = delete;
   /** @} */
@@ -983,43 +986,44 @@ inline void Throw(int status, const std::string& message) {
 }
 
 // The node of a path; null if there is none.
-inline void* FindNode(void* start, const std::string& path) {
+inline void* FindNode(void* start, const char* path) {
   void* node = nullptr;
   if (start == nullptr) return nullptr;
-  const int status = zonxFind(start, path.c_str(), &node);
-  if (status == ZONX_BAD_ARGUMENT || status == ZONX_NO_MEMORY)
-    FailRead(start, path.c_str(), status);
+  const int status = zonxFind(start, path, &node);
+  if (status == ZONX_BAD_ARGUMENT || status == ZONX_NO_MEMORY) FailRead(start, path, status);
   return node;
 }
 
-// The deepest node of a path that exists.
-inline void* FindNearest(void* start, std::string path) {
-  void* node = nullptr;
-  while (zonxFind(start, path.c_str(), &node) != ZONX_OK) {
-    const std::size_t end = path.find_last_of("[/");
-    if (end == std::string::npos) return start;
-    const bool isSection = path[end] == '/' && end + 1 < path.size();
-    path.resize(isSection ? end + 1 : end);
+// Receives a report of the library, and keeps it with other texts.
+struct Reworded {
+  static void Add(const zonxReport* report, void* context) noexcept {
+    auto* self = static_cast<Reworded*>(context);
+    zonxReport reworded = *report;
+    reworded.rule = self->rule;
+    reworded.message = self->message.c_str();
+    reworded.hint = self->hint.c_str();
+    Collector::Add(&reworded, &self->collector);
   }
-  return node;
-}
 
+  const char* rule;
+  const std::string& message;
+  const std::string& hint;
+  Collector collector;
+};
+
+// An error at the deepest node of a path that exists: there a missing value is reported.
 inline Error MakeError(void* start, const std::string& path, int status, const char* rule,
                        const std::string& message, const std::string& hint) {
-  Collector collector;
-  void* node = start != nullptr ? FindNearest(start, path) : nullptr;
-  if (node == nullptr) {
-    zonxReport report = {};
-    report.rule = rule;
-    report.message = message.c_str();
-    report.hint = hint.c_str();
-    report.relatedMessage = "";
-    Collector::Add(&report, &collector);
-  } else if (zonxReportNode(node, ZONX_ERROR, rule, message.c_str(), hint.c_str(), Collector::Add,
-                            &collector) == ZONX_NO_MEMORY) {
+  Reworded reworded = {rule, message, hint, {}};
+  if (start == nullptr) {
+    zonxReport nowhere = {};
+    nowhere.relatedMessage = "";
+    Reworded::Add(&nowhere, &reworded);
+  } else if (zonxReportPath(start, path.c_str(), ZONX_MISSING, Reworded::Add, &reworded) ==
+             ZONX_NO_MEMORY) {
     throw std::bad_alloc();
   }
-  return Error(status, collector.TakenReports());
+  return Error(status, reworded.collector.TakenReports());
 }
 
 inline std::string Quoted(std::string_view path) {
@@ -1038,7 +1042,7 @@ inline void FailRead(void* start, const char* path, int status) {
   Throw(status, collector);
 }
 
-inline void FailWrite(void* start, const char* path, int status) {
+[[noreturn]] inline void FailWrite(void* start, const char* path, int status) {
   const char* reason = "";
   const char* hint = "";
   if (status == ZONX_OUT_OF_RANGE) {
@@ -1209,7 +1213,7 @@ inline int Narrow(long long wide, long& value) {
   return ZONX_OK;
 }
 inline int Narrow(double wide, float& value) {
-  constexpr double kMax = std::numeric_limits<float>::max();
+  constexpr auto kMax = static_cast<double>(std::numeric_limits<float>::max());
   if (wide < -kMax || wide > kMax) return ZONX_OUT_OF_RANGE;
   value = static_cast<float>(wide);
   return value == 0 && wide != 0 ? ZONX_OUT_OF_RANGE : ZONX_OK;
@@ -1261,7 +1265,7 @@ inline std::string ValuePath(const char* path, std::size_t number) {
 inline bool IsEmptyList(void* start, const char* path, int status, std::size_t number) {
   if (start == nullptr) return true;
   if (status != ZONX_MISSING || number > 1) return false;
-  return number == 0 || FindNode(start, ValuePath(path, 2)) == nullptr;
+  return number == 0 || FindNode(start, ValuePath(path, 2).c_str()) == nullptr;
 }
 
 template <class Raw, class ReadRaw>
@@ -1334,14 +1338,15 @@ std::vector<T> ReadValues(void* start, const char* path) {
   }
 }
 
-// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116.
+// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116. Where these digits, read
+// as a double, round to another float, as those of 7.038531e-26f do, it has more digits.
 inline double WidenByDigits(float value) {
 #if defined(__cpp_lib_to_chars)
   char digits[64];
   const auto end = std::to_chars(digits, digits + sizeof digits, value);
-  double wide = value;
+  double wide = 0;
   std::from_chars(digits, end.ptr, wide);
-  return wide;
+  return static_cast<float>(wide) == value ? wide : static_cast<double>(value);
 #else
   return static_cast<double>(value);
 #endif
@@ -1439,8 +1444,9 @@ int WriteList(void* start, const char* path, const T& values) {
 
 /* ---- What several classes share ------------------------------------------------------------------- */
 
+// Declared inline: at -O2 g++ would otherwise call these functions, with some 70 instructions for each name.
 template <class Class>
-Item Finds<Class>::Child(PathView path) const {
+inline Item Finds<Class>::Child(PathView path) const {
   const auto& self = static_cast<const Class&>(*this);
   if constexpr (std::is_same_v<Class, Item>) {
     return path.Text().empty() ? self : Item(self, path.Text());
@@ -1452,15 +1458,15 @@ Item Finds<Class>::Child(PathView path) const {
 }
 
 template <class Class>
-Item Finds<Class>::operator[](const char* path) const {
+inline Item Finds<Class>::operator[](const char* path) const {
   return Child(path);
 }
 template <class Class>
-Item Finds<Class>::operator[](const std::string& path) const {
+inline Item Finds<Class>::operator[](const std::string& path) const {
   return Child(path);
 }
 template <class Class>
-Item Finds<Class>::operator[](std::string_view path) const {
+inline Item Finds<Class>::operator[](std::string_view path) const {
   return Child(path);
 }
 template <class Class>
@@ -1531,7 +1537,9 @@ std::string Reads<Class>::text() const {
   const auto& self = static_cast<const Class&>(*this);
   const char* text = "";
   const int status = zonxGetText(self.Start(), self.PathOfValue(), &text);
-  if (status != ZONX_OK) FailRead(self.Start(), self.PathOfValue(), status);
+  if (status != ZONX_OK && !IsAbsent(self.Start(), status)) {
+    FailRead(self.Start(), self.PathOfValue(), status);
+  }
   return text;
 }
 
@@ -1673,13 +1681,13 @@ Item Item::operator[](N n) const {
 
 inline Section Item::FindSection() const {
   if (path_.HasNumber() && path_.WithoutNumber().empty()) return Section();
-  void* const node = detail::FindNode(start_, path_.AsSection());
+  void* const node = detail::FindNode(start_, path_.AsSection().c_str());
   const Kind kind = static_cast<Kind>(zonxGetKind(node));
   return Section(kind == Kind::section || kind == Kind::file ? node : nullptr);
 }
 
 inline Keyword Item::FindKeyword() const {
-  void* const node = detail::FindNode(start_, path_.WithoutNumber());
+  void* const node = detail::FindNode(start_, path_.WithoutNumber().c_str());
   const Kind kind = static_cast<Kind>(zonxGetKind(node));
   return Keyword(kind == Kind::keyword || kind == Kind::definition ? node : nullptr);
 }
@@ -1698,12 +1706,12 @@ inline Keywords Item::FindKeywords(bool isNamed) const {
 }
 
 inline bool Item::exists() const {
-  return detail::FindNode(start_, std::string(path_.Text())) != nullptr ||
+  return detail::FindNode(start_, path_.CText()) != nullptr ||
          (path_.HasNumber() && FindSection().exists());
 }
 
 inline Value Item::value() const {
-  void* node = detail::FindNode(start_, std::string(path_.Text()));
+  void* node = detail::FindNode(start_, path_.CText());
   const int kind = zonxGetKind(node);
   if (kind == ZONX_KEYWORD || kind == ZONX_DEFINITION) return Value(detail::FindNode(node, "[1]"));
   return Value(kind > ZONX_DEFINITION ? node : nullptr);
@@ -1753,7 +1761,9 @@ inline bool Item::remove() {
 }
 
 inline Error Item::error(const std::string& message, const std::string& hint) const {
-  return detail::MakeError(start_, path_.AsValue(), ZONX_OK, "", message, hint);
+  const bool isSection = !value().exists() && FindSection().exists();
+  return detail::MakeError(start_, isSection ? path_.AsSection() : path_.AsValue(), ZONX_OK, "",
+                           message, hint);
 }
 
 /* ---- Files ---------------------------------------------------------------------------------------- */
@@ -1797,6 +1807,9 @@ inline void* File::handle() const {
 
 inline Sections File::sections(detail::PathView path) const& {
   return Finds::sections(path);
+}
+inline Keywords File::keywords(detail::PathView path) const& {
+  return Finds::keywords(path);
 }
 inline Sections::iterator File::begin() const& {
   return sections().begin();
@@ -1909,6 +1922,14 @@ inline void merge(File& target, const File& overlay) {
 
 }  // namespace ZON_V1
 }  // namespace zon
+
+// For C++20: file.sections("Quay") | std::views::filter(...); an iterator may outlive its range.
+#if defined(__cpp_lib_ranges)
+template <class View>
+inline constexpr bool std::ranges::enable_view<zon::Range<View>> = true;
+template <class View>
+inline constexpr bool std::ranges::enable_borrowed_range<zon::Range<View>> = true;
+#endif
 /// @endcond
 
 #if defined(__GNUC__) && !defined(__clang__)

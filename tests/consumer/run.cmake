@@ -42,14 +42,14 @@ function(expect_example program)
   message(STATUS "correct output: ${program}")
 endfunction()
 
-# Runs the example of zon.hpp.
+# The same of zon.hpp, also with the library that was built as a part of its project.
 function(expect_cpp_example program)
   set(libraries ${prefix}/${LIBDIR})
   if(WAY STREQUAL "add_subdirectory")
     set(libraries "")
   endif()
   run(${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libraries} ${CMAKE_COMMAND} -DPROGRAM=${program} -DWORK=${work}
-    -DHARBOUR=${SOURCE}/examples/harbour.zon -P ${SOURCE}/hosts/cpp/tests/example.cmake)
+    -DSOURCE=${SOURCE} -P ${SOURCE}/tests/consumer/example.cmake)
   message(STATUS "correct output: ${program}")
 endfunction()
 
@@ -100,7 +100,7 @@ function(compile compiler language)
   run(${compiler} ${SOURCE}/examples/hosts/host.${language} ${ARGN} -o ${work}/host_${language})
   expect(${work}/host_${language})
   if(language STREQUAL "cpp")
-    run(${compiler} ${SOURCE}/hosts/cpp/example.cpp ${ARGN} -o ${work}/example_cpp)
+    run(${compiler} ${SOURCE}/examples/hosts/run.cpp ${ARGN} -o ${work}/example_cpp)
     expect_cpp_example(${work}/example_cpp)
   endif()
 endfunction()

@@ -7,6 +7,7 @@ set(pairs
   "zon::Item a = file[\"a\"], b = (a = file[\"b\"])|zon::Item a = file[\"a\"], b = a"
   "return zon::load(\"f\").sections().empty()|return file.sections().empty()"
   "return zon::load(\"f\").sections(\"A\").empty()|return file.sections(\"A\").empty()"
+  "return zon::load(\"f\").keywords(\"A/k\").empty()|return file.keywords(\"A/k\").empty()"
   "zon::load(\"f\").begin()|file.begin()"
   "return zon::load(\"f\").warnings().empty()|return file.warnings().empty()"
   "if (file[\"a\"]) return 1|if (file[\"a\"].exists()) return 1"

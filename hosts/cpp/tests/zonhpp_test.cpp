@@ -8,6 +8,9 @@
 #include <limits>
 #include <list>
 #include <map>
+#if __has_include(<ranges>)
+#include <ranges>
+#endif
 #include <set>
 #include <sstream>
 #include <thread>
@@ -116,6 +119,11 @@ constexpr bool kIsInput =
                                typename std::iterator_traits<Iterator>::reference>;
 static_assert(kIsInput<zon::Sections::iterator> && kIsInput<zon::Keywords::iterator> &&
               kIsInput<zon::Values::iterator> && kIsInput<zon::Reports::const_iterator>);
+#if defined(__cpp_lib_ranges)
+static_assert(std::ranges::view<zon::Sections> && std::ranges::borrowed_range<zon::Keywords>);
+static_assert(std::ranges::forward_range<zon::File&> && std::ranges::forward_range<zon::Section> &&
+              std::ranges::forward_range<zon::Keyword> && std::ranges::sized_range<zon::Values>);
+#endif
 
 static_assert(std::is_nothrow_move_constructible_v<zon::File> &&
               std::is_nothrow_move_assignable_v<zon::File> &&
@@ -133,6 +141,9 @@ static_assert(kTakes<int> && kTakes<unsigned long long> && kTakes<bool> && kTake
               kTakes<std::set<std::string>> && kTakes<std::vector<bool>>);
 static_assert(!kTakes<char> && !kTakes<long double> && !kTakes<std::nullptr_t> && !kTakes<void*> &&
               !kTakes<std::vector<char>> && !kTakes<std::map<int, int>>);
+#if defined(__cpp_char8_t)
+static_assert(!kTakes<char8_t> && !kTakes<decltype(u8"x")> && !kTakes<std::u8string>);
+#endif
 template <class T>
 constexpr bool kGives = std::is_convertible_v<zon::Item, T>;
 static_assert(kGives<bool> && kGives<long> && kGives<float> && kGives<std::string> &&
@@ -175,6 +186,7 @@ TEST_F(Hpp, WhatIsMissingIsEmpty) {
   EXPECT_TRUE(depth.values<double>().empty());
   EXPECT_TRUE(depth.values().empty());
   EXPECT_FALSE(depth.value().exists());
+  EXPECT_EQ(depth.text() + file["Run"]["Empty"].text() + file["Run"].text(), "");
   const zon::Section none = file.section("Quay:4");
   EXPECT_FALSE(none.exists());
   EXPECT_EQ(none.name(), "");
@@ -190,6 +202,7 @@ TEST_F(Hpp, WhatIsMissingIsEmpty) {
   for (zon::Section section : none) ADD_FAILURE() << section.name();
   EXPECT_TRUE(zon::Keyword().values<int>().empty());
   EXPECT_EQ(zon::Value().get<int>(), std::nullopt);
+  EXPECT_EQ(zon::Value().text(), "");
   EXPECT_EQ(zon::Keyword()[2].get<int>(), std::nullopt);
 }
 
@@ -338,7 +351,6 @@ TEST_F(Hpp, ErrorsHaveThePlace) {
       {Place([&] { file["Runs"]["Cells"].as<int>(); }), "10 0:0"},
       {Place([&] { file.keyword("Run/Name").as<int>(); }), "11 8:10"},
       {Place([&] { file.keyword("Run/Name").begin()->as<int>(); }), "11 8:10"},
-      {Place([&] { file["Run"]["Empty"].text(); }), "10 6:3"},
       {Place([&] { file["Run"]["Mixed"].values<int>(); }), "11 11:14"},
       {Place([&] { file["Run"]["Gap"].values<int>(); }), "10 5:11"},
       {Place([&] { file["Run"]["Gap"].values<fs::path>(); }), "11 5:9"},
@@ -351,6 +363,9 @@ TEST_F(Hpp, ErrorsHaveThePlace) {
       {Place([&] { throw file["Run"]["Weights"][9].error("few"); }), "0 4:3"},
       {Place([&] { throw file["Quay"][2]["Berth"]["Draught"].error("none"); }), "0 22:1"},
       {Place([&] { throw file.section("Quay:3").error("far"); }), "0 23:1"},
+      {Place([&] { throw file["Quay"][3].error("far"); }), "0 23:1"},
+      {Place([&] { throw file["Run"].error("short"); }), "0 1:1"},
+      {Place([&] { throw file.keyword("Run/Weights").error("few"); }), "0 4:3"},
       {Place([&] { throw file["Run"]["Weights"][3].value().error("long"); }), "0 4:21"}};
   for (const auto& [place, expected] : rows)
     EXPECT_EQ(place, expected) << &expected - &rows[0].second;
@@ -373,6 +388,7 @@ TEST_F(Hpp, WrongPathsThrow) {
   const auto& rows = {Place([&] { file["Run"][0]; }),
                       Place([&] { file["Run"]["Weights"][-1]; }),
                       Place([&] { file["a//b"].get<int>(); }),
+                      Place([&] { file["a//b"].text(); }),
                       Place([&] { file["Run"]["Gap"][1][2][3].exists(); }),
                       Place([&] { file["Run:0"].section(); }),
                       Place([&] { file["Run"]["Gap"][1].values<int>(); }),
@@ -404,6 +420,7 @@ TEST_F(Hpp, ValuesAreWritten) {
       {[](zon::Item k) { k = 0.1; }, "0.1"},
       {[](zon::Item k) { k = 0.1F; }, "0.1"},
       {[](zon::Item k) { k = -1e-40F; }, "-1e-40"},
+      {[](zon::Item k) { k = 7.038531e-26F; }, "7.038530691851209e-26"},
       {[](zon::Item k) { k = std::numeric_limits<float>::max(); }, "3.4028235e+38"},
       {[](zon::Item k) { k = "it's"; }, "'it''s'"},
       {[](zon::Item k) { k = std::string_view("xyz", 2); }, "'xy'"},
