@@ -1,4 +1,7 @@
 // Editing: the cases that the random edits of fuzz/edit_fuzz.cpp, made beside a model, do not show.
+#include <map>
+#include <random>
+
 #include "treetext.h"
 
 namespace {
@@ -150,6 +153,130 @@ TEST(Editing, ANodeOutsideTheIndexStays) {
   // Its content may still be replaced; it gets a name, and no place in the index.
   EXPECT_EQ(zonCopy(zonNodeByNum(&section, 2), below), 1);
   EXPECT_EQ(zonSectionByNameNum(&section, "B", 2), nullptr);
+}
+
+// A section with so many children that its lists are edited in blocks, beside a model: the names of the
+// keywords and of the sections, each in order.
+class LongLists {
+ public:
+  LongLists() {
+    zonAddTarget(file_, "A");
+    section_ = zonTargetByNum(file_, 1);
+    for (int n = 0; n < 1500; ++n) Insert(n % 3 == 0, Number(n % 3 == 0));
+  }
+
+  void Change() {
+    const bool isSection = random_() % 3 == 0;
+    std::vector<std::string>& names = names_[isSection ? 1 : 0];
+    const unsigned step = static_cast<unsigned>(random_() % 3);
+    if (step == 0 || names.size() < 300) return Insert(isSection, Number(isSection));
+    const unsigned n = std::min(Number(isSection), static_cast<unsigned>(names.size()));
+    if (step == 1) {
+      const auto remove = isSection ? zoneDeleteSectionByNum : zoneDeleteKeywordByNum;
+      EXPECT_EQ(remove(section_, n), 0);
+      names.erase(names.begin() + (n - 1));
+    } else {
+      const auto rename = isSection ? zoneRenameSection : zoneRenameKeyword;
+      names[n - 1] = Name();
+      EXPECT_EQ(rename(Child(isSection, n), names[n - 1].c_str()), 0);
+    }
+  }
+
+  // Every node, found by number and by name; its number; the order of all children by what is written.
+  void Check() {
+    std::string text;
+    for (const bool isSection : {false, true}) {
+      const std::vector<std::string>& names = names_[isSection ? 1 : 0];
+      std::map<std::string, unsigned> seen;
+      for (unsigned n = 1; n <= names.size(); ++n) {
+        const std::string& name = names[n - 1];
+        void* node = Child(isSection, n);
+        const unsigned number = ++seen[name];
+        ASSERT_STREQ(zonGetName(node), name.c_str());
+        ASSERT_EQ(zonGetInstanceNo(node), static_cast<int>(number));
+        const auto find = isSection ? zonSectionByNameNum : zonKeywordByNameNum;
+        ASSERT_EQ(find(section_, name.c_str(), number), node);
+      }
+      for (const auto& [name, count] : seen) {
+        ASSERT_EQ(zonGetNoInstances(Child(isSection, FirstOf(names, name))),
+                  static_cast<int>(count));
+      }
+      ASSERT_EQ(Child(isSection, static_cast<unsigned>(names.size()) + 1), nullptr);
+    }
+    ASSERT_EQ(static_cast<std::size_t>(zonGetNoNodes(section_)),
+              names_[0].size() + names_[1].size());
+    std::size_t next[2] = {};
+    for (unsigned n = 1; void* child = zonNodeByNum(section_, n); ++n) {
+      const int kind = zonIsSection(child) ? 1 : 0;
+      ASSERT_EQ(child, Child(kind == 1, static_cast<unsigned>(++next[kind])));
+    }
+  }
+
+ private:
+  static unsigned FirstOf(const std::vector<std::string>& names, const std::string& name) {
+    return static_cast<unsigned>(std::find(names.begin(), names.end(), name) - names.begin()) + 1;
+  }
+
+  // The first, the last, the middle or any.
+  unsigned Number(bool isSection) {
+    const auto count = static_cast<unsigned>(names_[isSection ? 1 : 0].size());
+    const unsigned numbers[] = {1, count + 1, count / 2 + 1,
+                                static_cast<unsigned>(random_() % (count + 1)) + 1};
+    return numbers[random_() % 4];
+  }
+  std::string Name() { return "name" + std::to_string(random_() % 2 == 0 ? 0 : random_() % 900); }
+  void* Child(bool isSection, unsigned n) {
+    return isSection ? zonSectionByNum(section_, n) : zonKeywordByNum(section_, n);
+  }
+  void Insert(bool isSection, unsigned n) {
+    const auto insert = isSection ? zoneInsertNewSection : zoneInsertNewKeyword;
+    const std::string name = Name();
+    ASSERT_NE(insert(section_, name.c_str(), n), nullptr);
+    std::vector<std::string>& names = names_[isSection ? 1 : 0];
+    names.insert(names.begin() + (n - 1), name);
+  }
+
+  File file_{zonCreate()};
+  void* section_;
+  std::vector<std::string> names_[2];
+  std::mt19937 random_{1};
+};
+
+TEST(Editing, LongListsFollowAModel) {
+  LongLists lists;
+  for (int round = 0; round < 12 && !testing::Test::HasFatalFailure(); ++round) {
+    for (int n = 0; n < 1000; ++n) lists.Change();
+    lists.Check();
+  }
+}
+
+TEST(Editing, LongListsOfValuesFollowAModel) {
+  const File file(zonCreate());
+  zonAddTarget(file, "A");
+  zonAddKeyword(file, "k");
+  void* keyword = zonKeywordByNum(zonTargetByNum(file, 1), 1);
+  std::vector<int> model;
+  std::mt19937 random(1);
+  for (int n = 0; n < 4000; ++n) {
+    const std::size_t size = model.size();
+    const std::size_t places[] = {0, size, size / 2, random() % (size + 1)};
+    const std::size_t place = places[random() % 4];
+    if (n < 1500 || random() % 2 == 0) {
+      ASSERT_NE(zoneInsertParameterInt(keyword, static_cast<unsigned>(place) + 1, n), nullptr);
+      model.insert(model.begin() + static_cast<std::ptrdiff_t>(place), n);
+    } else if (place < size) {
+      ASSERT_EQ(zoneDeleteParameterByNum(keyword, static_cast<unsigned>(place) + 1), 0);
+      model.erase(model.begin() + static_cast<std::ptrdiff_t>(place));
+    }
+    if (n % 1000 != 999) continue;
+    ASSERT_EQ(zoneModifyParameterString(keyword, 700, "text"), 0);
+    ASSERT_EQ(zoneModifyParameterInt(keyword, 700, model[699]), 0);
+  }
+  for (std::size_t n = 0; n < model.size(); ++n) {
+    void* value = zonParamByNum(keyword, static_cast<unsigned>(n) + 1);
+    ASSERT_EQ(zonGetInt(value), model[n]);
+    ASSERT_EQ(zonGetInstanceNo(value), static_cast<int>(n) + 1);
+  }
 }
 
 TEST(Editing, CopiesReplaceTheirTarget) {

@@ -228,9 +228,22 @@ TEST_F(SizeTime, OfEdits) {
   ExpectWithin(5);
   for (int n = 0; n < kChildren; ++n) zoneInsertNewKeyword(section, "same", 0);
   EXPECT_EQ(zonGetNoInstances(zonKeywordByNameNum(section, "same", 1)), kChildren);
-  for (unsigned n = kChildren; n > 0; --n) zoneDeleteKeywordByNameNum(section, "same", n);
+  for (int n = 0; n < kChildren; ++n)
+    zoneRenameKeyword(zonKeywordByNameNum(section, "same", 1), "b");
+  for (int n = 0; n < kChildren; ++n) zoneDeleteKeywordByNameNum(section, "b", 1);
   EXPECT_EQ(zonGetNoKeywords(section), kChildren);
-  ExpectWithin(15);
+  void* keyword = zonKeywordByNum(section, 1);
+  for (int n = 0; n < kChildren; ++n) {
+    zoneInsertNewSection(section, "first", 1);
+    zoneInsertParameterInt(keyword, 1, n);
+  }
+  EXPECT_EQ(zonGetInstanceNo(zonSectionByNum(section, kChildren)), kChildren);
+  for (int n = 0; n < kChildren; ++n) {
+    zoneDeleteSectionByNum(section, 1);
+    zoneDeleteParameterByNum(keyword, 1);
+  }
+  EXPECT_EQ(zonGetNoParams(keyword), 0);
+  ExpectWithin(20);
 }
 
 TEST_F(SizeTime, OfEquivalence) {

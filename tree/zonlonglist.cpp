@@ -29,36 +29,36 @@ LongList::LongList(CzonNode* const* nodes, std::uint32_t size, bool isLabelled)
   for (std::uint32_t from = 0; from < size; from += kFirstFill) {
     Reserve();
     AddBlock(static_cast<std::uint32_t>(order_.size()));
-    Block& block = *order_.back();
+    Block& block = order_.back();
     block.size = std::min(kFirstFill, size - from);
-    std::copy_n(nodes + from, block.size, block.nodes);
+    std::copy_n(nodes + from, block.size, block.nodes.get());
   }
   Reserve();
   // From here on nothing fails: nodes must not have labels of a list that was not made.
   size_ = size;
-  for (const auto& block : order_) Label(*block, 0);
+  for (const Block& block : order_) Label(block, 0);
   MakeSums();
 }
 
 CzonNode* LongList::At(std::uint32_t place) const {
   const Spot spot = SpotOf(place);
-  return order_[spot.block]->nodes[spot.at];
+  return order_[spot.block].nodes[spot.at];
 }
 
 void LongList::Set(std::uint32_t place, CzonNode* node) {
   const Spot spot = SpotOf(place);
-  order_[spot.block]->nodes[spot.at] = node;
-  Label(*order_[spot.block], spot.at);
+  order_[spot.block].nodes[spot.at] = node;
+  if (isLabelled_) NodeAccess::SetLabel(*node, order_[spot.block].number);
 }
 
 // A block that is split has room for half a block.
 void LongList::Reserve(std::uint32_t count) {
   const std::size_t blocks = (std::size_t{count} + kBlock / 2 - 1) / (kBlock / 2);
   MakeRoom(spares_, std::max(blocks, std::size_t{1}));
-  while (spares_.size() < blocks) spares_.push_back(std::make_unique<Block>());
+  while (spares_.size() < blocks) spares_.emplace_back(new CzonNode*[kBlock]);
   MakeRoom(order_, order_.size() + blocks);
-  MakeRoom(byNumber_, byNumber_.size() + blocks);
-  MakeRoom(freeNumbers_, byNumber_.size() + blocks);
+  MakeRoom(places_, places_.size() + blocks);
+  MakeRoom(freeNumbers_, places_.size() + blocks);
   MakeRoom(sums_, order_.size() + blocks + 1);
 }
 
@@ -68,13 +68,14 @@ void LongList::Insert(std::uint32_t place, CzonNode* node) {
     MakeSums();
   }
   Spot spot = SpotOf(place);
-  if (order_[spot.block]->size == kBlock) {
+  if (order_[spot.block].size == kBlock) {
     Split(spot.block);
     spot = SpotOf(place);
   }
-  Block& block = *order_[spot.block];
-  std::copy_backward(block.nodes + spot.at, block.nodes + block.size, block.nodes + block.size + 1);
-  block.nodes[spot.at] = node;
+  Block& block = order_[spot.block];
+  CzonNode** const nodes = block.nodes.get();
+  std::copy_backward(nodes + spot.at, nodes + block.size, nodes + block.size + 1);
+  nodes[spot.at] = node;
   ++block.size;
   ++size_;
   if (isLabelled_) NodeAccess::SetLabel(*node, block.number);
@@ -83,8 +84,9 @@ void LongList::Insert(std::uint32_t place, CzonNode* node) {
 
 void LongList::Erase(std::uint32_t place) {
   const Spot spot = SpotOf(place);
-  Block& block = *order_[spot.block];
-  std::copy(block.nodes + spot.at + 1, block.nodes + block.size, block.nodes + spot.at);
+  Block& block = order_[spot.block];
+  CzonNode** const nodes = block.nodes.get();
+  std::copy(nodes + spot.at + 1, nodes + block.size, nodes + spot.at);
   --block.size;
   --size_;
   AddToSums(spot.block, -1);
@@ -94,23 +96,27 @@ void LongList::Erase(std::uint32_t place) {
   if (spot.block > 0) MergeWithNext(spot.block - 1);
 }
 
-bool LongList::Find(const CzonNode& node, Spot& spot) const {
+// Null for a label that is not of this list.
+const LongList::Block* LongList::BlockOf(const CzonNode& node) const {
   const std::uint32_t label = NodeAccess::GetLabel(node);
-  const Block* block = label < byNumber_.size() ? byNumber_[label] : nullptr;
+  return label < places_.size() && places_[label] != kNone ? &order_[places_[label]] : nullptr;
+}
+
+bool LongList::Find(const CzonNode& node, Spot& spot) const {
+  const Block* block = BlockOf(node);
   if (block == nullptr) return false;
-  CzonNode* const* const end = block->nodes + block->size;
-  CzonNode* const* const found = std::find(block->nodes, end, &node);
-  spot = {block->place, static_cast<std::uint32_t>(found - block->nodes)};
-  return found != end;
+  CzonNode* const* const found = std::find(block->begin(), block->end(), &node);
+  spot = {places_[block->number], static_cast<std::uint32_t>(found - block->begin())};
+  return found != block->end();
 }
 
 bool LongList::IsBefore(const CzonNode& node, Spot spot) const {
-  const std::uint32_t label = NodeAccess::GetLabel(node);
-  if (label >= byNumber_.size() || byNumber_[label] == nullptr) return false;  // of another list
-  const Block& block = *byNumber_[label];
-  if (block.place != spot.block) return block.place < spot.block;
-  CzonNode* const* const nodes = block.nodes;
-  return std::find(nodes, nodes + spot.at, &node) != nodes + spot.at;
+  const Block* block = BlockOf(node);
+  if (block == nullptr) return false;
+  const std::uint32_t place = places_[block->number];
+  if (place != spot.block) return place < spot.block;
+  CzonNode* const* const end = block->begin() + spot.at;
+  return std::find(block->begin(), end, &node) != end;
 }
 
 // The end of the list is the end of its last block. Most places are in the block of the last one; for
@@ -118,9 +124,9 @@ bool LongList::IsBefore(const CzonNode& node, Spot spot) const {
 LongList::Spot LongList::SpotOf(std::uint32_t place) const {
   const std::size_t count = order_.size();
   if (place >= size_) {
-    return {static_cast<std::uint32_t>(count - 1), order_.back()->size};
+    return {static_cast<std::uint32_t>(count - 1), order_.back().size};
   }
-  if (place >= found_.at && place - found_.at < order_[found_.block]->size) {
+  if (place >= found_.at && place - found_.at < order_[found_.block].size) {
     return {found_.block, place - found_.at};
   }
   const std::uint32_t wanted = place;
@@ -144,49 +150,43 @@ std::uint32_t LongList::PlaceOf(Spot spot) const {
 
 // Uses what Reserve has prepared. The sums are to be made anew.
 void LongList::AddBlock(std::uint32_t place) {
-  std::unique_ptr<Block> block = std::move(spares_.back());
-  spares_.pop_back();
+  auto number = static_cast<std::uint32_t>(places_.size());
   if (freeNumbers_.empty()) {
-    block->number = static_cast<std::uint32_t>(byNumber_.size());
-    byNumber_.push_back(block.get());
+    places_.push_back(place);
   } else {
-    block->number = freeNumbers_.back();
+    number = freeNumbers_.back();
     freeNumbers_.pop_back();
-    byNumber_[block->number] = block.get();
   }
-  order_.insert(order_.begin() + place, std::move(block));
+  order_.insert(order_.begin() + place, Block{std::move(spares_.back()), 0, number});
+  spares_.pop_back();
 }
 
 void LongList::DropBlock(std::uint32_t place) {
-  const std::uint32_t number = order_[place]->number;
-  byNumber_[number] = nullptr;
-  freeNumbers_.push_back(number);  // there is room for all numbers
-  if (spares_.empty()) {
-    order_[place]->size = 0;
-    spares_.push_back(std::move(order_[place]));
-  }
+  places_[order_[place].number] = kNone;
+  freeNumbers_.push_back(order_[place].number);  // there is room for all numbers
+  if (spares_.empty()) spares_.push_back(std::move(order_[place].nodes));
   order_.erase(order_.begin() + place);
   MakeSums();
 }
 
 void LongList::Split(std::uint32_t place) {
   AddBlock(place + 1);
-  Block& full = *order_[place];
-  Block& added = *order_[place + 1];
+  Block& full = order_[place];
+  Block& added = order_[place + 1];
   added.size = kBlock / 2;
   full.size -= added.size;
-  std::copy_n(full.nodes + full.size, added.size, added.nodes);
+  std::copy_n(full.nodes.get() + full.size, added.size, added.nodes.get());
   Label(added, 0);
   MakeSums();
 }
 
 void LongList::MergeWithNext(std::uint32_t place) {
   if (place + 1 >= order_.size()) return;
-  Block& block = *order_[place];
-  const Block& next = *order_[place + 1];
+  Block& block = order_[place];
+  const Block& next = order_[place + 1];
   if (block.size + next.size > kBlock / 2) return;
   const std::uint32_t from = block.size;
-  std::copy_n(next.nodes, next.size, block.nodes + from);
+  std::copy_n(next.nodes.get(), next.size, block.nodes.get() + from);
   block.size += next.size;
   Label(block, from);
   DropBlock(place + 1);
@@ -197,9 +197,8 @@ void LongList::MakeSums() {
   const std::size_t count = order_.size();
   sums_.assign(count + 1, 0);
   for (std::size_t n = 1; n <= count; ++n) {
-    Block& block = *order_[n - 1];
-    block.place = static_cast<std::uint32_t>(n - 1);
-    sums_[n] += block.size;
+    places_[order_[n - 1].number] = static_cast<std::uint32_t>(n - 1);
+    sums_[n] += order_[n - 1].size;
     const std::size_t next = n + LowestBit(n);
     if (next <= count) sums_[next] += sums_[n];
   }

@@ -7,8 +7,8 @@
 // the place of a node. Other lists of the same nodes in the same order find theirs by bisection with
 // IsBefore.
 //
-// Invariants: no block is empty; order_[n]->place == n; sums_ is a Fenwick tree over the sizes of the
-// blocks in order, counted from 1; a node of a labelled list has the number of its block.
+// Invariants: no block is empty; places_[order_[n].number] == n; sums_ is a Fenwick tree over the sizes of
+// the blocks in order, counted from 1; a node of a labelled list has the number of its block.
 // Tested by tests/edit_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #ifndef ZON_TREE_ZONLONGLIST_H
 #define ZON_TREE_ZONLONGLIST_H
@@ -26,10 +26,12 @@ class LongList {
   static constexpr std::uint32_t kBlock = 256;
 
   struct Block {
-    std::uint32_t size = 0;
-    std::uint32_t place = 0;   // among the blocks in order
-    std::uint32_t number = 0;  // the label of its nodes
-    CzonNode* nodes[kBlock];
+    CzonNode* const* begin() const { return nodes.get(); }
+    CzonNode* const* end() const { return nodes.get() + size; }
+
+    std::unique_ptr<CzonNode*[]> nodes;
+    std::uint32_t size;
+    std::uint32_t number;  // the label of its nodes
   };
 
   // A place, as that of a block and one in the block.
@@ -63,9 +65,12 @@ class LongList {
   void SetRecent(std::uint32_t place) const { recent_ = place; }
 
   // The blocks in order, for walks.
-  const std::vector<std::unique_ptr<Block>>& Blocks() const { return order_; }
+  const std::vector<Block>& Blocks() const { return order_; }
 
  private:
+  static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
+
+  const Block* BlockOf(const CzonNode& node) const;
   void AddBlock(std::uint32_t place);
   void DropBlock(std::uint32_t place);
   void Split(std::uint32_t place);
@@ -74,11 +79,11 @@ class LongList {
   void AddToSums(std::uint32_t block, std::int32_t difference);
   void Label(const Block& block, std::uint32_t from) const;
 
-  std::vector<std::unique_ptr<Block>> order_;
-  std::vector<Block*> byNumber_;  // null for a number that is free
+  std::vector<Block> order_;
+  std::vector<std::uint32_t> places_;  // of the blocks by number; kNone for a number that is free
   std::vector<std::uint32_t> freeNumbers_;
   std::vector<std::uint32_t> sums_;
-  std::vector<std::unique_ptr<Block>> spares_;  // what Reserve has prepared
+  std::vector<std::unique_ptr<CzonNode*[]>> spares_;  // what Reserve has prepared
   std::uint32_t size_ = 0;
   mutable std::uint32_t recent_ = 0;
   // The block that SpotOf has found last, and the place of its first node.

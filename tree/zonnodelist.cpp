@@ -30,9 +30,9 @@ void NodeSpan::Iterator::EnterNextBlock() {
     at_ = end_ = nullptr;
     return;
   }
-  const LongList::Block& block = *list_->Blocks()[block_];
-  at_ = block.nodes;
-  end_ = block.nodes + block.size;
+  const LongList::Block& block = list_->Blocks()[block_];
+  at_ = block.begin();
+  end_ = block.end();
 }
 
 // The guess is the place at which the node was seen last. Edits move nodes by a few places, so

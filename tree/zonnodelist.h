@@ -90,8 +90,8 @@ class NodeSpan {
 inline NodeSpan::Iterator NodeSpan::begin() const {
   if (list_ == nullptr) return {first_, first_ + size_, nullptr};
   if (size_ == 0) return {nullptr, nullptr, nullptr};
-  const LongList::Block& block = *list_->Blocks().front();
-  return {block.nodes, block.nodes + block.size, list_};
+  const LongList::Block& block = list_->Blocks().front();
+  return {block.begin(), block.end(), list_};
 }
 
 inline NodeSpan::Iterator NodeSpan::end() const {
