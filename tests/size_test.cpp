@@ -175,7 +175,7 @@ TEST(Size, DeepTreesNeedNoStack) {
   RunOnSmallStack([](void*) -> void* {
     CzonTargetList copy, named;
     auto root = std::make_unique<CzonTargetList>();
-    EXPECT_EQ(Deepen(&named, 10000)->GetNameGlb().size(), 19999U);
+    EXPECT_EQ(Deepen(&named, 100000)->GetNameGlb().size(), 199999U);  // not of each level
     ExpectDefault(Deepen(root.get(), 1), "k", kDeep - 1);
     copy.Copy(root.get());
     root.reset();

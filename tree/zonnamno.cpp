@@ -73,7 +73,7 @@ CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
 CzonNamedNode::~CzonNamedNode() {
   FreeChildren();
   if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
-  if (arena_ == nullptr) delete nameGlb_;
+  if (arena_ == nullptr) ForgetGlobalName();
   zon::Release(name_);
 }
 
@@ -108,34 +108,74 @@ void CzonNamedNode::SetName(std::string_view name) {
   zon::Assign(name_, name, arena_);
 }
 
-// Composed from the global name of the owner, and cached: a later renaming does not change it. Owners
-// without a cached name are completed first, from the top down and without recursion.
-const std::string& CzonNamedNode::GetNameGlb() const {
-  if (nameGlb_ != nullptr) return *nameGlb_;
-  std::vector<const CzonNamedNode*> incomplete;
-  const std::string* prefix = nullptr;
-  for (const CzonNamedNode *node = this, *owner; prefix == nullptr; node = owner) {
-    incomplete.push_back(node);
-    owner = node->GetOwner();
-    if (owner == nullptr || owner->GetOwner() == nullptr) break;
-    prefix = owner->IsOfLibrary() ? owner->nameGlb_ : &owner->GetNameGlb();
+// The global name of a node as it was when the name of the node, or of one below it, was first asked for: a
+// later renaming does not change it. Only a name that was asked for itself is composed, so the names of
+// deep nests do not fill the memory.
+struct zon::GlobalName {
+  std::string* text;  // the whole name, or the part of this node; as the node in the arena or owned
+  const GlobalName* outer;  // null if the text is the whole name
+};
+
+// Fixes the parts of this node and of all owners that have none, from the top down.
+const zon::GlobalName* CzonNamedNode::BeginGlobalName() const {
+  std::vector<const CzonNamedNode*> nodes;
+  const zon::GlobalName* outer = nullptr;
+  for (const CzonNamedNode* node = this; outer == nullptr; node = node->GetOwner()) {
+    outer = node->nameGlb_;
+    if (outer != nullptr) break;
+    nodes.push_back(node);
+    const CzonNamedNode* owner = node->GetOwner();
+    if (owner == nullptr || owner->GetOwner() == nullptr || !owner->IsOfLibrary()) break;
   }
-  for (; !incomplete.empty(); incomplete.pop_back()) {
-    const CzonNamedNode* node = incomplete.back();
-    std::string name;
-    if (node->GetOwner() != nullptr) {
-      const std::string_view own = node->GetKey().name;
-      if (prefix != nullptr) {
-        name.reserve(prefix->size() + 1 + own.size());
-        name.append(*prefix).append(1, '.');
-      }
-      name.append(own);
+  for (; !nodes.empty(); nodes.pop_back()) {
+    const CzonNamedNode& node = *nodes.back();
+    const CzonNamedNode* owner = node.GetOwner();
+    std::string name(owner != nullptr ? node.GetKey().name : std::string_view());
+    if (owner != nullptr && owner->GetOwner() != nullptr && !owner->IsOfLibrary()) {
+      name = owner->GetNameGlb() + '.' + name;
     }
-    node->nameGlb_ = node->arena_ != nullptr ? node->arena_->KeepString(std::move(name))
-                                             : new std::string(std::move(name));
-    prefix = node->nameGlb_;
+    zon::Arena* const arena = node.arena_;
+    if (arena != nullptr) {
+      std::string* text = arena->KeepString(std::move(name));
+      node.nameGlb_ = new (arena->Allocate(sizeof *outer)) zon::GlobalName{text, outer};
+    } else {
+      auto text = std::make_unique<std::string>(std::move(name));
+      node.nameGlb_ = new zon::GlobalName{text.get(), outer};
+      static_cast<void>(text.release());
+    }
+    outer = node.nameGlb_;
   }
-  return *nameGlb_;
+  return outer;
+}
+
+const std::string& CzonNamedNode::GetNameGlb() const {
+  const zon::GlobalName* const begun = BeginGlobalName();
+  if (begun->outer == nullptr) return *begun->text;
+  std::vector<const zon::GlobalName*> parts;
+  std::size_t size = 0;
+  for (const zon::GlobalName* part = begun; part != nullptr; part = part->outer) {
+    parts.push_back(part);
+    size += part->text->size() + 1;
+  }
+  std::string name;
+  name.reserve(size);
+  for (; !parts.empty(); parts.pop_back()) {
+    if (!name.empty() || parts.back()->outer != nullptr) name.append(1, '.');
+    name.append(*parts.back()->text);
+  }
+  nameGlb_->text->swap(name);
+  nameGlb_->outer = nullptr;
+  return *nameGlb_->text;
+}
+
+void CzonNamedNode::ForgetGlobalName() {
+  if (nameGlb_ != nullptr && arena_ == nullptr) {
+    delete nameGlb_->text;
+    delete nameGlb_;
+  } else if (nameGlb_ != nullptr) {
+    std::string().swap(*nameGlb_->text);  // the string itself stays in the arena
+  }
+  nameGlb_ = nullptr;
 }
 
 unsigned int CzonNamedNode::GetNoNodes() const {
@@ -220,12 +260,7 @@ void CzonNamedNode::Clear() {
   if (!Has(kDeferred)) zon::Release(children_.nodes, arena_);
   children_.nodes = {};
   Set(kDeferred, false);
-  if (arena_ == nullptr) {
-    delete nameGlb_;
-  } else if (nameGlb_ != nullptr) {
-    std::string().swap(*nameGlb_);  // the string itself stays in the arena
-  }
-  nameGlb_ = nullptr;
+  ForgetGlobalName();
   flags_ = 0;
 }
 

@@ -14,6 +14,7 @@
 #include "tree/zonnodefields.h"
 
 namespace zon {
+struct GlobalName;
 struct NameKey;
 class NodeSpan;
 }  // namespace zon
@@ -130,6 +131,8 @@ class ZON_API CzonNamedNode : public CzonNode {
     zon::DeferredValues deferred;  // if kDeferred is set
   };
 
+  const zon::GlobalName* BeginGlobalName() const;
+  void ForgetGlobalName();
   void EnterArena(zon::Arena& arena);
   bool IsOfLibrary() const;
   std::string_view GetNameView() const;
@@ -152,7 +155,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void AppendCopy(CzonNode* child);
 
   ChildFields children_ = {};
-  mutable std::string* nameGlb_ = nullptr;
+  mutable zon::GlobalName* nameGlb_ = nullptr;
   mutable zon::Text name_;
   std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint
