@@ -4,8 +4,8 @@
 // Invariants:
 //   next_ and end_ are in the current chunk, or both null. A chunk of one large piece is never current.
 //   chunks_ and kept_ are lists, the newest first. Only Clear walks them.
-//   freeBlocks_[n] is a stack of released blocks of 8 << n bytes. A released block holds the pointer to
-//   the next one in its first bytes.
+//   freeBlocks_[n] is a stack of released blocks of 8 << n bytes, freePieces_[n] one of 8 * n bytes. What is
+//   released holds the pointer to the next one in its first bytes.
 //
 // The sizes of chunks grow by kChunkSizes, so a small tree needs little memory and a large one few
 // chunks. Tested by tests/tree_test.cpp and tests/size_test.cpp; fuzz/memory_fuzz.cpp and
@@ -50,6 +50,8 @@ void Arena::Clear() {
   kept_ = nullptr;
   grown_ = 0;
   std::fill(std::begin(freeBlocks_), std::end(freeBlocks_), nullptr);
+  std::fill(std::begin(freePieces_), std::end(freePieces_), nullptr);
+  hasPieces_ = false;
 }
 
 char* Arena::AllocateFromNewChunk(std::size_t size) {
@@ -73,17 +75,40 @@ char* Arena::AllocateFromNewChunk(std::size_t size) {
   return allocated;
 }
 
+namespace {
+
+// Stacks of released memory. memcpy: it has no type, so the pointer in it cannot be read as one.
+void Push(void*& stack, void* memory) {
+  std::memcpy(memory, &stack, sizeof stack);
+  stack = memory;
+}
+
+void* Pop(void*& stack) {
+  void* const memory = stack;
+  std::memcpy(&stack, memory, sizeof stack);
+  return memory;
+}
+
+}  // namespace
+
+void* Arena::ReusePiece(std::size_t size) {
+  void*& pieces = freePieces_[std::min(size, kLargestPiece) / 8];
+  return size <= kLargestPiece && pieces != nullptr ? Pop(pieces) : Allocate(size);
+}
+
+void Arena::ReleasePiece(void* piece, std::size_t size) {
+  if (size > kLargestPiece) return;
+  Push(freePieces_[size / 8], piece);
+  hasPieces_ = true;
+}
+
 void* Arena::AllocateBlock(unsigned power) {
-  void* block = freeBlocks_[power];
-  if (block == nullptr) return Allocate(std::size_t{8} << power);
-  // memcpy: a released block has no type, so the pointer in it cannot be read as one.
-  std::memcpy(&freeBlocks_[power], block, sizeof(void*));
-  return block;
+  void*& blocks = freeBlocks_[power];
+  return blocks != nullptr ? Pop(blocks) : Allocate(std::size_t{8} << power);
 }
 
 void Arena::ReleaseBlock(void* block, unsigned power) {
-  std::memcpy(block, &freeBlocks_[power], sizeof(void*));
-  freeBlocks_[power] = block;
+  Push(freeBlocks_[power], block);
 }
 
 void* AllocateBlock(Arena* arena, unsigned power) {
@@ -101,12 +126,25 @@ void ReleaseBlock(Arena* arena, void* block, unsigned power) {
   }
 }
 
+namespace {
+
+// The origin, the text and a zero, in whole pieces.
+std::size_t SizeOfCopy(std::size_t size) {
+  return (sizeof(const char*) + size + 1 + 7) & ~std::size_t{7};
+}
+
+}  // namespace
+
 const char* Arena::CopyText(std::string_view text, const char* origin) {
-  char* copy = AllocateBytes(sizeof origin + text.size() + 1) + sizeof origin;
+  char* copy = static_cast<char*>(AllocatePiece(SizeOfCopy(text.size()))) + sizeof origin;
   std::memcpy(copy - sizeof origin, &origin, sizeof origin);
   if (!text.empty()) std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = '\0';
   return copy;
+}
+
+void Arena::ReleaseText(std::string_view copy) {
+  ReleasePiece(const_cast<char*>(copy.data()) - sizeof(const char*), SizeOfCopy(copy.size()));
 }
 
 KeptString* Arena::KeepString(std::string text, const char* origin) {

@@ -1,7 +1,7 @@
 // The memory of one tree: nodes, their small arrays and their texts.
 //
-// A bump allocator over a list of growing chunks. Only arrays are released singly, to a free list for
-// their size; Clear releases all the rest. So making a node costs a few nanoseconds and closing a file
+// A bump allocator over a list of growing chunks. Arrays, and what editing deletes, are released singly, to
+// a free list for their size; Clear releases all the rest. So making a node costs a few nanoseconds and closing a file
 // a few calls. The arena runs no destructors but those of the strings it keeps: an
 // owner that puts another object with a destructor into it must run that (CzonNode::Free).
 // Tested by tests/tree_test.cpp and by the tests that refuse memory.
@@ -58,6 +58,10 @@ class Arena {
     return allocated;
   }
 
+  // The same as Allocate, from what was released if there is a piece of this size.
+  void* AllocatePiece(std::size_t size) { return hasPieces_ ? ReusePiece(size) : Allocate(size); }
+  void ReleasePiece(void* piece, std::size_t size);
+
   // Allocates 8 << power bytes for a growing array. A released block serves the next array of its
   // size, so arrays that grow and shrink again and again do not fill the arena.
   void* AllocateBlock(unsigned power);
@@ -66,6 +70,7 @@ class Arena {
   // Copies the text and appends a zero. `origin` says where the characters come from, null for
   // nowhere; it is in the eight bytes before the copy, see OriginOfCopy.
   const char* CopyText(std::string_view text, const char* origin = nullptr);
+  void ReleaseText(std::string_view copy);
 
   // Keeps a string for as long as the arena lives.
   KeptString* KeepString(std::string text, const char* origin = nullptr);
@@ -74,14 +79,19 @@ class Arena {
   struct Chunk;
   struct Kept;
 
+  static constexpr std::size_t kLargestPiece = 256;
+
   char* AllocateFromNewChunk(std::size_t size);
+  void* ReusePiece(std::size_t size);
 
   char* next_ = nullptr;
   char* end_ = nullptr;
   Chunk* chunks_ = nullptr;
   Kept* kept_ = nullptr;
   void* freeBlocks_[40] = {};  // by power; each block begins with a pointer to the next
-  std::size_t grown_ = 0;      // how many chunks were allocated for more than one piece
+  void* freePieces_[kLargestPiece / 8 + 1] = {};  // by size / 8
+  bool hasPieces_ = false;
+  std::size_t grown_ = 0;  // how many chunks were allocated for more than one piece
 };
 
 // The same for owners that may have no arena: then malloc allocates the block.

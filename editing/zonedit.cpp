@@ -80,8 +80,9 @@ void DeleteNode(CzonNode& node) {
   }
   RequireFiled(node);
   LeaveNode(node);
+  Arena* const arena = NodeAccess::GetArena(*node.GetTopNode());
   NodeAccess::Unfile(&node);
-  NodeAccess::Free(&node);
+  NodeAccess::Discard(&node, arena);
 }
 
 void RenameNode(CzonNamedNode& node, std::string_view name) {
@@ -92,8 +93,9 @@ void RenameNode(CzonNamedNode& node, std::string_view name) {
 namespace {
 
 void PutInPlace(CzonNode& old, CzonParam* by) {
+  Arena* const arena = NodeAccess::GetArena(*old.GetTopNode());
   NodeAccess::Replace(&old, by);
-  NodeAccess::Free(&old);
+  NodeAccess::Discard(&old, arena);
 }
 
 }  // namespace

@@ -325,6 +325,26 @@ TEST_F(SizeTime, OfComparingChains) {
   ExpectWithin(60);
 }
 
+// What the builder adds and editing deletes again does not fill the memory of an open file.
+TEST(Size, MemoryOfDeletedNodesIsUsedAgain) {
+  const auto cycle = [](int times) {
+    const File file(zonCreate());
+    zonAddTarget(file, "A");
+    void* target = zonTargetByNum(file, 1);
+    for (int n = 0; n < times; ++n) {
+      zonAddSection(file, "a section");
+      zonAddKeyword(file, "keyword");
+      zonAddInt(file, n);
+      zonAddString(file, "a text that is copied");
+      zonEndSection(file);
+      EXPECT_EQ(zoneDeleteSectionByNum(target, 1), 0);
+    }
+    EXPECT_EQ(zonPeekErrorGlb(), 0);
+  };
+  const rusage few = RunApart([&] { cycle(1000); }), many = RunApart([&] { cycle(200000); });
+  EXPECT_LT(many.ru_maxrss, few.ru_maxrss + 4096) << "in KiB";
+}
+
 // The peak memory of a process that loads a file and asks for every value in it.
 TEST(Size, MemoryGrowsWithTheFile) {
   if (!kIsRelease) GTEST_SKIP() << "of release builds only";

@@ -105,7 +105,9 @@ zon::NameKey CzonNamedNode::MakeKey() const {
 }
 
 void CzonNamedNode::SetName(std::string_view name) {
+  const void* const former = name_.where;
   zon::Assign(name_, name, arena_);
+  if (arena_ != nullptr && name_.where != former) Set(kOwnText);
 }
 
 // The global name of a node as it was when the name of the node, or of one below it, was first asked for: a

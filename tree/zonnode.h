@@ -176,6 +176,7 @@ class ZON_API CzonNode : public CzonBase {
     kLostNumbers = 1024,  ///< of keywords: a Copy has reset the number of a value
     kUnnumbered = 4096,   ///< the instance number is made, or counted, when it is asked for
     kNumberLost = 8192,   ///< of nodes whose number is counted: a Copy has reset it to 0
+    kOwnText = 16384,     ///< the name or text is a copy in the arena that only this node has
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
@@ -195,6 +196,8 @@ class ZON_API CzonNode : public CzonBase {
   friend class CzonNamedNode;
   friend struct zon::NodeAccess;
 
+  static constexpr unsigned kSizeShift = 24;
+
   static void Free(CzonNode* node);
   bool NeedsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
   void SetRemark(std::string_view text, zon::Arena* arena);
@@ -205,7 +208,7 @@ class ZON_API CzonNode : public CzonBase {
   CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
   std::string* remark_ = nullptr;
   std::int32_t instance_ = 0;
-  std::uint32_t bits_ = 0;  // of Bits
+  std::uint32_t bits_ = 0;  // of Bits; from kSizeShift on the size in an arena, in units of 8 bytes
 };
 
 #endif

@@ -29,13 +29,15 @@ struct NodeAccess {
   // Makes a node in the arena. Free is to be called for it: it may own memory outside the arena.
   template <class T, class... Arguments>
   static T* Make(Arena& arena, Arguments... arguments) {
-    void* place = arena.Allocate(sizeof(T));
+    void* place = arena.AllocatePiece(sizeof(T));
     T* node;
     if constexpr (sizeof...(arguments) == 0) {
       node = new (place) T;  // without parentheses: nothing is cleared first
     } else {
       node = new (place) T(arguments...);
     }
+    static_assert(sizeof(T) % 8 == 0 && sizeof(T) / 8 < 256);
+    node->CzonNode::bits_ |= std::uint32_t{sizeof(T) / 8} << CzonNode::kSizeShift;
     if constexpr (std::is_base_of_v<CzonNamedNode, T>) {
       node->EnterArena(arena);
     } else {
@@ -46,6 +48,10 @@ struct NodeAccess {
 
   // Deletes a node. One in an arena is only destroyed, and only if it owns memory outside.
   static void Free(CzonNode* node) { CzonNode::Free(node); }
+
+  // The same for a node that has no owner any more, while its tree lives on: what it and all below it have
+  // in the arena of the tree can be used again.
+  static void Discard(CzonNode* node, Arena* arena);
 
   static Arena* GetArena(const CzonNode& node) { return node.GetArena(); }
   static void SetRemark(CzonNode& node, std::string_view text, Arena* arena) {
@@ -334,6 +340,8 @@ struct NodeAccess {
   }
 
  private:
+  static void ReleaseText(const CzonNode& node, const Text& text, Arena& arena);
+
   // Lists and indexes are completed by queries.
   static CzonNamedNode* Mutable(const CzonNamedNode& owner) {
     return const_cast<CzonNamedNode*>(&owner);

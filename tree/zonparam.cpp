@@ -60,7 +60,9 @@ void CzonParam::NoteOwnedText() const {
 }
 
 void CzonParam::SetText(std::string_view text, zon::Arena* arena) {
+  const void* const former = text_.where;
   zon::Assign(text_, text, arena);
+  if (arena != nullptr && text_.where != former) Set(kOwnText);
   NoteOwnedText();
 }
 

@@ -18,6 +18,7 @@
 #include "base/zonchars.h"
 #include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
+#include "tree/zonparam.h"
 
 namespace zon {
 namespace {
@@ -136,6 +137,38 @@ void NodeAccess::Unfile(CzonNode* child) {
   child->owner_ = nullptr;
   if (IsUnnumbered(*child)) SetNumber(*child, 0);
   owner.ChildErased(*child, place);
+}
+
+// The text of a node that nothing else refers to.
+void NodeAccess::ReleaseText(const CzonNode& node, const Text& text, Arena& arena) {
+  if (node.Has(CzonNode::kOwnText) && text.size < kKeptString) arena.ReleaseText(View(text));
+}
+
+// Iterative. Pending nodes are linked through owner_, so this cannot fail.
+void NodeAccess::Discard(CzonNode* node, Arena* arena) {
+  node->owner_ = nullptr;
+  for (CzonNode* pending = node; pending != nullptr;) {
+    CzonNode* const next = pending;
+    pending = next->owner_;
+    next->owner_ = nullptr;
+    auto* const named = IsNamed(*next) ? &Named(*next) : nullptr;
+    if (named != nullptr && IsOfLibrary(*named) && !named->Has(CzonNode::kDeferred)) {
+      for (CzonNode* child : named->Children()) {
+        child->owner_ = pending;
+        pending = child;
+      }
+      zon::Release(named->children_.nodes, named->arena_);
+    }
+    const std::size_t size = std::size_t{next->bits_ >> CzonNode::kSizeShift} * 8;
+    if (size == 0 || arena == nullptr) {
+      Free(next);
+      continue;
+    }
+    ReleaseText(*next, named != nullptr ? named->name_ : static_cast<CzonParam*>(next)->text_,
+                *arena);
+    next->~CzonNode();
+    arena->ReleasePiece(next, size);
+  }
 }
 
 // A value is in the list of children only, and the list keeps its size: this cannot fail.
