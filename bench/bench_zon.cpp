@@ -100,6 +100,7 @@ int main(int count, char** arguments) {
   bench::AddRows();
   bench::AddZonxRows();
   bench::AddHppRows();
+  bench::AddEditRows();
   if (count == 5 && std::string(arguments[1]) == "--memory") {
     return bench::MemoryMain(arguments[2], arguments[3], arguments[4]);
   }

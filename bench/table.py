@@ -73,13 +73,22 @@ GOALS = [
     ("load", "1MB", PLAIN, 1.0),
     ("load", "10MB", PLAIN, 1.0),
     ("load", "small", PLAIN, 1.4),
-    ("load", "settings", PLAIN, None),
+    ("load", "settings", PLAIN, 1.1),
+    ("load", "settings1MB", PLAIN, 0.7),
+    ("load", "settings10MB", PLAIN, 0.8),
     ("first", "100KB", PLAIN, 1.1),
     ("read", "1MB", PLAIN, 1.1),
     ("read", "10MB", PLAIN, 1.1),
+    ("read", "settings", PLAIN, 1.2),
+    ("read", "settings1MB", PLAIN, 1.1),
     ("lookup", "1MB", NAMED, 1.0),
+    ("find", "settings", ["jansson"], 1.2),
+    ("find", "settings1MB", ["jansson"], 1.0),
+    ("find", "settings10MB", ["jansson"], 0.8),
     ("write", "1MB", WRITERS, 0.85),
     ("write", "10MB", WRITERS, 0.85),
+    ("write", "settings", PLAIN, 0.9),
+    ("write", "settings1MB", PLAIN, 0.8),
     ("build", "1MB", ["nlohmann"], 1.0),
 ]
 
@@ -121,11 +130,34 @@ def alone(results):
     print()
 
 
+def matrix_cell(results, counter):
+    return lambda name: results.get(name, counter)
+
+
+def growth(results):
+    """How much longer a million edits take than half of them, at most."""
+    worst = None
+    for name in results.rows:
+        if not name.startswith("edit/"):
+            continue
+        for counter in ["insert", "rename", "delete"]:
+            whole = results.get(name, counter)
+            half = results.get(name.replace("edit/", "edithalf/"), counter)
+            if whole and half:
+                worst = max(worst or (0, ""), (whole / half, f"{counter}, {name.split('/')[2]}"))
+    if worst:
+        print(f"- a million edits over half a million, at most: {worst[0]:.2f} ({worst[1]})\n")
+
+
 def main():
     results = Results(read(sys.argv[1]))
     goals(results)
     alone(results)
-    matrix(results, "ns per value", results.ns, lambda action: action != "memory")
+    matrix(results, "ns per value", results.ns, lambda action: action not in ("memory", "edit", "edithalf"))
+    for counter in ["insert", "rename", "delete"]:
+        million = matrix_cell(results, counter)
+        matrix(results, f"{counter} a million: seconds", million, lambda action: action == "edit")
+    growth(results)
     for counter, title in [("resident_per_value", "bytes per value, resident"), ("peak_per_value", "bytes per value, peak")]:
         matrix(results, title, lambda name: results.get(name, counter), lambda action: action == "memory")
 

@@ -8,7 +8,8 @@
 namespace bench {
 
 void AddZonxRows();
-void AddHppRows();  // in hpprows.cpp
+void AddHppRows();   // in hpprows.cpp
+void AddEditRows();  // in editrows.cpp
 
 // A file of lists of numbers, of 10 MB, as a parameter file or as JSON, and how many numbers it has.
 std::string FileOfLists(bool json);

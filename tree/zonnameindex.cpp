@@ -43,7 +43,7 @@ struct NameQueue {
   std::uint32_t lossesSeen : 30;
 };
 
-struct NameEntry {
+struct IndexedName {
   union {
     CzonNode* node;    // null: a free place of a hash table
     NameQueue* queue;  // if hasQueue
@@ -80,15 +80,15 @@ FoldedName FoldedNameOf(const CzonNamedNode& node) {
 
 // ---- Entries --------------------------------------------------------------------------------------
 
-bool IsFree(const NameEntry& entry) {
+bool IsFree(const IndexedName& entry) {
   return entry.node == nullptr;
 }
 
-NodeSpan NodesOf(const NameEntry& entry) {
+NodeSpan NodesOf(const IndexedName& entry) {
   return entry.hasQueue != 0 ? NodeSpan(entry.queue->nodes) : NodeSpan(&entry.node, 1);
 }
 
-std::string_view NameOf(const NameEntry& entry) {
+std::string_view NameOf(const IndexedName& entry) {
   if (entry.hasQueue != 0 && entry.queue->name != nullptr) return *entry.queue->name;
   return NodeAccess::GetNameView(Named(NodesOf(entry)[0]));
 }
@@ -97,7 +97,7 @@ std::uint32_t SizeOf(const FoldedName& name) {
   return static_cast<std::uint32_t>(std::min<std::size_t>(name.name.size(), kLargestSize));
 }
 
-bool HasName(const NameEntry& entry, const FoldedName& name) {
+bool HasName(const IndexedName& entry, const FoldedName& name) {
   if (entry.hash != name.hash || entry.head != name.head || entry.tail != name.tail) return false;
   return entry.size == SizeOf(name) &&
          (name.name.size() <= kFoldedSize || EqualNoCase(NameOf(entry), name.name));
@@ -126,7 +126,7 @@ void EnsureName(NameQueue& queue, const NameKey& key) {
   if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
 }
 
-NameQueue& EnsureQueue(NameEntry& entry, Arena* arena) {
+NameQueue& EnsureQueue(IndexedName& entry, Arena* arena) {
   if (entry.hasQueue == 0) {
     entry.queue = NewQueue(entry.node, arena);
     entry.hasQueue = 1;
@@ -141,22 +141,22 @@ bool IsHashed(const NameIndex& index) {
 }
 
 // The end of the places that are initialized.
-NameEntry* EndOfPlaces(const NameIndex& index) {
+IndexedName* EndOfPlaces(const NameIndex& index) {
   return index.entries + (IsHashed(index) ? index.room : index.used);
 }
 
 // Tables are blocks of 8 << power bytes, with 32 bytes for each entry.
 unsigned TablePower(std::uint32_t room) {
-  static_assert(sizeof(NameEntry) == 32);
+  static_assert(sizeof(IndexedName) == 32);
   unsigned power = 2;
   for (; room > 1; room /= 2) ++power;
   return power;
 }
 
-NameEntry* FindEntry(const NameIndex& index, const FoldedName& name) {
-  NameEntry* const entries = index.entries;
+IndexedName* FindEntry(const NameIndex& index, const FoldedName& name) {
+  IndexedName* const entries = index.entries;
   if (!IsHashed(index)) {
-    for (NameEntry* entry = entries; entry != entries + index.used; ++entry) {
+    for (IndexedName* entry = entries; entry != entries + index.used; ++entry) {
       if (HasName(*entry, name)) return entry;
     }
     return nullptr;
@@ -168,7 +168,7 @@ NameEntry* FindEntry(const NameIndex& index, const FoldedName& name) {
   return nullptr;
 }
 
-NameEntry* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
+IndexedName* FindFreePlace(const NameIndex& index, std::uint32_t hash) {
   if (!IsHashed(index)) return index.entries + index.used;
   const std::uint32_t mask = index.room - 1;
   std::uint32_t at = hash & mask;
@@ -182,10 +182,10 @@ void GrowTable(NameIndex& index, std::uint32_t names, Arena* arena) {
   grown.room = kFirstRoom;
   while (grown.room < names) grown.room *= 2;
   if (IsHashed(grown)) grown.room = std::max(2 * grown.room, kFirstHashed);
-  grown.entries = static_cast<NameEntry*>(AllocateBlock(arena, TablePower(grown.room)));
+  grown.entries = static_cast<IndexedName*>(AllocateBlock(arena, TablePower(grown.room)));
   // Every place is initialized: a search reads places that were never used.
-  if (IsHashed(grown)) std::uninitialized_fill_n(grown.entries, grown.room, NameEntry{});
-  for (NameEntry* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
+  if (IsHashed(grown)) std::uninitialized_fill_n(grown.entries, grown.room, IndexedName{});
+  for (IndexedName* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
     if (IsFree(*entry)) continue;
     *FindFreePlace(grown, entry->hash) = *entry;
     ++grown.used;
@@ -199,8 +199,8 @@ bool IsFull(const NameIndex& index) {
 }
 
 // Removes an entry whose queue, if it has one, is released.
-void DropEntry(NameIndex& index, NameEntry* entry) {
-  NameEntry* const entries = index.entries;
+void DropEntry(NameIndex& index, IndexedName* entry) {
+  IndexedName* const entries = index.entries;
   --index.used;
   if (!IsHashed(index)) {
     *entry = entries[index.used];
@@ -221,24 +221,24 @@ void DropEntry(NameIndex& index, NameEntry* entry) {
 }
 
 // Adds an entry for the node, whose name has none.
-NameEntry& AddEntry(NameIndex& index, CzonNamedNode& node, const NameKey& key,
-                    const FoldedName& name, Arena* arena) {
+IndexedName& AddEntry(NameIndex& index, CzonNamedNode& node, const NameKey& key,
+                      const FoldedName& name, Arena* arena) {
   if (IsFull(index)) GrowTable(index, index.used + 1, arena);
-  NameEntry added = {{&node}, name.head, name.tail, name.hash, SizeOf(name) & kLargestSize, 0};
+  IndexedName added = {{&node}, name.head, name.tail, name.hash, SizeOf(name) & kLargestSize, 0};
   if (!key.isStored) {
     auto copy = std::make_unique<std::string>(key.name);
     EnsureQueue(added, arena).name = copy.release();
   }
-  NameEntry* const place = FindFreePlace(index, name.hash);
-  new (place) NameEntry(added);
+  IndexedName* const place = FindFreePlace(index, name.hash);
+  new (place) IndexedName(added);
   ++index.used;
   return *place;
 }
 
-NameEntry& FileNode(NameIndex& index, CzonNamedNode& node, Arena* arena) {
+IndexedName& FileNode(NameIndex& index, CzonNamedNode& node, Arena* arena) {
   const NameKey key = NodeAccess::GetKey(node);
   const FoldedName name = Fold(key.name);
-  NameEntry* entry = FindEntry(index, name);
+  IndexedName* entry = FindEntry(index, name);
   if (entry == nullptr) return AddEntry(index, node, key, name, arena);
   NameQueue& queue = EnsureQueue(*entry, arena);
   EnsureName(queue, key);
@@ -389,7 +389,7 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
 // ---- NameIndex ------------------------------------------------------------------------------------
 
 NodeSpan FindNamesakes(const NameIndex& index, std::string_view name) {
-  const NameEntry* entry = FindEntry(index, Fold(name));
+  const IndexedName* entry = FindEntry(index, Fold(name));
   return entry != nullptr ? NodesOf(*entry) : NodeSpan(nullptr, 0);
 }
 
@@ -399,7 +399,7 @@ void AddToIndex(NameIndex& index, CzonNamedNode& node, Arena* arena) {
 
 void Release(NameIndex& index, Arena* arena) {
   if (index.entries == nullptr) return;
-  for (NameEntry* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
+  for (IndexedName* entry = index.entries; entry != EndOfPlaces(index); ++entry) {
     if (entry->hasQueue != 0) ReleaseQueue(entry->queue, arena);
   }
   ReleaseBlock(arena, index.entries, TablePower(index.room));
@@ -432,7 +432,7 @@ std::uint32_t CountNames(NameList& list, CzonNamedNode* owner) {
 
 bool IsIndexed(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) {
   CompleteIndex(list, owner);
-  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  const IndexedName* entry = FindEntry(list.index, FoldedNameOf(node));
   if (entry == nullptr) return false;
   if (entry->hasQueue == 0) return entry->node == &node;
   const NameQueue& queue = *entry->queue;
@@ -468,7 +468,7 @@ void CompleteIndex(NameList& list, CzonNamedNode* owner) {
 }
 
 void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
-  NameEntry& entry = FileNode(list.index, node, ArenaOf(owner));
+  IndexedName& entry = FileNode(list.index, node, ArenaOf(owner));
   if (entry.hasQueue == 0) return NodeAccess::SetNumber(node, 1);  // most names are unique
   NameQueue& queue = *entry.queue;
   const std::uint32_t last = queue.nodes.size - 1;
@@ -483,7 +483,7 @@ void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
 void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
                      CzonNamedNode* owner) {
   CompleteIndex(list, owner);
-  NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  IndexedName* entry = FindEntry(list.index, FoldedNameOf(node));
   if (entry == nullptr) return AddToIndex(list, node, owner);
   NameQueue& queue = EnsureQueue(*entry, ArenaOf(owner));
   EnsureName(queue, NodeAccess::GetKey(node));
@@ -497,7 +497,7 @@ void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
 
 bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, CzonNamedNode* owner) {
   CompleteIndex(list, owner);
-  NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  IndexedName* entry = FindEntry(list.index, FoldedNameOf(node));
   if (entry == nullptr) return false;
   if (entry->hasQueue != 0) {
     NameQueue& queue = *entry->queue;
@@ -551,13 +551,13 @@ void Release(NameList& list, Arena* arena) {
 
 // The number of a single node is made anew with the queue of its name.
 void LoseNumber(NameList& list, const CzonNamedNode& node) {
-  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  const IndexedName* entry = FindEntry(list.index, FoldedNameOf(node));
   if (entry != nullptr && entry->hasQueue != 0) entry->queue->hasLostNumbers = 1;
 }
 
 void RestoreNumbers(NameList& list, const CzonNamedNode& node, CzonNamedNode* owner) {
   CompleteIndex(list, owner);
-  const NameEntry* entry = FindEntry(list.index, FoldedNameOf(node));
+  const IndexedName* entry = FindEntry(list.index, FoldedNameOf(node));
   if (entry == nullptr) return;
   if (entry->hasQueue != 0) {
     NumberQueue(*entry->queue, 0);

@@ -11,7 +11,7 @@ namespace zon {
 
 struct DeferralSource;
 class LongList;
-struct NameEntry;
+struct IndexedName;
 
 // See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
 struct __attribute__((packed, aligned(4))) Text {
@@ -34,7 +34,7 @@ struct NodeList {
 
 // See tree/zonnameindex.h.
 struct NameIndex {
-  NameEntry* entries;
+  IndexedName* entries;
   std::uint32_t used;
   std::uint32_t room;  // a power of two
 };
