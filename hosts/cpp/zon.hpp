@@ -1026,14 +1026,16 @@ inline Error MakeError(void* start, const std::string& path, int status, const c
   return Error(status, reworded.collector.TakenReports());
 }
 
+// Texts begin with a std::string here: of a literal plus a temporary one g++ 12 warns in C++20.
 inline std::string Quoted(std::string_view path) {
-  return "`" + std::string(path) + "`";
+  return std::string("`").append(path) + "`";
 }
 
 inline void FailRead(void* start, const char* path, int status) {
   if (start == nullptr) {
-    Throw(ZONX_MISSING, *path == '\0' ? "there is no such section, keyword or value"
-                                      : "there is no section to find " + Quoted(path) + " in");
+    Throw(ZONX_MISSING, *path == '\0'
+                            ? "there is no such section, keyword or value"
+                            : std::string("there is no section to find ") + Quoted(path) + " in");
   }
   Collector collector;
   if (status != ZONX_NO_MEMORY) {
@@ -1254,7 +1256,7 @@ inline int ReadBools(void* start, const char* path, int* out, std::size_t room,
 }
 
 inline std::string ValuePath(const char* path, std::size_t number) {
-  return path + ("[" + std::to_string(number) + "]");
+  return path + std::string("[") + std::to_string(number) + "]";
 }
 
 [[noreturn]] inline void FailList(void* start, const char* path, int status, std::size_t number) {
