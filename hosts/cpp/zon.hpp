@@ -68,7 +68,7 @@
 #define ZON_TYPE __attribute__((visibility("default")))
 #define ZON_LOCAL __attribute__((visibility("hidden")))
 #define ZON_V1 v1 ZON_LOCAL
-// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a class
+// NOLINTBEGIN(bugprone-macro-parentheses): the name of a class
 #define ZON_LOCAL_MEMBERS(Class)                          \
   ZON_LOCAL Class() = default;                            \
   ZON_LOCAL Class(const Class&) = default;                \
@@ -76,6 +76,7 @@
   ZON_LOCAL Class& operator=(const Class&) = default;     \
   ZON_LOCAL Class& operator=(Class&&) noexcept = default; \
   ZON_LOCAL ~Class() = default;
+// NOLINTEND(bugprone-macro-parentheses)
 /// @endcond
 
 #if defined(__GNUC__) && !defined(__clang__)
@@ -313,9 +314,7 @@ class ItemPath {
   explicit ItemPath(std::string_view path);
   ItemPath(const ItemPath& other);
   ItemPath& operator=(const ItemPath&) = delete;
-  ~ItemPath() {
-    if (text_ != room_) delete[] text_;
-  }
+  ~ItemPath() = default;
 
   // The path of a name, and of a number, below this one.
   ItemPath(const ItemPath& parent, std::string_view name);
@@ -337,6 +336,7 @@ class ItemPath {
   void EndAt(char* end);
 
   static constexpr std::size_t kRoom = 80;
+  std::unique_ptr<char[]> memory_;  // of a long path
   char* text_;
   std::size_t size_ = 0;
   std::size_t numberAt_ = 0;
@@ -1026,14 +1026,16 @@ inline Error MakeError(void* start, const std::string& path, int status, const c
   return Error(status, reworded.collector.TakenReports());
 }
 
+// Texts begin with a std::string here: of a literal plus a temporary one g++ 12 warns in C++20.
 inline std::string Quoted(std::string_view path) {
-  return "`" + std::string(path) + "`";
+  return std::string("`").append(path) + "`";
 }
 
 inline void FailRead(void* start, const char* path, int status) {
   if (start == nullptr) {
-    Throw(ZONX_MISSING, *path == '\0' ? "there is no such section, keyword or value"
-                                      : "there is no section to find " + Quoted(path) + " in");
+    Throw(ZONX_MISSING, *path == '\0'
+                            ? "there is no such section, keyword or value"
+                            : std::string("there is no section to find ") + Quoted(path) + " in");
   }
   Collector collector;
   if (status != ZONX_NO_MEMORY) {
@@ -1109,7 +1111,9 @@ inline char* CopyName(char* to, std::string_view name) {
 
 // Room for a path and its final zero.
 inline char* ItemPath::Allocate(std::size_t size) {
-  return size < kRoom ? room_ : new char[size + 1];
+  if (size < kRoom) return room_;
+  memory_.reset(new char[size + 1]);
+  return memory_.get();
 }
 
 inline void ItemPath::EndAt(char* end) {
@@ -1254,7 +1258,7 @@ inline int ReadBools(void* start, const char* path, int* out, std::size_t room,
 }
 
 inline std::string ValuePath(const char* path, std::size_t number) {
-  return path + ("[" + std::to_string(number) + "]");
+  return path + std::string("[") + std::to_string(number) + "]";
 }
 
 [[noreturn]] inline void FailList(void* start, const char* path, int status, std::size_t number) {
@@ -1413,6 +1417,7 @@ inline int WriteRawList(void* start, const char* path, const std::vector<double>
 }
 inline int WriteRawList(void* start, const char* path, const std::vector<std::string>& values) {
   std::vector<const char*> texts;
+  texts.reserve(values.size());
   for (const std::string& value : values) texts.push_back(value.c_str());
   return zonxSetStrings(start, path, texts.data(), texts.size());
 }
@@ -1449,7 +1454,8 @@ template <class Class>
 inline Item Finds<Class>::Child(PathView path) const {
   const auto& self = static_cast<const Class&>(*this);
   if constexpr (std::is_same_v<Class, Item>) {
-    return path.Text().empty() ? self : Item(self, path.Text());
+    if (path.Text().empty()) return self;
+    return Item(self, path.Text());
   } else if constexpr (std::is_same_v<Class, File>) {
     return Item(self.handle(), path);
   } else {
@@ -1740,7 +1746,8 @@ Item& Item::operator=(const T& values) {
 
 template <class T, std::enable_if_t<detail::kIsScalar<T>, int>>
 Item& Item::operator=(std::initializer_list<T> values) {
-  return operator=<std::initializer_list<T>>(values);
+  operator=<std::initializer_list<T>>(values);
+  return *this;
 }
 
 inline void Item::set_text(const std::string& text) {

@@ -423,6 +423,7 @@ TEST_F(Hpp, ValuesAreWritten) {
       {[](zon::Item k) { k = 7.038531e-26F; }, "7.038530691851209e-26"},
       {[](zon::Item k) { k = std::numeric_limits<float>::max(); }, "3.4028235e+38"},
       {[](zon::Item k) { k = "it's"; }, "'it''s'"},
+      {[](zon::Item k) { k = "\xff\xc0"; }, "'\xff\xc0'"},
       {[](zon::Item k) { k = std::string_view("xyz", 2); }, "'xy'"},
       {[](zon::Item k) { k = std::string(); }, "''"},
       {[](zon::Item k) { k = fs::path("a/b"); }, "|a/b|"},
