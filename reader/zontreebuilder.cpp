@@ -9,6 +9,7 @@
 #include "reader/zonvaluelist.h"
 #include "tree/zonclob.h"
 #include "tree/zonkeyword.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 #include "tree/zonstring.h"

@@ -7,6 +7,7 @@
 #include "reader/zonitemreader.h"
 #include "saving/zonplainlist.h"
 #include "saving/zonsavedvalue.h"
+#include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 #include "tree/zonsection.h"

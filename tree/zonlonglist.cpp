@@ -5,8 +5,6 @@
 
 #include <algorithm>
 
-#include "tree/zonnodeaccess.h"
-
 namespace zon {
 namespace {
 
@@ -23,8 +21,8 @@ std::size_t LowestBit(std::size_t n) {
 
 }  // namespace
 
-LongList::LongList(CzonNode* const* nodes, std::uint32_t size, bool isLabelled)
-    : isLabelled_(isLabelled) {
+LongList::LongList(CzonNode* const* nodes, std::uint32_t size, const NodeLabels* labels)
+    : labels_(labels) {
   constexpr std::uint32_t kFirstFill = kBlock / 2;
   for (std::uint32_t from = 0; from < size; from += kFirstFill) {
     Reserve();
@@ -48,7 +46,7 @@ CzonNode* LongList::At(std::uint32_t place) const {
 void LongList::Set(std::uint32_t place, CzonNode* node) {
   const Spot spot = SpotOf(place);
   order_[spot.block].nodes[spot.at] = node;
-  if (isLabelled_) NodeAccess::SetLabel(*node, order_[spot.block].number);
+  if (labels_ != nullptr) labels_->set(*node, order_[spot.block].number);
 }
 
 // A block that is split has room for half a block.
@@ -78,7 +76,7 @@ void LongList::Insert(std::uint32_t place, CzonNode* node) {
   nodes[spot.at] = node;
   ++block.size;
   ++size_;
-  if (isLabelled_) NodeAccess::SetLabel(*node, block.number);
+  if (labels_ != nullptr) labels_->set(*node, block.number);
   AddToSums(spot.block, 1);
 }
 
@@ -98,7 +96,7 @@ void LongList::Erase(std::uint32_t place) {
 
 // Null for a label that is not of this list.
 const LongList::Block* LongList::BlockOf(const CzonNode& node) const {
-  const std::uint32_t label = NodeAccess::GetLabel(node);
+  const std::uint32_t label = labels_->get(node);
   return label < places_.size() && places_[label] != kNone ? &order_[places_[label]] : nullptr;
 }
 
@@ -213,9 +211,9 @@ void LongList::AddToSums(std::uint32_t block, std::int32_t difference) {
 
 // Labels the nodes of the block from the place `from` on.
 void LongList::Label(const Block& block, std::uint32_t from) const {
-  if (!isLabelled_) return;
+  if (labels_ == nullptr) return;
   for (std::uint32_t at = from; at < block.size; ++at) {
-    NodeAccess::SetLabel(*block.nodes[at], block.number);
+    labels_->set(*block.nodes[at], block.number);
   }
 }
 

@@ -3,8 +3,7 @@
 // The nodes are in blocks, each of at most kBlock of them. A tree of sums finds the block of a place, so
 // an edit takes the logarithm of the number of blocks and moves the nodes of one block.
 //
-// A labelled list writes the number of its block into each node (NodeAccess::SetLabel), and so also finds
-// the place of a node. Other lists of the same nodes in the same order find theirs by bisection with
+// A labelled list writes the number of its block into each node, and so also finds the place of a node. Other lists of the same nodes in the same order find theirs by bisection with
 // IsBefore.
 //
 // Invariants: no block is empty; places_[order_[n].number] == n; sums_ is a Fenwick tree over the sizes of
@@ -20,6 +19,12 @@
 class CzonNode;
 
 namespace zon {
+
+// How nodes keep a label.
+struct NodeLabels {
+  std::uint32_t (*get)(const CzonNode& node);
+  void (*set)(CzonNode& node, std::uint32_t label);
+};
 
 class LongList {
  public:
@@ -40,8 +45,8 @@ class LongList {
     std::uint32_t at;
   };
 
-  // A list of these nodes. Throws std::bad_alloc.
-  LongList(CzonNode* const* nodes, std::uint32_t size, bool isLabelled);
+  // A list of these nodes, labelled unless `labels` is null. Throws std::bad_alloc.
+  LongList(CzonNode* const* nodes, std::uint32_t size, const NodeLabels* labels);
 
   std::uint32_t Size() const { return size_; }
   CzonNode* At(std::uint32_t place) const;
@@ -88,7 +93,7 @@ class LongList {
   mutable std::uint32_t recent_ = 0;
   // The block that SpotOf has found last, and the place of its first node.
   mutable Spot found_ = {0, 0};
-  bool isLabelled_;
+  const NodeLabels* labels_;
 };
 
 }  // namespace zon

@@ -323,7 +323,7 @@ bool PrepareMove(NodeList& nodes, std::uint32_t moved, CzonNamedNode* owner) {
   if (moved <= kLongestMove || owner == nullptr) return false;
   if (!NodeAccess::EnsureLongChildren(*owner)) return false;
   try {
-    MakeLong(nodes, false, ArenaOf(owner));
+    MakeLong(nodes, nullptr, ArenaOf(owner));
   } catch (const std::bad_alloc&) {
     return false;  // it only takes longer
   }

@@ -15,7 +15,6 @@
 
 #include "base/zonassert.h"
 #include "tree/zondeferredvalues.h"
-#include "tree/zonnameindex.h"
 #include "tree/zonnamno_inline.h"
 
 // ---- The operations of CzonNode that depend on the class of the owner -----------------------------
@@ -226,20 +225,6 @@ void CzonNamedNode::AddNode(CzonNode* node) {
   if (node != nullptr) AppendChild(node);
 }
 
-// A name that a host's class returns may change, so its node is indexed at once, by the present one.
-void CzonNamedNode::AddListed(CzonNamedNode& child) {
-  if (child.IsOfLibrary()) {
-    AppendChild(&child);
-    child.Set(kUnnumbered);
-    return;
-  }
-  zon::Reserve(EnsureChildren(), arena_);  // AppendChild below cannot fail then
-  ListChildren();
-  zon::Append(*ListOf(child), child, this);
-  AppendChild(&child);
-  ChildInserted(child, children_.nodes.size - 1);
-}
-
 void CzonNamedNode::AppendChild(CzonNode* node) {
   zon::NodeList& children = EnsureChildren();
   zon::Append(children, node, arena_);
@@ -355,19 +340,6 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
     if (children[at]->Has(kNamed)) static_cast<CzonNamedNode*>(children[at])->place_ = at;
   }
   return found;
-}
-
-// Numbers the children of the kind of this one.
-void CzonNamedNode::NumberChildren(const CzonNamedNode& child) {
-  ListChildren();
-  if (zon::NameList* list = ListOf(child)) zon::CompleteIndex(*list, this);
-}
-
-// The number of a child of a long list, or of a long queue of one name.
-int CzonNamedNode::CountNumber(const CzonNode& child) {
-  if (!child.Has(kNamed)) return static_cast<int>(PlaceOf(&child) + 1);
-  const auto& named = static_cast<const CzonNamedNode&>(child);
-  return static_cast<int>(zon::CountNumber(*ListOf(child), named, this));
 }
 
 // ---- What the classes below override --------------------------------------------------------------

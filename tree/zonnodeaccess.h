@@ -19,7 +19,6 @@
 #include "base/zonarena.h"
 #include "base/zonnumber.h"
 #include "tree/zondeferredvalues.h"
-#include "tree/zonnameindex.h"
 #include "tree/zonnamno_inline.h"
 #include "tree/zonnodetext.h"
 
@@ -125,12 +124,12 @@ struct NodeAccess {
   // The last section or keyword; null if there is none.
   template <class List>
   static CzonNode* LastSection(const List& list) {
-    const NameList& sections = list.Complete(list.sections_);
+    const auto& sections = list.Complete(list.sections_);
     return FindByNumber(sections, Count(sections));
   }
   template <class Section>
   static CzonNode* LastKeyword(const Section& section) {
-    const NameList& keywords = section.Complete(section.keywords_);
+    const auto& keywords = section.Complete(section.keywords_);
     return FindByNumber(keywords, Count(keywords));
   }
 
@@ -143,7 +142,7 @@ struct NodeAccess {
   // Whether one keyword of the section occurs twice and at least one other once.
   template <class Section>
   static bool HasOneRepeat(const Section& section) {
-    NameList& keywords = section.Complete(section.keywords_);
+    auto& keywords = section.Complete(section.keywords_);
     const std::uint32_t names = CountNames(keywords, Mutable(section));
     return names > 1 && Count(keywords) == names + 1;
   }
@@ -151,12 +150,12 @@ struct NodeAccess {
   // Whether any section of a list, or keyword of a section, has the name of another one.
   template <class List>
   static bool HasRepeatedSections(const List& list) {
-    NameList& sections = list.Complete(list.sections_);
+    auto& sections = list.Complete(list.sections_);
     return CountNames(sections, Mutable(list)) < Count(sections);
   }
   template <class Section>
   static bool HasRepeatedKeywords(const Section& section) {
-    NameList& keywords = section.Complete(section.keywords_);
+    auto& keywords = section.Complete(section.keywords_);
     return CountNames(keywords, Mutable(section)) < Count(keywords);
   }
 

@@ -122,8 +122,8 @@ void Move(NodeList& list, std::uint32_t from, std::uint32_t count, std::uint32_t
   reverse(to, from + count);
 }
 
-void MakeLong(NodeList& list, bool isLabelled, Arena* arena) {
-  auto* longList = new LongList(Places(list), list.size, isLabelled);
+void MakeLong(NodeList& list, const NodeLabels* labels, Arena* arena) {
+  auto* longList = new LongList(Places(list), list.size, labels);
   if (list.power != 0) ReleaseBlock(arena, list.block, list.power);
   list.longList = longList;
   list.power = kLong;

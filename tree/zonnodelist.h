@@ -134,9 +134,9 @@ void Append(NodeList& list, CzonNode* const* nodes, std::uint32_t count, Arena* 
 // Moves `count` nodes from one place to one before it. Cannot fail.
 void Move(NodeList& list, std::uint32_t from, std::uint32_t count, std::uint32_t to);
 
-// Makes a list that is none yet a LongList, which may be labelled. Throws std::bad_alloc, the list
-// unchanged.
-void MakeLong(NodeList& list, bool isLabelled, Arena* arena);
+// Makes a list that is none yet a LongList, labelled unless `labels` is null. Throws std::bad_alloc, the
+// list unchanged.
+void MakeLong(NodeList& list, const NodeLabels* labels, Arena* arena);
 
 // Empties the list and releases its memory.
 void Release(NodeList& list, Arena* arena);

@@ -40,8 +40,9 @@ struct ScopedText : Text {
 // The memory of a long list is not in the arena, so the owner needs its destructor.
 bool NodeAccess::EnsureLongChildren(CzonNamedNode& owner) {
   if (GetLongChildren(owner) != nullptr) return true;
+  static constexpr NodeLabels kLabels = {GetLabel, SetLabel};
   try {
-    MakeLong(owner.EnsureChildren(), true, owner.arena_);
+    MakeLong(owner.EnsureChildren(), &kLabels, owner.arena_);
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -263,6 +264,35 @@ void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
 }
 
 }  // namespace zon
+
+// ---- CzonNamedNode --------------------------------------------------------------------------------
+
+// A name that a host's class returns may change, so its node is indexed at once, by the present one.
+void CzonNamedNode::AddListed(CzonNamedNode& child) {
+  if (child.IsOfLibrary()) {
+    AppendChild(&child);
+    child.Set(kUnnumbered);
+    return;
+  }
+  zon::Reserve(EnsureChildren(), arena_);  // AppendChild below cannot fail then
+  ListChildren();
+  zon::Append(*ListOf(child), child, this);
+  AppendChild(&child);
+  ChildInserted(child, children_.nodes.size - 1);
+}
+
+// Numbers the children of the kind of this one.
+void CzonNamedNode::NumberChildren(const CzonNamedNode& child) {
+  ListChildren();
+  if (zon::NameList* list = ListOf(child)) zon::CompleteIndex(*list, this);
+}
+
+// The number of a child of a long list, or of a long queue of one name.
+int CzonNamedNode::CountNumber(const CzonNode& child) {
+  if (!child.Has(kNamed)) return static_cast<int>(PlaceOf(&child) + 1);
+  const auto& named = static_cast<const CzonNamedNode&>(child);
+  return static_cast<int>(zon::CountNumber(*ListOf(child), named, this));
+}
 
 void CzonNamedNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
