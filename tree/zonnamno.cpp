@@ -133,7 +133,7 @@ const zon::GlobalName* CzonNamedNode::BeginGlobalName() const {
     const CzonNamedNode* owner = node.GetOwner();
     std::string name(owner != nullptr ? node.GetKey().name : std::string_view());
     if (owner != nullptr && owner->GetOwner() != nullptr && !owner->IsOfLibrary()) {
-      name = owner->GetNameGlb() + '.' + name;
+      name.insert(0, 1, '.').insert(0, owner->GetNameGlb());
     }
     zon::Arena* const arena = node.arena_;
     if (arena != nullptr) {
