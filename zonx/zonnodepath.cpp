@@ -194,7 +194,7 @@ std::string ShortPathOf(const CzonNode& node) {
     std::string longer;
     AppendStep(&longer, *at, kLongest);
     if (!text.empty() && text.front() != '[') longer += '/';
-    text = longer + text;
+    text.insert(0, longer);
     if (text.size() < kLongest) continue;
     text = "..." + text.substr(text.size() - kLongest);
     break;
