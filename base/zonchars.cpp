@@ -99,16 +99,10 @@ void ForEachWord(std::string_view name, F&& add) {
 }
 
 std::uint32_t HashOfLong(const Keys& keys, std::string_view name) {
-  if (name.size() > kUsualSize) {
-    SipHash hash(keys.secret);
-    ForEachWord(name, [&hash](std::uint64_t word) { hash.Add(word); });
-    hash.Add(name.size());
-    return static_cast<std::uint32_t>(hash.Finish());
-  }
-  const std::uint64_t* key = keys.pieces;
-  std::uint64_t sum = key[0] + key[1] * name.size();
-  ForEachWord(name, [&](std::uint64_t word) { sum += Piece(key += 2, word); });
-  return static_cast<std::uint32_t>(sum >> 32);
+  SipHash hash(keys.secret);
+  ForEachWord(name, [&hash](std::uint64_t word) { hash.Add(word); });
+  hash.Add(name.size());
+  return static_cast<std::uint32_t>(hash.Finish());
 }
 
 }  // namespace
@@ -120,14 +114,16 @@ FoldedName Fold(std::string_view given) {
   const std::size_t size = name.size();
   folded.head = LowerEach(size < 8 ? LoadShort(name) : LoadEight(name.data()));
   if (size > 8) folded.tail = LowerEach(LoadEight(name.data() + size - 8));
-  if (size > kFoldedSize) {
+  if (size > kUsualSize) {
     folded.hash = HashOfLong(keys, name);
-  } else {
-    const std::uint64_t* const key = keys.pieces;
-    const std::uint64_t sum =
-        key[0] + key[1] * size + Piece(key + 2, folded.head) + Piece(key + 4, folded.tail);
-    folded.hash = static_cast<std::uint32_t>(sum >> 32);
+    return folded;
   }
+  const std::uint64_t* key = keys.pieces + 2;
+  std::uint64_t sum = keys.pieces[0] + keys.pieces[1] * size + Piece(key, folded.head);
+  for (std::size_t at = 8; at + 8 < size; at += 8) {
+    sum += Piece(key += 2, LowerEach(LoadEight(name.data() + at)));
+  }
+  folded.hash = static_cast<std::uint32_t>((sum + Piece(key + 2, folded.tail)) >> 32);
   return folded;
 }
 

@@ -72,6 +72,9 @@ class ZON_API CzonNamedNode : public CzonNode {
   /// The list in which a child of its class is filed beside the children; null for none.
   virtual zon::NameList* ListOf(const CzonNode& child);
 
+  /// The number of children that are made.
+  std::uint32_t ChildCount() const { return Has(kDeferred) ? 0 : children_.nodes.size; }
+
   /// Enters all children into their lists. May throw std::bad_alloc.
   virtual void ListChildren();
 

@@ -189,7 +189,7 @@ void CzonTargetList::ListChildren() {
 }
 
 zon::NameList& CzonTargetList::Complete(zon::NameList& list) const {
-  const_cast<CzonTargetList*>(this)->ListChildren();
+  if (listed_ < ChildCount()) const_cast<CzonTargetList*>(this)->ListChildren();
   return list;
 }
 
