@@ -20,7 +20,6 @@
 #include "tree/zonnameindex.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <new>
 
