@@ -20,7 +20,7 @@
 // ---- The operations of CzonNode that depend on the class of the owner -----------------------------
 
 CzonNamedNode* CzonNode::GetOwner() const {
-  return static_cast<CzonNamedNode*>(owner_);
+  return static_cast<CzonNamedNode*>(Owner());
 }
 
 const std::string& CzonNode::GetZonFilename() const {
@@ -43,7 +43,7 @@ int CzonNode::FindNumber() const {
 }
 
 void CzonNode::ResetNumber() {
-  if (owner_ != nullptr) {
+  if (Owner() != nullptr) {
     GetOwner()->ChildLostNumber(*this);
   } else if (instance_ != 0 && Has(kNamed)) {
     zon::CountLostNumber();
@@ -57,7 +57,7 @@ void CzonNode::ResetNumber() {
 
 zon::Arena* CzonNode::GetArena() const {
   if (!Has(kInArena)) return nullptr;
-  const CzonNode* named = Has(kNamed) ? this : owner_;
+  const CzonNode* named = Has(kNamed) ? this : Owner();
   return named != nullptr ? static_cast<const CzonNamedNode*>(named)->arena_ : nullptr;
 }
 
@@ -122,7 +122,7 @@ const zon::GlobalName* CzonNamedNode::BeginGlobalName() const {
   std::vector<const CzonNamedNode*> nodes;
   const zon::GlobalName* outer = nullptr;
   for (const CzonNamedNode* node = this; outer == nullptr; node = node->GetOwner()) {
-    outer = node->nameGlb_;
+    outer = node->FindGlobalName();
     if (outer != nullptr) break;
     nodes.push_back(node);
     const CzonNamedNode* owner = node->GetOwner();
@@ -136,15 +136,16 @@ const zon::GlobalName* CzonNamedNode::BeginGlobalName() const {
       name.insert(0, 1, '.').insert(0, owner->GetNameGlb());
     }
     zon::Arena* const arena = node.arena_;
+    zon::GlobalName*& global = const_cast<CzonNamedNode&>(node).EnsureExtras(arena).globalName;
     if (arena != nullptr) {
       std::string* text = arena->KeepString(std::move(name));
-      node.nameGlb_ = new (arena->Allocate(sizeof *outer)) zon::GlobalName{text, outer};
+      global = new (arena->Allocate(sizeof *outer)) zon::GlobalName{text, outer};
     } else {
       auto text = std::make_unique<std::string>(std::move(name));
-      node.nameGlb_ = new zon::GlobalName{text.get(), outer};
+      global = new zon::GlobalName{text.get(), outer};
       static_cast<void>(text.release());
     }
-    outer = node.nameGlb_;
+    outer = global;
   }
   return outer;
 }
@@ -164,19 +165,22 @@ const std::string& CzonNamedNode::GetNameGlb() const {
     if (!name.empty() || parts.back()->outer != nullptr) name.append(1, '.');
     name.append(*parts.back()->text);
   }
-  nameGlb_->text->swap(name);
-  nameGlb_->outer = nullptr;
-  return *nameGlb_->text;
+  zon::GlobalName& global = *FindGlobalName();
+  global.text->swap(name);
+  global.outer = nullptr;
+  return *global.text;
 }
 
 void CzonNamedNode::ForgetGlobalName() {
-  if (nameGlb_ != nullptr && arena_ == nullptr) {
-    delete nameGlb_->text;
-    delete nameGlb_;
-  } else if (nameGlb_ != nullptr) {
-    std::string().swap(*nameGlb_->text);  // the string itself stays in the arena
+  zon::GlobalName* const global = FindGlobalName();
+  if (global == nullptr) return;
+  if (arena_ == nullptr) {
+    delete global->text;
+    delete global;
+  } else {
+    std::string().swap(*global->text);  // the string itself stays in the arena
   }
-  nameGlb_ = nullptr;
+  extras_->globalName = nullptr;
 }
 
 unsigned int CzonNamedNode::GetNoNodes() const {
@@ -216,7 +220,7 @@ void CzonNamedNode::AppendNew(CzonNode* const* values, std::uint32_t count) {
   auto number = static_cast<std::int32_t>(children.size);
   zon::Append(children, values, count, arena_);
   for (CzonNode* const* value = values; value != values + count; ++value) {
-    (*value)->owner_ = this;
+    (*value)->SetOwner(this);
     (*value)->instance_ = ++number;
   }
 }
@@ -228,7 +232,7 @@ void CzonNamedNode::AddNode(CzonNode* node) {
 void CzonNamedNode::AppendChild(CzonNode* node) {
   zon::NodeList& children = EnsureChildren();
   zon::Append(children, node, arena_);
-  node->owner_ = this;
+  node->SetOwner(this);
   if (node->Has(kNamed) && !zon::IsLong(children)) {
     static_cast<CzonNamedNode*>(node)->place_ = children.size - 1;
   }
@@ -236,9 +240,7 @@ void CzonNamedNode::AppendChild(CzonNode* node) {
 }
 
 void CzonNamedNode::SetMultiMandat(int multi, int mandat) {
-  flags_ &= ~(kMulti | kMandat);
-  if (multi != 0) flags_ |= kMulti;
-  if (mandat != 0) flags_ |= kMandat;
+  SetFlags((GetFlags() & kOpenList) | (multi != 0 ? kMulti : 0U) | (mandat != 0 ? kMandat : 0U));
 }
 
 void CzonNamedNode::Clear() {
@@ -248,10 +250,10 @@ void CzonNamedNode::Clear() {
   children_.nodes = {};
   Set(kDeferred, false);
   ForgetGlobalName();
-  flags_ = 0;
+  SetFlags(0);
 }
 
-// Frees the subtree iteratively. Pending nodes are linked through owner_, so neither stack nor heap
+// Frees the subtree iteratively. Pending nodes are linked as owners, so neither stack nor heap
 // is needed.
 void CzonNamedNode::FreeChildren() {
   if (!Has(kDeep)) return;  // everything below is in the arena
@@ -260,15 +262,15 @@ void CzonNamedNode::FreeChildren() {
     if (owner.Has(kDeferred)) return;
     for (CzonNode* child : zon::NodeSpan(owner.children_.nodes)) {
       if (!child->NeedsDestructor()) continue;
-      child->owner_ = pending;
+      child->SetOwner(pending);
       pending = child;
     }
   };
   enlist(*this);
   while (pending != nullptr) {
     CzonNode* node = pending;
-    pending = node->owner_;
-    node->owner_ = nullptr;
+    pending = node->Owner();
+    node->SetOwner(nullptr);
     // The destructor of a host's class may use the children, and then frees them.
     auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
     if (named != nullptr && named->IsOfLibrary() && !named->Has(kDeferred)) {

@@ -53,8 +53,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   /** Deletes all children, forgets the cached global name and clears the flags. */
   void Clear();
 
-  unsigned int GetFlags() const { return flags_; }  ///< a sum of Flags
-  void SetOpenList() { flags_ |= kOpenList; }       ///< until Clear
+  unsigned int GetFlags() const { return bits_ >> kFlagShift & kAllFlags; }  ///< a sum of Flags
+  void SetOpenList() { SetFlags(GetFlags() | kOpenList); }                   ///< until Clear
 
   /** Writes the indentation of a line: three blanks for each level below the first. */
   void Indent(std::ostream& out) const;
@@ -134,6 +134,14 @@ class ZON_API CzonNamedNode : public CzonNode {
     zon::DeferredValues deferred;  // if kDeferred is set
   };
 
+  static constexpr unsigned int kAllFlags = kMulti | kMandat | kOpenList;
+
+  void SetFlags(unsigned int flags) {
+    bits_ = (bits_ & ~(kAllFlags << kFlagShift)) | flags << kFlagShift;
+  }
+  zon::GlobalName* FindGlobalName() const {
+    return Has(kHasExtras) ? extras_->globalName : nullptr;
+  }
   const zon::GlobalName* BeginGlobalName() const;
   void ForgetGlobalName();
   void EnterArena(zon::Arena& arena);
@@ -158,9 +166,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void AppendCopy(CzonNode* child);
 
   ChildFields children_ = {};
-  mutable zon::GlobalName* nameGlb_ = nullptr;
   mutable zon::Text name_;
-  std::uint32_t flags_ = 0;
   mutable std::uint32_t place_ = 0;  // among the children of the owner when last seen: a hint
 };
 

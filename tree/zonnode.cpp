@@ -1,6 +1,8 @@
 // The defaults of the virtual operations. What depends on the class of the owner is in zonnamno.cpp.
 #include "tree/zonnode.h"
 
+#include <memory>
+#include <new>
 #include <ostream>
 #include <utility>
 
@@ -28,7 +30,8 @@ CzonBase::~CzonBase() = default;
 const std::string& CzonNode::empty_string = *new std::string;
 
 CzonNode::~CzonNode() {
-  if (Has(kOwnsRemark)) delete remark_;
+  if (Has(kOwnsRemark)) delete extras_->remark;
+  if (Has(kOwnsExtras)) delete extras_;
 }
 
 const std::string& CzonNode::GetName() const {
@@ -176,40 +179,61 @@ void CzonNode::Copy(const CzonNode* source) {
 
 int CzonNode::GetLevel() const {
   int level = 0;
-  for (const CzonNode* node = owner_; node != nullptr; node = node->owner_) ++level;
+  for (const CzonNode* node = Owner(); node != nullptr; node = node->Owner()) ++level;
   return level;
 }
 
 CzonNode* CzonNode::GetTopNode() const {
   const CzonNode* node = this;
-  while (node->owner_ != nullptr) node = node->owner_;
+  while (node->Owner() != nullptr) node = node->Owner();
   return const_cast<CzonNode*>(node);
 }
 
 const std::string& CzonNode::GetRemark() const {
-  return remark_ != nullptr ? *remark_ : empty_string;
+  const std::string* const remark = Remark();
+  return remark != nullptr ? *remark : empty_string;
+}
+
+zon::NodeExtras& CzonNode::EnsureExtras(zon::Arena* arena) {
+  if (Has(kHasExtras)) return *extras_;
+  if (arena != nullptr) {
+    extras_ = new (arena->AllocatePiece(sizeof *extras_)) zon::NodeExtras{owner_, nullptr, nullptr};
+  } else {
+    extras_ = new zon::NodeExtras{owner_, nullptr, nullptr};
+    Set(kOwnsExtras);
+  }
+  Set(kHasExtras);
+  if (Has(kOwnsExtras) && Has(kInArena)) MarkDeep();
+  return *extras_;
 }
 
 // A remark that exists is changed in place, wherever its string is. Only a first one is allocated.
 void CzonNode::SetRemark(std::string_view text, zon::Arena* arena) {
-  if (remark_ != nullptr) {
-    remark_->assign(text);
+  if (Remark() != nullptr) {
+    Remark()->assign(text);
   } else if (text.empty()) {
     return;
   } else if (arena != nullptr) {
-    remark_ = arena->KeepString(std::string(text));
+    EnsureExtras(arena).remark = arena->KeepString(std::string(text));
   } else {
-    remark_ = new std::string(text);
+    auto remark = std::make_unique<std::string>(text);
+    EnsureExtras(nullptr).remark = remark.release();
     Set(kOwnsRemark);
     if (Has(kInArena)) MarkDeep();
   }
 }
 
-void CzonNode::SwapRemark(CzonNode& other) {
-  std::swap(remark_, other.remark_);
-  const bool owns = Has(kOwnsRemark);
-  Set(kOwnsRemark, other.Has(kOwnsRemark));
-  other.Set(kOwnsRemark, owns);
+// Each keeps its owner.
+void CzonNode::SwapExtras(CzonNode& other) {
+  constexpr std::uint32_t kSwapped = kHasExtras | kOwnsExtras | kOwnsRemark;
+  CzonNode* const owner = Owner();
+  CzonNode* const otherOwner = other.Owner();
+  std::swap(extras_, other.extras_);
+  const std::uint32_t differences = (bits_ ^ other.bits_) & kSwapped;
+  bits_ ^= differences;
+  other.bits_ ^= differences;
+  SetOwner(owner);
+  other.SetOwner(otherOwner);
 }
 
 void CzonNode::Free(CzonNode* node) {
@@ -223,7 +247,7 @@ void CzonNode::Free(CzonNode* node) {
 
 // Stops at the first node that has the bit: its owners have it too.
 void CzonNode::MarkDeep() {
-  for (CzonNode* node = this; node != nullptr && !node->Has(kDeep); node = node->owner_) {
+  for (CzonNode* node = this; node != nullptr && !node->Has(kDeep); node = node->Owner()) {
     node->Set(kDeep);
   }
 }

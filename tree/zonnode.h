@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "base/zonexport.h"
+#include "tree/zonnodefields.h"
 
 class CzonClob;
 class CzonDefaultDef;
@@ -177,6 +178,8 @@ class ZON_API CzonNode : public CzonBase {
     kUnnumbered = 4096,   ///< the instance number is made, or counted, when it is asked for
     kNumberLost = 8192,   ///< of nodes whose number is counted: a Copy has reset it to 0
     kOwnText = 16384,     ///< the name or text is a copy in the arena that only this node has
+    kHasExtras = 32768,   ///< the owner is in the extras
+    kOwnsExtras = 65536,  ///< the extras are in the free store
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
@@ -196,19 +199,29 @@ class ZON_API CzonNode : public CzonBase {
   friend class CzonNamedNode;
   friend struct zon::NodeAccess;
 
+  static constexpr unsigned kFlagShift = 17;
   static constexpr unsigned kSizeShift = 24;
 
+  CzonNode* Owner() const { return Has(kHasExtras) ? extras_->owner : owner_; }
+  void SetOwner(CzonNode* owner) { (Has(kHasExtras) ? extras_->owner : owner_) = owner; }
+  std::string* Remark() const { return Has(kHasExtras) ? extras_->remark : nullptr; }
+  zon::NodeExtras& EnsureExtras(zon::Arena* arena);
   static void Free(CzonNode* node);
   bool NeedsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
   void SetRemark(std::string_view text, zon::Arena* arena);
-  void SwapRemark(CzonNode& other);
+  void SwapExtras(CzonNode& other);
   void ResetNumber();  // to 0, for a Copy; notifies the owner
   int FindNumber() const;
 
-  CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
-  std::string* remark_ = nullptr;
+  union {
+    CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
+    zon::NodeExtras* extras_;    // if kHasExtras is set
+  };
   std::int32_t instance_ = 0;
-  std::uint32_t bits_ = 0;  // of Bits; from kSizeShift on the size in an arena, in units of 8 bytes
+
+  // Of Bits. From kFlagShift on the flags of a named node; from kSizeShift on the size of a node in an arena,
+  // in units of 8 bytes.
+  std::uint32_t bits_ = 0;
 };
 
 #endif

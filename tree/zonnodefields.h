@@ -4,14 +4,23 @@
 #define ZON_TREE_ZONNODEFIELDS_H
 
 #include <cstdint>
+#include <string>
 
 class CzonNode;
 
 namespace zon {
 
 struct DeferralSource;
+struct GlobalName;
 class LongList;
 struct IndexedName;
+
+// What few nodes have. It is between such a node and its owner, so that other nodes have no room for it.
+struct NodeExtras {
+  CzonNode* owner;
+  std::string* remark;
+  GlobalName* globalName;  // of named nodes
+};
 
 // See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
 struct __attribute__((packed, aligned(4))) Text {

@@ -74,7 +74,7 @@ void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t pla
   }
   // There is room for it, so from here on nothing can fail.
   Insert(children, place, child, owner.arena_);
-  child->owner_ = &owner;
+  child->SetOwner(&owner);
   if (IsNamed(*child) && !IsLong(children)) Named(*child).place_ = place;
   if (child->NeedsDestructor()) owner.MarkDeep();
   owner.ChildInserted(*child, place);
@@ -98,9 +98,10 @@ void NodeAccess::MoveChildren(CzonNamedNode& owner, std::uint32_t from, std::uin
 }
 
 void NodeAccess::SwapRemarks(CzonNode& a, CzonNode& b) {
-  a.SwapRemark(b);
+  a.SwapExtras(b);
   for (CzonNode* node : {&a, &b}) {
-    if (node->Has(CzonNode::kOwnsRemark) && node->Has(CzonNode::kInArena)) node->MarkDeep();
+    const bool owns = (node->bits_ & (CzonNode::kOwnsRemark | CzonNode::kOwnsExtras)) != 0;
+    if (owns && node->Has(CzonNode::kInArena)) node->MarkDeep();
   }
 }
 
@@ -135,7 +136,7 @@ void NodeAccess::Unfile(CzonNode* child) {
   NameList* list = owner.ListOf(*child);
   if (list != nullptr) Remove(*list, Named(*child), &owner);
   Erase(owner.EnsureChildren(), place);
-  child->owner_ = nullptr;
+  child->SetOwner(nullptr);
   if (IsUnnumbered(*child)) SetNumber(*child, 0);
   owner.ChildErased(*child, place);
 }
@@ -145,17 +146,17 @@ void NodeAccess::ReleaseText(const CzonNode& node, const Text& text, Arena& aren
   if (node.Has(CzonNode::kOwnText) && text.size < kKeptString) arena.ReleaseText(View(text));
 }
 
-// Iterative. Pending nodes are linked through owner_, so this cannot fail.
+// Iterative. Pending nodes are linked as owners, so this cannot fail.
 void NodeAccess::Discard(CzonNode* node, Arena* arena) {
-  node->owner_ = nullptr;
+  node->SetOwner(nullptr);
   for (CzonNode* pending = node; pending != nullptr;) {
     CzonNode* const next = pending;
-    pending = next->owner_;
-    next->owner_ = nullptr;
+    pending = next->Owner();
+    next->SetOwner(nullptr);
     auto* const named = IsNamed(*next) ? &Named(*next) : nullptr;
     if (named != nullptr && IsOfLibrary(*named) && !named->Has(CzonNode::kDeferred)) {
       for (CzonNode* child : named->Children()) {
-        child->owner_ = pending;
+        child->SetOwner(pending);
         pending = child;
       }
       zon::Release(named->children_.nodes, named->arena_);
@@ -167,6 +168,8 @@ void NodeAccess::Discard(CzonNode* node, Arena* arena) {
     }
     ReleaseText(*next, named != nullptr ? named->name_ : static_cast<CzonParam*>(next)->text_,
                 *arena);
+    const bool hasPiece = next->Has(CzonNode::kHasExtras) && !next->Has(CzonNode::kOwnsExtras);
+    if (hasPiece) arena->ReleasePiece(next->extras_, sizeof *next->extras_);
     next->~CzonNode();
     arena->ReleasePiece(next, size);
   }
@@ -177,13 +180,13 @@ void NodeAccess::Replace(CzonNode* value, CzonNode* by) {
   CzonNamedNode& owner = *value->GetOwner();
   NodeList& children = owner.EnsureChildren();
   const std::uint32_t place = owner.PlaceOf(value);
-  by->owner_ = &owner;
+  by->SetOwner(&owner);
   by->instance_ = value->instance_;
   zon::Set(children, place, by);
   by->Set(CzonNode::kUnnumbered, value->Has(CzonNode::kUnnumbered));
   by->Set(CzonNode::kNumberLost, value->Has(CzonNode::kNumberLost));
   if (IsUnnumbered(*value)) SetNumber(*value, 0);
-  value->owner_ = nullptr;
+  value->SetOwner(nullptr);
   if (by->NeedsDestructor()) owner.MarkDeep();
 }
 
@@ -251,15 +254,16 @@ void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
   const bool isDeferred = node.Has(CzonNode::kDeferred);
   node.Set(CzonNode::kDeferred, other.Has(CzonNode::kDeferred));
   other.Set(CzonNode::kDeferred, isDeferred);
-  std::swap(node.flags_, other.flags_);
-  std::swap(node.nameGlb_, other.nameGlb_);
-  node.SwapRemark(other);
+  const unsigned int flags = node.GetFlags();
+  node.SetFlags(other.GetFlags());
+  other.SetFlags(flags);
+  node.SwapExtras(other);
   node.SwapOwn(other);
   const bool isDeep = node.Has(CzonNode::kDeep) || other.Has(CzonNode::kDeep);
   for (CzonNamedNode* owner : {&node, &other}) {
     if (isDeep) owner->MarkDeep();
     if (owner->Has(CzonNode::kDeferred)) continue;  // no children yet
-    for (CzonNode* child : NodeSpan(owner->children_.nodes)) child->owner_ = owner;
+    for (CzonNode* child : NodeSpan(owner->children_.nodes)) child->SetOwner(owner);
   }
 }
 
@@ -338,7 +342,7 @@ void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
 // Copies everything but the name and the children.
 void CzonNamedNode::CopyFields(const CzonNamedNode& source) {
   SetRemark(source.GetRemark(), nullptr);
-  flags_ = source.flags_;
+  SetFlags(source.GetFlags());
   CopyOwn(source);
 }
 
