@@ -217,7 +217,8 @@ void CzonNode::SetRemark(std::string_view text, zon::Arena* arena) {
     EnsureExtras(arena).remark = arena->KeepString(std::string(text));
   } else {
     auto remark = std::make_unique<std::string>(text);
-    EnsureExtras(nullptr).remark = remark.release();
+    zon::NodeExtras& extras = EnsureExtras(nullptr);
+    extras.remark = remark.release();
     Set(kOwnsRemark);
     if (Has(kInArena)) MarkDeep();
   }
