@@ -15,14 +15,16 @@ std::uint32_t Hash(const void* owner, std::string_view name) {
   const std::size_t size = name.size();
   std::uint64_t head = 0;
   std::uint64_t tail = 0;
+  std::uint64_t middle = 0;  // of names that are longer than head and tail
   if (size >= 8) {
     head = LoadEight(name.data());
     tail = LoadEight(name.data() + size - 8);
+    if (size > 16) middle = LoadEight(name.data() + (size - 8) / 2);
   } else if (size > 0) {
     head = LoadShort(name);
   }
   constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
-  std::uint64_t hash = ((head | kCase) ^ size) * kOdd;
+  std::uint64_t hash = ((head | kCase) ^ (middle | kCase) << 8 ^ size) * kOdd;
   hash = ((hash ^ (hash >> 32)) + (tail | kCase)) * kOdd;
   hash = ((hash ^ (hash >> 32)) + reinterpret_cast<std::uintptr_t>(owner)) * kOdd;
   return static_cast<std::uint32_t>(hash >> 32);
