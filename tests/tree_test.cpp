@@ -214,6 +214,16 @@ TEST(Nodes, AnOwnerMayBeNoList) {
   EXPECT_EQ(copy.GetNoNodes(), 2U);
 }
 
+TEST(Nodes, ACopiedSectionFindsKeywordsBesideAValue) {
+  CzonSection section, copy;
+  section.AddKeyword(new CzonKeyword("j", 0, 0));
+  section.AddNode(new CzonInt("5"));
+  section.AddKeyword(new CzonKeyword("k", 0, 0));
+  copy.Copy(&section);
+  EXPECT_EQ(copy.GetNoKeywords(), 2U);
+  EXPECT_EQ(copy.KeywordByName("j"), copy.NodeByNum(1));
+}
+
 TEST(Nodes, FlagsAndNullChildren) {
   CzonSection section("S", 1, 0);
   section.SetOpenList();

@@ -114,35 +114,35 @@ struct NodeAccess {
   // The n-th section or keyword of a name, as the operations of the library's classes find it.
   template <class List>
   static CzonNode* FindSection(const List& list, std::string_view name, unsigned int n) {
-    return FindByName(list.Complete(list.sections_), name, n, Mutable(list));
+    return FindByName(list.Complete().sections, name, n, Mutable(list));
   }
   template <class Section>
   static CzonNode* FindKeyword(const Section& section, std::string_view name, unsigned int n) {
-    return FindByName(section.Complete(section.keywords_), name, n, Mutable(section));
+    return FindByName(section.Complete().keywords, name, n, Mutable(section));
   }
 
   // The last section or keyword; null if there is none.
   template <class List>
   static CzonNode* LastSection(const List& list) {
-    const auto& sections = list.Complete(list.sections_);
+    const auto& sections = list.Complete().sections;
     return FindByNumber(sections, Count(sections));
   }
   template <class Section>
   static CzonNode* LastKeyword(const Section& section) {
-    const auto& keywords = section.Complete(section.keywords_);
+    const auto& keywords = section.Complete().keywords;
     return FindByNumber(keywords, Count(keywords));
   }
 
   // Whether any name of the keywords was asked for.
   template <class Section>
   static bool HasKeywordIndex(const Section& section) {
-    return section.keywords_.indexed > 0;
+    return section.lists_ != nullptr && section.lists_->keywords.indexed > 0;
   }
 
   // Whether one keyword of the section occurs twice and at least one other once.
   template <class Section>
   static bool HasOneRepeat(const Section& section) {
-    auto& keywords = section.Complete(section.keywords_);
+    auto& keywords = section.Complete().keywords;
     const std::uint32_t names = CountNames(keywords, Mutable(section));
     return names > 1 && Count(keywords) == names + 1;
   }
@@ -150,12 +150,12 @@ struct NodeAccess {
   // Whether any section of a list, or keyword of a section, has the name of another one.
   template <class List>
   static bool HasRepeatedSections(const List& list) {
-    auto& sections = list.Complete(list.sections_);
+    auto& sections = list.Complete().sections;
     return CountNames(sections, Mutable(list)) < Count(sections);
   }
   template <class Section>
   static bool HasRepeatedKeywords(const Section& section) {
-    auto& keywords = section.Complete(section.keywords_);
+    auto& keywords = section.Complete().keywords;
     return CountNames(keywords, Mutable(section)) < Count(keywords);
   }
 

@@ -54,6 +54,17 @@ struct NameList {
   std::uint32_t indexed;  // how many nodes of `ordered`, from the first on, the index has
 };
 
+// What a section or root needs to find its children by number and by name. Made by the first question.
+struct ChildLists {
+  NameList sections;
+  NameList keywords;
+  std::uint32_t listed;  // how many children, from the first on, are in these lists
+
+  // The default definitions among the first `definitionsSeen` children, by name. See FindDefinition.
+  std::uint32_t definitionsSeen;
+  NameIndex definitions;
+};
+
 // See tree/zondeferredvalues.h.
 struct DeferredValues {
   const DeferralSource* source;

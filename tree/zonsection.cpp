@@ -5,7 +5,9 @@
 // are found by FindDefinition, through a third index, that is filled at the first search: few sections
 // have any.
 //
-// Invariants: definitions_ has exactly the default definitions among the first definitionsSeen_
+// The lists and the index are made by the first question (ChildLists): nobody asks most sections of a file.
+//
+// Invariants: `definitions` has exactly the default definitions among the first `definitionsSeen`
 // children. A change of a definition among them empties it; a change of another child among them moves
 // the limit. Tested by tests/tree_test.cpp, tests/values_test.cpp and tests/edit_test.cpp.
 #include "tree/zonsection.h"
@@ -117,7 +119,13 @@ CzonTargetList::CzonTargetList(const std::string& name, int multi, int mandat)
 }
 
 CzonTargetList::~CzonTargetList() {
-  zon::Release(sections_, arena_);
+  if (lists_ == nullptr) return;
+  CzonTargetList::ForgetChildren();
+  if (arena_ != nullptr) {
+    arena_->ReleasePiece(lists_, sizeof *lists_);
+  } else {
+    delete lists_;
+  }
 }
 
 CzonNode* CzonTargetList::CreateObj() {
@@ -136,7 +144,7 @@ std::unique_ptr<CzonNamedNode> CzonTargetList::MakeAside() const {
 }
 
 unsigned int CzonTargetList::GetNoSections() const {
-  return zon::Count(Complete(sections_));
+  return zon::Count(Complete().sections);
 }
 
 const std::string& CzonTargetList::GetZonFilename() const {
@@ -148,7 +156,7 @@ int CzonTargetList::IsSection() const {
 }
 
 CzonSection* CzonTargetList::SectionByNum(unsigned int n) const {
-  return static_cast<CzonSection*>(zon::FindByNumber(Complete(sections_), n));
+  return static_cast<CzonSection*>(zon::FindByNumber(Complete().sections, n));
 }
 
 CzonSection* CzonTargetList::SectionByName(const char* name) const {
@@ -175,38 +183,59 @@ void CzonTargetList::AddSection(CzonSection* section) {
 }
 
 zon::NameList* CzonTargetList::ListOf(const CzonNode& child) {
-  return zon::NodeAccess::IsSection(child) ? &sections_ : nullptr;
+  return zon::NodeAccess::IsSection(child) ? &EnsureLists().sections : nullptr;
 }
 
 // A child that AddNode has added is in no list; any other one has no number until it is in the index.
 void CzonTargetList::ListChildren() {
   const zon::NodeSpan children = Children();
-  for (; listed_ < children.Size(); ++listed_) {
-    CzonNode& child = *children[listed_];
+  std::uint32_t& listed = EnsureLists().listed;
+  for (; listed < children.Size(); ++listed) {
+    CzonNode& child = *children[listed];
     zon::NameList* list = zon::NodeAccess::IsUnnumbered(child) ? ListOf(child) : nullptr;
     if (list != nullptr) zon::Append(list->ordered, &child, arena_);
   }
 }
 
-zon::NameList& CzonTargetList::Complete(zon::NameList& list) const {
-  if (listed_ < ChildCount()) const_cast<CzonTargetList*>(this)->ListChildren();
-  return list;
+zon::ChildLists& CzonTargetList::EnsureLists() const {
+  if (lists_ == nullptr) {
+    lists_ = arena_ != nullptr ? new (arena_->AllocatePiece(sizeof *lists_)) zon::ChildLists{}
+                               : new zon::ChildLists{};
+  }
+  return *lists_;
 }
 
-void CzonTargetList::ChildInserted(const CzonNode&, std::uint32_t) {
-  ++listed_;
+zon::ChildLists& CzonTargetList::Complete() const {
+  if (EnsureLists().listed < ChildCount()) const_cast<CzonTargetList*>(this)->ListChildren();
+  return *lists_;
 }
 
-void CzonTargetList::ChildErased(const CzonNode&, std::uint32_t) {
-  --listed_;
+void CzonTargetList::ChildInserted(const CzonNode& child, std::uint32_t place) {
+  if (lists_ == nullptr) return;
+  ++lists_->listed;
+  if (place >= lists_->definitionsSeen) return;
+  if (child.IsDefaultDef()) return ForgetDefinitions();
+  ++lists_->definitionsSeen;
+}
+
+void CzonTargetList::ChildErased(const CzonNode& child, std::uint32_t place) {
+  if (lists_ == nullptr) return;
+  --lists_->listed;
+  if (place >= lists_->definitionsSeen) return;
+  if (child.IsDefaultDef()) return ForgetDefinitions();
+  --lists_->definitionsSeen;
+}
+
+void CzonTargetList::ChildRenamed(const CzonNode& child) {
+  if (lists_ != nullptr && child.IsDefaultDef()) ForgetDefinitions();
 }
 
 unsigned int CzonTargetList::CountIn(zon::NameList& list, const CzonNamedNode& child) const {
-  return zon::CountNamesakes(Complete(list), child, const_cast<CzonTargetList*>(this));
+  return zon::CountNamesakes(list, child, const_cast<CzonTargetList*>(this));
 }
 
 unsigned int CzonTargetList::CountNamesakes(const CzonNamedNode& child) const {
-  return zon::NodeAccess::IsSection(child) ? CountIn(sections_, child) : 0;
+  return zon::NodeAccess::IsSection(child) ? CountIn(Complete().sections, child) : 0;
 }
 
 void CzonTargetList::ChildLostNumber(const CzonNode& child) {
@@ -215,14 +244,21 @@ void CzonTargetList::ChildLostNumber(const CzonNode& child) {
 }
 
 void CzonTargetList::ForgetChildren() {
-  listed_ = 0;
-  zon::Release(sections_, arena_);
+  if (lists_ == nullptr) return;
+  zon::Release(lists_->sections, arena_);
+  zon::Release(lists_->keywords, arena_);
+  ForgetDefinitions();
+  lists_->listed = 0;
+}
+
+void CzonTargetList::ForgetDefinitions() const {
+  zon::Release(lists_->definitions, arena_);
+  lists_->definitionsSeen = 0;
 }
 
 void CzonTargetList::SwapOwn(CzonNamedNode& other) {
   auto& list = static_cast<CzonTargetList&>(other);
-  std::swap(sections_, list.sections_);
-  std::swap(listed_, list.listed_);
+  std::swap(lists_, list.lists_);
   facts_.swap(list.facts_);
 }
 
@@ -297,10 +333,7 @@ CzonSection::CzonSection(const std::string& name, int multi, int mandat)
   Set(kSection);
 }
 
-CzonSection::~CzonSection() {
-  zon::Release(keywords_, arena_);
-  zon::Release(definitions_, arena_);
-}
+CzonSection::~CzonSection() = default;
 
 CzonNode* CzonSection::CreateObj() {
   return new CzonSection;
@@ -315,7 +348,7 @@ std::unique_ptr<CzonNamedNode> CzonSection::MakeAside() const {
 }
 
 unsigned int CzonSection::GetNoKeywords() const {
-  return zon::Count(Complete(keywords_));
+  return zon::Count(Complete().keywords);
 }
 
 unsigned int CzonSection::GetNoInstances() const {
@@ -323,7 +356,7 @@ unsigned int CzonSection::GetNoInstances() const {
 }
 
 CzonKeyword* CzonSection::KeywordByNum(unsigned int n) const {
-  return static_cast<CzonKeyword*>(zon::FindByNumber(Complete(keywords_), n));
+  return static_cast<CzonKeyword*>(zon::FindByNumber(Complete().keywords, n));
 }
 
 CzonKeyword* CzonSection::KeywordByName(const char* name) const {
@@ -362,61 +395,25 @@ void CzonSection::AddDefaultDef(CzonDefaultDef* definition) {
 
 zon::NameList* CzonSection::ListOf(const CzonNode& child) {
   const bool isKeyword = zon::NodeAccess::IsKeyword(child) && !child.IsDefaultDef();
-  return isKeyword ? &keywords_ : CzonTargetList::ListOf(child);
+  return isKeyword ? &EnsureLists().keywords : CzonTargetList::ListOf(child);
 }
 
 unsigned int CzonSection::CountNamesakes(const CzonNamedNode& child) const {
-  if (zon::NodeAccess::IsKeyword(child)) return CountIn(keywords_, child);
+  if (zon::NodeAccess::IsKeyword(child)) return CountIn(Complete().keywords, child);
   return CzonTargetList::CountNamesakes(child);
 }
 
-void CzonSection::ForgetDefinitions() const {
-  zon::Release(definitions_, arena_);
-  definitionsSeen_ = 0;
-}
-
-void CzonSection::ChildInserted(const CzonNode& child, std::uint32_t place) {
-  CzonTargetList::ChildInserted(child, place);
-  if (place >= definitionsSeen_) return;
-  if (child.IsDefaultDef()) return ForgetDefinitions();
-  ++definitionsSeen_;
-}
-
-void CzonSection::ChildErased(const CzonNode& child, std::uint32_t place) {
-  CzonTargetList::ChildErased(child, place);
-  if (place >= definitionsSeen_) return;
-  if (child.IsDefaultDef()) return ForgetDefinitions();
-  --definitionsSeen_;
-}
-
-void CzonSection::ChildRenamed(const CzonNode& child) {
-  if (child.IsDefaultDef()) ForgetDefinitions();
-}
-
-void CzonSection::ForgetChildren() {
-  CzonTargetList::ForgetChildren();
-  zon::Release(keywords_, arena_);
-  ForgetDefinitions();
-}
-
-void CzonSection::SwapOwn(CzonNamedNode& other) {
-  CzonTargetList::SwapOwn(other);
-  auto& section = static_cast<CzonSection&>(other);
-  std::swap(keywords_, section.keywords_);
-  ForgetDefinitions();
-  section.ForgetDefinitions();
-}
-
+// Continues where the last search ended. If AddToIndex throws, the limit is still correct.
 const CzonNamedNode* CzonSection::FindDefinition(std::string_view name) const {
   const zon::NodeSpan children = Children();
-  // Continues where the last search ended. If AddToIndex throws, the limit is still correct.
-  for (; definitionsSeen_ < children.Size(); ++definitionsSeen_) {
-    CzonNode* child = children[definitionsSeen_];
+  zon::ChildLists& lists = EnsureLists();
+  for (; lists.definitionsSeen < children.Size(); ++lists.definitionsSeen) {
+    CzonNode* child = children[lists.definitionsSeen];
     if (!child->IsDefaultDef()) continue;
-    zon::AddToIndex(definitions_, *static_cast<CzonNamedNode*>(child), arena_);
+    zon::AddToIndex(lists.definitions, *static_cast<CzonNamedNode*>(child), arena_);
   }
   // The index files the empty name as " "; for definitions they are two names.
-  for (const CzonNode* node : zon::FindNamesakes(definitions_, name)) {
+  for (const CzonNode* node : zon::FindNamesakes(lists.definitions, name)) {
     const auto* definition = static_cast<const CzonNamedNode*>(node);
     if (zon::EqualNoCase(zon::NodeAccess::GetKey(*definition).name, name)) return definition;
   }

@@ -54,17 +54,25 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   unsigned int CountNamesakes(const CzonNamedNode& child) const override;
   void ChildInserted(const CzonNode& child, std::uint32_t place) override;
   void ChildErased(const CzonNode& child, std::uint32_t place) override;
+  void ChildRenamed(const CzonNode& child) override;
   void ChildLostNumber(const CzonNode& child) override;
   void ForgetChildren() override;
   void SwapOwn(CzonNamedNode& other) override;
   void CopyOwn(const CzonNamedNode& source) override;
   bool HoldsFilename() const override;
 
-  /// A list of this node, with all children that belong into it.
-  zon::NameList& Complete(zon::NameList& list) const;
+  /** The lists of the children, and the same with all children in them. May throw std::bad_alloc. @{ */
+  zon::ChildLists& EnsureLists() const;
+  zon::ChildLists& Complete() const;
+  /** @} */
 
   /// The number of nodes of this list that have the name of the child.
   unsigned int CountIn(zon::NameList& list, const CzonNamedNode& child) const;
+
+  /// Empties the index of default definitions.
+  void ForgetDefinitions() const;
+
+  mutable zon::ChildLists* lists_ = nullptr;  ///< null until a child is asked for by number or name
 
  private:
   friend struct zon::NodeAccess;
@@ -73,9 +81,6 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   FileFacts& EnsureFacts();
   void SetHandle(CzonBase* handle);
 
-  // The lists are completed by queries. `listed_` children, from the first on, are in them.
-  mutable zon::NameList sections_ = {};
-  std::uint32_t listed_ = 0;
   std::unique_ptr<FileFacts> facts_;  // null for most sections
 };
 
@@ -111,11 +116,6 @@ class ZON_API CzonSection : public CzonTargetList {
   zon::NameList* ListOf(const CzonNode& child) override;
   unsigned int CountNamesakes(const CzonNamedNode& child) const override;
   const CzonNamedNode* FindDefinition(std::string_view name) const override;
-  void ChildInserted(const CzonNode& child, std::uint32_t place) override;
-  void ChildErased(const CzonNode& child, std::uint32_t place) override;
-  void ChildRenamed(const CzonNode& child) override;
-  void ForgetChildren() override;
-  void SwapOwn(CzonNamedNode& other) override;
 
  private:
   friend struct zon::NodeAccess;
@@ -123,14 +123,6 @@ class ZON_API CzonSection : public CzonTargetList {
 
   void WriteHead(std::ostream& out) const;
   void WriteEnd(std::ostream& out) const;
-  void ForgetDefinitions() const;
-
-  mutable zon::NameList keywords_ = {};
-
-  // The default definitions among the first `definitionsSeen_` children, by name. Filled by
-  // FindDefinition.
-  mutable zon::NameIndex definitions_ = {};
-  mutable std::uint32_t definitionsSeen_ = 0;
 };
 
 #endif

@@ -349,5 +349,5 @@ void CzonNamedNode::CopyFields(const CzonNamedNode& source) {
 void CzonNamedNode::AppendCopy(CzonNode* child) {
   if (ListOf(*child) != nullptr) return AddListed(static_cast<CzonNamedNode&>(*child));
   AppendChild(child);
-  if (child->IsParam()) ChildInserted(*child, children_.nodes.size - 1);
+  if (Has(kKeyword) && child->IsParam()) ChildInserted(*child, children_.nodes.size - 1);
 }
