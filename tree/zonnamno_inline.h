@@ -19,7 +19,11 @@ inline void CzonNamedNode::DeferValues(const zon::DeferredValues& values) {
     EnsureChildren();
     return MakeValues(values);
   }
-  children_.deferred = values;
+  // One by one: as a whole they would be loaded before their stores are complete, which makes a load of a file
+  // five percent slower.
+  children_.deferred.source = values.source;
+  children_.deferred.begin = values.begin;
+  children_.deferred.size = values.size;
   Set(kDeferred);
 }
 
