@@ -141,6 +141,20 @@ bool IsKeyword(const CzonNode* node) {
   return node != nullptr && node->IsKeyword() && NodeAccess::IsNamed(*node);
 }
 
+bool IsOfLibrary(const CzonNode* node) {
+  return NodeAccess::IsNamed(*node) &&
+         NodeAccess::IsOfLibrary(static_cast<const CzonNamedNode&>(*node));
+}
+
+// The first keyword of the name. Two sections mostly have the same keywords in the same order, so the n-th one
+// is looked at before the name is looked up.
+const CzonKeyword* FindFirst(const CzonNode* section, const char* name, unsigned int n) {
+  const CzonKeyword* near = IsOfLibrary(section) ? section->KeywordByNum(n) : nullptr;
+  const bool isFirst = near != nullptr && IsOfLibrary(near) && near->GetInstanceNo() == 1 &&
+                       EqualNoCase(near->GetName(), name);
+  return isFirst ? near : section->KeywordByNameNum(name, 1);
+}
+
 // Names and instances of two sections; not what is in them.
 MismatchKind CompareSectionHeads(const CzonNode* definition, const CzonNode* candidate) {
   if (!IsOwnedSection(definition) || !IsOwnedSection(candidate)) return MismatchKind::kNoSections;
@@ -284,9 +298,11 @@ bool Walk::CompareNamedKeywords(const CzonNode* definition, const CzonNode* cand
   for (unsigned int n = 1; const CzonKeyword* keyword = definition->KeywordByNum(n); ++n) {
     const std::string& name = keyword->GetName();
     if (name.empty()) continue;
-    for (unsigned int k = 1;
-         const CzonKeyword* found = candidate->KeywordByNameNum(name.c_str(), k); ++k) {
+    const CzonKeyword* found = FindFirst(candidate, name.c_str(), n);
+    for (unsigned int k = 1; found != nullptr; ++k) {
       if (!CompareKeywords(keyword, found)) return false;
+      const bool isLast = IsOfLibrary(candidate) && NodeAccess::IsAlone(*found);
+      found = isLast ? nullptr : candidate->KeywordByNameNum(name.c_str(), k + 1);
     }
   }
   return true;
@@ -296,7 +312,7 @@ bool Walk::CompareNamedKeywords(const CzonNode* definition, const CzonNode* cand
 bool Walk::CompareOtherKeywords(const CzonNode* definition, const CzonNode* candidate) {
   const CzonKeyword* wildcard = definition->KeywordByNameNum("", 1);
   for (unsigned int n = 1; const CzonKeyword* keyword = candidate->KeywordByNum(n); ++n) {
-    if (definition->KeywordByNameNum(keyword->GetName().c_str(), 1) != nullptr) continue;
+    if (FindFirst(definition, keyword->GetName().c_str(), n) != nullptr) continue;
     const bool goesOn = wildcard == nullptr
                             ? Report(MismatchKind::kUnknownKeyword, definition, keyword)
                             : CompareKeywords(wildcard, keyword);

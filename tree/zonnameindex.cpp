@@ -127,7 +127,9 @@ void EnsureName(NameQueue& queue, const NameKey& key) {
 
 NameQueue& EnsureQueue(IndexedName& entry, Arena* arena) {
   if (entry.hasQueue == 0) {
-    entry.queue = NewQueue(entry.node, arena);
+    CzonNode& first = *entry.node;
+    entry.queue = NewQueue(&first, arena);
+    NodeAccess::SetAlone(first, false);
     entry.hasQueue = 1;
   }
   return *entry.queue;
@@ -421,6 +423,7 @@ CzonNamedNode* FindByName(NameList& list, std::string_view name, unsigned int n,
 
 std::uint32_t CountNamesakes(NameList& list, const CzonNamedNode& namesake, CzonNamedNode* owner) {
   CompleteIndex(list, owner);
+  if (NodeAccess::IsAlone(namesake)) return 1;
   return FindNamesakes(list.index, NodeAccess::GetKey(namesake).name).Size();
 }
 
@@ -468,7 +471,10 @@ void CompleteIndex(NameList& list, CzonNamedNode* owner) {
 
 void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
   IndexedName& entry = FileNode(list.index, node, ArenaOf(owner));
-  if (entry.hasQueue == 0) return NodeAccess::SetNumber(node, 1);  // most names are unique
+  if (entry.hasQueue == 0) {  // most names are unique
+    NodeAccess::SetAlone(node, owner != nullptr);
+    return NodeAccess::SetNumber(node, 1);
+  }
   NameQueue& queue = *entry.queue;
   const std::uint32_t last = queue.nodes.size - 1;
   if (IsLong(queue.nodes)) {
@@ -510,6 +516,7 @@ bool EraseFromIndex(NameList& list, CzonNamedNode& node, int number, CzonNamedNo
   } else if (entry->node != &node) {
     return false;
   }
+  NodeAccess::SetAlone(node, false);
   DropEntry(list.index, entry);
   return true;
 }

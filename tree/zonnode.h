@@ -180,6 +180,7 @@ class ZON_API CzonNode : public CzonBase {
     kOwnText = 16384,     ///< the name or text is a copy in the arena that only this node has
     kHasExtras = 32768,   ///< the owner is in the extras
     kOwnsExtras = 65536,  ///< the extras are in the free store
+    kAlone = 1 << 20,     ///< the index of the owner has no other node of this name
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
@@ -219,7 +220,7 @@ class ZON_API CzonNode : public CzonBase {
   };
   std::int32_t instance_ = 0;
 
-  // Of Bits. From kFlagShift on the flags of a named node; from kSizeShift on the size of a node in an arena,
+  // Of Bits. From kFlagShift on the three flags of a named node; from kSizeShift on the size of a node in an arena,
   // in units of 8 bytes.
   std::uint32_t bits_ = 0;
 };

@@ -95,6 +95,10 @@ struct NodeAccess {
     }
   }
 
+  // Whether the node is known to be the only one of its name.
+  static bool IsAlone(const CzonNode& node) { return node.Has(CzonNode::kAlone); }
+  static void SetAlone(CzonNode& node, bool on) { node.Set(CzonNode::kAlone, on); }
+
   // The number of a node of a long queue is counted.
   static void SetCounted(CzonNode& node) { node.Set(CzonNode::kUnnumbered); }
   static void RestoreNumber(CzonNode& node) { node.Set(CzonNode::kNumberLost, false); }
