@@ -5,6 +5,7 @@
 
 #include <emmintrin.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -35,9 +36,10 @@ inline std::size_t CountChar(char c, const char* at, const char* end) {
   std::size_t count = 0;
   const __m128i wanted = _mm_set1_epi8(c);
   const __m128i zero = _mm_setzero_si128();
-  while (end - at >= 16) {
+  for (std::ptrdiff_t rows = (end - at) / 16; rows > 0;) {
     __m128i counts = zero;  // of each of sixteen columns, at most 255
-    for (int row = 0; row < 255 && end - at >= 16; ++row, at += 16) {
+    const std::ptrdiff_t left = rows - std::min<std::ptrdiff_t>(rows, 255);
+    for (; rows > left; --rows, at += 16) {
       const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
       counts = _mm_sub_epi8(counts, _mm_cmpeq_epi8(text, wanted));  // found is -1
     }

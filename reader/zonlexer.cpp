@@ -15,20 +15,20 @@ namespace {
 // A zero byte: its own code 0 would end the input. No rule uses this one, so it is a syntax error.
 constexpr int kNoCharacter = 256;
 
-struct ReservedWord {
-  std::string_view word;
-  int token;
-};
-constexpr ReservedWord kReservedWords[] = {
-    {"true", BOOLEAN}, {"false", BOOLEAN}, {"endsect", ENDSECT}, {"default", DEFAULT}};
-
 int WordToken(std::string_view word) {
-  if (word.size() < 4 || word.size() > 7) return IDENTIFIER;
-  if (std::string_view("tTfFeEdD").find(word[0]) == std::string_view::npos) return IDENTIFIER;
-  for (const ReservedWord& reserved : kReservedWords) {
-    if (EqualNoCase(word, reserved.word)) return reserved.token;
+  const auto tokenIf = [word](std::string_view reserved, int token) {
+    return EqualNoCase(word, reserved) ? token : IDENTIFIER;
+  };
+  switch (word.size()) {
+    case 4:
+      return tokenIf("true", BOOLEAN);
+    case 5:
+      return tokenIf("false", BOOLEAN);
+    case 7:
+      return (word[0] | 0x20) == 'e' ? tokenIf("endsect", ENDSECT) : tokenIf("default", DEFAULT);
+    default:
+      return IDENTIFIER;
   }
-  return IDENTIFIER;
 }
 
 }  // namespace

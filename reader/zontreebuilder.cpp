@@ -138,14 +138,15 @@ SymbolValue TreeBuilder::MakeLine() {
 
 void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& value) {
   auto* keyword = Downcast<CzonKeyword>(value.node);
-  Downcast<CzonSection>(section.node)->AddKeyword(keyword);
+  NodeAccess::AppendNew(*Downcast<CzonSection>(section.node), *keyword);
   NoteName(section.node, keyword);
 }
 
 // Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of sections
 // apart from those of keywords.
 void TreeBuilder::NoteName(const CzonNode* owner, const CzonNamedNode* node) {
-  const char* const kind = reinterpret_cast<const char*>(owner) + (node->IsSection() ? 1 : 0);
+  const bool isSection = NodeAccess::IsSection(*node);
+  const char* const kind = reinterpret_cast<const char*>(owner) + (isSection ? 1 : 0);
   const bool mayRepeat = owner == list_ || names_.MayRepeat(kind, NodeAccess::GetNameView(*node));
   if (mayRepeat && node->GetInstanceNo() > 1) CheckUnique(node);
 }

@@ -119,9 +119,11 @@ class ValueCursor {
   }
 
   int ConsumeBoolean(std::string_view* text) {
-    const char* const end = SkipWord(at_, end_);
-    const std::string_view word(at_, static_cast<std::size_t>(end - at_));
-    if (!EqualNoCase(word, "true") && !EqualNoCase(word, "false")) return 0;
+    const std::string_view word = *at_ == 't' || *at_ == 'T' ? "true" : "false";
+    if (static_cast<std::size_t>(end_ - at_) < word.size()) return 0;
+    const char* const end = at_ + word.size();
+    if (!EqualNoCase({at_, word.size()}, word)) return 0;
+    if (end != end_ && IsClass(*end, kWord)) return 0;
     *text = ConsumeTo(end);
     return BOOLEAN;
   }

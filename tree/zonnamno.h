@@ -156,6 +156,7 @@ class ZON_API CzonNamedNode : public CzonNode {
   void MakeValues(const zon::DeferredValues& values);
   void DeferValues(const zon::DeferredValues& values);
   void AppendNew(CzonNode* const* values, std::uint32_t count);
+  void AppendNew(CzonNamedNode& child);
   std::uint32_t PlaceOf(const CzonNode* child) const;
   void NumberChildren(const CzonNamedNode& child);
   int CountNumber(const CzonNode& child);

@@ -36,6 +36,15 @@ inline zon::NameKey CzonNamedNode::GetKey() const {
   return Has(kInArena) ? zon::NameKey{GetNameView(), true} : MakeKey();
 }
 
+inline void CzonNamedNode::AppendNew(CzonNamedNode& child) {
+  zon::NodeList& children = children_.nodes;  // those of a section are never deferred
+  zon::Append(children, &child, arena_);
+  child.SetOwner(this);
+  child.place_ = children.size - 1;
+  child.Set(kUnnumbered);
+  if (child.NeedsDestructor()) MarkDeep();
+}
+
 inline zon::NodeSpan CzonNamedNode::Children() const {
   return zon::NodeSpan(const_cast<CzonNamedNode*>(this)->EnsureChildren());
 }

@@ -336,6 +336,9 @@ struct NodeAccess {
     keyword.AppendNew(values, count);
   }
 
+  // Appends a section or keyword, which is to be in a list, to an owner in the same arena.
+  static void AppendNew(CzonNamedNode& owner, CzonNamedNode& child) { owner.AppendNew(child); }
+
   // The file handle of a root.
   template <class Root, class Handle>
   static void SetHandle(Root& root, Handle* handle) {
