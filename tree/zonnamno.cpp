@@ -35,8 +35,9 @@ const std::string& CzonNode::GetZonFilename() const {
   return pOwner->GetZonFilename();
 }
 
-// Only a child is unnumbered.
+// Numbers that a Copy has reset return when the next node of the name enters the index.
 int CzonNode::FindNumber() const {
+  if (Owner() == nullptr) return instance_;
   if (Has(kNamed)) GetOwner()->NumberChildren(static_cast<const CzonNamedNode&>(*this));
   if (!Has(kUnnumbered)) return instance_;
   return Has(kNumberLost) ? 0 : GetOwner()->CountNumber(*this);

@@ -56,7 +56,7 @@ unsigned int CzonNode::GetNoInstances() const {
   return 0;
 }
 int CzonNode::GetInstanceNo() const {
-  return Has(kUnnumbered) ? FindNumber() : instance_;
+  return Has(kUnnumbered) || instance_ == 0 ? FindNumber() : instance_;
 }
 
 int CzonNode::IsSection() const {
