@@ -48,7 +48,6 @@ class LongList {
   // A list of these nodes, labelled unless `labels` is null. Throws std::bad_alloc.
   LongList(CzonNode* const* nodes, std::uint32_t size, const NodeLabels* labels);
 
-  std::uint32_t Size() const { return size_; }
   CzonNode* At(std::uint32_t place) const;
   void Set(std::uint32_t place, CzonNode* node);
 

@@ -338,7 +338,7 @@ void PrepareQueue(NameQueue& queue, std::uint32_t at, CzonNamedNode* owner) {
   if (!PrepareMove(queue.nodes, queue.nodes.size - at, owner)) return;
   for (CzonNode* node : NodeSpan(queue.nodes)) {
     if (!wasNumbered) NodeAccess::RestoreNumber(*node);
-    NodeAccess::SetCounted(*node);
+    NodeAccess::SetUnnumbered(*node);
   }
 }
 
@@ -478,7 +478,7 @@ void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner) {
   NameQueue& queue = *entry.queue;
   const std::uint32_t last = queue.nodes.size - 1;
   if (IsLong(queue.nodes)) {
-    NodeAccess::SetCounted(node);
+    NodeAccess::SetUnnumbered(node);
   } else {
     CheckRepeat(queue, node, last);
   }
@@ -496,7 +496,7 @@ void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
   PrepareQueue(queue, at, owner);
   if (!IsLong(queue.nodes)) CheckRepeat(queue, node, queue.nodes.size);
   Insert(queue.nodes, at, &node, ArenaOf(owner));
-  if (IsLong(queue.nodes)) NodeAccess::SetCounted(node);
+  if (IsLong(queue.nodes)) NodeAccess::SetUnnumbered(node);
   NumberQueue(queue, at);
 }
 

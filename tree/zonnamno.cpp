@@ -254,31 +254,19 @@ void CzonNamedNode::Clear() {
   SetFlags(0);
 }
 
-// Frees the subtree iteratively. Pending nodes are linked as owners, so neither stack nor heap
-// is needed.
 void CzonNamedNode::FreeChildren() {
   if (!Has(kDeep)) return;  // everything below is in the arena
   CzonNode* pending = nullptr;
-  const auto enlist = [&pending](const CzonNamedNode& owner) {
-    if (owner.Has(kDeferred)) return;
-    for (CzonNode* child : zon::NodeSpan(owner.children_.nodes)) {
-      if (!child->NeedsDestructor()) continue;
-      child->SetOwner(pending);
-      pending = child;
-    }
-  };
-  enlist(*this);
-  while (pending != nullptr) {
-    CzonNode* node = pending;
-    pending = node->Owner();
-    node->SetOwner(nullptr);
-    // The destructor of a host's class may use the children, and then frees them.
-    auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
-    if (named != nullptr && named->IsOfLibrary() && !named->Has(kDeferred)) {
-      enlist(*named);
-      zon::Release(named->children_.nodes, named->arena_);
-    }
-    Free(node);
+  LinkChildren(pending, false);
+  TakeApart(pending, false, Free);
+}
+
+void CzonNamedNode::LinkChildren(CzonNode*& pending, bool all) const {
+  if (Has(kDeferred)) return;
+  for (CzonNode* child : zon::NodeSpan(children_.nodes)) {
+    if (!all && !child->NeedsDestructor()) continue;
+    child->SetOwner(pending);
+    pending = child;
   }
 }
 

@@ -162,6 +162,9 @@ class ZON_API CzonNamedNode : public CzonNode {
   int CountNumber(const CzonNode& child);
   void AppendChild(CzonNode* node);
   void FreeChildren();
+  void LinkChildren(CzonNode*& pending, bool all) const;
+  template <class Destroy>
+  static void TakeApart(CzonNode* pending, bool all, Destroy&& destroy);
   void CopyContent(const CzonNamedNode& source);
   void CopyFields(const CzonNamedNode& source);
   void AppendCopy(CzonNode* child);

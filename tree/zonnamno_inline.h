@@ -58,4 +58,22 @@ inline void CzonNamedNode::ReferToName(std::string_view name) {
   zon::ReferTo(name_, name);
 }
 
+// Destroys the pending nodes and what is below them: all of it, or only what owns memory outside the arena.
+// Needs neither stack nor heap: pending nodes are linked as owners, the last one has none.
+template <class Destroy>
+void CzonNamedNode::TakeApart(CzonNode* pending, bool all, Destroy&& destroy) {
+  while (pending != nullptr) {
+    CzonNode* node = pending;
+    pending = node->Owner();
+    node->SetOwner(nullptr);
+    // The destructor of a host's class may use the children, and then frees them.
+    auto* named = node->Has(kNamed) ? static_cast<CzonNamedNode*>(node) : nullptr;
+    if (named != nullptr && named->IsOfLibrary() && !named->Has(kDeferred)) {
+      named->LinkChildren(pending, all);
+      zon::Release(named->children_.nodes, named->arena_);
+    }
+    destroy(node);
+  }
+}
+
 #endif

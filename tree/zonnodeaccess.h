@@ -99,8 +99,8 @@ struct NodeAccess {
   static bool IsAlone(const CzonNode& node) { return node.Has(CzonNode::kAlone); }
   static void SetAlone(CzonNode& node, bool on) { node.Set(CzonNode::kAlone, on); }
 
-  // The number of a node of a long queue is counted.
-  static void SetCounted(CzonNode& node) { node.Set(CzonNode::kUnnumbered); }
+  // From now on the number is counted: the node is in a long queue.
+  static void SetUnnumbered(CzonNode& node) { node.Set(CzonNode::kUnnumbered); }
   static void RestoreNumber(CzonNode& node) { node.Set(CzonNode::kNumberLost, false); }
 
   // The children if they are a long list, else null. EnsureLongChildren makes them one; false if out of

@@ -146,33 +146,18 @@ void NodeAccess::ReleaseText(const CzonNode& node, const Text& text, Arena& aren
   if (node.Has(CzonNode::kOwnText) && text.size < kKeptString) arena.ReleaseText(View(text));
 }
 
-// Iterative. Pending nodes are linked as owners, so this cannot fail.
 void NodeAccess::Discard(CzonNode* node, Arena* arena) {
   node->SetOwner(nullptr);
-  for (CzonNode* pending = node; pending != nullptr;) {
-    CzonNode* const next = pending;
-    pending = next->Owner();
-    next->SetOwner(nullptr);
-    auto* const named = IsNamed(*next) ? &Named(*next) : nullptr;
-    if (named != nullptr && IsOfLibrary(*named) && !named->Has(CzonNode::kDeferred)) {
-      for (CzonNode* child : named->Children()) {
-        child->SetOwner(pending);
-        pending = child;
-      }
-      zon::Release(named->children_.nodes, named->arena_);
-    }
+  CzonNamedNode::TakeApart(node, true, [arena](CzonNode* next) {
     const std::size_t size = std::size_t{next->bits_ >> CzonNode::kSizeShift} * 8;
-    if (size == 0 || arena == nullptr) {
-      Free(next);
-      continue;
-    }
-    ReleaseText(*next, named != nullptr ? named->name_ : static_cast<CzonParam*>(next)->text_,
+    if (size == 0 || arena == nullptr) return Free(next);
+    ReleaseText(*next, IsNamed(*next) ? Named(*next).name_ : static_cast<CzonParam*>(next)->text_,
                 *arena);
     const bool hasPiece = next->Has(CzonNode::kHasExtras) && !next->Has(CzonNode::kOwnsExtras);
     if (hasPiece) arena->ReleasePiece(next->extras_, sizeof *next->extras_);
     next->~CzonNode();
     arena->ReleasePiece(next, size);
-  }
+  });
 }
 
 // A value is in the list of children only, and the list keeps its size: this cannot fail.
