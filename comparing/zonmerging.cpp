@@ -138,6 +138,21 @@ std::uint32_t EndOfDefinitions(const CzonNamedNode& section) {
   return end;
 }
 
+// The child of a section at the place of a node in its own section. Two files mostly have the same nodes in the
+// same order, and then no name is looked up. Null if it is not what would be found by name and number.
+CzonNamedNode* ChildAt(const CzonTargetList& section, std::uint32_t place,
+                       const CzonNamedNode& node) {
+  const NodeSpan children = NodeAccess::Children(section);
+  if (place >= children.Size() || !NodeAccess::IsNamed(*children[place])) return nullptr;
+  auto& child = static_cast<CzonNamedNode&>(*children[place]);
+  const std::string_view name = NodeAccess::GetNameView(node);
+  const bool isAlike = NodeAccess::IsOfLibrary(section) && NodeAccess::IsOfLibrary(child) &&
+                       child.GetSyntaxClass() == node.GetSyntaxClass() &&
+                       child.IsDefaultDef() == 0 && !name.empty() &&
+                       EqualNoCase(NodeAccess::GetNameView(child), name);
+  return isAlike && InstanceOf(child) == InstanceOf(node) ? &child : nullptr;
+}
+
 CzonNamedNode* Merge::FindLine(const CzonTargetList& section, const CzonNamedNode& line,
                                std::unique_ptr<Definitions>* definitions) const {
   if (line.IsDefaultDef() == 0) {
@@ -150,24 +165,28 @@ CzonNamedNode* Merge::FindLine(const CzonTargetList& section, const CzonNamedNod
 void Merge::PlanSection(CzonTargetList& section, const CzonNamedNode& overlay) {
   Addition addition{&section, 0, {}, {}, {}};
   std::unique_ptr<Definitions> definitions;
+  std::uint32_t place = 0;
   for (const CzonNode* child : NodeAccess::Children(overlay)) {
+    const std::uint32_t here = place++;
     if (!NodeAccess::IsNamed(*child)) continue;
     const auto& node = static_cast<const CzonNamedNode&>(*child);
+    CzonNode* found = ChildAt(section, here, node);
     if (NodeAccess::IsSection(node)) {
-      auto* found = static_cast<CzonTargetList*>(FindSection(section, StepOf(node)));
+      if (found == nullptr) found = FindSection(section, StepOf(node));
       if (found == nullptr) {
         addition.sections.nodes.push_back(copier_.CopySection(node));
       } else {
-        PlanFlags(*found, node);
-        open_.emplace_back(found, &node);
+        auto& inner = static_cast<CzonTargetList&>(*found);
+        PlanFlags(inner, node);
+        open_.emplace_back(&inner, &node);
       }
     } else if (NodeAccess::IsKeyword(node) && NodeAccess::IsSection(section)) {
-      CzonNamedNode* found = FindLine(section, node, &definitions);
+      if (found == nullptr) found = FindLine(section, node, &definitions);
       if (found == nullptr) {
         NewChildren& lines = node.IsDefaultDef() != 0 ? addition.definitions : addition.keywords;
         lines.nodes.push_back(copier_.CopyLine(node));
       } else {
-        PlanLine(*found, node);
+        PlanLine(static_cast<CzonNamedNode&>(*found), node);
       }
     }
   }

@@ -1,6 +1,8 @@
 // The action of each rule of the grammar, by its name in zongrammar.y.
 #include "reader/zontreebuilder.h"
 
+#include <type_traits>
+
 #include "base/zonchars.h"
 #include "reader/yyparser.h"
 #include "reader/zonlexer.h"
@@ -72,6 +74,7 @@ T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
   T* node = NodeAccess::Make<T>(arena_);
   NodeAccess::ReferToName(*node, name);
   if (multi) node->SetMultiMandat(1, 0);
+  if constexpr (std::is_same_v<T, CzonSection>) NodeAccess::SetNamesDiffer(*node, true);
   return node;
 }
 
@@ -144,11 +147,13 @@ void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& val
 
 // Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of sections
 // apart from those of keywords.
-void TreeBuilder::NoteName(const CzonNode* owner, const CzonNamedNode* node) {
+void TreeBuilder::NoteName(CzonNode* owner, const CzonNamedNode* node) {
   const bool isSection = NodeAccess::IsSection(*node);
   const char* const kind = reinterpret_cast<const char*>(owner) + (isSection ? 1 : 0);
   const bool mayRepeat = owner == list_ || names_.MayRepeat(kind, NodeAccess::GetNameView(*node));
-  if (mayRepeat && node->GetInstanceNo() > 1) CheckUnique(node);
+  if (!mayRepeat) return;
+  NodeAccess::SetNamesDiffer(*owner, false);
+  if (node->GetInstanceNo() > 1) CheckUnique(node);
 }
 
 // The value of the left side is that of the first symbol on the right unless the rule makes another.
@@ -165,7 +170,7 @@ SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
     case kListSection:
     case kBodySection: {
       auto* section = Downcast<CzonSection>(right[1].node);
-      Downcast<CzonTargetList>(right[0].node)->AddSection(section);
+      NodeAccess::AppendNew(*Downcast<CzonTargetList>(right[0].node), *section);
       NoteName(right[0].node, section);
       if (rule == kListSection) names_.Clear();
       return result;

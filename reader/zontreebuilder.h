@@ -71,7 +71,7 @@ class TreeBuilder {
   T* NewNamed(std::string_view name, bool multi);
   CzonNode* NewSubstitution(std::string_view text);
   void NoteSuspects(const CzonNode& section, std::string_view end);
-  void NoteName(const CzonNode* owner, const CzonNamedNode* node);
+  void NoteName(CzonNode* owner, const CzonNamedNode* node);
   void DeferValues(CzonKeyword* keyword);  // the values that the lexer has consumed last
   template <class T>
   CzonNode* NewEmpty(const char* place);

@@ -38,6 +38,7 @@ const std::string& CzonNode::GetZonFilename() const {
 // Numbers that a Copy has reset return when the next node of the name enters the index.
 int CzonNode::FindNumber() const {
   if (Owner() == nullptr) return instance_;
+  if (Has(kUnnumbered) && Owner()->Has(kNamesDiffer)) return 1;
   if (Has(kNamed)) GetOwner()->NumberChildren(static_cast<const CzonNamedNode&>(*this));
   if (!Has(kUnnumbered)) return instance_;
   return Has(kNumberLost) ? 0 : GetOwner()->CountNumber(*this);

@@ -172,15 +172,16 @@ class ZON_API CzonNode : public CzonBase {
     kOwnsRemark = 64,  ///< the remark is in the free store
     kHasDouble = 128,  ///< of numbers: the views that are set
     kHasInt = 256,
-    kDeferred = 512,      ///< of keywords: the values are not made yet
-    kRead = 2048,         // of keywords: a value was read while a file was watched
-    kLostNumbers = 1024,  ///< of keywords: a Copy has reset the number of a value
-    kUnnumbered = 4096,   ///< the instance number is made, or counted, when it is asked for
-    kNumberLost = 8192,   ///< of nodes whose number is counted: a Copy has reset it to 0
-    kOwnText = 16384,     ///< the name or text is a copy in the arena that only this node has
-    kHasExtras = 32768,   ///< the owner is in the extras
-    kOwnsExtras = 65536,  ///< the extras are in the free store
-    kAlone = 1 << 20,     ///< the index of the owner has no other node of this name
+    kDeferred = 512,         ///< of keywords: the values are not made yet
+    kRead = 2048,            // of keywords: a value was read while a file was watched
+    kLostNumbers = 1024,     ///< of keywords: a Copy has reset the number of a value
+    kUnnumbered = 4096,      ///< the instance number is made, or counted, when it is asked for
+    kNumberLost = 8192,      ///< of nodes whose number is counted: a Copy has reset it to 0
+    kOwnText = 16384,        ///< the name or text is a copy in the arena that only this node has
+    kHasExtras = 32768,      ///< the owner is in the extras
+    kOwnsExtras = 65536,     ///< the extras are in the free store
+    kAlone = 1 << 20,        ///< the index of the owner has no other node of this name
+    kNamesDiffer = 1 << 21,  ///< of sections as they were read: no name is in them twice
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set

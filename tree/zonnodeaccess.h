@@ -151,14 +151,23 @@ struct NodeAccess {
     return names > 1 && Count(keywords) == names + 1;
   }
 
+  // Whether the reader has found that no two sections, and no two keywords, of a section have the same name. An
+  // insertion or a renaming ends it. Until then each has the number 1, and no index is needed to know it.
+  static bool DoNamesDiffer(const CzonNode& section) { return section.Has(CzonNode::kNamesDiffer); }
+  static void SetNamesDiffer(CzonNode& section, bool on) {
+    section.Set(CzonNode::kNamesDiffer, on);
+  }
+
   // Whether any section of a list, or keyword of a section, has the name of another one.
   template <class List>
   static bool HasRepeatedSections(const List& list) {
+    if (DoNamesDiffer(list)) return false;
     auto& sections = list.Complete().sections;
     return CountNames(sections, Mutable(list)) < Count(sections);
   }
   template <class Section>
   static bool HasRepeatedKeywords(const Section& section) {
+    if (DoNamesDiffer(section)) return false;
     auto& keywords = section.Complete().keywords;
     return CountNames(keywords, Mutable(section)) < Count(keywords);
   }

@@ -57,6 +57,7 @@ void NodeAccess::PrepareEdit(CzonNamedNode& owner, std::uint32_t place) {
 }
 
 void NodeAccess::FileAt(CzonNamedNode& owner, CzonNode* child, std::uint32_t place) {
+  owner.Set(CzonNode::kNamesDiffer, false);
   // These may throw. The last of them, Append or Insert, changes nothing if it does.
   PrepareEdit(owner, place);
   NodeList& children = owner.EnsureChildren();
@@ -190,7 +191,10 @@ void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
   CzonNamedNode* owner = node.GetOwner();
   // The indexes are not case-sensitive.
   const bool isRefiled = owner != nullptr && !EqualNoCase(node.GetNameView(), name);
-  if (isRefiled) owner->ListChildren();
+  if (isRefiled) {
+    owner->Set(CzonNode::kNamesDiffer, false);
+    owner->ListChildren();
+  }
   NameList* list = isRefiled ? owner->ListOf(node) : nullptr;
   if (list != nullptr && IsIndexed(*list, node, owner)) {
     RenameInIndex(node, text, *list, owner);
@@ -235,6 +239,7 @@ std::unique_ptr<CzonNamedNode> NodeAccess::CopyAside(const CzonNamedNode& node,
 
 void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
   // Exchanges pointers only: no failure is possible. Both nodes use the same arena, if any.
+  for (CzonNamedNode* owner : {&node, &other}) owner->Set(CzonNode::kNamesDiffer, false);
   std::swap(node.children_, other.children_);
   const bool isDeferred = node.Has(CzonNode::kDeferred);
   node.Set(CzonNode::kDeferred, other.Has(CzonNode::kDeferred));
@@ -258,6 +263,7 @@ void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
 
 // A name that a host's class returns may change, so its node is indexed at once, by the present one.
 void CzonNamedNode::AddListed(CzonNamedNode& child) {
+  Set(kNamesDiffer, false);
   if (child.IsOfLibrary()) {
     AppendChild(&child);
     child.Set(kUnnumbered);
