@@ -1,4 +1,5 @@
 // Editing: the cases that the random edits of fuzz/edit_fuzz.cpp, made beside a model, do not show.
+#include <cctype>
 #include <map>
 #include <random>
 
@@ -37,6 +38,32 @@ TEST(Editing, ValuesOfTheSameKindChangeInPlace) {
   EXPECT_EQ(zoneModifyParameterDouble(keyword, 6, 0.25), 0);
   EXPECT_EQ(zonNumericIsIntType(zonParamByNum(keyword, 6)), 0);
   EXPECT_EQ(ShowTree(file), "{A{k(int -4, real 3.0, string y, bool false, file g/h, real 0.25)}}");
+}
+
+// The reader knows that the names differ. Each edit ends that, here before any name or number was asked for.
+TEST(Editing, NamesOfAReadSectionRepeatAfterAnEdit) {
+  using Edit = void (*)(CzonSection&);
+  const Edit edits[] = {
+      [](CzonSection& section) { zoneInsertNewKeyword(&section, "b", 1); },
+      [](CzonSection& section) { EXPECT_EQ(zoneRenameKeyword(section.NodeByNum(1), "B"), 0); },
+      [](CzonSection& section) {
+        EXPECT_EQ(zonCopy(section.NodeByNum(2), section.NodeByNum(1)), 1);
+      },
+      [](CzonSection& section) { zonInsert(section.NodeByNum(2), section.NodeByNum(2), 0); },
+      [](CzonSection& section) { section.AddKeyword(new CzonKeyword("b", 0, 0)); },
+  };
+  for (const Edit& edit : edits) {
+    const File file(Load("[A] a = 1 b = 2 [S] EndSect EndSect"));
+    auto& section = As<CzonSection>(zonTargetByNum(file, 1));
+    edit(section);
+    int number = 0;
+    for (unsigned int n = 1; n <= section.GetNoNodes(); ++n) {
+      const CzonNode& child = *section.NodeByNum(n);
+      if (std::tolower(child.GetName()[0]) != 'b') continue;
+      EXPECT_EQ(child.GetInstanceNo(), ++number) << "edit " << &edit - edits;
+    }
+    EXPECT_EQ(number, 2) << "edit " << &edit - edits;
+  }
 }
 
 TEST(Editing, ValuesAreInserted) {
