@@ -56,12 +56,13 @@ struct NameList {
 
 // What a section or root needs to find its children by number and by name. Made by the first question.
 struct ChildLists {
-  NameList sections;
-  NameList keywords;
-  std::uint32_t listed;  // how many children, from the first on, are in these lists
+  std::uint32_t listed;  // how many children, from the first on, are in the two lists
 
   // The default definitions among the first `definitionsSeen` children, by name. See FindDefinition.
   std::uint32_t definitionsSeen;
+
+  NameList keywords;
+  NameList sections;
   NameIndex definitions;
 };
 
