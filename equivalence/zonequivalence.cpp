@@ -146,6 +146,10 @@ bool IsOfLibrary(const CzonNode* node) {
          NodeAccess::IsOfLibrary(static_cast<const CzonNamedNode&>(*node));
 }
 
+unsigned int CountNamesakes(const CzonNode* section, const CzonKeyword* keyword) {
+  return NodeAccess::CountNamesakes(static_cast<const CzonNamedNode&>(*section), *keyword);
+}
+
 // The first keyword of the name. Two sections mostly have the same keywords in the same order, so the n-th one
 // is looked at before the name is looked up.
 const CzonKeyword* FindFirst(const CzonNode* section, const char* name, unsigned int n) {
@@ -301,7 +305,7 @@ bool Walk::CompareNamedKeywords(const CzonNode* definition, const CzonNode* cand
     const CzonKeyword* found = FindFirst(candidate, name.c_str(), n);
     for (unsigned int k = 1; found != nullptr; ++k) {
       if (!CompareKeywords(keyword, found)) return false;
-      const bool isLast = IsOfLibrary(candidate) && NodeAccess::IsAlone(*found);
+      const bool isLast = IsOfLibrary(candidate) && CountNamesakes(candidate, found) <= k;
       found = isLast ? nullptr : candidate->KeywordByNameNum(name.c_str(), k + 1);
     }
   }

@@ -65,6 +65,18 @@ TEST(Equivalence, ReportsTheFirstMismatch) {
 }
 
 // A template in text cannot express these definitions of the builder.
+TEST(Equivalence, SeesAKeywordThatWasAddedAfterAQuestion) {
+  const host::File pattern(host::Load("[A] k() = 1 EndSect"));
+  const host::File file(host::Load("[A] k = 1 EndSect"));
+  void* section = zonTargetByNum(file, 1);
+  EXPECT_NE(zonKeywordByNameNum(section, "k", 1), nullptr);
+  auto* added = new CzonKeyword("k", 0, 0);
+  added->AddParam(new CzonString("x"));
+  host::As<CzonSection>(section).AddKeyword(added);
+  EXPECT_EQ(zonEquivalent(zonTargetByNum(pattern, 1), section, nullptr), 0);
+  EXPECT_EQ(host::Reports().size(), 1U);
+}
+
 TEST(Equivalence, FlagsOfABuiltTemplate) {
   const host::File pattern(zonCreate());
   zonAddTarget(pattern, "M");

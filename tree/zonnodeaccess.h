@@ -95,7 +95,7 @@ struct NodeAccess {
     }
   }
 
-  // Whether the node is known to be the only one of its name.
+  // Whether the node is the only one of its name in the index, which may not be complete.
   static bool IsAlone(const CzonNode& node) { return node.Has(CzonNode::kAlone); }
   static void SetAlone(CzonNode& node, bool on) { node.Set(CzonNode::kAlone, on); }
 
