@@ -182,7 +182,7 @@ void CzonNamedNode::ForgetGlobalName() {
   } else {
     std::string().swap(*global->text);  // the string itself stays in the arena
   }
-  extras_->globalName = nullptr;
+  link_.extras->globalName = nullptr;
 }
 
 unsigned int CzonNamedNode::GetNoNodes() const {

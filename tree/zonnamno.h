@@ -140,7 +140,7 @@ class ZON_API CzonNamedNode : public CzonNode {
     bits_ = (bits_ & ~(kAllFlags << kFlagShift)) | flags << kFlagShift;
   }
   zon::GlobalName* FindGlobalName() const {
-    return Has(kHasExtras) ? extras_->globalName : nullptr;
+    return Has(kHasExtras) ? link_.extras->globalName : nullptr;
   }
   const zon::GlobalName* BeginGlobalName() const;
   void ForgetGlobalName();

@@ -30,8 +30,8 @@ CzonBase::~CzonBase() = default;
 const std::string& CzonNode::empty_string = *new std::string;
 
 CzonNode::~CzonNode() {
-  if (Has(kOwnsRemark)) delete extras_->remark;
-  if (Has(kOwnsExtras)) delete extras_;
+  if (Has(kOwnsRemark)) delete link_.extras->remark;
+  if (Has(kOwnsExtras)) delete link_.extras;
 }
 
 const std::string& CzonNode::GetName() const {
@@ -195,16 +195,17 @@ const std::string& CzonNode::GetRemark() const {
 }
 
 zon::NodeExtras& CzonNode::EnsureExtras(zon::Arena* arena) {
-  if (Has(kHasExtras)) return *extras_;
+  if (Has(kHasExtras)) return *link_.extras;
   if (arena != nullptr) {
-    extras_ = new (arena->AllocatePiece(sizeof *extras_)) zon::NodeExtras{owner_, nullptr, nullptr};
+    link_.extras = new (arena->AllocatePiece(sizeof *link_.extras))
+        zon::NodeExtras{link_.owner, nullptr, nullptr};
   } else {
-    extras_ = new zon::NodeExtras{owner_, nullptr, nullptr};
+    link_.extras = new zon::NodeExtras{link_.owner, nullptr, nullptr};
     Set(kOwnsExtras);
   }
   Set(kHasExtras);
   if (Has(kOwnsExtras) && Has(kInArena)) MarkDeep();
-  return *extras_;
+  return *link_.extras;
 }
 
 // A remark that exists is changed in place, wherever its string is. Only a first one is allocated.
@@ -229,7 +230,7 @@ void CzonNode::SwapExtras(CzonNode& other) {
   constexpr std::uint32_t kSwapped = kHasExtras | kOwnsExtras | kOwnsRemark;
   CzonNode* const owner = Owner();
   CzonNode* const otherOwner = other.Owner();
-  std::swap(extras_, other.extras_);
+  std::swap(link_, other.link_);
   const std::uint32_t differences = (bits_ ^ other.bits_) & kSwapped;
   bits_ ^= differences;
   other.bits_ ^= differences;

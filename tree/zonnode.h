@@ -204,9 +204,9 @@ class ZON_API CzonNode : public CzonBase {
   static constexpr unsigned kFlagShift = 17;
   static constexpr unsigned kSizeShift = 24;
 
-  CzonNode* Owner() const { return Has(kHasExtras) ? extras_->owner : owner_; }
-  void SetOwner(CzonNode* owner) { (Has(kHasExtras) ? extras_->owner : owner_) = owner; }
-  std::string* Remark() const { return Has(kHasExtras) ? extras_->remark : nullptr; }
+  CzonNode* Owner() const { return Has(kHasExtras) ? link_.extras->owner : link_.owner; }
+  void SetOwner(CzonNode* owner) { (Has(kHasExtras) ? link_.extras->owner : link_.owner) = owner; }
+  std::string* Remark() const { return Has(kHasExtras) ? link_.extras->remark : nullptr; }
   zon::NodeExtras& EnsureExtras(zon::Arena* arena);
   static void Free(CzonNode* node);
   bool NeedsDestructor() const { return (bits_ & (kInArena | kDeep)) != kInArena; }
@@ -215,10 +215,12 @@ class ZON_API CzonNode : public CzonBase {
   void ResetNumber();  // to 0, for a Copy; notifies the owner
   int FindNumber() const;
 
-  union {
-    CzonNode* owner_ = nullptr;  // a CzonNamedNode, except while a subtree is freed
-    zon::NodeExtras* extras_;    // if kHasExtras is set
+  union Link {
+    CzonNode* owner;          // a CzonNamedNode, except while a subtree is freed
+    zon::NodeExtras* extras;  // if kHasExtras is set
   };
+
+  Link link_ = {nullptr};
   std::int32_t instance_ = 0;
 
   // Of Bits. From kFlagShift on the three flags of a named node; from kSizeShift on the size of a node in an arena,

@@ -155,9 +155,10 @@ void NodeAccess::Discard(CzonNode* node, Arena* arena) {
     ReleaseText(*next, IsNamed(*next) ? Named(*next).name_ : static_cast<CzonParam*>(next)->text_,
                 *arena);
     const bool hasPiece = next->Has(CzonNode::kHasExtras) && !next->Has(CzonNode::kOwnsExtras);
-    if (hasPiece) arena->ReleasePiece(next->extras_, sizeof *next->extras_);
+    NodeExtras* const extras = hasPiece ? next->link_.extras : nullptr;
     next->~CzonNode();
     arena->ReleasePiece(next, size);
+    if (extras != nullptr) arena->ReleasePiece(extras, sizeof *extras);
   });
 }
 
