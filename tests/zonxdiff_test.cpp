@@ -205,6 +205,28 @@ TEST(ZonxDiff, ComparesSectionsAndBuiltTrees) {
             "~A/k[1] +A/none[1]");
 }
 
+// The names in a section differ as it is read. A renaming or an insertion ends that, and repeated sections are
+// paired by their content.
+TEST(ZonxDiff, PairsSectionsThatAnEditHasMadeNamesakes) {
+  const Loaded before("[R] [S] i = 1 j = 1 EndSect [T] i = 2 j = 2 EndSect EndSect");
+  const Loaded after("[R] [S] i = 2 j = 2 EndSect [T] i = 3 j = 3 EndSect EndSect");
+  for (const Loaded* file : {&before, &after}) {
+    EXPECT_EQ(zoneRenameSection(zonNodeByNum(zonTargetByNum(*file, 1), 2), "S"), 0);
+  }
+  EXPECT_EQ(Diff(before, after), "-R/S +R/S:2");
+
+  const Loaded one("[R] [S] i = 1 j = 1 EndSect EndSect");
+  const Loaded two("[R] [S] i = 2 j = 2 EndSect EndSect");
+  const auto insertAnother = [](void* file, int value) {
+    void* section = zonNodeByNum(zonTargetByNum(file, 1), 1);
+    void* made = zonInsert(section, section, 1);
+    for (unsigned n : {1U, 2U}) zoneModifyParameterInt(zonKeywordByNum(made, n), 1, value);
+  };
+  insertAnother(one, 2);
+  insertAnother(two, 3);
+  EXPECT_EQ(Diff(one, two), "-R/S +R/S:2");
+}
+
 TEST(ZonxDiff, CallsTheVisitor) {
   const Loaded before("[A] k = 1, 2 EndSect");
   const Loaded after("[A] k = 3, 4 EndSect");
