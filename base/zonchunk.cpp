@@ -12,12 +12,14 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 
 namespace zon {
 namespace {
 
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
+constexpr std::size_t kMallocSizes = 5;  // how many of kChunkSizes are from malloc
 
 // The sanitizers check only memory of malloc, so under them every chunk is allocated there.
 #if defined(__has_feature)
@@ -28,20 +30,22 @@ constexpr std::size_t kHugePage = std::size_t{2} << 20;
 #if defined(__SANITIZE_ADDRESS__) || defined(ZON_MALLOC_ONLY)
 constexpr std::size_t kLargestMalloc = SIZE_MAX;
 #else
-constexpr std::size_t kLargestMalloc = kChunkSizes[4];
+constexpr std::size_t kLargestMalloc = kChunkSizes[kMallocSizes - 1];
 #endif
 
 // Cache of one freed chunk of one size. Filled if empty; emptied by the next allocation of that size.
 // Without it, loading one file after another takes 50 % longer, most of it in page faults.
 struct Spare {
   const std::size_t size;
-  std::atomic<void*> chunk;
+  std::atomic<void*> chunk{nullptr};
 };
 
-Spare spares[] = {{kChunkSizes[5], nullptr},     {kChunkSizes[6], nullptr},
-                  {kChunkSizes[7], nullptr},     {kTextChunkSizes[0], nullptr},
-                  {kTextChunkSizes[1], nullptr}, {kTextChunkSizes[2], nullptr},
-                  {kTextChunkSizes[3], nullptr}};
+Spare spares[] = {{kChunkSizes[5]},     {kChunkSizes[6]},     {kChunkSizes[7]},
+                  {kChunkSizes[8]},     {kChunkSizes[9]},     {kTextChunkSizes[0]},
+                  {kTextChunkSizes[1]}, {kTextChunkSizes[2]}, {kTextChunkSizes[3]}};
+static_assert(std::size(spares) ==
+                  std::size(kChunkSizes) - kMallocSizes + std::size(kTextChunkSizes),
+              "each size that is mapped has a spare");
 
 // The one for chunks of exactly this size; null if there is none.
 Spare* FindSpare(std::size_t size) {
