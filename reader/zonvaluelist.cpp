@@ -153,9 +153,10 @@ class ValueCursor {
   const char* end_;
 };
 
-// Every so many values the next ones are tried in blocks. Most lists are shorter, and a block would cost
-// them more than it gains.
-constexpr int kBetweenBlocks = 13;
+// After so many values the next ones are tried in blocks. Most lists are shorter, and a block would cost
+// them more than it gains. After a block that fails it is twice as many: a list of values that no block
+// accepts, such as those with exponents, costs few attempts.
+constexpr unsigned kBeforeBlocks = 13;
 
 // The comma after the last value of the blocks that begin at `at`; null if there is none. Out of line:
 // inlined into FindValues it would cost a load of short lists 2 %.
@@ -199,13 +200,17 @@ CzonNode* MakeValue(Arena& arena, int token, std::string_view text) {
 PlainValues FindValues(const char* at, const char* end) {
   PlainValues plain;
   ValueCursor cursor(at, end);
+  unsigned step = kBeforeBlocks;
+  unsigned nextBlocks = step;
   for (unsigned count = 1; !plain.isWhole; ++count) {
-    if (count % kBetweenBlocks == 0) {
+    if (count == nextBlocks) {
       const char* const comma = LastCommaOfBlocks(cursor.At(), end);
       if (comma != nullptr) {
         plain.end = comma;
         cursor.MoveTo(comma + 1);
       }
+      step = comma != nullptr ? kBeforeBlocks : 2 * step;
+      nextBlocks = count + step;
     }
     cursor.SkipSpace();
     std::string_view value;
