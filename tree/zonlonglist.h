@@ -28,7 +28,7 @@ struct NodeLabels {
 
 class LongList {
  public:
-  static constexpr std::uint32_t kBlock = 256;
+  static constexpr std::uint32_t kBlock = 512;
 
   struct Block {
     CzonNode* const* begin() const { return nodes.get(); }
