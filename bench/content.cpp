@@ -359,9 +359,8 @@ void AddPlaces(const Section& section, Place& outer, std::vector<Place>& places)
 class Folder {
  public:
   Folder() {
-    char name[] = "/tmp/zon-bench-XXXXXX";
-    if (mkdtemp(name) == nullptr) throw std::runtime_error("no folder for temporary files");
-    path_ = name;
+    path_ = std::filesystem::temp_directory_path() / "zon-bench-XXXXXX";
+    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no folder for temporary files");
   }
   ~Folder() {
     std::error_code ignored;
