@@ -10,7 +10,6 @@
 
 #include "api/zonfilehandle.h"
 #include "api/zonx.h"
-#include "base/zonchars.h"
 #include "comparing/zonvaluecomparison.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
@@ -145,11 +144,10 @@ CzonNamedNode* ChildAt(const CzonTargetList& section, std::uint32_t place,
   const NodeSpan children = NodeAccess::Children(section);
   if (place >= children.Size() || !NodeAccess::IsNamed(*children[place])) return nullptr;
   auto& child = static_cast<CzonNamedNode&>(*children[place]);
-  const std::string_view name = NodeAccess::GetNameView(node);
   const bool isAlike = NodeAccess::IsOfLibrary(section) && NodeAccess::IsOfLibrary(child) &&
                        child.GetSyntaxClass() == node.GetSyntaxClass() &&
-                       child.IsDefaultDef() == 0 && !name.empty() &&
-                       EqualNoCase(NodeAccess::GetNameView(child), name);
+                       child.IsDefaultDef() == 0 && !NodeAccess::GetNameView(node).empty() &&
+                       NodeAccess::HaveSameName(child, node);
   return isAlike && InstanceOf(child) == InstanceOf(node) ? &child : nullptr;
 }
 

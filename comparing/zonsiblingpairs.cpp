@@ -4,7 +4,6 @@
 #include <numeric>
 #include <utility>
 
-#include "base/zonchars.h"
 #include "saving/zonsavedtree.h"
 #include "tree/zonnodeaccess.h"
 #include "zonx/zonkind.h"
@@ -62,11 +61,6 @@ Numbers AllNumbers(std::size_t count) {
   return numbers;
 }
 
-bool HaveSameName(const CzonNamedNode& a, const CzonNamedNode& b) {
-  return KindOf(a) == KindOf(b) &&
-         EqualNoCase(NodeAccess::GetNameView(a), NodeAccess::GetNameView(b));
-}
-
 // One run over two lists. A node is free until it has a partner, or is known to have none.
 class Pairing {
  public:
@@ -88,7 +82,7 @@ class Pairing {
     for (std::size_t n = 0; n < before_.size(); ++n) {
       const std::size_t partner = partners_[n];
       if (partner == kNone) continue;
-      if (!HaveSameName(*before_[n].node, *after_[partner].node)) partners_[n] = kNone;
+      if (!AreNamesakes(*before_[n].node, *after_[partner].node)) partners_[n] = kNone;
     }
     return std::move(partners_);
   }
@@ -260,6 +254,10 @@ std::vector<AlignedPair> FindUnmoved(const std::vector<std::size_t>& partners) {
 }
 
 }  // namespace
+
+bool AreNamesakes(const CzonNamedNode& a, const CzonNamedNode& b) {
+  return KindOf(a) == KindOf(b) && NodeAccess::HaveSameName(a, b);
+}
 
 void FindRepeated(Siblings* before, Siblings* after) {
   ForEachGroup(HeadsOf(*before), HeadsOf(*after), [&](const Group& namesakes) {

@@ -47,6 +47,9 @@ struct SiblingStep {
   bool isMoved;        // a pair that is not in the longest row of pairs that increase
 };
 
+// Whether the nodes have one name and class.
+bool AreNamesakes(const CzonNamedNode& a, const CzonNamedNode& b);
+
 // Sets isRepeated of all, by their heads.
 void FindRepeated(Siblings* before, Siblings* after);
 

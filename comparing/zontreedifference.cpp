@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "base/zoncancel.h"
-#include "base/zonchars.h"
 #include "base/zonsilence.h"
 #include "comparing/zonsiblingpairs.h"
 #include "comparing/zontreeoutline.h"
@@ -18,15 +17,10 @@
 #include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
-#include "zonx/zonkind.h"
 #include "zonx/zonnodepath.h"
 
 namespace zon {
 namespace {
-
-bool HaveSameName(const CzonNamedNode& a, const CzonNamedNode& b) {
-  return EqualNoCase(NodeAccess::GetNameView(a), NodeAccess::GetNameView(b));
-}
 
 bool HasRepeatedSections(const CzonNamedNode& owner) {
   return !NodeAccess::IsOfLibrary(owner) ||
@@ -220,7 +214,7 @@ bool DifferenceWalk::FindPlainSteps(std::size_t before, std::size_t after,
   std::size_t b = TreeOutline::First(before);
   std::size_t a = TreeOutline::First(after);
   while (b < from.End(before) && a < to.End(after)) {
-    if (!HaveSameName(from.Section(b), to.Section(a))) return false;
+    if (!NodeAccess::HaveSameName(from.Section(b), to.Section(a))) return false;
     steps->push_back({b, a, false});
     b = from.End(b);
     a = to.End(a);
@@ -283,7 +277,7 @@ bool DifferenceWalk::ComparePlainLines(const CzonNamedNode& before, const CzonNa
   LineCursor other(after);
   bool isSame = true;
   for (; !line.IsAtEnd() && !other.IsAtEnd(); line.Advance(), other.Advance()) {
-    if (!HaveSameName(*line, *other) || KindOf(*line) != KindOf(*other)) return false;
+    if (!AreNamesakes(*line, *other)) return false;
     isSame = isSame && IsSameLine(*line, *other);
   }
   if (!line.IsAtEnd() || !other.IsAtEnd()) return false;

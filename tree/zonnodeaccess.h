@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "base/zonarena.h"
+#include "base/zonchars.h"
 #include "base/zonnumber.h"
 #include "tree/zondeferredvalues.h"
 #include "tree/zonnamno_inline.h"
@@ -174,6 +175,9 @@ struct NodeAccess {
 
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
   static std::string_view GetNameView(const CzonNamedNode& node) { return node.GetNameView(); }
+  static bool HaveSameName(const CzonNamedNode& a, const CzonNamedNode& b) {
+    return EqualNoCase(a.GetNameView(), b.GetNameView());
+  }
   static NameKey GetKey(const CzonNamedNode& node) { return node.GetKey(); }
   static void SetName(CzonNamedNode& node, std::string_view name) { node.SetName(name); }
   static void ReferToName(CzonNamedNode& node, std::string_view name) { node.ReferToName(name); }
