@@ -51,6 +51,9 @@ int Lexer::Next() {
 template <class Source>
 int Lexer::Scan(Source& source) {
   previousEnd_ = source.At();
+  if constexpr (Source::kStays) {
+    if (space_.data() == previousEnd_) source.Consume(previousEnd_ + space_.size());
+  }
   for (;;) {
     const int c = source.GetAfterSpace();
     if (Source::kStays) tokenBegin_ = source.At() - (c >= 0 ? 1 : 0);
@@ -206,6 +209,7 @@ bool Lexer::ConsumeLine() {
   if (!plain.isWhole) return false;
   isSuspect_ = isSuspect_ || plain.isSuspect;
   StoreValues(source, values, plain.end);
+  space_ = {plain.end, static_cast<std::size_t>(plain.next - plain.end)};
   return true;
 }
 

@@ -100,6 +100,7 @@ class Lexer {
   std::string buffer_;  // of a text from a host's source
   std::string_view text_ = std::string_view(kNoText + 1);
   std::string_view values_;
+  std::string_view space_;  // after the last line: it need not be looked at again
   const char* tokenBegin_ = nullptr;
   const char* previousEnd_ = nullptr;
   const char* stringBegin_ = nullptr;

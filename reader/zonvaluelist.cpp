@@ -222,6 +222,7 @@ PlainValues FindValues(const char* at, const char* end) {
       const int next = cursor.Peek();
       if (next < 0 || IsRemarkOrComment(next)) break;
       plain.isWhole = true;
+      plain.next = cursor.At();
     }
     plain.end = endOfValue;
     if (token == INTEGER && (IsLong(value) || (count == 2 && IsGlued(value))))

@@ -39,9 +39,10 @@ inline bool IsGlued(std::string_view integer) {
 
 // The plain values, with the commas between them, that begin at `at`.
 struct PlainValues {
-  const char* end = nullptr;  // after the last one; null if there are none
-  bool isWhole = false;       // the list ends with it
-  bool isSuspect = false;     // a check may warn of them: see Lexer::IsSuspect
+  const char* end = nullptr;   // after the last one; null if there are none
+  const char* next = nullptr;  // of a whole list: after the white space that follows
+  bool isWhole = false;        // the list ends with it
+  bool isSuspect = false;      // a check may warn of them: see Lexer::IsSuspect
 };
 
 // The last value counts only if the next character is already in the buffer and begins no remark or
