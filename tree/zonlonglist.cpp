@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "tree/zonnearsearch.h"
+
 namespace zon {
 namespace {
 
@@ -113,13 +115,7 @@ bool LongList::IsBefore(const CzonNode& node, Spot spot) const {
   if (block == nullptr) return false;
   const std::uint32_t place = places_[block->number];
   if (place != spot.block) return place < spot.block;
-  // Most of the nodes that are asked for are near the spot.
-  CzonNode* const* before = block->begin() + spot.at;
-  for (CzonNode* const* after = before; before != block->begin(); ++after) {
-    if (*--before == &node) return true;
-    if (after < block->end() && *after == &node) return false;
-  }
-  return false;
+  return FindNear(block->nodes, block->size, &node, spot.at) < spot.at;
 }
 
 // The end of the list is the end of its last block. Most places are in the block of the last one; for

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <new>
 
+#include "tree/zonnearsearch.h"
+
 namespace zon {
 namespace {
 
@@ -35,16 +37,8 @@ void NodeSpan::Iterator::EnterNextBlock() {
   end_ = block.end();
 }
 
-// The guess is the place at which the node was seen last. Edits move nodes by a few places, so
-// searching from it in both directions usually ends at once; the worst case is the whole list.
 std::uint32_t NodeSpan::Find(const CzonNode* node, std::uint32_t guess) const {
-  std::uint32_t after = std::min(guess, size_);
-  std::uint32_t before = after;
-  while (after < size_ || before > 0) {
-    if (after < size_ && (*this)[after++] == node) return after - 1;
-    if (before > 0 && (*this)[--before] == node) return before;
-  }
-  return size_;
+  return FindNear(*this, size_, node, guess);
 }
 
 void Grow(NodeList& list, std::uint32_t more, Arena* arena) {
