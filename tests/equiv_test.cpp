@@ -64,7 +64,6 @@ TEST(Equivalence, ReportsTheFirstMismatch) {
                 {"[B] EndSect", "Ambiguous template section\n\tTemp: B\n\tCand: B"}});
 }
 
-// A template in text cannot express these definitions of the builder.
 TEST(Equivalence, SeesAKeywordThatWasAddedAfterAQuestion) {
   const host::File pattern(host::Load("[A] k() = 1 EndSect"));
   const host::File file(host::Load("[A] k = 1 EndSect"));
@@ -77,6 +76,7 @@ TEST(Equivalence, SeesAKeywordThatWasAddedAfterAQuestion) {
   EXPECT_EQ(host::Reports().size(), 1U);
 }
 
+// A template in text cannot express these definitions of the builder.
 TEST(Equivalence, FlagsOfABuiltTemplate) {
   const host::File pattern(zonCreate());
   zonAddTarget(pattern, "M");
