@@ -9,6 +9,7 @@ std::vector<std::string_view> TextEdits::Apply(std::string_view text) {
   if (!std::is_sorted(edits_.begin(), edits_.end(), isBefore)) {
     std::stable_sort(edits_.begin(), edits_.end(), isBefore);
   }
+  text_ = text;
   std::vector<std::string_view> pieces;
   const char* at = text.data();
   const char* const end = text.data() + text.size();
@@ -28,25 +29,26 @@ std::vector<std::string_view> TextEdits::Apply(std::string_view text) {
   return pieces;
 }
 
-// Places are mostly looked up in their order, so the answer is often the edit of the last one or the next.
+// Places are mostly looked up in their order: in the gap of the last one or in the next gap.
 const char* TextEdits::Moved(const char* place) const {
-  const auto isBefore = [&](std::size_t n) {
-    return n == edits_.size() || place < edits_[n].begin;
-  };
-  const auto isNext = [&](std::size_t n) { return isBefore(n) && (n == 0 || !isBefore(n - 1)); };
-  if (hint_ > edits_.size() || !isNext(hint_)) {
-    if (hint_ < edits_.size() && isNext(hint_ + 1)) {
-      ++hint_;
-    } else {
-      const auto next = std::upper_bound(
-          edits_.begin(), edits_.end(), place,
-          [](const char* wanted, const Edit& edit) { return wanted < edit.begin; });
-      hint_ = static_cast<std::size_t>(next - edits_.begin());
-    }
+  if (place >= gap_.end && gap_.next < edits_.size()) gap_ = GapBefore(gap_.next + 1);
+  if (place < gap_.begin || place >= gap_.end) {
+    const auto next =
+        std::upper_bound(edits_.begin(), edits_.end(), place,
+                         [](const char* wanted, const Edit& edit) { return wanted < edit.begin; });
+    gap_ = GapBefore(static_cast<std::size_t>(next - edits_.begin()));
   }
-  if (hint_ == 0) return place;
-  const Edit& last = edits_[hint_ - 1];
-  return place < last.end ? nullptr : place + last.shift;
+  return place >= gap_.begin ? place + gap_.shift : nullptr;
+}
+
+TextEdits::Gap TextEdits::GapBefore(std::size_t edit) const {
+  Gap gap{text_.data(), text_.data() + text_.size(), 0, edit};
+  if (edit > 0) {
+    gap.begin = edits_[edit - 1].end;
+    gap.shift = edits_[edit - 1].shift;
+  }
+  if (edit < edits_.size()) gap.end = edits_[edit].begin;
+  return gap;
 }
 
 }  // namespace zon

@@ -4,7 +4,6 @@
 #define ZON_SAVING_ZONTEXTEDITS_H
 
 #include <cstddef>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,8 +37,19 @@ class TextEdits {
     std::ptrdiff_t shift = 0;  // of what follows; set by Apply
   };
 
-  std::deque<Edit> edits_;
-  mutable std::size_t hint_ = 0;  // of the edit after the last place that was looked up
+  // What is between two edits. All of it moves by one distance.
+  struct Gap {
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    std::ptrdiff_t shift = 0;
+    std::size_t next = 0;  // the edit after it
+  };
+  Gap GapBefore(std::size_t edit) const;
+
+  std::vector<Edit> edits_;
+  std::string_view text_;  // that Apply was called for
+  mutable Gap
+      gap_;  // the one of the last place that was looked up; neighbours are mostly in it too
 };
 
 }  // namespace zon
