@@ -1,5 +1,6 @@
 #include "saving/zonplainlist.h"
 
+#include <algorithm>
 #include <cstring>
 #include <typeinfo>
 
@@ -24,7 +25,8 @@ struct PlainText {
 };
 
 bool GivesReal(const CzonReal& real, std::string_view text) {
-  return text.find_first_of(".eE") != text.npos &&
+  const auto marksReal = [](char c) { return c == '.' || c == 'e' || c == 'E'; };
+  return std::any_of(text.begin(), text.end(), marksReal) &&
          AreSameReals(real.CzonReal::GetDouble(), TextToDouble(text));
 }
 
@@ -100,31 +102,25 @@ class ListWalk {
 
 }  // namespace
 
-bool MatchPlainList(const CzonNamedNode& keyword, std::string_view list,
-                    std::vector<const char*>* places) {
-  places->clear();
+void MatchPlainList(const CzonNamedNode& keyword, std::string_view list, PlainListMatch* match) {
+  match->isSame = false;
+  match->changed = nullptr;
+  match->places.clear();
+  const CzonNode* changed = nullptr;
   ListWalk walk(list);
   for (const CzonNode* value : NodeAccess::Children(keyword)) {
     PlainText plain;
-    if (!FindPlainText(*value, &plain) || !walk.FindNext()) return false;
-    places->push_back(walk.At() + (plain.mark != 0 ? 1 : 0));
-    if (!walk.Skip(plain)) return false;
-  }
-  return walk.IsAtEnd() && !places->empty();
-}
-
-bool FindChangedReal(const CzonNamedNode& keyword, std::string_view list, ChangedReal* changed) {
-  *changed = ChangedReal();
-  ListWalk walk(list);
-  for (const CzonNode* value : NodeAccess::Children(keyword)) {
-    PlainText plain;
-    if (!FindPlainText(*value, &plain) || !walk.FindNext()) return false;
+    if (!FindPlainText(*value, &plain) || !walk.FindNext()) return;
+    match->places.push_back(walk.At() + (plain.mark != 0 ? 1 : 0));
     if (walk.Skip(plain)) continue;
-    if (changed->value != nullptr || &typeid(*value) != &typeid(CzonReal)) return false;
-    *changed = {value, walk.SkipOther()};
-    if (GivesReal(static_cast<const CzonReal&>(*value), changed->text)) return false;
+    if (changed != nullptr || &typeid(*value) != &typeid(CzonReal)) return;
+    changed = value;
+    match->changedText = walk.SkipOther();
+    if (GivesReal(static_cast<const CzonReal&>(*value), match->changedText)) return;
   }
-  return walk.IsAtEnd() && changed->value != nullptr;
+  if (!walk.IsAtEnd() || match->places.empty()) return;
+  match->isSame = changed == nullptr;
+  match->changed = changed;
 }
 
 }  // namespace zon

@@ -15,20 +15,17 @@ class CzonNode;
 
 namespace zon {
 
-// Whether the list has exactly the values of the keyword, each with the spelling that the value has. If so,
-// `places` receives where each value is. False also if that is not certain.
-bool MatchPlainList(const CzonNamedNode& keyword, std::string_view list,
-                    std::vector<const char*>* places);
-
-// A real of a keyword that the list does not have, and where the list has another value instead.
-struct ChangedReal {
-  const CzonNode* value = nullptr;
-  std::string_view text;
+// How a list differs from the values of a keyword.
+struct PlainListMatch {
+  bool isSame = false;  // it has exactly the values, each with the spelling that the value has
+  std::vector<const char*> places;  // if so: of the values in the list
+  const CzonNode* changed =
+      nullptr;  // the only value that it does not have, a real; null if there is none
+  std::string_view changedText;  // what it has instead
 };
 
-// Whether the list has the values of the keyword as MatchPlainList wants them, but for one real. False also
-// if that is not certain.
-bool FindChangedReal(const CzonNamedNode& keyword, std::string_view list, ChangedReal* changed);
+// If it is not certain how the list differs, it is not the same and no value has changed.
+void MatchPlainList(const CzonNamedNode& keyword, std::string_view list, PlainListMatch* match);
 
 }  // namespace zon
 

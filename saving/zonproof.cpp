@@ -5,7 +5,6 @@
 
 #include "api/zonx.h"
 #include "reader/zonitemreader.h"
-#include "saving/zonplainlist.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnameindex.h"
 #include "tree/zonnodeaccess.h"
@@ -109,10 +108,11 @@ void Proof::NoteValues(const CzonNamedNode& keyword, const CzonNamedNode& loaded
 bool Proof::NotePlainList(const CzonNamedNode& keyword, const CzonNamedNode& loaded) {
   const std::string_view list = NodeAccess::DeferredText(loaded);
   if (list.empty() || !NodeAccess::DeferredText(keyword).empty()) return false;
-  if (!MatchPlainList(keyword, list, &listPlaces_)) return false;
+  MatchPlainList(keyword, list, &listMatch_);
+  if (!listMatch_.isSame) return false;
   const NodeSpan values = NodeAccess::Children(keyword);
   for (std::uint32_t n = 0; n < values.Size(); ++n) {
-    NotePlace(NodeAccess::ValueText(static_cast<CzonParam&>(*values[n])), listPlaces_[n], 0,
+    NotePlace(NodeAccess::ValueText(static_cast<CzonParam&>(*values[n])), listMatch_.places[n], 0,
               NodeAccess::GetArena(*values[n]));
   }
   return true;

@@ -14,6 +14,7 @@
 #include "api/zonloadedfile.h"
 #include "base/zonfiletext.h"
 #include "reader/zonitembuilder.h"
+#include "saving/zonplainlist.h"
 #include "saving/zonsavedtree.h"
 #include "saving/zontextedits.h"
 
@@ -89,7 +90,7 @@ class Proof : public ItemVisitor {
   bool hasDeclared_ = false;
   bool isInUse_ = false;  // the host may have a pointer to characters of the former text
   std::vector<NewPlace> places_;
-  std::vector<const char*> listPlaces_;  // of the values of the present line
+  PlainListMatch listMatch_;  // of the present line
   std::vector<NewDeferral> deferrals_;
   std::vector<Position> path_;
   std::vector<std::shared_ptr<FileText>> retired_;

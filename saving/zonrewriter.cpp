@@ -8,7 +8,6 @@
 #include "base/zonlexeme.h"
 #include "reader/zonitemreader.h"
 #include "reader/zonstructure.h"
-#include "saving/zonplainlist.h"
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
@@ -242,11 +241,11 @@ void Rewriter::RewriteItem(const Item& item, const CzonNamedNode& wanted) {
 bool Rewriter::FinishValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
   const std::string_view list = NodeAccess::DeferredText(loaded);
   if (!list.empty() && NodeAccess::DeferredText(wanted).empty()) {
-    if (MatchPlainList(wanted, list, &listPlaces_)) return true;
-    ChangedReal changed;
-    if (FindChangedReal(wanted, list, &changed)) {
-      const char* const begin = changed.text.data();
-      Change(begin, begin + changed.text.size(), TextOfValue(changed.value));
+    MatchPlainList(wanted, list, &listMatch_);
+    if (listMatch_.isSame) return true;
+    if (listMatch_.changed != nullptr) {
+      const std::string_view former = listMatch_.changedText;
+      Change(former.data(), former.data() + former.size(), TextOfValue(listMatch_.changed));
       return true;
     }
   }

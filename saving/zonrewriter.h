@@ -20,6 +20,7 @@
 
 #include "reader/zonitembuilder.h"
 #include "saving/zonalignment.h"
+#include "saving/zonplainlist.h"
 #include "saving/zonsavedtree.h"
 #include "saving/zonsourcelayout.h"
 #include "saving/zontextedits.h"
@@ -104,7 +105,7 @@ class Rewriter : public ItemVisitor {
   const bool knowsPlaces_;
   TextEdits& edits_;
   std::vector<Level> levels_;
-  std::vector<const char*> listPlaces_;  // of the values of the present line; not used
+  PlainListMatch listMatch_;  // of the present line
   const CzonNamedNode* pairedNode_ =
       nullptr;  // that the first item belongs to, wherever it is from
 };
