@@ -1,5 +1,6 @@
-// The frame of the builder functions. Each builder call has two forms: the plain one reports a refusal
-// through MessageHook, the one with an S at its end returns it. Tested by tests/build_test.cpp.
+// The frame of the builder functions. Each builder call has two forms: the plain one reports a
+// refusal through MessageHook, the one with an S at its end returns it. Tested by
+// tests/build_test.cpp.
 #ifndef ZON_API_ZONBUILDER_H
 #define ZON_API_ZONBUILDER_H
 

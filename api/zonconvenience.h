@@ -9,14 +9,15 @@
 
 namespace zon {
 
-// Compatibility: the pending code alone decides about success, and it is not cleared. So a call fails
-// while an older error is pending, and a refusal of the builder, which stores no code, succeeds.
+// Compatibility: the pending code alone decides about success, and it is not cleared. So a call
+// fails while an older error is pending, and a refusal of the builder, which stores no code,
+// succeeds.
 inline bool NoErrorPending() {
   return zonPeekErrorGlb() == kErrNone;
 }
 
-// Stores in `out` what `question` returns for the value, and returns 1. Returns 0 and leaves `out` as
-// it is if there is no such value or an error is pending.
+// Stores in `out` what `question` returns for the value, and returns 1. Returns 0 and leaves `out`
+// as it is if there is no such value or an error is pending.
 template <class T, class F>
 int GetParam(void* section, const char* keyword, int instance, int paramNo, T* out, F&& question) {
   return Guarded(kErrNode, 0, [&] {

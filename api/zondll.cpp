@@ -1,5 +1,5 @@
-// Exported functions: files (load, copy, write, close), counts of a load, errors, versions. Tested by
-// tests/load_test.cpp, tests/write_test.cpp and tests/handles_test.cpp.
+// Exported functions: files (load, copy, write, close), counts of a load, errors, versions. Tested
+// by tests/load_test.cpp, tests/write_test.cpp and tests/handles_test.cpp.
 #include <cstring>
 #include <memory>
 #include <utility>

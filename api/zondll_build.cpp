@@ -1,5 +1,5 @@
-// Exported functions: the builder. Each call is implemented once, in the first part; its two exported
-// forms differ in how a refusal reaches the host. Tested by tests/build_test.cpp.
+// Exported functions: the builder. Each call is implemented once, in the first part; its two
+// exported forms differ in how a refusal reaches the host. Tested by tests/build_test.cpp.
 #include "api/zon.h"
 #include "api/zonbuilder.h"
 #include "base/zonnumber.h"

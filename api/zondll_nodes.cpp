@@ -1,5 +1,5 @@
-// Exported functions: navigation in a tree, and what a node is. Tested by tests/handles_test.cpp and
-// tests/load_test.cpp.
+// Exported functions: navigation in a tree, and what a node is. Tested by tests/handles_test.cpp
+// and tests/load_test.cpp.
 #include <climits>
 #include <cstring>
 #include <string>

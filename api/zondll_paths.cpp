@@ -1,4 +1,5 @@
-// Exported functions: file names, and the name of the parameter file. Tested by tests/paths_test.cpp.
+// Exported functions: file names, and the name of the parameter file. Tested by
+// tests/paths_test.cpp.
 #include <string>
 
 #include "api/zon.h"

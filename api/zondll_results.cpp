@@ -6,8 +6,8 @@
 //   3. none, if the text of the node is an absolute path
 //   4. the folder by the name of the parameter file and the working directory
 //
-// A function with a 2 at its end copies to a buffer of a stated size. Its older form copies without a
-// limit. Tested by tests/results_test.cpp.
+// A function with a 2 at its end copies to a buffer of a stated size. Its older form copies without
+// a limit. Tested by tests/results_test.cpp.
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -60,8 +60,9 @@ Result CustomFolder(void* node, int* use) {
   return folder;
 }
 
-// Returns the text that decides whether there is a folder. For a CLOB that is the item at the cursor.
-// PeekText does not consume it: a path must not move the cursor, nor fail because of the content.
+// Returns the text that decides whether there is a folder. For a CLOB that is the item at the
+// cursor. PeekText does not consume it: a path must not move the cursor, nor fail because of the
+// content.
 const char* TextOfNode(void* node) {
   if (const auto* clob = zon::CastHandle<CzonClob>(node)) {
     return clob->IsKind(CzonClobKind::kString) ? clob->PeekText().c_str() : "";

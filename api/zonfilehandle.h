@@ -20,8 +20,8 @@ struct HandleAccess;
 struct LoadedFile;
 }  // namespace zon
 
-/** A file handle. A call that is refused leaves the tree and the cursor unchanged and is recorded by
- *  Error. */
+/** A file handle. A call that is refused leaves the tree and the cursor unchanged and is recorded
+ *  by Error. */
 class ZON_API CzonData : public CzonBase {
  public:
   CzonData();
@@ -36,7 +36,8 @@ class ZON_API CzonData : public CzonBase {
   /** Opens a section in the current one. Refused if there is none ("Missing current section"). */
   void AddSection(const std::string& name);
 
-  /** Adds a keyword to the current section. Refused if there is none ("Missing current section"). */
+  /** Adds a keyword to the current section. Refused if there is none ("Missing current
+   *  section"). */
   void AddKeyword(const std::string& name);
 
   /** Adds a value to the current keyword, which owns it. Refused if there is none ("Missing current
@@ -51,8 +52,8 @@ class ZON_API CzonData : public CzonBase {
    *  the current CLOB is cleared too, even if it is in an earlier keyword. */
   void UpdateCurrentNode(CzonNode* node);
 
-  /** Records a refusal: passes the message to MessageHook unless the handle is quiet, stores it, and
-   *  sets the code of the handle to 2000. */
+  /** Records a refusal: passes the message to MessageHook unless the handle is quiet, stores it,
+   *  and sets the code of the handle to 2000. */
   void Error(const std::string& message);
 
   int GetErrorCode();  ///< the code of the handle, 0 for none; clears it
@@ -118,8 +119,8 @@ class ZON_API CzonCreate : public CzonData {
  public:
   CzonCreate();
 
-  /** Opens a section with these flags in the current one. Refused if there is none ("Missing current
-   *  section"): AddTarget opens a top-level section. */
+  /** Opens a section with these flags in the current one. Refused if there is none ("Missing
+   *  current section"): AddTarget opens a top-level section. */
   void AddSectionDef(const std::string& name, int multi, int mandat);
 
   /** Adds a keyword with these flags to the current section, and a definition for each code: B, D,

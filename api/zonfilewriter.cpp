@@ -1,8 +1,8 @@
 // Writing a tree. The text is composed completely, then appended in one write (base/zonfile.h).
 //
 // The order of the effects is part of the interface: the section with the settings is added first,
-// then the file is opened, then the name of the parameter file is set. If out of memory, the first and
-// the last are undone. Tested by tests/write_test.cpp.
+// then the file is opened, then the name of the parameter file is set. If out of memory, the first
+// and the last are undone. Tested by tests/write_test.cpp.
 #include "api/zonfilewriter.h"
 
 #include <string>

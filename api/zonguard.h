@@ -1,8 +1,8 @@
 // Exceptions to failure values: no exception escapes an exported function.
 //
 // If out of memory, the call stores an error code, reports "No memory" and returns its failure
-// value. An exception of another type can only come from a hook of the host; then the code is stored
-// without a report. The forced unwinding of a cancelled thread passes through.
+// value. An exception of another type can only come from a hook of the host; then the code is
+// stored without a report. The forced unwinding of a cancelled thread passes through.
 // Tested by tests/faults/alloc_faults_test.cpp and tests/hooks_host.
 #ifndef ZON_API_ZONGUARD_H
 #define ZON_API_ZONGUARD_H

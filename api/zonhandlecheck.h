@@ -26,10 +26,10 @@
 
 namespace zon {
 
-// dynamic_cast<T*> with a shortcut. The cast walks the class hierarchy, so the classes of most objects
-// are recognised first, by the address of their type_info. All other objects need the dynamic_cast:
-// those of host classes, of rare classes, and with a second copy of a type_info. Measured: without
-// the shortcut the time of a look-up doubles.
+// dynamic_cast<T*> with a shortcut. The cast walks the class hierarchy, so the classes of most
+// objects are recognised first, by the address of their type_info. All other objects need the
+// dynamic_cast: those of host classes, of rare classes, and with a second copy of a type_info.
+// Measured: without the shortcut the time of a look-up doubles.
 template <class T, class... Frequent>
 T* CastFrequent(CzonBase* object) {
   const std::type_info* const type = &typeid(*object);
@@ -105,8 +105,8 @@ T* Require(void* handle) {
   return object;
 }
 
-// Requires the handle and returns what `question` returns for its object; `failure` if the handle is
-// bad or the question throws.
+// Requires the handle and returns what `question` returns for its object; `failure` if the handle
+// is bad or the question throws.
 template <class T, class R, class F>
 R Query(void* handle, R failure, F&& question) {
   return Guarded(HandleKind<T>::kCode, failure, [&]() -> R {

@@ -1,7 +1,7 @@
 // The listing of a tree for debugging: one line a node, indented by level.
 //
-// Every fact is queried through the C functions. So a failing node, or a query that a value does not
-// support, is reported and listed as a host would see it. Tested by tests/write_test.cpp.
+// Every fact is queried through the C functions. So a failing node, or a query that a value does
+// not support, is reported and listed as a host would see it. Tested by tests/write_test.cpp.
 #include "api/zontreedump.h"
 
 #include <string_view>

@@ -1,7 +1,7 @@
 // Watching which keywords of a file are read, for zonxWatch.
 //
-// A keyword has a bit for it. Getters set the bit while any file is watched, which costs one relaxed
-// load otherwise. Names that were requested and not found are kept with the handle.
+// A keyword has a bit for it. Getters set the bit while any file is watched, which costs one
+// relaxed load otherwise. Names that were requested and not found are kept with the handle.
 // Tested by tests/zonx_test.cpp.
 #ifndef ZON_API_ZONWATCH_H
 #define ZON_API_ZONWATCH_H

@@ -2,10 +2,11 @@
 // sequence, from next_ to end_.
 //
 // Invariants:
-//   next_ and end_ are in the current chunk, or both null. A chunk of one large piece is never current.
-//   chunks_ and kept_ are lists, the newest first. Only Clear walks them.
-//   freeBlocks_[n] is a stack of released blocks of 8 << n bytes, freePieces_[n] one of 8 * n bytes. What is
-//   released holds the pointer to the next one in its first bytes.
+// - next_ and end_ are in the current chunk, or both null. A chunk of one large piece is never
+//   current.
+// - chunks_ and kept_ are lists, the newest first. Only Clear walks them.
+// - freeBlocks_[n] is a stack of released blocks of 8 << n bytes, freePieces_[n] one of 8 * n
+//   bytes. What is released holds the pointer to the next one in its first bytes.
 //
 // The sizes of chunks grow by kChunkSizes, so a small tree needs little memory and a large one few
 // chunks. Tested by tests/tree_test.cpp and tests/size_test.cpp; fuzz/memory_fuzz.cpp and
@@ -55,8 +56,8 @@ void Arena::Clear() {
 }
 
 char* Arena::AllocateFromNewChunk(std::size_t size) {
-  // A piece larger than a quarter of the next chunk gets a chunk of its own and the current one stays
-  // in use. So what is left empty in a chunk is less than a quarter of its successor.
+  // A piece larger than a quarter of the next chunk gets a chunk of its own and the current one
+  // stays in use. So what is left empty in a chunk is less than a quarter of its successor.
   std::size_t whole = kChunkSizes[std::min(grown_, std::size(kChunkSizes) - 1)];
   const bool alone = size > whole / 4;
   if (alone) {

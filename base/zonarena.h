@@ -1,9 +1,10 @@
 // The memory of one tree: nodes, their small arrays and their texts.
 //
-// A bump allocator over a list of growing chunks. Arrays, and what editing deletes, are released singly, to
-// a free list for their size; Clear releases all the rest. So making a node costs a few nanoseconds and closing a file
-// a few calls. The arena runs no destructors but those of the strings it keeps: an
-// owner that puts another object with a destructor into it must run that (CzonNode::Free).
+// A bump allocator over a list of growing chunks. Arrays, and what editing deletes, are released
+// singly, to a free list for their size; Clear releases all the rest. So making a node costs a few
+// nanoseconds and closing a file a few calls. The arena runs no destructors but those of the
+// strings it keeps: an owner that puts another object with a destructor into it must run that
+// (CzonNode::Free).
 // Tested by tests/tree_test.cpp and by the tests that refuse memory.
 #ifndef ZON_BASE_ZONARENA_H
 #define ZON_BASE_ZONARENA_H

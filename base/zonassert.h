@@ -1,5 +1,5 @@
-// Invariants of the library. A broken one ends the process in every kind of build, as a damaged tree
-// would write damaged files. The text names the source, the function and the expression.
+// Invariants of the library. A broken one ends the process in every kind of build, as a damaged
+// tree would write damaged files. The text names the source, the function and the expression.
 #ifndef ZON_BASE_ZONASSERT_H
 #define ZON_BASE_ZONASSERT_H
 

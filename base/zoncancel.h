@@ -7,8 +7,8 @@
 
 namespace zon {
 
-// In a handler of all exceptions: whether it caught a cancellation, which it must rethrow. That is not
-// an exception of C++, so it has no type. (A handler for abi::__forced_unwind would bind a null
+// In a handler of all exceptions: whether it caught a cancellation, which it must rethrow. That is
+// not an exception of C++, so it has no type. (A handler for abi::__forced_unwind would bind a null
 // reference, which the sanitizer for undefined behaviour reports.)
 inline bool IsCancellation() {
   return abi::__cxa_current_exception_type() == nullptr;

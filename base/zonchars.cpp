@@ -1,9 +1,10 @@
-// The hash of names. The author of a file must not be able to choose names that collide, so the hash
-// is keyed with random bytes of the process.
+// The hash of names. The author of a file must not be able to choose names that collide, so the
+// hash is keyed with random bytes of the process.
 //
-// Names of usual length: multilinear hashing, the upper half of key0 + sum(key_i * piece_i) mod 2^64
-// over pieces of 32 bits. For secret random keys any two names share any bits of it by chance alone.
-// It needs a key for each piece, so longer names are hashed by SipHash-1-3, which also makes the keys.
+// Names of usual length: multilinear hashing, the upper half of key0 + sum(key_i * piece_i) mod
+// 2^64 over pieces of 32 bits. For secret random keys any two names share any bits of it by chance
+// alone. It needs a key for each piece, so longer names are hashed by SipHash-1-3, which also makes
+// the keys.
 // Tested by tests/size_test.cpp.
 #include "base/zonchars.h"
 

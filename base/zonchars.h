@@ -1,5 +1,6 @@
-// Character classes and letter case as in the "C" locale, whatever locale the host has set: the same
-// file must read the same everywhere. Bytes of 128 and above belong to no class and have no case.
+// Character classes and letter case as in the "C" locale, whatever locale the host has set: the
+// same file must read the same everywhere. Bytes of 128 and above belong to no class and have no
+// case.
 #ifndef ZON_BASE_ZONCHARS_H
 #define ZON_BASE_ZONCHARS_H
 
@@ -64,8 +65,8 @@ inline std::uint64_t LoadEight(const char* at) {
 
 constexpr std::uint64_t kEachByte = 0x0101010101010101;
 
-// Turns A to Z into a to z in eight bytes at once: a byte is a capital letter if adding one constant
-// sets its high bit and adding another does not.
+// Turns A to Z into a to z in eight bytes at once: a byte is a capital letter if adding one
+// constant sets its high bit and adding another does not.
 constexpr std::uint64_t LowerEach(std::uint64_t word) {
   const std::uint64_t low = word & kEachByte * 0x7F;
   const std::uint64_t fromA = low + kEachByte * (0x80 - 'A');   // the high bit: at least 'A'
@@ -93,8 +94,8 @@ inline bool EqualNoCase(std::string_view a, std::string_view b) {
   return !differ(size - 8);  // overlaps what was compared
 }
 
-// A text of less than eight bytes, and not empty, as a word. Some bytes can be in it twice: texts of one
-// size differ in it as they differ themselves.
+// A text of less than eight bytes, and not empty, as a word. Some bytes can be in it twice: texts
+// of one size differ in it as they differ themselves.
 inline std::uint64_t LoadShort(std::string_view text) {
   const char* const at = text.data();
   const std::size_t size = text.size();
@@ -116,8 +117,8 @@ constexpr std::string_view FiledName(std::string_view name) {
   return name.empty() ? " " : name;
 }
 
-// What is compared of the name of a node that is searched. Names of at most kFoldedSize characters are
-// equal if their sizes, heads and tails are.
+// What is compared of the name of a node that is searched. Names of at most kFoldedSize characters
+// are equal if their sizes, heads and tails are.
 struct FoldedName {
   std::string_view name;  // as it is filed, but not in lower case
   std::uint64_t head;     // the first eight characters in lower case; for fewer LoadShort of all

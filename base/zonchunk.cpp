@@ -1,10 +1,11 @@
-// Chunks by size: up to 64 KiB from malloc, larger ones mapped, from 2 MiB on in large pages. A large
-// page costs one page fault in place of 512.
+// Chunks by size: up to 64 KiB from malloc, larger ones mapped, from 2 MiB on in large pages. A
+// large page costs one page fault in place of 512.
 //
-// One freed chunk of each usual size from 256 KiB on is cached. The cache is a set of atomic pointers
-// without a lock: a release stores its chunk only into an empty place, an allocation exchanges the
-// pointer for null. So a chunk has one owner at any time, and at most one of each size is kept. Tested
-// by tests/size_test.cpp, and for refused requests by tests/faults/alloc_faults_test.cpp.
+// One freed chunk of each usual size from 256 KiB on is cached. The cache is a set of atomic
+// pointers without a lock: a release stores its chunk only into an empty place, an allocation
+// exchanges the pointer for null. So a chunk has one owner at any time, and at most one of each
+// size is kept. Tested by tests/size_test.cpp, and for refused requests by
+// tests/faults/alloc_faults_test.cpp.
 #include "base/zonchunk.h"
 
 #include <sys/mman.h>
@@ -33,8 +34,8 @@ constexpr std::size_t kLargestMalloc = SIZE_MAX;
 constexpr std::size_t kLargestMalloc = kChunkSizes[kMallocSizes - 1];
 #endif
 
-// Cache of one freed chunk of one size. Filled if empty; emptied by the next allocation of that size.
-// Without it, loading one file after another takes 50 % longer, most of it in page faults.
+// Cache of one freed chunk of one size. Filled if empty; emptied by the next allocation of that
+// size. Without it, loading one file after another takes 50 % longer, most of it in page faults.
 struct Spare {
   const std::size_t size;
   std::atomic<void*> chunk{nullptr};

@@ -14,8 +14,8 @@ constexpr std::size_t kChunkSizes[] = {
     std::size_t{64} << 10, std::size_t{256} << 10, std::size_t{1} << 20,  std::size_t{4} << 20,
     std::size_t{8} << 20,  std::size_t{16} << 20};
 
-// The sizes for the text of a file. They differ from those above, so that the nodes made of a text do
-// not take the memory that the next text could use again.
+// The sizes for the text of a file. They differ from those above, so that the nodes made of a text
+// do not take the memory that the next text could use again.
 constexpr std::size_t kTextChunkSizes[] = {std::size_t{512} << 10, std::size_t{2} << 20,
                                            std::size_t{6} << 20, std::size_t{20} << 20};
 

@@ -1,4 +1,5 @@
-// An open file of the system, closed at the end of the scope, and calls that a signal may interrupt.
+// An open file of the system, closed at the end of the scope, and calls that a signal may
+// interrupt.
 #ifndef ZON_BASE_ZONDESCRIPTOR_H
 #define ZON_BASE_ZONDESCRIPTOR_H
 

@@ -24,8 +24,8 @@ void RaiseError(int code);  // stored only while none is pending
 int PeekError();
 int ConsumeError();  // returns the code and clears it
 
-// The first error of the calling thread since it last consumed the code. For a call that depends on the
-// success of another one that it made itself.
+// The first error of the calling thread since it last consumed the code. For a call that depends on
+// the success of another one that it made itself.
 int PeekErrorOfThread();
 
 }  // namespace zon

@@ -1,5 +1,5 @@
-// Marks what the shared library exports; all else is hidden, so that no name of the library collides
-// with one of the host. The same macro is in api/zon.h, which includes no other header.
+// Marks what the shared library exports; all else is hidden, so that no name of the library
+// collides with one of the host. The same macro is in api/zon.h, which includes no other header.
 #ifndef ZON_BASE_ZONEXPORT_H
 #define ZON_BASE_ZONEXPORT_H
 

@@ -1,8 +1,9 @@
 // Calls of the system for files. Each call that a signal interrupted (EINTR) is repeated.
 //
 // OutputFile::Write appends all pieces or, in a regular file, none: after a failure the file is cut
-// back to its length before the write. While it runs, a write beyond the limit on file sizes must fail
-// with EFBIG and not end the host by SIGXFSZ, and the thread must not be cancelled: WholeWrite.
+// back to its length before the write. While it runs, a write beyond the limit on file sizes must
+// fail with EFBIG and not end the host by SIGXFSZ, and the thread must not be cancelled:
+// WholeWrite.
 //
 // O_NOCTTY: a terminal that is opened as a file does not become the controlling one. O_CLOEXEC:
 // programs that the host starts do not inherit the descriptor. Tested by

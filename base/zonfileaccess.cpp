@@ -1,8 +1,10 @@
-// The order matters: a change of the owner clears the set-id bits and may clear attributes, and the mode
-// is the last, so that nobody can open the file before owner and access control list are right.
+// The order matters: a change of the owner clears the set-id bits and may clear attributes, and the
+// mode is the last, so that nobody can open the file before owner and access control list are
+// right.
 //
-// With an access control list, the group bits of the mode are the limit of all its entries but the owner
-// and the others. A mode without its list would therefore grant the group what only an entry had.
+// With an access control list, the group bits of the mode are the limit of all its entries but the
+// owner and the others. A mode without its list would therefore grant the group what only an entry
+// had.
 // Tested by tests/replace/replace_test.cpp.
 #include "base/zonfileaccess.h"
 
@@ -85,8 +87,8 @@ int CopyOwner(const struct stat& facts, int to, bool* isOwnerKept, bool* isGroup
   return IsRefused(error) ? 0 : error;
 }
 
-// The mode, without what would let anybody do more than before. Members of another group had the rights
-// of others at least; members of the old group have these now.
+// The mode, without what would let anybody do more than before. Members of another group had the
+// rights of others at least; members of the old group have these now.
 mode_t ReducedMode(mode_t mode, bool isOwnerKept, bool isGroupKept, AccessList list) {
   mode &= 07777;
   if (!isOwnerKept || !isGroupKept) mode &= ~mode_t{S_ISUID | S_ISGID};

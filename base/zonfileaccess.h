@@ -7,11 +7,11 @@
 
 namespace zon {
 
-// Gives the file `to`, which this process has made, the access of another one. `from` is a descriptor that
-// can be read, or -1 if there is none; `facts` are those of the other file.
+// Gives the file `to`, which this process has made, the access of another one. `from` is a
+// descriptor that can be read, or -1 if there is none; `facts` are those of the other file.
 //
-// What this process has no right to keep, or the file system cannot, is left out. Then the mode is reduced
-// so that nobody may do more than before. Returns 0 or the errno of any other failure.
+// What this process has no right to keep, or the file system cannot, is left out. Then the mode is
+// reduced so that nobody may do more than before. Returns 0 or the errno of any other failure.
 // Throws std::bad_alloc.
 int CopyAccess(int from, const struct stat& facts, int to);
 

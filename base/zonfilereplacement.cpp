@@ -1,12 +1,14 @@
-// The new text is written to a temporary file in the folder of the file, synced, and renamed over the file.
-// The folder is open meanwhile and all names are relative to it: it can be renamed, and no name is longer
-// than that of the file. A killed host can leave the temporary file; a failure removes it.
+// The new text is written to a temporary file in the folder of the file, synced, and renamed over
+// the file. The folder is open meanwhile and all names are relative to it: it can be renamed, and
+// no name is longer than that of the file. A killed host can leave the temporary file; a failure
+// removes it.
 //
-// A rename would separate names that are one file, and cannot replace a device. These are written in
-// place. So is a link in /proc, as /dev/stdout is one: it is an open file, which can have no name.
+// A rename would separate names that are one file, and cannot replace a device. These are written
+// in place. So is a link in /proc, as /dev/stdout is one: it is an open file, which can have no
+// name.
 //
-// The backup is a copy, not a second name of the old file. If a host were killed while the file has both
-// names, the next replacement would write it in place.
+// The backup is a copy, not a second name of the old file. If a host were killed while the file has
+// both names, the next replacement would write it in place.
 // Tested by tests/replace/replace_test.cpp.
 #include "base/zonfilereplacement.h"
 

@@ -1,10 +1,10 @@
-// The text of a file in one piece of memory, read as far as the caller asks for it. The text can also
-// be a copy of one that the host has in memory.
+// The text of a file in one piece of memory, read as far as the caller asks for it. The text can
+// also be a copy of one that the host has in memory.
 //
-// What was read never moves, so tokens, names and values can point into it for as long as the object
-// lives. A zero byte follows the last one, and kFront bytes precede the first one: a search needs no
-// limit, and a look at the byte before any place is allowed. Reading stops where the parser stops, so
-// an endless device does not fill the memory.
+// What was read never moves, so tokens, names and values can point into it for as long as the
+// object lives. A zero byte follows the last one, and kFront bytes precede the first one: a search
+// needs no limit, and a look at the byte before any place is allowed. Reading stops where the
+// parser stops, so an endless device does not fill the memory.
 //
 // Tested by tests/load_test.cpp and tests/scanner_test.cpp.
 #ifndef ZON_BASE_ZONFILETEXT_H
@@ -40,8 +40,8 @@ class FileText {
   // Reads on; false at the end of the file. Throws std::bad_alloc.
   bool ReadMore();
 
-  // Reads to the end of the file. A pipe or device that delivers too much to be a file, as an endless one
-  // does, has failed.
+  // Reads to the end of the file. A pipe or device that delivers too much to be a file, as an
+  // endless one does, has failed.
   void ReadAll();
 
   // What has been read. Both are null before the first ReadMore.

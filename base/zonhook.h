@@ -1,5 +1,5 @@
-// The hooks, for folders that are below api/. Hosts find them in api/zon.h, with their description. A
-// source that includes both does not compile if the declarations differ.
+// The hooks, for folders that are below api/. Hosts find them in api/zon.h, with their description.
+// A source that includes both does not compile if the declarations differ.
 #ifndef ZON_BASE_ZONHOOK_H
 #define ZON_BASE_ZONHOOK_H
 

@@ -1,6 +1,6 @@
-// The hooks of the host receive a pattern and its words, the functions that were set the whole text. An
-// exception of either ends the call, as base/zonhook.h and api/zonguard.h provide for. Atomic: several
-// threads send at the same time. Tested by tests/sethooks/test.cpp.
+// The hooks of the host receive a pattern and its words, the functions that were set the whole
+// text. An exception of either ends the call, as base/zonhook.h and api/zonguard.h provide for.
+// Atomic: several threads send at the same time. Tested by tests/sethooks/test.cpp.
 #include "base/zonhooks.h"
 
 #include <atomic>

@@ -1,5 +1,6 @@
-// Messages and reports to the host, on both ways: the hooks that a host defines (base/zonhook.h), and
-// the functions that it has set at run time. Every message and report of the library goes through here.
+// Messages and reports to the host, on both ways: the hooks that a host defines (base/zonhook.h),
+// and the functions that it has set at run time. Every message and report of the library goes
+// through here.
 #ifndef ZON_BASE_ZONHOOKS_H
 #define ZON_BASE_ZONHOOKS_H
 

@@ -84,8 +84,8 @@ inline const char* FindClosing(char delimiter, const char* at, const char* end) 
 // Such a text with every doubled delimiter as one.
 std::string WithoutDoubled(char delimiter, std::string_view text);
 
-// The end of a comment that begins at `at`, before the newline of one that ends with its line; `at` if
-// there is none. Comments between "/*" and "*/" can be nested.
+// The end of a comment that begins at `at`, before the newline of one that ends with its line; `at`
+// if there is none. Comments between "/*" and "*/" can be nested.
 const char* SkipComment(const char* at, const char* end);
 
 // Skips white space and comments, which can be between any two tokens.

@@ -1,8 +1,8 @@
 // Lines and columns of places in a text.
 //
-// For each block of the text the index has the number of newlines before it and where the line begins
-// in which the block begins, so a question costs at most the characters of one block, however long the
-// text and its lines are. Tested by tests/zonx_test.cpp.
+// For each block of the text the index has the number of newlines before it and where the line
+// begins in which the block begins, so a question costs at most the characters of one block,
+// however long the text and its lines are. Tested by tests/zonx_test.cpp.
 #ifndef ZON_BASE_ZONLINES_H
 #define ZON_BASE_ZONLINES_H
 

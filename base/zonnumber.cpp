@@ -2,13 +2,14 @@
 //
 // Text to double, in this order:
 //   1. ShortNumber: up to 18 digits and a small exponent need one exact operation.
-//   2. std::from_chars, which rounds correctly. Unlike strtod it accepts no "0x" and no "+", and more
-//      signs and words in some places; these differences are handled before the call.
-//   3. For a value out of range from_chars does not say at which end. IsAboveRange decides between an
-//      infinity and 0.
+//   2. std::from_chars, which rounds correctly. Unlike strtod it accepts no "0x" and no "+", and
+//      more signs and words in some places; these differences are handled before the call.
+//   3. For a value out of range from_chars does not say at which end. IsAboveRange decides between
+//      an infinity and 0.
 //
 // Numbers to text: std::to_chars with a precision is defined to print what printf prints in the "C"
-// locale. Tested by tests/values_test.cpp, which compares the conversions with a table of hard cases.
+// locale. Tested by tests/values_test.cpp, which compares the conversions with a table of hard
+// cases.
 #include "base/zonnumber.h"
 
 #include <algorithm>
@@ -58,8 +59,8 @@ constexpr bool IsHexDigit(int c) {
   return IsClass(c, kDigit) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-// For a number beyond the range of a double: whether it is above it or below. The place of its first
-// digit that is not 0 plus its exponent decides, as it is far from 0 either way.
+// For a number beyond the range of a double: whether it is above it or below. The place of its
+// first digit that is not 0 plus its exponent decides, as it is far from 0 either way.
 bool IsAboveRange(Input input, bool hexadecimal) {
   const auto isDigit = [hexadecimal](int c) {
     return hexadecimal ? IsHexDigit(c) : IsClass(c, kDigit);

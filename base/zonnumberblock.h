@@ -1,12 +1,12 @@
 // Lists of numbers, looked at sixty-four characters at a time.
 //
-// Each class of characters is a set of places: bit n of a word stands for character n. Neighbours are
-// compared by shifts, and a run of digits is followed to its end by the carry of an addition. No branch
-// depends on the length of a number.
+// Each class of characters is a set of places: bit n of a word stands for character n. Neighbours
+// are compared by shifts, and a run of digits is followed to its end by the carry of an addition.
+// No branch depends on the length of a number.
 //
 // Only usual values are recognised: an optional minus sign, digits, at most one point. A block ends
-// before anything else, and its user takes that value in the general way. So a block may hold less than
-// the list allows, never more.
+// before anything else, and its user takes that value in the general way. So a block may hold less
+// than the list allows, never more.
 // Tested by Zonx.ListsInBlocks in tests/zonx_test.cpp.
 #ifndef ZON_BASE_ZONNUMBERBLOCK_H
 #define ZON_BASE_ZONNUMBERBLOCK_H
@@ -58,9 +58,9 @@ inline std::uint64_t Before(std::uint64_t places) {
   return ~places & (places - 1);
 }
 
-// The comma after the last usual value of a block that begins at a value or at the white space before it;
-// null if there is none. A comma follows each such value directly, and no check warns of it: an integer
-// has less than ten characters.
+// The comma after the last usual value of a block that begins at a value or at the white space
+// before it; null if there is none. A comma follows each such value directly, and no check warns of
+// it: an integer has less than ten characters.
 inline const char* LastCommaOfBlock(const char* at) {
   const CharBlock block(at);
   const std::uint64_t digits = block.Within('0', '9');
@@ -84,11 +84,13 @@ inline const char* LastCommaOfBlock(const char* at) {
   return usual != 0 ? at + (CharBlock::kSize - 1 - __builtin_clzll(usual)) : nullptr;
 }
 
-// Converts the usual values of a block of a list that was accepted as one of plain values. So only what
-// does not belong to a usual value need be looked for: a run of digits, points and signs is a number.
+// Converts the usual values of a block of a list that was accepted as one of plain values. So only
+// what does not belong to a usual value need be looked for: a run of digits, points and signs is a
+// number.
 class NumberBlock {
  public:
-  // Begins at a value or at the white space before it. The 16 characters before it must be readable.
+  // Begins at a value or at the white space before it. The 16 characters before it must be
+  // readable.
   explicit NumberBlock(const char* at) : at_(at) {
     const CharBlock block(at);
     const std::uint64_t numbers = block.Within('-', '9');  // no slash is in such a list
@@ -101,8 +103,8 @@ class NumberBlock {
   // Whether a value is left.
   bool HasValue() const { return ends_ != 0; }
 
-  // Removes the next value and converts it, correctly rounded. Returns its end; null, and nothing is
-  // changed, if it has too many digits.
+  // Removes the next value and converts it, correctly rounded. Returns its end; null, and nothing
+  // is changed, if it has too many digits.
   const char* Read(double* value) {
     const auto start = Lowest(starts_);
     const auto end = Lowest(ends_);
@@ -131,8 +133,8 @@ class NumberBlock {
 
   static __m128i Load(const void* at) { return _mm_loadu_si128(static_cast<const __m128i*>(at)); }
 
-  // The value of the `count` digits before `end`. A point is before the last `fraction` ones, unless that
-  // is kLanes: what is before the point moves one place up.
+  // The value of the `count` digits before `end`. A point is before the last `fraction` ones,
+  // unless that is kLanes: what is before the point moves one place up.
   static std::int64_t DigitsBefore(const char* end, std::size_t count, std::size_t fraction) {
     static constexpr unsigned char kLastLanes[2 * kLanes] = {
         0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,   0,

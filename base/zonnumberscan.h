@@ -1,8 +1,8 @@
 // Finding and converting numbers in a text.
 //
 // SkipNumber finds the end of a number, eight digits at a time. NumberScan does it character by
-// character, for sources that deliver no more than one. ShortNumber also converts numbers of at most
-// 18 digits; all others are left to TextToDouble and TextToLong (zonnumber.h).
+// character, for sources that deliver no more than one. ShortNumber also converts numbers of at
+// most 18 digits; all others are left to TextToDouble and TextToLong (zonnumber.h).
 // Tested by tests/values_test.cpp and tests/scanner_test.cpp.
 #ifndef ZON_BASE_ZONNUMBERSCAN_H
 #define ZON_BASE_ZONNUMBERSCAN_H
@@ -63,8 +63,8 @@ inline const char* SkipNumber(const char* at, const char* end, bool* isWhole) {
 
 // The state of a number that is read character by character, its sign included.
 //
-// Compatibility: a sign needs no digit after it. The token reader accepts "+" as an integer and "-e5"
-// as a real; the loader's lexer never passes a sign.
+// Compatibility: a sign needs no digit after it. The token reader accepts "+" as an integer and
+// "-e5" as a real; the loader's lexer never passes a sign.
 class NumberScan {
  public:
   // Adds a character to the number; false if it does not belong to it.
@@ -148,7 +148,8 @@ class ShortNumber {
     return true;
   }
 
-  // Digits up to 2^53, `fraction` of them after the point, at most 22: the division rounds correctly.
+  // Digits up to 2^53, `fraction` of them after the point, at most 22: the division rounds
+  // correctly.
   static double Divide(bool negative, std::int64_t digits, std::size_t fraction) {
     return WithSign(negative, digits) / kPowersOfTen[fraction];
   }

@@ -1,6 +1,6 @@
-// Writes characters to a stream as they are, without width, fill, locale and sentry: those cost more
-// than the short pieces that a tree is written in. Short texts are stored in the room of the buffer, as
-// a character is, so they cost no call either.
+// Writes characters to a stream as they are, without width, fill, locale and sentry: those cost
+// more than the short pieces that a tree is written in. Short texts are stored in the room of the
+// buffer, as a character is, so they cost no call either.
 #ifndef ZON_BASE_ZONPUT_H
 #define ZON_BASE_ZONPUT_H
 

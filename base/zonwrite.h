@@ -10,8 +10,8 @@
 
 namespace zon {
 
-// Blocks a signal in this thread. If calls of the thread raise it meanwhile, it is discarded at the end.
-// One that was pending before belongs to the host.
+// Blocks a signal in this thread. If calls of the thread raise it meanwhile, it is discarded at the
+// end. One that was pending before belongs to the host.
 class HeldSignal {
  public:
   explicit HeldSignal(int signal);
@@ -37,19 +37,20 @@ class HeldCancellation {
   int state_ = 0;
 };
 
-// While one exists, a write beyond the limit on the size of files fails with EFBIG instead of ending the
-// host by SIGXFSZ, and the thread is not cancelled between a part of a text and the rest of it.
+// While one exists, a write beyond the limit on the size of files fails with EFBIG instead of
+// ending the host by SIGXFSZ, and the thread is not cancelled between a part of a text and the rest
+// of it.
 class WholeWrite {
   HeldCancellation cancellation_;
   HeldSignal limit_{SIGXFSZ};
 };
 
-// Writes the pieces from `next` to `end`, which it changes, at most IOV_MAX in a call. Adds what was written
-// to `size`. A call that a signal interrupted is repeated.
+// Writes the pieces from `next` to `end`, which it changes, at most IOV_MAX in a call. Adds what
+// was written to `size`. A call that a signal interrupted is repeated.
 bool WriteAll(int file, iovec* next, const iovec* end, off_t* size);
 
-// Some file systems report only at a close that there was no room. A second descriptor is closed for
-// that, while the first can still undo what was written.
+// Some file systems report only at a close that there was no room. A second descriptor is closed
+// for that, while the first can still undo what was written.
 bool HasArrived(int file);
 
 }  // namespace zon

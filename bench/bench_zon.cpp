@@ -77,8 +77,8 @@ void AddRows() {
       .Rewrite({"1MB", "10MB"})
       .Build({"100KB", "1MB"})
       .Memory({"100KB", "10MB", "settings10MB"});
-  // Loaded first, the library is found at once, as an installed one is. In a folder of its own it would be
-  // looked for some forty times, once for each kind of processor.
+  // Loaded first, the library is found at once, as an installed one is. In a folder of its own it
+  // would be looked for some forty times, once for each kind of processor.
   AddFirst("zon", "zon_first", Format::kZon, ZON_BENCH_LIBRARY);
   AddFirst("zon-c", "zon_first_c", Format::kZon, ZON_BENCH_LIBRARY);
   for (const char* const size : {"100KB", "1MB", "10MB"}) {

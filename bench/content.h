@@ -1,5 +1,5 @@
-// Generated content, the same for every library that is measured: one model in memory, printed in the
-// format of each library. Numbers, names and lengths are random, with a fixed seed.
+// Generated content, the same for every library that is measured: one model in memory, printed in
+// the format of each library. Numbers, names and lengths are random, with a fixed seed.
 #ifndef ZON_BENCH_CONTENT_H
 #define ZON_BENCH_CONTENT_H
 
@@ -23,8 +23,8 @@ struct Keyword {
   std::vector<Value> values;
 };
 
-// Names are unique within a section, also without regard to case, and keywords precede inner sections:
-// some formats require it.
+// Names are unique within a section, also without regard to case, and keywords precede inner
+// sections: some formats require it.
 struct Section {
   std::string name;
   std::vector<Keyword> keywords;
@@ -78,8 +78,9 @@ struct Source {
 };
 
 // Sizes: "100KB", "1MB", "10MB", "50MB" of parameter text; "small", a hundred files of 1 to 50 KB;
-// "settings", the models in the JSON file that the environment variable ZON_PEERS_TREE names, each in a file;
-// "settings1MB" and "settings10MB", one file of these models, each in a section, again and again.
+// "settings", the models in the JSON file that the environment variable ZON_PEERS_TREE names, each
+// in a file; "settings1MB" and "settings10MB", one file of these models, each in a section, again
+// and again.
 bool HasSize(const std::string& size);
 std::vector<Section> Models(const std::string& size);
 const Source& SourceOf(Format format, const std::string& size);

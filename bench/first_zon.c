@@ -1,4 +1,5 @@
-/* Loads and frees the file that is named: the whole work of a process, in a host without the C++ library. */
+/* Loads and frees the file that is named: the whole work of a process, in a host without the C++
+ *  library. */
 #include <zon.h>
 
 int main(int count, char** arguments) {

@@ -1,5 +1,5 @@
-// Reading by name through zon.hpp, each row beside the C calls that do the same. Run both in random order
-// (--benchmark_enable_random_interleaving=true), and compare their medians.
+// Reading by name through zon.hpp, each row beside the C calls that do the same. Run both in random
+// order (--benchmark_enable_random_interleaving=true), and compare their medians.
 #include <cstring>
 #include <vector>
 

@@ -1,5 +1,5 @@
-// Repeats one action, for tools that count instructions. The difference of two runs with different TIMES
-// does not contain the start-up.
+// Repeats one action, for tools that count instructions. The difference of two runs with different
+// TIMES does not contain the start-up.
 //
 //     zon_once load|read|write|lookup|find TIMES [SIZE]
 //

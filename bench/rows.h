@@ -1,12 +1,12 @@
 // The rows of a library, by templates, so that every library does the same work.
 //
-// A library is represented by a class whose destructor frees all memory. It has the members that its
-// rows use:
+// A library is represented by a class whose destructor frees all memory. It has the members that
+// its rows use:
 //   static constexpr Format kFormat;
 //   bool Load(const std::string& path);
 //   void Read(Totals& totals);  // every value
 //   double LookUp(const std::string& section, const std::string& keyword);
-//   double Find(const Place& place);  // the first value: a number, 1 for true, the length of a text
+//   double Find(const Place& place);  // the first value: a number, 1 for true, a text's length
 //   void Build(const Section& root);
 //   bool Write(const std::string& path);
 #ifndef ZON_BENCH_ROWS_H

@@ -39,8 +39,8 @@ MemoryUse MemoryInChild(const std::string& name, const std::string& warmUp,
                         const std::string& file);
 int MemoryMain(const std::string& name, const std::string& warmUp, const std::string& file);
 
-// Processor time of a new process, from its start to its end. Runs a program of the folder of this one;
-// a library that is named is loaded first.
+// Processor time of a new process, from its start to its end. Runs a program of the folder of this
+// one; a library that is named is loaded first.
 double CpuSecondsOf(const std::string& program, std::string argument, const std::string& library);
 
 }  // namespace bench

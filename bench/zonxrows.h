@@ -11,7 +11,8 @@ void AddZonxRows();
 void AddHppRows();   // in hpprows.cpp
 void AddEditRows();  // in editrows.cpp
 
-// A file of lists of numbers, of 10 MB, as a parameter file or as JSON, and how many numbers it has.
+// A file of lists of numbers, of 10 MB, as a parameter file or as JSON, and how many numbers it
+// has.
 std::string FileOfLists(bool json);
 constexpr int kLists = 10000;
 constexpr int kNumbersOfList = 100;

@@ -1,6 +1,6 @@
-// A remark is split at its semicolons. A part that is no condition is a text for people, so no part is an
-// error. Limits are merged to the narrowest range, and the allowed values are sorted: the check of a value
-// costs the same however many there are.
+// A remark is split at its semicolons. A part that is no condition is a text for people, so no part
+// is an error. Limits are merged to the narrowest range, and the allowed values are sorted: the
+// check of a value costs the same however many there are.
 // Tested by tests/zonxvalidate_test.cpp.
 #include "comparing/zoncondition.h"
 
@@ -54,7 +54,7 @@ bool IsRealLess(double real, long long whole) {
   return truncated < whole || (whole == truncated && real < static_cast<double>(truncated));
 }
 
-// ---- Parsing ---------------------------------------------------------------------------------------
+// ---- Parsing ------------------------------------------------------------------------------------
 
 void Narrow(Limit& limit, const Limit& other, bool isLow) {
   if (other.text.empty()) return;
@@ -142,7 +142,7 @@ void ParsePart(std::string_view part, Conditions* conditions) {
   }
 }
 
-// ---- Values ----------------------------------------------------------------------------------------
+// ---- Values -------------------------------------------------------------------------------------
 
 bool IsNumber(int kind) {
   return kind == ZONX_INTEGER || kind == ZONX_REAL;

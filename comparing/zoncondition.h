@@ -72,8 +72,8 @@ struct Conditions {
 // Other texts between the semicolons of the remark are skipped.
 Conditions ParseConditions(std::string_view remark);
 
-// Why values of a kind, a zonxKind, cannot have one of the conditions, such as "`>= 0` needs a number";
-// empty if they can.
+// Why values of a kind, a zonxKind, cannot have one of the conditions, such as "`>= 0` needs a
+// number"; empty if they can.
 std::string WhyUnfit(const Conditions& conditions, int kind);
 
 // The conditions that a value breaks. Those that values of its kind cannot have are not broken.

@@ -120,7 +120,7 @@ class Merge {
   std::vector<CzonNode*> filed_;
 };
 
-// ---- Planning -------------------------------------------------------------------------------------
+// ---- Planning -----------------------------------------------------------------------------------
 
 PathStep StepOf(const CzonNamedNode& node) {
   PathStep step;
@@ -137,8 +137,9 @@ std::uint32_t EndOfDefinitions(const CzonNamedNode& section) {
   return end;
 }
 
-// The child of a section at the place of a node in its own section. Two files mostly have the same nodes in the
-// same order, and then no name is looked up. Null if it is not what would be found by name and number.
+// The child of a section at the place of a node in its own section. Two files mostly have the same
+// nodes in the same order, and then no name is looked up. Null if it is not what would be found by
+// name and number.
 CzonNamedNode* ChildAt(const CzonTargetList& section, std::uint32_t place,
                        const CzonNamedNode& node) {
   const NodeSpan children = NodeAccess::Children(section);
@@ -241,7 +242,7 @@ void Merge::PlanValue(CzonNode& value, const CzonNode* overlay, bool isInDefinit
   if (!change.IsNone()) values_.push_back(std::move(change));
 }
 
-// ---- Changing the tree ----------------------------------------------------------------------------
+// ---- Changing the tree --------------------------------------------------------------------------
 
 void Merge::FileAdditions() {
   std::size_t count = 0;

@@ -156,8 +156,8 @@ void Pairing::PairIdentities(const Group& namesakes) {
   });
 }
 
-// First what each side has once, wherever it is. Then the others are aligned between these pairs, and what is
-// left is paired in its order.
+// First what each side has once, wherever it is. Then the others are aligned between these pairs,
+// and what is left is paired in its order.
 template <class KeyOf>
 void Pairing::PairByKey(KeyOf&& keyOf) {
   if (!HasFree()) return;
@@ -232,8 +232,8 @@ Keys ContentsOf(const Siblings& siblings) {
   return keys;
 }
 
-// Where a pass has a choice it depends on the order of the sides. So the order is taken from the keys: the
-// result for (b, a) is that for (a, b) mirrored.
+// Where a pass has a choice it depends on the order of the sides. So the order is taken from the
+// keys: the result for (b, a) is that for (a, b) mirrored.
 std::vector<std::size_t> FindPartners(const Siblings& before, const Siblings& after) {
   if (ContentsOf(before) <= ContentsOf(after)) return Pairing(before, after).Run();
   const std::vector<std::size_t> mirrored = Pairing(after, before).Run();

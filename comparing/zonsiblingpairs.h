@@ -1,12 +1,13 @@
 // Which keywords, or which sections, of two sections belong together.
 //
-// Only nodes of one name and class are paired. A name that both sides have once is paired whatever it holds.
-// Namesakes are paired by passes, from the surest criterion to the weakest; each looks only at what the
-// passes before have left: the identity that the host names (a key keyword), equal content, content without
-// the order in it, and, between the namesakes that are paired so far, content without reals and then the
-// instance number. By the first three a node is found that was moved among its namesakes.
-// A pass sorts by keys and aligns (Alignment), so it takes n log n steps. The result for (b, a) is that for
-// (a, b) mirrored. Keys of different contents can be the same: then pairs are less apt, never wrong.
+// Only nodes of one name and class are paired. A name that both sides have once is paired whatever
+// it holds. Namesakes are paired by passes, from the surest criterion to the weakest; each looks
+// only at what the passes before have left: the identity that the host names (a key keyword), equal
+// content, content without the order in it, and, between the namesakes that are paired so far,
+// content without reals and then the instance number. By the first three a node is found that was
+// moved among its namesakes. A pass sorts by keys and aligns (Alignment), so it takes n log n
+// steps. The result for (b, a) is that for (a, b) mirrored. Keys of different contents can be the
+// same: then pairs are less apt, never wrong.
 // Tested by tests/zonxdiff_test.cpp and fuzz/diff_fuzz.cpp.
 #ifndef ZON_COMPARING_ZONSIBLINGPAIRS_H
 #define ZON_COMPARING_ZONSIBLINGPAIRS_H
@@ -53,8 +54,8 @@ bool AreNamesakes(const CzonNamedNode& a, const CzonNamedNode& b);
 // Sets isRepeated of all, by their heads.
 void FindRepeated(Siblings* before, Siblings* after);
 
-// Pairs the siblings. The steps are in the order of `after`; those that are removed are before the next pair
-// that was not moved.
+// Pairs the siblings. The steps are in the order of `after`; those that are removed are before the
+// next pair that was not moved.
 std::vector<SiblingStep> AlignSiblings(const Siblings& before, const Siblings& after);
 
 }  // namespace zon

@@ -1,5 +1,5 @@
-// Only nodes with conditions are kept, so a template without remarks costs one pass over its keywords.
-// Values that are still text have no remarks; they are not made.
+// Only nodes with conditions are kept, so a template without remarks costs one pass over its
+// keywords. Values that are still text have no remarks; they are not made.
 // Tested by tests/zonxvalidate_test.cpp.
 #include "comparing/zontemplaterules.h"
 
@@ -18,8 +18,8 @@
 namespace zon {
 namespace {
 
-// Calls `visit` for a root and each section below it, in the order of the tree. Without recursion: trees
-// can be deep.
+// Calls `visit` for a root and each section below it, in the order of the tree. Without recursion:
+// trees can be deep.
 template <class F>
 void VisitSections(const CzonNode& root, F&& visit) {
   struct Visit {

@@ -1,8 +1,9 @@
-// Pairs of sections are walked from the top down, without recursion. Of each pair the lines are compared
-// first, which are the keywords and default definitions, then its sections are paired and pushed.
+// Pairs of sections are walked from the top down, without recursion. Of each pair the lines are
+// compared first, which are the keywords and default definitions, then its sections are paired and
+// pushed.
 //
-// Lists that are equal in order, and lists of sections without a repeated name, need no keys. Paths are
-// built along the walk, one for each side, and only if there is a visitor.
+// Lists that are equal in order, and lists of sections without a repeated name, need no keys. Paths
+// are built along the walk, one for each side, and only if there is a visitor.
 #include "comparing/zontreedifference.h"
 
 #include <algorithm>
@@ -175,7 +176,7 @@ class DifferenceWalk {
   std::size_t count_ = 0;
 };
 
-// ---- Sections -------------------------------------------------------------------------------------
+// ---- Sections -----------------------------------------------------------------------------------
 
 void DifferenceWalk::Enter(std::size_t before, std::size_t after) {
   const CzonNamedNode& section = outlines_[kBefore].Section(before);
@@ -204,7 +205,8 @@ void DifferenceWalk::TakeStep(SiblingStep step) {
   Enter(step.before, step.after);
 }
 
-// The pairs of lists of which each has every name once, and which have the same names in the same order.
+// The pairs of lists of which each has every name once, and which have the same names in the same
+// order.
 bool DifferenceWalk::FindPlainSteps(std::size_t before, std::size_t after,
                                     std::vector<SiblingStep>* steps) const {
   const auto& [from, to] = outlines_;
@@ -264,14 +266,14 @@ AlignmentKey DifferenceWalk::IdentityOf(const CzonNamedNode& section, Side side)
   return values_.KeysOf(named, side).content | 1;
 }
 
-// ---- Lines ----------------------------------------------------------------------------------------
+// ---- Lines --------------------------------------------------------------------------------------
 
 bool DifferenceWalk::IsSameLine(const CzonNamedNode& before, const CzonNamedNode& after) const {
   return before.GetFlags() == after.GetFlags() && values_.HaveSameValues(before, after);
 }
 
-// Compares the lines of two sections if they have the same names in the same order, and each name once or
-// everything else the same too. Returns whether they were compared.
+// Compares the lines of two sections if they have the same names in the same order, and each name
+// once or everything else the same too. Returns whether they were compared.
 bool DifferenceWalk::ComparePlainLines(const CzonNamedNode& before, const CzonNamedNode& after) {
   LineCursor line(before);
   LineCursor other(after);
@@ -345,7 +347,7 @@ void DifferenceWalk::CompareValues(const CzonNamedNode& before, const CzonNamedN
   }
 }
 
-// ---- Reports --------------------------------------------------------------------------------------
+// ---- Reports ------------------------------------------------------------------------------------
 
 template <class AddPath>
 void DifferenceWalk::CompareFlags(const CzonNamedNode& before, const CzonNamedNode& after,

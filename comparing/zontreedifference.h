@@ -24,8 +24,8 @@ struct ComparedTrees {
   const CzonNamedNode* after;
 };
 
-// Passes each difference to the visitor and returns their number. `key` is the name of the keyword by whose
-// values sections of one name are paired; null for none. Throws std::bad_alloc.
+// Passes each difference to the visitor and returns their number. `key` is the name of the keyword
+// by whose values sections of one name are paired; null for none. Throws std::bad_alloc.
 std::size_t VisitDifferences(const ComparedTrees& trees, const ComparisonRules& rules,
                              const char* key, const DifferenceVisitor& visitor);
 

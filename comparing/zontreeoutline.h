@@ -1,6 +1,7 @@
-// The sections of a tree in the order of a walk, parents before children, with keys of their content. The
-// sections in a section follow it, each directly after the ones in the section before it. So what belongs to
-// a section is one range of numbers, and keys need no recursion. A section's keys are made at most once.
+// The sections of a tree in the order of a walk, parents before children, with keys of their
+// content. The sections in a section follow it, each directly after the ones in the section before
+// it. So what belongs to a section is one range of numbers, and keys need no recursion. A section's
+// keys are made at most once.
 // Tested by tests/zonxdiff_test.cpp and fuzz/diff_fuzz.cpp.
 #ifndef ZON_COMPARING_ZONTREEOUTLINE_H
 #define ZON_COMPARING_ZONTREEOUTLINE_H

@@ -1,5 +1,6 @@
-// The walk of equivalence/ finds what does not conform; conditions are checked along with it. All problems
-// are collected before the first report: a fault of the template that is found on the way replaces them.
+// The walk of equivalence/ finds what does not conform; conditions are checked along with it. All
+// problems are collected before the first report: a fault of the template that is found on the way
+// replaces them.
 //
 // Tested by tests/zonxvalidate_test.cpp.
 #include "comparing/zonvalidation.h"

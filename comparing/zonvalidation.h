@@ -49,8 +49,8 @@ class Validation : public EquivalenceObserver {
 
   bool Conforms() const { return conforms_; }
 
-  // Whether the candidate has a part for which the template has an ambiguous or a blank name. The walk
-  // ended there.
+  // Whether the candidate has a part for which the template has an ambiguous or a blank name. The
+  // walk ended there.
   bool IsTemplateFaulty() const { return isTemplateFaulty_; }
 
   std::vector<Problem>& Problems() { return problems_; }

@@ -1,5 +1,6 @@
-// The cost is linear in the number of problems: a message has a part of its node's path that does not grow
-// with the depth, and the search for similar names ends after a fixed number of comparisons.
+// The cost is linear in the number of problems: a message has a part of its node's path that does
+// not grow with the depth, and the search for similar names ends after a fixed number of
+// comparisons.
 // Tested by tests/zonxvalidate_test.cpp.
 #include "comparing/zonvalidationreport.h"
 

@@ -57,7 +57,7 @@ bool IsEmptyPlace(const CzonNode& value) {
   return IsEmptyKind(KindAt(&value));
 }
 
-// ---- Comparing ------------------------------------------------------------------------------------
+// ---- Comparing ----------------------------------------------------------------------------------
 
 bool ValueComparison::AreSame(const CzonNode* before, const CzonNode* after) const {
   const int kind = KindAt(before);
@@ -128,7 +128,7 @@ bool ValueComparison::HasValue(const CzonNamedNode& keyword) {
                      [](const CzonNode* value) { return !IsEmptyPlace(*value); });
 }
 
-// ---- Keys -----------------------------------------------------------------------------------------
+// ---- Keys ---------------------------------------------------------------------------------------
 
 void ValueComparison::AddPlain(const PlainValue& value, Side side, ValueKeys* keys) const {
   int kind = KindOfToken(value.token);

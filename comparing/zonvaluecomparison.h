@@ -1,7 +1,8 @@
-// Whether values of two trees are the same data, and keys of values for finding what belongs together.
+// Whether values of two trees are the same data, and keys of values for finding what belongs
+// together.
 //
-// Unlike for a save (saving/zonsavedvalue.h), remarks are no data, -0.0 is 0.0, and a real may differ by a
-// tolerance. Keys know no tolerance: reals that differ within it have different keys.
+// Unlike for a save (saving/zonsavedvalue.h), remarks are no data, -0.0 is 0.0, and a real may
+// differ by a tolerance. Keys know no tolerance: reals that differ within it have different keys.
 // Tested by tests/zonxdiff_test.cpp and fuzz/diff_fuzz.cpp.
 #ifndef ZON_COMPARING_ZONVALUECOMPARISON_H
 #define ZON_COMPARING_ZONVALUECOMPARISON_H

@@ -1,9 +1,9 @@
 // Copies onto a node and beside it.
 //
-// Onto a node: the source is copied aside, the target is renamed, then both exchange their contents.
-// Only the first two steps can fail, and then the target is unchanged. The copy is complete before the
-// old content is deleted, so the source may be above or below the target. A target of a host's class
-// is copied by its own Copy instead.
+// Onto a node: the source is copied aside, the target is renamed, then both exchange their
+// contents. Only the first two steps can fail, and then the target is unchanged. The copy is
+// complete before the old content is deleted, so the source may be above or below the target. A
+// target of a host's class is copied by its own Copy instead.
 //
 // Beside a node: the copy is made and then filed at the place (NodeAccess::FileAt), which either
 // completes or changes nothing. Tested by tests/edit_test.cpp and fuzz/edit_fuzz.cpp.

@@ -1,8 +1,8 @@
 // Checks and positions of edits; the changes themselves are in tree/zontreeedit.cpp.
 //
-// The order in each operation: check the arguments, move the cursor of the builder out of what will be
-// deleted, change the tree. The cursor of the handle is the only pointer to nodes outside the tree
-// that the library must keep valid; node handles of the host end with their node. Tested by
+// The order in each operation: check the arguments, move the cursor of the builder out of what will
+// be deleted, change the tree. The cursor of the handle is the only pointer to nodes outside the
+// tree that the library must keep valid; node handles of the host end with their node. Tested by
 // tests/edit_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include "editing/zonedit.h"
 
@@ -19,16 +19,16 @@ void LeaveNode(CzonNode& node) {
   if (auto* handle = dynamic_cast<CzonData*>(root->GetHandle())) handle->UpdateCurrentNode(&node);
 }
 
-// Converts a position among the siblings of a kind to a place among all children. `sibling` is the one
-// at that position.
+// Converts a position among the siblings of a kind to a place among all children. `sibling` is the
+// one at that position.
 std::uint32_t PlaceFor(const CzonNamedNode& parent, const CzonNode* sibling, unsigned int position,
                        unsigned int count, ErrorCode missing) {
   if (position > count && position - count > 1) throw Refusal{missing};
   return sibling != nullptr ? NodeAccess::PlaceOf(parent, *sibling) : parent.GetNoNodes();
 }
 
-// Refuses a node that the index of its owner does not hold: after its removal the index and the list
-// of children would disagree.
+// Refuses a node that the index of its owner does not hold: after its removal the index and the
+// list of children would disagree.
 void RequireFiled(CzonNode& node) {
   if (node.GetOwner() != nullptr && !NodeAccess::IsFiled(node)) throw Refusal{kErrNode};
 }

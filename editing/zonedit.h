@@ -1,8 +1,8 @@
 // Changing a tree: inserting, deleting and renaming nodes, and giving a value another value.
 //
-// An operation either completes or changes nothing. If an argument is wrong it throws a Refusal, which
-// the exported functions turn into a code and a message. Before a node is deleted, the cursor of its
-// handle is moved out of it.
+// An operation either completes or changes nothing. If an argument is wrong it throws a Refusal,
+// which the exported functions turn into a code and a message. Before a node is deleted, the cursor
+// of its handle is moved out of it.
 #ifndef ZON_EDITING_ZONEDIT_H
 #define ZON_EDITING_ZONEDIT_H
 
@@ -30,8 +30,8 @@ CzonSection& RequireSection(CzonNode& node);                   // not the root
 CzonKeyword& RequireKeyword(CzonNode& node);                   // or a default definition
 CzonNode& RequireParam(CzonKeyword& keyword, unsigned int n);  // as stored
 
-// Positions count from 1 among the siblings of the same kind. The new node is inserted directly before
-// the sibling at the position; 0, or one past the last sibling, appends it to all children.
+// Positions count from 1 among the siblings of the same kind. The new node is inserted directly
+// before the sibling at the position; 0, or one past the last sibling, appends it to all children.
 void InsertSection(CzonTargetList& parent, CzonSection* section, unsigned int position);
 void InsertKeyword(CzonSection& section, CzonKeyword* keyword, unsigned int position);
 void InsertParam(CzonKeyword& keyword, CzonParam* param, unsigned int position);
@@ -42,7 +42,8 @@ void DeleteNode(CzonNode& node);
 // Renames a section or keyword.
 void RenameNode(CzonNamedNode& node, std::string_view name);
 
-// Replaces a value and deletes the old one. The handle is that of its tree; without it, it is searched.
+// Replaces a value and deletes the old one. The handle is that of its tree; without it, it is
+// searched.
 void ReplaceParam(CzonNode& old, CzonParam* by);
 void ReplaceParam(CzonNode& old, CzonParam* by, CzonData& handle);
 

@@ -1,19 +1,19 @@
-// Depth-first walk over pairs of sections. In each pair: first the inner sections, in the order of the
-// definition; then its named keywords; then the other keywords, in the order of the candidate. The
-// order decides which mismatch is found first.
+// Depth-first walk over pairs of sections. In each pair: first the inner sections, in the order of
+// the definition; then its named keywords; then the other keywords, in the order of the candidate.
+// The order decides which mismatch is found first.
 //
-// Sections are matched by name and instance through the name indexes of both trees, so a check costs
-// time linear in the number of nodes, plus the depth for each default placeholder. The pairs of
-// sections that are not finished are a stack on the heap: the depth of a template costs no call stack.
-// Each pair counts how many sections of the candidate are not matched yet. Sections left over at the
-// end of a pair are a mismatch.
+// Sections are matched by name and instance through the name indexes of both trees, so a check
+// costs time linear in the number of nodes, plus the depth for each default placeholder. The pairs
+// of sections that are not finished are a stack on the heap: the depth of a template costs no call
+// stack. Each pair counts how many sections of the candidate are not matched yet. Sections left
+// over at the end of a pair are a mismatch.
 //
 // A keyword of the definition without a name is the wildcard: it defines all keywords of the
-// candidate that have no definition of their own. Compatibility: a keyword of the candidate without a
-// name is not checked if there is a wildcard. Keywords may be missing in the candidate.
+// candidate that have no definition of their own. Compatibility: a keyword of the candidate without
+// a name is not checked if there is a wildcard. Keywords may be missing in the candidate.
 //
-// Each mismatch is passed to an observer, which decides whether the walk goes on; so the functions here
-// return false if it ends. zonEquivalent ends at the first one, zonxValidate reads all.
+// Each mismatch is passed to an observer, which decides whether the walk goes on; so the functions
+// here return false if it ends. zonEquivalent ends at the first one, zonxValidate reads all.
 // Tested by tests/equiv_test.cpp and tests/zonxvalidate_test.cpp, and against a model by
 // fuzz/equiv_fuzz.cpp.
 #include "equivalence/zonequivalence.h"
@@ -130,8 +130,8 @@ bool HaveSameName(const CzonNode* a, const CzonNode* b) {
   return EqualNoCase(a->GetName(), b->GetName());
 }
 
-// Whether it is a section inside a file: the root is a section too, but has no owner. A host's class may
-// override IsSection without being a CzonNamedNode, which HasFlag requires.
+// Whether it is a section inside a file: the root is a section too, but has no owner. A host's
+// class may override IsSection without being a CzonNamedNode, which HasFlag requires.
 bool IsOwnedSection(const CzonNode* node) {
   return node != nullptr && node->IsSection() && NodeAccess::IsNamed(*node) &&
          node->GetOwner() != nullptr;
@@ -150,8 +150,8 @@ unsigned int CountNamesakes(const CzonNode* section, const CzonKeyword* keyword)
   return NodeAccess::CountNamesakes(static_cast<const CzonNamedNode&>(*section), *keyword);
 }
 
-// The first keyword of the name. Two sections mostly have the same keywords in the same order, so the n-th one
-// is looked at before the name is looked up.
+// The first keyword of the name. Two sections mostly have the same keywords in the same order, so
+// the n-th one is looked at before the name is looked up.
 const CzonKeyword* FindFirst(const CzonNode* section, const char* name, unsigned int n) {
   const CzonKeyword* near = IsOfLibrary(section) ? section->KeywordByNum(n) : nullptr;
   const bool isFirst = near != nullptr && IsOfLibrary(near) && near->GetInstanceNo() == 1 &&
@@ -230,7 +230,8 @@ class Walk {
   std::vector<SectionPair> open_;
 };
 
-// Begins the comparison of two sections. Sections that have not even the name in common are skipped.
+// Begins the comparison of two sections. Sections that have not even the name in common are
+// skipped.
 bool Walk::Enter(const CzonNode* definition, const CzonNode* candidate) {
   const MismatchKind kind = CompareSectionHeads(definition, candidate);
   if (kind != MismatchKind::kNone && !Report(kind, definition, candidate)) return false;

@@ -1,7 +1,7 @@
 // Equivalence: whether a section or keyword of a file conforms to its definition in a template.
 //
-// One walk finds the mismatches and passes each to an observer. zonEquivalent stops at the first one and
-// reports it through ReportHook; zonxValidate collects them all.
+// One walk finds the mismatches and passes each to an observer. zonEquivalent stops at the first
+// one and reports it through ReportHook; zonxValidate collects them all.
 #ifndef ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 #define ZON_EQUIVALENCE_ZONEQUIVALENCE_H
 
@@ -63,8 +63,8 @@ void CompareRoots(const CzonNode& definition, const CzonNode& candidate,
 // kNone, kValueKind or kUnresolved.
 MismatchKind CompareValue(const CzonNode& definition, const CzonNode& value);
 
-// The first mismatch ends the check and is reported through ReportHook, unless reports are off. A child
-// of a keyword that is no CzonParam causes two reports.
+// The first mismatch ends the check and is reported through ReportHook, unless reports are off. A
+// child of a keyword that is no CzonParam causes two reports.
 bool ConformsSection(const CzonNode* definition, const CzonNode* candidate);
 bool ConformsKeyword(const CzonNode* definition, const CzonNode* candidate);
 

@@ -1,6 +1,6 @@
-// Any bytes as a text for zonxLoadText. Its reports agree with the error of the loader, with a check
-// that makes no tree and with one that reads a file in pieces. In a tree that loads every place is
-// exact, every path finds its node, and lists agree with single values.
+// Any bytes as a text for zonxLoadText. Its reports agree with the error of the loader, with a
+// check that makes no tree and with one that reads a file in pieces. In a tree that loads every
+// place is exact, every path finds its node, and lists agree with single values.
 #include <zonx.h>
 
 #include <algorithm>
@@ -225,8 +225,8 @@ void CompareValue(CzonNode* value) {
     Check(std::strcmp(text, zonGetFilename(value)) == 0, "a file name", text);
 }
 
-// Whether the characters at the place of a value are its text. Between a sign or % and what follows can
-// be white space and comments.
+// Whether the characters at the place of a value are its text. Between a sign or % and what follows
+// can be white space and comments.
 bool IsTextAt(CzonNode* value, std::string_view at) {
   const char* text = "";
   const int kind = zonxGetKind(value);

@@ -1,5 +1,5 @@
-// Differences and merges of two files: of two texts that are separated by a zero byte, or of one text, each
-// with random edits. The first bytes of an input choose the edits.
+// Differences and merges of two files: of two texts that are separated by a zero byte, or of one
+// text, each with random edits. The first bytes of an input choose the edits.
 #include "diff_model.h"
 #include "save_model.h"
 

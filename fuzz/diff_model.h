@@ -1,6 +1,6 @@
-// What must hold for the differences of two files and for a merge, against trees of plain structs: only
-// equal content has no difference, only another order has none but moves, the other way round gives the
-// same mirrored, and a merge gives the target what the overlay has and nothing else.
+// What must hold for the differences of two files and for a merge, against trees of plain structs:
+// only equal content has no difference, only another order has none but moves, the other way round
+// gives the same mirrored, and a merge gives the target what the overlay has and nothing else.
 #ifndef ZON_FUZZ_DIFF_MODEL_H
 #define ZON_FUZZ_DIFF_MODEL_H
 
@@ -131,7 +131,7 @@ inline std::string ListingOf(const DiffNode& node) {
   return all + ")";
 }
 
-// ---- Differences ----------------------------------------------------------------------------------
+// ---- Differences --------------------------------------------------------------------------------
 
 inline void* OwnerOf(void* node) {
   return static_cast<CzonBase*>(static_cast<CzonNode*>(static_cast<CzonBase*>(node))->GetOwner());
@@ -211,7 +211,7 @@ inline void CheckDifferences(void* before, void* after, bool resolved, const cha
   fuzz::Check((ContentOf(a, true) == ContentOf(b, true)) == hasMovesOnly, "moves only", there.list);
 }
 
-// ---- Merging --------------------------------------------------------------------------------------
+// ---- Merging ------------------------------------------------------------------------------------
 
 inline void Merge(DiffNode* target, const DiffNode& overlay);
 

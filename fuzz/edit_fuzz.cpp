@@ -1,5 +1,5 @@
-// Builder calls, edits and packed lists, chosen by the input, on two files and on models of them. Hooks
-// call the library in turn: they query all trees, load a file and build a third one.
+// Builder calls, edits and packed lists, chosen by the input, on two files and on models of them.
+// Hooks call the library in turn: they query all trees, load a file and build a third one.
 #include "clob_model.h"
 #include "edit_model.h"
 #include "fuzz.h"

@@ -1,5 +1,5 @@
-// A template and a candidate, separated by a zero byte, compared by the library and by a naive checker; and
-// validated, which agrees with the comparison of each section.
+// A template and a candidate, separated by a zero byte, compared by the library and by a naive
+// checker; and validated, which agrees with the comparison of each section.
 #include <zonx.h>
 
 #include "equiv_model.h"
@@ -9,7 +9,8 @@ namespace {
 
 using model::Has;
 
-// Sets flags that a file cannot: sections with an M are mandatory, keywords with an O have open lists.
+// Sets flags that a file cannot: sections with an M are mandatory, keywords with an O have open
+// lists.
 void SetFlags(CzonNode* node) {
   if (node->IsParam()) return;
   auto* named = static_cast<CzonNamedNode*>(node);

@@ -1,5 +1,5 @@
-// Common parts of the harnesses: files in memory, numbers from input bytes, hooks that count, and the
-// comparison of two trees by every query.
+// Common parts of the harnesses: files in memory, numbers from input bytes, hooks that count, and
+// the comparison of two trees by every query.
 #ifndef ZON_FUZZ_FUZZ_H
 #define ZON_FUZZ_FUZZ_H
 
@@ -22,7 +22,8 @@ inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-// Replaces the content of a file in memory and returns its name; returns the content of such a file.
+// Replaces the content of a file in memory and returns its name; returns the content of such a
+// file.
 const char* FileOf(std::string_view text, unsigned number = 0);
 std::string ContentOf(unsigned number);
 

@@ -1,6 +1,6 @@
-// Any bytes as a file. It loads, or fails with one of the known messages. The tree with deferred values
-// equals the tree of a parse that makes every value at once, of one that reads the file in small pieces,
-// and of one whose characters come from a source of the host.
+// Any bytes as a file. It loads, or fails with one of the known messages. The tree with deferred
+// values equals the tree of a parse that makes every value at once, of one that reads the file in
+// small pieces, and of one whose characters come from a source of the host.
 #include <algorithm>
 #include <climits>
 #include <iterator>

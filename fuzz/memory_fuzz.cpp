@@ -1,6 +1,6 @@
-// Loads and queries a file while the n-th allocation fails. The failed call returns its failure value and
-// stores its code, nothing leaks, and the next call succeeds. In a build for the fuzzer malloc, realloc
-// and mmap fail as well, otherwise only operator new.
+// Loads and queries a file while the n-th allocation fails. The failed call returns its failure
+// value and stores its code, nothing leaks, and the next call succeeds. In a build for the fuzzer
+// malloc, realloc and mmap fail as well, otherwise only operator new.
 #include <sys/mman.h>
 
 #include <cstdlib>

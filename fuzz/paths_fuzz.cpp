@@ -5,8 +5,8 @@
 #include "fuzz.h"
 #include "paths_model.h"
 
-// The first line is the name of the parameter file, the rest is a file name in it. A '~' at the start of
-// that is replaced by the working directory.
+// The first line is the name of the parameter file, the rest is a file name in it. A '~' at the
+// start of that is replaced by the working directory.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using fuzz::Check;
   static const host::OneName file;

@@ -1,5 +1,5 @@
-// Runs a harness without libFuzzer: replay CORPUS [NUMBER]. The inputs are the files of the corpus, then
-// NUMBER mutations of them, the same ones in each run.
+// Runs a harness without libFuzzer: replay CORPUS [NUMBER]. The inputs are the files of the corpus,
+// then NUMBER mutations of them, the same ones in each run.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -19,7 +19,8 @@ namespace {
 
 using Number = std::function<std::size_t(std::size_t end)>;
 
-// A file with up to five changes: a piece is removed, or inserted from another file or as random bytes.
+// A file with up to five changes: a piece is removed, or inserted from another file or as random
+// bytes.
 std::string Mutation(const std::vector<std::string>& corpus, const Number& below) {
   std::string text = corpus[below(corpus.size())];
   for (std::size_t changes = 1 + below(5); changes > 0; --changes) {

@@ -1,5 +1,5 @@
-// Random edits of any sound text, saved again and again. The first bytes of an input choose the edits, the
-// others are the text.
+// Random edits of any sound text, saved again and again. The first bytes of an input choose the
+// edits, the others are the text.
 #include <unistd.h>
 
 #include "save_model.h"

@@ -1,5 +1,6 @@
-// Random edits of any file, and what must hold when it is saved: the text gives the edited tree, lines of
-// items that were not edited stay, places are those of a fresh load, and a second save changes nothing.
+// Random edits of any file, and what must hold when it is saved: the text gives the edited tree,
+// lines of items that were not edited stay, places are those of a fresh load, and a second save
+// changes nothing.
 #ifndef ZON_FUZZ_SAVE_MODEL_H
 #define ZON_FUZZ_SAVE_MODEL_H
 
@@ -21,8 +22,8 @@ namespace model {
 
 using fuzz::Check;
 
-// The content of a tree as zon.h tells it: in each section first the keywords, then the sections. A keyword
-// without values has an empty place.
+// The content of a tree as zon.h tells it: in each section first the keywords, then the sections. A
+// keyword without values has an empty place.
 inline std::string ContentOf(void* node, bool isDefault = false) {
   std::ostringstream out;
   out.precision(17);
@@ -69,8 +70,8 @@ inline std::vector<std::string> LinesOf(const std::string& text) {
   return lines;
 }
 
-// Every place that the nodes of a tree have, but for those of empty values: a keyword without values gets
-// one.
+// Every place that the nodes of a tree have, but for those of empty values: a keyword without
+// values gets one.
 inline void AddPlaces(void* node, std::string* places) {
   if (zonxGetKind(node) == ZONX_EMPTY) return;
   zonxPlace place{};

@@ -1,5 +1,5 @@
-// Files of the format that both readers accept. The stream of tokens equals the traversal of the tree,
-// and either both readers accept the file or none does.
+// Files of the format that both readers accept. The stream of tokens equals the traversal of the
+// tree, and either both readers accept the file or none does.
 #include <strings.h>
 
 #include <algorithm>
@@ -40,7 +40,8 @@ bool IsCommonWord(const std::string& word) {
   return !Begins(word, "default");
 }
 
-// Whether the text is in the common format. Does not know texts and comments, so it is too strict there.
+// Whether the text is in the common format. Does not know texts and comments, so it is too strict
+// there.
 bool IsCommon(std::string_view text) {
   std::size_t comment = text.npos;  // the start of an open block comment
   for (std::size_t at = 0; at < text.size(); ++at) {

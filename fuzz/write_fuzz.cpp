@@ -1,5 +1,5 @@
-// Load, write, load, write: the trees are equal except for what writing does not keep, and the second
-// text equals the first below the header comment.
+// Load, write, load, write: the trees are equal except for what writing does not keep, and the
+// second text equals the first below the header comment.
 #include "fuzz.h"
 
 namespace {

@@ -1,5 +1,6 @@
-// File names as values. The text is the name as given; the path is resolved by each query, because the
-// name of the parameter file and the working directory may change. Tested by tests/paths_test.cpp.
+// File names as values. The text is the name as given; the path is resolved by each query, because
+// the name of the parameter file and the working directory may change. Tested by
+// tests/paths_test.cpp.
 #include "paths/zonfilename.h"
 
 #include <algorithm>

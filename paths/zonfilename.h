@@ -6,8 +6,8 @@
 
 #include "tree/zonparam.h"
 
-/** A file name. It is stored as given and resolved when asked for: a relative name is relative to the
- *  directory of the parameter file. */
+/** A file name. It is stored as given and resolved when asked for: a relative name is relative to
+ *  the directory of the parameter file. */
 class ZON_API CzonFilename : public CzonParam {
  public:
   CzonFilename() = default;
@@ -17,9 +17,9 @@ class ZON_API CzonFilename : public CzonParam {
   CzonNode* CreateObj() override;
   int IsFilename() const override;
 
-  /** Returns the path: each '\' becomes '/', a relative name is resolved against the directory of the
-   *  parameter file, and that against the working directory at the time of the call. The buffer has
-   *  room for at least 260 characters. Valid until the next call on this value or its end. */
+  /** Returns the path: each '\' becomes '/', a relative name is resolved against the directory of
+   *  the parameter file, and that against the working directory at the time of the call. The buffer
+   *  has room for at least 260 characters. Valid until the next call on this value or its end. */
   char* GetFilename() const override;
   const char* GetFilenameString() const override;  ///< as given
 

@@ -1,5 +1,5 @@
-// Resolving file names to paths, and the form in which they are written. Paths are texts: of the file
-// system only the name of the working directory is read. Tested by tests/paths_test.cpp.
+// Resolving file names to paths, and the form in which they are written. Paths are texts: of the
+// file system only the name of the working directory is read. Tested by tests/paths_test.cpp.
 #ifndef ZON_PATHS_ZONFILEPATH_H
 #define ZON_PATHS_ZONFILEPATH_H
 

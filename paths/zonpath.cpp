@@ -4,8 +4,9 @@
 // before the position it reads, so the path never grows. A stack holds the starts of the components
 // that a ".." can still remove. Linear time.
 //
-// Names in a parameter file are relative to the directory of that file, whose own name is relative to
-// the working directory. Tested by tests/paths_test.cpp, and against a model by fuzz/paths_fuzz.cpp.
+// Names in a parameter file are relative to the directory of that file, whose own name is relative
+// to the working directory. Tested by tests/paths_test.cpp, and against a model by
+// fuzz/paths_fuzz.cpp.
 #include "paths/zonpath.h"
 
 #include <algorithm>
@@ -148,8 +149,8 @@ std::string RelativeForm(std::string_view text, std::string_view fileName) {
     fileSplit = at;
     textSplit = at + 1;
   }
-  // Compatibility: the name of the parameter file itself counts as a component, so there is one "../"
-  // too many to resolve the form to the same file.
+  // Compatibility: the name of the parameter file itself counts as a component, so there is one
+  // "../" too many to resolve the form to the same file.
   std::string path;
   bool inComponent = false;
   for (const char c : fileName.substr(fileSplit)) {

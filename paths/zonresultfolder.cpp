@@ -1,5 +1,5 @@
-// Result folders: the name of the parameter file with a suffix, below the result root or, without one,
-// below the working directory. Tested by tests/results_test.cpp.
+// Result folders: the name of the parameter file with a suffix, below the result root or, without
+// one, below the working directory. Tested by tests/results_test.cpp.
 #include "paths/zonresultfolder.h"
 
 #include <libgen.h>
@@ -17,8 +17,8 @@ std::string DirectoryOf(std::string path) {
   return dirname(path.data());  // writes into its argument
 }
 
-// Compatibility: resolves the path and ignores the result. The accesses themselves can have effects,
-// such as the mounting of a directory.
+// Compatibility: resolves the path and ignores the result. The accesses themselves can have
+// effects, such as the mounting of a directory.
 void LookUpPath(const char* path) {
   std::free(realpath(path, nullptr));
 }

@@ -13,12 +13,12 @@ namespace zon {
 // folder, whichever rule determines it, and its value is not used.
 void ReadFolderTemplate();
 
-// Returns the name of the parameter file and " - Result Files/", with a '/' before it if the name has
-// none.
+// Returns the name of the parameter file and " - Result Files/", with a '/' before it if the name
+// has none.
 std::string ResultSubFolder(std::string_view anchor);
 
-// Return the result folder of a file without a custom folder: by its result root, and if it has none,
-// by the name of the parameter file and the working directory.
+// Return the result folder of a file without a custom folder: by its result root, and if it has
+// none, by the name of the parameter file and the working directory.
 std::string ResultFolderByRoot(const CzonTargetList& root);
 std::string ResultFolderByAnchor(const std::string& anchor);
 

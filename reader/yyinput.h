@@ -11,8 +11,8 @@ class FileText;
 class TextSource;
 }  // namespace zon
 
-/** A source of characters. A host may supply its own: it defines Get, Peek and Put, and inherits the
- *  counting. */
+/** A source of characters. A host may supply its own: it defines Get, Peek and Put, and inherits
+ *  the counting. */
 class ZON_API CyyInput {
  public:
   CyyInput() = default;
@@ -49,8 +49,8 @@ class ZON_API CyyInput {
   unsigned int previousPosition_ = 0;  // of the last newline, in case it is pushed back
 };
 
-/** A file as a source. Its text is kept in one piece until the stream is deleted; a pipe or a device
- *  is read as far as it is needed. A directory does not open. */
+/** A file as a source. Its text is kept in one piece until the stream is deleted; a pipe or a
+ *  device is read as far as it is needed. A directory does not open. */
 class ZON_API CyyStream : public CyyInput {
  public:
   explicit CyyStream(const char* name);  ///< GetStatus says whether it opened

@@ -33,9 +33,9 @@ class ZON_API CyyParser {
   virtual int yyparse() = 0;
   /** @} */
 
-  /** Skips a block comment with the comments nested in it, and counts each. `delimiters` are the two
-   *  characters of the opener; the closer is the reverse. Returns 1 if a whole comment was consumed,
-   *  0 if there is none (nothing is consumed) or if the input ends in it. */
+  /** Skips a block comment with the comments nested in it, and counts each. `delimiters` are the
+   *  two characters of the opener; the closer is the reverse. Returns 1 if a whole comment was
+   *  consumed, 0 if there is none (nothing is consumed) or if the input ends in it. */
   virtual int SkipComment(const char* delimiters);
 
   /** Skips the rest of the line, up to its newline, and counts a comment. */

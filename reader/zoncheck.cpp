@@ -17,7 +17,8 @@ void Run(Checker& checker) {
 }  // namespace
 
 CheckResult CheckText(const std::shared_ptr<FileText>& text) {
-  // What a mistake is depends on the lines after it, so they must not end where a piece of the file ends.
+  // What a mistake is depends on the lines after it, so they must not end where a piece of the file
+  // ends.
   text->ReadAll();
   Checker checker(text);
   Run(checker);

@@ -17,8 +17,8 @@ struct CheckResult {
   std::vector<Finding> findings;  // in the order in which they were noticed
 };
 
-// The text can be one that a loader has read. It is read to its end first; afterwards HasFailed() of
-// the text tells whether it could be read. Throws std::bad_alloc.
+// The text can be one that a loader has read. It is read to its end first; afterwards HasFailed()
+// of the text tells whether it could be read. Throws std::bad_alloc.
 CheckResult CheckText(const std::shared_ptr<FileText>& text);
 
 }  // namespace zon

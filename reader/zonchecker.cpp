@@ -53,7 +53,7 @@ void Checker::CountFor(Checker& checker) {
   wanted_ = &checker.candidates_;
 }
 
-// ---- The actions of the rules -----------------------------------------------------------------------
+// ---- The actions of the rules -------------------------------------------------------------------
 
 SymbolValue Checker::Reduce(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
@@ -179,7 +179,7 @@ void Checker::FileKeyword(const SymbolValue&, const SymbolValue& keyword) {
   CheckUnique(entry, place, place.Size());
 }
 
-// ---- Data and templates, as TreeBuilder has it ------------------------------------------------------
+// ---- Data and templates, as TreeBuilder has it --------------------------------------------------
 
 void Checker::CheckUnique(const NameEntry& entry, Span place, std::size_t firstSize) {
   if (entry.count == 1) return;
@@ -221,7 +221,7 @@ void Checker::ReportTemplate(const char* loaderMessage, Finding finding) {
   Add(std::move(finding));
 }
 
-// ---- Warnings ---------------------------------------------------------------------------------------
+// ---- Warnings -----------------------------------------------------------------------------------
 
 // "EndSect  // name": only a comment that is one word is taken for a name.
 void Checker::CheckEndComment(std::string_view name, const char* at) {
@@ -288,8 +288,8 @@ void Checker::CheckValues(std::string_view values) {
   }
 }
 
-// Whether a whole number is followed by a comma and, without a blank, by the last value of the list,
-// which has digits alone.
+// Whether a whole number is followed by a comma and, without a blank, by the last value of the
+// list, which has digits alone.
 bool Checker::IsGlued(const char* number, const char* comma, std::string_view values) {
   const char* const end = values.data() + values.size();
   if (comma + 1 >= end || *comma != ',' || number == values.data()) return false;
@@ -361,7 +361,7 @@ void Checker::NoteToken() {
   if (*previous == ';' && previous < text_->End()) CheckGluedComment(previous);
 }
 
-// ---- Errors -----------------------------------------------------------------------------------------
+// ---- Errors -------------------------------------------------------------------------------------
 
 void Checker::TakeFirst() {
   if (first_.at == nullptr) {
@@ -398,8 +398,8 @@ Resumption Checker::Recover(const ParseFailure& failure) {
   return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake, tokenEnd);
 }
 
-// The stack is full. Everything that is deeper is skipped, up to the end of the innermost section that
-// is open; its lines alone are looked at.
+// The stack is full. Everything that is deeper is skipped, up to the end of the innermost section
+// that is open; its lines alone are looked at.
 Resumption Checker::RecoverFromDepth(const ParseFailure& failure) {
   depth_ = std::min(depth_, failure.sections);
   Finding finding;
@@ -465,8 +465,8 @@ const char* Checker::FindEndInLine(const char* at) const {
 }
 
 // The line at which reading goes on: the first one after the mistake that shows structure. After a
-// mistake within a line, also one that begins with a word, unless the line before ends with a comma,
-// so that a list goes on. The end of the text if there is none.
+// mistake within a line, also one that begins with a word, unless the line before ends with a
+// comma, so that a list goes on. The end of the text if there is none.
 const char* Checker::NextLine(const Mistake& mistake) {
   const char* line = mistake.after;
   for (;;) {

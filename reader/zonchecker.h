@@ -1,11 +1,11 @@
 // The builder of a check: finds every error and every warning of a text and makes no tree.
 //
-// The checker is a builder of the engine (zonengine.h), so grammar and lexer are those of a load, and
-// its first error is the loader's. It keeps the names of the sections that are open, for the rule on
-// data and templates and for warnings; no memory is used for values. After an error, reading goes on at
-// the next line of structure (zonstructure.h). A mistake can be before the place where it is noticed;
-// then reading goes back, but never before the last such line, so every line is read again at most once
-// for each error, and the number of errors is limited.
+// The checker is a builder of the engine (zonengine.h), so grammar and lexer are those of a load,
+// and its first error is the loader's. It keeps the names of the sections that are open, for the
+// rule on data and templates and for warnings; no memory is used for values. After an error,
+// reading goes on at the next line of structure (zonstructure.h). A mistake can be before the place
+// where it is noticed; then reading goes back, but never before the last such line, so every line
+// is read again at most once for each error, and the number of errors is limited.
 //
 // Tested by tests/reports_test.cpp and fuzz/check_fuzz.cpp.
 #ifndef ZON_READER_ZONCHECKER_H
@@ -35,8 +35,8 @@ class Checker {
   static constexpr std::size_t kMostErrors = 100;
   static constexpr std::size_t kMostWarnings = 100;
 
-  // The text must have been read to its end. It can be one that a loader reads too, from which nothing
-  // is consumed.
+  // The text must have been read to its end. It can be one that a loader reads too, from which
+  // nothing is consumed.
   explicit Checker(std::shared_ptr<FileText> text);
   Checker(const Checker&) = delete;
   Checker& operator=(const Checker&) = delete;
@@ -45,8 +45,8 @@ class Checker {
   CyyParser& GetParser();
   Lexer& GetLexer() { return lexer_; }
 
-  // Whether some keywords have two values that look like one number. Whether they are is known when the
-  // values of all instances were counted: a second checker runs over the text after CountFor.
+  // Whether some keywords have two values that look like one number. Whether they are is known when
+  // the values of all instances were counted: a second checker runs over the text after CountFor.
   bool HasCandidates() const { return !candidates_.empty(); }
   void CountFor(Checker& checker);
   void WarnOfCandidates();
@@ -78,7 +78,8 @@ class Checker {
   };
 
   Level& Top() { return levels_[depth_]; }
-  // A keyword with two values that look like one number, and how many values others of its name have.
+  // A keyword with two values that look like one number, and how many values others of its name
+  // have.
   struct Candidate {
     std::string_view name;
     std::string_view section;

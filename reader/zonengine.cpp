@@ -16,8 +16,8 @@ namespace {
 
 #include "reader/zongrammar.inc"
 
-// The code of VALUES. Only the engine makes this token; TokenNumber maps the same code from a derived
-// scanner to YYUNKCODE.
+// The code of VALUES. Only the engine makes this token; TokenNumber maps the same code from a
+// derived scanner to YYUNKCODE.
 constexpr int VALUES = FILENAME + 1;
 
 // The tables number the tokens in their own way.
@@ -76,15 +76,16 @@ constexpr std::array<bool, YYNSTATES> StatesThatShift(int token) {
 
 constexpr std::array<bool, YYNSTATES> kValuesStates = StatesThatShift(kTokenNumbers[VALUES]);
 
-// The states with a section_body on top of the stack: only they shift ENDSECT. A keyword line may begin
-// there, and values_[depth_ - 1] is the section.
+// The states with a section_body on top of the stack: only they shift ENDSECT. A keyword line may
+// begin there, and values_[depth_ - 1] is the section.
 constexpr std::array<bool, YYNSTATES> kLineStates = StatesThatShift(kTokenNumbers[ENDSECT]);
 
-// The most slots that the tables need for a plain line: keyword, '=', sign, number. With fewer free,
-// everything goes through the tables, so the fast paths do not change the limit on nesting.
+// The most slots that the tables need for a plain line: keyword, '=', sign, number. With fewer
+// free, everything goes through the tables, so the fast paths do not change the limit on nesting.
 constexpr std::size_t kSlotsOfLine = 4;
 
-// Searches yyexca (format: see zongrammar.inc). Returns the rule, 0 for an error, below 0 to accept.
+// Searches yyexca (format: see zongrammar.inc). Returns the rule, 0 for an error, below 0 to
+// accept.
 int FindExceptionalRule(int state, int token) {
   bool isOfState = false;
   for (std::size_t at = 0; at + 1 < std::size(yyexca); at += 2) {
@@ -228,12 +229,12 @@ int Engine<Builder>::ReadSimpleToken() {
   return TokenNumber(code);
 }
 
-// Ensures that token_ holds the next token. First consumes what needs no tables: a run of plain values,
-// which becomes VALUES, or whole plain lines.
+// Ensures that token_ holds the next token. First consumes what needs no tables: a run of plain
+// values, which becomes VALUES, or whole plain lines.
 //
-// Files a whole plain line without the tables, which would leave the stack unchanged. Reads the next
-// token first, as the tables do: error positions depend on it. Saves a fifth of the instructions of a
-// load.
+// Files a whole plain line without the tables, which would leave the stack unchanged. Reads the
+// next token first, as the tables do: error positions depend on it. Saves a fifth of the
+// instructions of a load.
 template <class Builder>
 void Engine<Builder>::PrepareToken() {
   const auto state = static_cast<std::size_t>(State());
@@ -255,7 +256,7 @@ void Engine<Builder>::PrepareToken() {
   }
 }
 
-// ---- Errors -----------------------------------------------------------------------------------------
+// ---- Errors -------------------------------------------------------------------------------------
 
 template <class Builder>
 bool Engine<Builder>::Recover(const char* message) {

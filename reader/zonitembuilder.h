@@ -1,8 +1,8 @@
 // The builder that passes on each item of a text as soon as it is complete, and keeps none.
 //
-// It is two TreeBuilders: that of the headers, whose nodes live until the end, as the engine has them on its
-// stack, and that of the lines, whose memory is used again after a number of lines. So a text of any
-// size is read in constant memory, by the grammar and the actions of a load.
+// It is two TreeBuilders: that of the headers, whose nodes live until the end, as the engine has
+// them on its stack, and that of the lines, whose memory is used again after a number of lines. So
+// a text of any size is read in constant memory, by the grammar and the actions of a load.
 // Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_READER_ZONITEMBUILDER_H
 #define ZON_READER_ZONITEMBUILDER_H
@@ -16,8 +16,8 @@ class CzonNamedNode;
 
 namespace zon {
 
-// What happens with the items of a text, in the order of the text. The nodes have no owner. Places are in
-// the text.
+// What happens with the items of a text, in the order of the text. The nodes have no owner. Places
+// are in the text.
 class ItemVisitor {
  public:
   virtual ~ItemVisitor() = default;

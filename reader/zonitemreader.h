@@ -9,9 +9,9 @@
 
 namespace zon {
 
-// Passes the items to the visitor. The text must have been read to its end. Returns whether the text has
-// no error, but for the rule that names which repeat and names which declare repetition exclude each
-// other. Throws std::bad_alloc.
+// Passes the items to the visitor. The text must have been read to its end. Returns whether the
+// text has no error, but for the rule that names which repeat and names which declare repetition
+// exclude each other. Throws std::bad_alloc.
 bool ReadItems(const std::shared_ptr<FileText>& text, ItemVisitor& visitor);
 
 }  // namespace zon

@@ -99,8 +99,8 @@ void Lexer::SkipLine(Source& source) {
   parser_.SkipEOL();
 }
 
-// After a slash. Returns true if a comment was consumed; false if none begins here, or, after an error,
-// if it has no end.
+// After a slash. Returns true if a comment was consumed; false if none begins here, or, after an
+// error, if it has no end.
 template <class Source>
 bool Lexer::SkipComment(Source& source) {
   if (source.Peek() == '/') {

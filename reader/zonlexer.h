@@ -1,11 +1,11 @@
 // The lexer: characters into tokens.
 //
-// Token texts of a file are views of the file's text; no copy is made. Texts that differ from their spelling (doubled quotes,
-// newlines in a remark) and texts of a host's source are copied to the arena. One readable byte
-// precedes every token text, so a sign can be looked for there.
+// Token texts of a file are views of the file's text; no copy is made. Texts that differ from their
+// spelling (doubled quotes, newlines in a remark) and texts of a host's source are copied to the
+// arena. One readable byte precedes every token text, so a sign can be looked for there.
 //
-// Plain values, and a whole line `name = values`, can be consumed at once: see zonvaluelist.h for what
-// is plain. The lexer does that only when the engine asks for it.
+// Plain values, and a whole line `name = values`, can be consumed at once: see zonvaluelist.h for
+// what is plain. The lexer does that only when the engine asks for it.
 #ifndef ZON_READER_ZONLEXER_H
 #define ZON_READER_ZONLEXER_H
 
@@ -28,9 +28,9 @@ class Lexer {
   // stream are not brought up to date.
   int Next();
 
-  // Only for a plain file (stream_ is not null). After an IDENTIFIER: if "=" follows, with only blanks
-  // before it, and then a whole list of plain values within the text already read, consumes both and
-  // returns true. Else consumes nothing.
+  // Only for a plain file (stream_ is not null). After an IDENTIFIER: if "=" follows, with only
+  // blanks before it, and then a whole list of plain values within the text already read, consumes
+  // both and returns true. Else consumes nothing.
   bool ConsumeLine();
 
   // The same for as many plain values as are complete in the text already read; false if none.
@@ -47,8 +47,8 @@ class Lexer {
   // Where the last quoted text begins that was a token by itself; null if there was none.
   const char* StringBegin() const { return stringBegin_; }
 
-  // In the text of a file: whether a check may warn of something that was read. A load notes it at no
-  // cost, so that a sound file is only checked if there may be a warning.
+  // In the text of a file: whether a check may warn of something that was read. A load notes it at
+  // no cost, so that a sound file is only checked if there may be a warning.
   bool IsSuspect() const { return isSuspect_; }
 
   // In the text of a file: up to where it has been read; null for another source.
@@ -63,8 +63,8 @@ class Lexer {
   // The values that were consumed last, as they are written.
   std::string_view Values() const { return values_; }
 
-  // Copies the text to the arena and makes it the text of the current token. `origin`: where the file
-  // has it; null if it does not.
+  // Copies the text to the arena and makes it the text of the current token. `origin`: where the
+  // file has it; null if it does not.
   void SetText(std::string_view text, const char* origin = nullptr);
 
   // Frees the token buffer. Call after the parse.

@@ -205,7 +205,7 @@ class MistakeFinder {
   Mistake mistake_;
 };
 
-// ---- Quotes that are not closed ---------------------------------------------------------------------
+// ---- Quotes that are not closed -----------------------------------------------------------------
 
 // Whether a line of the text after its first one looks like structure.
 bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
@@ -219,9 +219,9 @@ bool MistakeFinder::HoldsStructure(const char* begin, const char* end) const {
   return false;
 }
 
-// A quoted text that has taken in lines of structure, and ends on the line of the error, is one whose
-// closing quote is missing: it ends at the opening quote of the next text. `line`: the line of the error
-// up to the error.
+// A quoted text that has taken in lines of structure, and ends on the line of the error, is one
+// whose closing quote is missing: it ends at the opening quote of the next text. `line`: the line
+// of the error up to the error.
 bool MistakeFinder::TryOpenQuote(const char* begin, const char* end, Span line) {
   if (end < line.begin || end > line.end || !HoldsStructure(begin, end)) return false;
   At(begin, begin + 1);
@@ -251,7 +251,7 @@ bool MistakeFinder::FindOpenQuote() {
          TryOpenQuote(scene_.stringBegin, end + 1, line);
 }
 
-// ---- Errors of the lexer ----------------------------------------------------------------------------
+// ---- Errors of the lexer ------------------------------------------------------------------------
 
 bool MistakeFinder::FindBadNumber(const char* begin, const char* reason) {
   const char* end = begin;
@@ -313,7 +313,7 @@ bool MistakeFinder::FindCharacter() {
             isUtf16 ? "save the file as ASCII or UTF-8, not as UTF-16" : "");
 }
 
-// ---- Errors of the grammar --------------------------------------------------------------------------
+// ---- Errors of the grammar ----------------------------------------------------------------------
 
 bool MistakeFinder::FindOfContext() {
   if (failure_.token == '"') {
@@ -394,8 +394,8 @@ bool MistakeFinder::FindWordAsValue(const char* begin, const char* end) {
   return Is("bad-value", "expected a value, found " + Quoted(word), std::move(hint));
 }
 
-// A word that is not the first of its line: a part of a number, a word after a text or value, or a word
-// in an empty place.
+// A word that is not the first of its line: a part of a number, a word after a text or value, or a
+// word in an empty place.
 bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
                                           const char* lineBegin) {
   const std::string_view word(name, static_cast<std::size_t>(nameEnd - name));
@@ -420,8 +420,8 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
   return false;
 }
 
-// After a name at the begin of a line, where "=" does not follow. What came before the name says what
-// the name was meant to be.
+// After a name at the begin of a line, where "=" does not follow. What came before the name says
+// what the name was meant to be.
 bool MistakeFinder::FindAfterName() {
   const char* const name = failure_.anchor.chars;
   const char* const nameEnd = EndOfWord(name);

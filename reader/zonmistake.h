@@ -1,9 +1,9 @@
 // From an error of the parser to the mistake that an engineer has made: what it is called, where it
 // is, what to do about it, and where the parser can go on.
 //
-// The parser notices an error at the first token that fits nowhere. The mistake is often before it: a
-// quote that is not closed takes in everything up to the next one. What could have followed comes from
-// the tables of the grammar; the rest follows from the characters around the token.
+// The parser notices an error at the first token that fits nowhere. The mistake is often before it:
+// a quote that is not closed takes in everything up to the next one. What could have followed comes
+// from the tables of the grammar; the rest follows from the characters around the token.
 // Tested by tests/reports_test.cpp.
 #ifndef ZON_READER_ZONMISTAKE_H
 #define ZON_READER_ZONMISTAKE_H
@@ -31,8 +31,8 @@ struct ParseScene {
 struct Mistake {
   Finding finding;
   Resumption::Action action = Resumption::kStay;
-  // Reading goes on after the line of `after`, or at `after` itself if `isExact`. If the mistake may
-  // have taken in other lines, it goes on at a line that shows structure.
+  // Reading goes on after the line of `after`, or at `after` itself if `isExact`. If the mistake
+  // may have taken in other lines, it goes on at a line that shows structure.
   const char* after = nullptr;
   bool isExact = false;
   bool isOpen = false;

@@ -1,12 +1,12 @@
 // Which names the sections of a file may have twice.
 //
-// Only a second node of a name decides something while a file is read. To look for it in the index of
-// each section would make indexes that nobody asks for. So a small hash set of the names in the
+// Only a second node of a name decides something while a file is read. To look for it in the index
+// of each section would make indexes that nobody asks for. So a small hash set of the names in the
 // present outermost section is kept, with 32 bits for each name of each section. It never misses a
 // second name; if it suspects one, the index of the section is asked.
 //
-// The hash is simple and not secret. A name that does not find its place at once makes the set suspect
-// every name, so names that were chosen to collide cost no more than the indexes.
+// The hash is simple and not secret. A name that does not find its place at once makes the set
+// suspect every name, so names that were chosen to collide cost no more than the indexes.
 // Tested by tests/load_test.cpp and fuzz/load_fuzz.cpp.
 #ifndef ZON_READER_ZONNAMESSEEN_H
 #define ZON_READER_ZONNAMESSEEN_H

@@ -37,9 +37,9 @@ class ZON_API CzonParser : public CyyParser {
   void GarbageCollect();
   /** @} */
 
-  /** Data or template: names may repeat, or repetition is declared. The second kind that occurs in a
-   *  file is an error. CheckUnique looks at a node just filed, CheckMulti is called for an instance
-   *  marker. @{ */
+  /** Data or template: names may repeat, or repetition is declared. The second kind that occurs in
+   *  a file is an error. CheckUnique looks at a node just filed, CheckMulti is called for an
+   *  instance marker. @{ */
   void CheckUnique(CzonNamedNode* node);
   void CheckMulti();
   /** @} */

@@ -2,8 +2,8 @@
 // source of the host, which delivers one character at a time. Both have the same functions, so the
 // lexer is one template over them.
 //
-// A token text begins at BeginText and consists of what is consumed from there on. In a file it is a
-// range of the file's own text; from a source of the host it is collected in a buffer.
+// A token text begins at BeginText and consists of what is consumed from there on. In a file it is
+// a range of the file's own text; from a source of the host it is collected in a buffer.
 #ifndef ZON_READER_ZONSOURCE_H
 #define ZON_READER_ZONSOURCE_H
 
@@ -63,8 +63,9 @@ class TextSource {
       Consume(SkipWord(stream_.next_, stream_.end_));
     } while (stream_.next_ == stream_.end_ && stream_.Fill());
   }
-  // Consumes everything up to the character and the character itself, which is not part of the text.
-  // If `inLine`, a newline ends the search. Returns the character that ended it, -1 at the end.
+  // Consumes everything up to the character and the character itself, which is not part of the
+  // text. If `inLine`, a newline ends the search. Returns the character that ended it, -1 at the
+  // end.
   int CollectTo(char stop, bool inLine) {
     for (;;) {
       const char* found = FindChar(stop, stream_.next_, stream_.end_);

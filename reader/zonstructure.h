@@ -26,8 +26,8 @@ inline std::string_view NameInComment(const char* at, const char* end) {
 
 enum class LineKind { kOther, kHeader, kEndSect, kKeyword, kWord };
 
-// What begins at `at`, the first character of a line that is no blank. kWord is a line that begins with
-// a word or has a "=", and shows nothing else.
+// What begins at `at`, the first character of a line that is no blank. kWord is a line that begins
+// with a word or has a "=", and shows nothing else.
 inline LineKind ClassifyLine(const char* at, const char* end) {
   if (at < end && *at == '[') {
     const char* name = SkipBlanks(at + 1, end);

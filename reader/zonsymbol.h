@@ -10,8 +10,8 @@ class CzonNode;
 
 namespace zon {
 
-// The value of a grammar symbol: the node that a rule made, or the text of a token. In a file the text
-// of a punctuation token is the place where it is.
+// The value of a grammar symbol: the node that a rule made, or the text of a token. In a file the
+// text of a punctuation token is the place where it is.
 struct SymbolValue {
   union {
     CzonNode* node;

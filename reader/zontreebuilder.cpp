@@ -78,7 +78,8 @@ T* TreeBuilder::NewNamed(std::string_view name, bool multi) {
   return node;
 }
 
-// At the end of a section: a keyword that occurs twice, or the name of another section after "EndSect".
+// At the end of a section: a keyword that occurs twice, or the name of another section after
+// "EndSect".
 void TreeBuilder::NoteSuspects(const CzonNode& section, std::string_view end) {
   const auto& named = static_cast<const CzonSection&>(section);
   // Without an index no name was suspected to occur twice.
@@ -107,8 +108,8 @@ CzonNode* TreeBuilder::NewEmpty(const char* place) {
   return value;
 }
 
-// The text after a mark. If more than blanks are between them, the text is a copy whose origin is the
-// mark: in the file, skipping blanks to the left leads to the mark in any case.
+// The text after a mark. If more than blanks are between them, the text is a copy whose origin is
+// the mark: in the file, skipping blanks to the left leads to the mark in any case.
 std::string_view TreeBuilder::AfterMark(char mark, const SymbolValue* right) {
   const std::string_view text = right[1].Text();
   const char* before = text.data() - 1;
@@ -145,8 +146,8 @@ void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& val
   NoteName(section.node, keyword);
 }
 
-// Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of sections
-// apart from those of keywords.
+// Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of
+// sections apart from those of keywords.
 void TreeBuilder::NoteName(CzonNode* owner, const CzonNamedNode* node) {
   const bool isSection = NodeAccess::IsSection(*node);
   const char* const kind = reinterpret_cast<const char*>(owner) + (isSection ? 1 : 0);
@@ -156,7 +157,8 @@ void TreeBuilder::NoteName(CzonNode* owner, const CzonNamedNode* node) {
   if (node->GetInstanceNo() > 1) CheckUnique(node);
 }
 
-// The value of the left side is that of the first symbol on the right unless the rule makes another.
+// The value of the left side is that of the first symbol on the right unless the rule makes
+// another.
 SymbolValue TreeBuilder::Reduce(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
   switch (rule) {

@@ -1,8 +1,8 @@
-// The tree that a parse makes: the action of each rule, the rule on data and templates, and who frees
-// the nodes of a parse that failed.
+// The tree that a parse makes: the action of each rule, the rule on data and templates, and who
+// frees the nodes of a parse that failed.
 //
-// All nodes of a parse are in the arena of the parser. A failed parse frees the arena and every node
-// with it, wherever it ended; no node has to be collected. Tested by tests/grammar_test.cpp.
+// All nodes of a parse are in the arena of the parser. A failed parse frees the arena and every
+// node with it, wherever it ended; no node has to be collected. Tested by tests/grammar_test.cpp.
 #ifndef ZON_READER_ZONTREEBUILDER_H
 #define ZON_READER_ZONTREEBUILDER_H
 

@@ -33,8 +33,8 @@ CzonNode* MakeConverted(Arena& arena, std::string_view text) {
   return node;
 }
 
-// A copy of a text has its origin in the bytes before it, and so must have the content of a packed list. In
-// the file the opening quote is there, which is no last byte of a pointer.
+// A copy of a text has its origin in the bytes before it, and so must have the content of a packed
+// list. In the file the opening quote is there, which is no last byte of a pointer.
 CzonNode* MakeString(Arena& arena, std::string_view text) {
   std::string_view content;
   if (!NodeAccess::FindContent<CzonClob>(text, &content)) return Make<CzonString>(arena, text);
@@ -83,8 +83,8 @@ class ValueCursor {
     }
   }
 
-  // At a number: makes its node and consumes it if ShortNumber can convert it; else null and nothing is
-  // consumed.
+  // At a number: makes its node and consumes it if ShortNumber can convert it; else null and
+  // nothing is consumed.
   CzonNode* ConsumeShortNumber(Arena& arena) {
     const bool negative = *at_ == '-';
     ShortNumber number;
@@ -153,13 +153,13 @@ class ValueCursor {
   const char* end_;
 };
 
-// After so many values the next ones are tried in blocks. Most lists are shorter, and a block would cost
-// them more than it gains. After a block that fails it is twice as many: a list of values that no block
-// accepts, such as those with exponents, costs few attempts.
+// After so many values the next ones are tried in blocks. Most lists are shorter, and a block would
+// cost them more than it gains. After a block that fails it is twice as many: a list of values that
+// no block accepts, such as those with exponents, costs few attempts.
 constexpr unsigned kBeforeBlocks = 13;
 
-// The comma after the last value of the blocks that begin at `at`; null if there is none. Out of line:
-// inlined into FindValues it would cost a load of short lists 2 %.
+// The comma after the last value of the blocks that begin at `at`; null if there is none. Out of
+// line: inlined into FindValues it would cost a load of short lists 2 %.
 __attribute__((noinline)) const char* LastCommaOfBlocks(const char* at, const char* end) {
   const char* last = nullptr;
   while (end - at >= CharBlock::kSize) {

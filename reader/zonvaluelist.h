@@ -1,5 +1,5 @@
-// Makes values from their texts, and finds lists of plain values, whose nodes are made on first access
-// (MakePlainValues). A list that is read in two steps is made during the parse.
+// Makes values from their texts, and finds lists of plain values, whose nodes are made on first
+// access (MakePlainValues). A list that is read in two steps is made during the parse.
 //
 // A value is plain if its text is a substring of the file and no remark or comment touches it: no
 // doubled quote, no substitution, no blank after the sign. Everything else, and every error, goes
@@ -24,12 +24,12 @@ inline std::string_view UpToZero(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 
-// A value in the arena, from the text of its token; that of a number has its sign. Null if the token
-// is no value by itself.
+// A value in the arena, from the text of its token; that of a number has its sign. Null if the
+// token is no value by itself.
 CzonNode* MakeValue(Arena& arena, int token, std::string_view text);
 
-// Whether a check may warn of an integer: it may have more than 32 bits, or follows another one and a
-// comma without a blank.
+// Whether a check may warn of an integer: it may have more than 32 bits, or follows another one and
+// a comma without a blank.
 inline bool IsLong(std::string_view integer) {
   return integer.size() > 9;
 }
@@ -49,8 +49,8 @@ struct PlainValues {
 // comment: "12" could go on as "123" in the next block.
 PlainValues FindValues(const char* at, const char* end);
 
-// Appends the values of the text to the keyword. The text was accepted by FindValues and the keyword is
-// in an arena. Appends in batches of 64, so the list grows rarely.
+// Appends the values of the text to the keyword. The text was accepted by FindValues and the
+// keyword is in an arena. Appends in batches of 64, so the list grows rarely.
 void MakePlainValues(CzonNamedNode& keyword, std::string_view text);
 
 // A value of such a text, as MakeValue takes it.

@@ -8,7 +8,8 @@ namespace {
 
 constexpr std::size_t kNone = SIZE_MAX;
 
-// The k-th elements of each key on both sides, in the order of `before`, of which there are `count`.
+// The k-th elements of each key on both sides, in the order of `before`, of which there are
+// `count`.
 std::vector<AlignedPair> FindCandidates(const std::vector<KeyedElement>& before,
                                         const std::vector<KeyedElement>& after, std::size_t count) {
   std::vector<std::size_t> partners(count, kNone);
@@ -31,8 +32,8 @@ std::vector<AlignedPair> FindCandidates(const std::vector<KeyedElement>& before,
 
 }  // namespace
 
-// Keys are hashes, so their first bits share them out evenly: the buckets are small. Keys that are not
-// cost what a comparison sort costs.
+// Keys are hashes, so their first bits share them out evenly: the buckets are small. Keys that are
+// not cost what a comparison sort costs.
 std::vector<KeyedElement> SortByKey(const std::vector<AlignmentKey>& keys, std::size_t begin,
                                     std::size_t end) {
   int bits = 0;

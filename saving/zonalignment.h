@@ -1,11 +1,12 @@
 // Which elements of two lists belong together, where some were inserted, removed or changed.
 //
-// The pairs increase in both lists. They are found in several passes, from the surest criterion to the
-// weakest: each pass has a key for every element and looks only into the gaps that the passes before
-// have left. In a gap, the common beginning and the common end are paired first. Of the rest, the k-th
-// elements of a key on both sides are candidates, and the longest increasing row of candidates is taken.
-// So a pass takes n log n steps, however often a key occurs. A key that two different elements share
-// makes the pairs less apt, never wrong: the caller compares what is paired.
+// The pairs increase in both lists. They are found in several passes, from the surest criterion to
+// the weakest: each pass has a key for every element and looks only into the gaps that the passes
+// before have left. In a gap, the common beginning and the common end are paired first. Of the
+// rest, the k-th elements of a key on both sides are candidates, and the longest increasing row of
+// candidates is taken. So a pass takes n log n steps, however often a key occurs. A key that two
+// different elements share makes the pairs less apt, never wrong: the caller compares what is
+// paired.
 // Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONALIGNMENT_H
 #define ZON_SAVING_ZONALIGNMENT_H
@@ -45,7 +46,8 @@ class Alignment {
   Alignment(std::size_t before, std::size_t after, const std::vector<AlignedPair>& known)
       : before_(before), after_(after), pairs_(LongestIncreasing(known)) {}
 
-  // Pairs elements in the gaps. `beforeKey` and `afterKey` return the key of an element by its number.
+  // Pairs elements in the gaps. `beforeKey` and `afterKey` return the key of an element by its
+  // number.
   template <class BeforeKey, class AfterKey>
   void Refine(BeforeKey&& beforeKey, AfterKey&& afterKey) {
     std::vector<AlignedPair> refined;

@@ -1,9 +1,10 @@
 // Compares values with a list that is still text, without making its values.
 //
-// A host that has read a value of a keyword has the values of the keyword as nodes; in a text that is read
-// item by item they are still one text (tree/zondeferredvalues.h). Such a list holds plain values alone, so
-// an unchanged value is found there by its own characters. Saves a host that has read a whole file two
-// thirds of the time of a save. Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
+// A host that has read a value of a keyword has the values of the keyword as nodes; in a text that
+// is read item by item they are still one text (tree/zondeferredvalues.h). Such a list holds plain
+// values alone, so an unchanged value is found there by its own characters. Saves a host that has
+// read a whole file two thirds of the time of a save. Tested by tests/zonsave_test.cpp and
+// fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONPLAINLIST_H
 #define ZON_SAVING_ZONPLAINLIST_H
 

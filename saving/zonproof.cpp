@@ -28,7 +28,7 @@ Proof::Proof(const CzonTargetList& root, std::shared_ptr<FileText> former, const
   if (former_ != nullptr) oldView_ = former_->View();
 }
 
-// ---- Comparing ------------------------------------------------------------------------------------
+// ---- Comparing ----------------------------------------------------------------------------------
 
 bool Proof::Run(const LoadedFile* file) {
   if (file != nullptr) retired_ = file->retired;
@@ -80,7 +80,7 @@ void Proof::CloseSection(const char*, const char*) {
   levels_.pop_back();
 }
 
-// ---- Noting places --------------------------------------------------------------------------------
+// ---- Noting places ------------------------------------------------------------------------------
 
 // Only places are changed in the tree, which are no data of it.
 void Proof::NoteNames(const CzonNamedNode& node, const CzonNamedNode& loaded) {
@@ -151,7 +151,7 @@ const char* Proof::MovedPlace(const char* place) const {
   return moved != nullptr ? newView_.data() + (moved - oldView_.data()) : nullptr;
 }
 
-// ---- Moving ---------------------------------------------------------------------------------------
+// ---- Moving -------------------------------------------------------------------------------------
 
 void Proof::Move(LoadedFile& file) {
   deferral_ = &file.deferral;

@@ -1,8 +1,9 @@
 // Proves that a text gives a tree, and notes where the names and values of the tree are in it.
 //
-// The text is read item by item beside the tree, without a tree of its own. Most texts of the tree are in
-// the former text, outside of what was edited, so their new places follow from the edits; places are noted
-// only for the others. Move changes pointers alone: it cannot fail after the file was replaced.
+// The text is read item by item beside the tree, without a tree of its own. Most texts of the tree
+// are in the former text, outside of what was edited, so their new places follow from the edits;
+// places are noted only for the others. Move changes pointers alone: it cannot fail after the file
+// was replaced.
 // Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONPROOF_H
 #define ZON_SAVING_ZONPROOF_H
@@ -26,17 +27,17 @@ class Arena;
 
 class Proof : public ItemVisitor {
  public:
-  // `former`: the text that the tree was loaded from, null for none. `edits`: those that made `text` of it,
-  // applied; null if the text was made otherwise.
+  // `former`: the text that the tree was loaded from, null for none. `edits`: those that made
+  // `text` of it, applied; null if the text was made otherwise.
   Proof(const CzonTargetList& root, std::shared_ptr<FileText> former, const TextEdits* edits,
         std::shared_ptr<FileText> text);
 
-  // Whether the text gives the tree. `file`: what is known of the former text, null for nothing. Throws
-  // std::bad_alloc; the tree is the same in any case.
+  // Whether the text gives the tree. `file`: what is known of the former text, null for nothing.
+  // Throws std::bad_alloc; the tree is the same in any case.
   bool Run(const LoadedFile* file);
 
-  // Moves the tree to the new text, after Run has succeeded. Cannot fail. `file` then has the text, and the
-  // former one if the host may have a pointer into it.
+  // Moves the tree to the new text, after Run has succeeded. Cannot fail. `file` then has the text,
+  // and the former one if the host may have a pointer into it.
   void Move(LoadedFile& file);
 
   const std::shared_ptr<FileText>& GetText() const { return text_; }

@@ -44,8 +44,8 @@ std::string_view WordOfComment(const char* at, const char* end) {
   return {begin, static_cast<std::size_t>(endOfWord - begin)};
 }
 
-// The number of the value that alone differs from the one in its place, which is most usual; the number of
-// values if there is none or there are several.
+// The number of the value that alone differs from the one in its place, which is most usual; the
+// number of values if there is none or there are several.
 std::size_t FindOnlyDifference(const std::vector<const CzonNode*>& before,
                                const std::vector<const CzonNode*>& after) {
   std::size_t different = before.size();
@@ -85,7 +85,7 @@ Rewriter::Rewriter(const FileText& text, bool knowsPlaces, TextEdits& edits)
   levels_.push_back({nullptr, nullptr, true, layout_.Begin(), {}, {}, {}});
 }
 
-// ---- Following the text ---------------------------------------------------------------------------
+// ---- Following the text -------------------------------------------------------------------------
 
 // The wanted node that an item of the text belongs to by its place; null if there is none.
 const CzonNamedNode* Rewriter::Match(Row& row, const CzonNamedNode& node,
@@ -171,10 +171,10 @@ void Rewriter::CloseSection(const char*, const char* end) {
   levels_.pop_back();
 }
 
-// ---- Gaps -----------------------------------------------------------------------------------------
+// ---- Gaps ---------------------------------------------------------------------------------------
 
-// Brings the items of the open gap of a row to the wanted nodes before `wantedEnd`. `next`: the section
-// after the gap that stays; null for none.
+// Brings the items of the open gap of a row to the wanted nodes before `wantedEnd`. `next`: the
+// section after the gap that stays; null for none.
 void Rewriter::Finish(Level& level, Row& row, std::size_t wantedEnd, const Item* next) {
   if (row.items.empty()) {
     if (row.next < wantedEnd) {
@@ -234,10 +234,11 @@ void Rewriter::RewriteItem(const Item& item, const CzonNamedNode& wanted) {
   Change(item.begin, item.end, rewritten);
 }
 
-// ---- Keywords and headers -------------------------------------------------------------------------
+// ---- Keywords and headers -----------------------------------------------------------------------
 
-// Whether the values are the same. A list that is still text is compared as one, and a single real that
-// differs is replaced, without making its values: saves a third of the time of a save with many changes.
+// Whether the values are the same. A list that is still text is compared as one, and a single real
+// that differs is replaced, without making its values: saves a third of the time of a save with
+// many changes.
 bool Rewriter::FinishValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded) {
   const std::string_view list = NodeAccess::DeferredText(loaded);
   if (!list.empty() && NodeAccess::DeferredText(wanted).empty()) {
@@ -317,7 +318,7 @@ void Rewriter::RewriteRemark(const Span& place, const CzonNode* before, const Cz
   }
 }
 
-// ---- Values ---------------------------------------------------------------------------------------
+// ---- Values -------------------------------------------------------------------------------------
 
 void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
                              const Values& after) {
@@ -426,7 +427,7 @@ void Rewriter::Change(const char* begin, const char* end, std::string by) {
   edits_.Replace(begin, end, std::move(by));
 }
 
-// ---- Adding and removing items --------------------------------------------------------------------
+// ---- Adding and removing items ------------------------------------------------------------------
 
 // An item that has its lines for itself goes with them and, if it is a section, with an empty line
 // after it.
@@ -460,8 +461,8 @@ void Rewriter::EraseLines(const Item& item, const char* line, const char* next) 
   Change(line, next, {});
 }
 
-// Adds nodes after the last item of their row that stays, sections without one after the last line, and
-// the first ones of all after the header.
+// Adds nodes after the last item of their row that stays, sections without one after the last line,
+// and the first ones of all after the header.
 void Rewriter::Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next) {
   const bool areSections = &row == &level.sections;
   if (row.lastEnd != nullptr) {

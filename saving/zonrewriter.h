@@ -1,14 +1,16 @@
 // The edits that bring a text to a tree.
 //
-// The text is read item by item (reader/zonitemreader.h) beside the sections of the tree. A node that was
-// loaded from the text knows its place in it (tree/zonnodetext.h), so an item belongs to the node of
-// its place, whatever that holds now; only the characters of what differs are replaced. Items and nodes
-// between two that belong together are a gap. In most gaps there are only items, which were removed, or only
-// nodes, which were added. If there are both, they are aligned by content and then by name
-// (zonalignment.h), and an item that is paired so is rewritten as a text of its own.
+// The text is read item by item (reader/zonitemreader.h) beside the sections of the tree. A node
+// that was loaded from the text knows its place in it (tree/zonnodetext.h), so an item belongs to
+// the node of its place, whatever that holds now; only the characters of what differs are replaced.
+// Items and nodes between two that belong together are a gap. In most gaps there are only items,
+// which were removed, or only nodes, which were added. If there are both, they are aligned by
+// content and then by name (zonalignment.h), and an item that is paired so is rewritten as a text
+// of its own.
 //
-// Invariant: edits do not overlap. An item is replaced or erased within its own lines; what is added is
-// inserted at the end of a line that stays, or before a line that begins with the next section.
+// Invariant: edits do not overlap. An item is replaced or erased within its own lines; what is
+// added is inserted at the end of a line that stays, or before a line that begins with the next
+// section.
 // Memory: the items of the open gaps. Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONREWRITER_H
 #define ZON_SAVING_ZONREWRITER_H
@@ -29,8 +31,8 @@ namespace zon {
 
 class Rewriter : public ItemVisitor {
  public:
-  // Finds the edits; false if the text has an error. `knowsPlaces`: the text is the one that the tree was
-  // loaded from or saved to last. May throw std::bad_alloc.
+  // Finds the edits; false if the text has an error. `knowsPlaces`: the text is the one that the
+  // tree was loaded from or saved to last. May throw std::bad_alloc.
   static bool Rewrite(const std::shared_ptr<FileText>& text, bool knowsPlaces, SectionParts wanted,
                       TextEdits* edits);
 

@@ -1,7 +1,8 @@
-// Makes the text that a tree is saved as, and proves it: the text is read and compared with the tree.
+// Makes the text that a tree is saved as, and proves it: the text is read and compared with the
+// tree.
 //
-// Where there is a present text, it is changed only where the tree differs (zonrewriter.h). A tree without
-// one, and one whose text cannot be changed into it, is written in the plain form.
+// Where there is a present text, it is changed only where the tree differs (zonrewriter.h). A tree
+// without one, and one whose text cannot be changed into it, is written in the plain form.
 // Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONSAVE_H
 #define ZON_SAVING_ZONSAVE_H

@@ -59,8 +59,8 @@ void Walk(const CzonNamedNode& top, Enter&& enter, Line&& line, Leave&& leave) {
   }
 }
 
-// Sections that are nested more than some 144 deep do not load. Their text is made all the same, to be tried, and
-// must not grow with the square of their depth.
+// Sections that are nested more than some 144 deep do not load. Their text is made all the same, to
+// be tried, and must not grow with the square of their depth.
 void AppendIndentation(std::string* out, std::string_view first, std::size_t levels) {
   constexpr std::size_t kMostLevels = 200;
   *out += first;

@@ -1,8 +1,8 @@
-// Trees as they are saved: the parts of a section, whether two trees are the same data, and the plain
-// form, which is the layout of zonWrite without its losses.
+// Trees as they are saved: the parts of a section, whether two trees are the same data, and the
+// plain form, which is the layout of zonWrite without its losses.
 //
-// The order between a line and a section of one section is no data: in the plain form and in a file,
-// keywords that were added follow the last keyword, wherever the sections are.
+// The order between a line and a section of one section is no data: in the plain form and in a
+// file, keywords that were added follow the last keyword, wherever the sections are.
 // Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONSAVEDTREE_H
 #define ZON_SAVING_ZONSAVEDTREE_H
@@ -38,8 +38,8 @@ bool IsSameSavedValue(const CzonNode* wanted, const CzonNode* loaded);
 bool IsSameHead(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
 bool HasSameValues(const CzonNamedNode& wanted, const CzonNamedNode& loaded);
 
-// Keys of the name and class of a node, and of its whole content: that of a line, or that of the head of a
-// section with those of its parts mixed in, in their order.
+// Keys of the name and class of a node, and of its whole content: that of a line, or that of the
+// head of a section with those of its parts mixed in, in their order.
 AlignmentKey KeyOfHead(const CzonNamedNode& node);
 AlignmentKey KeyOfContent(const CzonNamedNode& node);
 AlignmentKey MixKeys(AlignmentKey key, AlignmentKey more);
@@ -51,8 +51,8 @@ void AppendRemark(std::string* out, const CzonNode& node);
 // `name = values` without indentation and line end.
 void AppendLine(std::string* out, const CzonNamedNode& keyword);
 
-// From the header to the EndSect and its comment, each line with the indentation and, but for the last,
-// with the line end.
+// From the header to the EndSect and its comment, each line with the indentation and, but for the
+// last, with the line end.
 void AppendSection(std::string* out, const CzonNamedNode& section, std::string_view indentation,
                    std::string_view lineEnd);
 

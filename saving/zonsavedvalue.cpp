@@ -16,8 +16,8 @@
 namespace zon {
 namespace {
 
-// Whether a value is of the class itself. Compares addresses: a second copy of a type_info takes the
-// general way.
+// Whether a value is of the class itself. Compares addresses: a second copy of a type_info takes
+// the general way.
 template <class T>
 bool Is(const CzonNode& value) {
   return &typeid(value) == &typeid(T);

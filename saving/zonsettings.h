@@ -1,5 +1,5 @@
-// What a save changes in a tree before it is written: the section with the result settings, and file
-// names that go to another folder. Tested by tests/zonsave_test.cpp.
+// What a save changes in a tree before it is written: the section with the result settings, and
+// file names that go to another folder. Tested by tests/zonsave_test.cpp.
 #ifndef ZON_SAVING_ZONSETTINGS_H
 #define ZON_SAVING_ZONSETTINGS_H
 
@@ -13,20 +13,22 @@ class CzonTargetList;
 
 namespace zon {
 
-// If the host has changed the result settings of the root, which were `former`: brings the section SYSTEM to
-// them; adds it if it is missing. `fileName` is the file that relative names are resolved against.
+// If the host has changed the result settings of the root, which were `former`: brings the section
+// SYSTEM to them; adds it if it is missing. `fileName` is the file that relative names are resolved
+// against.
 void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const std::string& fileName,
                     TreeChanges& changes);
 
-// Whether relative names mean the same in both files. Their names are absolute; one without a name has no
-// folder, and names in it keep their text.
+// Whether relative names mean the same in both files. Their names are absolute; one without a name
+// has no folder, and names in it keep their text.
 bool AreInOneFolder(const std::string& from, const std::string& to);
 
-// How the file that is called `text` in the file `from` is called in the file `to`. An absolute name stays.
+// How the file that is called `text` in the file `from` is called in the file `to`. An absolute
+// name stays.
 std::string MovedFilename(std::string_view text, const std::string& from, const std::string& to);
 
-// Rewrites relative file names, which are relative to the folder of `from`, so that in the file `to` they
-// have the same target.
+// Rewrites relative file names, which are relative to the folder of `from`, so that in the file
+// `to` they have the same target.
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes);
 

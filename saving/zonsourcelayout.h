@@ -1,6 +1,6 @@
-// Where the parts of a section and of a keyword are in a text that was loaded: names, values, remarks and
-// commas, and the lines around them. Found by reading on from the places that the nodes know; the text is
-// known to be sound. Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
+// Where the parts of a section and of a keyword are in a text that was loaded: names, values,
+// remarks and commas, and the lines around them. Found by reading on from the places that the nodes
+// know; the text is known to be sound. Tested by tests/zonsave_test.cpp and fuzz/save_fuzz.cpp.
 #ifndef ZON_SAVING_ZONSOURCELAYOUT_H
 #define ZON_SAVING_ZONSOURCELAYOUT_H
 
@@ -49,17 +49,17 @@ class SourceLayout {
   KeywordLayout ReadKeyword(const CzonNamedNode& keyword, std::size_t most) const;
   HeaderLayout ReadHeader(const CzonNamedNode& section) const;
 
-  // If a line begins between the end of an item and the next token, and so the token is the first of its
-  // line: where the line begins. Else null.
+  // If a line begins between the end of an item and the next token, and so the token is the first
+  // of its line: where the line begins. Else null.
   const char* BeginOfLine(const char* previousEnd, const char* token) const;
 
-  // The end of the line, before its line end, if no token and no comment of several lines follows the
-  // place on the line. Else null. EndBehindComments goes on behind a comment of several lines.
+  // The end of the line, before its line end, if no token and no comment of several lines follows
+  // the place on the line. Else null. EndBehindComments goes on behind a comment of several lines.
   const char* EndOfLine(const char* place) const { return FindEnd(place, false); }
   const char* EndBehindComments(const char* place) const { return FindEnd(place, true); }
 
-  // The first line between two tokens that holds nothing but a comment, with its line end; no place if there is
-  // none.
+  // The first line between two tokens that holds nothing but a comment, with its line end; no place
+  // if there is none.
   Span FindCommentLine(const char* gap, const char* token) const;
 
   // The end of the token at a place.

@@ -13,8 +13,8 @@ namespace zon {
 
 class TextEdits {
  public:
-  // Replaces the characters from `begin` to `end`. What is inserted at one place comes in the order of
-  // the calls.
+  // Replaces the characters from `begin` to `end`. What is inserted at one place comes in the order
+  // of the calls.
   void Replace(const char* begin, const char* end, std::string by) {
     edits_.push_back({begin, end, std::move(by), 0});
   }
@@ -25,8 +25,8 @@ class TextEdits {
   // overlap.
   std::vector<std::string_view> Apply(std::string_view text);
 
-  // After Apply: where a character would be if the changed text began where the text did; null if it
-  // was replaced.
+  // After Apply: where a character would be if the changed text began where the text did; null if
+  // it was replaced.
   const char* Moved(const char* place) const;
 
  private:

@@ -1,8 +1,8 @@
 // Exported functions: saving. Tested by tests/zonsave_test.cpp and tests/replace.
 //
-// The order of a save: what may be written is decided, the text is made and proved, everything that the
-// handle keeps is prepared, the file is replaced, and then nothing more can fail. Changes of the tree that
-// belong to the save are taken back if it does not come to its end.
+// The order of a save: what may be written is decided, the text is made and proved, everything that
+// the handle keeps is prepared, the file is replaced, and then nothing more can fail. Changes of
+// the tree that belong to the save are taken back if it does not come to its end.
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -188,8 +188,8 @@ bool Save::IsRescue() const {
   return CompareContent(file_->path, text_->View(), nullptr) != Content::kSame;
 }
 
-// The text that is to be changed: null for the plain form. Another file than the loaded one keeps its text
-// only if it loads.
+// The text that is to be changed: null for the plain form. Another file than the loaded one keeps
+// its text only if it loads.
 int Save::ReadPresent(std::shared_ptr<FileText>* present) {
   *present = Has(ZONX_PLAIN) ? nullptr : text_;
   if (Has(ZONX_PLAIN) || !IsRescue()) return ZONX_OK;

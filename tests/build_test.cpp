@@ -7,8 +7,8 @@ namespace {
 
 using namespace host;
 
-// A builder function in both forms, without and with a status. All its arguments come from one text:
-// a number is what the text begins with, or 0; a reference is null.
+// A builder function in both forms, without and with a status. All its arguments come from one
+// text: a number is what the text begins with, or 0; a reference is null.
 struct Step {
   template <class... T>
   Step(const char* stepName, void (*plain)(void*, T...), int (*withStatus)(void*, T...))

@@ -40,7 +40,8 @@ TEST(Editing, ValuesOfTheSameKindChangeInPlace) {
   EXPECT_EQ(ShowTree(file), "{A{k(int -4, real 3.0, string y, bool false, file g/h, real 0.25)}}");
 }
 
-// The reader knows that the names differ. Each edit ends that, here before any name or number was asked for.
+// The reader knows that the names differ. Each edit ends that, here before any name or number was
+// asked for.
 TEST(Editing, NamesOfAReadSectionRepeatAfterAnEdit) {
   using Edit = void (*)(CzonSection&);
   const Edit edits[] = {
@@ -182,8 +183,8 @@ TEST(Editing, ANodeOutsideTheIndexStays) {
   EXPECT_EQ(zonSectionByNameNum(&section, "B", 2), nullptr);
 }
 
-// A section with so many children that its lists are edited in blocks, beside a model: the names of the
-// keywords and of the sections, each in order.
+// A section with so many children that its lists are edited in blocks, beside a model: the names of
+// the keywords and of the sections, each in order.
 class LongLists {
  public:
   LongLists() {
@@ -209,7 +210,8 @@ class LongLists {
     }
   }
 
-  // Every node, found by number and by name; its number; the order of all children by what is written.
+  // Every node, found by number and by name; its number; the order of all children by what is
+  // written.
   void Check() {
     std::string text;
     for (const bool isSection : {false, true}) {

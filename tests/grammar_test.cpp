@@ -137,8 +137,8 @@ TEST(Grammar, NestingIsLimited) {
   }
 }
 
-// A file is read ahead, any other source token by token, with the same result. Each value in turn is
-// at each place around the end of a block of the file.
+// A file is read ahead, any other source token by token, with the same result. Each value in turn
+// is at each place around the end of a block of the file.
 TEST(Grammar, ListsMaySpanBlocks) {
   const std::string list = "1, -22, 'abc', true, |f|, 3.25e1, 'a''b', #d# EndSect";
   for (std::size_t before = 65536 - list.size() - 8; before < 65536; ++before) {

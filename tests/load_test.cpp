@@ -13,7 +13,8 @@ namespace {
 
 using namespace std::string_literals;
 
-// The outcome as text: "code 0; 9 characters, 2 lines, 1 comments, 0 tokens; tree"; then each report.
+// The outcome as text: "code 0; 9 characters, 2 lines, 1 comments, 0 tokens; tree"; then each
+// report.
 std::string Outcome(const std::string& name, int quiet) {
   zonGetLevel(nullptr);  // its code must not remain
   host::Messages();

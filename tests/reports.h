@@ -10,8 +10,8 @@
 
 namespace host {
 
-// "line:column+length warning rule: message @line:column", without a length of 1, the severity of an
-// error, and a related place that is missing.
+// "line:column+length warning rule: message @line:column", without a length of 1, the severity of
+// an error, and a related place that is missing.
 std::string Short(const zonxReport& report);
 
 // Collects reports as short texts; the reporter's context is the object.

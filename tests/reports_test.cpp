@@ -1,5 +1,5 @@
-// Reports of errors and warnings: what each mistake is called and where it is, and that the checker and
-// the loader agree.
+// Reports of errors and warnings: what each mistake is called and where it is, and that the checker
+// and the loader agree.
 #include <gtest/gtest.h>
 
 #include <algorithm>

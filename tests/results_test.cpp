@@ -28,7 +28,8 @@ struct Sample : host::File {  // a file with one value in it, k of A
   void *section, *value;
 };
 
-// The path that a function copies. Its sized twin must copy the same into a buffer of just that size.
+// The path that a function copies. Its sized twin must copy the same into a buffer of just that
+// size.
 std::string PathOf(void* node, void (*copy)(void*, char*), int (*copySized)(void*, char*, int)) {
   char text[2000] = "", sized[2000];
   copy(node, text);

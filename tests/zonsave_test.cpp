@@ -1,4 +1,5 @@
-// Saving: the text keeps what did not change, the file gives the tree, and nothing is replaced otherwise.
+// Saving: the text keeps what did not change, the file gives the tree, and nothing is replaced
+// otherwise.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,7 +64,7 @@ std::string TextOf(void* file, unsigned flags = 0) {
   return result;
 }
 
-// ---- The text -------------------------------------------------------------------------------------
+// ---- The text -----------------------------------------------------------------------------------
 
 struct Edit {
   std::string text;
@@ -308,7 +309,7 @@ TEST_F(Save, PlainFormLosesNoData) {
   EXPECT_EQ(TextOf(FromText(plain), ZONX_PLAIN), plain);
 }
 
-// ---- Numbers --------------------------------------------------------------------------------------
+// ---- Numbers ------------------------------------------------------------------------------------
 
 // Random bits of finite numbers.
 template <class Real, class Bits>
@@ -389,7 +390,7 @@ TEST_F(Save, DefinitionsAreWrittenAsExamples) {
   EXPECT_EQ(TextOf(built), expected);
 }
 
-// ---- Files and statuses ---------------------------------------------------------------------------
+// ---- Files and statuses -------------------------------------------------------------------------
 
 const char kOld[] = "// old\n[A]\n  k = 1 // c\nEndSect\n";
 const char kEdited[] = "// old\n[A]\n  k = 2 // c\nEndSect\n";
@@ -655,7 +656,7 @@ TEST_F(Save, WhatTheFormatCannotExpress) {
   host::Heard();
 }
 
-// ---- Names of files and settings ------------------------------------------------------------------
+// ---- Names of files and settings ----------------------------------------------------------------
 
 TEST_F(Save, FileNamesKeepTheirTargets) {
   const std::string text =
@@ -766,7 +767,7 @@ TEST_F(Save, HandleCountsAsLoadedFromTheNewFile) {
   EXPECT_FALSE(std::filesystem::exists(disk.path)) << "the folder is new";
 }
 
-// ---- Random edits ---------------------------------------------------------------------------------
+// ---- Random edits -------------------------------------------------------------------------------
 
 TEST(SaveSequences, OfRealSettings) {
   const char* folder = std::getenv("ZON_REAL_SETTINGS");

@@ -205,8 +205,8 @@ TEST(ZonxDiff, ComparesSectionsAndBuiltTrees) {
             "~A/k[1] +A/none[1]");
 }
 
-// The names in a section differ as it is read. A renaming or an insertion ends that, and repeated sections are
-// paired by their content.
+// The names in a section differ as it is read. A renaming or an insertion ends that, and repeated
+// sections are paired by their content.
 TEST(ZonxDiff, PairsSectionsThatAnEditHasMadeNamesakes) {
   const Loaded before("[R] [S] i = 1 j = 1 EndSect [T] i = 2 j = 2 EndSect EndSect");
   const Loaded after("[R] [S] i = 2 j = 2 EndSect [T] i = 3 j = 3 EndSect EndSect");

@@ -294,9 +294,10 @@ TEST_F(Validate, ManyMismatches) {
   EXPECT_EQ(ReportsOf(pattern, deep).size(), static_cast<std::size_t>(kMany));
 }
 
-// ---- Random templates and files -------------------------------------------------------------------
+// ---- Random templates and files -----------------------------------------------------------------
 
-// Flags that a file cannot have, by names: sections with an M are mandatory, keywords with an O open.
+// Flags that a file cannot have, by names: sections with an M are mandatory, keywords with an O
+// open.
 void SetFlags(CzonNode* node) {
   if (node->IsParam() != 0) return;
   auto* named = static_cast<CzonNamedNode*>(node);
@@ -423,7 +424,7 @@ TEST_F(Validate, AgreesWithChecksOfEachSection) {
     EXPECT_GT(counts[status], kRounds / 40);
 }
 
-// ---- Corrections ----------------------------------------------------------------------------------
+// ---- Corrections --------------------------------------------------------------------------------
 
 // What the template has for a path of the file: "A:2/k" is "A/k", or "A/()".
 std::string PathInTemplate(void* wanted, const std::string& path) {

@@ -1,9 +1,10 @@
 // CString over std::string. Every operation reads the text through View() and changes it through
 // Edit() or Splice(). So only these three and the buffer functions know that a buffer can be lent.
 //
-// A std::string may be written to only up to its size. While the buffer is lent, text_ is as long as
-// the lent room, and lentLength_ is the length of the text; otherwise it is kNotLent. An argument can
-// be a part of the text, or of the lent room, so it is read completely before the text changes.
+// A std::string may be written to only up to its size. While the buffer is lent, text_ is as long
+// as the lent room, and lentLength_ is the length of the text; otherwise it is kNotLent. An
+// argument can be a part of the text, or of the lent room, so it is read completely before the text
+// changes.
 //
 // Letters and white space are those of base/zonchars.h: <cctype> depends on the locale of the host.
 // Tested by tests/text_test.cpp.
@@ -38,9 +39,9 @@ CString Part(std::string_view part) {
   return CString(std::string(part));
 }
 
-// Returns what printf would print; empty if it fails. Most results fit the local buffer; a longer one
-// is printed again into memory of its size, so the arguments are copied for the second time. The
-// result is separate from the CString: the format and its arguments can be parts of its text.
+// Returns what printf would print; empty if it fails. Most results fit the local buffer; a longer
+// one is printed again into memory of its size, so the arguments are copied for the second time.
+// The result is separate from the CString: the format and its arguments can be parts of its text.
 __attribute__((format(printf, 1, 0))) std::string Print(const char* format, std::va_list args) {
   if (!format) return std::string();
   char local[256];
@@ -114,7 +115,7 @@ void CString::FreeExtra() {
   Edit().shrink_to_fit();
 }
 
-// ---- Construct and assign ----------------------------------------------------------------------------
+// ---- Construct and assign -----------------------------------------------------------------------
 
 CString::CString(const char* text) : text_(text ? text : "") {}
 

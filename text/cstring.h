@@ -5,10 +5,10 @@
 //   count, length  below 0 it counts as 0; more than there are means all there are
 //   a text         a C string, a CString or a std::string; a null pointer is the empty text
 //   not found      -1
-// A zero byte in a text is a character as any other; only a reader of C strings stops at it. Letters,
-// white space and order are those of the "C" locale, whatever locale the host has set: bytes from 128
-// up are no letters and follow all others. Lengths are int: for a text of more than INT_MAX
-// characters, greater lengths and positions are returned as INT_MAX.
+// A zero byte in a text is a character as any other; only a reader of C strings stops at it.
+// Letters, white space and order are those of the "C" locale, whatever locale the host has set:
+// bytes from 128 up are no letters and follow all others. Lengths are int: for a text of more than
+// INT_MAX characters, greater lengths and positions are returned as INT_MAX.
 // Tested by tests/text_test.cpp.
 #ifndef ZON_TEXT_CSTRING_H
 #define ZON_TEXT_CSTRING_H
@@ -41,8 +41,9 @@ class ZON_API CString {
    *                 assignment it may be a part of this text
    *  text, length   exactly `length` bytes, zero bytes too; all of them must be readable
    *  c, repeat      `c` that many times
-   *  All are implicit conversions, but an integer is no `c`: CString(65) does not compile. A copy has
-   *  the text, not the loan of a buffer. A move leaves the source empty and moves the loan too. @{ */
+   *  All are implicit conversions, but an integer is no `c`: CString(65) does not compile. A copy
+   *  has the text, not the loan of a buffer. A move leaves the source empty and moves the loan too.
+   *  @{ */
   CString() = default;
   CString(const char* text);
   CString(const char* text, int length);
@@ -60,9 +61,10 @@ class ZON_API CString {
 
   /** Get the text or a character.
    *  GetAt, []   the character, by value; 0 at the end. [] accepts any type of integer
-   *  GetString   the text as a C string, never null, like the conversion to const char*. Valid until
-   *              the text is changed, assigned, moved or destroyed; for a temporary, in the same
-   *              expression only. Because of the conversion `if (s)` is always true: use IsEmpty. @{ */
+   *  GetString   the text as a C string, never null, like the conversion to const char*. Valid
+   *              until the text is changed, assigned, moved or destroyed; for a temporary, in the
+   *              same expression only. Because of the conversion `if (s)` is always true: use
+   *              IsEmpty. @{ */
   int GetLength() const;
   bool IsEmpty() const { return View().empty(); }
   char GetAt(int index) const;
@@ -112,9 +114,9 @@ class ZON_API CString {
    *  SpanIncluding   the longest prefix of characters in `set` only; "" for an empty set
    *  SpanExcluding   the longest prefix without a character in `set`; all for an empty set
    *  Tokenize        the next token at or after `start`; sets `start` to the index after the token.
-   *                  Delimiters before a token are skipped, so no token is empty. Without delimiters
-   *                  the rest is one token. If no token is left, returns "" and sets `start` to -1,
-   *                  at once if it is -1 already.
+   *                  Delimiters before a token are skipped, so no token is empty. Without
+   *                  delimiters the rest is one token. If no token is left, returns "" and sets
+   *                  `start` to -1, at once if it is -1 already.
    *    for (CString t = s.Tokenize(",", at); at != -1; t = s.Tokenize(",", at)) Use(t); @{ */
   CString Left(int count) const;
   CString Right(int count) const;
@@ -126,7 +128,8 @@ class ZON_API CString {
   /** @} */
 
   /** Find a character or a text.
-   *  Find          the index of the first occurrence at or after `start`; for the empty text `start`
+   *  Find          the index of the first occurrence at or after `start`; for the empty text
+   *  `start`
    *  ReverseFind   the index of the last occurrence
    *  FindOneOf     the index of the first character in `set`
    *  returns       -1 if there is none @{ */
@@ -143,7 +146,8 @@ class ZON_API CString {
    *  Insert, Delete   return the new length
    *  Remove, Replace  return how many were removed, replaced. They search from left to right and do
    *                   not search what they inserted; an empty `oldPart` replaces nothing
-   *  Make..., Trim... return this text. Trim removes white space (blank, and 9 to 13), one character,
+   *  Make..., Trim... return this text. Trim removes white space (blank, and 9 to 13), one
+   *  character,
    *                   or all characters in `set` @{ */
   void Empty();
   void SetAt(int index, char c);
@@ -180,11 +184,11 @@ class ZON_API CString {
   /** @} */
 
   /** Format, as printf.
-   *  Format replaces the text, AppendFormat appends to it. The result may be of any length; "%c" of 0
-   *  is a zero byte in it. The format and its arguments may be parts of this text. A null format is
-   *  the empty one. If printf fails (a wide character that it cannot convert), the result is empty.
-   *  The decimal point of "%f" and its like is that of the host's LC_NUMERIC, as in printf. Pass a
-   *  CString to "%s" as s.GetString(). The V forms do not call va_end. @{ */
+   *  Format replaces the text, AppendFormat appends to it. The result may be of any length; "%c" of
+   *  0 is a zero byte in it. The format and its arguments may be parts of this text. A null format
+   *  is the empty one. If printf fails (a wide character that it cannot convert), the result is
+   *  empty. The decimal point of "%f" and its like is that of the host's LC_NUMERIC, as in printf.
+   *  Pass a CString to "%s" as s.GetString(). The V forms do not call va_end. @{ */
   void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
   void FormatV(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
   void AppendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
@@ -193,9 +197,9 @@ class ZON_API CString {
 
   /** Buffer: lends the memory of the text to code that writes C strings.
    *  GetBuffer           lends room for `minLength` characters, at least for the text, and a
-   *                      terminating zero. The room begins with the text and its zero. GetLength does
-   *                      not change while the room is lent. A second call keeps what was written; the
-   *                      room can only grow
+   *                      terminating zero. The room begins with the text and its zero. GetLength
+   *                      does not change while the room is lent. A second call keeps what was
+   *                      written; the room can only grow
    *  GetBufferSetLength  makes the text `length` characters long, fills it up with zeros, and lends
    *                      exactly these; needs no ReleaseBuffer
    *  ReleaseBuffer       makes the room the text: up to its first zero, or all of it if there is
@@ -203,8 +207,8 @@ class ZON_API CString {
    *                      the room is the text itself
    *  Preallocate         allocates memory for texts up to `length`: they are not moved as they grow
    *  FreeExtra           releases the memory that the text does not need
-   *  The pointer is valid until the next of these calls or any change. A change without ReleaseBuffer
-   *  ends the loan and keeps the first GetLength() characters of the room. @{ */
+   *  The pointer is valid until the next of these calls or any change. A change without
+   *  ReleaseBuffer ends the loan and keeps the first GetLength() characters of the room. @{ */
   char* GetBuffer() { return GetBuffer(0); }
   char* GetBuffer(int minLength);
   char* GetBufferSetLength(int length);

@@ -53,8 +53,8 @@ void CzonInput::putback(char c) {
   lineOrigin_ = Characters() - previousPosition_;
 }
 
-/** Reads the next block. Call only when every character is consumed. Returns false at the end of the
- *  file and after a failure, from then on always. */
+/** Reads the next block. Call only when every character is consumed. Returns false at the end of
+ *  the file and after a failure, from then on always. */
 bool CzonInput::Fill() {
   if (file_ == nullptr) return false;
   unsigned char* const block = begin_ + kFront;

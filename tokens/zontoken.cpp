@@ -1,5 +1,5 @@
-// A pushdown automaton. The stack of the reader holds the states that are expected next, the innermost
-// last; between two tokens it is the whole state of the parse.
+// A pushdown automaton. The stack of the reader holds the states that are expected next, the
+// innermost last; between two tokens it is the whole state of the parse.
 //
 //     state           reads                               pushes before it returns
 //     kSectionList    a section header, or the end        itself, kEndSection, kSectionBody
@@ -9,16 +9,16 @@
 //     kSimParameter   a parameter, possibly empty         nothing
 //     (a keyword      its name and "="                    kMoreParameter, kSimParameter)
 //
-// NextToken pops a state and runs it. A state that reads nothing returns kContinue, and NextToken runs
-// the next one in a loop, so there is no recursion, however deep a file nests.
+// NextToken pops a state and runs it. A state that reads nothing returns kContinue, and NextToken
+// runs the next one in a loop, so there is no recursion, however deep a file nests.
 //
-// Termination, also after errors: each call consumes a character, or returns the parameter place after
-// a consumed "=" or ",", or pops a state of a section that is not pushed again.
+// Termination, also after errors: each call consumes a character, or returns the parameter place
+// after a consumed "=" or ",", or pops a state of a section that is not pushed again.
 //
 // Runs of characters are found by a table of classes and consumed directly from the buffer of the
-// input. No class contains the newline, which the counters of the input need, or the zero, which ends
-// the buffer. Tested by tests/tokens_test.cpp and fuzz/tokens_fuzz.cpp, and against the loader by
-// fuzz/streams_fuzz.cpp.
+// input. No class contains the newline, which the counters of the input need, or the zero, which
+// ends the buffer. Tested by tests/tokens_test.cpp and fuzz/tokens_fuzz.cpp, and against the loader
+// by fuzz/streams_fuzz.cpp.
 #include "tokens/zontoken.h"
 
 #include <algorithm>
@@ -97,8 +97,8 @@ bool Is(unsigned char c, Classes classes) {
 
 }  // namespace
 
-// The functions of the states. Separate from the exported class, so that they can be inlined and are not
-// part of its layout.
+// The functions of the states. Separate from the exported class, so that they can be inlined and
+// are not part of its layout.
 class zontScanner {
  public:
   explicit zontScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
@@ -145,9 +145,9 @@ class zontScanner {
   }
 
  private:
-  /** Consumes as many characters as length(const char* begin, const char* end) returns and passes them
-   *  to use(const char*, std::size_t), in several calls if the buffer ends between them. There must be
-   *  no newline among them. */
+  /** Consumes as many characters as length(const char* begin, const char* end) returns and passes
+   *  them to use(const char*, std::size_t), in several calls if the buffer ends between them. There
+   *  must be no newline among them. */
   template <class Length, class Use>
   void ConsumeAhead(Length length, Use use) {
     do {
@@ -158,7 +158,8 @@ class zontScanner {
     } while (input_.cursor_ == input_.end_ && input_.Fill());
   }
 
-  /** Consumes characters while accept(unsigned char) holds. It must not accept a newline or a zero. */
+  /** Consumes characters while accept(unsigned char) holds. It must not accept a newline or a
+   *  zero. */
   template <class Accept, class Use>
   void ConsumeRun(Accept accept, Use use) {
     const auto length = [&accept](const char* begin, const char*) {
@@ -300,8 +301,8 @@ int zontScanner::EndSection() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
-  // Compatibility: only the letters are compared, because token streams of existing files depend on it:
-  // "EndSection" is EndSect and then a name "ion".
+  // Compatibility: only the letters are compared, because token streams of existing files depend on
+  // it: "EndSection" is EndSect and then a name "ion".
   return Consume(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
 }
 
@@ -389,15 +390,15 @@ int zontScanner::PeekFurther() {
   }
 }
 
-/** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if it
- *  does not end; `c` is then kOpenBlock or kOpenBraces. */
+/** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
+ *  it does not end; `c` is then kOpenBlock or kOpenBraces. */
 bool zontScanner::SkipComment(int& c) {
   if (c == ';') return SkipLine();
   if (c == '/') return SkipSlash(c);
   if (c != '{') return false;
   input_.get();
-  // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token streams
-  // of existing files depend on it.
+  // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token
+  // streams of existing files depend on it.
   input_.get();
   if (SkipTo('}', kInBraces)) return true;
   c = kOpenBraces;

@@ -2,9 +2,10 @@
  *
  * It is independent of the loader and accepts less: no templates, defaults, date-times or
  * substitutions; text in braces is a comment, comments do not nest, and EndSect, true and false are
- * case-sensitive. Each call of NextToken returns one token; a stack of states stores what is expected
- * after it (see zontoken.cpp). Letters, digits and white space are those of the "C" locale, whatever
- * locale the host has set. Tested by tests/tokens_test.cpp and fuzz/tokens_fuzz.cpp. */
+ * case-sensitive. Each call of NextToken returns one token; a stack of states stores what is
+ * expected after it (see zontoken.cpp). Letters, digits and white space are those of the "C"
+ * locale, whatever locale the host has set. Tested by tests/tokens_test.cpp and
+ * fuzz/tokens_fuzz.cpp. */
 #ifndef ZON_TOKENS_ZONTOKEN_H
 #define ZON_TOKENS_ZONTOKEN_H
 
@@ -27,7 +28,8 @@ enum class EParseState : unsigned char {
   kSimParameter = 7
 };
 
-/** Reads tokens from an input. Token codes, with the token text in brackets (otherwise it is empty):
+/** Reads tokens from an input. Token codes, with the token text in brackets (otherwise it is
+ *  empty):
  *
  *       0  end of the file
  *     100  section header [its name]          1010  true
@@ -51,8 +53,8 @@ class ZON_API CzonTokenReader {
   CzonTokenReader(const CzonTokenReader&) = delete;
   CzonTokenReader& operator=(const CzonTokenReader&) = delete;
 
-  /** Returns the next token. After reading the file has failed, returns the error "Read error" as long
-   *  as sections are open, and no token that the failure may have cut short.
+  /** Returns the next token. After reading the file has failed, returns the error "Read error" as
+   *  long as sections are open, and no token that the failure may have cut short.
    *  throws  std::bad_alloc if the states of nested sections need more memory than there is */
   int NextToken();
 
@@ -70,19 +72,19 @@ class ZON_API CzonTokenReader {
   int ParseString();          ///< a string after its opening quote
   int ParseFilename();        ///< a file name after its opening bar
 
-  /** Consumes the next character that is neither white space nor in a comment, and returns it. -1 at
-   *  the end of the file, and after the error of a comment that does not end. */
+  /** Consumes the next character that is neither white space nor in a comment, and returns it. -1
+   *  at the end of the file, and after the error of a comment that does not end. */
   int GetChSkipBlanks();
 
-  /** Whether `c`, already consumed, and the characters after it are `word`. If so they are consumed,
-   *  otherwise they stay unread. */
+  /** Whether `c`, already consumed, and the characters after it are `word`. If so they are
+   *  consumed, otherwise they stay unread. */
   bool InputIs(int c, const char* word);
 
   /** As InputIs, but consumes nothing. */
   bool InputPeak(int c, const char* word);
 
-  /** Stores an error at the current place of the input, replacing any earlier one. Without an input,
-   *  line and position have all bits set. */
+  /** Stores an error at the current place of the input, replacing any earlier one. Without an
+   *  input, line and position have all bits set. */
   void Error(const char* message);
 
   /** The text of the current token; valid until the next call. May contain zero bytes. */

@@ -17,8 +17,8 @@ namespace {
 
 constexpr const char* kBlanks = " \t\r\f\v";
 
-// The length of a line without its comment and the blanks before it. Texts and remarks can hold what looks
-// like a comment. `isOpen` receives whether a string or remark goes on in the next line.
+// The length of a line without its comment and the blanks before it. Texts and remarks can hold
+// what looks like a comment. `isOpen` receives whether a string or remark goes on in the next line.
 std::size_t LengthOfCode(const std::string& line, bool* isOpen) {
   std::size_t end = line.size();
   *isOpen = false;

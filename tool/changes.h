@@ -15,8 +15,8 @@ struct Change {
   Verb verb = Verb::kSet;
   std::string path;
   std::vector<std::string> values;
-  // The text of a CHANGES file has all values of the keyword, as written. Values of the command line keep
-  // their kinds, and one value leaves the others of the keyword.
+  // The text of a CHANGES file has all values of the keyword, as written. Values of the command
+  // line keep their kinds, and one value leaves the others of the keyword.
   bool isLine = false;
   std::string next;  // of kAdd and kMove: the path of the node behind the new place; empty: the end
 };
@@ -26,8 +26,8 @@ struct Change {
 //   add PATH [before PATH] [= VALUES]
 //   move PATH before PATH, move PATH last
 //   unset PATH
-// Blank lines and comments that end with their line are skipped. Prints an error for each line that is
-// faulty.
+// Blank lines and comments that end with their line are skipped. Prints an error for each line that
+// is faulty.
 Status ReadChanges(const std::string& file, std::vector<Change>* changes);
 
 }  // namespace tool

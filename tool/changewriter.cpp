@@ -1,7 +1,7 @@
-// The pairs of sections are collected from the outside to the inside and changed from the inside to the
-// outside, because a node that is moved is replaced by a copy. In a section the children of a kind are
-// brought into order from the last to the first: what follows a child is in its final order then, so a child
-// that is added or moved needs only the child that it comes before.
+// The pairs of sections are collected from the outside to the inside and changed from the inside to
+// the outside, because a node that is moved is replaced by a copy. In a section the children of a
+// kind are brought into order from the last to the first: what follows a child is in its final
+// order then, so a child that is added or moved needs only the child that it comes before.
 // Tested by tool/tests/diff.t and tool/tests/changes.py.
 #include "tool/changewriter.h"
 

@@ -14,8 +14,8 @@
 
 namespace tool {
 
-// Takes the differences of `before` and `after`, then changes `before` step by step into `after` and prints
-// each step. So every path is that of the file as the steps before have left it.
+// Takes the differences of `before` and `after`, then changes `before` step by step into `after`
+// and prints each step. So every path is that of the file as the steps before have left it.
 class ChangeWriter {
  public:
   // Nothing may change the files but Print.
@@ -24,8 +24,8 @@ class ChangeWriter {
 
   void Take(const zonxDifference& difference);
 
-  // Prints the lines. Prints an error for what no line can express, which are the flags and the default
-  // definitions of templates, and returns kTrouble then.
+  // Prints the lines. Prints an error for what no line can express, which are the flags and the
+  // default definitions of templates, and returns kTrouble then.
   Status Print();
 
  private:

@@ -1,5 +1,5 @@
-// The command check. The library passes its reports to a callback, which prints each at once, so the
-// reports of many files need no memory.
+// The command check. The library passes its reports to a callback, which prints each at once, so
+// the reports of many files need no memory.
 #include <algorithm>
 #include <cerrno>
 #include <cstring>

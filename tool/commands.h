@@ -1,5 +1,5 @@
-// The subcommands. Each prints its result on standard output and its messages on standard error, and
-// returns the exit status of the process.
+// The subcommands. Each prints its result on standard output and its messages on standard error,
+// and returns the exit status of the process.
 #ifndef ZON_TOOL_COMMANDS_H
 #define ZON_TOOL_COMMANDS_H
 
@@ -16,8 +16,8 @@ struct CheckOptions {
   std::string format = "text";  // or "json" or "sarif"
   bool strict = false;          // warnings are findings too
 };
-// Prints every report on each file. A file with an error does not stop the check of the next ones. The
-// reports are the result, so they go to standard output.
+// Prints every report on each file. A file with an error does not stop the check of the next ones.
+// The reports are the result, so they go to standard output.
 Status Check(const CheckOptions& options);
 
 struct ValidateOptions {
@@ -25,8 +25,8 @@ struct ValidateOptions {
   std::vector<std::string> files;
   std::string format = "text";  // or "json" or "sarif"
 };
-// Prints every place where a file does not conform to the template, and the errors of files that do not
-// load. A template with an error or a fault is reported and no file is read.
+// Prints every place where a file does not conform to the template, and the errors of files that do
+// not load. A template with an error or a fault is reported and no file is read.
 Status Validate(const ValidateOptions& options);
 
 struct GetOptions {
@@ -52,8 +52,8 @@ Status Dump(const std::string& file);
 Status FromJson(const std::string& file);
 Status DumpJson(const std::string& file, bool withPlaces);
 
-// Compares each file with the template. A file with an error does not stop the comparison of the next
-// ones. The reports are the result, so they go to standard output.
+// Compares each file with the template. A file with an error does not stop the comparison of the
+// next ones. The reports are the result, so they go to standard output.
 Status Compare(const std::string& templateFile, const std::vector<std::string>& files);
 
 Status Copy(const std::string& source, const std::string& target);
@@ -65,8 +65,8 @@ struct FormatOptions {
   bool write = false;  // changes the files
   bool plain = false;  // the plain form, without comments
 };
-// Prints the files in a uniform layout. A file with an error does not stop the formatting of the next ones.
-// The reports of errors go to standard error.
+// Prints the files in a uniform layout. A file with an error does not stop the formatting of the
+// next ones. The reports of errors go to standard error.
 Status Format(const FormatOptions& options);
 
 struct FilesOptions {

@@ -13,7 +13,8 @@ namespace {
 constexpr int kMismatch = 17;  // the severity of the reports of a comparison
 
 // Printed before the next report: the name of the candidate and a colon. Set for each candidate if
-// there are several, cleared by its first report. A global, because the hook has no argument for it.
+// there are several, cleared by its first report. A global, because the hook has no argument for
+// it.
 std::string heading;
 
 void PrintReport(std::string_view text) {

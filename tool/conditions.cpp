@@ -1,4 +1,5 @@
-// Only zonxValidate checks conditions. This reader agrees with it about which parts of a remark are some.
+// Only zonxValidate checks conditions. This reader agrees with it about which parts of a remark are
+// some.
 // Tested by tests/template.t.
 #include "tool/conditions.h"
 

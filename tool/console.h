@@ -1,5 +1,5 @@
-// Output for people: messages, diagnostics with their place, and a progress line on standard error; and
-// what such output on any stream consists of.
+// Output for people: messages, diagnostics with their place, and a progress line on standard error;
+// and what such output on any stream consists of.
 #ifndef ZON_TOOL_CONSOLE_H
 #define ZON_TOOL_CONSOLE_H
 
@@ -18,8 +18,8 @@ enum Status {
   kTrouble = 2    // wrong usage, or a file that cannot be read or written
 };
 
-// "always", "never", or "auto": for each stream only if it is a terminal, and only if NO_COLOR is not
-// set.
+// "always", "never", or "auto": for each stream only if it is a terminal, and only if NO_COLOR is
+// not set.
 void UseColor(const std::string& when);
 
 bool IsControl(char c);
@@ -30,7 +30,8 @@ std::string Printable(std::string_view text);
 // Prints "zon: text".
 void PrintMessage(std::string_view text);
 
-// The start of a diagnostic, in colour if the stream has it: the place and "error: " or another severity.
+// The start of a diagnostic, in colour if the stream has it: the place and "error: " or another
+// severity.
 std::string Heading(std::string_view where, std::string_view severity, int stream);
 
 // A line of a difference, in the colour of its sign "-", "+", "~" or ">" if the stream has colours.

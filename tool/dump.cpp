@@ -13,8 +13,8 @@
 
 namespace tool {
 
-// The library replaces the content of the file that a listing is written to. Standard output may be a
-// file that holds other text, so the listing is made in memory and copied.
+// The library replaces the content of the file that a listing is written to. Standard output may be
+// a file that holds other text, so the listing is made in memory and copied.
 Status Dump(const std::string& file) {
   const Source source(file);
   if (source.GetStatus() != kFine) return source.GetStatus();

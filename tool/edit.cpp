@@ -1,5 +1,5 @@
-// The commands unset, add and rename. All nodes are found before the first one changes, so every path is
-// that of the file as it was.
+// The commands unset, add and rename. All nodes are found before the first one changes, so every
+// path is that of the file as it was.
 #include <algorithm>
 #include <new>
 #include <string>

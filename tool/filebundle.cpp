@@ -1,7 +1,7 @@
-// Parameter files and what they refer to, copied to one folder. Everything is planned and compared with
-// what the folder holds before the first file is written; no file that exists is ever changed. A file gets
-// its place in the folder by its first name: its path below the folder of the parameter file, otherwise its
-// last part. Later names of the same file lead to the same copy.
+// Parameter files and what they refer to, copied to one folder. Everything is planned and compared
+// with what the folder holds before the first file is written; no file that exists is ever changed.
+// A file gets its place in the folder by its first name: its path below the folder of the parameter
+// file, otherwise its last part. Later names of the same file lead to the same copy.
 // Tested by tests/files.t.
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -218,8 +218,8 @@ class Bundle {
     one.references = std::move(copied);
   }
 
-  // Whether a reference leads into the folder of the copies. A missing file does, so that it can be added
-  // there. Devices and pipes need no copy.
+  // Whether a reference leads into the folder of the copies. A missing file does, so that it can be
+  // added there. Devices and pipes need no copy.
   bool IsCopied(const Parameters& one, const Reference& reference) {
     struct stat facts {};
     if (reference.isResult || reference.state == Reference::kNone) return false;

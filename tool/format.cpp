@@ -1,5 +1,5 @@
-// The command fmt. Every text that it makes is loaded and compared with the tree of the file before it is
-// printed or written.
+// The command fmt. Every text that it makes is loaded and compared with the tree of the file before
+// it is printed or written.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -20,8 +20,8 @@
 namespace tool {
 namespace {
 
-// Prints errors, with an empty line between them. Files with warnings can be formatted. The context is a
-// bool: whether there was a report before.
+// Prints errors, with an empty line between them. Files with warnings can be formatted. The context
+// is a bool: whether there was a report before.
 void PrintReport(const zonxReport* report, void* context) {
   if (report->severity == ZONX_WARNING) return;
   bool& hasReports = *static_cast<bool*>(context);

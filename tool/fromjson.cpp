@@ -1,6 +1,6 @@
-// The command from-json. The text is written as the document says, then loaded: the library judges names,
-// nesting and everything else. The loaded tree is compared with the document node by node, so a text that
-// would be read otherwise than it was meant is never printed.
+// The command from-json. The text is written as the document says, then loaded: the library judges
+// names, nesting and everything else. The loaded tree is compared with the document node by node,
+// so a text that would be read otherwise than it was meant is never printed.
 // Tested by tests/json.t and tests/fromjson.py.
 #include <algorithm>
 #include <cstring>
@@ -249,8 +249,8 @@ bool IsSame(void* loaded, const JsonNode& node) {
   return zonIsParam(loaded) != 0 ? HasValue(loaded, node) : HasHead(loaded, node);
 }
 
-// The first node of the document that a loaded tree does not have as it is; null if it has all. Children of
-// the loaded tree that the document does not have are a difference of their owner.
+// The first node of the document that a loaded tree does not have as it is; null if it has all.
+// Children of the loaded tree that the document does not have are a difference of their owner.
 const JsonNode* FindDifference(void* root, const std::vector<JsonNode>& nodes) {
   struct Pair {
     void* loaded;

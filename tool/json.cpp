@@ -60,8 +60,8 @@ void PutList(JsonWriter& json, void* list) {
   json.Close(']');
 }
 
-// Beyond 32 bits the integer view differs from the number in the file, so that is added, and its text: not
-// every integer is a double.
+// Beyond 32 bits the integer view differs from the number in the file, so that is added, and its
+// text: not every integer is a double.
 void PutInteger(JsonWriter& json, void* value) {
   json.Put("value", zonGetInt(value));
   if (IsWithinInt(value)) return;

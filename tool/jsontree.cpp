@@ -1,6 +1,6 @@
-// A reader of the events of a JSON parser. Nodes are in one list and refer to each other by number, so
-// neither reading nor releasing a deep tree recurses. The parser reads through an iterator that counts, so
-// each event has a place in the text.
+// A reader of the events of a JSON parser. Nodes are in one list and refer to each other by number,
+// so neither reading nor releasing a deep tree recurses. The parser reads through an iterator that
+// counts, so each event has a place in the text.
 // Tested by tests/json.t.
 #include "tool/jsontree.h"
 

@@ -1,5 +1,5 @@
-// Prints a JSON document on standard output piece by piece, so that no tree of it is needed: objects,
-// lists and scalars with commas, line ends and indentation.
+// Prints a JSON document on standard output piece by piece, so that no tree of it is needed:
+// objects, lists and scalars with commas, line ends and indentation.
 #ifndef ZON_TOOL_JSONWRITER_H
 #define ZON_TOOL_JSONWRITER_H
 

@@ -1,7 +1,7 @@
 // Four steps from text to text, each over all tokens or lines:
 // 1. ScanTokens (layouttext) finds the tokens.
-// 2. Structure follows the grammar and decides for each token how it is joined to the token before it, and
-//    the level of the line that it would begin.
+// 2. Structure follows the grammar and decides for each token how it is joined to the token before
+//    it, and the level of the line that it would begin.
 // 3. LineMaker makes lines. It decides where comments go, and which line ends of the source stay.
 // 4. LineWriter aligns the comments that follow the code of consecutive lines.
 // Tested by tests/fmt.t.

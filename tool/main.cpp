@@ -33,8 +33,8 @@ void Choose(CLI::App* command, std::function<Status()> action) {
   command->callback([action = std::move(action)] { chosen = action; });
 }
 
-// Compatibility: scripts write the number of a value as an argument of its own. No path of a keyword is
-// a number, because every keyword is in a section. False, with a message, for zero.
+// Compatibility: scripts write the number of a value as an argument of its own. No path of a
+// keyword is a number, because every keyword is in a section. False, with a message, for zero.
 bool TakeNumber(std::vector<std::string>& paths) {
   if (paths.size() != 2 || paths[1].find_first_not_of("0123456789") != std::string::npos) {
     return true;
@@ -224,8 +224,8 @@ void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const c
   Choose(command, [action] { return action(file); });
 }
 
-// The parser would take some values apart or for options. A mark in front of them prevents that; the word
-// that separates groups becomes another mark.
+// The parser would take some values apart or for options. A mark in front of them prevents that;
+// the word that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
 constexpr const char* kGroupEnd = "\x1e";
 
@@ -458,8 +458,8 @@ void AddCommands(CLI::App& app) {
   AddHelp(app);
 }
 
-// Opens /dev/null for each closed standard stream, in a mode that does not fit its use: no other file
-// gets its number, and reading or writing the stream still fails.
+// Opens /dev/null for each closed standard stream, in a mode that does not fit its use: no other
+// file gets its number, and reading or writing the stream still fails.
 void FillClosedStreams() {
   for (int file = 0; file <= 2; ++file) {
     if (fcntl(file, F_GETFD) < 0) open("/dev/null", file == 0 ? O_WRONLY : O_RDONLY);

@@ -13,7 +13,8 @@ namespace tool {
 // "error", "warning" or "note".
 const char* SeverityText(int severity);
 
-// The report with the name of the file that the user gave: a file in memory was loaded by another one.
+// The report with the name of the file that the user gave: a file in memory was loaded by another
+// one.
 zonxReport WithName(const zonxReport& report, const std::string& name);
 
 // The same if the related place is in another file.
@@ -25,7 +26,8 @@ std::string TextOf(const zonxReport& report, int stream);
 // Prints a report on standard error.
 void PrintError(const zonxReport& report);
 
-// Prints on standard error why a path leads to nothing. `status` is what the library returned for it.
+// Prints on standard error why a path leads to nothing. `status` is what the library returned for
+// it.
 void ReportPath(const Source& source, const std::string& path, int status);
 
 }  // namespace tool

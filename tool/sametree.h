@@ -4,8 +4,8 @@
 
 namespace tool {
 
-// Whether two nodes and all that is below them are the same: kinds, names, flags, remarks, and values
-// with their text, but for the letter case of booleans. Throws if out of memory.
+// Whether two nodes and all that is below them are the same: kinds, names, flags, remarks, and
+// values with their text, but for the letter case of booleans. Throws if out of memory.
 bool IsSameTree(void* first, void* second);
 
 }  // namespace tool

@@ -1,5 +1,6 @@
-// Each sample is traversed once, with a list of its open sections; sections of a name are merged, so the
-// memory depends on the number of names, and on the length of the longest list of each keyword.
+// Each sample is traversed once, with a list of its open sections; sections of a name are merged,
+// so the memory depends on the number of names, and on the length of the longest list of each
+// keyword.
 // Tested by tests/template.t and tests/template.py.
 #include "tool/samples.h"
 

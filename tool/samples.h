@@ -1,5 +1,5 @@
-// What sample files have in common: their sections, keywords and kinds of values, from which a template can
-// be made.
+// What sample files have in common: their sections, keywords and kinds of values, from which a
+// template can be made.
 #ifndef ZON_TOOL_SAMPLES_H
 #define ZON_TOOL_SAMPLES_H
 

@@ -1,6 +1,7 @@
-// The reports of `check` and `validate` in the Static Analysis Results Interchange Format 2.1.0: one run, whose results
-// are printed as they come, and after them the rules that they refer to. Its columns count UTF-16 code
-// units where the library counts bytes, so the text before each column is read again from the file.
+// The reports of `check` and `validate` in the Static Analysis Results Interchange Format 2.1.0:
+// one run, whose results are printed as they come, and after them the rules that they refer to. Its
+// columns count UTF-16 code units where the library counts bytes, so the text before each column is
+// read again from the file.
 // Tested by tests/check.t, and with the schema of the format by the test tool_sarif.
 #include <algorithm>
 #include <fstream>

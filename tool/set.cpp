@@ -122,8 +122,8 @@ class Setter {
     return kFine;
   }
 
-  // Whether the path leads to one value more than its keyword has, or to a keyword that its section can
-  // get.
+  // Whether the path leads to one value more than its keyword has, or to a keyword that its section
+  // can get.
   bool FindPlaceForNew(const std::string& path, Target* target) {
     void* node = nullptr;
     const std::string keyword = path.substr(0, path.find('['));
@@ -177,8 +177,8 @@ class Setter {
     return values_.Count(given) > 0 ? std::optional<std::string>(given) : std::nullopt;
   }
 
-  // All values of the keyword, with the one of this number replaced. The library leaves those that are
-  // equal as they are.
+  // All values of the keyword, with the one of this number replaced. The library leaves those that
+  // are equal as they are.
   std::string WithOthers(const Target& target, unsigned int number, const std::string& text) const {
     std::string all;
     for (unsigned int n = 1; n <= std::max(number, target.count); ++n) {

@@ -40,8 +40,8 @@ class Input {
 // Appends the content of a file. Returns 0, or the errno of the call that failed.
 int ReadFile(const std::string& path, std::string* text);
 
-// Loads a file as zonxLoadFile does. The file names in a text in memory are relative to the folder that the
-// user named, or for standard input to the working directory.
+// Loads a file as zonxLoadFile does. The file names in a text in memory are relative to the folder
+// that the user named, or for standard input to the working directory.
 int Load(const Input& input, void** file, zonxReporter reporter, void* context);
 
 // A loaded file. The constructor prints any error of it.

@@ -1,5 +1,5 @@
-// The command template. The template is loaded and every sample compared with it before it is printed, so
-// the exit status never promises more than zonEquivalent confirms.
+// The command template. The template is loaded and every sample compared with it before it is
+// printed, so the exit status never promises more than zonEquivalent confirms.
 // Tested by tests/template.t and tests/template.py.
 #include <algorithm>
 #include <iostream>
@@ -115,7 +115,8 @@ class TemplateText {
 
   void Indent() { text_.append(3 * (open_.size() - 1), ' '); }
 
-  // Of the remark of the samples, what is no condition: what they state may not hold for all of them.
+  // Of the remark of the samples, what is no condition: what they state may not hold for all of
+  // them.
   std::string RemarkText(bool isRequired, bool isOpen, const RemarkSummary& remark) {
     const Conditions stated = ReadConditions(remark.isUsed() ? remark.text : "", values_);
     const std::string all =

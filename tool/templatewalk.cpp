@@ -1,5 +1,5 @@
-// The open sections are a list on the heap, each with its default lines, so neither depth nor the number of
-// siblings matters.
+// The open sections are a list on the heap, each with its default lines, so neither depth nor the
+// number of siblings matters.
 // Tested by tests/new.t.
 #include "tool/templatewalk.h"
 
@@ -169,7 +169,8 @@ void* TemplateWalk::FindDefaultLine(const std::string& name) const {
   return nullptr;
 }
 
-// The default of the remark, or else that of the default lines. A single value may be without its marks.
+// The default of the remark, or else that of the default lines. A single value may be without its
+// marks.
 void TemplateWalk::AddDefault(KeywordFacts* facts) {
   if (facts->byDefault.empty()) {
     void* const line = FindDefaultLine(SmallLetters(facts->name.c_str()));

@@ -1,8 +1,9 @@
-// Each line gets a number, equal lines the same. Pairs of equal lines, which increase in both texts, are
-// found in passes: each looks into the gaps that the passes before have left, pairs the common beginning
-// and the common end of a gap, and of the rest the longest increasing row of the lines that occur once on
-// both sides (a patience diff). The last but one pass pairs repeated lines too, by their order. Every pass
-// takes n log n steps and their number is limited. What has no pair is removed or added.
+// Each line gets a number, equal lines the same. Pairs of equal lines, which increase in both
+// texts, are found in passes: each looks into the gaps that the passes before have left, pairs the
+// common beginning and the common end of a gap, and of the rest the longest increasing row of the
+// lines that occur once on both sides (a patience diff). The last but one pass pairs repeated lines
+// too, by their order. Every pass takes n log n steps and their number is limited. What has no pair
+// is removed or added.
 // Tested by tests/fmt.t, which applies the differences with patch.
 #include "tool/unifieddiff.h"
 
@@ -36,8 +37,8 @@ Lines SplitLines(std::string_view text) {
   return lines;
 }
 
-// The numbers of the lines of both texts. Lines are sorted, not hashed, because texts can be chosen so
-// that hashes collide.
+// The numbers of the lines of both texts. Lines are sorted, not hashed, because texts can be chosen
+// so that hashes collide.
 Numbers NumberLines(const Lines& before, const Lines& after) {
   const auto line = [&](std::size_t n) {
     return n < before.size() ? before[n] : after[n - before.size()];
@@ -142,8 +143,8 @@ class Matcher {
     return sorted;
   }
 
-  // Equal lines by their place in the first text: those that occur once on both sides, or with repeated
-  // ones the k-th of both sides.
+  // Equal lines by their place in the first text: those that occur once on both sides, or with
+  // repeated ones the k-th of both sides.
   std::vector<Pair> FindCandidates(Pair from, Pair to, bool withRepeated) const {
     const Numbers before = Sort(from.before, to.before);
     const Numbers after = Sort(middle_ + from.after, middle_ + to.after);

@@ -8,9 +8,9 @@
 
 namespace tool {
 
-// Prints a unified diff with three lines of context, and with the name in both lines of its head. Prints
-// nothing if the texts are equal. Takes n log n steps and linear memory, so the difference is not always
-// the shortest.
+// Prints a unified diff with three lines of context, and with the name in both lines of its head.
+// Prints nothing if the texts are equal. Takes n log n steps and linear memory, so the difference
+// is not always the shortest.
 void PrintUnifiedDiff(std::ostream& out, const std::string& name, std::string_view before,
                       std::string_view after);
 

@@ -1,5 +1,5 @@
-// The command validate. A template with a fault is reported once, before any file is read: compared with
-// itself it has every fault that a file would find.
+// The command validate. A template with a fault is reported once, before any file is read: compared
+// with itself it has every fault that a file would find.
 #include <algorithm>
 #include <cerrno>
 #include <cstring>

@@ -11,8 +11,9 @@ namespace tool {
 // Throws std::bad_alloc for ZONX_NO_MEMORY, and returns any other status.
 int CheckMemory(int status);
 
-// The kind of a value: "integer", "real", "boolean", "string", "filename", "datetime", "substitution",
-// "list" (packed), "default" (placeholder), "unknown" (only a remark) or "undefined" (nothing).
+// The kind of a value: "integer", "real", "boolean", "string", "filename", "datetime",
+// "substitution", "list" (packed), "default" (placeholder), "unknown" (only a remark) or
+// "undefined" (nothing).
 const char* KindOf(void* value);
 
 // A value as the library writes it to a file.

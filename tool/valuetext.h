@@ -26,13 +26,13 @@ class ValueText {
   // The kind of a text with one value; 0 for any other.
   int KindOf(const std::string& text);
 
-  // The text of a value of this kind. A string, file name or date-time may be given without its marks, a
-  // real without a point. Nothing if the given text is no value of the kind.
+  // The text of a value of this kind. A string, file name or date-time may be given without its
+  // marks, a real without a point. Nothing if the given text is no value of the kind.
   std::optional<std::string> OfKind(int kind, const std::string& given);
   // The text of a string or file name, whatever marks the given text has.
   std::optional<std::string> Quoted(int kind, const std::string& given);
-  // Sets value n of a keyword without a change of the others, whose number it does not depend on. False if
-  // the library would spell the value otherwise than the text.
+  // Sets value n of a keyword without a change of the others, whose number it does not depend on.
+  // False if the library would spell the value otherwise than the text.
   bool SetAlone(void* keyword, unsigned int n, const std::string& text);
 
   // Whether a section or keyword can have the name.

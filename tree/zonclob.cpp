@@ -2,8 +2,9 @@
 //
 //   content = [ item { "," item } ]
 //   item    = kind ":" value
-//   kind    = "Boolean" | "Integer" | "Float" | "Double" | "String" | "Filename"   in any letter case
-//   value   = true | false | an integer | a real | a text in double quotes, with inner quotes doubled
+//   kind    = "Boolean" | "Integer" | "Float" | "Double" | "String" | "Filename" in any case
+//   value   = true | false | an integer | a real | a text in double quotes, with inner quotes
+//             doubled
 //
 // The state with the parsed items is made by the first query, so a CLOB that is only loaded and
 // written needs no more memory than a string. Invariants of State: cursor <= items.size(); items is

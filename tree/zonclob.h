@@ -2,9 +2,10 @@
 //
 //   '<CLOB:Boolean:true,Integer:-5,Float:0.5,Double:2.5,String:"say ""hi""",Filename:"out\a.dat">'
 //
-// The content is the text between the first colon and the closing ">". It is stored as it was read and
-// written unchanged. The first query of an item parses the whole content; if one item is malformed, no
-// item can be read. Items are read at a cursor, which only a successful read advances.
+// The content is the text between the first colon and the closing ">". It is stored as it was read
+// and written unchanged. The first query of an item parses the whole content; if one item is
+// malformed, no item can be read. Items are read at a cursor, which only a successful read
+// advances.
 #ifndef ZON_TREE_ZONCLOB_H
 #define ZON_TREE_ZONCLOB_H
 
@@ -36,10 +37,10 @@ class ZON_API CzonClob : public CzonParam {
   /** Copies the content. The cursor of the copy is at the first item. */
   void Copy(const CzonNode* source) override;
 
-  /** Read the item at the cursor and advance the cursor. An Integer can be read as Float or Double, a
-   *  Float as Double. A failure (another kind, no more items, malformed content) stores code 1003 and
-   *  the text of GetErrorText, leaves the cursor, and returns the value in parentheses. Texts are valid
-   *  until the CLOB changes. */
+  /** Read the item at the cursor and advance the cursor. An Integer can be read as Float or Double,
+   *  a Float as Double. A failure (another kind, no more items, malformed content) stores code 1003
+   *  and the text of GetErrorText, leaves the cursor, and returns the value in parentheses. Texts
+   *  are valid until the CLOB changes. */
   int GetBool() const override;                   ///< (0)
   int GetInt() const override;                    ///< (-1)
   float GetFloat() const override;                ///< (-1.0)
@@ -61,7 +62,8 @@ class ZON_API CzonClob : public CzonParam {
   void AddText(CzonClobKind kind, std::string_view text);
   /** @} */
 
-  /** The text of a String or Filename at the cursor; otherwise empty. Does not advance the cursor. */
+  /** The text of a String or Filename at the cursor; otherwise empty. Does not advance the
+   *  cursor. */
   const std::string& PeekText() const;
 
  private:

@@ -9,8 +9,8 @@
 #include "tree/zonnodeaccess.h"
 #include "tree/zonparam.h"
 
-// Searches the sections outward, but not the root. For an owner of a host's class its own operation is
-// called.
+// Searches the sections outward, but not the root. For an owner of a host's class its own operation
+// is called.
 CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
                                       unsigned int n) const {
   const CzonNamedNode* node = this;

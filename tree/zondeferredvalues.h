@@ -1,5 +1,6 @@
-// Values of a keyword that are parsed at their first query. Most values of a file are never queried, so
-// the reader only checks their form and stores their text in place of the list of children.
+// Values of a keyword that are parsed at their first query. Most values of a file are never
+// queried, so the reader only checks their form and stores their text in place of the list of
+// children.
 //
 // DeferredValues has the 16 bytes of an empty list: it counts its text from the base of a source,
 // which has the function that makes the nodes. A parse needs one source for each 4 GiB of text.

@@ -64,8 +64,8 @@ void CzonKeyword::AddParam(CzonParam* param) {
   NumberValues(Children().Size() - 1);
 }
 
-// Numbers the values from the place `from` on, or all if a number was lost. Those of a long list are
-// counted when they are asked for.
+// Numbers the values from the place `from` on, or all if a number was lost. Those of a long list
+// are counted when they are asked for.
 void CzonKeyword::NumberValues(std::uint32_t from) {
   const bool hasLost = Has(kLostNumbers);
   if (hasLost) from = 0;

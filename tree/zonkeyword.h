@@ -19,8 +19,8 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   unsigned int GetNoInstances() const override;
   int IsKeyword() const override;
 
-  /** The n-th value. For a default placeholder: the default value, or the placeholder itself if there
-   *  is none. @{ */
+  /** The n-th value. For a default placeholder: the default value, or the placeholder itself if
+   *  there is none. @{ */
   CzonParam* ParamByNum(unsigned int n) const override;
   std::ostream& Write(std::ostream& out) const override;
   void Explore(void (*visit)(CzonNode*)) override;

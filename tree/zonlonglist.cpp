@@ -1,6 +1,6 @@
-// A block that is full is split into halves; blocks that together are at most half full become one. So
-// a block is made or dropped once in kBlock / 4 edits at least, and the sums are then made anew: that
-// adds half a step to each edit of a list of 16000 nodes, and 30 for one of a million.
+// A block that is full is split into halves; blocks that together are at most half full become one.
+// So a block is made or dropped once in kBlock / 4 edits at least, and the sums are then made anew:
+// that adds half a step to each edit of a list of 16000 nodes, and 30 for one of a million.
 #include "tree/zonlonglist.h"
 
 #include <algorithm>
@@ -118,8 +118,8 @@ bool LongList::IsBefore(const CzonNode& node, Spot spot) const {
   return FindNear(block->nodes, block->size, &node, spot.at) < spot.at;
 }
 
-// The end of the list is the end of its last block. Most places are in the block of the last one; for
-// others descends from the largest step.
+// The end of the list is the end of its last block. Most places are in the block of the last one;
+// for others descends from the largest step.
 LongList::Spot LongList::SpotOf(std::uint32_t place) const {
   const std::size_t count = order_.size();
   if (place >= size_) {

@@ -1,13 +1,14 @@
 // A list of nodes that is too long to move half of them at every edit.
 //
-// The nodes are in blocks, each of at most kBlock of them. A tree of sums finds the block of a place, so
-// an edit takes the logarithm of the number of blocks and moves the nodes of one block.
+// The nodes are in blocks, each of at most kBlock of them. A tree of sums finds the block of a
+// place, so an edit takes the logarithm of the number of blocks and moves the nodes of one block.
 //
-// A labelled list writes the number of its block into each node, and so also finds the place of a node. Other lists of the same nodes in the same order find theirs by bisection with
-// IsBefore.
+// A labelled list writes the number of its block into each node, and so also finds the place of a
+// node. Other lists of the same nodes in the same order find theirs by bisection with IsBefore.
 //
-// Invariants: no block is empty; places_[order_[n].number] == n; sums_ is a Fenwick tree over the sizes of
-// the blocks in order, counted from 1; a node of a labelled list has the number of its block.
+// Invariants: no block is empty; places_[order_[n].number] == n; sums_ is a Fenwick tree over the
+// sizes of the blocks in order, counted from 1; a node of a labelled list has the number of its
+// block.
 // Tested by tests/edit_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #ifndef ZON_TREE_ZONLONGLIST_H
 #define ZON_TREE_ZONLONGLIST_H
@@ -51,7 +52,8 @@ class LongList {
   CzonNode* At(std::uint32_t place) const;
   void Set(std::uint32_t place, CzonNode* node);
 
-  // After it so many appending calls of Insert, or one at any place, cannot fail. Throws std::bad_alloc.
+  // After it so many appending calls of Insert, or one at any place, cannot fail. Throws
+  // std::bad_alloc.
   void Reserve(std::uint32_t count = 1);
   void Insert(std::uint32_t place, CzonNode* node);
   void Erase(std::uint32_t place);

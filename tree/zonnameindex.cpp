@@ -1,22 +1,23 @@
-// The index of names: open addressing with linear probing, deletion by shifting back, no tombstones.
+// The index of names: open addressing with linear probing, deletion by shifting back, no
+// tombstones.
 //
-// An entry has the hash, the size and the ends of its name in lower case (FoldedName). So a search touches
-// no node but the one that it finds, unless a name has more than 16 characters: these are compared
-// in full. An entry does not store the rest of such a name: it is that of its first node (NameOf). So
-// renaming a node must change the index while the entry can still be found by the former name
-// (RenameInIndex in zontreeedit.cpp).
+// An entry has the hash, the size and the ends of its name in lower case (FoldedName). So a search
+// touches no node but the one that it finds, unless a name has more than 16 characters: these are
+// compared in full. An entry does not store the rest of such a name: it is that of its first node
+// (NameOf). So renaming a node must change the index while the entry can still be found by the
+// former name (RenameInIndex in zontreeedit.cpp).
 //
-// Up to kLargestLinear entries the table is an array without gaps, of which the first `used` places are
-// initialized. A larger one is hashed: a free place has no node, and at most half are used, so every
-// probe ends.
+// Up to kLargestLinear entries the table is an array without gaps, of which the first `used` places
+// are initialized. A larger one is hashed: a free place has no node, and at most half are used, so
+// every probe ends.
 //
 // Invariants: every queue in use has a node; a name of two nodes, or of one whose name is that of a
 // host's GetName, has a queue; if a list of nodes is long, the children of the owner are it too.
-// Instance numbers are places in a queue. They are stored in the nodes, and a change renumbers the queue
-// from the changed place on; those of long queues are counted when they are asked for. Costs: a look-up is
-// constant on average, an edit logarithmic; in a list of a host it is linear in the number of namesakes
-// after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and
-// for large indexes by tests/size_test.cpp.
+// Instance numbers are places in a queue. They are stored in the nodes, and a change renumbers the
+// queue from the changed place on; those of long queues are counted when they are asked for. Costs:
+// a look-up is constant on average, an edit logarithmic; in a list of a host it is linear in the
+// number of namesakes after it. Tested by tests/tree_test.cpp, tests/edit_test.cpp, and for large
+// indexes by tests/size_test.cpp.
 #include "tree/zonnameindex.h"
 
 #include <algorithm>
@@ -77,7 +78,7 @@ FoldedName FoldedNameOf(const CzonNamedNode& node) {
   return Fold(NodeAccess::GetKey(node).name);
 }
 
-// ---- Entries --------------------------------------------------------------------------------------
+// ---- Entries ------------------------------------------------------------------------------------
 
 bool IsFree(const IndexedName& entry) {
   return entry.node == nullptr;
@@ -119,8 +120,8 @@ void ReleaseQueue(NameQueue* queue, Arena* arena) {
   ReleaseBlock(arena, queue, kQueuePower);
 }
 
-// Copies the name if a host's GetName returned it: it may change later. Call before inserting, as it
-// may throw.
+// Copies the name if a host's GetName returned it: it may change later. Call before inserting, as
+// it may throw.
 void EnsureName(NameQueue& queue, const NameKey& key) {
   if (!key.isStored && queue.name == nullptr) queue.name = new std::string(key.name);
 }
@@ -135,7 +136,7 @@ NameQueue& EnsureQueue(IndexedName& entry, Arena* arena) {
   return *entry.queue;
 }
 
-// ---- The table ------------------------------------------------------------------------------------
+// ---- The table ----------------------------------------------------------------------------------
 
 bool IsHashed(const NameIndex& index) {
   return index.room > kLargestLinear;
@@ -247,7 +248,7 @@ IndexedName& FileNode(NameIndex& index, CzonNamedNode& node, Arena* arena) {
   return *entry;
 }
 
-// ---- Instance numbers -----------------------------------------------------------------------------
+// ---- Instance numbers ---------------------------------------------------------------------------
 
 bool IsNumbered(const NameQueue& queue) {
   return queue.hasLostNumbers == 0 && queue.lossesSeen == (GetLostNumbers() & kLossesMask);
@@ -270,8 +271,8 @@ void NumberQueue(NameQueue& queue, std::uint32_t from) {
   }
 }
 
-// How many of the nodes, which are in the order of the children, are before the spot. Most edits are
-// near the last one, so the places near its result are tried first.
+// How many of the nodes, which are in the order of the children, are before the spot. Most edits
+// are near the last one, so the places near its result are tried first.
 std::uint32_t CountBefore(const NodeSpan& nodes, const LongList& children, LongList::Spot spot) {
   std::uint32_t from = 0;
   std::uint32_t to = nodes.Size();
@@ -308,17 +309,17 @@ std::uint32_t Find(const NodeSpan& nodes, const CzonNode& node, std::uint32_t gu
   return nodes.Find(&node, guess);
 }
 
-// The place of the node in the queue, the first one if it is filed twice; the length of the queue if
-// the node is not in it. Without long lists searches outward from place number - 1; from the start if the
-// queue has repeats.
+// The place of the node in the queue, the first one if it is filed twice; the length of the queue
+// if the node is not in it. Without long lists searches outward from place number - 1; from the
+// start if the queue has repeats.
 std::uint32_t FindInQueue(const NameQueue& queue, const CzonNode& node, int number,
                           const CzonNamedNode* owner) {
   if (queue.hasRepeats != 0) return NodeSpan(queue.nodes).Find(&node, 0);
   return Find(NodeSpan(queue.nodes), node, static_cast<std::uint32_t>(number - 1), owner);
 }
 
-// Call before an edit that moves so many nodes of a list. Makes the list long if they are too many; false if
-// it is not long.
+// Call before an edit that moves so many nodes of a list. Makes the list long if they are too many;
+// false if it is not long.
 bool PrepareMove(NodeList& nodes, std::uint32_t moved, CzonNamedNode* owner) {
   if (IsLong(nodes)) return true;
   if (moved <= kLongestMove || owner == nullptr) return false;
@@ -342,8 +343,8 @@ void PrepareQueue(NameQueue& queue, std::uint32_t at, CzonNamedNode* owner) {
   }
 }
 
-// Sets hasRepeats if a node that is being filed is among the first `count` of the queue already. In a
-// numbered queue the number of the node shows it without a search.
+// Sets hasRepeats if a node that is being filed is among the first `count` of the queue already. In
+// a numbered queue the number of the node shows it without a search.
 void CheckRepeat(NameQueue& queue, const CzonNode& node, std::uint32_t count) {
   const NodeSpan nodes(queue.nodes);
   const auto place = static_cast<std::uint32_t>(NodeAccess::GetNumber(node) - 1);
@@ -387,7 +388,7 @@ std::uint32_t PlaceInQueue(const NameList& list, const NameQueue& queue, const C
 
 }  // namespace
 
-// ---- NameIndex ------------------------------------------------------------------------------------
+// ---- NameIndex ----------------------------------------------------------------------------------
 
 NodeSpan FindNamesakes(const NameIndex& index, std::string_view name) {
   const IndexedName* entry = FindEntry(index, Fold(name));
@@ -407,7 +408,7 @@ void Release(NameIndex& index, Arena* arena) {
   index = {};
 }
 
-// ---- NameList -------------------------------------------------------------------------------------
+// ---- NameList -----------------------------------------------------------------------------------
 
 CzonNamedNode* FindByNumber(const NameList& list, unsigned int n) {
   const NodeSpan ordered(list.ordered);

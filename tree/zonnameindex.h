@@ -1,17 +1,17 @@
 // The children of one kind, by number and by name.
 //
-// NameList is the list of its nodes in the order of the file, and an index of their names, which ignores
-// ASCII case. The index is made when a name or an instance number is first asked for: most sections of
-// most files never are. Until then the nodes have no instance numbers (kUnnumbered). Lists without an
-// owner, which a host fills (CzonNameList), are indexed at once.
+// NameList is the list of its nodes in the order of the file, and an index of their names, which
+// ignores ASCII case. The index is made when a name or an instance number is first asked for: most
+// sections of most files never are. Until then the nodes have no instance numbers (kUnnumbered).
+// Lists without an owner, which a host fills (CzonNameList), are indexed at once.
 //
-// NameIndex maps a name to its node, or to the queue of the nodes of that name if there are several. It is
-// a plain array of up to 8 entries, which is searched linearly, or a hash table with linear probing
-// that is at most half full. The instance number of a node is its place in its queue, counted from 1. It is
-// stored in the node unless the queue is a long list.
+// NameIndex maps a name to its node, or to the queue of the nodes of that name if there are
+// several. It is a plain array of up to 8 entries, which is searched linearly, or a hash table with
+// linear probing that is at most half full. The instance number of a node is its place in its
+// queue, counted from 1. It is stored in the node unless the queue is a long list.
 //
-// If out of memory the operations throw std::bad_alloc; no node is then filed, removed or renumbered.
-// The owner is the node whose children the list has; null for a list of a host.
+// If out of memory the operations throw std::bad_alloc; no node is then filed, removed or
+// renumbered. The owner is the node whose children the list has; null for a list of a host.
 // Tested by tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #ifndef ZON_TREE_ZONNAMEINDEX_H
 #define ZON_TREE_ZONNAMEINDEX_H
@@ -64,10 +64,10 @@ std::uint32_t CountNumber(NameList& list, const CzonNamedNode& node, CzonNamedNo
 // Makes the index and the numbers of all nodes that have none yet.
 void CompleteIndex(NameList& list, CzonNamedNode* owner);
 
-// Change the index alone. InsertIntoIndex files a node that is to get the place `place` of the ordered
-// list. `place` counts from 1; 0 means 1, a larger one means the end. EraseFromIndex returns false if
-// the index does not hold the node. `number`, normally its instance number, is only a hint where to
-// search.
+// Change the index alone. InsertIntoIndex files a node that is to get the place `place` of the
+// ordered list. `place` counts from 1; 0 means 1, a larger one means the end. EraseFromIndex
+// returns false if the index does not hold the node. `number`, normally its instance number, is
+// only a hint where to search.
 void AddToIndex(NameList& list, CzonNamedNode& node, CzonNamedNode* owner);
 void InsertIntoIndex(NameList& list, CzonNamedNode& node, std::uint32_t place,
                      CzonNamedNode* owner);
@@ -79,8 +79,8 @@ void Insert(NameList& list, CzonNamedNode& node, std::uint32_t place, CzonNamedN
 bool Remove(NameList& list, CzonNamedNode& node, CzonNamedNode* owner);
 void Release(NameList& list, Arena* arena);
 
-// Call after a Copy has reset the number of the node: marks its queue to be numbered anew at its next
-// change. The index must be complete.
+// Call after a Copy has reset the number of the node: marks its queue to be numbered anew at its
+// next change. The index must be complete.
 void LoseNumber(NameList& list, const CzonNamedNode& node);
 
 // Numbers the queue of the node now.

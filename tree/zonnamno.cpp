@@ -17,7 +17,7 @@
 #include "tree/zondeferredvalues.h"
 #include "tree/zonnamno_inline.h"
 
-// ---- The operations of CzonNode that depend on the class of the owner -----------------------------
+// ---- The operations of CzonNode that depend on the class of the owner ---------------------------
 
 CzonNamedNode* CzonNode::GetOwner() const {
   return static_cast<CzonNamedNode*>(Owner());
@@ -25,7 +25,8 @@ CzonNamedNode* CzonNode::GetOwner() const {
 
 const std::string& CzonNode::GetZonFilename() const {
   const CzonNode* pOwner = this;
-  // The compiler may assume that `this` is not null. The empty asm hides where the value comes from.
+  // The compiler may assume that `this` is not null. The empty asm hides where the value comes
+  // from.
   asm("" : "+r"(pOwner));
   ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
   pOwner = pOwner->GetTopNode();
@@ -63,7 +64,7 @@ zon::Arena* CzonNode::GetArena() const {
   return named != nullptr ? static_cast<const CzonNamedNode*>(named)->arena_ : nullptr;
 }
 
-// ---- CzonNamedNode --------------------------------------------------------------------------------
+// ---- CzonNamedNode ------------------------------------------------------------------------------
 
 CzonNamedNode::CzonNamedNode(const std::string& name, int multi, int mandat) {
   Set(kNamed);
@@ -111,9 +112,9 @@ void CzonNamedNode::SetName(std::string_view name) {
   if (arena_ != nullptr && name_.where != former) Set(kOwnText);
 }
 
-// The global name of a node as it was when the name of the node, or of one below it, was first asked for: a
-// later renaming does not change it. Only a name that was asked for itself is composed, so the names of
-// deep nests do not fill the memory.
+// The global name of a node as it was when the name of the node, or of one below it, was first
+// asked for: a later renaming does not change it. Only a name that was asked for itself is
+// composed, so the names of deep nests do not fill the memory.
 struct zon::GlobalName {
   std::string* text;  // the whole name, or the part of this node; as the node in the arena or owned
   const GlobalName* outer;  // null if the text is the whole name
@@ -271,8 +272,8 @@ void CzonNamedNode::LinkChildren(CzonNode*& pending, bool all) const {
   }
 }
 
-// Iterative: the depth of a tree costs no stack. The visitor may add children after the current one,
-// so the position is an index, and the span is taken anew for each child.
+// Iterative: the depth of a tree costs no stack. The visitor may add children after the current
+// one, so the position is an index, and the span is taken anew for each child.
 void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   struct Position {
     CzonNamedNode* node;
@@ -303,8 +304,8 @@ void CzonNamedNode::Explore(void (*visit)(CzonNode*)) {
   }
 }
 
-// Of a long list the child knows its block. Else tries three searches, from cheap to complete: the place
-// noted in the child, or the instance number of a value; the places near it; all places.
+// Of a long list the child knows its block. Else tries three searches, from cheap to complete: the
+// place noted in the child, or the instance number of a value; the places near it; all places.
 std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   const zon::NodeSpan children = Children();
   if (zon::IsLong(children_.nodes)) {
@@ -334,7 +335,7 @@ std::uint32_t CzonNamedNode::PlaceOf(const CzonNode* child) const {
   return found;
 }
 
-// ---- What the classes below override --------------------------------------------------------------
+// ---- What the classes below override ------------------------------------------------------------
 
 std::unique_ptr<CzonNamedNode> CzonNamedNode::MakeAside() const {
   return MakeInArena<CzonNamedNode>();

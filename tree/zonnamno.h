@@ -84,8 +84,8 @@ class ZON_API CzonNamedNode : public CzonNode {
   /// The first child that is a default definition of that name; null for none.
   virtual const CzonNamedNode* FindDefinition(std::string_view name) const;
 
-  /** Called after a change of the children, which were in their lists. A place counts from 0; AddNode
-   *  calls none of them. @{ */
+  /** Called after a change of the children, which were in their lists. A place counts from 0;
+   *  AddNode calls none of them. @{ */
   virtual void ChildInserted(const CzonNode& child, std::uint32_t place);
   virtual void ChildErased(const CzonNode& child, std::uint32_t place);
   virtual void ChildRenamed(const CzonNode& child);

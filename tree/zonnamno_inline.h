@@ -1,5 +1,5 @@
-// The inline operations of CzonNamedNode that are internal to the library: children that may be made
-// on demand, and the key of the name.
+// The inline operations of CzonNamedNode that are internal to the library: children that may be
+// made on demand, and the key of the name.
 #ifndef ZON_TREE_ZONNAMNO_INLINE_H
 #define ZON_TREE_ZONNAMNO_INLINE_H
 
@@ -19,8 +19,8 @@ inline void CzonNamedNode::DeferValues(const zon::DeferredValues& values) {
     EnsureChildren();
     return MakeValues(values);
   }
-  // One by one: as a whole they would be loaded before their stores are complete, which makes a load of a file
-  // five percent slower.
+  // One by one: as a whole they would be loaded before their stores are complete, which makes a
+  // load of a file five percent slower.
   children_.deferred.source = values.source;
   children_.deferred.begin = values.begin;
   children_.deferred.size = values.size;
@@ -58,8 +58,9 @@ inline void CzonNamedNode::ReferToName(std::string_view name) {
   zon::ReferTo(name_, name);
 }
 
-// Destroys the pending nodes and what is below them: all of it, or only what owns memory outside the arena.
-// Needs neither stack nor heap: pending nodes are linked as owners, the last one has none.
+// Destroys the pending nodes and what is below them: all of it, or only what owns memory outside
+// the arena. Needs neither stack nor heap: pending nodes are linked as owners, the last one has
+// none.
 template <class Destroy>
 void CzonNamedNode::TakeApart(CzonNode* pending, bool all, Destroy&& destroy) {
   while (pending != nullptr) {

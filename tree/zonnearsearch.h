@@ -1,7 +1,7 @@
 // Finding a node in a row of them from the place where it was seen last.
 //
-// Edits move nodes by a few places, so a search in both directions usually ends at once; the worst case
-// is the whole row.
+// Edits move nodes by a few places, so a search in both directions usually ends at once; the worst
+// case is the whole row.
 // Tested by tests/edit_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #ifndef ZON_TREE_ZONNEARSEARCH_H
 #define ZON_TREE_ZONNEARSEARCH_H

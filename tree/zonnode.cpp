@@ -1,4 +1,5 @@
-// The defaults of the virtual operations. What depends on the class of the owner is in zonnamno.cpp.
+// The defaults of the virtual operations. What depends on the class of the owner is in
+// zonnamno.cpp.
 #include "tree/zonnode.h"
 
 #include <memory>

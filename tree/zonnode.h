@@ -1,4 +1,5 @@
-// CzonBase, the base of everything that a handle can point to, and CzonNode, a node of a parameter tree.
+// CzonBase, the base of everything that a handle can point to, and CzonNode, a node of a parameter
+// tree.
 //
 // The virtual operations of CzonNode return what a node is, its children and its value. Each has a
 // default for nodes that do not support it. Their order is part of the interface: no class adds an
@@ -56,8 +57,8 @@ enum CzonSyntaxClass : int {
  *
  *  Numbers of children and instances count from 1; 0 or a number past the end returns null. A query
  *  that the kind of node does not support passes "Function invalid in this context" to MessageHook
- *  and returns 0, null or the empty text; a query marked "silently" passes no message. Texts that are
- *  returned by reference live as long as the node, or until they change. */
+ *  and returns 0, null or the empty text; a query marked "silently" passes no message. Texts that
+ *  are returned by reference live as long as the node, or until they change. */
 class ZON_API CzonNode : public CzonBase {
  public:
   CzonNode() = default;
@@ -115,7 +116,8 @@ class ZON_API CzonNode : public CzonBase {
   virtual CzonClob* GetClob() const;  ///< silently null
   /** @} */
 
-  /** The n-th section, keyword, value or child; the n-th of a name, without a number the first. @{ */
+  /** The n-th section, keyword, value or child; the n-th of a name, without a number the first.
+   *  @{ */
   virtual CzonSection* SectionByNum(unsigned int n) const;
   virtual CzonKeyword* KeywordByNum(unsigned int n) const;
   virtual CzonParam* ParamByNum(unsigned int n) const;
@@ -136,14 +138,14 @@ class ZON_API CzonNode : public CzonBase {
 
   virtual int GetSyntaxClass() const;  ///< a CzonSyntaxClass
 
-  /** The n-th default value for a keyword of that name as seen from the child `start`; null if there
-   *  is none. The value stays in its default definition. */
+  /** The n-th default value for a keyword of that name as seen from the child `start`; null if
+   *  there is none. The value stays in its default definition. */
   virtual CzonParam* FindDefault(CzonNode* start, const std::string& name, unsigned int n) const;
 
-  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends), as it
-   *  was at the call: the source may be above or below this node. The node keeps its place and is
-   *  filed under its new name. Its instance number becomes 0 until nodes of its name are next added
-   *  or removed. Null or the node itself changes nothing. */
+  /** Makes this node a deep copy of `source`, a node of the same class (else the process ends), as
+   *  it was at the call: the source may be above or below this node. The node keeps its place and
+   *  is filed under its new name. Its instance number becomes 0 until nodes of its name are next
+   *  added or removed. Null or the node itself changes nothing. */
   virtual void Copy(const CzonNode* source);
 
   /** Depth: 0 for a node without owner, 1 for a top-level section. */
@@ -223,8 +225,8 @@ class ZON_API CzonNode : public CzonBase {
   Link link_ = {nullptr};
   std::int32_t instance_ = 0;
 
-  // Of Bits. From kFlagShift on the three flags of a named node; from kSizeShift on the size of a node in an arena,
-  // in units of 8 bytes.
+  // Of Bits. From kFlagShift on the three flags of a named node; from kSizeShift on the size of a
+  // node in an arena, in units of 8 bytes.
   std::uint32_t bits_ = 0;
 };
 

@@ -49,8 +49,8 @@ struct NodeAccess {
   // Deletes a node. One in an arena is only destroyed, and only if it owns memory outside.
   static void Free(CzonNode* node) { CzonNode::Free(node); }
 
-  // The same for a node that has no owner any more, while its tree lives on: what it and all below it have
-  // in the arena of the tree can be used again.
+  // The same for a node that has no owner any more, while its tree lives on: what it and all below
+  // it have in the arena of the tree can be used again.
   static void Discard(CzonNode* node, Arena* arena);
 
   static Arena* GetArena(const CzonNode& node) { return node.GetArena(); }
@@ -64,8 +64,8 @@ struct NodeAccess {
   static bool IsSection(const CzonNode& node) { return node.Has(CzonNode::kSection); }
   static bool IsKeyword(const CzonNode& node) { return node.Has(CzonNode::kKeyword); }
 
-  // Whether the node is one of the library's values. All in an arena are; the class of any other is not
-  // looked at.
+  // Whether the node is one of the library's values. All in an arena are; the class of any other is
+  // not looked at.
   static bool IsArenaValue(const CzonNode& node) {
     return node.Has(CzonNode::kInArena) && !node.Has(CzonNode::kNamed);
   }
@@ -81,8 +81,8 @@ struct NodeAccess {
   // Whether the number is made when it is asked for.
   static bool IsUnnumbered(const CzonNode& node) { return node.Has(CzonNode::kUnnumbered); }
 
-  // The number of the block of a child in a long list of children. The number of a value is not stored
-  // then, so the label takes its place.
+  // The number of the block of a child in a long list of children. The number of a value is not
+  // stored then, so the label takes its place.
   static std::uint32_t GetLabel(const CzonNode& node) {
     if (IsNamed(node)) return static_cast<const CzonNamedNode&>(node).place_;
     return static_cast<std::uint32_t>(node.instance_);
@@ -104,8 +104,8 @@ struct NodeAccess {
   static void SetUnnumbered(CzonNode& node) { node.Set(CzonNode::kUnnumbered); }
   static void RestoreNumber(CzonNode& node) { node.Set(CzonNode::kNumberLost, false); }
 
-  // The children if they are a long list, else null. EnsureLongChildren makes them one; false if out of
-  // memory.
+  // The children if they are a long list, else null. EnsureLongChildren makes them one; false if
+  // out of memory.
   static const LongList* GetLongChildren(const CzonNamedNode& owner) {
     const bool isLong = !owner.Has(CzonNode::kDeferred) && IsLong(owner.children_.nodes);
     return isLong ? owner.children_.nodes.longList : nullptr;
@@ -152,8 +152,9 @@ struct NodeAccess {
     return names > 1 && Count(keywords) == names + 1;
   }
 
-  // Whether the reader has found that no two sections, and no two keywords, of a section have the same name. An
-  // insertion or a renaming ends it. Until then each has the number 1, and no index is needed to know it.
+  // Whether the reader has found that no two sections, and no two keywords, of a section have the
+  // same name. An insertion or a renaming ends it. Until then each has the number 1, and no index
+  // is needed to know it.
   static bool DoNamesDiffer(const CzonNode& section) { return section.Has(CzonNode::kNamesDiffer); }
   static void SetNamesDiffer(CzonNode& section, bool on) {
     section.Set(CzonNode::kNamesDiffer, on);
@@ -204,8 +205,8 @@ struct NodeAccess {
   // Makes room for `more` children: to append so many values by FileAt cannot fail after it.
   static void ReserveChildren(CzonNamedNode& owner, std::uint32_t more);
 
-  // Moves `count` children to a place before theirs. The order in which each kind of children is filed must
-  // stay the same. Cannot fail.
+  // Moves `count` children to a place before theirs. The order in which each kind of children is
+  // filed must stay the same. Cannot fail.
   static void MoveChildren(CzonNamedNode& owner, std::uint32_t from, std::uint32_t count,
                            std::uint32_t to);
 
@@ -222,14 +223,15 @@ struct NodeAccess {
   // Numbers the namesakes of a child, one of which a Copy has reset.
   static void RestoreNumbers(CzonNode& child);
 
-  // Makes a copy of everything of `source` but the name, for SwapContent with `node`, which exchanges
-  // everything but name and place.
+  // Makes a copy of everything of `source` but the name, for SwapContent with `node`, which
+  // exchanges everything but name and place.
   static std::unique_ptr<CzonNamedNode> CopyAside(const CzonNamedNode& node,
                                                   const CzonNamedNode& source);
   static void SwapContent(CzonNamedNode& node, CzonNamedNode& other);
 
-  // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a number
-  // without its text: of integers the value and the low bits of the whole number, of reals the value.
+  // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a
+  // number without its text: of integers the value and the low bits of the whole number, of reals
+  // the value.
   template <class Value>
   static std::string_view GetTextView(const Value& value) {
     return View(value.text_);
@@ -258,8 +260,8 @@ struct NodeAccess {
   static void AppendText(Value& value, std::string_view text) {
     value.AppendText(text);
   }
-  // SwapTexts exchanges the texts of two values, for both of which PrepareText was called. It cannot
-  // fail, so many values can be changed together.
+  // SwapTexts exchanges the texts of two values, for both of which PrepareText was called. It
+  // cannot fail, so many values can be changed together.
   template <class Value>
   static void PrepareText(Value& value) {
     if (value.text_.size < kKeptString) MakeString(value.text_, GetArena(value));
@@ -313,8 +315,8 @@ struct NodeAccess {
     return value.GetChars();
   }
 
-  // CLOBs: the content of the text of a quoted value, if it is that of a CLOB; exchange of the items
-  // and cursors, together with SwapTexts; a text that is kept until the CLOB changes.
+  // CLOBs: the content of the text of a quoted value, if it is that of a CLOB; exchange of the
+  // items and cursors, together with SwapTexts; a text that is kept until the CLOB changes.
   template <class Clob>
   static bool FindContent(std::string_view text, std::string_view* content) {
     return Clob::FindContent(text, content);
@@ -328,8 +330,8 @@ struct NodeAccess {
     return clob.Keep(std::move(text));
   }
 
-  // Values that are parsed later, see zondeferredvalues.h. AppendNew appends nodes in the arena of the
-  // keyword and numbers them.
+  // Values that are parsed later, see zondeferredvalues.h. AppendNew appends nodes in the arena of
+  // the keyword and numbers them.
   static void DeferValues(CzonNamedNode& keyword, const DeferredValues& values) {
     keyword.DeferValues(values);
   }

@@ -15,14 +15,16 @@ struct GlobalName;
 class LongList;
 struct IndexedName;
 
-// What few nodes have. It is between such a node and its owner, so that other nodes have no room for it.
+// What few nodes have. It is between such a node and its owner, so that other nodes have no room
+// for it.
 struct NodeExtras {
   CzonNode* owner;
   std::string* remark;
   GlobalName* globalName;  // of named nodes
 };
 
-// See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its text.
+// See tree/zonnodetext.h. Packed, so that the integer of a value uses the four bytes after its
+// text.
 struct __attribute__((packed, aligned(4))) Text {
   const void* where = "";
   std::uint32_t size = 0;
@@ -54,11 +56,13 @@ struct NameList {
   std::uint32_t indexed;  // how many nodes of `ordered`, from the first on, the index has
 };
 
-// What a section or root needs to find its children by number and by name. Made by the first question.
+// What a section or root needs to find its children by number and by name. Made by the first
+// question.
 struct ChildLists {
   std::uint32_t listed;  // how many children, from the first on, are in the two lists
 
-  // The default definitions among the first `definitionsSeen` children, by name. See FindDefinition.
+  // The default definitions among the first `definitionsSeen` children, by name. See
+  // FindDefinition.
   std::uint32_t definitionsSeen;
 
   NameList keywords;

@@ -2,9 +2,9 @@
 //
 // power == 0: at most one node, in list.single. power > 0: the nodes are in a block of 1 << power
 // places. Lists of one node are frequent and allocate nothing. A block doubles when it is full, so
-// Append has amortised constant time. It does not shrink: Erase cannot fail, and an empty list keeps
-// its block until Release. A block that is left goes to the free list of the arena, for the next list
-// of its size.
+// Append has amortised constant time. It does not shrink: Erase cannot fail, and an empty list
+// keeps its block until Release. A block that is left goes to the free list of the arena, for the
+// next list of its size.
 //
 // Insert and Erase move the nodes after the place. Tested by tests/tree_test.cpp and
 // tests/edit_test.cpp; long lists by tests/size_test.cpp.

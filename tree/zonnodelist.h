@@ -1,8 +1,8 @@
-// A growing array of node pointers with a head of 16 bytes. The first entry is stored in the head; the
-// second moves the list to a block of 2^power pointers, which is never given up before Release. The
-// caller passes the arena of the blocks, null for the free store; it is the same one in every call for a
-// list. A list that MakeLong was called for is a LongList in the free store instead. A list owns no
-// node.
+// A growing array of node pointers with a head of 16 bytes. The first entry is stored in the head;
+// the second moves the list to a block of 2^power pointers, which is never given up before Release.
+// The caller passes the arena of the blocks, null for the free store; it is the same one in every
+// call for a list. A list that MakeLong was called for is a LongList in the free store instead. A
+// list owns no node.
 // Tested by tests/tree_test.cpp.
 #ifndef ZON_TREE_ZONNODELIST_H
 #define ZON_TREE_ZONNODELIST_H
@@ -99,8 +99,8 @@ inline NodeSpan::Iterator NodeSpan::end() const {
   return {nullptr, nullptr, nullptr};
 }
 
-// Makes room for `more` nodes, which do not fit, in a list that is not long. Throws std::bad_alloc, the
-// list unchanged; so do the operations that append or insert.
+// Makes room for `more` nodes, which do not fit, in a list that is not long. Throws std::bad_alloc,
+// the list unchanged; so do the operations that append or insert.
 void Grow(NodeList& list, std::uint32_t more, Arena* arena);
 
 inline bool IsFull(const NodeList& list) {
@@ -134,8 +134,8 @@ void Append(NodeList& list, CzonNode* const* nodes, std::uint32_t count, Arena* 
 // Moves `count` nodes from one place to one before it. Cannot fail.
 void Move(NodeList& list, std::uint32_t from, std::uint32_t count, std::uint32_t to);
 
-// Makes a list that is none yet a LongList, labelled unless `labels` is null. Throws std::bad_alloc, the
-// list unchanged.
+// Makes a list that is none yet a LongList, labelled unless `labels` is null. Throws
+// std::bad_alloc, the list unchanged.
 void MakeLong(NodeList& list, const NodeLabels* labels, Arena* arena);
 
 // Empties the list and releases its memory.

@@ -6,10 +6,10 @@
 //   kept string  `where` points to a std::string of the arena. Made when a caller requests a
 //                std::string, or when a text in an arena changes.
 //   own string   the same in the free store, for nodes without an arena. Release frees it.
-// Both kinds of strings are a KeptString, which remembers where the text of the file has the characters.
-// A text that became a string stays a string and stores every later value, so an arena does not grow
-// with the number of changes. Tested by tests/values_test.cpp, tests/edit_test.cpp and
-// tests/faults/alloc_faults_test.cpp.
+// Both kinds of strings are a KeptString, which remembers where the text of the file has the
+// characters. A text that became a string stays a string and stores every later value, so an arena
+// does not grow with the number of changes. Tested by tests/values_test.cpp, tests/edit_test.cpp
+// and tests/faults/alloc_faults_test.cpp.
 #ifndef ZON_TREE_ZONNODETEXT_H
 #define ZON_TREE_ZONNODETEXT_H
 
@@ -79,14 +79,14 @@ inline void Swap(Text& a, Text& b) {
   b = former;
 }
 
-// Where the text of a file that is from `begin` to `end` has the characters of a text that was loaded
-// and not changed; null for any other text. A copy knows where its characters come from. Of a text
-// without characters the place is kept as long as it has none. `lead` characters before the text
-// belong to it.
+// Where the text of a file that is from `begin` to `end` has the characters of a text that was
+// loaded and not changed; null for any other text. A copy knows where its characters come from. Of
+// a text without characters the place is kept as long as it has none. `lead` characters before the
+// text belong to it.
 const char* FindOrigin(const Text& text, const char* begin, const char* end, std::size_t lead = 0);
 
-// Makes `origin` the place of the characters. A text that is itself between `oldBegin` and `oldEnd`, which
-// will be freed, moves there; CanMoveTo says whether the characters are the same.
+// Makes `origin` the place of the characters. A text that is itself between `oldBegin` and
+// `oldEnd`, which will be freed, moves there; CanMoveTo says whether the characters are the same.
 void SetOrigin(Text& text, const char* origin, const char* oldBegin, const char* oldEnd,
                std::size_t lead = 0);
 bool CanMoveTo(const Text& text, const char* origin, const char* oldBegin, const char* oldEnd);
@@ -94,7 +94,8 @@ bool CanMoveTo(const Text& text, const char* origin, const char* oldBegin, const
 // How many characters before the content of a packed list belong to its text: "<CLOB:".
 constexpr std::size_t kClobLead = 6;
 
-// Whether the characters end at a zero of the file, so that Terminated has returned the place itself.
+// Whether the characters end at a zero of the file, so that Terminated has returned the place
+// itself.
 bool EndsAtZero(const Text& text, const char* begin, const char* end);
 
 // Gives a text that replaces another one its origin: a renamed node is still the one of the file.

@@ -1,5 +1,5 @@
-// The common base of numbers. The text is converted to a double once, when the node is made. The float
-// view is computed from the double at each query: that is cheaper than storing it.
+// The common base of numbers. The text is converted to a double once, when the node is made. The
+// float view is computed from the double at each query: that is cheaper than storing it.
 #ifndef ZON_TREE_ZONNUMER_H
 #define ZON_TREE_ZONNUMER_H
 
@@ -35,15 +35,15 @@ class ZON_API CzonNumeric : public CzonParam {
     Set(kHasDouble);
   }
 
-  /** Converts the number at the start of a text. Skips leading white space and ignores the text after
-   *  the number. Returns 0.0 if there is no number. */
+  /** Converts the number at the start of a text. Skips leading white space and ignores the text
+   *  after the number. Returns 0.0 if there is no number. */
   static double string_to_double(const std::string& s);
 
  protected:
   static float FloatView(double value);  ///< what GetFloat returns for the value
 
-  /// The integer view of the derived classes. It is here because there are four bytes of padding after
-  /// the text.
+  /// The integer view of the derived classes. It is here because there are four bytes of padding
+  /// after the text.
   std::int32_t integer_ = 0;
 
  private:

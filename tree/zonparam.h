@@ -56,8 +56,8 @@ class ZON_API CzonUnknown : public CzonParam {
   int GetSyntaxClass() const override;
 };
 
-/** A substitution: a placeholder "%name" or "%1" that another program replaces. The text excludes the
- *  "%". */
+/** A substitution: a placeholder "%name" or "%1" that another program replaces. The text excludes
+ *  the "%". */
 class ZON_API CzonSubstit : public CzonParam {
  public:
   CzonSubstit() = default;

@@ -1,5 +1,5 @@
-// Reals. CzonReal inherits Write and so keeps the digits of the file; CzonFloat and CzonDouble write
-// their value. Tested by tests/values_test.cpp and tests/write_test.cpp.
+// Reals. CzonReal inherits Write and so keeps the digits of the file; CzonFloat and CzonDouble
+// write their value. Tested by tests/values_test.cpp and tests/write_test.cpp.
 #include "tree/zonreal.h"
 
 #include "base/zonassert.h"

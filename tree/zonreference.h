@@ -1,7 +1,7 @@
 // Values in variables of the host. The node stores the address of the variable and reads it at each
-// query; without a variable the value is 0, false or the empty text. The host must keep the variable as
-// long as the tree is used. The other views of a reference, such as GetDouble of a CzonIntRef, are 0 and
-// their flags are clear.
+// query; without a variable the value is 0, false or the empty text. The host must keep the
+// variable as long as the tree is used. The other views of a reference, such as GetDouble of a
+// CzonIntRef, are 0 and their flags are clear.
 #ifndef ZON_TREE_ZONREFERENCE_H
 #define ZON_TREE_ZONREFERENCE_H
 
@@ -74,7 +74,8 @@ class ZON_API CzonStringRef : public CzonString {
   /** Refers to the caller's text buffer itself. */
   static CzonStringRef* OfBuffer(char* buffer);
 
-  // Compatibility: a keyword with such a reference cannot be copied, so CreateObj is that of CzonString.
+  // Compatibility: a keyword with such a reference cannot be copied, so CreateObj is that of
+  // CzonString.
 
   /** The text that the variable designates now; valid until the next call. */
   const std::string& GetString() const override;

@@ -2,14 +2,15 @@
 //
 // A section has its children in the order of the file (CzonNamedNode), and its sections and its
 // keywords each in a NameList, by number and by name. Default definitions are in neither list. They
-// are found by FindDefinition, through a third index, that is filled at the first search: few sections
-// have any.
+// are found by FindDefinition, through a third index, that is filled at the first search: few
+// sections have any.
 //
-// The lists and the index are made by the first question (ChildLists): nobody asks most sections of a file.
+// The lists and the index are made by the first question (ChildLists): nobody asks most sections of
+// a file.
 //
 // Invariants: `definitions` has exactly the default definitions among the first `definitionsSeen`
-// children. A change of a definition among them empties it; a change of another child among them moves
-// the limit. Tested by tests/tree_test.cpp, tests/values_test.cpp and tests/edit_test.cpp.
+// children. A change of a definition among them empties it; a change of another child among them
+// moves the limit. Tested by tests/tree_test.cpp, tests/values_test.cpp and tests/edit_test.cpp.
 #include "tree/zonsection.h"
 
 #include "base/zonassert.h"
@@ -27,7 +28,7 @@ std::string_view TextOrEmpty(const char* text) {
 
 }  // namespace
 
-// ---- CzonNameList: the typed interface of NameList, without an arena ------------------------------
+// ---- CzonNameList: the typed interface of NameList, without an arena ----------------------------
 
 template <class T>
 CzonNameList<T>::~CzonNameList() {
@@ -98,7 +99,7 @@ unsigned int CzonNameList<T>::CountOf(const CzonNamedNode& namesake) const {
 template class CzonNameList<CzonSection>;
 template class CzonNameList<CzonKeyword>;
 
-// ---- CzonTargetList -------------------------------------------------------------------------------
+// ---- CzonTargetList -----------------------------------------------------------------------------
 
 // What only the root of a file has.
 struct CzonTargetList::FileFacts {
@@ -186,7 +187,8 @@ zon::NameList* CzonTargetList::ListOf(const CzonNode& child) {
   return zon::NodeAccess::IsSection(child) ? &EnsureLists().sections : nullptr;
 }
 
-// A child that AddNode has added is in no list; any other one has no number until it is in the index.
+// A child that AddNode has added is in no list; any other one has no number until it is in the
+// index.
 void CzonTargetList::ListChildren() {
   const zon::NodeSpan children = Children();
   std::uint32_t& listed = EnsureLists().listed;
@@ -322,7 +324,7 @@ CzonBase* CzonTargetList::GetHandle() const {
   return facts_ != nullptr ? facts_->handle : nullptr;
 }
 
-// ---- CzonSection ----------------------------------------------------------------------------------
+// ---- CzonSection --------------------------------------------------------------------------------
 
 CzonSection::CzonSection() {
   Set(kSection);

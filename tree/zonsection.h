@@ -61,7 +61,8 @@ class ZON_API CzonTargetList : public CzonNamedNode {
   void CopyOwn(const CzonNamedNode& source) override;
   bool HoldsFilename() const override;
 
-  /** The lists of the children, and the same with all children in them. May throw std::bad_alloc. @{ */
+  /** The lists of the children, and the same with all children in them. May throw std::bad_alloc.
+   *  @{ */
   zon::ChildLists& EnsureLists() const;
   zon::ChildLists& Complete() const;
   /** @} */

@@ -1,5 +1,5 @@
-// Texts in variables of the host. A reference to a buffer needs a pointer variable as well: it is in
-// cell_, which the copies of the reference share. Tested by tests/build_test.cpp.
+// Texts in variables of the host. A reference to a buffer needs a pointer variable as well: it is
+// in cell_, which the copies of the reference share. Tested by tests/build_test.cpp.
 #include "base/zonassert.h"
 #include "tree/zonquotedtext.h"
 #include "tree/zonreference.h"

@@ -2,13 +2,13 @@
 // operations with their checks are in editing/.
 //
 // A child is in the children of its owner and, if it is a section or keyword, in a NameList of the
-// owner: an ordered list and an index by name. An edit changes them together. Steps that may run out
-// of memory come first, so an edit either completes or changes nothing.
+// owner: an ordered list and an index by name. An edit changes them together. Steps that may run
+// out of memory come first, so an edit either completes or changes nothing.
 //
 // Invariants after each edit: the ordered list has the children of its kind in the order of the
-// children; each queue of the index has its nodes in the same order; their instance numbers are their
-// places, unless a Copy reset them; a node whose child needs its destructor has kDeep. Tested by
-// tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
+// children; each queue of the index has its nodes in the same order; their instance numbers are
+// their places, unless a Copy reset them; a node whose child needs its destructor has kDeep. Tested
+// by tests/edit_test.cpp, tests/tree_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -35,7 +35,7 @@ struct ScopedText : Text {
 
 }  // namespace
 
-// ---- Filing ---------------------------------------------------------------------------------------
+// ---- Filing -------------------------------------------------------------------------------------
 
 // The memory of a long list is not in the arena, so the owner needs its destructor.
 bool NodeAccess::EnsureLongChildren(CzonNamedNode& owner) {
@@ -106,8 +106,8 @@ void NodeAccess::SwapRemarks(CzonNode& a, CzonNode& b) {
   }
 }
 
-// The place in the list of a node that is to get the place `place` of the children: after that of the
-// nearest child before it that is in the list.
+// The place in the list of a node that is to get the place `place` of the children: after that of
+// the nearest child before it that is in the list.
 std::uint32_t NodeAccess::PlaceInList(CzonNamedNode& owner, const NameList& list,
                                       std::uint32_t place) {
   const NodeSpan children = owner.Children();
@@ -184,7 +184,7 @@ void NodeAccess::RestoreNumbers(CzonNode& child) {
   if (list != nullptr) zon::RestoreNumbers(*list, Named(child), owner);
 }
 
-// ---- Renaming -------------------------------------------------------------------------------------
+// ---- Renaming -----------------------------------------------------------------------------------
 
 void NodeAccess::Rename(CzonNamedNode& node, std::string_view name) {
   ScopedText text(name);
@@ -229,7 +229,7 @@ void NodeAccess::RenameInIndex(CzonNamedNode& node, Text& name, NameList& list,
   SwapName(node, name);
 }
 
-// ---- Copying --------------------------------------------------------------------------------------
+// ---- Copying ------------------------------------------------------------------------------------
 
 std::unique_ptr<CzonNamedNode> NodeAccess::CopyAside(const CzonNamedNode& node,
                                                      const CzonNamedNode& source) {
@@ -260,9 +260,10 @@ void NodeAccess::SwapContent(CzonNamedNode& node, CzonNamedNode& other) {
 
 }  // namespace zon
 
-// ---- CzonNamedNode --------------------------------------------------------------------------------
+// ---- CzonNamedNode ------------------------------------------------------------------------------
 
-// A name that a host's class returns may change, so its node is indexed at once, by the present one.
+// A name that a host's class returns may change, so its node is indexed at once, by the present
+// one.
 void CzonNamedNode::AddListed(CzonNamedNode& child) {
   Set(kNamesDiffer, false);
   if (child.IsOfLibrary()) {

@@ -6,8 +6,8 @@
 // written by its virtual Write. Characters go to the stream unformatted (base/zonput.h), so locale,
 // width and flags of the stream have no effect.
 //
-// Remarks, comments and the layout of the read file are not written. Reading what was written results
-// in an equal tree: fuzz/write_fuzz.cpp. Tested by tests/write_test.cpp.
+// Remarks, comments and the layout of the read file are not written. Reading what was written
+// results in an equal tree: fuzz/write_fuzz.cpp. Tested by tests/write_test.cpp.
 #include <cstdio>
 #include <ctime>
 #include <ostream>

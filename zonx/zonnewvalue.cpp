@@ -1,6 +1,6 @@
-// A value keeps its node if the node can hold the new one: mostly if both are of one class. A node of a
-// class of the host, or one that refers to a variable of the host, is replaced, because what a change
-// of it does is not known.
+// A value keeps its node if the node can hold the new one: mostly if both are of one class. A node
+// of a class of the host, or one that refers to a variable of the host, is replaced, because what a
+// change of it does is not known.
 #include "zonx/zonnewvalue.h"
 
 #include <algorithm>
@@ -74,8 +74,8 @@ bool IsEmpty(const CzonNode& value) {
   return Is<CzonUndefinedPar>(value) || Is<CzonDefaultPar>(value);
 }
 
-// The views count too: a host can have set them apart from the text. A number too large for its type is
-// compared by its text.
+// The views count too: a host can have set them apart from the text. A number too large for its
+// type is compared by its text.
 bool AreEqualIntegers(const CzonNode& a, const CzonNode& b) {
   long long left = 0;
   long long right = 0;

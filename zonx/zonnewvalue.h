@@ -1,5 +1,6 @@
 // Values that are to be set: they are made aside, compared with the values that are there, and take
-// their places. All that can fail is done before the tree changes. Tested by tests/zonxset_test.cpp.
+// their places. All that can fail is done before the tree changes. Tested by
+// tests/zonxset_test.cpp.
 #ifndef ZON_ZONX_ZONNEWVALUE_H
 #define ZON_ZONX_ZONNEWVALUE_H
 

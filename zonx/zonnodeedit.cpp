@@ -1,6 +1,6 @@
-// What is missing is made aside, with its values, and filed by one last step. Values of a keyword that
-// exists are changed in three steps: all changes are prepared, room is made for more values, and then
-// nothing can fail.
+// What is missing is made aside, with its values, and filed by one last step. Values of a keyword
+// that exists are changed in three steps: all changes are prepared, room is made for more values,
+// and then nothing can fail.
 #include "zonx/zonnodeedit.h"
 
 #include <algorithm>

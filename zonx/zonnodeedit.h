@@ -26,13 +26,13 @@ struct SetPlace {
 // Follows a path from a file handle or node. Checks the names of what is to be made, and numbers.
 SetPlace FindSetPlace(void* fileOrNode, const char* path);
 
-// Put the value at its number, 1 if there is none, or replace all values. The status of the place is
-// ZONX_OK; there is at least one value. May throw std::bad_alloc.
+// Put the value at its number, 1 if there is none, or replace all values. The status of the place
+// is ZONX_OK; there is at least one value. May throw std::bad_alloc.
 void SetValue(const SetPlace& place, NewValue value);
 void SetAllValues(const SetPlace& place, NewValues values);
 
-// The place among the children for new nodes: after the last of their kind. A first keyword precedes all
-// sections.
+// The place among the children for new nodes: after the last of their kind. A first keyword
+// precedes all sections.
 std::uint32_t PlaceForNew(const CzonTargetList& section, bool isKeyword);
 
 // Removes a node. ZONX_OK; ZONX_BAD_ARGUMENT if it is in no list.

@@ -1,5 +1,5 @@
-// The path is read and followed step by step. It is read to its end also after a name that is missing,
-// because a malformed path is one in any tree.
+// The path is read and followed step by step. It is read to its end also after a name that is
+// missing, because a malformed path is one in any tree.
 #include "zonx/zonnodepath.h"
 
 #include <algorithm>
@@ -70,7 +70,8 @@ CzonNode* FindChild(const CzonNode& node, const PathStep& step, bool mayBeSectio
   return FindSection(node, step);
 }
 
-// Appends a name, or at most so many characters of its end, with its number; or the number of a value.
+// Appends a name, or at most so many characters of its end, with its number; or the number of a
+// value.
 void AppendStep(std::string* text, const CzonNode& node, std::size_t longest = SIZE_MAX) {
   const std::string number = std::to_string(node.GetInstanceNo());
   if (!NodeAccess::IsNamed(node)) {

@@ -44,17 +44,17 @@ class PathReader {
   bool isMalformed_ = false;
 };
 
-// Where a path begins: a node, or the root of a file handle, null if it has none. False for an object
-// that is neither; it is not null.
+// Where a path begins: a node, or the root of a file handle, null if it has none. False for an
+// object that is neither; it is not null.
 bool FindStart(void* fileOrNode, CzonNode** node);
 
-// The keyword or the section of a step; null if there is none. The nodes of a host's class are asked by
-// their operations, which it can override.
+// The keyword or the section of a step; null if there is none. The nodes of a host's class are
+// asked by their operations, which it can override.
 CzonNode* FindKeyword(const CzonNode& node, const PathStep& step);
 CzonNode* FindSection(const CzonNode& node, const PathStep& step);
 
-// The number by which FindNode finds a section or keyword among its namesakes, also if a Copy has reset its
-// instance number.
+// The number by which FindNode finds a section or keyword among its namesakes, also if a Copy has
+// reset its instance number.
 unsigned int InstanceOf(const CzonNamedNode& node);
 
 struct FoundNode {
@@ -72,8 +72,8 @@ FoundNode FindNode(void* fileOrNode, const char* path);
 // The path of a node as FindNode takes it, from the root of its tree. Numbers of 1 are left out.
 std::string PathOf(const CzonNode& node);
 
-// The same for messages: at most some 200 characters of its end, after "..." if that is not all, and without
-// control characters. So the messages on a deep tree do not grow with its depth.
+// The same for messages: at most some 200 characters of its end, after "..." if that is not all,
+// and without control characters. So the messages on a deep tree do not grow with its depth.
 std::string ShortPathOf(const CzonNode& node);
 
 }  // namespace zon

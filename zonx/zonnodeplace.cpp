@@ -1,5 +1,6 @@
-// From the place of the characters of a name or value to the whole construct: white space and comments
-// can be between a bracket, sign or mark and what belongs to it, so they are skipped as the lexer does.
+// From the place of the characters of a name or value to the whole construct: white space and
+// comments can be between a bracket, sign or mark and what belongs to it, so they are skipped as
+// the lexer does.
 #include "zonx/zonnodeplace.h"
 
 #include <memory>
@@ -27,7 +28,8 @@ class PlaceFinder {
  public:
   explicit PlaceFinder(const FileText& text) : end_(text.End()) {}
 
-  // Whether the name that the file has there is still that of the node, which can have been renamed.
+  // Whether the name that the file has there is still that of the node, which can have been
+  // renamed.
   bool IsName(std::string_view name, const char* at) const {
     if (At(at, '[')) at = SkipGaps(at + 1, end_);
     if (name.empty()) return At(at, '(');

@@ -1,5 +1,5 @@
-// A report is composed for each call of the host's function and lives during it. Lines and columns come
-// from the index of the text (base/zonlines.h). Tested by tests/reports_test.cpp.
+// A report is composed for each call of the host's function and lives during it. Lines and columns
+// come from the index of the text (base/zonlines.h). Tested by tests/reports_test.cpp.
 #include "zonx/zonreporter.h"
 
 #include <algorithm>
@@ -13,8 +13,8 @@
 namespace zon {
 namespace {
 
-// So many reports have a source line of more than this many characters. The text of a file can be one line,
-// and the host looks at all of it for each report.
+// So many reports have a source line of more than this many characters. The text of a file can be
+// one line, and the host looks at all of it for each report.
 constexpr std::size_t kLongLine = 4096;
 constexpr unsigned int kMostLongLines = 250;
 
@@ -44,7 +44,8 @@ zonxPlace MakePlace(FileText& text, const char* file, Span span) {
   return place;
 }
 
-// A zero-terminated copy of the line of a place. Valid until the next call; null for a line that is left out.
+// A zero-terminated copy of the line of a place. Valid until the next call; null for a line that is
+// left out.
 const char* Reporter::LineOf(FileText& text, const char* at) {
   const bool isLast =
       line_.data() != nullptr && at >= line_.data() && at <= line_.data() + line_.size();

@@ -28,9 +28,9 @@ class Reporter {
     relatedFile_ = file;
   }
 
-  // Reports a finding in a text. `text` is null if there is none: the report then has the name of the
-  // file alone. `first`: if it has an error and the finding has no related place, the related place is
-  // where the loader stopped.
+  // Reports a finding in a text. `text` is null if there is none: the report then has the name of
+  // the file alone. `first`: if it has an error and the finding has no related place, the related
+  // place is where the loader stopped.
   void Report(FileText* text, const Finding& finding, const FirstError* first = nullptr);
 
   // Reports an error of the file as a whole, with the text of the system for an errno.
@@ -48,7 +48,8 @@ class Reporter {
   FileText* relatedText_ = nullptr;  // null: the text of the place
   const char* relatedFile_ = nullptr;
 
-  // The last line of a report, which often is that of the next one, and its copy. Lines can be long.
+  // The last line of a report, which often is that of the next one, and its copy. Lines can be
+  // long.
   std::string_view line_;
   std::string lineCopy_;
   unsigned int longLines_ = 0;  // so many have been passed

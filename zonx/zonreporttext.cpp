@@ -43,8 +43,8 @@ bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// The source line and a line with a caret under the place. A caret takes one column for a character of
-// several bytes, and tabs are repeated, so that it is under the place in a terminal.
+// The source line and a line with a caret under the place. A caret takes one column for a character
+// of several bytes, and tabs are repeated, so that it is under the place in a terminal.
 void AppendSource(std::string& text, const zonxReport& report) {
   std::string_view line = report.sourceLine;
   if (report.place.line == 0 || report.place.column == 0) {

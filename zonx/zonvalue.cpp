@@ -1,6 +1,6 @@
-// Integers are read from their text, because a node keeps 32 bits and a double of them. A list of plain
-// values is read in one pass over its text: doubles in blocks of 64 characters, a short number with one
-// rounding while it is scanned, any other by the general conversion.
+// Integers are read from their text, because a node keeps 32 bits and a double of them. A list of
+// plain values is read in one pass over its text: doubles in blocks of 64 characters, a short
+// number with one rounding while it is scanned, any other by the general conversion.
 #include "zonx/zonvalue.h"
 
 #include <climits>
@@ -115,8 +115,8 @@ int ReadPlainValue(const char* at, const char* end, const char** next, double* o
   return Finite(TextToDouble({at, static_cast<std::size_t>(endOfNumber - at)}), out);
 }
 
-// Reads the first values of the block at `at` and adds their number to *count. Returns the end of the
-// last one; null if none could be read.
+// Reads the first values of the block at `at` and adds their number to *count. Returns the end of
+// the last one; null if none could be read.
 const char* ReadBlock(const char* at, double* out, std::size_t room, std::size_t* count) {
   const char* end = nullptr;
   std::size_t number = *count;

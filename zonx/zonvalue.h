@@ -24,8 +24,8 @@ int ReadText(const CzonNode& value, std::string* out);  // as it is written
 // A whole number from its text: sign and digits.
 int ReadWhole(std::string_view text, long long* out);
 
-// The values of a list of plain values, see reader/zonvaluelist.h. At most `room` are stored. *count
-// receives how many there are, or the number of the first that cannot be read.
+// The values of a list of plain values, see reader/zonvaluelist.h. At most `room` are stored.
+// *count receives how many there are, or the number of the first that cannot be read.
 int ReadPlainValues(std::string_view list, long long* out, std::size_t room, std::size_t* count);
 int ReadPlainValues(std::string_view list, int* out, std::size_t room, std::size_t* count);
 int ReadPlainValues(std::string_view list, double* out, std::size_t room, std::size_t* count);

@@ -1,7 +1,8 @@
-// The text is loaded as the values of a keyword in a small file, so there is one judge of values. A text
-// that is more than values could end the keyword, the section or the file, or hide what follows. So a
-// keyword follows the text, and the load must find it: as the second and last child of the one section,
-// and at its place in the file. Comments are refused, as nothing could keep them.
+// The text is loaded as the values of a keyword in a small file, so there is one judge of values. A
+// text that is more than values could end the keyword, the section or the file, or hide what
+// follows. So a keyword follows the text, and the load must find it: as the second and last child
+// of the one section, and at its place in the file. Comments are refused, as nothing could keep
+// them.
 #include "zonx/zonvaluetext.h"
 
 #include <memory>
@@ -45,7 +46,8 @@ bool HasComment(std::string_view text) {
   return false;
 }
 
-// The keyword of the text; null if there is more in the file. `behind` is the place of what follows.
+// The keyword of the text; null if there is more in the file. `behind` is the place of what
+// follows.
 const CzonNamedNode* FindValues(const CzonTargetList& root, const char* behind) {
   const NodeSpan sections = NodeAccess::Children(root);
   if (sections.Size() != 1) return nullptr;

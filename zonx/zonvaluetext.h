@@ -8,8 +8,8 @@
 
 namespace zon {
 
-// Stores the values of the text, at least one empty place. Returns ZONX_OK; ZONX_FAULTY if the text is
-// no list of values, and then stores nothing. An empty place of a definition is a placeholder.
+// Stores the values of the text, at least one empty place. Returns ZONX_OK; ZONX_FAULTY if the text
+// is no list of values, and then stores nothing. An empty place of a definition is a placeholder.
 int ParseValues(std::string_view text, bool isInDefinition, NewValues* values);
 
 }  // namespace zon

@@ -30,8 +30,8 @@ FoundNode Find(void* fileOrNode, const char* path) {
   return found;
 }
 
-// The value that is read of a node: the value itself, or the first one of a keyword. Null if there is
-// none.
+// The value that is read of a node: the value itself, or the first one of a keyword. Null if there
+// is none.
 const CzonNode* ValueToRead(const CzonNode& node) {
   if (NodeAccess::IsKeyword(node)) return ResolvedValue(node, 1);
   if (!node.IsDefaultPar() || node.GetOwner() == nullptr) return &node;

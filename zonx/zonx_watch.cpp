@@ -15,8 +15,8 @@
 namespace zon {
 namespace {
 
-// Calls `visit` for each keyword of a tree, in the order of the file. Without recursion: trees can be
-// deep.
+// Calls `visit` for each keyword of a tree, in the order of the file. Without recursion: trees can
+// be deep.
 template <class F>
 void VisitKeywords(const CzonNamedNode& root, F&& visit) {
   struct Visit {

@@ -1,9 +1,10 @@
-// A host in C++: loads the settings of a run, changes two values and saves the file with its comments:
+// A host in C++: loads the settings of a run, changes two values and saves the file with its
+// comments:
 //
 //     run FILE
 //
-// An error of the file ends the program with a report. The errors of the host's own are only printed. The same as
-// run.f90, run.pas and run.py.
+// An error of the file ends the program with a report. The errors of the host's own are only
+// printed. The same as run.f90, run.pas and run.py.
 #include <iomanip>
 #include <iostream>
 #include <string>

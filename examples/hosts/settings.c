@@ -1,4 +1,5 @@
-/* A host in C99: reads settings, which have defaults, and reports what is wrong in the file with its
+/* A host in C99: reads settings, which have defaults, and reports what is wrong in the file with
+ *  its
    place. */
 #include <stdio.h>
 

@@ -1,5 +1,5 @@
-// A host in C++: reads settings, which have defaults, and reports what is wrong in the file with its
-// place. The same as settings.c.
+// A host in C++: reads settings, which have defaults, and reports what is wrong in the file with
+// its place. The same as settings.c.
 #include <iostream>
 #include <memory>
 #include <string>

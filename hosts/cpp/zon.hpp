@@ -1,5 +1,6 @@
 /** @file
- * zon for C++17: loads, queries, changes and saves parameter files. Header-only, over zon.h and zonx.h.
+ * zon for C++17: loads, queries, changes and saves parameter files. Header-only, over zon.h and
+ * zonx.h.
  *
  * @code
  * #include <zon.hpp>
@@ -14,29 +15,31 @@
  * file.save();                                         // comments and layout stay
  * @endcode
  *
- * Classes. A File owns the tree. Section, Keyword and Value are views: pointers to a node, or empty. An
- * Item, the result of [], is a path that is looked up by each use; it is the only one that can be assigned
- * a value. What a class inherits from zon::detail (Finds, Reads, Node) is part of its interface.
+ * Classes. A File owns the tree. Section, Keyword and Value are views: pointers to a node, or
+ * empty. An Item, the result of [], is a path that is looked up by each use; it is the only one
+ * that can be assigned a value. What a class inherits from zon::detail (Finds, Reads, Node) is part
+ * of its interface.
  *
- * Paths. A name in [], find(), section() and keyword() is a path, as in zonx.h: "Quay:2/Berth/Draught".
- * The case of A to Z does not count. [n] counts from 1.
+ * Paths. A name in [], find(), section() and keyword() is a path, as in zonx.h:
+ * "Quay:2/Berth/Draught". The case of A to Z does not count. [n] counts from 1.
  *
- * Errors. A failure throws zon::Error, out of memory std::bad_alloc. Queries of a view that is empty, or of
- * an item that is missing, do not throw: they return empty optionals, views, ranges and texts. as() and the
- * conversions need a value and throw if there is none. A malformed path always throws.
+ * Errors. A failure throws zon::Error, out of memory std::bad_alloc. Queries of a view that is
+ * empty, or of an item that is missing, do not throw: they return empty optionals, views, ranges
+ * and texts. as() and the conversions need a value and throw if there is none. A malformed path
+ * always throws.
  *
- * Lifetimes. A view is valid until its file is closed or its node is removed or replaced: assigning a value
- * of another kind replaces a Value. An Item is valid as long as the file or section that it was made from.
- * A std::string_view of a string is valid until its value changes or the file is closed, one of a name until
- * the node goes or is renamed. No view may be used after the File that it belongs to, so a File that is
- * needed later must have a name. A reference to a File does not protect the tree: views of a const File can
- * change it.
+ * Lifetimes. A view is valid until its file is closed or its node is removed or replaced: assigning
+ * a value of another kind replaces a Value. An Item is valid as long as the file or section that it
+ * was made from. A std::string_view of a string is valid until its value changes or the file is
+ * closed, one of a name until the node goes or is renamed. No view may be used after the File that
+ * it belongs to, so a File that is needed later must have a name. A reference to a File does not
+ * protect the tree: views of a const File can change it.
  *
- * Threads. Different files may be used in different threads at the same time, one file by one thread at a
- * time.
+ * Threads. Different files may be used in different threads at the same time, one file by one
+ * thread at a time.
  *
- * Both C interfaces can be used on File::handle() and node(). A type is visible outside of a shared library,
- * a function is not: a library that includes this header exports nothing of it.
+ * Both C interfaces can be used on File::handle() and node(). A type is visible outside of a shared
+ * library, a function is not: a library that includes this header exports nothing of it.
  */
 #ifndef ZON_HPP
 #define ZON_HPP
@@ -62,8 +65,9 @@
 #include <utility>
 #include <vector>
 
-// Everything is hidden but the types that a host keeps as members of its own classes: g++ warns of a member
-// whose type is less visible than the class. The functions of these types are hidden one by one.
+// Everything is hidden but the types that a host keeps as members of its own classes: g++ warns of
+// a member whose type is less visible than the class. The functions of these types are hidden one
+// by one.
 /// @cond
 #define ZON_TYPE __attribute__((visibility("default")))
 #define ZON_LOCAL __attribute__((visibility("hidden")))
@@ -104,7 +108,7 @@ using Keywords = Range<Keyword>;
 using Values = Range<Value>;
 /** @} */
 
-/* ---- Reports ------------------------------------------------------------------------------------- */
+/* ---- Reports --------------------------------------------------------------------------------- */
 
 /** How serious a report is. */
 enum class Severity { error = ZONX_ERROR, warning = ZONX_WARNING, note = ZONX_NOTE };
@@ -166,8 +170,8 @@ enum class Change {
 /** One difference between two files. Valid as long as both files, unchanged. */
 struct ZON_TYPE Difference {
   ZON_LOCAL_MEMBERS(Difference)
-  /** The section, keyword or value in each of the two files; does not exist if it was added or removed,
-   *  respectively. @{ */
+  /** The section, keyword or value in each of the two files; does not exist if it was added or
+   *  removed, respectively. @{ */
   ZON_LOCAL Item before() const;
   ZON_LOCAL Item after() const;
   /** @} */
@@ -242,7 +246,7 @@ class Error : public std::runtime_error {
   int status_;
 };
 
-/* ---- Internals ----------------------------------------------------------------------------------- */
+/* ---- Internals ------------------------------------------------------------------------------- */
 
 namespace detail {
 
@@ -265,7 +269,8 @@ constexpr bool kIsNumber =
 // Every class that converts to the types that can be read.
 struct Convertible {};
 
-// The types of single values that can be assigned. Each reaches the library without loss, or is refused.
+// The types of single values that can be assigned. Each reaches the library without loss, or is
+// refused.
 template <class T>
 constexpr bool kIsText = std::is_convertible_v<const T&, std::string_view> &&
                          !std::is_base_of_v<Convertible, T> && !std::is_null_pointer_v<T>;
@@ -307,8 +312,8 @@ class PathView {
   std::string_view text_;
 };
 
-// The path of an Item: short ones need no memory. At its end can be "[n]", which selects a value, or, when a
-// name or another "[m]" follows, becomes the ":n" of an instance.
+// The path of an Item: short ones need no memory. At its end can be "[n]", which selects a value,
+// or, when a name or another "[m]" follows, becomes the ":n" of an instance.
 class ItemPath {
  public:
   explicit ItemPath(std::string_view path);
@@ -343,8 +348,8 @@ class ItemPath {
   char room_[kRoom];
 };
 
-// Receives what the library reports. Its functions are called by the library, so they do not throw: Taken()
-// throws if memory was missing.
+// Receives what the library reports. Its functions are called by the library, so they do not throw:
+// Taken() throws if memory was missing.
 class Collector {
  public:
   static void Add(const zonxReport* report, void* collector) noexcept;
@@ -416,17 +421,17 @@ ZON_NO_COMPOUND(^=)
 
 /// @endcond
 
-/* ---- What several classes share ------------------------------------------------------------------- */
+/* ---- What several classes share -------------------------------------------------------------- */
 
-/** Finding, of File, Section and Item. What is missing is an empty view, an empty range, or an Item that
- *  does not exist. Without a path section() and keyword() are the thing itself, and the ranges have all of
- *  its sections or keywords. */
+/** Finding, of File, Section and Item. What is missing is an empty view, an empty range, or an Item
+ *  that does not exist. Without a path section() and keyword() are the thing itself, and the ranges
+ *  have all of its sections or keywords. */
 template <class Class>
 class Finds {
  public:
-  /** The section or keyword of a path, found when it is used. Nothing is allocated for paths of up to 79
-   *  bytes. Where section and keyword of a name both exist, the Item is the keyword where a value is needed
-   *  and the section where a name follows. */
+  /** The section or keyword of a path, found when it is used. Nothing is allocated for paths of up
+   *  to 79 bytes. Where section and keyword of a name both exist, the Item is the keyword where a
+   *  value is needed and the section where a name follows. */
   Item operator[](const char* path) const;
   Item operator[](const std::string& path) const; /**< the same */
   Item operator[](std::string_view path) const;   /**< the same */
@@ -435,8 +440,8 @@ class Finds {
   Section section(PathView path = {}) const; /**< the view of a section */
   Keyword keyword(PathView path = {}) const; /**< the view of a keyword */
 
-  /** With a path: every section, or keyword, that has the last name of the path, in the section of the
-   *  path. Sections and keywords must not be added or removed in a loop over them. */
+  /** With a path: every section, or keyword, that has the last name of the path, in the section of
+   *  the path. Sections and keywords must not be added or removed in a loop over them. */
   Sections sections(PathView path = {}) const;
   Keywords keywords(PathView path = {}) const; /**< the same */
 
@@ -446,12 +451,13 @@ class Finds {
 
 /** Reading a value, of Item, Keyword and Value: of a keyword the first one.
  *
- *  T is bool, int, long, long long, float, double, std::string, std::string_view or std::filesystem::path. An
- *  integer can be read as a real; nothing else is converted, and no digits are lost but by rounding. A path
- *  is that of a file name, resolved against the folder of the parameter file.
+ *  T is bool, int, long, long long, float, double, std::string, std::string_view or
+ *  std::filesystem::path. An integer can be read as a real; nothing else is converted, and no
+ *  digits are lost but by rounding. A path is that of a file name, resolved against the folder of
+ *  the parameter file.
  *
- *  There are no operators on items, as these have no type of their own: in expressions write as<T>().
- *  Initialise with "=", as in `std::string name = file["Quay"]["Name"]`. */
+ *  There are no operators on items, as these have no type of their own: in expressions write
+ *  as<T>(). Initialise with "=", as in `std::string name = file["Quay"]["Name"]`. */
 template <class Class>
 class Reads : private Convertible {
  public:
@@ -459,13 +465,13 @@ class Reads : private Convertible {
   template <class T>
   std::optional<T> get() const;
 
-  /** The value, or `fallback` if get() is empty. T is the type of `fallback`, of a literal std::string: a real
-   *  needs value_or(30.0) or value_or<double>(30). */
+  /** The value, or `fallback` if get() is empty. T is the type of `fallback`, of a literal
+   *  std::string: a real needs value_or(30.0) or value_or<double>(30). */
   template <class T>
   Fallback<T> value_or(T&& fallback) const;
 
-  /** The value. Throws an Error with the place of the value; if it is missing, of its keyword; and without
-   *  a keyword, of the section around it. */
+  /** The value. Throws an Error with the place of the value; if it is missing, of its keyword; and
+   *  without a keyword, of the section around it. */
   template <class T>
   T as() const;
   /** The same, for initialisations and assignments. */
@@ -498,7 +504,8 @@ class Node {
   /** Empty for a value. Valid until the node goes or is renamed. */
   std::string_view name() const;
 
-  /** The place among those of the same name, or of a value among those of its keyword, from 1; or 0. */
+  /** The place among those of the same name, or of a value among those of its keyword, from 1; or
+   *  0. */
   int instance() const;
 
   /** Kind::none for an empty view. */
@@ -527,7 +534,7 @@ class Node {
 
 }  // namespace detail
 
-/* ---- Views --------------------------------------------------------------------------------------- */
+/* ---- Views ----------------------------------------------------------------------------------- */
 
 /** A range of views. It is valid as long as they are. */
 template <class View>
@@ -555,8 +562,8 @@ class Range {
   unsigned int count_ = 0;
 };
 
-/** Reads each view anew, so it is an input iterator that can be copied and used again; for the ranges of
- *  C++20 a forward iterator. */
+/** Reads each view anew, so it is an input iterator that can be copied and used again; for the
+ *  ranges of C++20 a forward iterator. */
 template <class View>
 class Range<View>::iterator {
  public:
@@ -624,8 +631,8 @@ class ZON_TYPE Section : public detail::Node<Section>, public detail::Finds<Sect
   void operator[](N) const = delete;
 };
 
-/** A value of a keyword, or nothing. An empty place of a file is a value too, of Kind::empty, which has
- *  nothing to read. */
+/** A value of a keyword, or nothing. An empty place of a file is a value too, of Kind::empty, which
+ *  has nothing to read. */
 class ZON_TYPE Value : public detail::Node<Value>, public detail::Reads<Value> {
  public:
   ZON_LOCAL Value() = default;
@@ -666,8 +673,8 @@ class ZON_TYPE Keyword : public detail::Node<Keyword>, public detail::Reads<Keyw
   ZON_LOCAL const char* PathOfValue() const { return ""; }
 };
 
-/** The path of a section, keyword or value, from a file or section: the result of []. It is looked up by
- *  each use and need not exist. */
+/** The path of a section, keyword or value, from a file or section: the result of []. It is looked
+ *  up by each use and need not exist. */
 class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
  public:
   /** @param fileOrNode  from a C interface; null is the start of no path */
@@ -680,8 +687,8 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   Item& operator=(const Item&) = delete;
 
   using Finds::operator[];
-  /** Of a section the n-th of its name, of a keyword its n-th value; in file["Run"]["Input"][2][1] the first
-   *  value of the second keyword. Throws for n less than 1. */
+  /** Of a section the n-th of its name, of a keyword its n-th value; in file["Run"]["Input"][2][1]
+   *  the first value of the second keyword. Throws for n less than 1. */
   template <class N, std::enable_if_t<detail::kIsNumber<N>, int> = 0>
   ZON_LOCAL Item operator[](N n) const;
 
@@ -693,20 +700,20 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   /** The views of all values. */
   ZON_LOCAL Values values() const { return keyword().values(); }
 
-  /** All values of the keyword, each as by as(); T as there. Empty if there is no keyword, or only an empty
-   *  place. Throws an Error with the place of the first value that is missing, of another kind, or does not
-   *  fit T. */
+  /** All values of the keyword, each as by as(); T as there. Empty if there is no keyword, or only
+   *  an empty place. Throws an Error with the place of the first value that is missing, of another
+   *  kind, or does not fit T. */
   template <class T>
   ZON_LOCAL std::vector<T> values() const;
 
-  /** Sets one value, the first or that of [n], and creates sections and keyword if they are missing: of two
-   *  sections Quay, file["Quay"][3]["Length"] creates the third. The other values stay. A value that is
-   *  equal keeps its spelling.
-   *  @param value  bool, an integer, float, double, a text, or a std::filesystem::path for a file name as it
-   *      is to be written. A float is written with the digits of a float.
-   *  An integer beyond 64 bits, a real that is infinite or not a number, a text with a zero byte, a path that
-   *  is malformed or has no section, and a name that the format does not allow throw; the tree is then as
-   *  before. */
+  /** Sets one value, the first or that of [n], and creates sections and keyword if they are
+   *  missing: of two sections Quay, file["Quay"][3]["Length"] creates the third. The other values
+   *  stay. A value that is equal keeps its spelling.
+   *  @param value  bool, an integer, float, double, a text, or a std::filesystem::path for a file
+   *      name as it is to be written. A float is written with the digits of a float.
+   *  An integer beyond 64 bits, a real that is infinite or not a number, a text with a zero byte, a
+   *  path that is malformed or has no section, and a name that the format does not allow throw; the
+   *  tree is then as before. */
   template <class T, std::enable_if_t<detail::kIsScalar<T>, int> = 0>
   ZON_LOCAL Item& operator=(const T& value);
 
@@ -724,8 +731,8 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   /** Removes the value of [n], or the keyword, or else the section. False if there is none. */
   ZON_LOCAL bool remove();
 
-  /** An error of the host, to be thrown, placed at the value; if it is missing at its keyword or, without
-   *  one, at the section around it. Of a section at its header.
+  /** An error of the host, to be thrown, placed at the value; if it is missing at its keyword or,
+   *  without one, at the section around it. Of a section at its header.
    *  @param hint  what to do about it */
   ZON_LOCAL Error error(const std::string& message, const std::string& hint = {}) const;
 
@@ -751,10 +758,10 @@ class ZON_TYPE Item : public detail::Finds<Item>, public detail::Reads<Item> {
   detail::ItemPath path_;
 };
 
-/* ---- Files --------------------------------------------------------------------------------------- */
+/* ---- Files ----------------------------------------------------------------------------------- */
 
-/** A parameter file in memory, which is closed with the object. As a range it has its sections. A File that
- *  was moved from throws in every use but assignment and destruction. */
+/** A parameter file in memory, which is closed with the object. As a range it has its sections. A
+ *  File that was moved from throws in every use but assignment and destruction. */
 class ZON_TYPE File : public detail::Finds<File> {
  public:
   /** An empty file, to be built: assign values, then save() with a name. */
@@ -784,12 +791,12 @@ class ZON_TYPE File : public detail::Finds<File> {
   template <class N, std::enable_if_t<std::is_integral_v<N>, int> = 0>
   void operator[](N) const = delete;
 
-  /** Saves the changes to the file that was loaded or last saved, or the tree to another file. Comments,
-   *  layout and spelling of what did not change stay byte for byte. The file is replaced in one step; if it
-   *  fails, file and tree are as before.
+  /** Saves the changes to the file that was loaded or last saved, or the tree to another file.
+   *  Comments, layout and spelling of what did not change stay byte for byte. The file is replaced
+   *  in one step; if it fails, file and tree are as before.
    *  @param flags  0 or a sum of ZONX_PLAIN, ZONX_NEW, ZONX_OVERWRITE, ZONX_BACKUP and
-   *      ZONX_NAMES_AS_WRITTEN. Without ZONX_OVERWRITE a file that has changed since it was loaded, and
-   *      another file that exists, throw (ZONX_CHANGED). @{ */
+   *      ZONX_NAMES_AS_WRITTEN. Without ZONX_OVERWRITE a file that has changed since it was loaded,
+   *      and another file that exists, throw (ZONX_CHANGED). @{ */
   ZON_LOCAL void save(unsigned int flags = 0);
   ZON_LOCAL void save(const std::filesystem::path& name, unsigned int flags = 0);
   /** @} */
@@ -820,23 +827,23 @@ class ZON_TYPE File : public detail::Finds<File> {
   Reports warnings_;
 };
 
-/** Loads a file, or a text. Every mistake in it is one of the reports of the Error that is thrown; warnings
- *  alone are in warnings().
+/** Loads a file, or a text. Every mistake in it is one of the reports of the Error that is thrown;
+ *  warnings alone are in warnings().
  *  @param name  of a text: for reports, and for the file names in it @{ */
 File load(const std::filesystem::path& name);
 File parse(std::string_view text, const std::filesystem::path& name = {});
 /** @} */
 
-/** Returns every error and warning of a file; nothing if it is sound. Also that a file cannot be read is a
- *  report. */
+/** Returns every error and warning of a file; nothing if it is sound. Also that a file cannot be
+ *  read is a report. */
 Reports check(const std::filesystem::path& name);
 
-/** Returns every mismatch of a file with a template, with its place in the file and, as related place, in the
- *  template; nothing if the file conforms. Throws if the template is faulty. */
+/** Returns every mismatch of a file with a template, with its place in the file and, as related
+ *  place, in the template; nothing if the file conforms. Throws if the template is faulty. */
 Reports validate(const File& pattern, const File& candidate);
 
-/** How reals are compared by diff(). Two reals are equal if they differ by at most `absolute`, or at most
- *  `relative` times the larger one. */
+/** How reals are compared by diff(). Two reals are equal if they differ by at most `absolute`, or
+ *  at most `relative` times the larger one. */
 struct Tolerance {
   double relative = 0; /**< of the larger of both */
   double absolute = 0; /**< in the unit of the values */
@@ -847,21 +854,22 @@ struct Tolerance {
 Differences diff(const File& before, const File& after, const Tolerance& tolerance = {},
                  const std::string& key = {});
 
-/** Gives every keyword of `overlay` to `target`, where it replaces all values of the keyword with that path;
- *  what is missing is added. If it throws, `target` is as before. */
+/** Gives every keyword of `overlay` to `target`, where it replaces all values of the keyword with
+ *  that path; what is missing is added. If it throws, `target` is as before. */
 void merge(File& target, const File& overlay);
 
 }  // namespace ZON_V1
 }  // namespace zon
 
-/* ==== Definitions ================================================================================== */
+/* ==== Definitions
+ *  ================================================================================== */
 
 /// @cond
 namespace zon {
 inline namespace ZON_V1 {
 namespace detail {
 
-/* ---- Reports and errors --------------------------------------------------------------------------- */
+/* ---- Reports and errors ---------------------------------------------------------------------- */
 
 // Called before they are defined.
 Error MakeError(void* start, const std::string& path, int status, const char* rule,
@@ -1072,7 +1080,7 @@ inline void RequireNoNumber(void* start, const ItemPath& path) {
                   "the n-th keyword of a name is selected by :n");
 }
 
-/* ---- Paths ---------------------------------------------------------------------------------------- */
+/* ---- Paths ----------------------------------------------------------------------------------- */
 
 inline std::string_view CheckedPath(std::string_view path) {
   if (!path.empty() && std::memchr(path.data(), '\0', path.size()) != nullptr) {
@@ -1088,8 +1096,8 @@ inline PathView::PathView(const char* path) {
 inline PathView::PathView(const std::string& path) : text_(CheckedPath(path)) {}
 inline PathView::PathView(std::string_view path) : text_(CheckedPath(path)) {}
 
-// Copies a name, which has 3 to 16 bytes in most cases: for them a call of std::memcpy takes longer than two
-// moves of words that overlap. Returns the end of the copy.
+// Copies a name, which has 3 to 16 bytes in most cases: for them a call of std::memcpy takes longer
+// than two moves of words that overlap. Returns the end of the copy.
 inline char* CopyName(char* to, std::string_view name) {
   const char* const from = name.data();
   const std::size_t size = name.size();
@@ -1171,7 +1179,7 @@ inline std::string ItemPath::AsSection() const {
   return path;
 }
 
-/* ---- Reading and writing values ------------------------------------------------------------------- */
+/* ---- Reading and writing values -------------------------------------------------------------- */
 
 // Each returns a zonxStatus.
 inline int Read(void* start, const char* path, int& value) {
@@ -1342,8 +1350,9 @@ std::vector<T> ReadValues(void* start, const char* path) {
   }
 }
 
-// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116. Where these digits, read
-// as a double, round to another float, as those of 7.038531e-26f do, it has more digits.
+// The real that has the digits of a float: 0.1 for 0.1f, and not 0.100000001490116. Where these
+// digits, read as a double, round to another float, as those of 7.038531e-26f do, it has more
+// digits.
 inline double WidenByDigits(float value) {
 #if defined(__cpp_lib_to_chars)
   char digits[64];
@@ -1447,9 +1456,10 @@ int WriteList(void* start, const char* path, const T& values) {
   }
 }
 
-/* ---- What several classes share ------------------------------------------------------------------- */
+/* ---- What several classes share -------------------------------------------------------------- */
 
-// Declared inline: at -O2 g++ would otherwise call these functions, with some 70 instructions for each name.
+// Declared inline: at -O2 g++ would otherwise call these functions, with some 70 instructions for
+// each name.
 template <class Class>
 inline Item Finds<Class>::Child(PathView path) const {
   const auto& self = static_cast<const Class&>(*this);
@@ -1608,7 +1618,7 @@ inline void* ChildOf(void* parent, const char* /*name*/, unsigned int n, Value /
 
 }  // namespace detail
 
-/* ---- Views ---------------------------------------------------------------------------------------- */
+/* ---- Views ----------------------------------------------------------------------------------- */
 
 inline Error::Error(int status, const Reports& reports)
     : std::runtime_error(detail::JoinTexts(reports)), reports_(reports), status_(status) {}
@@ -1668,7 +1678,7 @@ inline Item Difference::after() const {
   return Item(after_node);
 }
 
-/* ---- Items ---------------------------------------------------------------------------------------- */
+/* ---- Items ----------------------------------------------------------------------------------- */
 
 template <class N>
 Item Item::WithNumber(N n) const {
@@ -1773,7 +1783,7 @@ inline Error Item::error(const std::string& message, const std::string& hint) co
                            message, hint);
 }
 
-/* ---- Files ---------------------------------------------------------------------------------------- */
+/* ---- Files ----------------------------------------------------------------------------------- */
 
 namespace detail {
 

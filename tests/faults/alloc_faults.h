@@ -1,5 +1,6 @@
-// malloc, calloc, realloc and mmap of this process refuse the requests that a test chooses. operator
-// new is built on malloc. Requests of hooks and of other host::OwnMemory are never refused.
+// malloc, calloc, realloc and mmap of this process refuse the requests that a test chooses.
+// operator new is built on malloc. Requests of hooks and of other host::OwnMemory are never
+// refused.
 #ifndef ZON_TESTS_FAULTS_ALLOC_FAULTS_H
 #define ZON_TESTS_FAULTS_ALLOC_FAULTS_H
 

@@ -1,6 +1,6 @@
 // Out of memory at each place where the library allocates: the n-th request of a call is refused,
-// alone or with all after it, for n = 1, 2 and so on until the call succeeds. Each time the call must
-// return its failure value and report it, leave everything as it was, and leak nothing.
+// alone or with all after it, for n = 1, 2 and so on until the call succeeds. Each time the call
+// must return its failure value and report it, leave everything as it was, and leak nothing.
 #include <new>
 #include <regex>
 

@@ -1,5 +1,5 @@
-// A file is replaced whole or not at all: with each system call refused, with the process killed before and
-// after each, and through links, in folders, devices and pipes of every kind.
+// A file is replaced whole or not at all: with each system call refused, with the process killed
+// before and after each, and through links, in folders, devices and pipes of every kind.
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/resource.h>
@@ -108,7 +108,8 @@ struct Way {
     if (hasTwoNames) names.insert("b.zon");
     return names;
   }
-  // The file is old or new, complete, with the mode and attribute that it had. Returns whether it is new.
+  // The file is old or new, complete, with the mode and attribute that it had. Returns whether it
+  // is new.
   bool Check(const std::string& folder) const {
     const std::string path = folder + "a.zon", text = ReadFile(path);
     const bool isNew = text == kNew;
@@ -141,7 +142,8 @@ const Way kWays[] = {{"replaced", true, false, false, false, false},
                      {"in place", true, false, false, false, true},
                      {"in place, with a backup", true, true, false, false, true}};
 
-// A tree that is saved: of the old file, or of its text if there is none, and changed to the new text.
+// A tree that is saved: of the old file, or of its text if there is none, and changed to the new
+// text.
 class Saver {
  public:
   Saver(const Way& way, const std::string& folder) : target_(way.Target(folder)) {
@@ -424,7 +426,8 @@ TEST_F(Replace, Names) {
   EXPECT_EQ(ReadFile(folder + "a.zon"), kOld);
 }
 
-// Another process makes the file after the look at its name; a file system without the flag for that.
+// Another process makes the file after the look at its name; a file system without the flag for
+// that.
 TEST_F(Replace, MustBeNewUntilTheEnd) {
   const std::string folder = NewFolder();
   Inject(EINVAL, 1, "renameat2");

@@ -1,5 +1,5 @@
-// Counts and refuses what the process requests from operator new, the library included. Not with the address
-// sanitizer, which replaces the operators itself.
+// Counts and refuses what the process requests from operator new, the library included. Not with
+// the address sanitizer, which replaces the operators itself.
 #ifndef ZON_HOSTS_CPP_TESTS_MEMORY_H
 #define ZON_HOSTS_CPP_TESTS_MEMORY_H
 

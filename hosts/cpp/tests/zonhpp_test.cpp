@@ -103,7 +103,7 @@ std::string ReadFile(const std::string& path) {
   return content.str();
 }
 
-// ---- Types ----------------------------------------------------------------------------------------
+// ---- Types --------------------------------------------------------------------------------------
 
 template <class View>
 constexpr bool kIsSmall = std::is_trivially_copyable_v<View> && sizeof(View) == sizeof(void*);
@@ -154,7 +154,7 @@ static_assert(!std::is_constructible_v<bool, zon::Item> &&
               !std::is_constructible_v<bool, zon::Value> &&
               !std::is_constructible_v<bool, zon::Section>);
 
-// ---- Finding --------------------------------------------------------------------------------------
+// ---- Finding ------------------------------------------------------------------------------------
 
 TEST_F(Hpp, ItemsLeadToKeywordsAndSections) {
   EXPECT_EQ(file["Run"]["Cells"].as<int>(), 40);
@@ -267,7 +267,7 @@ TEST_F(Hpp, RangesWorkWithAlgorithms) {
   EXPECT_EQ(gap[1].kind(), zon::Kind::empty);
 }
 
-// ---- Reading --------------------------------------------------------------------------------------
+// ---- Reading ------------------------------------------------------------------------------------
 
 TEST_F(Hpp, NothingIsConvertedWithLoss) {
   const zon::Item run = file["Run"];
@@ -403,7 +403,7 @@ TEST_F(Hpp, WrongPathsThrow) {
   EXPECT_EQ(file.text(), before);
 }
 
-// ---- Changing -------------------------------------------------------------------------------------
+// ---- Changing -----------------------------------------------------------------------------------
 
 struct Assignment {
   void (*assign)(zon::Item item);
@@ -522,7 +522,7 @@ TEST_F(Hpp, ItemsAreRemoved) {
   EXPECT_EQ(Place([&] { file["a//b"].remove(); }), "1 0:0");
 }
 
-// ---- Files ----------------------------------------------------------------------------------------
+// ---- Files --------------------------------------------------------------------------------------
 
 TEST_F(Hpp, SavingKeepsComments) {
   const std::string path = WriteFile("saved.zon", kHarbour);
@@ -657,7 +657,7 @@ TEST_F(Hpp, MergingKeepsTheRest) {
   EXPECT_NE(file.text().find("250.5 // metres"), std::string::npos);
 }
 
-// ---- Memory and threads ---------------------------------------------------------------------------
+// ---- Memory and threads -------------------------------------------------------------------------
 
 TEST_F(Hpp, ReadingByNameAllocatesNothing) {
   if (ZON_COUNTS_MEMORY == 0) GTEST_SKIP() << "the address sanitizer replaces operator new";
