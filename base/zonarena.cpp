@@ -2,8 +2,8 @@
 // sequence, from next_ to end_.
 //
 // Invariants:
-// - next_ and end_ are in the current chunk, or both null. A chunk of one large piece is never
-//   current.
+// - next_ and end_ are multiples of 8 in the current chunk, or both null. A chunk of one large
+//   piece is never current.
 // - chunks_ and kept_ are lists, the newest first. Only Clear walks them.
 // - freeBlocks_[n] is a stack of released blocks of 8 << n bytes, freePieces_[n] one of 8 * n
 //   bytes. What is released holds the pointer to the next one in its first bytes.
@@ -14,6 +14,7 @@
 #include "base/zonarena.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -55,14 +56,14 @@ void Arena::Clear() {
   hasPieces_ = false;
 }
 
-char* Arena::AllocateFromNewChunk(std::size_t size) {
+void* Arena::AllocateFromNewChunk(std::size_t size) {
   // A piece larger than a quarter of the next chunk gets a chunk of its own and the current one
   // stays in use. So what is left empty in a chunk is less than a quarter of its successor.
   std::size_t whole = kChunkSizes[std::min(grown_, std::size(kChunkSizes) - 1)];
   const bool alone = size > whole / 4;
   if (alone) {
     if (size > SIZE_MAX / 4) throw std::bad_alloc();
-    whole = (sizeof(Chunk) + size + 7) & ~std::size_t{7};  // rounded up to a multiple of 8
+    whole = sizeof(Chunk) + size;
   }
   void* memory = AllocateChunk(whole);
   if (memory == nullptr) throw std::bad_alloc();

@@ -10,10 +10,10 @@
 #define ZON_BASE_ZONARENA_H
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zon {
 
@@ -46,17 +46,8 @@ class Arena {
   // Allocates `size` bytes, aligned for pointers and doubles. Throws std::bad_alloc.
   void* Allocate(std::size_t size) {
     size = (size + 7) & ~std::size_t{7};
-    // Rounds next_ up to a multiple of 8. end_ is one too, so next_ cannot pass it.
-    next_ += -reinterpret_cast<std::uintptr_t>(next_) & 7;
-    return AllocateBytes(size);
-  }
-
-  // Allocates characters, not aligned. Throws std::bad_alloc.
-  char* AllocateBytes(std::size_t size) {
     if (size > static_cast<std::size_t>(end_ - next_)) return AllocateFromNewChunk(size);
-    char* allocated = next_;
-    next_ += size;
-    return allocated;
+    return std::exchange(next_, next_ + size);
   }
 
   // The same as Allocate, from what was released if there is a piece of this size.
@@ -82,7 +73,7 @@ class Arena {
 
   static constexpr std::size_t kLargestPiece = 256;
 
-  char* AllocateFromNewChunk(std::size_t size);
+  void* AllocateFromNewChunk(std::size_t size);
   void* ReusePiece(std::size_t size);
 
   char* next_ = nullptr;
