@@ -51,10 +51,10 @@ const char* zonGetAnchorFilename(void* node) {
 }
 
 const char* zonGetZonFileName(void* node) {
-  const CzonNode* pOwner =
+  const CzonNode* found =
       Query<CzonNode, const CzonNode*>(node, nullptr, [](CzonNode& n) { return &n; });
-  ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
-  return zonGetAnchorFilename(static_cast<CzonBase*>(pOwner->GetTopNode()));
+  ZON_ASSERT_TEXT(found != nullptr, "zondll", "pOwner != 0");
+  return zonGetAnchorFilename(static_cast<CzonBase*>(found->GetTopNode()));
 }
 
 void zonSetAnchorFilename(void* node, const char* name) {

@@ -75,8 +75,8 @@ Result ResultFolder(void* node) {
   int use = 0;
   Result folder = CustomFolder(node, &use);
   if (use != 0 && !folder.text.empty()) return folder;
-  const auto* pOwner = zon::Require<CzonNode>(node);
-  ZON_ASSERT_TEXT(pOwner != nullptr, "zondll", "pOwner != 0");
+  const auto* found = zon::Require<CzonNode>(node);
+  ZON_ASSERT_TEXT(found != nullptr, "zondll", "pOwner != 0");
   const CzonTargetList& root = *RequireRootOf(node);
   if (!root.GetResultRoot().empty()) return {true, zon::ResultFolderByRoot(root)};
   if (zon::IsAbsolutePath(TextOfNode(node))) return {true, {}};

@@ -141,8 +141,8 @@ inline CzonTargetList* RequireRoot(CzonData& data) {
 
 // Returns the root of the tree that contains the node. Aborts if the top is not the root of a file.
 inline CzonTargetList& RootOfTree(CzonNode& node) {
-  CzonNode* pOwner = node.GetTopNode();
-  auto* root = dynamic_cast<CzonTargetList*>(pOwner);
+  CzonNode* top = node.GetTopNode();
+  auto* root = dynamic_cast<CzonTargetList*>(top);
   ZON_ASSERT_TEXT(root != nullptr, "zondll", "dynamic_cast<CzonTargetList*>(pOwner) != 0");
   return *root;
 }

@@ -1,5 +1,6 @@
 // Invariants of the library. A broken one ends the process in every kind of build, as a damaged
 // tree would write damaged files. The text names the source, the function and the expression.
+// Compatibility: the expression is fixed text, whatever names the code uses.
 #ifndef ZON_BASE_ZONASSERT_H
 #define ZON_BASE_ZONASSERT_H
 

@@ -29,10 +29,10 @@ int CzonBool::GetSyntaxClass() const {
 
 void CzonBool::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonBool*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonbool", "Node");
+  const auto* other = dynamic_cast<const CzonBool*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonbool", "Node");
   CzonParam::Copy(source);
-  value_ = Node->value_;
+  value_ = other->value_;
 }
 
 void CzonBool::SetValue(bool value, zon::Arena* arena) {

@@ -11,8 +11,8 @@ int CzonBoolRef::GetBool() const {
 
 void CzonBoolRef::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonBoolRef*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonboolr", "Node");
+  const auto* other = dynamic_cast<const CzonBoolRef*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonboolr", "Node");
   CzonBool::Copy(source);
-  variable_ = Node->variable_;
+  variable_ = other->variable_;
 }

@@ -237,8 +237,8 @@ std::ostream& CzonClob::Write(std::ostream& out) const {
 
 void CzonClob::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonClob*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonclob", "Node");
+  const auto* other = dynamic_cast<const CzonClob*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonclob", "Node");
   CzonParam::Copy(source);
   state_.reset();
 }

@@ -23,8 +23,8 @@ CzonParam* CzonNamedNode::FindDefault(CzonNode* start, const std::string& name,
       if (!node->IsOfLibrary()) return node->FindDefault(const_cast<CzonNode*>(from), name, n);
     }
     const std::uint32_t place = from != nullptr ? node->PlaceOf(from) : node->Children().Size();
-    const bool Ok = place < node->Children().Size();
-    ZON_ASSERT_TEXT(Ok, "zonnamno", "Ok");
+    const bool isPlace = place < node->Children().Size();
+    ZON_ASSERT_TEXT(isPlace, "zonnamno", "Ok");
     // Compatibility: hosts rely on the first definition of a section hiding the others, even if it
     // has no such value.
     const CzonNamedNode* definition = node->FindDefinition(name);

@@ -16,8 +16,8 @@ double CzonDoubleRef::GetDouble() const {
 
 void CzonDoubleRef::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonDoubleRef*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zondoubr", "Node");
+  const auto* other = dynamic_cast<const CzonDoubleRef*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zondoubr", "Node");
   CzonDouble::Copy(source);
-  variable_ = Node->variable_;
+  variable_ = other->variable_;
 }

@@ -16,8 +16,8 @@ float CzonFloatRef::GetFloat() const {
 
 void CzonFloatRef::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonFloatRef*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonfloar", "Node");
+  const auto* other = dynamic_cast<const CzonFloatRef*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonfloar", "Node");
   CzonFloat::Copy(source);
-  variable_ = Node->variable_;
+  variable_ = other->variable_;
 }

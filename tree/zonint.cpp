@@ -33,11 +33,11 @@ int CzonInt::GetSyntaxClass() const {
 
 void CzonInt::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonInt*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonint", "Node");
+  const auto* other = dynamic_cast<const CzonInt*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonint", "Node");
   CzonNumeric::Copy(source);
-  Set(kHasInt, Node->Has(kHasInt));
-  integer_ = Node->integer_;
+  Set(kHasInt, other->Has(kHasInt));
+  integer_ = other->integer_;
 }
 
 long CzonInt::CStoInt() {

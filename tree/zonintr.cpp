@@ -16,8 +16,8 @@ int CzonIntRef::GetInt() const {
 
 void CzonIntRef::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonIntRef*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonintr", "Node");
+  const auto* other = dynamic_cast<const CzonIntRef*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonintr", "Node");
   CzonInt::Copy(source);
-  variable_ = Node->variable_;
+  variable_ = other->variable_;
 }

@@ -24,16 +24,15 @@ CzonNamedNode* CzonNode::GetOwner() const {
 }
 
 const std::string& CzonNode::GetZonFilename() const {
-  const CzonNode* pOwner = this;
+  const CzonNode* top = this;
   // The compiler may assume that `this` is not null. The empty asm hides where the value comes
   // from.
-  asm("" : "+r"(pOwner));
-  ZON_ASSERT_TEXT(pOwner != nullptr, "zonnode", "pOwner != 0");
-  pOwner = pOwner->GetTopNode();
-  const bool isRoot =
-      pOwner->Has(kNamed) && static_cast<const CzonNamedNode*>(pOwner)->HoldsFilename();
+  asm("" : "+r"(top));
+  ZON_ASSERT_TEXT(top != nullptr, "zonnode", "pOwner != 0");
+  top = top->GetTopNode();
+  const bool isRoot = top->Has(kNamed) && static_cast<const CzonNamedNode*>(top)->HoldsFilename();
   ZON_ASSERT_TEXT(isRoot, "zonnode", "dynamic_cast<const CzonTargetList*>(pOwner) != 0");
-  return pOwner->GetZonFilename();
+  return top->GetZonFilename();
 }
 
 // Numbers that a Copy has reset return when the next node of the name enters the index.

@@ -36,11 +36,11 @@ double CzonNumeric::GetDouble() const {
 
 void CzonNumeric::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonNumeric*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonnumer", "Node");
+  const auto* other = dynamic_cast<const CzonNumeric*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonnumer", "Node");
   CzonParam::Copy(source);
-  Set(kHasDouble, Node->Has(kHasDouble));
-  double_ = Node->double_;
+  Set(kHasDouble, other->Has(kHasDouble));
+  double_ = other->double_;
 }
 
 float CzonNumeric::FloatView(double value) {

@@ -35,11 +35,11 @@ int CzonReal::GetSyntaxClass() const {
 
 void CzonReal::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonReal*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonreal", "Node");
+  const auto* other = dynamic_cast<const CzonReal*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonreal", "Node");
   CzonNumeric::Copy(source);
-  Set(kHasInt, Node->Has(kHasInt));
-  integer_ = Node->integer_;
+  Set(kHasInt, other->Has(kHasInt));
+  integer_ = other->integer_;
 }
 
 long long CzonReal::FloatToInt() {

@@ -174,8 +174,8 @@ int CzonTargetList::GetSyntaxClass() const {
 
 void CzonTargetList::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Src = dynamic_cast<const CzonTargetList*>(source);
-  ZON_ASSERT_TEXT(Src != nullptr, "zontarli", "Src");
+  const auto* other = dynamic_cast<const CzonTargetList*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zontarli", "Src");
   CzonNamedNode::Copy(source);
 }
 
@@ -380,8 +380,8 @@ int CzonSection::GetSyntaxClass() const {
 
 void CzonSection::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Src = dynamic_cast<const CzonSection*>(source);
-  ZON_ASSERT_TEXT(Src != nullptr, "zontarli", "Src");
+  const auto* other = dynamic_cast<const CzonSection*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zontarli", "Src");
   CzonTargetList::Copy(source);
 }
 

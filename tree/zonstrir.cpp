@@ -28,9 +28,9 @@ std::ostream& CzonStringRef::Write(std::ostream& out) const {
 
 void CzonStringRef::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Node = dynamic_cast<const CzonStringRef*>(source);
-  ZON_ASSERT_TEXT(Node != nullptr, "zonstrir", "Node");
+  const auto* other = dynamic_cast<const CzonStringRef*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonstrir", "Node");
   CzonString::Copy(source);
-  cell_ = Node->cell_;
-  variable_ = Node->variable_;
+  cell_ = other->cell_;
+  variable_ = other->variable_;
 }

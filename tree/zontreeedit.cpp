@@ -293,13 +293,13 @@ int CzonNamedNode::CountNumber(const CzonNode& child) {
 
 void CzonNamedNode::Copy(const CzonNode* source) {
   if (source == this || source == nullptr) return;
-  const auto* Src = dynamic_cast<const CzonNamedNode*>(source);
-  ZON_ASSERT_TEXT(Src != nullptr, "zonnamno", "Src");
+  const auto* other = dynamic_cast<const CzonNamedNode*>(source);
+  ZON_ASSERT_TEXT(other != nullptr, "zonnamno", "Src");
   // The source may be above or below this node, so the copy is made aside. The old content, which
   // may hold the source, is deleted last.
-  const std::unique_ptr<CzonNamedNode> aside = zon::NodeAccess::CopyAside(*this, *Src);
+  const std::unique_ptr<CzonNamedNode> aside = zon::NodeAccess::CopyAside(*this, *other);
   if (GetOwner() != nullptr) GetOwner()->NumberChildren(*this);  // ResetNumber must not fail
-  zon::NodeAccess::Rename(*this, Src->GetNameView());
+  zon::NodeAccess::Rename(*this, other->GetNameView());
   zon::NodeAccess::SwapContent(*this, *aside);
   ResetNumber();
   aside->Clear();
@@ -313,21 +313,21 @@ void CzonNamedNode::CopyContent(const CzonNamedNode& source) {
     const auto [to, from] = open.back();
     open.pop_back();
     for (CzonNode* child : from->Children()) {
-      std::unique_ptr<CzonNode> NewCopy(child->CreateObj());
-      const CzonNode& made = *NewCopy;
+      std::unique_ptr<CzonNode> copy(child->CreateObj());
+      const CzonNode& made = *copy;
       ZON_ASSERT_TEXT(typeid(made) == typeid(*child), "zonnamno",
                       "typeid(*NewCopy) == typeid(*Src)");
       if (child->Has(kNamed) && static_cast<CzonNamedNode*>(child)->IsOfLibrary()) {
-        auto* named = static_cast<CzonNamedNode*>(NewCopy.get());
+        auto* named = static_cast<CzonNamedNode*>(copy.get());
         const auto& original = static_cast<const CzonNamedNode&>(*child);
         named->SetName(original.GetNameView());
         named->CopyFields(original);
         open.emplace_back(named, &original);
       } else {
-        NewCopy->Copy(child);
+        copy->Copy(child);
       }
-      to->AppendCopy(NewCopy.get());
-      static_cast<void>(NewCopy.release());  // owned by `to` now
+      to->AppendCopy(copy.get());
+      static_cast<void>(copy.release());  // owned by `to` now
     }
   }
 }
