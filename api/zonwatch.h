@@ -26,8 +26,8 @@ struct Watch {
   Watch& operator=(const Watch&) = delete;
   ~Watch() { watchedFiles.fetch_sub(1, std::memory_order_relaxed); }
 
-  std::set<std::string, std::less<>>
-      missing;  // names that were not found, a limited number of them
+  // Names that were not found, a limited number of them.
+  std::set<std::string, std::less<>> missing;
 };
 
 void MarkRead(const CzonNode& node);

@@ -316,7 +316,7 @@ Content CompareContent(const std::string& name, std::string_view text, int* erro
   struct stat facts {};
   *error = ErrorOf([&] { return stat(name.c_str(), &facts); });
   if (*error != 0) return *error == ENOENT ? Content::kMissing : Content::kUnreadable;
-  if (!S_ISREG(facts.st_mode)) return Content::kNoFile;
+  if (!S_ISREG(facts.st_mode)) return Content::kNotRegular;
   InputFile file;
   std::vector<char> block(file.Open(name.c_str()) ? kBlock : 0);
   while (const std::size_t size = file.Read(block.data(), block.size())) {

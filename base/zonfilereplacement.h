@@ -32,9 +32,9 @@ int ReplaceFile(const std::string& name, std::string_view text, const ReplaceOpt
 enum class Content {
   kSame,
   kDifferent,
-  kMissing,    // nothing has the name, or a link is dangling
-  kNoFile,     // a device, pipe, socket or folder: it has no content to compare and is not opened
-  kUnreadable  // `error` is the errno
+  kMissing,     // nothing has the name, or a link is dangling
+  kNotRegular,  // a device, pipe, socket or folder: it has no content to compare and is not opened
+  kUnreadable   // `error` is the errno
 };
 
 // Compares the content of a file with a text, in blocks and only up to the first difference.

@@ -71,7 +71,7 @@ inline const char* SkipWord(const char* at, const char* end) {
 }
 
 // In a text that spells its closing delimiter as two: the place of the first single one. Null if
-// there is none, or if the character after it is not visible.
+// there is none before `end`, also if it is the last character: a second one could follow there.
 inline const char* FindClosing(char delimiter, const char* at, const char* end) {
   for (;;) {
     const char* found = FindChar(delimiter, at, end);

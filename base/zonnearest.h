@@ -8,8 +8,8 @@
 namespace zon {
 
 // How many letters must be inserted, removed, replaced or exchanged with their neighbour to turn
-// one name into the other, without letter case. `limit` + 1 if it is more than `limit`. Names of
-// more than 64 letters are only compared for equality.
+// one name into the other (optimal string alignment distance), without letter case. `limit` + 1 if
+// it is more than `limit`. Names of more than 64 letters are only compared for equality.
 std::size_t EditDistance(std::string_view a, std::string_view b, std::size_t limit);
 
 // Keeps the nearest of the names it is shown.

@@ -438,9 +438,9 @@ void Checker::ReportOpenSections(const char* at) {
 Resumption Checker::ResumeAfter(const Mistake& mistake, const char* tokenEnd) {
   Resumption resumption{mistake.action, mistake.after};
   if (mistake.action == Resumption::kOpenSection) {
-    const char* const lineEnd = text_->End();
-    const char* const name = SkipBlanks(mistake.after + 1, lineEnd);
-    OpenSection({name, static_cast<std::size_t>(SkipWord(name, lineEnd) - name)},
+    const char* const end = text_->End();
+    const char* const name = SkipBlanks(mistake.after + 1, end);
+    OpenSection({name, static_cast<std::size_t>(SkipWord(name, end) - name)},
                 {mistake.after, mistake.after + 1});
   } else if (mistake.action == Resumption::kCloseSection) {
     CloseSection(mistake.after);
@@ -490,7 +490,7 @@ LineKind Checker::ClassifyNext(const char* line) const {
   return ClassifyLine(SkipBlanks(line, end), end);
 }
 
-// Reading goes back to before `at`, so what was found behind it is not trusted.
+// Reading goes back to `at`, so warnings of what follows it are dropped.
 void Checker::ForgetAfter(const char* at) {
   while (!findings_.empty() && findings_.back().severity == Severity::kWarning &&
          findings_.back().place.begin > at) {

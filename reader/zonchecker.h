@@ -132,8 +132,8 @@ class Checker {
   Span gluedPlace_;                   // the last two values that look like one number
   std::vector<Candidate> candidates_;
   std::vector<Candidate>* wanted_ = nullptr;  // set in the second run, which only counts
-  bool forgivesEnd_ =
-      false;  // an error before was a header that is missing, so an end is left over
+  // Set after the error of a missing header: the end that is left over is not reported.
+  bool forgivesEnd_ = false;
   bool hasStopped_ = false;
   std::size_t errors_ = 0;
   std::size_t warnings_ = 0;

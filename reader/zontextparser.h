@@ -1,5 +1,5 @@
-// The parser behind a lexer that reads a text without making a tree of it: skips comments, and has
-// the first error.
+// A parser without a grammar, for a lexer that reads a text without making a tree of it: skips
+// comments and keeps the first error.
 #ifndef ZON_READER_ZONTEXTPARSER_H
 #define ZON_READER_ZONTEXTPARSER_H
 

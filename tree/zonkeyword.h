@@ -20,12 +20,11 @@ class ZON_API CzonKeyword : public CzonNamedNode {
   int IsKeyword() const override;
 
   /** The n-th value. For a default placeholder: the default value, or the placeholder itself if
-   *  there is none. @{ */
+   *  there is none. */
   CzonParam* ParamByNum(unsigned int n) const override;
   std::ostream& Write(std::ostream& out) const override;
   void Explore(void (*visit)(CzonNode*)) override;
   int GetSyntaxClass() const override;
-  /** @} */
 
   /** Appends a value and numbers it. Null is ignored. */
   void AddParam(CzonParam* param);

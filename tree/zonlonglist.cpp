@@ -125,8 +125,8 @@ LongList::Spot LongList::SpotOf(std::uint32_t place) const {
   if (place >= size_) {
     return {static_cast<std::uint32_t>(count - 1), order_.back().size};
   }
-  if (place >= found_.at && place - found_.at < order_[found_.block].size) {
-    return {found_.block, place - found_.at};
+  if (place >= found_.firstPlace && place - found_.firstPlace < order_[found_.block].size) {
+    return {found_.block, place - found_.firstPlace};
   }
   const std::uint32_t wanted = place;
   std::size_t block = 0;

@@ -74,6 +74,12 @@ class LongList {
   const std::vector<Block>& Blocks() const { return order_; }
 
  private:
+  // The block that SpotOf has found last.
+  struct FoundBlock {
+    std::uint32_t block;
+    std::uint32_t firstPlace;
+  };
+
   static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
 
   const Block* BlockOf(const CzonNode& node) const;
@@ -92,8 +98,7 @@ class LongList {
   std::vector<std::unique_ptr<CzonNode*[]>> spares_;  // what Reserve has prepared
   std::uint32_t size_ = 0;
   mutable std::uint32_t recent_ = 0;
-  // The block that SpotOf has found last, and the place of its first node.
-  mutable Spot found_ = {0, 0};
+  mutable FoundBlock found_ = {0, 0};
   const NodeLabels* labels_;
 };
 

@@ -37,8 +37,8 @@ struct NameQueue {
   // Set when a node is filed twice, never cleared. Such a node's number is its last place, so
   // FindInQueue searches from the start.
   std::uint32_t hasRepeats : 1;
-  std::uint32_t
-      hasLostNumbers : 1;  // a number is not the place; cleared when the queue is numbered
+  // A number is not the place; cleared when the queue is numbered.
+  std::uint32_t hasLostNumbers : 1;
   // The low 30 bits of GetLostNumbers() at the last numbering. If they differ, numbers may be lost.
   std::uint32_t lossesSeen : 30;
 };

@@ -229,9 +229,7 @@ struct NodeAccess {
                                                   const CzonNamedNode& source);
   static void SwapContent(CzonNamedNode& node, CzonNamedNode& other);
 
-  // Values. SetValue sets the value and the text, ReadText the value from the text, SetViews a
-  // number without its text: of integers the value and the low bits of the whole number, of reals
-  // the value.
+  // The text of a value, as it is stored.
   template <class Value>
   static std::string_view GetTextView(const Value& value) {
     return View(value.text_);
@@ -279,6 +277,9 @@ struct NodeAccess {
   static void ReferToText(Value& value, std::string_view text) {
     ReferTo(value.text_, text);
   }
+  // SetValue sets the value and the text, ReadText the value from the text, SetViews a number
+  // without its text: of integers the value and the low bits of the whole number, of reals the
+  // value.
   template <class Value, class Number>
   static void SetValue(Value& value, Number number, Arena* arena) {
     value.SetValue(number, arena);
@@ -330,8 +331,7 @@ struct NodeAccess {
     return clob.Keep(std::move(text));
   }
 
-  // Values that are parsed later, see zondeferredvalues.h. AppendNew appends nodes in the arena of
-  // the keyword and numbers them.
+  // Values that are parsed later, see zondeferredvalues.h.
   static void DeferValues(CzonNamedNode& keyword, const DeferredValues& values) {
     keyword.DeferValues(values);
   }
@@ -340,13 +340,15 @@ struct NodeAccess {
     return keyword.Has(CzonNode::kDeferred) ? TextOf(keyword.children_.deferred)
                                             : std::string_view();
   }
-  // The same values from another place, for a keyword whose values are not parsed yet.
+  // For a keyword whose values are not parsed yet: where they are, and the same ones from another
+  // place.
   static const DeferredValues& GetDeferred(const CzonNamedNode& keyword) {
     return keyword.children_.deferred;
   }
   static void MoveDeferred(CzonNamedNode& keyword, const DeferredValues& values) {
     keyword.children_.deferred = values;
   }
+  // Appends values in the arena of the keyword, and numbers them.
   static void AppendNew(CzonNamedNode& keyword, CzonNode* const* values, std::uint32_t count) {
     keyword.AppendNew(values, count);
   }

@@ -537,9 +537,9 @@ TEST_F(Replace, CompareContent) {
               {folder + "large", large.substr(1) + "m", Content::kDifferent, 0},
               {folder + "none", "", Content::kMissing, ENOENT},
               {folder + "loop", "", Content::kUnreadable, ELOOP},
-              {pipe, "", Content::kNoFile, 0},
-              {folder, "", Content::kNoFile, 0},
-              {"/dev/null", "", Content::kNoFile, 0}};
+              {pipe, "", Content::kNotRegular, 0},
+              {folder, "", Content::kNotRegular, 0},
+              {"/dev/null", "", Content::kNotRegular, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name + ": " + row.text.substr(0, 1));
     int error = -1;
