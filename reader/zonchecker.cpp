@@ -278,7 +278,7 @@ void Checker::CheckValues(std::string_view values) {
       if (endOfNumber == nullptr) endOfNumber = at + 1;
       const bool hasSign = at > values.data() && (at[-1] == '-' || at[-1] == '+');
       if (isWhole) CheckInteger(hasSign ? at - 1 : at, endOfNumber);
-      if (isWhole && IsGlued(at, endOfNumber, values))
+      if (isWhole && IsBeforeLastDigits(at, endOfNumber, values))
         gluedPlace_ = {at, SkipDigits(endOfNumber + 1, end)};
       at = endOfNumber;
     } else {
@@ -290,7 +290,7 @@ void Checker::CheckValues(std::string_view values) {
 
 // Whether a whole number is followed by a comma and, without a blank, by the last value of the
 // list, which has digits alone.
-bool Checker::IsGlued(const char* number, const char* comma, std::string_view values) {
+bool Checker::IsBeforeLastDigits(const char* number, const char* comma, std::string_view values) {
   const char* const end = values.data() + values.size();
   if (comma + 1 >= end || *comma != ',' || number == values.data()) return false;
   const char* const endOfDigits = SkipDigits(comma + 1, end);
@@ -300,7 +300,7 @@ bool Checker::IsGlued(const char* number, const char* comma, std::string_view va
 // The same for a value that is not plain, such as one with a remark.
 void Checker::NoteGlued(std::string_view value) {
   const char* const end = value.data() + value.size();
-  if (value.empty() || SkipDigits(value.data(), end) != end || !zon::IsGlued(value)) return;
+  if (value.empty() || SkipDigits(value.data(), end) != end || !FollowsNumber(value)) return;
   const char* number = value.data() - 1;
   while (IsDigit(number[-1])) --number;
   gluedPlace_ = {number, end};

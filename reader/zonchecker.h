@@ -103,7 +103,7 @@ class Checker {
   void CheckValues(std::string_view values);
   void CheckGluedComment(const char* semicolon);
   void NoteGlued(std::string_view value);
-  static bool IsGlued(const char* number, const char* comma, std::string_view values);
+  static bool IsBeforeLastDigits(const char* number, const char* comma, std::string_view values);
   void CountInstance(std::string_view name);
 
   Resumption RecoverFromDepth(const ParseFailure& failure);

@@ -100,9 +100,12 @@ int FindExceptionalRule(int state, int token) {
   return 0;
 }
 
+// How far reductions of empty rules can grow a stack before a token is shifted.
+constexpr std::size_t kMostEmptyRules = 10;
+
 // Whether a token is shifted in the end, after the reductions that the states make before.
 bool Accepts(const int* states, std::size_t depth, int token) {
-  std::array<int, 160> stack;
+  std::array<int, kStackDepth + kMostEmptyRules> stack;
   std::copy(states, states + depth, stack.begin());
   while (depth < stack.size()) {
     const int state = stack[depth - 1];

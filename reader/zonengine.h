@@ -26,6 +26,9 @@ namespace zon {
 
 class Lexer;
 
+// More open sections, keywords and values than that are an error.
+constexpr std::size_t kStackDepth = 150;
+
 template <class Builder>
 class Engine {
  public:
@@ -40,9 +43,7 @@ class Engine {
   int Run();
 
  private:
-  static constexpr std::size_t kDepth = 150;
-
-  bool HasRoom(std::size_t more) const { return depth_ + more <= kDepth; }
+  bool HasRoom(std::size_t more) const { return depth_ + more <= kStackDepth; }
   void Push(int state, const SymbolValue& value);
   int State() const { return states_[depth_ - 1]; }
   int ReadSimpleToken();
@@ -58,17 +59,17 @@ class Engine {
   const bool mayMergeTokens_;
   int token_;  // as the tables number it
   std::size_t depth_ = 0;
-  int states_[kDepth];
+  int states_[kStackDepth];
   // Of the symbols that led to the states. Initialized: a rule with an empty right side reads the
   // place after the top.
-  SymbolValue values_[kDepth] = {};
+  SymbolValue values_[kStackDepth] = {};
 
   // Of a builder that recovers: the stack as it was when the token was read. What is expected
   // follows from it, not from what is left of it when the error is noticed.
   int code_ = 0;  // of the token, as the lexer numbers it
   bool afterLine_ = false;
   std::size_t notedDepth_ = 0;
-  int notedStates_[kDepth];
+  int notedStates_[kStackDepth];
   SymbolValue notedValues_[2];  // the top of the stack and the value below it
 };
 

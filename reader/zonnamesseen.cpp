@@ -11,7 +11,7 @@ constexpr std::size_t kLongestSearch = 64;
 // Setting the bit by which cases differ makes names equal that are not: that is only a suspicion.
 constexpr std::uint64_t kCase = kEachByte * 0x20;
 
-std::uint32_t Hash(const void* owner, std::string_view name) {
+std::uint32_t Hash(const void* owner, bool isSection, std::string_view name) {
   const std::size_t size = name.size();
   std::uint64_t head = 0;
   std::uint64_t tail = 0;
@@ -26,17 +26,18 @@ std::uint32_t Hash(const void* owner, std::string_view name) {
   constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
   std::uint64_t hash = ((head | kCase) ^ (middle | kCase) << 8 ^ size) * kOdd;
   hash = ((hash ^ (hash >> 32)) + (tail | kCase)) * kOdd;
-  hash = ((hash ^ (hash >> 32)) + reinterpret_cast<std::uintptr_t>(owner)) * kOdd;
+  const std::uintptr_t list = reinterpret_cast<std::uintptr_t>(owner) + (isSection ? 1 : 0);
+  hash = ((hash ^ (hash >> 32)) + list) * kOdd;
   return static_cast<std::uint32_t>(hash >> 32);
 }
 
 }  // namespace
 
-bool NamesSeen::MayRepeat(const void* owner, std::string_view name) {
+bool NamesSeen::MayRepeat(const void* owner, bool isSection, std::string_view name) {
   // Files treat the empty name and one blank as one name.
   if (isOverrun_ || FiledName(name) == " ") return true;
   if (2 * used_ >= entries_.size()) Grow();
-  const Search found = Add(Hash(owner, name));
+  const Search found = Add(Hash(owner, isSection, name));
   isOverrun_ = isOverrun_ || found == Search::kTooLong;
   return found != Search::kNew;
 }

@@ -20,8 +20,9 @@ namespace zon {
 
 class NamesSeen {
  public:
-  // Whether `owner` may have this name already. Notes it. Throws std::bad_alloc.
-  bool MayRepeat(const void* owner, std::string_view name);
+  // Whether `owner` may have a section, or else a keyword, of this name already. Notes it. Throws
+  // std::bad_alloc.
+  bool MayRepeat(const void* owner, bool isSection, std::string_view name);
 
   // Forgets the names. Call when no section is open.
   void Clear();

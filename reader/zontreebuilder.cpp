@@ -146,12 +146,10 @@ void TreeBuilder::FileKeyword(const SymbolValue& section, const SymbolValue& val
   NoteName(section.node, keyword);
 }
 
-// Only a namesake can make the new node ambiguous. The sign of the owner keeps the names of
-// sections apart from those of keywords.
+// Only a namesake can make the new node ambiguous.
 void TreeBuilder::NoteName(CzonNode* owner, const CzonNamedNode* node) {
-  const bool isSection = NodeAccess::IsSection(*node);
-  const char* const kind = reinterpret_cast<const char*>(owner) + (isSection ? 1 : 0);
-  const bool mayRepeat = owner == list_ || names_.MayRepeat(kind, NodeAccess::GetNameView(*node));
+  const bool mayRepeat = owner == list_ || names_.MayRepeat(owner, NodeAccess::IsSection(*node),
+                                                            NodeAccess::GetNameView(*node));
   if (!mayRepeat) return;
   NodeAccess::SetNamesDiffer(*owner, false);
   if (node->GetInstanceNo() > 1) CheckUnique(node);
@@ -275,7 +273,7 @@ SymbolValue TreeBuilder::ReduceValue(int rule, const SymbolValue* right) {
   SymbolValue result = right[0];
   switch (rule) {
     case kValueInteger:
-      if (IsLong(right[0].Text()) || IsGlued(right[0].Text())) isSuspect_ = true;
+      if (IsLong(right[0].Text()) || FollowsNumber(right[0].Text())) isSuspect_ = true;
       result.node = MakeValue(arena_, INTEGER, right[0].Text());
       return result;
     case kValueReal:

@@ -225,7 +225,7 @@ PlainValues FindValues(const char* at, const char* end) {
       plain.next = cursor.At();
     }
     plain.end = endOfValue;
-    if (token == INTEGER && (IsLong(value) || (count == 2 && IsGlued(value))))
+    if (token == INTEGER && (IsLong(value) || (count == 2 && FollowsNumber(value))))
       plain.isSuspect = true;
   }
   return plain;

@@ -28,12 +28,12 @@ inline std::string_view UpToZero(std::string_view text) {
 // token is no value by itself.
 CzonNode* MakeValue(Arena& arena, int token, std::string_view text);
 
-// Whether a check may warn of an integer: it may have more than 32 bits, or follows another one and
-// a comma without a blank.
+// Whether a check may warn of an integer: it may have more than 32 bits, or it follows another
+// number and a comma without a blank.
 inline bool IsLong(std::string_view integer) {
   return integer.size() > 9;
 }
-inline bool IsGlued(std::string_view integer) {
+inline bool FollowsNumber(std::string_view integer) {
   return integer.data()[-1] == ',' && IsClass(integer.data()[-2], kDigit);
 }
 

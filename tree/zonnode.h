@@ -162,28 +162,29 @@ class ZON_API CzonNode : public CzonBase {
   const std::string& GetRemark() const;
 
  protected:
-  /// Facts of a node. Set by the constructor of the class, if not said otherwise.
+  /// Facts of a node. Set by the constructor of the class, if not said otherwise. Bits 17 to 19 are
+  /// the flags of a named node, bits 24 to 31 the size of a node in an arena.
   enum Bits : std::uint32_t {
-    kNamed = 1,        ///< a CzonNamedNode
-    kList = 2,         ///< a CzonTargetList
-    kSection = 4,      ///< a CzonSection
-    kKeyword = 8,      ///< a CzonKeyword
-    kInArena = 16,     ///< the node is in the arena of its tree; set by NodeAccess::Make
-    kDeep = 32,        ///< set when the node, or one below it, owns memory outside the arena; read
-                       ///< when nodes are freed
-    kOwnsRemark = 64,  ///< the remark is in the free store
-    kHasDouble = 128,  ///< of numbers: the views that are set
-    kHasInt = 256,
-    kDeferred = 512,         ///< of keywords: the values are not made yet
-    kRead = 2048,            // of keywords: a value was read while a file was watched
-    kLostNumbers = 1024,     ///< of keywords: a Copy has reset the number of a value
-    kUnnumbered = 4096,      ///< the instance number is made, or counted, when it is asked for
-    kNumberLost = 8192,      ///< of nodes whose number is counted: a Copy has reset it to 0
-    kOwnText = 16384,        ///< the name or text is a copy in the arena that only this node has
-    kHasExtras = 32768,      ///< the owner is in the extras
-    kOwnsExtras = 65536,     ///< the extras are in the free store
-    kAlone = 1 << 20,        ///< the index of the owner has no other node of this name
-    kNamesDiffer = 1 << 21,  ///< of sections as they were read: no name is in them twice
+    kNamed = 1U << 0,       ///< a CzonNamedNode
+    kList = 1U << 1,        ///< a CzonTargetList
+    kSection = 1U << 2,     ///< a CzonSection
+    kKeyword = 1U << 3,     ///< a CzonKeyword
+    kInArena = 1U << 4,     ///< the node is in the arena of its tree; set by NodeAccess::Make
+    kDeep = 1U << 5,        ///< set when the node, or one below it, owns memory outside the arena;
+                            ///< read when nodes are freed
+    kOwnsRemark = 1U << 6,  ///< the remark is in the free store
+    kHasDouble = 1U << 7,   ///< of numbers: the view as a double is set
+    kHasInt = 1U << 8,      ///< of numbers: the view as an integer is set
+    kDeferred = 1U << 9,    ///< of keywords: the values are not made yet
+    kLostNumbers = 1U << 10,  ///< of keywords: a Copy has reset the number of a value
+    kRead = 1U << 11,         ///< of keywords: a value was read while a file was watched
+    kUnnumbered = 1U << 12,   ///< the instance number is made, or counted, when it is asked for
+    kNumberLost = 1U << 13,   ///< of nodes whose number is counted: a Copy has reset it to 0
+    kOwnText = 1U << 14,      ///< the name or text is a copy in the arena that only this node has
+    kHasExtras = 1U << 15,    ///< the owner is in the extras
+    kOwnsExtras = 1U << 16,   ///< the extras are in the free store
+    kAlone = 1U << 20,        ///< the index of the owner has no other node of this name
+    kNamesDiffer = 1U << 21,  ///< of sections as they were read: no name is in them twice
   };
 
   bool Has(Bits bit) const { return (bits_ & bit) != 0; }  ///< whether the bit is set
