@@ -79,6 +79,12 @@ void Add(const zonxReport* report, void* context) {
   const bool isNote = report->severity == ZONX_NOTE;
   const bool isStop = std::strncmp(report->relatedMessage, "the loader stops here", 21) == 0;
   Check(*report->rule != '\0' && *report->message != '\0', "a report without words");
+  const auto isSame = [&](const Found& one) {
+    return one.severity == report->severity && one.rule == report->rule &&
+           one.place.offset == report->place.offset;
+  };
+  Check(isNote || std::none_of(checked.found.begin(), checked.found.end(), isSame),
+        "a report is repeated:", report->rule);
   Check(std::strchr(report->message, '\n') == nullptr, "a message of two lines");
   if (!isNote || report->place.line != 0) {
     ExpectPlace(checked.whole, report->place);

@@ -217,7 +217,7 @@ void Checker::CheckMulti(std::string_view name) {
 
 void Checker::ReportTemplate(const char* loaderMessage, Finding finding) {
   parser_->yyerror(loaderMessage);
-  TakeFirst();
+  KeepFirstError();
   Add(std::move(finding));
 }
 
@@ -363,7 +363,7 @@ void Checker::NoteToken() {
 
 // ---- Errors -------------------------------------------------------------------------------------
 
-void Checker::TakeFirst() {
+void Checker::KeepFirstError() {
   if (first_.at == nullptr) {
     first_ = {parser_->GetError(), parser_->GetErrorLine(), parser_->GetErrorPosition(),
               TextSource(parser_->Stream()).At()};
@@ -374,7 +374,7 @@ void Checker::TakeFirst() {
 Resumption Checker::Recover(const ParseFailure& failure) {
   const std::string lexerError =
       failure.token == kFailedToken ? parser_->GetError() : std::string();
-  TakeFirst();
+  KeepFirstError();
   if (failure.isTooDeep) return RecoverFromDepth(failure);
   const char* const tokenEnd = TextSource(parser_->Stream()).At();
   const ParseScene scene{text_->Begin(),  text_->End(),         lexer_.TokenBegin(),
@@ -395,7 +395,13 @@ Resumption Checker::Recover(const ParseFailure& failure) {
     Add(std::move(mistake.finding));
   }
   if (failure.context == ParseContext::kOutside && failure.token != ENDSECT) forgivesEnd_ = true;
-  return hasStopped_ ? Resumption{Resumption::kStop, tokenEnd} : ResumeAfter(mistake, tokenEnd);
+  if (hasStopped_) return {Resumption::kStop, tokenEnd};
+  // The token that does not fit may be the end of the section.
+  const bool isEnd = failure.token == ENDSECT && failure.context != ParseContext::kHeader;
+  const char* const rest = isEnd ? lexer_.TokenBegin() : tokenEnd;
+  const Resumption resumption = ResumeAfter(mistake, rest);
+  resumedAt_ = resumption.at;
+  return resumption;
 }
 
 // The stack is full. Everything that is deeper is skipped, up to the end of the innermost section
@@ -435,7 +441,7 @@ void Checker::ReportOpenSections(const char* at) {
   }
 }
 
-Resumption Checker::ResumeAfter(const Mistake& mistake, const char* tokenEnd) {
+Resumption Checker::ResumeAfter(const Mistake& mistake, const char* rest) {
   Resumption resumption{mistake.action, mistake.after};
   if (mistake.action == Resumption::kOpenSection) {
     const char* const end = text_->End();
@@ -446,17 +452,23 @@ Resumption Checker::ResumeAfter(const Mistake& mistake, const char* tokenEnd) {
     CloseSection(mistake.after);
   }
   if (mistake.isExact) return resumption;
-  const char* const end =
-      mistake.isOpen ? nullptr : FindEndInLine(std::max(mistake.after, tokenEnd));
+  const char* const end = mistake.isOpen ? nullptr : FindEndInLine(std::max(mistake.after, rest));
   resumption.at = end != nullptr ? end : NextLine(mistake);
   return resumption;
 }
 
-// An EndSect in the rest of a line, before any text or comment.
+// An EndSect in the rest of a line, outside of texts and remarks and before any comment.
 const char* Checker::FindEndInLine(const char* at) const {
-  const char* const end = text_->End();
   if (depth_ == 0) return nullptr;
-  while (at < end && std::string_view("\n'|#;/{").find(*at) == std::string_view::npos) {
+  const char* const newline = FindChar('\n', at, text_->End());
+  const char* const end = newline != nullptr ? newline : text_->End();
+  while (at < end && *at != ';' && *at != '/') {
+    if (std::string_view("'|#{").find(*at) != std::string_view::npos) {
+      const char* const closer = FindChar(*at == '{' ? '}' : *at, at + 1, end);
+      if (closer == nullptr) return nullptr;
+      at = closer + 1;
+      continue;
+    }
     const char* const endOfWord = SkipWord(at, end);
     if (EqualNoCase({at, static_cast<std::size_t>(endOfWord - at)}, "endsect")) return at;
     at = endOfWord > at ? endOfWord : at + 1;
@@ -466,9 +478,10 @@ const char* Checker::FindEndInLine(const char* at) const {
 
 // The line at which reading goes on: the first one after the mistake that shows structure. After a
 // mistake within a line, also one that begins with a word, unless the line before ends with a
-// comma, so that a list goes on. The end of the text if there is none.
+// comma, so that a list goes on. The end of the text if there is none. A mistake can be before the
+// line at which reading went on last: the next line is after both.
 const char* Checker::NextLine(const Mistake& mistake) {
-  const char* line = mistake.after;
+  const char* line = std::max(mistake.after, resumedAt_);
   for (;;) {
     const char* const newline = FindChar('\n', line, text_->End());
     if (newline == nullptr) return text_->End();
@@ -490,12 +503,12 @@ LineKind Checker::ClassifyNext(const char* line) const {
   return ClassifyLine(SkipBlanks(line, end), end);
 }
 
-// Reading goes back to `at`, so warnings of what follows it are dropped.
+// Reading goes back to `at`, so what was found after it is dropped. Mistakes of the grammar are not
+// among that: they end before the place at which reading went on.
 void Checker::ForgetAfter(const char* at) {
-  while (!findings_.empty() && findings_.back().severity == Severity::kWarning &&
-         findings_.back().place.begin > at) {
+  while (!findings_.empty() && findings_.back().place.begin > std::max(at, resumedAt_)) {
+    --(findings_.back().severity == Severity::kWarning ? warnings_ : errors_);
     findings_.pop_back();
-    --warnings_;
   }
 }
 

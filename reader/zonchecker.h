@@ -108,11 +108,11 @@ class Checker {
 
   Resumption RecoverFromDepth(const ParseFailure& failure);
   void ReportOpenSections(const char* at);
-  Resumption ResumeAfter(const Mistake& mistake, const char* tokenEnd);
+  Resumption ResumeAfter(const Mistake& mistake, const char* rest);
   const char* FindEndInLine(const char* at) const;
   const char* NextLine(const Mistake& mistake);
   LineKind ClassifyNext(const char* line) const;
-  void TakeFirst();
+  void KeepFirstError();
   void Add(Finding finding);
   Finding* Warn(const char* rule, std::string message, Span place,
                 std::string hint = std::string());
@@ -134,6 +134,7 @@ class Checker {
   std::vector<Candidate>* wanted_ = nullptr;  // set in the second run, which only counts
   // Set after the error of a missing header: the end that is left over is not reported.
   bool forgivesEnd_ = false;
+  const char* resumedAt_ = nullptr;  // where reading went on after the last mistake
   bool hasStopped_ = false;
   std::size_t errors_ = 0;
   std::size_t warnings_ = 0;

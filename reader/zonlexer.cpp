@@ -189,8 +189,11 @@ const char* Lexer::End() const {
   return ready.data() + ready.size();
 }
 
+// Values and texts that were read on the way to an error say nothing about the next one.
 void Lexer::MoveTo(const char* at) {
   TextSource(*stream_).MoveTo(at);
+  values_ = {};
+  stringBegin_ = nullptr;
 }
 
 void Lexer::SetText(std::string_view text, const char* origin) {

@@ -193,6 +193,8 @@ class MistakeFinder {
   bool FindOfContext();
   bool FindBracketedList();
   bool FindInHeader();
+  bool FindEndInBrackets(std::string_view header);
+  bool FindSurplusEnd(const char* end);
   bool FindAfterName();
   bool FindAfterValueOrPlace(const char* name, const char* nameEnd, const char* lineBegin);
   bool FindWordAsValue(const char* begin, const char* end);
@@ -378,8 +380,24 @@ bool MistakeFinder::FindInHeader() {
   const char* end = closer;
   while (end > name && IsClass(end[-1], kSpace)) --end;
   const std::string_view text(name, static_cast<std::size_t>(end - name));
+  if (failure_.token == ENDSECT && EqualNoCase(text, "endsect")) {
+    const std::string_view header(bracket, static_cast<std::size_t>(closer + 1 - bracket));
+    return FindEndInBrackets(header);
+  }
   return Is("bad-name", Quoted(text) + " is no name of a section",
             "a name is one word: a letter, then letters, digits and underlines");
+}
+
+// "[EndSect]"
+bool MistakeFinder::FindEndInBrackets(std::string_view header) {
+  const char* const end = header.data() + header.size();
+  mistake_.action = Resumption::kStay;
+  if (failure_.sections == 0) return FindSurplusEnd(end);
+  mistake_.action = Resumption::kCloseSection;
+  mistake_.isExact = true;
+  mistake_.after = end;
+  return Is("misspelled-endsect", "expected `EndSect`, found " + Quoted(header),
+            "a section ends with EndSect, without brackets");
 }
 
 // `begin` and `end` are a word that is where a value should be.
@@ -392,6 +410,18 @@ bool MistakeFinder::FindWordAsValue(const char* begin, const char* end) {
     if (EqualNoCase(word, foreign.word)) hint = foreign.hint;
   }
   return Is("bad-value", "expected a value, found " + Quoted(word), std::move(hint));
+}
+
+// Whether the text up to `end`, on its line, ends with a value, which may have a remark.
+bool FollowsValue(const char* lineBegin, const char* end) {
+  while (end > lineBegin && (IsClass(end[-1], kSpace) || end[-1] == '}')) {
+    const bool isRemark = *--end == '}';
+    while (isRemark && end > lineBegin && *end != '{') --end;
+  }
+  const char* word = end;
+  while (word > lineBegin && IsClass(word[-1], kWord)) --word;
+  const bool isEnd = EqualNoCase({word, static_cast<std::size_t>(end - word)}, "endsect");
+  return end > lineBegin && end[-1] != ']' && !isEnd;
 }
 
 // A word that is not the first of its line: a part of a number, a word after a text or value, or a
@@ -411,7 +441,7 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
   if (last > lineBegin && (last[-1] == '=' || last[-1] == ',') && scene_.emptyPlace == last - 1) {
     return FindWordAsValue(name, nameEnd);
   }
-  if (last > lineBegin) {
+  if (last > lineBegin && FollowsValue(lineBegin, last)) {
     At(name, nameEnd);
     return Is("word-after-value", Quoted(word) + " follows a value",
               "write a unit as a remark: {" + std::string(word.substr(0, kLongestQuoted)) +
@@ -483,13 +513,15 @@ bool MistakeFinder::FindInBody() {
   return false;
 }
 
+bool MistakeFinder::FindSurplusEnd(const char* end) {
+  mistake_.isExact = true;
+  mistake_.after = end;
+  return Is("surplus-endsect", "this `EndSect` ends no section",
+            "remove it, or add the header of its section");
+}
+
 bool MistakeFinder::FindOutside() {
-  if (failure_.token == ENDSECT) {
-    mistake_.isExact = true;
-    mistake_.after = scene_.tokenEnd;
-    return Is("surplus-endsect", "this `EndSect` ends no section",
-              "remove it, or add the header of its section");
-  }
+  if (failure_.token == ENDSECT) return FindSurplusEnd(scene_.tokenEnd);
   const std::string found = Found();
   return Is("outside-section", "expected a section header, found " + found,
             "every keyword belongs to a section: [Name] ... EndSect");

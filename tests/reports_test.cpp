@@ -222,6 +222,26 @@ TEST(Reports, NameMistakeAndPlace) {
       {{"quote and brace open", "[A]\n a = 'x\n b = 1\n c = 2 {y\n d = 2\nEndSect\n"},
        {"2:6 unclosed-quote: the text that begins here has no closing quote @7:0",
         "4:8 unclosed-brace: the remark that begins here has no closing brace"}},
+      {{"quote in a text, and a later mistake",
+        "[A]\n k = 'it's'\n m = 'b' x\n n = 1 2\nEndSect\n"},
+       {"2:9 quote-in-text: a word follows the closing quote of a text @3:6",
+        "3:10 word-after-value: `x` follows a value",
+        "4:8 missing-comma: expected `,` between values, found `2`"}},
+      {{"end after a mistake in one line",
+        "[A] k = foo EndSect [B] k = 'a' + 'b' EndSect [C] k EndSect [D]k EndSect\n"},
+       {"1:9+3 bad-value: expected a value, found `foo` @1:19",
+        "1:33 missing-comma: expected `,` between values, found `+`",
+        "1:51 missing-equals: expected `=` after `k`, found `EndSect`",
+        "1:64 missing-equals: expected `=` after `k`, found `EndSect`"}},
+      {{"end in brackets", "[A]\n k = 1\n[EndSect]\n[EndSect]\n[B]\n k = 1 2\nEndSect\n"},
+       {"3:1+9 misspelled-endsect: expected `EndSect`, found `[EndSect]` @3:8",
+        "4:1+9 surplus-endsect: this `EndSect` ends no section",
+        "6:8 missing-comma: expected `,` between values, found `2`"}},
+      {{"mark in data before a header that is open",
+        "[A]\n j = 1\n j = 2\nEndSect\n[\nk() = 1\nEndSect\n"},
+       {"5:1 unclosed-bracket: the section header that begins here has no closing bracket @6:3",
+        "6:1 marker-in-data: only a template can have `()`, and in this file a name occurs twice "
+        "@3:2"}},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(Check(row.input.text), row.reports) << row.input.name;
