@@ -48,6 +48,11 @@ bool TakeNumber(std::vector<std::string>& paths) {
   return true;
 }
 
+// Whether "-" occurs more than once. `other` may be empty.
+bool ReadsInputTwice(const std::vector<std::string>& files, const std::string& other = {}) {
+  return std::count(files.begin(), files.end(), "-") + (other == "-" ? 1 : 0) > 1;
+}
+
 Status RefuseSecondInput() {
   tool::PrintMessage("standard input can be read only once; use - for one file");
   return tool::kTrouble;
@@ -80,8 +85,7 @@ void AddCheck(CLI::App& app) {
       ->check(CLI::IsMember({"text", "json", "sarif"}));
   command->add_flag("--strict", options.strict, "exit with status 1 for warnings too");
   Choose(command, [] {
-    const bool isRepeated = std::count(options.files.begin(), options.files.end(), "-") > 1;
-    return isRepeated ? RefuseSecondInput() : tool::Check(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Check(options);
   });
 }
 
@@ -97,9 +101,8 @@ void AddValidate(CLI::App& app) {
   command->add_option("--format", options.format, "text, json or sarif; default: text")
       ->check(CLI::IsMember({"text", "json", "sarif"}));
   Choose(command, [] {
-    const auto count = std::count(options.files.begin(), options.files.end(), "-") +
-                       (options.templateFile == "-" ? 1 : 0);
-    return count > 1 ? RefuseSecondInput() : tool::Validate(options);
+    return ReadsInputTwice(options.files, options.templateFile) ? RefuseSecondInput()
+                                                                : tool::Validate(options);
   });
 }
 
@@ -155,8 +158,8 @@ void AddCompare(CLI::App& app) {
       ->required();
   AddFiles(command, files);
   Choose(command, [] {
-    const auto count = std::count(files.begin(), files.end(), "-") + (templateFile == "-" ? 1 : 0);
-    return count > 1 ? RefuseSecondInput() : tool::Compare(templateFile, files);
+    return ReadsInputTwice(files, templateFile) ? RefuseSecondInput()
+                                                : tool::Compare(templateFile, files);
   });
 }
 
@@ -181,8 +184,7 @@ void AddFormat(CLI::App& app) {
   check->excludes(diff);
   command->add_flag("--plain", options.plain, "the plain form, without comments");
   Choose(command, [] {
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Format(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Format(options);
   });
 }
 
@@ -199,8 +201,7 @@ void AddFilesCommand(CLI::App& app) {
       ->excludes(missing)
       ->excludes(json);
   Choose(command, [] {
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Files(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Files(options);
   });
 }
 
@@ -209,10 +210,8 @@ void AddTemplate(CLI::App& app) {
                           "zon template harbour*.zon > harbour-template.zon");
   static std::vector<std::string> samples;
   command->add_option("SAMPLE", samples, "parameter files, or - for standard input")->required();
-  Choose(command, [] {
-    const auto inputs = std::count(samples.begin(), samples.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Template(samples);
-  });
+  Choose(command,
+         [] { return ReadsInputTwice(samples) ? RefuseSecondInput() : tool::Template(samples); });
 }
 
 // A subcommand that reads a template only.
@@ -270,9 +269,8 @@ void AddEditOptions(CLI::App* command, tool::EditOptions& options) {
 Status Set(tool::SetOptions& options, const std::vector<std::string>& words) {
   if (!options.changes.empty()) {
     for (const std::string& word : words) options.files.push_back(WithoutMark(word));
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-") +
-                        (options.changes == "-" ? 1 : 0);
-    return inputs > 1 ? RefuseSecondInput() : tool::Set(options);
+    return ReadsInputTwice(options.files, options.changes) ? RefuseSecondInput()
+                                                           : tool::Set(options);
   }
   options.files.push_back(WithoutMark(words.front()));
   options.groups.emplace_back();
@@ -370,19 +368,17 @@ void AddDiff(CLI::App& app) {
   command->add_flag("--changes", options.changes, "print the lines with which set -f makes B of A")
       ->excludes(json);
   Choose(command, [] {
-    const bool isRepeated = options.before == "-" && options.after == "-";
     if (!options.key.empty() && !tool::ValueText().IsName(options.key)) {
       return RefuseUsage("--key needs the name of a keyword");
     }
-    return isRepeated ? RefuseSecondInput() : tool::Diff(options);
+    return ReadsInputTwice({options.before, options.after}) ? RefuseSecondInput()
+                                                            : tool::Diff(options);
   });
 }
 
 Status Merge(tool::MergeOptions& options) {
   using Target = tool::EditOptions::Target;
-  const auto inputs = std::count(options.overlays.begin(), options.overlays.end(), "-") +
-                      (options.base == "-" ? 1 : 0);
-  if (inputs > 1) return RefuseSecondInput();
+  if (ReadsInputTwice(options.overlays, options.base)) return RefuseSecondInput();
   const bool isPrinted = options.edit.output.empty() || options.edit.output == "-";
   if (isPrinted && options.edit.backup)
     return RefuseUsage("--backup needs a file to write; see -o");
