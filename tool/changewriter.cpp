@@ -32,7 +32,7 @@ std::filesystem::path FolderOf(const LoadedFile& file) {
 
 }  // namespace
 
-void ChangeWriter::Take(const zonxDifference& difference) {
+void ChangeWriter::Add(const zonxDifference& difference) {
   void* const node = difference.after != nullptr ? difference.after : difference.before;
   const int kind = zonxGetKind(node);
   const bool isFlag = IsNamed(kind) && difference.change == ZONX_DIFFERENT;

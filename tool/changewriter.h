@@ -14,7 +14,7 @@
 
 namespace tool {
 
-// Takes the differences of `before` and `after`, then changes `before` step by step into `after`
+// Collects the differences of `before` and `after`, then changes `before` step by step into `after`
 // and prints each step. So every path is that of the file as the steps before have left it.
 class ChangeWriter {
  public:
@@ -22,7 +22,7 @@ class ChangeWriter {
   ChangeWriter(const LoadedFile& before, const LoadedFile& after)
       : before_(before), after_(after) {}
 
-  void Take(const zonxDifference& difference);
+  void Add(const zonxDifference& difference);
 
   // Prints the lines. Prints an error for what no line can express, which are the flags and the
   // default definitions of templates, and returns kTrouble then.

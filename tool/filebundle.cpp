@@ -59,7 +59,7 @@ class Places {
     const fs::path path = wanted;
     unsigned int& number = numbers_[wanted];
     std::string place = wanted;
-    while (!Take(place)) {
+    while (!Reserve(place)) {
       number = std::max(number, 1U) + 1;
       const fs::path name = path.stem().string() + '-' + std::to_string(number);
       place = name.string() + path.extension().string();
@@ -67,8 +67,8 @@ class Places {
     return place;
   }
 
-  // False if the place, or one of its folders, is that of another file.
-  bool Take(const std::string& place) {
+  // Returns false if the place, or one of its folders, is that of another file.
+  bool Reserve(const std::string& place) {
     if (isFolder_.count(place) != 0) return false;
     std::vector<std::string> folders;
     for (auto at = place.find('/'); at != std::string::npos; at = place.find('/', at + 1)) {

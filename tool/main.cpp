@@ -35,7 +35,7 @@ void Choose(CLI::App* command, std::function<Status()> action) {
 
 // Compatibility: scripts write the number of a value as an argument of its own. No path of a
 // keyword is a number, because every keyword is in a section. False, with a message, for zero.
-bool TakeNumber(std::vector<std::string>& paths) {
+bool AppendNumber(std::vector<std::string>& paths) {
   if (paths.size() != 2 || paths[1].find_first_not_of("0123456789") != std::string::npos) {
     return true;
   }
@@ -119,7 +119,7 @@ void AddGet(CLI::App& app) {
   command->add_option("--default", options.fallback, "a value to print for a missing path");
   command->add_flag("--type", options.withType, "print the kind of each value and a tab before it");
   command->add_flag("--resolved", options.resolved, "print file names as paths");
-  Choose(command, [] { return TakeNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
+  Choose(command, [] { return AppendNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
 }
 
 void AddList(CLI::App& app) {
@@ -223,8 +223,8 @@ void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const c
   Choose(command, [action] { return action(file); });
 }
 
-// The parser would take some values apart or for options. A mark in front of them prevents that;
-// the word that separates groups becomes another mark.
+// The parser would split some values or read them as options. A mark before them prevents that; the
+// word that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
 constexpr const char* kGroupEnd = "\x1e";
 
@@ -234,7 +234,7 @@ bool NeedsMark(const std::string& word) {
   return isNumber || word == "++" || word.substr(0, 1) == "[";
 }
 
-// The arguments in the order in which the parser takes them. What follows "--" is no option.
+// The arguments in reverse order, which the parser expects. What follows "--" is no option.
 std::vector<std::string> MarkValues(int argc, char** argv) {
   std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
   auto word = std::find_if(words.begin(), words.end(),

@@ -165,7 +165,7 @@ class TemplateText {
     if (conflict.IsReal()) WriteConflict(conflict);
   }
 
-  // The last value of an open list stands for all further ones.
+  // The last value of an open list is the example of all further ones.
   static void AddFurther(const KeywordSummary& keyword, std::size_t n,
                          std::vector<std::string>* examples, Conflict* conflict) {
     const PlaceSummary& last = keyword.places[keyword.least - 1];
