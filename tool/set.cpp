@@ -34,25 +34,6 @@ unsigned int NumberOf(const std::string& path) {
   return static_cast<unsigned int>(std::min(number, 0xFFFFFFFFULL));
 }
 
-const char* KindWithArticle(int kind) {
-  switch (kind) {
-    case ZONX_INTEGER:
-      return "an integer";
-    case ZONX_REAL:
-      return "a real";
-    case ZONX_BOOLEAN:
-      return "a boolean";
-    case ZONX_STRING:
-      return "a string";
-    case ZONX_FILENAME:
-      return "a file name";
-    case ZONX_DATETIME:
-      return "a date-time";
-    default:
-      return "a packed list";
-  }
-}
-
 class Setter {
  public:
   Setter(EditedFile& file, const std::string& type) : file_(file), type_(type) {}

@@ -48,11 +48,6 @@ const char* Example(int kind) {
   }
 }
 
-std::string KindText(int kind) {
-  const char* article = kind == ZONX_INTEGER || kind == ZONX_EMPTY ? "an " : "a ";
-  return std::string(article) + KindName(kind);
-}
-
 std::string TextOf(void* value) {
   const char* text = "";
   CheckMemory(zonxGetText(value, "", &text));
@@ -202,13 +197,13 @@ class TemplateText {
   void WriteConflict(const Conflict& conflict) {
     hasConflicts_ = true;
     const auto describe = [&](const SampleValue& value) {
-      return KindText(zonxGetKind(value.value)) + " in " + Where(value);
+      return KindWithArticle(zonxGetKind(value.value)) + " in " + Where(value);
     };
     Indent();
     text_ += "// " + describe(conflict.first) + ", " + describe(conflict.second) + '\n';
     files_[conflict.second.sample]->Report(conflict.second.value, ZONX_ERROR,
                                            std::string("this is ") +
-                                               KindText(zonxGetKind(conflict.second.value)) +
+                                               KindWithArticle(zonxGetKind(conflict.second.value)) +
                                                ", but " + describe(conflict.first),
                                            "no template allows both");
   }

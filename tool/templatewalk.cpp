@@ -53,31 +53,6 @@ std::string Join(const std::vector<std::string>& parts, const char* between) {
   return text;
 }
 
-const char* KindName(int kind) {
-  switch (kind) {
-    case ZONX_INTEGER:
-      return "integer";
-    case ZONX_REAL:
-      return "real";
-    case ZONX_BOOLEAN:
-      return "boolean";
-    case ZONX_STRING:
-      return "string";
-    case ZONX_FILENAME:
-      return "file name";
-    case ZONX_DATETIME:
-      return "date-time";
-    case ZONX_SUBSTITUTION:
-      return "substitution";
-    case ZONX_CLOB:
-      return "packed list";
-    case ZONX_UNKNOWN:
-      return "remark alone";
-    default:
-      return "empty place";
-  }
-}
-
 bool TemplateWalk::Run(const LoadedFile& file) {
   open_.push_back({file.Root(), {}, 0, {}});
   while (!open_.empty()) {

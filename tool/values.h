@@ -16,6 +16,10 @@ int CheckMemory(int status);
 // "undefined" (nothing).
 const char* KindOf(void* value);
 
+// The kind for people, which is a zonxKind: "file name", and "a file name".
+const char* KindName(int kind);
+std::string KindWithArticle(int kind);
+
 // A value as the library writes it to a file.
 std::string WrittenForm(void* value);
 
