@@ -163,10 +163,8 @@ class Setter {
   std::string WithOthers(const Target& target, unsigned int number, const std::string& text) const {
     std::string all;
     for (unsigned int n = 1; n <= std::max(number, target.count); ++n) {
-      const char* present = "";
       if (n > 1) all += ", ";
-      if (n != number) CheckMemory(zonxGetText(zonParamByNum(target.keyword, n), "", &present));
-      all += n == number ? text.c_str() : present;
+      all += n == number ? text : TextForm(zonParamByNum(target.keyword, n));
     }
     return all;
   }

@@ -48,15 +48,9 @@ const char* Example(int kind) {
   }
 }
 
-std::string TextOf(void* value) {
-  const char* text = "";
-  CheckMemory(zonxGetText(value, "", &text));
-  return text;
-}
-
 std::string RangeText(void* low, void* high) {
-  const std::string first = TextOf(low);
-  return zonGetDouble(low) == zonGetDouble(high) ? first : first + " .. " + TextOf(high);
+  const std::string first = TextForm(low);
+  return zonGetDouble(low) == zonGetDouble(high) ? first : first + " .. " + TextForm(high);
 }
 
 // What was seen in one place.
@@ -64,7 +58,7 @@ std::string SeenIn(const PlaceSummary& place) {
   if (place.low != nullptr) return RangeText(place.low, place.high);
   std::vector<std::string> texts;
   if (place.hasOtherTexts) return "";
-  for (void* text : place.texts) texts.push_back(TextOf(text));
+  for (void* text : place.texts) texts.push_back(TextForm(text));
   return Join(texts, ", ");
 }
 
@@ -189,9 +183,8 @@ class TemplateText {
   }
 
   std::string Where(const SampleValue& value) const {
-    zonxPlace place{};
-    CheckMemory(zonxWhere(value.value, &place));
-    return Printable(files_[value.sample]->GetInput().Name()) + ':' + std::to_string(place.line);
+    return Printable(files_[value.sample]->GetInput().Name()) + ':' +
+           std::to_string(PlaceOf(value.value).line);
   }
 
   void WriteConflict(const Conflict& conflict) {
@@ -202,7 +195,7 @@ class TemplateText {
     Indent();
     text_ += "// " + describe(conflict.first) + ", " + describe(conflict.second) + '\n';
     files_[conflict.second.sample]->Report(conflict.second.value, ZONX_ERROR,
-                                           std::string("this is ") +
+                                           "this is " +
                                                KindWithArticle(zonxGetKind(conflict.second.value)) +
                                                ", but " + describe(conflict.first),
                                            "no template allows both");

@@ -14,12 +14,6 @@
 namespace tool {
 namespace {
 
-std::string TextOf(void* value) {
-  const char* text = "";
-  const int status = CheckMemory(zonxGetText(value, "", &text));
-  return status == ZONX_OK ? text : "";
-}
-
 // "2 x real, string"
 std::string KindsOf(const std::vector<void*>& values) {
   std::vector<std::string> kinds;
@@ -152,7 +146,7 @@ void TemplateWalk::AddDefault(KeywordFacts* facts) {
     if (line == nullptr) return;
     for (unsigned int n = 1; void* value = zonNodeByNum(line, n); ++n) {
       if (n > 1) facts->byDefault += ", ";
-      if (zonxGetKind(value) != ZONX_PLACEHOLDER) facts->byDefault += TextOf(value);
+      if (zonxGetKind(value) != ZONX_PLACEHOLDER) facts->byDefault += TextForm(value);
     }
   }
   if (Conform(values_.Kinds(facts->byDefault), *facts)) {

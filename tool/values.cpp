@@ -86,6 +86,11 @@ std::string LoadedForm(void* value) {
   return (zonGetSyntaxClass(value) == kZonSubstit ? "%" : "") + WrittenForm(value);
 }
 
+std::string TextForm(void* value) {
+  const char* text = "";
+  return CheckMemory(zonxGetText(value, "", &text)) == ZONX_OK ? text : "";
+}
+
 std::string LoadedValues(void* keyword) {
   std::string text;
   for (unsigned int n = 1; void* value = zonNodeByNum(keyword, n); ++n) {
