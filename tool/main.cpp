@@ -67,6 +67,16 @@ void AddFiles(CLI::App* command, std::vector<std::string>& files) {
   command->add_option("FILE", files, "parameter files, or - for standard input")->required();
 }
 
+void AddTemplateFile(CLI::App* command, std::string& file) {
+  command->add_option("-t,--template", file, "a parameter file that defines what is allowed")
+      ->required();
+}
+
+void AddReportFormat(CLI::App* command, std::string& format) {
+  command->add_option("--format", format, "text, json or sarif; default: text")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+}
+
 // A subcommand with one file and no options.
 void AddPlain(CLI::App& app, const char* name, const char* purpose, const char* example,
               Status (*action)(const std::string&)) {
@@ -81,8 +91,7 @@ void AddCheck(CLI::App& app) {
       Add(app, "check", "Report every error and warning of each file", "zon check --strict *.zon");
   static tool::CheckOptions options;
   AddFiles(command, options.files);
-  command->add_option("--format", options.format, "text, json or sarif; default: text")
-      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  AddReportFormat(command, options.format);
   command->add_flag("--strict", options.strict, "exit with status 1 for warnings too");
   Choose(command, [] {
     return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Check(options);
@@ -93,13 +102,9 @@ void AddValidate(CLI::App& app) {
   CLI::App* command = Add(app, "validate", "Report every mismatch of each file with a template",
                           "zon validate -t harbour-template.zon harbour*.zon");
   static tool::ValidateOptions options;
-  command
-      ->add_option("-t,--template", options.templateFile,
-                   "a parameter file that defines what is allowed")
-      ->required();
+  AddTemplateFile(command, options.templateFile);
   AddFiles(command, options.files);
-  command->add_option("--format", options.format, "text, json or sarif; default: text")
-      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  AddReportFormat(command, options.format);
   Choose(command, [] {
     return ReadsInputTwice(options.files, options.templateFile) ? RefuseSecondInput()
                                                                 : tool::Validate(options);
@@ -153,9 +158,7 @@ void AddCompare(CLI::App& app) {
                           "zon compare --template harbour-template.zon harbour*.zon");
   static std::string templateFile;
   static std::vector<std::string> files;
-  command
-      ->add_option("-t,--template", templateFile, "a parameter file that defines what is allowed")
-      ->required();
+  AddTemplateFile(command, templateFile);
   AddFiles(command, files);
   Choose(command, [] {
     return ReadsInputTwice(files, templateFile) ? RefuseSecondInput()
