@@ -90,11 +90,8 @@ class Setter {
     if (status == ZONX_OK) {
       const int kind = zonxGetKind(node);
       if (kind <= ZONX_SECTION) return file_.ReportPath(path, ZONX_WRONG_KIND);
-      const bool isKeyword = kind == ZONX_KEYWORD;
-      target->keyword = isKeyword ? node : OwnerOf(node);
-    } else if (status == ZONX_MISSING) {
-      if (!FindPlaceForNew(path, target)) return file_.ReportPath(path, status);
-    } else {
+      target->keyword = kind == ZONX_KEYWORD ? node : OwnerOf(node);
+    } else if (status != ZONX_MISSING || !FindPlaceForNew(path, target)) {
       return file_.ReportPath(path, status);
     }
     target->number = NumberOf(path);
