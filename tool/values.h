@@ -30,8 +30,8 @@ std::string PlainForm(void* value);
 // written form changes.
 std::string LoadedForm(void* value);
 
-// A value as it is written in a file; of a default placeholder, the default value. Empty if there is
-// none.
+// A value as it is written in a file; of a default placeholder, the default value. Empty for an
+// empty place, a remark alone, and a placeholder without default.
 std::string TextForm(void* value);
 
 // The values of a keyword as the file has them, separated by ", ".
