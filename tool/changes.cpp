@@ -83,7 +83,7 @@ class ChangesReader {
     Change change;
     change.isLine = true;
     const std::vector<std::string> words = SplitWords(code.substr(first, sign - first));
-    if (!TakeWords(words, hasValues, &change)) {
+    if (!ParseWords(words, hasValues, &change)) {
       return Report(
           line, first,
           "a line has the form Section/Keyword = values, or begins with add, move or unset");
@@ -105,7 +105,7 @@ class ChangesReader {
   }
 
   // Stores verb and paths. False if the words are of no form.
-  static bool TakeWords(const std::vector<std::string>& words, bool hasValues, Change* change) {
+  static bool ParseWords(const std::vector<std::string>& words, bool hasValues, Change* change) {
     const std::size_t count = words.size();
     if (count == 1 && hasValues) {
       change->path = words[0];

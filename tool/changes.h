@@ -18,7 +18,7 @@ struct Change {
   // The text of a CHANGES file has all values of the keyword, as written. Values of the command
   // line keep their kinds, and one value leaves the others of the keyword.
   bool isLine = false;
-  std::string next;  // of kAdd and kMove: the path of the node behind the new place; empty: the end
+  std::string next;  // of kAdd and kMove: the path of the node after the new place; empty: the end
 };
 
 // Reads the lines of a file of changes; "-" is standard input:

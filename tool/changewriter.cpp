@@ -32,7 +32,7 @@ std::filesystem::path FolderOf(const LoadedFile& file) {
 
 }  // namespace
 
-void ChangeWriter::Take(const zonxDifference& difference) {
+void ChangeWriter::Add(const zonxDifference& difference) {
   void* const node = difference.after != nullptr ? difference.after : difference.before;
   const int kind = zonxGetKind(node);
   const bool isFlag = IsNamed(kind) && difference.change == ZONX_DIFFERENT;
@@ -120,36 +120,39 @@ void ChangeWriter::PrintOrder(const Pair& parent, bool isSection, const std::vec
   }
 }
 
-void* ChangeWriter::PrintAddition(void* parent, void* after, void* next) {
-  void* const first = PrintNode({parent, after}, next);
-  std::vector<Pair> waiting;  // parents, and what is to be added to them
-  const auto wait = [&](void* section, void* model) {
-    const std::vector<void*> children = Children(model, true);
-    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+void* ChangeWriter::PrintAddition(void* parent, void* model, void* next) {
+  struct Waiting {
+    void* parent;
+    void* model;
+  };
+  std::vector<Waiting> waiting;
+  const auto addContent = [&](void* section, void* content) {
+    const std::vector<void*> inner = Children(content, true);
+    for (auto child = inner.rbegin(); child != inner.rend(); ++child) {
       waiting.push_back({section, *child});
     }
-    for (void* keyword : Children(model, false)) PrintNode({section, keyword}, nullptr);
+    for (void* keyword : Children(content, false)) PrintNode(section, keyword, nullptr);
   };
-  if (zonxGetKind(after) == ZONX_SECTION) wait(first, after);
+  void* const first = PrintNode(parent, model, next);
+  if (zonxGetKind(model) == ZONX_SECTION) addContent(first, model);
   while (!waiting.empty()) {
-    const Pair pair = waiting.back();
+    const Waiting section = waiting.back();
     waiting.pop_back();
-    wait(PrintNode(pair, nullptr), pair.after);
+    addContent(PrintNode(section.parent, section.model, nullptr), section.model);
   }
   return first;
 }
 
-void* ChangeWriter::PrintNode(const Pair& pair, void* next) {
-  const bool isSection = zonxGetKind(pair.after) == ZONX_SECTION;
-  const std::string name = zonGetName(pair.after);
-  const std::string path =
-      PathOf(pair.before) + (name.empty() ? "()" : name) + (isSection ? "/" : "");
-  const std::string values = isSection ? "" : ValuesOf(pair.after);
+void* ChangeWriter::PrintNode(void* parent, void* model, void* next) {
+  const bool isSection = zonxGetKind(model) == ZONX_SECTION;
+  const std::string name = zonGetName(model);
+  const std::string path = PathOf(parent) + (name.empty() ? "()" : name) + (isSection ? "/" : "");
+  const std::string values = isSection ? "" : ValuesOf(model);
   std::cout << "add " << path;
   if (next != nullptr) std::cout << " before " << PathOf(next);
   if (!isSection) std::cout << " = " << values;
   std::cout << '\n';
-  void* const node = InsertNode(pair.before, isSection, name, values, next);
+  void* const node = InsertNode(parent, isSection, name, values, next);
   return next == nullptr ? PrintMove(node, nullptr) : node;  // it follows the last of its name
 }
 

@@ -14,7 +14,7 @@
 
 namespace tool {
 
-// Takes the differences of `before` and `after`, then changes `before` step by step into `after`
+// Collects the differences of `before` and `after`, then changes `before` step by step into `after`
 // and prints each step. So every path is that of the file as the steps before have left it.
 class ChangeWriter {
  public:
@@ -22,26 +22,28 @@ class ChangeWriter {
   ChangeWriter(const LoadedFile& before, const LoadedFile& after)
       : before_(before), after_(after) {}
 
-  void Take(const zonxDifference& difference);
+  void Add(const zonxDifference& difference);
 
   // Prints the lines. Prints an error for what no line can express, which are the flags and the
   // default definitions of templates, and returns kTrouble then.
   Status Print();
 
  private:
-  // Two sections that belong together. `before` is null for a section that is to be added.
+  // A section or keyword of both files.
   struct Pair {
     void* before;
     void* after;
   };
 
-  // The children of a kind, of `before` or of `after`, that exist in both.
   static std::vector<void*> Children(void* section, bool isSection);
+  // The children of a kind that exist in both files.
   std::vector<Pair> PairChildren(const Pair& parent, bool isSection) const;
   void PrintSection(const Pair& pair);
   void PrintOrder(const Pair& parent, bool isSection, const std::vector<Pair>& pairs);
-  void* PrintAddition(void* parent, void* after, void* next);
-  void* PrintNode(const Pair& pair, void* next);
+  // These print the addition of a node of `after`, the first one with all that is in it. They
+  // return the new node of `before`.
+  void* PrintAddition(void* parent, void* model, void* next);
+  void* PrintNode(void* parent, void* model, void* next);
   void* PrintMove(void* node, void* next);
   void PrintValues(void* keyword, void* after);
   std::string ValuesOf(void* keyword);

@@ -48,9 +48,9 @@ struct ListOptions {
 Status List(const ListOptions& options);
 
 Status Dump(const std::string& file);
-// Prints the file that DumpJson prints this of.
-Status FromJson(const std::string& file);
 Status DumpJson(const std::string& file, bool withPlaces);
+// The reverse of DumpJson: prints the parameter file that a JSON document describes.
+Status FromJson(const std::string& file);
 
 // Compares each file with the template. A file with an error does not stop the comparison of the
 // next ones. The reports are the result, so they go to standard output.
@@ -135,8 +135,9 @@ struct MergeOptions {
   std::vector<std::string> overlays;
   EditOptions edit;
 };
-// Gives every keyword of the overlays, in their order, to the base.
+// Sets every keyword of the overlays, in their order, in the base.
 Status Merge(const MergeOptions& options);
+
 // Prints a template that all samples conform to, or reports that there is none.
 Status Template(const std::vector<std::string>& samples);
 

@@ -26,7 +26,7 @@ class DiffPrinter {
   DiffPrinter& operator=(const DiffPrinter&) = delete;
   virtual ~DiffPrinter() = default;
 
-  virtual void Take(const zonxDifference& difference) = 0;
+  virtual void Add(const zonxDifference& difference) = 0;
   virtual Status End() { return kFine; }
 };
 
@@ -66,7 +66,7 @@ class TextPrinter : public DiffPrinter {
  public:
   TextPrinter(const Input& before, const Input& after) : before_(before), after_(after) {}
 
-  void Take(const zonxDifference& difference) override {
+  void Add(const zonxDifference& difference) override {
     if (!hasHead_) {
       Print("--- " + before_.Name());
       Print("+++ " + after_.Name());
@@ -139,7 +139,7 @@ class JsonPrinter : public DiffPrinter {
     json_.Open('[');
   }
 
-  void Take(const zonxDifference& difference) override {
+  void Add(const zonxDifference& difference) override {
     constexpr const char* kChanges[] = {"added", "removed", "different", "moved"};
     json_.Open('{');
     json_.Put("change", kChanges[difference.change]);
@@ -176,7 +176,7 @@ class JsonPrinter : public DiffPrinter {
 class ChangePrinter : public DiffPrinter {
  public:
   ChangePrinter(const LoadedFile& before, const LoadedFile& after) : writer_(before, after) {}
-  void Take(const zonxDifference& difference) override { writer_.Take(difference); }
+  void Add(const zonxDifference& difference) override { writer_.Add(difference); }
   Status End() override { return writer_.Print(); }
 
  private:
@@ -190,8 +190,8 @@ std::unique_ptr<DiffPrinter> MakePrinter(const DiffOptions& options, const Loade
   return std::make_unique<TextPrinter>(before.GetInput(), after.GetInput());
 }
 
-extern "C" void TakeDifference(const zonxDifference* difference, void* context) {
-  static_cast<DiffPrinter*>(context)->Take(*difference);
+extern "C" void AddDifference(const zonxDifference* difference, void* context) {
+  static_cast<DiffPrinter*>(context)->Add(*difference);
 }
 
 }  // namespace
@@ -206,7 +206,7 @@ Status Diff(const DiffOptions& options) {
   compare.absolute = options.absolute;
   std::size_t count = 0;
   const char* key = options.key.empty() ? nullptr : options.key.c_str();
-  const int status = zonxDiffByKey(before.File(), after.File(), key, &compare, TakeDifference,
+  const int status = zonxDiffByKey(before.File(), after.File(), key, &compare, AddDifference,
                                    printer.get(), &count);
   CheckMemory(status);
   return std::max(printer->End(), count > 0 ? kFindings : kFine);

@@ -59,7 +59,7 @@ class Places {
     const fs::path path = wanted;
     unsigned int& number = numbers_[wanted];
     std::string place = wanted;
-    while (!Take(place)) {
+    while (!Reserve(place)) {
       number = std::max(number, 1U) + 1;
       const fs::path name = path.stem().string() + '-' + std::to_string(number);
       place = name.string() + path.extension().string();
@@ -67,8 +67,8 @@ class Places {
     return place;
   }
 
-  // False if the place, or one of its folders, is that of another file.
-  bool Take(const std::string& place) {
+  // Returns false if the place, or one of its folders, is that of another file.
+  bool Reserve(const std::string& place) {
     if (isFolder_.count(place) != 0) return false;
     std::vector<std::string> folders;
     for (auto at = place.find('/'); at != std::string::npos; at = place.find('/', at + 1)) {
@@ -95,8 +95,8 @@ bool HasContent(const std::string& path, const std::string& content) {
 }
 
 bool HaveSameContent(const std::string& first, const std::string& second) {
-  struct stat a {
-  }, b{};
+  struct stat a {};
+  struct stat b {};
   if (stat(first.c_str(), &a) != 0 || stat(second.c_str(), &b) != 0) return false;
   if (a.st_dev == b.st_dev && a.st_ino == b.st_ino) return true;
   std::string content;
@@ -188,15 +188,13 @@ class Bundle {
   void Load(const std::string& name) {
     Parameters one;
     one.file = std::make_unique<LoadedFile>(name);
-    bool isUsed = one.file->IsSound();
-    if (isUsed && one.file->GetInput().IsInMemory())
-      isUsed = Refuse(one.file->GetInput().Name(), "has no folder; name a file");
-    if (!isUsed) return Fail();
+    if (!one.file->IsSound()) return Fail();
+    const Input& input = one.file->GetInput();
+    if (input.IsInMemory()) return Fail(input.Name(), "has no folder; name a file");
     one.path = fs::absolute(name).lexically_normal().string();
     one.folder = one.path.substr(0, one.path.rfind('/') + 1);
     if (IdentityOf(one.folder) == IdentityOf(folder_)) {
-      Refuse(folder_, "is the folder of " + name + "; name another one");
-      return Fail();
+      return Fail(folder_, "is the folder of " + name + "; name another one");
     }
     one.references = FindReferences(one.file->Root());
     SortOut(one);
@@ -204,6 +202,10 @@ class Bundle {
   }
 
   void Fail() { status_ = kTrouble; }
+  void Fail(const std::string& name, const std::string& reason) {
+    Refuse(name, reason);
+    Fail();
+  }
 
   // What is not copied keeps its target.
   void SortOut(Parameters& one) {
@@ -293,9 +295,7 @@ class Bundle {
   }
 
   void CheckTarget(const std::string& target) {
-    if (!Exists(target)) return;
-    Refuse(target, "exists and has another content; nothing is copied");
-    Fail();
+    if (Exists(target)) Fail(target, "exists and has another content; nothing is copied");
   }
 
   void Write() {
@@ -307,10 +307,7 @@ class Bundle {
       if (error) break;
       if (!CopyNew(source, target)) Fail();
     }
-    if (error) {
-      Refuse(folder_, error.message());
-      return Fail();
-    }
+    if (error) return Fail(folder_, error.message());
     for (const Parameters& one : files_) {
       if (!one.isThere && !Save(one)) Fail();
     }

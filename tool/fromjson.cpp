@@ -90,17 +90,14 @@ class Writer {
   }
 
   bool Check(const JsonNode& node, unsigned int allowed, unsigned int required) {
-    static constexpr const char* kNames[] = {"file",   "sections", "kind",   "name",  "multi",
-                                             "remark", "children", "values", "value", "text",
-                                             "real",   "items",    "line",   "column"};
     const unsigned int wrong = (node.members & ~allowed) | (required & ~node.members);
     if (wrong == 0) return true;
-    std::size_t bit = 0;
-    while ((wrong >> bit & 1) == 0) ++bit;
-    const bool isMissing = (required >> bit & 1) != 0;
+    unsigned int first = 1;
+    while ((wrong & first) == 0) first <<= 1;
+    const bool isMissing = (required & first) != 0;
     return Fail(node, std::string(isMissing ? "the object has no member `"
                                             : "the object cannot have the member `") +
-                          kNames[bit] + "`");
+                          NameOf(static_cast<JsonMember>(first)) + "`");
   }
 
   void Indent() { text_.append(3 * std::min(open_.size() - 1, kDeepest), ' '); }

@@ -66,9 +66,7 @@ void PutInteger(JsonWriter& json, void* value) {
   json.Put("value", zonGetInt(value));
   if (IsWithinInt(value)) return;
   json.Put("real", zonGetDouble(value));
-  const char* text = "";
-  CheckMemory(zonxGetText(value, "", &text));
-  json.Put("text", text);
+  json.Put("text", TextForm(value));
 }
 
 // The text is always added: JSON has no infinity, and the spelling can matter to a program.

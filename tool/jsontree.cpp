@@ -4,9 +4,9 @@
 // Tested by tests/json.t.
 #include "tool/jsontree.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
-#include <map>
 
 #include <nlohmann/json.hpp>
 
@@ -42,15 +42,17 @@ class Cursor {
 
 constexpr std::string_view kLatin1 = "-latin1";
 
-const std::map<std::string, JsonMember, std::less<>>& MembersByName() {
-  static const std::map<std::string, JsonMember, std::less<>> members = {
-      {"file", kJsonFile},         {"sections", kJsonSections}, {"kind", kJsonKind},
-      {"name", kJsonName},         {"multi", kJsonMulti},       {"remark", kJsonRemark},
-      {"children", kJsonChildren}, {"values", kJsonValues},     {"value", kJsonValue},
-      {"text", kJsonText},         {"real", kJsonReal},         {"items", kJsonItems},
-      {"line", kJsonLine},         {"column", kJsonColumn}};
-  return members;
-}
+struct NamedMember {
+  const char* name;
+  JsonMember member;
+};
+
+constexpr NamedMember kMembers[] = {
+    {"file", kJsonFile},         {"sections", kJsonSections}, {"kind", kJsonKind},
+    {"name", kJsonName},         {"multi", kJsonMulti},       {"remark", kJsonRemark},
+    {"children", kJsonChildren}, {"values", kJsonValues},     {"value", kJsonValue},
+    {"text", kJsonText},         {"real", kJsonReal},         {"items", kJsonItems},
+    {"line", kJsonLine},         {"column", kJsonColumn}};
 
 // Bytes from a text whose characters are those of Latin-1. False if one of them is not.
 bool ToLatin1(std::string& text) {
@@ -138,9 +140,11 @@ class Reader : public nlohmann::json_sax<Json> {
     const auto suffix =
         name.size() < kLatin1.size() ? std::string::npos : name.size() - kLatin1.size();
     isLatin1_ = suffix != std::string::npos && name.compare(suffix, kLatin1.size(), kLatin1) == 0;
-    const auto found = MembersByName().find(isLatin1_ ? name.substr(0, suffix) : name);
-    if (found == MembersByName().end()) return Fail("`" + name + "` is no member of an object");
-    member_ = found->second;
+    const std::string member = isLatin1_ ? name.substr(0, suffix) : name;
+    const auto* found = std::find_if(std::begin(kMembers), std::end(kMembers),
+                                     [&](const NamedMember& one) { return one.name == member; });
+    if (found == std::end(kMembers)) return Fail("`" + name + "` is no member of an object");
+    member_ = found->member;
     if (Node().Has(member_)) return Fail("`" + name + "` occurs twice in an object");
     Node().members |= member_;
     return true;
@@ -243,6 +247,12 @@ class Reader : public nlohmann::json_sax<Json> {
 };
 
 }  // namespace
+
+const char* NameOf(JsonMember member) {
+  return std::find_if(std::begin(kMembers), std::end(kMembers),
+                      [&](const NamedMember& one) { return one.member == member; })
+      ->name;
+}
 
 JsonTree ReadJsonTree(const std::string& text) {
   JsonTree tree;

@@ -27,6 +27,8 @@ enum JsonMember : unsigned int {
   kJsonColumn = 1 << 13
 };
 
+const char* NameOf(JsonMember member);
+
 // A number, and how it is spelled.
 struct JsonNumber {
   double number;

@@ -47,7 +47,7 @@ class Scanner {
     return std::min(text_.find_first_not_of(characters, at), text_.size());
   }
 
-  // Behind the next `delimiter`.
+  // The place after the next `delimiter`.
   std::size_t SkipPast(std::size_t at, char delimiter) const {
     return std::min(text_.find(delimiter, at), text_.size() - 1) + 1;
   }

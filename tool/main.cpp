@@ -35,7 +35,7 @@ void Choose(CLI::App* command, std::function<Status()> action) {
 
 // Compatibility: scripts write the number of a value as an argument of its own. No path of a
 // keyword is a number, because every keyword is in a section. False, with a message, for zero.
-bool TakeNumber(std::vector<std::string>& paths) {
+bool AppendNumber(std::vector<std::string>& paths) {
   if (paths.size() != 2 || paths[1].find_first_not_of("0123456789") != std::string::npos) {
     return true;
   }
@@ -46,6 +46,11 @@ bool TakeNumber(std::vector<std::string>& paths) {
   paths[0] += '[' + paths[1] + ']';
   paths.pop_back();
   return true;
+}
+
+// Whether "-" occurs more than once. `other` may be empty.
+bool ReadsInputTwice(const std::vector<std::string>& files, const std::string& other = {}) {
+  return std::count(files.begin(), files.end(), "-") + (other == "-" ? 1 : 0) > 1;
 }
 
 Status RefuseSecondInput() {
@@ -62,6 +67,16 @@ void AddFiles(CLI::App* command, std::vector<std::string>& files) {
   command->add_option("FILE", files, "parameter files, or - for standard input")->required();
 }
 
+void AddTemplateFile(CLI::App* command, std::string& file) {
+  command->add_option("-t,--template", file, "a parameter file that defines what is allowed")
+      ->required();
+}
+
+void AddReportFormat(CLI::App* command, std::string& format) {
+  command->add_option("--format", format, "text, json or sarif; default: text")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
+}
+
 // A subcommand with one file and no options.
 void AddPlain(CLI::App& app, const char* name, const char* purpose, const char* example,
               Status (*action)(const std::string&)) {
@@ -76,12 +91,10 @@ void AddCheck(CLI::App& app) {
       Add(app, "check", "Report every error and warning of each file", "zon check --strict *.zon");
   static tool::CheckOptions options;
   AddFiles(command, options.files);
-  command->add_option("--format", options.format, "text, json or sarif; default: text")
-      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  AddReportFormat(command, options.format);
   command->add_flag("--strict", options.strict, "exit with status 1 for warnings too");
   Choose(command, [] {
-    const bool isRepeated = std::count(options.files.begin(), options.files.end(), "-") > 1;
-    return isRepeated ? RefuseSecondInput() : tool::Check(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Check(options);
   });
 }
 
@@ -89,17 +102,12 @@ void AddValidate(CLI::App& app) {
   CLI::App* command = Add(app, "validate", "Report every mismatch of each file with a template",
                           "zon validate -t harbour-template.zon harbour*.zon");
   static tool::ValidateOptions options;
-  command
-      ->add_option("-t,--template", options.templateFile,
-                   "a parameter file that defines what is allowed")
-      ->required();
+  AddTemplateFile(command, options.templateFile);
   AddFiles(command, options.files);
-  command->add_option("--format", options.format, "text, json or sarif; default: text")
-      ->check(CLI::IsMember({"text", "json", "sarif"}));
+  AddReportFormat(command, options.format);
   Choose(command, [] {
-    const auto count = std::count(options.files.begin(), options.files.end(), "-") +
-                       (options.templateFile == "-" ? 1 : 0);
-    return count > 1 ? RefuseSecondInput() : tool::Validate(options);
+    return ReadsInputTwice(options.files, options.templateFile) ? RefuseSecondInput()
+                                                                : tool::Validate(options);
   });
 }
 
@@ -116,7 +124,7 @@ void AddGet(CLI::App& app) {
   command->add_option("--default", options.fallback, "a value to print for a missing path");
   command->add_flag("--type", options.withType, "print the kind of each value and a tab before it");
   command->add_flag("--resolved", options.resolved, "print file names as paths");
-  Choose(command, [] { return TakeNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
+  Choose(command, [] { return AppendNumber(options.paths) ? tool::Get(options) : tool::kTrouble; });
 }
 
 void AddList(CLI::App& app) {
@@ -150,13 +158,11 @@ void AddCompare(CLI::App& app) {
                           "zon compare --template harbour-template.zon harbour*.zon");
   static std::string templateFile;
   static std::vector<std::string> files;
-  command
-      ->add_option("-t,--template", templateFile, "a parameter file that defines what is allowed")
-      ->required();
+  AddTemplateFile(command, templateFile);
   AddFiles(command, files);
   Choose(command, [] {
-    const auto count = std::count(files.begin(), files.end(), "-") + (templateFile == "-" ? 1 : 0);
-    return count > 1 ? RefuseSecondInput() : tool::Compare(templateFile, files);
+    return ReadsInputTwice(files, templateFile) ? RefuseSecondInput()
+                                                : tool::Compare(templateFile, files);
   });
 }
 
@@ -181,8 +187,7 @@ void AddFormat(CLI::App& app) {
   check->excludes(diff);
   command->add_flag("--plain", options.plain, "the plain form, without comments");
   Choose(command, [] {
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Format(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Format(options);
   });
 }
 
@@ -199,8 +204,7 @@ void AddFilesCommand(CLI::App& app) {
       ->excludes(missing)
       ->excludes(json);
   Choose(command, [] {
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Files(options);
+    return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Files(options);
   });
 }
 
@@ -209,10 +213,8 @@ void AddTemplate(CLI::App& app) {
                           "zon template harbour*.zon > harbour-template.zon");
   static std::vector<std::string> samples;
   command->add_option("SAMPLE", samples, "parameter files, or - for standard input")->required();
-  Choose(command, [] {
-    const auto inputs = std::count(samples.begin(), samples.end(), "-");
-    return inputs > 1 ? RefuseSecondInput() : tool::Template(samples);
-  });
+  Choose(command,
+         [] { return ReadsInputTwice(samples) ? RefuseSecondInput() : tool::Template(samples); });
 }
 
 // A subcommand that reads a template only.
@@ -224,8 +226,8 @@ void AddOfTemplate(CLI::App& app, const char* name, const char* purpose, const c
   Choose(command, [action] { return action(file); });
 }
 
-// The parser would take some values apart or for options. A mark in front of them prevents that;
-// the word that separates groups becomes another mark.
+// The parser would split some values or read them as options. A mark before them prevents that; the
+// word that separates groups becomes another mark.
 constexpr char kMark = '\x1f';
 constexpr const char* kGroupEnd = "\x1e";
 
@@ -235,7 +237,7 @@ bool NeedsMark(const std::string& word) {
   return isNumber || word == "++" || word.substr(0, 1) == "[";
 }
 
-// The arguments in the order in which the parser takes them. What follows "--" is no option.
+// The arguments in reverse order, which the parser expects. What follows "--" is no option.
 std::vector<std::string> MarkValues(int argc, char** argv) {
   std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
   auto word = std::find_if(words.begin(), words.end(),
@@ -270,9 +272,8 @@ void AddEditOptions(CLI::App* command, tool::EditOptions& options) {
 Status Set(tool::SetOptions& options, const std::vector<std::string>& words) {
   if (!options.changes.empty()) {
     for (const std::string& word : words) options.files.push_back(WithoutMark(word));
-    const auto inputs = std::count(options.files.begin(), options.files.end(), "-") +
-                        (options.changes == "-" ? 1 : 0);
-    return inputs > 1 ? RefuseSecondInput() : tool::Set(options);
+    return ReadsInputTwice(options.files, options.changes) ? RefuseSecondInput()
+                                                           : tool::Set(options);
   }
   options.files.push_back(WithoutMark(words.front()));
   options.groups.emplace_back();
@@ -370,19 +371,17 @@ void AddDiff(CLI::App& app) {
   command->add_flag("--changes", options.changes, "print the lines with which set -f makes B of A")
       ->excludes(json);
   Choose(command, [] {
-    const bool isRepeated = options.before == "-" && options.after == "-";
     if (!options.key.empty() && !tool::ValueText().IsName(options.key)) {
       return RefuseUsage("--key needs the name of a keyword");
     }
-    return isRepeated ? RefuseSecondInput() : tool::Diff(options);
+    return ReadsInputTwice({options.before, options.after}) ? RefuseSecondInput()
+                                                            : tool::Diff(options);
   });
 }
 
 Status Merge(tool::MergeOptions& options) {
   using Target = tool::EditOptions::Target;
-  const auto inputs = std::count(options.overlays.begin(), options.overlays.end(), "-") +
-                      (options.base == "-" ? 1 : 0);
-  if (inputs > 1) return RefuseSecondInput();
+  if (ReadsInputTwice(options.overlays, options.base)) return RefuseSecondInput();
   const bool isPrinted = options.edit.output.empty() || options.edit.output == "-";
   if (isPrinted && options.edit.backup)
     return RefuseUsage("--backup needs a file to write; see -o");

@@ -71,16 +71,10 @@ class NewFile : public TemplateWalk {
       const int kind = zonxGetKind(value);
       const bool isFixed = kind == ZONX_SUBSTITUTION || kind == ZONX_UNKNOWN || kind == ZONX_EMPTY;
       if (value != keyword.values.front()) all += ", ";
-      if (!isEmpty || isFixed) all += TextOf(value, kind);
+      if (!isEmpty || isFixed)
+        all += kind == ZONX_UNKNOWN ? '{' + RemarkOf(value) + '}' : TextForm(value);
     }
     return all;
-  }
-
-  static std::string TextOf(void* value, int kind) {
-    if (kind == ZONX_UNKNOWN) return '{' + RemarkOf(value) + '}';
-    const char* text = "";
-    CheckMemory(zonxGetText(value, "", &text));
-    return text;
   }
 
   std::string text_;

@@ -34,25 +34,6 @@ unsigned int NumberOf(const std::string& path) {
   return static_cast<unsigned int>(std::min(number, 0xFFFFFFFFULL));
 }
 
-const char* KindWithArticle(int kind) {
-  switch (kind) {
-    case ZONX_INTEGER:
-      return "an integer";
-    case ZONX_REAL:
-      return "a real";
-    case ZONX_BOOLEAN:
-      return "a boolean";
-    case ZONX_STRING:
-      return "a string";
-    case ZONX_FILENAME:
-      return "a file name";
-    case ZONX_DATETIME:
-      return "a date-time";
-    default:
-      return "a packed list";
-  }
-}
-
 class Setter {
  public:
   Setter(EditedFile& file, const std::string& type) : file_(file), type_(type) {}
@@ -109,11 +90,8 @@ class Setter {
     if (status == ZONX_OK) {
       const int kind = zonxGetKind(node);
       if (kind <= ZONX_SECTION) return file_.ReportPath(path, ZONX_WRONG_KIND);
-      const bool isKeyword = kind == ZONX_KEYWORD;
-      target->keyword = isKeyword ? node : OwnerOf(node);
-    } else if (status == ZONX_MISSING) {
-      if (!FindPlaceForNew(path, target)) return file_.ReportPath(path, status);
-    } else {
+      target->keyword = kind == ZONX_KEYWORD ? node : OwnerOf(node);
+    } else if (status != ZONX_MISSING || !FindPlaceForNew(path, target)) {
       return file_.ReportPath(path, status);
     }
     target->number = NumberOf(path);
@@ -182,10 +160,8 @@ class Setter {
   std::string WithOthers(const Target& target, unsigned int number, const std::string& text) const {
     std::string all;
     for (unsigned int n = 1; n <= std::max(number, target.count); ++n) {
-      const char* present = "";
       if (n > 1) all += ", ";
-      if (n != number) CheckMemory(zonxGetText(zonParamByNum(target.keyword, n), "", &present));
-      all += n == number ? text.c_str() : present;
+      all += n == number ? text : TextForm(zonParamByNum(target.keyword, n));
     }
     return all;
   }

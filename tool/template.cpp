@@ -48,20 +48,9 @@ const char* Example(int kind) {
   }
 }
 
-std::string KindText(int kind) {
-  const char* article = kind == ZONX_INTEGER || kind == ZONX_EMPTY ? "an " : "a ";
-  return std::string(article) + KindName(kind);
-}
-
-std::string TextOf(void* value) {
-  const char* text = "";
-  CheckMemory(zonxGetText(value, "", &text));
-  return text;
-}
-
 std::string RangeText(void* low, void* high) {
-  const std::string first = TextOf(low);
-  return zonGetDouble(low) == zonGetDouble(high) ? first : first + " .. " + TextOf(high);
+  const std::string first = TextForm(low);
+  return zonGetDouble(low) == zonGetDouble(high) ? first : first + " .. " + TextForm(high);
 }
 
 // What was seen in one place.
@@ -69,7 +58,7 @@ std::string SeenIn(const PlaceSummary& place) {
   if (place.low != nullptr) return RangeText(place.low, place.high);
   std::vector<std::string> texts;
   if (place.hasOtherTexts) return "";
-  for (void* text : place.texts) texts.push_back(TextOf(text));
+  for (void* text : place.texts) texts.push_back(TextForm(text));
   return Join(texts, ", ");
 }
 
@@ -165,7 +154,7 @@ class TemplateText {
     if (conflict.IsReal()) WriteConflict(conflict);
   }
 
-  // The last value of an open list stands for all further ones.
+  // The last value of an open list is the example of all further ones.
   static void AddFurther(const KeywordSummary& keyword, std::size_t n,
                          std::vector<std::string>* examples, Conflict* conflict) {
     const PlaceSummary& last = keyword.places[keyword.least - 1];
@@ -194,21 +183,20 @@ class TemplateText {
   }
 
   std::string Where(const SampleValue& value) const {
-    zonxPlace place{};
-    CheckMemory(zonxWhere(value.value, &place));
-    return Printable(files_[value.sample]->GetInput().Name()) + ':' + std::to_string(place.line);
+    return Printable(files_[value.sample]->GetInput().Name()) + ':' +
+           std::to_string(PlaceOf(value.value).line);
   }
 
   void WriteConflict(const Conflict& conflict) {
     hasConflicts_ = true;
     const auto describe = [&](const SampleValue& value) {
-      return KindText(zonxGetKind(value.value)) + " in " + Where(value);
+      return KindWithArticle(zonxGetKind(value.value)) + " in " + Where(value);
     };
     Indent();
     text_ += "// " + describe(conflict.first) + ", " + describe(conflict.second) + '\n';
     files_[conflict.second.sample]->Report(conflict.second.value, ZONX_ERROR,
-                                           std::string("this is ") +
-                                               KindText(zonxGetKind(conflict.second.value)) +
+                                           "this is " +
+                                               KindWithArticle(zonxGetKind(conflict.second.value)) +
                                                ", but " + describe(conflict.first),
                                            "no template allows both");
   }

@@ -14,12 +14,6 @@
 namespace tool {
 namespace {
 
-std::string TextOf(void* value) {
-  const char* text = "";
-  const int status = CheckMemory(zonxGetText(value, "", &text));
-  return status == ZONX_OK ? text : "";
-}
-
 // "2 x real, string"
 std::string KindsOf(const std::vector<void*>& values) {
   std::vector<std::string> kinds;
@@ -51,31 +45,6 @@ std::string Join(const std::vector<std::string>& parts, const char* between) {
     if (!part.empty()) text += (text.empty() ? "" : between) + part;
   }
   return text;
-}
-
-const char* KindName(int kind) {
-  switch (kind) {
-    case ZONX_INTEGER:
-      return "integer";
-    case ZONX_REAL:
-      return "real";
-    case ZONX_BOOLEAN:
-      return "boolean";
-    case ZONX_STRING:
-      return "string";
-    case ZONX_FILENAME:
-      return "file name";
-    case ZONX_DATETIME:
-      return "date-time";
-    case ZONX_SUBSTITUTION:
-      return "substitution";
-    case ZONX_CLOB:
-      return "packed list";
-    case ZONX_UNKNOWN:
-      return "remark alone";
-    default:
-      return "empty place";
-  }
 }
 
 bool TemplateWalk::Run(const LoadedFile& file) {
@@ -177,7 +146,7 @@ void TemplateWalk::AddDefault(KeywordFacts* facts) {
     if (line == nullptr) return;
     for (unsigned int n = 1; void* value = zonNodeByNum(line, n); ++n) {
       if (n > 1) facts->byDefault += ", ";
-      if (zonxGetKind(value) != ZONX_PLACEHOLDER) facts->byDefault += TextOf(value);
+      if (zonxGetKind(value) != ZONX_PLACEHOLDER) facts->byDefault += TextForm(value);
     }
   }
   if (Conform(values_.Kinds(facts->byDefault), *facts)) {

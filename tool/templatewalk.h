@@ -74,9 +74,6 @@ class TemplateWalk {
 // Joins the parts that are not empty.
 std::string Join(const std::vector<std::string>& parts, const char* between);
 
-// The kind of a value, "integer" or "file name".
-const char* KindName(int kind);
-
 }  // namespace tool
 
 #endif

@@ -38,6 +38,36 @@ const char* KindOf(void* value) {
   }
 }
 
+const char* KindName(int kind) {
+  switch (kind) {
+    case ZONX_INTEGER:
+      return "integer";
+    case ZONX_REAL:
+      return "real";
+    case ZONX_BOOLEAN:
+      return "boolean";
+    case ZONX_STRING:
+      return "string";
+    case ZONX_FILENAME:
+      return "file name";
+    case ZONX_DATETIME:
+      return "date-time";
+    case ZONX_SUBSTITUTION:
+      return "substitution";
+    case ZONX_CLOB:
+      return "packed list";
+    case ZONX_UNKNOWN:
+      return "remark alone";
+    default:
+      return "empty place";
+  }
+}
+
+std::string KindWithArticle(int kind) {
+  const char* article = kind == ZONX_INTEGER || kind == ZONX_EMPTY ? "an " : "a ";
+  return std::string(article) + KindName(kind);
+}
+
 std::string WrittenForm(void* value) {
   std::ostringstream text;
   static_cast<CzonNode*>(static_cast<CzonBase*>(value))->Write(text);
@@ -54,6 +84,11 @@ std::string PlainForm(void* value) {
 std::string LoadedForm(void* value) {
   if (zonIsFilename(value) != 0) return std::string("|") + zonGetFilenameString(value) + "|";
   return (zonGetSyntaxClass(value) == kZonSubstit ? "%" : "") + WrittenForm(value);
+}
+
+std::string TextForm(void* value) {
+  const char* text = "";
+  return CheckMemory(zonxGetText(value, "", &text)) == ZONX_OK ? text : "";
 }
 
 std::string LoadedValues(void* keyword) {

@@ -16,6 +16,10 @@ int CheckMemory(int status);
 // "undefined" (nothing).
 const char* KindOf(void* value);
 
+// The kind for people, which is a zonxKind: "file name", and "a file name".
+const char* KindName(int kind);
+std::string KindWithArticle(int kind);
+
 // A value as the library writes it to a file.
 std::string WrittenForm(void* value);
 
@@ -25,6 +29,10 @@ std::string PlainForm(void* value);
 // A value as the file has it: its written form, except for file names and substitutions, which the
 // written form changes.
 std::string LoadedForm(void* value);
+
+// A value as it is written in a file; of a default placeholder, the default value. Empty for an
+// empty place, a remark alone, and a placeholder without default.
+std::string TextForm(void* value);
 
 // The values of a keyword as the file has them, separated by ", ".
 std::string LoadedValues(void* keyword);
