@@ -15,6 +15,10 @@
 
 namespace zon {
 
+inline std::string_view TextBetween(const char* begin, const char* end) {
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 // The end of a run of characters of these classes.
 inline const char* SkipClass(const char* at, const char* end, unsigned classes) {
   while (at < end && IsClass(*at, classes)) ++at;

@@ -345,7 +345,7 @@ void Checker::CheckGluedComment(const char* semicolon) {
     const bool hasSign = *value == '-' || *value == '+';
     after = SkipNumber(value + (hasSign ? 1 : 0), end, &isWhole);
     const char* const endOfWord = SkipWord(value, end);
-    const std::string_view word(value, static_cast<std::size_t>(endOfWord - value));
+    const std::string_view word = TextBetween(value, endOfWord);
     if (EqualNoCase(word, "true") || EqualNoCase(word, "false")) after = endOfWord;
   }
   if (after == nullptr) return;
@@ -446,8 +446,7 @@ Resumption Checker::ResumeAfter(const Mistake& mistake, const char* rest) {
   if (mistake.action == Resumption::kOpenSection) {
     const char* const end = text_->End();
     const char* const name = SkipBlanks(mistake.after + 1, end);
-    OpenSection({name, static_cast<std::size_t>(SkipWord(name, end) - name)},
-                {mistake.after, mistake.after + 1});
+    OpenSection(TextBetween(name, SkipWord(name, end)), {mistake.after, mistake.after + 1});
   } else if (mistake.action == Resumption::kCloseSection) {
     CloseSection(mistake.after);
   }
@@ -470,7 +469,7 @@ const char* Checker::FindEndInLine(const char* at) const {
       continue;
     }
     const char* const endOfWord = SkipWord(at, end);
-    if (EqualNoCase({at, static_cast<std::size_t>(endOfWord - at)}, "endsect")) return at;
+    if (EqualNoCase(TextBetween(at, endOfWord), "endsect")) return at;
     at = endOfWord > at ? endOfWord : at + 1;
   }
   return nullptr;

@@ -212,7 +212,7 @@ bool Lexer::ConsumeLine() {
   if (!plain.isWhole) return false;
   isSuspect_ = isSuspect_ || plain.isSuspect;
   StoreValues(source, values, plain.end);
-  space_ = {plain.end, static_cast<std::size_t>(plain.next - plain.end)};
+  space_ = TextBetween(plain.end, plain.next);
   return true;
 }
 
@@ -228,7 +228,7 @@ bool Lexer::ConsumeValues() {
 }
 
 void Lexer::StoreValues(TextSource& source, const char* begin, const char* end) {
-  values_ = {begin, static_cast<std::size_t>(end - begin)};
+  values_ = TextBetween(begin, end);
   source.Consume(end);
 }
 

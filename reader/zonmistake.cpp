@@ -77,6 +77,8 @@ std::string Describe(std::uint32_t expected) {
   return text;
 }
 
+constexpr char kNameHint[] = "a name is one word: a letter, then letters, digits and underlines";
+
 struct LexerMistake {
   std::string_view error;  // the message of the lexer
   const char* rule;
@@ -152,14 +154,13 @@ class MistakeFinder {
   }
 
  private:
-  std::string_view Token() const {
-    return {scene_.tokenBegin, static_cast<std::size_t>(scene_.tokenEnd - scene_.tokenBegin)};
-  }
+  std::string_view Token() const { return TextBetween(scene_.tokenBegin, scene_.tokenEnd); }
   const char* EndOfWord(const char* at) const { return SkipWord(at, scene_.textEnd); }
   bool IsAfterPrevious() const { return scene_.previousEnd == scene_.tokenBegin; }
   bool IsOnLineOfPrevious() const { return IsOnOneLine(scene_.previousEnd, scene_.tokenBegin); }
 
-  bool Is(const char* rule, std::string message, std::string hint = std::string()) {
+  // Sets what is wrong; true, for the function that has found it.
+  bool Report(const char* rule, std::string message, std::string hint = std::string()) {
     mistake_.finding.rule = rule;
     mistake_.finding.message = std::move(message);
     mistake_.finding.hint = std::move(hint);
@@ -179,8 +180,8 @@ class MistakeFinder {
   }
 
   void Unexpected() {
-    Is(failure_.context == ParseContext::kValue ? "bad-value" : "unexpected",
-       "expected " + Describe(failure_.expected) + ", found " + Found());
+    Report(failure_.context == ParseContext::kValue ? "bad-value" : "unexpected",
+           "expected " + Describe(failure_.expected) + ", found " + Found());
   }
 
   bool FindOpenQuote();
@@ -195,6 +196,7 @@ class MistakeFinder {
   bool FindInHeader();
   bool FindEndInBrackets(std::string_view header);
   bool FindSurplusEnd(const char* end);
+  bool ReportKeywordName(const char* begin, const char* equals);
   bool FindAfterName();
   bool FindAfterValueOrPlace(const char* name, const char* nameEnd, const char* lineBegin);
   bool FindWordAsValue(const char* begin, const char* end);
@@ -228,7 +230,7 @@ bool MistakeFinder::TryOpenQuote(const char* begin, const char* end, Span line) 
   if (end < line.begin || end > line.end || !HoldsStructure(begin, end)) return false;
   At(begin, begin + 1);
   mistake_.isOpen = true;
-  return Is(kLexerMistakes[0].rule, kLexerMistakes[0].message, kLexerMistakes[0].hint);
+  return Report(kLexerMistakes[0].rule, kLexerMistakes[0].message, kLexerMistakes[0].hint);
 }
 
 bool MistakeFinder::FindOpenQuote() {
@@ -264,8 +266,8 @@ bool MistakeFinder::FindBadNumber(const char* begin, const char* reason) {
   }
   end = std::max(end, begin + 1);
   At(begin, end);
-  const std::string_view text(begin, static_cast<std::size_t>(end - begin));
-  return Is("bad-number", Quoted(text) + " is not a number: " + reason);
+  const std::string_view text = TextBetween(begin, end);
+  return Report("bad-number", Quoted(text) + " is not a number: " + reason);
 }
 
 bool MistakeFinder::FindLexerMistake() {
@@ -282,9 +284,9 @@ bool MistakeFinder::FindLexerMistake() {
     if (scene_.lexerError != mistake.error) continue;
     At(scene_.tokenBegin,
        std::min(scene_.tokenBegin + (mistake.error == "Bad comment" ? 2 : 1), scene_.textEnd));
-    return Is(mistake.rule, mistake.message, mistake.hint);
+    return Report(mistake.rule, mistake.message, mistake.hint);
   }
-  return Is("unexpected", std::string(scene_.lexerError));
+  return Report("unexpected", std::string(scene_.lexerError));
 }
 
 // A word directly after the closing quote of a text.
@@ -293,26 +295,26 @@ bool MistakeFinder::FindQuoteInText() {
   const char* const name = failure_.anchor.chars;
   if (name == scene_.textBegin || name[-1] != '\'') return false;
   At(name - 1, name);
-  return Is("quote-in-text", "a word follows the closing quote of a text",
-            "write a quote inside a text twice: 'it''s'");
+  return Report("quote-in-text", "a word follows the closing quote of a text",
+                "write a quote inside a text twice: 'it''s'");
 }
 
 bool MistakeFinder::FindCharacter() {
   if (failure_.token < 0 || failure_.token > 256 || scene_.tokenBegin == scene_.tokenEnd)
     return false;
-  const std::string_view rest(scene_.tokenBegin,
-                              static_cast<std::size_t>(scene_.textEnd - scene_.tokenBegin));
+  const std::string_view rest = TextBetween(scene_.tokenBegin, scene_.textEnd);
   if (scene_.tokenBegin == scene_.textBegin && rest.substr(0, 3) == "\xEF\xBB\xBF") {
     At(scene_.tokenBegin, scene_.tokenBegin + 3);
-    return Is("byte-order-mark", "the file begins with a byte order mark",
-              "save the file as UTF-8 without a byte order mark");
+    return Report("byte-order-mark", "the file begins with a byte order mark",
+                  "save the file as UTF-8 without a byte order mark");
   }
   if (IsPrintable(*scene_.tokenBegin)) return false;
   const bool isUtf16 = scene_.tokenBegin == scene_.textBegin &&
                        (rest.substr(0, 2) == "\xFF\xFE" || rest.substr(0, 2) == "\xFE\xFF");
-  return Is("bad-character",
-            NameOfCharacter(*scene_.tokenBegin) + " is only allowed in texts, remarks and comments",
-            isUtf16 ? "save the file as ASCII or UTF-8, not as UTF-16" : "");
+  return Report(
+      "bad-character",
+      NameOfCharacter(*scene_.tokenBegin) + " is only allowed in texts, remarks and comments",
+      isUtf16 ? "save the file as ASCII or UTF-8, not as UTF-16" : "");
 }
 
 // ---- Errors of the grammar ----------------------------------------------------------------------
@@ -322,8 +324,8 @@ bool MistakeFinder::FindOfContext() {
     const char* const lineEnd = LineEnd(scene_.tokenBegin, scene_.textEnd);
     const char* const closer = FindChar('"', scene_.tokenEnd, lineEnd);
     At(scene_.tokenBegin, closer != nullptr ? closer + 1 : scene_.tokenEnd);
-    return Is("double-quote", "a text in double quotes is not allowed",
-              "write the text in single quotes: 'text'");
+    return Report("double-quote", "a text in double quotes is not allowed",
+                  "write the text in single quotes: 'text'");
   }
   switch (failure_.context) {
     case ParseContext::kOutside:
@@ -337,12 +339,13 @@ bool MistakeFinder::FindOfContext() {
     case ParseContext::kSign: {
       const char* const sign = failure_.anchor.chars;
       At(sign, sign + 1);
-      return Is("sign-without-number", "a number must follow the sign, found " + Found());
+      return Report("sign-without-number", "a number must follow the sign, found " + Found());
     }
     case ParseContext::kSubstitution: {
       const char* const percent = failure_.anchor.chars;
       At(percent, percent + 1);
-      return Is("bad-substitution", "a name or a whole number must follow `%`, found " + Found());
+      return Report("bad-substitution",
+                    "a name or a whole number must follow `%`, found " + Found());
     }
     case ParseContext::kAfterValue:
       return FindAfterValue();
@@ -360,8 +363,8 @@ bool MistakeFinder::FindBracketedList() {
   while (last > scene_.textBegin && (last[-1] == ' ' || last[-1] == '\t')) --last;
   if (last == scene_.textBegin || (last[-1] != '=' && last[-1] != ',')) return false;
   At(bracket, bracket + 1);
-  return Is("bad-value", "expected a value, found " + Quoted({bracket, 1}),
-            "write the values of a list without brackets, with commas between them");
+  return Report("bad-value", "expected a value, found " + Quoted({bracket, 1}),
+                "write the values of a list without brackets, with commas between them");
 }
 
 bool MistakeFinder::FindInHeader() {
@@ -372,20 +375,18 @@ bool MistakeFinder::FindInHeader() {
   if (failure_.token != ENDOFINPUT) mistake_.action = Resumption::kOpenSection;
   if (closer == nullptr) {
     At(bracket, bracket + 1);
-    return Is("unclosed-bracket", "the section header that begins here has no closing bracket",
-              "end the name of the section with ]");
+    return Report("unclosed-bracket", "the section header that begins here has no closing bracket",
+                  "end the name of the section with ]");
   }
   At(bracket, closer + 1);
-  if (name == closer) return Is("bad-name", "the section has no name", "write it in the brackets");
+  if (name == closer)
+    return Report("bad-name", "the section has no name", "write it in the brackets");
   const char* end = closer;
   while (end > name && IsClass(end[-1], kSpace)) --end;
-  const std::string_view text(name, static_cast<std::size_t>(end - name));
-  if (failure_.token == ENDSECT && EqualNoCase(text, "endsect")) {
-    const std::string_view header(bracket, static_cast<std::size_t>(closer + 1 - bracket));
-    return FindEndInBrackets(header);
-  }
-  return Is("bad-name", Quoted(text) + " is no name of a section",
-            "a name is one word: a letter, then letters, digits and underlines");
+  const std::string_view text = TextBetween(name, end);
+  if (failure_.token == ENDSECT && EqualNoCase(text, "endsect"))
+    return FindEndInBrackets(TextBetween(bracket, closer + 1));
+  return Report("bad-name", Quoted(text) + " is no name of a section", kNameHint);
 }
 
 // "[EndSect]"
@@ -396,20 +397,26 @@ bool MistakeFinder::FindEndInBrackets(std::string_view header) {
   mistake_.action = Resumption::kCloseSection;
   mistake_.isExact = true;
   mistake_.after = end;
-  return Is("misspelled-endsect", "expected `EndSect`, found " + Quoted(header),
-            "a section ends with EndSect, without brackets");
+  return Report("misspelled-endsect", "expected `EndSect`, found " + Quoted(header),
+                "a section ends with EndSect, without brackets");
 }
 
 // `begin` and `end` are a word that is where a value should be.
 bool MistakeFinder::FindWordAsValue(const char* begin, const char* end) {
-  const std::string_view word(begin, static_cast<std::size_t>(end - begin));
+  const std::string_view word = TextBetween(begin, end);
   At(begin, end);
   std::string hint =
       "write a text in single quotes: '" + std::string(word.substr(0, kLongestQuoted)) + "'";
   for (const ForeignWord& foreign : kForeignWords) {
     if (EqualNoCase(word, foreign.word)) hint = foreign.hint;
   }
-  return Is("bad-value", "expected a value, found " + Quoted(word), std::move(hint));
+  return Report("bad-value", "expected a value, found " + Quoted(word), std::move(hint));
+}
+
+// Where the letters, digits and points before `at` begin.
+const char* BeginOfNumber(const char* at, const char* limit) {
+  while (at > limit && (IsClass(at[-1], kWord) || at[-1] == '.')) --at;
+  return at;
 }
 
 // Whether the text up to `end`, on its line, ends with a value, which may have a remark.
@@ -420,7 +427,7 @@ bool FollowsValue(const char* lineBegin, const char* end) {
   }
   const char* word = end;
   while (word > lineBegin && IsClass(word[-1], kWord)) --word;
-  const bool isEnd = EqualNoCase({word, static_cast<std::size_t>(end - word)}, "endsect");
+  const bool isEnd = EqualNoCase(TextBetween(word, end), "endsect");
   return end > lineBegin && end[-1] != ']' && !isEnd;
 }
 
@@ -428,12 +435,11 @@ bool FollowsValue(const char* lineBegin, const char* end) {
 // word in an empty place.
 bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
                                           const char* lineBegin) {
-  const std::string_view word(name, static_cast<std::size_t>(nameEnd - name));
+  const std::string_view word = TextBetween(name, nameEnd);
   const char before = name[-1];
   if (IsDigit(before) || before == '.') {
-    const char* number = name;
-    while (number > lineBegin && (IsClass(number[-1], kWord) || number[-1] == '.')) --number;
-    return FindBadNumber(number, "a number has decimal digits, a point and an exponent");
+    return FindBadNumber(BeginOfNumber(name, lineBegin),
+                         "a number has decimal digits, a point and an exponent");
   }
   if (FindQuoteInText()) return true;
   const char* last = name;
@@ -443,11 +449,20 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
   }
   if (last > lineBegin && FollowsValue(lineBegin, last)) {
     At(name, nameEnd);
-    return Is("word-after-value", Quoted(word) + " follows a value",
-              "write a unit as a remark: {" + std::string(word.substr(0, kLongestQuoted)) +
-                  "}, and values with commas between them");
+    return Report("word-after-value", Quoted(word) + " follows a value",
+                  "write a unit as a remark: {" + std::string(word.substr(0, kLongestQuoted)) +
+                      "}, and values with commas between them");
   }
   return false;
+}
+
+// What is before an equals sign.
+bool MistakeFinder::ReportKeywordName(const char* begin, const char* equals) {
+  const char* end = equals;
+  while (end > begin && IsClass(end[-1], kSpace)) --end;
+  At(begin, end);
+  return Report("bad-name", Quoted(TextBetween(begin, end)) + " is no name of a keyword",
+                kNameHint);
 }
 
 // After a name at the begin of a line, where "=" does not follow. What came before the name says
@@ -455,76 +470,58 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
 bool MistakeFinder::FindAfterName() {
   const char* const name = failure_.anchor.chars;
   const char* const nameEnd = EndOfWord(name);
-  const std::string_view word(name, static_cast<std::size_t>(nameEnd - name));
+  const std::string_view word = TextBetween(name, nameEnd);
   const char* const lineBegin = LineBegin(name, scene_.textBegin);
   const bool isFirst = SkipBlanks(lineBegin, name) == name;
   if (LooksLikeEnd(word) && isFirst) {
     At(name, nameEnd);
     mistake_.action = Resumption::kCloseSection;
-    return Is("misspelled-endsect", "expected `EndSect`, found " + Quoted(word),
-              "a section ends with EndSect");
+    return Report("misspelled-endsect", "expected `EndSect`, found " + Quoted(word),
+                  "a section ends with EndSect");
   }
   if (!isFirst && FindAfterValueOrPlace(name, nameEnd, lineBegin)) return true;
   const char* const lineEnd = LineEnd(name, scene_.textEnd);
   const char* const equals = FindChar('=', name, lineEnd);
-  if (equals != nullptr && scene_.tokenBegin < equals) {
-    const char* end = equals;
-    while (end > name && IsClass(end[-1], kSpace)) --end;
-    At(name, end);
-    return Is("bad-name",
-              Quoted({name, static_cast<std::size_t>(end - name)}) + " is no name of a keyword",
-              "a name is one word: a letter, then letters, digits and underlines");
-  }
+  if (equals != nullptr && scene_.tokenBegin < equals) return ReportKeywordName(name, equals);
   At(name, nameEnd);
-  return Is("missing-equals", "expected `=` after " + Quoted(word) + ", found " + Found());
+  return Report("missing-equals", "expected `=` after " + Quoted(word) + ", found " + Found());
 }
 
 bool MistakeFinder::FindAfterValue() {
   if (BeginsValue(failure_.token) && IsOnLineOfPrevious()) {
     if (failure_.token == REAL && IsAfterPrevious() && *scene_.tokenBegin == '.') {
-      const char* number = scene_.tokenBegin;
-      while (number > scene_.textBegin && (IsClass(number[-1], kWord) || number[-1] == '.'))
-        --number;
-      return FindBadNumber(number, "it has two points");
+      return FindBadNumber(BeginOfNumber(scene_.tokenBegin, scene_.textBegin), "it has two points");
     }
-    return Is("missing-comma", "expected `,` between values, found " + Found());
+    return Report("missing-comma", "expected `,` between values, found " + Found());
   }
   return FindInBody();
 }
 
 bool MistakeFinder::FindInBody() {
   if (failure_.token == '=') {
-    return Is("missing-name", "expected the name of a keyword before `=`");
+    return Report("missing-name", "expected the name of a keyword before `=`");
   }
   const char* const lineBegin = LineBegin(scene_.tokenBegin, scene_.textBegin);
   const char* const lineEnd = LineEnd(scene_.tokenBegin, scene_.textEnd);
   const bool isFirst = SkipBlanks(lineBegin, scene_.tokenBegin) == scene_.tokenBegin;
   const char* const equals =
       FindChar('=', scene_.tokenEnd < lineEnd ? scene_.tokenEnd : lineEnd, lineEnd);
-  if (isFirst && equals != nullptr && IsClass(*scene_.tokenBegin, kDigit)) {
-    const char* end = equals;
-    while (end > scene_.tokenBegin && IsClass(end[-1], kSpace)) --end;
-    At(scene_.tokenBegin, end);
-    return Is("bad-name",
-              Quoted({scene_.tokenBegin, static_cast<std::size_t>(end - scene_.tokenBegin)}) +
-                  " is no name of a keyword",
-              "a name is one word: a letter, then letters, digits and underlines");
-  }
-  return false;
+  if (!isFirst || equals == nullptr || !IsClass(*scene_.tokenBegin, kDigit)) return false;
+  return ReportKeywordName(scene_.tokenBegin, equals);
 }
 
 bool MistakeFinder::FindSurplusEnd(const char* end) {
   mistake_.isExact = true;
   mistake_.after = end;
-  return Is("surplus-endsect", "this `EndSect` ends no section",
-            "remove it, or add the header of its section");
+  return Report("surplus-endsect", "this `EndSect` ends no section",
+                "remove it, or add the header of its section");
 }
 
 bool MistakeFinder::FindOutside() {
   if (failure_.token == ENDSECT) return FindSurplusEnd(scene_.tokenEnd);
   const std::string found = Found();
-  return Is("outside-section", "expected a section header, found " + found,
-            "every keyword belongs to a section: [Name] ... EndSect");
+  return Report("outside-section", "expected a section header, found " + found,
+                "every keyword belongs to a section: [Name] ... EndSect");
 }
 
 }  // namespace

@@ -109,15 +109,11 @@ class TextSource {
   }
 
   // What was read and not consumed, and consuming it up to a place.
-  std::string_view Ready() const {
-    return {stream_.next_, static_cast<std::size_t>(stream_.end_ - stream_.next_)};
-  }
+  std::string_view Ready() const { return TextBetween(stream_.next_, stream_.end_); }
   void Consume(const char* end) { stream_.next_ += end - stream_.next_; }
 
  private:
-  std::string_view Range(const char* end) const {
-    return {start_, static_cast<std::size_t>(end - start_)};
-  }
+  std::string_view Range(const char* end) const { return TextBetween(start_, end); }
 
   CyyStream& stream_;
   const char* start_ = nullptr;

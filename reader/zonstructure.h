@@ -21,7 +21,7 @@ inline std::string_view NameInComment(const char* at, const char* end) {
   const char* const endOfWord = SkipWord(begin, end);
   const char* const next = SkipBlanks(endOfWord, end);
   if (next < end && *next != '\n') return {};
-  return {begin, static_cast<std::size_t>(endOfWord - begin)};
+  return TextBetween(begin, endOfWord);
 }
 
 enum class LineKind { kOther, kHeader, kEndSect, kKeyword, kWord };
@@ -37,7 +37,7 @@ inline LineKind ClassifyLine(const char* at, const char* end) {
     return FindChar('=', at, end) != nullptr ? LineKind::kWord : LineKind::kOther;
   }
   const char* const endOfWord = SkipWord(at, end);
-  const std::string_view word(at, static_cast<std::size_t>(endOfWord - at));
+  const std::string_view word = TextBetween(at, endOfWord);
   if (EqualNoCase(word, "endsect")) return LineKind::kEndSect;
   const char* next = SkipBlanks(endOfWord, end);
   if (next < end && *next == '(') {

@@ -104,7 +104,7 @@ class ValueCursor {
 
  private:
   std::string_view ConsumeTo(const char* end) {
-    const std::string_view text(at_, static_cast<std::size_t>(end - at_));
+    const std::string_view text = TextBetween(at_, end);
     at_ = end;
     return text;
   }

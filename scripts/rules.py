@@ -1,12 +1,12 @@
 """Compares the rules of reports in the sources with those in the manual: rules.py SOURCE
 
-A rule is a word in quotes where a report is made: it has a hyphen, or follows "Is(", "return", "?", ":",
+A rule is a word in quotes where a report is made: it has a hyphen, or follows "Report(", "return", "?", ":",
 "rule =" or a status. The manual names it in a heading or in the first column of a table of docs/reports.md."""
 import glob
 import re
 import sys
 
-WORD = r'"([a-z]+(?:-[a-z]+)+)"|(?:\bIs\(|\breturn|\?|:|\brule =|ZONX_[A-Z_]+,)\s*"(?!true"|false")([a-z]+)"'
+WORD = r'"([a-z]+(?:-[a-z]+)+)"|(?:\bReport\(|\breturn|\?|:|\brule =|ZONX_[A-Z_]+,)\s*"(?!true"|false")([a-z]+)"'
 
 if __name__ == "__main__":
     folder = sys.argv[1]

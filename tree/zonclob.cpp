@@ -98,9 +98,7 @@ class Reader {
   void SkipSign() {
     if (!Accept('-')) Accept('+');
   }
-  std::string_view Since(const char* start) const {
-    return {start, static_cast<std::size_t>(at_ - start)};
-  }
+  std::string_view Since(const char* start) const { return zon::TextBetween(start, at_); }
   bool Miss(const char* place, const char* what) {
     flaw_ = "CLOB position " + std::to_string(place - begin_ + 1) + ": " + what + " expected";
     return false;
@@ -180,7 +178,7 @@ class Reader {
       if (quote == nullptr) return Miss(end_, "closing quote");
       at_ = quote + 1;
       if (Accept('"')) continue;
-      item->text = zon::WithoutDoubled('"', {start, static_cast<std::size_t>(quote - start)});
+      item->text = zon::WithoutDoubled('"', zon::TextBetween(start, quote));
       return true;
     }
   }
