@@ -44,12 +44,11 @@ bool InputFile::Open(const char* name) {
 
 bool InputFile::Adopt(int file) {
   const int openError = errno;
-  Close();
-  file_ = file;
+  file_ = Descriptor(file);
   error_ = IsOpen() ? 0 : openError;
   if (!IsOpen()) return false;
   struct stat facts {};
-  error_ = ErrorOf([&] { return fstat(file_, &facts); });
+  error_ = ErrorOf([&] { return fstat(file_.Get(), &facts); });
   if (S_ISDIR(facts.st_mode)) error_ = EISDIR;
   if (error_ != 0) {
     Close();
@@ -63,7 +62,7 @@ bool InputFile::Adopt(int file) {
 
 std::size_t InputFile::Read(char* room, std::size_t size) {
   if (!IsOpen()) return 0;
-  const ssize_t got = Repeat([&] { return read(file_, room, size); });
+  const ssize_t got = Repeat([&] { return read(file_.Get(), room, size); });
   if (got > 0) return static_cast<std::size_t>(got);
   failed_ = got < 0;
   if (failed_) error_ = errno;
@@ -71,17 +70,8 @@ std::size_t InputFile::Read(char* room, std::size_t size) {
   return 0;
 }
 
-void InputFile::Close() {
-  if (IsOpen()) close(file_);
-  file_ = -1;
-}
-
 OutputFile::OutputFile(const char* name, Mode mode)
     : file_(OpenFile(name, O_WRONLY | O_CREAT | (mode == kAppend ? O_APPEND : O_TRUNC))) {}
-
-OutputFile::~OutputFile() {
-  if (IsOpen()) close(file_);
-}
 
 bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   if (!IsOpen()) return false;
@@ -92,11 +82,12 @@ bool OutputFile::Write(const std::vector<std::string_view>& pieces) {
   const iovec* const end = list.data() + list.size();
   off_t written = 0;
   struct stat facts {};
-  const bool isRegular = fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode);
-  if (!isRegular) return WriteAll(file_, list.data(), end, &written) && HasArrived(file_);
+  const bool isRegular = fstat(file_.Get(), &facts) == 0 && S_ISREG(facts.st_mode);
+  if (!isRegular)
+    return WriteAll(file_.Get(), list.data(), end, &written) && HasArrived(file_.Get());
   const WholeWrite wholeWrite;
-  if (WriteAll(file_, list.data(), end, &written) && HasArrived(file_)) return true;
-  CutBack(file_, written);
+  if (WriteAll(file_.Get(), list.data(), end, &written) && HasArrived(file_.Get())) return true;
+  CutBack(file_.Get(), written);
   return false;
 }
 

@@ -8,22 +8,19 @@
 #include <string_view>
 #include <vector>
 
+#include "base/zondescriptor.h"
+
 namespace zon {
 
 // A file that is open for reading: a regular file, a pipe or a device, but no directory.
 class InputFile {
  public:
-  InputFile() = default;
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile() { Close(); }
-
   bool Open(const char* name);
 
   // Takes over what an open has just returned: a descriptor, or -1 and an errno.
   bool Adopt(int file);
 
-  bool IsOpen() const { return file_ >= 0; }
+  bool IsOpen() const { return file_.IsOpen(); }
 
   // The size that the system reports; 0 if unknown, as for a pipe. Only a hint: a file may grow.
   std::size_t Size() const { return size_; }
@@ -41,10 +38,10 @@ class InputFile {
   // The errno of the Open or Read that failed; 0 if none did.
   int Error() const { return error_; }
 
-  void Close();
+  void Close() { file_.Close(); }
 
  private:
-  int file_ = -1;
+  Descriptor file_;
   std::size_t size_ = 0;
   int error_ = 0;
   bool failed_ = false;
@@ -57,18 +54,15 @@ class OutputFile {
   enum Mode { kAppend, kReplace };
 
   OutputFile(const char* name, Mode mode);
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile();
 
-  bool IsOpen() const { return file_ >= 0; }
+  bool IsOpen() const { return file_.IsOpen(); }
 
   // Appends the pieces of a text. On failure a regular file is cut back to what it held before,
   // unless another writer has appended to it since.
   bool Write(const std::vector<std::string_view>& pieces);
 
  private:
-  int file_;
+  Descriptor file_;
 };
 
 }  // namespace zon
