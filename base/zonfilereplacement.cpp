@@ -194,7 +194,7 @@ int MakeBackup(const Place& place, const struct stat& facts, TemporaryFile* back
   const Descriptor old(OpenAt(place, O_RDONLY | O_NONBLOCK));
   int error = old.IsOpen() ? ReadOld(place, &text) : errno;
   if (error == 0) error = backup->Create(0600);
-  if (error == 0) error = Write(backup->Get(), text.Text());
+  if (error == 0) error = Write(backup->Get(), text.View());
   if (error == 0) error = CopyAccess(old.Get(), facts, backup->Get());
   const timespec times[] = {facts.st_atim, facts.st_mtim};
   if (error == 0) error = ErrorOf([&] { return futimens(backup->Get(), times); });
@@ -252,8 +252,8 @@ int Overwrite(int file, std::size_t oldSize, const FileText& old, std::string_vi
   if (error == 0) error = CutTo(file, text.size());
   if (error == 0) error = Settle(file);
   if (error == 0 || old.Error() != 0) return error;
-  WriteAt(file, 0, old.Text());
-  CutTo(file, old.Text().size());
+  WriteAt(file, 0, old.View());
+  CutTo(file, old.View().size());
   Sync(file);
   return error;
 }

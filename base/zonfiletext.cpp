@@ -121,7 +121,7 @@ void FileText::Trim() {
 
 const LineIndex& FileText::Lines() {
   if (lines_ == nullptr) {
-    lines_ = std::make_unique<LineIndex>(Text());
+    lines_ = std::make_unique<LineIndex>(View());
   }
   return *lines_;
 }

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "base/zonfile.h"
+#include "base/zonlexeme.h"
 #include "base/zonlines.h"
 
 namespace zon {
@@ -48,13 +49,10 @@ class FileText {
   char* Begin() const { return begin_; }
   char* End() const { return end_; }
 
-  // The same as a text.
-  std::string_view Text() const {
-    return begin_ != nullptr ? std::string_view(begin_, static_cast<std::size_t>(end_ - begin_))
-                             : std::string_view("");
+  // The same as a text; never null.
+  std::string_view View() const {
+    return begin_ != nullptr ? TextBetween(begin_, end_) : std::string_view("");
   }
-
-  std::string_view View() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
 
   // Whether a part of the file could not be read.
   bool HasFailed() const { return file_.HasFailed() || isTooLong_; }
