@@ -18,7 +18,8 @@
 
 namespace zon {
 class InputFile;
-}
+class TokenScanner;
+}  // namespace zon
 
 /** A counted character source over one file, pipe or device. Its memory does not depend on the
  *  length of the file. */
@@ -69,7 +70,7 @@ class ZON_API CzonInput {
   std::uint32_t PreviousPosition() const { return previousPosition_; }
 
  private:
-  friend class zontScanner;  // consumes runs of characters directly from the buffer
+  friend class zon::TokenScanner;  // consumes runs of characters directly from the buffer
 
   int GetSpecial();
   bool Fill();

@@ -29,6 +29,7 @@
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 
+namespace zon {
 namespace {
 
 // Token codes, as the interface documents them.
@@ -69,10 +70,10 @@ constexpr Classes kPlain = 512;  // neither white space nor the start of a comme
 constexpr Classes ClassesOf(int c) {
   if (c == 0 || c == '\n') return 0;
   Classes classes = kInLine;
-  const bool blank = zon::IsClass(c, zon::kSpace);
+  const bool blank = IsClass(c, kSpace);
   if (blank) classes |= kBlank;
-  if (zon::IsClass(c, zon::kAlpha)) classes |= kLetter;
-  if (zon::IsClass(c, zon::kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
+  if (IsClass(c, kAlpha)) classes |= kLetter;
+  if (IsClass(c, kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
   if (c != '\'') classes |= kInString;
   if (c != '|') classes |= kInFilename;
   if (c != '*') classes |= kInBlock;
@@ -99,9 +100,9 @@ bool Is(unsigned char c, Classes classes) {
 
 // The functions of the states. Separate from the exported class, so that they can be inlined and
 // are not part of its layout.
-class zontScanner {
+class TokenScanner {
  public:
-  explicit zontScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
+  explicit TokenScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
 
   int NextToken();
   int SectionList();
@@ -183,7 +184,7 @@ class zontScanner {
 
   void CollectName() {
     const auto length = [](const char* begin, const char* end) {
-      return static_cast<std::size_t>(zon::SkipWord(begin, end) - begin);
+      return static_cast<std::size_t>(SkipWord(begin, end) - begin);
     };
     ConsumeAhead(length, [this](const char* run, std::size_t size) { Append(run, size); });
   }
@@ -223,7 +224,7 @@ class zontScanner {
   CzonInput& input_;
 };
 
-int zontScanner::NextToken() {
+int TokenScanner::NextToken() {
   reader_.text_.clear();
   reader_.textLost_ = false;
   int token = kContinue;
@@ -238,7 +239,7 @@ int zontScanner::NextToken() {
 }
 
 // kSection and kKeyword are never pushed: the state that sees a section or keyword reads its start.
-inline int zontScanner::RunState(EParseState state) {
+inline int TokenScanner::RunState(EParseState state) {
   switch (state) {
     case EParseState::kSectionBody:
       return SectionBody();
@@ -253,7 +254,7 @@ inline int zontScanner::RunState(EParseState state) {
   }
 }
 
-int zontScanner::SectionList() {
+int TokenScanner::SectionList() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
@@ -262,14 +263,14 @@ int zontScanner::SectionList() {
   return Section();
 }
 
-int zontScanner::Section() {
+int TokenScanner::Section() {
   if (!SectionHeader()) return kError;
   Push(EParseState::kEndSection);
   Push(EParseState::kSectionBody);
   return kSection;
 }
 
-bool zontScanner::SectionHeader() {
+bool TokenScanner::SectionHeader() {
   const char* message = "Bad section, expected [";
   if (input_.get() == '[') {
     CollectName();
@@ -281,7 +282,7 @@ bool zontScanner::SectionHeader() {
   return false;
 }
 
-int zontScanner::SectionBody() {
+int TokenScanner::SectionBody() {
   const int c = PeekSignificant();
   if (c < kEnd) return FailComment(c);
   if (c == '[') {
@@ -297,7 +298,7 @@ int zontScanner::SectionBody() {
   return Keyword();
 }
 
-int zontScanner::EndSection() {
+int TokenScanner::EndSection() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
@@ -306,7 +307,7 @@ int zontScanner::EndSection() {
   return Consume(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
 }
 
-int zontScanner::Keyword() {
+int TokenScanner::Keyword() {
   CollectName();
   if (reader_.text_.empty() && !reader_.textLost_) return FailAfter("Expected keyword string");
   const int c = PeekSignificant();
@@ -318,7 +319,7 @@ int zontScanner::Keyword() {
   return kKeyword;
 }
 
-int zontScanner::MoreParameter() {
+int TokenScanner::MoreParameter() {
   const int c = PeekSignificant();
   if (c < kEnd) return FailComment(c);
   if (c != ',') return kContinue;
@@ -327,7 +328,7 @@ int zontScanner::MoreParameter() {
   return SimParameter();
 }
 
-int zontScanner::SimParameter() {
+int TokenScanner::SimParameter() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEmpty;
   if (c < kEnd) return FailComment(c);
@@ -341,13 +342,13 @@ int zontScanner::SimParameter() {
 }
 
 /** Reads a number, of which nothing is consumed yet. */
-int zontScanner::Number() {
+int TokenScanner::Number() {
   // Most often the number is well formed and ends inside the buffer.
   const auto* const start = reinterpret_cast<const char*>(input_.cursor_);
   const auto* const end = reinterpret_cast<const char*>(input_.end_);
   const bool hasSign = *start == '-' || *start == '+';
   bool isWhole = false;
-  const char* const after = zon::SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
+  const char* const after = SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
   if (after == nullptr || after == end) return NumberStepByStep();
   const auto size = static_cast<std::size_t>(after - start);
   input_.cursor_ += size;
@@ -355,8 +356,8 @@ int zontScanner::Number() {
   return isWhole ? kInteger : kReal;
 }
 
-int zontScanner::NumberStepByStep() {
-  zon::NumberScan number;
+int TokenScanner::NumberStepByStep() {
+  NumberScan number;
   ConsumeRun([&number](unsigned char c) { return number.Accept(c); },
              [this](const char* run, std::size_t size) { Append(run, size); });
   if (number.IsComplete()) return number.IsWhole() ? kInteger : kReal;
@@ -364,7 +365,7 @@ int zontScanner::NumberStepByStep() {
                                            : "Bad floating point exponent definition (e/E)");
 }
 
-int zontScanner::String() {
+int TokenScanner::String() {
   while (CollectTo('\'', kInString)) {
     if (input_.peek() != '\'') return kString;
     input_.get();
@@ -373,12 +374,12 @@ int zontScanner::String() {
   return Fail("Bad string, missing closing quote '");
 }
 
-int zontScanner::Filename() {
+int TokenScanner::Filename() {
   if (CollectTo('|', kInFilename)) return kFilename;
   return Fail("Bad filename string, missing closing bar |");
 }
 
-int zontScanner::PeekFurther() {
+int TokenScanner::PeekFurther() {
   for (;;) {
     SkipRun(kBlank);
     int c = input_.peek();
@@ -392,7 +393,7 @@ int zontScanner::PeekFurther() {
 
 /** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
  *  it does not end; `c` is then kOpenBlock or kOpenBraces. */
-bool zontScanner::SkipComment(int& c) {
+bool TokenScanner::SkipComment(int& c) {
   if (c == ';') return SkipLine();
   if (c == '/') return SkipSlash(c);
   if (c != '{') return false;
@@ -405,7 +406,7 @@ bool zontScanner::SkipComment(int& c) {
   return false;
 }
 
-bool zontScanner::SkipLine() {
+bool TokenScanner::SkipLine() {
   for (int c = input_.peek(); c != '\n' && c != kEnd; c = input_.peek()) {
     input_.get();
     SkipRun(kInLine);
@@ -413,7 +414,7 @@ bool zontScanner::SkipLine() {
   return true;
 }
 
-bool zontScanner::SkipSlash(int& c) {
+bool TokenScanner::SkipSlash(int& c) {
   input_.get();
   if (input_.peek() == '/') return SkipLine();
   if (input_.peek() != '*') {
@@ -432,7 +433,7 @@ bool zontScanner::SkipSlash(int& c) {
 
 /** Skips everything up to and including `closer`. `classes` are the characters that are skipped in
  *  runs. Returns false at the end of the file. */
-bool zontScanner::SkipTo(char closer, Classes classes) {
+bool TokenScanner::SkipTo(char closer, Classes classes) {
   for (;;) {
     SkipRun(classes);
     const int c = input_.get();
@@ -441,7 +442,7 @@ bool zontScanner::SkipTo(char closer, Classes classes) {
 }
 
 /** As SkipTo, but appends everything before `closer` to the token text. */
-bool zontScanner::CollectTo(char closer, Classes classes) {
+bool TokenScanner::CollectTo(char closer, Classes classes) {
   for (;;) {
     Collect(classes);
     const int c = input_.get();
@@ -452,7 +453,7 @@ bool zontScanner::CollectTo(char closer, Classes classes) {
 }
 
 /** Consume for a word that continues after the end of the buffer, or that contains a newline. */
-bool zontScanner::ConsumeByCharacter(const char* word) {
+bool TokenScanner::ConsumeByCharacter(const char* word) {
   for (const char* letter = word; *letter; ++letter) {
     if (input_.peek() != static_cast<unsigned char>(*letter)) {
       PutBack(word, letter);
@@ -462,6 +463,8 @@ bool zontScanner::ConsumeByCharacter(const char* word) {
   }
   return true;
 }
+
+}  // namespace zon
 
 CzonTokenReader::CzonTokenReader(CzonInput* input)
     : input_(input ? input : new CzonInput), hasInput_(input != nullptr) {
@@ -475,68 +478,68 @@ CzonTokenReader::~CzonTokenReader() = default;
 
 // Inlined into one function, the scanner is kept in registers: 20 % less time per token.
 __attribute__((flatten)) int CzonTokenReader::NextToken() {
-  return zontScanner(*this).NextToken();
+  return zon::TokenScanner(*this).NextToken();
 }
 
 int CzonTokenReader::ParseParFile() {
-  return zontScanner(*this).SectionList();
+  return zon::TokenScanner(*this).SectionList();
 }
 int CzonTokenReader::ParseSectionList() {
-  return zontScanner(*this).SectionList();
+  return zon::TokenScanner(*this).SectionList();
 }
 int CzonTokenReader::ParseSection() {
-  return zontScanner(*this).Section();
+  return zon::TokenScanner(*this).Section();
 }
 int CzonTokenReader::ParseEndSection() {
-  return zontScanner(*this).EndSection();
+  return zon::TokenScanner(*this).EndSection();
 }
 int CzonTokenReader::ParseKeyword() {
-  return zontScanner(*this).Keyword();
+  return zon::TokenScanner(*this).Keyword();
 }
 int CzonTokenReader::ParseSimParameter() {
-  return zontScanner(*this).SimParameter();
+  return zon::TokenScanner(*this).SimParameter();
 }
 bool CzonTokenReader::ParseSectionHeader() {
-  return zontScanner(*this).SectionHeader();
+  return zon::TokenScanner(*this).SectionHeader();
 }
 int CzonTokenReader::ParseString() {
-  return zontScanner(*this).String();
+  return zon::TokenScanner(*this).String();
 }
 int CzonTokenReader::ParseFilename() {
-  return zontScanner(*this).Filename();
+  return zon::TokenScanner(*this).Filename();
 }
 
 int CzonTokenReader::ParseSectionBody() {
-  const int token = zontScanner(*this).SectionBody();
-  return token == kContinue ? NextToken() : token;
+  const int token = zon::TokenScanner(*this).SectionBody();
+  return token == zon::kContinue ? NextToken() : token;
 }
 
 int CzonTokenReader::ParseMoreParameter() {
-  const int token = zontScanner(*this).MoreParameter();
-  return token == kContinue ? NextToken() : token;
+  const int token = zon::TokenScanner(*this).MoreParameter();
+  return token == zon::kContinue ? NextToken() : token;
 }
 
 int CzonTokenReader::ParseNumber(int c) {
   if (c >= 0) input_->putback(static_cast<char>(c));
-  return zontScanner(*this).Number();
+  return zon::TokenScanner(*this).Number();
 }
 
 int CzonTokenReader::GetChSkipBlanks() {
-  zontScanner scanner(*this);
+  zon::TokenScanner scanner(*this);
   const int c = scanner.PeekSignificant();
-  if (c >= kEnd) return input_->get();
+  if (c >= zon::kEnd) return input_->get();
   scanner.FailComment(c);
-  return kEnd;
+  return zon::kEnd;
 }
 
 bool CzonTokenReader::InputIs(int c, const char* word) {
   if (!word || !*word || c != static_cast<unsigned char>(*word)) return false;
-  return zontScanner(*this).ConsumeByCharacter(word + 1);
+  return zon::TokenScanner(*this).ConsumeByCharacter(word + 1);
 }
 
 bool CzonTokenReader::InputPeak(int c, const char* word) {
   if (!InputIs(c, word)) return false;
-  zontScanner(*this).PutBack(word + 1, word + std::strlen(word));
+  zon::TokenScanner(*this).PutBack(word + 1, word + std::strlen(word));
   return true;
 }
 

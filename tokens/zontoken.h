@@ -97,7 +97,7 @@ class ZON_API CzonTokenReader {
   /** @} */
 
  private:
-  friend class zontScanner;
+  friend class zon::TokenScanner;
 
   std::vector<EParseState> states_;  // the stack; the last one is next
   std::unique_ptr<CzonInput> input_;
