@@ -1,12 +1,12 @@
-/* The character source of the token reader: a file with unlimited push-back and exact counters.
- *
- * One buffer holds both the characters of a block and those put back: a character is put back
- * before the unread ones, so there is one place to read from. Invariants: begin_ <= cursor_ <=
- * end_, and *end_ is zero, so only a zero can be the end of the buffer.
- *
- * The counters of characters and of the position are stored as origins and follow from the place of
- * the cursor. Only a newline changes an origin, so the scanner may consume a run without newlines
- * in one step. Tested by tests/tokens_test.cpp. */
+// The character source of the token reader: a file with unlimited push-back and exact counters.
+//
+// One buffer holds both the characters of a block and those put back: a character is put back
+// before the unread ones, so there is one place to read from. Invariants: begin_ <= cursor_ <=
+// end_, and *end_ is zero, so only a zero can be the end of the buffer.
+//
+// The counters of characters and of the position are stored as origins and follow from the place of
+// the cursor. Only a newline changes an origin, so the scanner may consume a run without newlines
+// in one step. Tested by tests/tokens_test.cpp.
 #ifndef ZON_TOKENS_ZONINPUT_H
 #define ZON_TOKENS_ZONINPUT_H
 

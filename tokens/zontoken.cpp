@@ -118,14 +118,14 @@ class TokenScanner {
   int String();
   int Filename();
 
-  /** Skips white space and comments. Returns the next character, not consumed. */
+  // Skips white space and comments. Returns the next character, not consumed.
   int PeekSignificant() {
     if (*input_.cursor_ == ' ') ++input_.cursor_;  // most often there is one blank or none
     const unsigned char c = *input_.cursor_;
     return Is(c, kPlain) ? c : PeekFurther();
   }
 
-  /** Consumes the word if it is next. */
+  // Consumes the word if it is next.
   bool Consume(const char* word) {
     const unsigned char* next = input_.cursor_;
     const char* letter = word;
@@ -146,9 +146,9 @@ class TokenScanner {
   }
 
  private:
-  /** Consumes as many characters as length(const char* begin, const char* end) returns and passes
-   *  them to use(const char*, std::size_t), in several calls if the buffer ends between them. There
-   *  must be no newline among them. */
+  // Consumes as many characters as length(const char* begin, const char* end) returns and passes
+  // them to use(const char*, std::size_t), in several calls if the buffer ends between them. There
+  // must be no newline among them.
   template <class Length, class Use>
   void ConsumeAhead(Length length, Use use) {
     do {
@@ -159,8 +159,7 @@ class TokenScanner {
     } while (input_.cursor_ == input_.end_ && input_.Fill());
   }
 
-  /** Consumes characters while accept(unsigned char) holds. It must not accept a newline or a
-   *  zero. */
+  // Consumes characters while accept(unsigned char) holds. It must not accept a newline or a zero.
   template <class Accept, class Use>
   void ConsumeRun(Accept accept, Use use) {
     const auto length = [&accept](const char* begin, const char*) {
@@ -176,7 +175,7 @@ class TokenScanner {
                [](const char*, std::size_t) {});
   }
 
-  /** Consumes characters of the classes and appends them to the token text. */
+  // Consumes characters of the classes and appends them to the token text.
   void Collect(Classes classes) {
     ConsumeRun([classes](unsigned char c) { return Is(c, classes); },
                [this](const char* run, std::size_t size) { Append(run, size); });
@@ -204,7 +203,7 @@ class TokenScanner {
     return kError;
   }
 
-  /** Consumes the character that does not fit, then fails. */
+  // Consumes the character that does not fit, then fails.
   int FailAfter(const char* message) {
     input_.get();
     return Fail(message);
@@ -341,7 +340,7 @@ int TokenScanner::SimParameter() {
   return c == '|' ? Filename() : String();
 }
 
-/** Reads a number, of which nothing is consumed yet. */
+// Reads a number, of which nothing is consumed yet.
 int TokenScanner::Number() {
   // Most often the number is well formed and ends inside the buffer.
   const auto* const start = reinterpret_cast<const char*>(input_.cursor_);
@@ -391,8 +390,8 @@ int TokenScanner::PeekFurther() {
   }
 }
 
-/** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
- *  it does not end; `c` is then kOpenBlock or kOpenBraces. */
+// Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
+// it does not end; `c` is then kOpenBlock or kOpenBraces.
 bool TokenScanner::SkipComment(int& c) {
   if (c == ';') return SkipLine();
   if (c == '/') return SkipSlash(c);
@@ -431,8 +430,8 @@ bool TokenScanner::SkipSlash(int& c) {
   return false;
 }
 
-/** Skips everything up to and including `closer`. `classes` are the characters that are skipped in
- *  runs. Returns false at the end of the file. */
+// Skips everything up to and including `closer`. `classes` are the characters that are skipped in
+// runs. Returns false at the end of the file.
 bool TokenScanner::SkipTo(char closer, Classes classes) {
   for (;;) {
     SkipRun(classes);
@@ -441,7 +440,7 @@ bool TokenScanner::SkipTo(char closer, Classes classes) {
   }
 }
 
-/** As SkipTo, but appends everything before `closer` to the token text. */
+// As SkipTo, but appends everything before `closer` to the token text.
 bool TokenScanner::CollectTo(char closer, Classes classes) {
   for (;;) {
     Collect(classes);
@@ -452,7 +451,7 @@ bool TokenScanner::CollectTo(char closer, Classes classes) {
   }
 }
 
-/** Consume for a word that continues after the end of the buffer, or that contains a newline. */
+// Consume for a word that continues after the end of the buffer, or that contains a newline.
 bool TokenScanner::ConsumeByCharacter(const char* word) {
   for (const char* letter = word; *letter; ++letter) {
     if (input_.peek() != static_cast<unsigned char>(*letter)) {
@@ -467,7 +466,7 @@ bool TokenScanner::ConsumeByCharacter(const char* word) {
 }  // namespace zon
 
 CzonTokenReader::CzonTokenReader(CzonInput* input)
-    : input_(input ? input : new CzonInput), hasInput_(input != nullptr) {
+    : input_(input != nullptr ? input : new CzonInput), hasInput_(input != nullptr) {
   states_.reserve(64);
   states_.push_back(EParseState::kParFile);
   text_.reserve(1024);
@@ -533,7 +532,7 @@ int CzonTokenReader::GetChSkipBlanks() {
 }
 
 bool CzonTokenReader::InputIs(int c, const char* word) {
-  if (!word || !*word || c != static_cast<unsigned char>(*word)) return false;
+  if (word == nullptr || *word == 0 || c != static_cast<unsigned char>(*word)) return false;
   return zon::TokenScanner(*this).ConsumeByCharacter(word + 1);
 }
 
@@ -547,7 +546,7 @@ void CzonTokenReader::Error(const char* message) {
   errorLine_ = hasInput_ ? input_->Lines() : ~0U;
   errorPosition_ = hasInput_ ? input_->Position() : ~0U;
   try {
-    errorText_ = message ? message : "";
+    errorText_ = message != nullptr ? message : "";
   } catch (const std::exception& failure) {
     const char* what = failure.what();
     errorText_.assign(what, std::min(std::strlen(what), errorText_.capacity()));
