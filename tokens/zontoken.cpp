@@ -25,6 +25,7 @@
 #include <array>
 #include <cstring>
 #include <exception>
+#include <string_view>
 
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
@@ -48,32 +49,31 @@ constexpr int kFilename = 1200;
 
 constexpr int kContinue = -2;  // no token: run the next state
 
-constexpr char kEndWord[] = "EndSect";
+constexpr std::string_view kEndWord = "EndSect";
 
 // Values in place of a character: the end of the file, or a comment that does not end.
 constexpr int kEnd = -1;
 constexpr int kOpenBlock = -2;
 constexpr int kOpenBraces = -3;
 
-// Classes of characters, as bits. None contains the newline or the zero.
+constexpr int kSkipped = -4;  // no character, but white space or a comment that was skipped
+
+// Classes of characters, as bits, beside those of base/zonchars.h: the runs that are consumed at
+// once. None contains the newline or the zero.
 using Classes = unsigned;
-constexpr Classes kLetter = 1;
-constexpr Classes kNumber = 2;  // begins a number
-constexpr Classes kBlank = 8;
-constexpr Classes kInLine = 16;
-constexpr Classes kInString = 32;
-constexpr Classes kInFilename = 64;
-constexpr Classes kInBlock = 128;
-constexpr Classes kInBraces = 256;
-constexpr Classes kPlain = 512;  // neither white space nor the start of a comment
+constexpr Classes kBlank = 1U << 0;
+constexpr Classes kInLine = 1U << 1;
+constexpr Classes kInString = 1U << 2;
+constexpr Classes kInFilename = 1U << 3;
+constexpr Classes kInBlock = 1U << 4;
+constexpr Classes kInBraces = 1U << 5;
+constexpr Classes kPlain = 1U << 6;  // neither white space nor the start of a comment
 
 constexpr Classes ClassesOf(int c) {
   if (c == 0 || c == '\n') return 0;
   Classes classes = kInLine;
   const bool blank = IsClass(c, kSpace);
   if (blank) classes |= kBlank;
-  if (IsClass(c, kAlpha)) classes |= kLetter;
-  if (IsClass(c, kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
   if (c != '\'') classes |= kInString;
   if (c != '|') classes |= kInFilename;
   if (c != '*') classes |= kInBlock;
@@ -82,18 +82,22 @@ constexpr Classes ClassesOf(int c) {
   return classes;
 }
 
-constexpr std::array<std::uint16_t, 256> MakeClasses() {
-  std::array<std::uint16_t, 256> classes{};
+constexpr std::array<unsigned char, 256> MakeClasses() {
+  std::array<unsigned char, 256> classes{};
   for (std::size_t c = 0; c < 256; ++c) {
-    classes[c] = static_cast<std::uint16_t>(ClassesOf(static_cast<int>(c)));
+    classes[c] = static_cast<unsigned char>(ClassesOf(static_cast<int>(c)));
   }
   return classes;
 }
 
-constexpr std::array<std::uint16_t, 256> kClasses = MakeClasses();
+constexpr std::array<unsigned char, 256> kClasses = MakeClasses();
 
 bool Is(unsigned char c, Classes classes) {
   return (kClasses[c] & classes) != 0;
+}
+
+bool BeginsNumber(int c) {
+  return IsClass(c, kDigit) || c == '+' || c == '-' || c == '.';
 }
 
 }  // namespace
@@ -125,20 +129,21 @@ class TokenScanner {
     return Is(c, kPlain) ? c : PeekFurther();
   }
 
-  // Consumes the word if it is next.
-  bool Consume(const char* word) {
-    const unsigned char* next = input_.cursor_;
-    const char* letter = word;
-    while (*letter && *next == static_cast<unsigned char>(*letter)) ++next, ++letter;
-    if (*letter && next == input_.end_) return ConsumeByCharacter(word);
-    if (!*letter) input_.cursor_ += letter - word;
-    return !*letter;
+  // Consumes the word if it is next. There must be no newline in it.
+  bool Consume(std::string_view word) {
+    if (static_cast<std::size_t>(input_.end_ - input_.cursor_) < word.size()) {
+      return ConsumeByCharacter(word);
+    }
+    if (std::memcmp(input_.cursor_, word.data(), word.size()) != 0) return false;
+    input_.cursor_ += word.size();
+    return true;
   }
 
-  __attribute__((noinline)) bool ConsumeByCharacter(const char* word);
+  // The same for any word, also one that continues after the end of the buffer.
+  __attribute__((noinline)) bool ConsumeByCharacter(std::string_view word);
 
-  void PutBack(const char* begin, const char* end) {
-    while (end != begin) input_.putback(*--end);
+  void PutBack(std::string_view word) {
+    for (std::size_t at = word.size(); at > 0; --at) input_.putback(word[at - 1]);
   }
 
   int FailComment(int c) {
@@ -213,9 +218,9 @@ class TokenScanner {
 
   int RunState(EParseState state);
   __attribute__((noinline)) int PeekFurther();
-  bool SkipComment(int& c);
-  bool SkipLine();
-  bool SkipSlash(int& c);
+  int SkipGap(int c);
+  int SkipLine();
+  int SkipSlash();
   bool SkipTo(char closer, Classes classes);
   bool CollectTo(char closer, Classes classes);
 
@@ -288,9 +293,9 @@ int TokenScanner::SectionBody() {
     Push(EParseState::kSectionBody);
     return Section();
   }
-  if (c == kEnd || !Is(static_cast<unsigned char>(c), kLetter)) return kContinue;
+  if (!IsClass(c, kAlpha)) return kContinue;
   if (c == 'E' && Consume(kEndWord)) {
-    PutBack(kEndWord, kEndWord + std::strlen(kEndWord));
+    PutBack(kEndWord);
     return kContinue;
   }
   Push(EParseState::kSectionBody);
@@ -331,7 +336,7 @@ int TokenScanner::SimParameter() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEmpty;
   if (c < kEnd) return FailComment(c);
-  if (Is(static_cast<unsigned char>(c), kNumber)) return Number();
+  if (BeginsNumber(c)) return Number();
   // Compatibility: for the same reason "trueish" is true and then a keyword "ish".
   if (c == 'f' && Consume("false")) return kFalse;
   if (c == 't' && Consume("true")) return kTrue;
@@ -379,55 +384,56 @@ int TokenScanner::Filename() {
 }
 
 int TokenScanner::PeekFurther() {
-  for (;;) {
+  int c = kSkipped;
+  while (c == kSkipped) {
     SkipRun(kBlank);
-    int c = input_.peek();
-    if (c == '\n') {
+    c = SkipGap(input_.peek());
+  }
+  return c;
+}
+
+// Skips the newline or the comment that begins with `c`, the next character, and returns kSkipped.
+// Returns `c` if it begins none, kOpenBlock or kOpenBraces if the comment does not end.
+int TokenScanner::SkipGap(int c) {
+  switch (c) {
+    case '\n':
       input_.get();
-    } else if (!SkipComment(c)) {
+      return kSkipped;
+    case ';':
+      return SkipLine();
+    case '/':
+      return SkipSlash();
+    case '{':
+      input_.get();
+      // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token
+      // streams of existing files depend on it.
+      input_.get();
+      return SkipTo('}', kInBraces) ? kSkipped : kOpenBraces;
+    default:
       return c;
-    }
   }
 }
 
-// Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
-// it does not end; `c` is then kOpenBlock or kOpenBraces.
-bool TokenScanner::SkipComment(int& c) {
-  if (c == ';') return SkipLine();
-  if (c == '/') return SkipSlash(c);
-  if (c != '{') return false;
-  input_.get();
-  // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token
-  // streams of existing files depend on it.
-  input_.get();
-  if (SkipTo('}', kInBraces)) return true;
-  c = kOpenBraces;
-  return false;
+int TokenScanner::SkipLine() {
+  SkipTo('\n', kInLine);  // without a newline the comment ends with the file
+  return kSkipped;
 }
 
-bool TokenScanner::SkipLine() {
-  for (int c = input_.peek(); c != '\n' && c != kEnd; c = input_.peek()) {
-    input_.get();
-    SkipRun(kInLine);
-  }
-  return true;
-}
-
-bool TokenScanner::SkipSlash(int& c) {
+int TokenScanner::SkipSlash() {
   input_.get();
-  if (input_.peek() == '/') return SkipLine();
-  if (input_.peek() != '*') {
+  const int c = input_.peek();
+  if (c == '/') return SkipLine();
+  if (c != '*') {
     input_.putback('/');
-    return false;
+    return '/';
   }
   input_.get();  // this star cannot end the comment: "/*/" is open
   while (SkipTo('*', kInBlock)) {
     if (input_.peek() != '/') continue;
     input_.get();
-    return true;
+    return kSkipped;
   }
-  c = kOpenBlock;
-  return false;
+  return kOpenBlock;
 }
 
 // Skips everything up to and including `closer`. `classes` are the characters that are skipped in
@@ -451,11 +457,10 @@ bool TokenScanner::CollectTo(char closer, Classes classes) {
   }
 }
 
-// Consume for a word that continues after the end of the buffer, or that contains a newline.
-bool TokenScanner::ConsumeByCharacter(const char* word) {
-  for (const char* letter = word; *letter; ++letter) {
-    if (input_.peek() != static_cast<unsigned char>(*letter)) {
-      PutBack(word, letter);
+bool TokenScanner::ConsumeByCharacter(std::string_view word) {
+  for (std::size_t at = 0; at < word.size(); ++at) {
+    if (input_.peek() != static_cast<unsigned char>(word[at])) {
+      PutBack(word.substr(0, at));
       return false;
     }
     input_.get();
@@ -538,7 +543,7 @@ bool CzonTokenReader::InputIs(int c, const char* word) {
 
 bool CzonTokenReader::InputPeak(int c, const char* word) {
   if (!InputIs(c, word)) return false;
-  zon::TokenScanner(*this).PutBack(word + 1, word + std::strlen(word));
+  zon::TokenScanner(*this).PutBack(word + 1);
   return true;
 }
 
