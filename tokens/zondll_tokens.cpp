@@ -26,7 +26,7 @@ ZON_API int zontLoadFile(const char* fileName, void** reader) {
   try {
     auto input = std::make_unique<CzonInput>();
     if (input->open(fileName) != 0) return zon::kErrFileOpen;
-    if (reader) *reader = new CzonTokenReader(input.release());
+    if (reader != nullptr) *reader = new CzonTokenReader(input.release());
     return 0;
   } catch (...) {
     if (zon::IsCancellation()) throw;
@@ -35,7 +35,7 @@ ZON_API int zontLoadFile(const char* fileName, void** reader) {
 }
 
 ZON_API int zontNextToken(void* reader) {
-  if (!reader) return kNullReader;
+  if (reader == nullptr) return kNullReader;
   try {
     return Reader(reader)->NextToken();
   } catch (const std::exception& failure) {
@@ -48,17 +48,17 @@ ZON_API int zontNextToken(void* reader) {
 }
 
 ZON_API const char* zontGetTokenString(void* reader) {
-  return reader ? Reader(reader)->GetTokenText().c_str() : zontNullObject;
+  return reader != nullptr ? Reader(reader)->GetTokenText().c_str() : zontNullObject;
 }
 
 ZON_API const char* zontGetError(void* reader, unsigned int* line, unsigned int* position) {
-  if (line) *line = reader ? Reader(reader)->GetErrorLine() : ~0U;
-  if (position) *position = reader ? Reader(reader)->GetErrorPosition() : ~0U;
-  return reader ? Reader(reader)->GetErrorText().c_str() : zontNullObject;
+  if (line != nullptr) *line = reader != nullptr ? Reader(reader)->GetErrorLine() : ~0U;
+  if (position != nullptr) *position = reader != nullptr ? Reader(reader)->GetErrorPosition() : ~0U;
+  return reader != nullptr ? Reader(reader)->GetErrorText().c_str() : zontNullObject;
 }
 
 ZON_API void zontDispose(void** reader) {
-  if (reader) delete Reader(*reader);
+  if (reader != nullptr) delete Reader(*reader);
 }
 
 }  // extern "C"

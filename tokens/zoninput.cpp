@@ -19,7 +19,7 @@ CzonInput::CzonInput() = default;
 CzonInput::~CzonInput() = default;
 
 int CzonInput::open(const char* name) {
-  if (!name) return 2;
+  if (name == nullptr) return 2;
   std::unique_ptr<unsigned char[]> buffer(new unsigned char[kFront + kBlock + 1]);
   auto file = std::make_unique<zon::InputFile>();
   if (!file->Open(name)) return 2;
@@ -53,8 +53,8 @@ void CzonInput::putback(char c) {
   lineOrigin_ = Characters() - previousPosition_;
 }
 
-/** Reads the next block. Call only when every character is consumed. Returns false at the end of
- *  the file and after a failure, from then on always. */
+// Reads the next block. Call only when every character is consumed. Returns false at the end of
+// the file and after a failure, from then on always.
 bool CzonInput::Fill() {
   if (file_ == nullptr) return false;
   unsigned char* const block = begin_ + kFront;
@@ -71,9 +71,9 @@ bool CzonInput::Fill() {
   return true;
 }
 
-/** Moves the unread characters to the end of a larger buffer. Call only when the cursor is at the
- *  start of the buffer. The free part before them is at least as large as they are, so that n
- *  characters are put back in O(n) steps. */
+// Moves the unread characters to the end of a larger buffer. Call only when the cursor is at the
+// start of the buffer. The free part before them is at least as large as they are, so that n
+// characters are put back in O(n) steps.
 void CzonInput::MakeRoom() {
   const auto unread = static_cast<std::size_t>(end_ - cursor_);
   const std::size_t room = unread + kFront + kBlock;
@@ -83,7 +83,7 @@ void CzonInput::MakeRoom() {
   charactersBefore_ -= static_cast<std::uint32_t>(room);
 }
 
-/** Makes the buffer the current one; `size` characters from `start` on are unread. */
+// Makes the buffer the current one; `size` characters from `start` on are unread.
 void CzonInput::Use(std::unique_ptr<unsigned char[]> buffer, std::size_t start, std::size_t size) {
   buffer_ = std::move(buffer);
   begin_ = buffer_.get();

@@ -1,12 +1,12 @@
-/* The character source of the token reader: a file with unlimited push-back and exact counters.
- *
- * One buffer holds both the characters of a block and those put back: a character is put back
- * before the unread ones, so there is one place to read from. Invariants: begin_ <= cursor_ <=
- * end_, and *end_ is zero, so only a zero can be the end of the buffer.
- *
- * The counters of characters and of the position are stored as origins and follow from the place of
- * the cursor. Only a newline changes an origin, so the scanner may consume a run without newlines
- * in one step. Tested by tests/tokens_test.cpp. */
+// The character source of the token reader: a file with unlimited push-back and exact counters.
+//
+// One buffer holds both the characters of a block and those put back: a character is put back
+// before the unread ones, so there is one place to read from. Invariants: begin_ <= cursor_ <=
+// end_, and *end_ is zero, so only a zero can be the end of the buffer.
+//
+// The counters of characters and of the position are stored as origins and follow from the place of
+// the cursor. Only a newline changes an origin, so the scanner may consume a run without newlines
+// in one step. Tested by tests/tokens_test.cpp.
 #ifndef ZON_TOKENS_ZONINPUT_H
 #define ZON_TOKENS_ZONINPUT_H
 
@@ -18,7 +18,8 @@
 
 namespace zon {
 class InputFile;
-}
+class TokenScanner;
+}  // namespace zon
 
 /** A counted character source over one file, pipe or device. Its memory does not depend on the
  *  length of the file. */
@@ -69,7 +70,7 @@ class ZON_API CzonInput {
   std::uint32_t PreviousPosition() const { return previousPosition_; }
 
  private:
-  friend class zontScanner;  // consumes runs of characters directly from the buffer
+  friend class zon::TokenScanner;  // consumes runs of characters directly from the buffer
 
   int GetSpecial();
   bool Fill();

@@ -25,10 +25,12 @@
 #include <array>
 #include <cstring>
 #include <exception>
+#include <string_view>
 
 #include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 
+namespace zon {
 namespace {
 
 // Token codes, as the interface documents them.
@@ -47,32 +49,31 @@ constexpr int kFilename = 1200;
 
 constexpr int kContinue = -2;  // no token: run the next state
 
-constexpr char kEndWord[] = "EndSect";
+constexpr std::string_view kEndWord = "EndSect";
 
 // Values in place of a character: the end of the file, or a comment that does not end.
 constexpr int kEnd = -1;
 constexpr int kOpenBlock = -2;
 constexpr int kOpenBraces = -3;
 
-// Classes of characters, as bits. None contains the newline or the zero.
+constexpr int kSkipped = -4;  // no character, but white space or a comment that was skipped
+
+// Classes of characters, as bits, beside those of base/zonchars.h: the runs that are consumed at
+// once. None contains the newline or the zero.
 using Classes = unsigned;
-constexpr Classes kLetter = 1;
-constexpr Classes kNumber = 2;  // begins a number
-constexpr Classes kBlank = 8;
-constexpr Classes kInLine = 16;
-constexpr Classes kInString = 32;
-constexpr Classes kInFilename = 64;
-constexpr Classes kInBlock = 128;
-constexpr Classes kInBraces = 256;
-constexpr Classes kPlain = 512;  // neither white space nor the start of a comment
+constexpr Classes kBlank = 1U << 0;
+constexpr Classes kInLine = 1U << 1;
+constexpr Classes kInString = 1U << 2;
+constexpr Classes kInFilename = 1U << 3;
+constexpr Classes kInBlock = 1U << 4;
+constexpr Classes kInBraces = 1U << 5;
+constexpr Classes kPlain = 1U << 6;  // neither white space nor the start of a comment
 
 constexpr Classes ClassesOf(int c) {
   if (c == 0 || c == '\n') return 0;
   Classes classes = kInLine;
-  const bool blank = zon::IsClass(c, zon::kSpace);
+  const bool blank = IsClass(c, kSpace);
   if (blank) classes |= kBlank;
-  if (zon::IsClass(c, zon::kAlpha)) classes |= kLetter;
-  if (zon::IsClass(c, zon::kDigit) || c == '+' || c == '-' || c == '.') classes |= kNumber;
   if (c != '\'') classes |= kInString;
   if (c != '|') classes |= kInFilename;
   if (c != '*') classes |= kInBlock;
@@ -81,27 +82,31 @@ constexpr Classes ClassesOf(int c) {
   return classes;
 }
 
-constexpr std::array<std::uint16_t, 256> MakeClasses() {
-  std::array<std::uint16_t, 256> classes{};
+constexpr std::array<unsigned char, 256> MakeClasses() {
+  std::array<unsigned char, 256> classes{};
   for (std::size_t c = 0; c < 256; ++c) {
-    classes[c] = static_cast<std::uint16_t>(ClassesOf(static_cast<int>(c)));
+    classes[c] = static_cast<unsigned char>(ClassesOf(static_cast<int>(c)));
   }
   return classes;
 }
 
-constexpr std::array<std::uint16_t, 256> kClasses = MakeClasses();
+constexpr std::array<unsigned char, 256> kClasses = MakeClasses();
 
 bool Is(unsigned char c, Classes classes) {
   return (kClasses[c] & classes) != 0;
+}
+
+bool BeginsNumber(int c) {
+  return IsClass(c, kDigit) || c == '+' || c == '-' || c == '.';
 }
 
 }  // namespace
 
 // The functions of the states. Separate from the exported class, so that they can be inlined and
 // are not part of its layout.
-class zontScanner {
+class TokenScanner {
  public:
-  explicit zontScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
+  explicit TokenScanner(CzonTokenReader& reader) : reader_(reader), input_(*reader.input_) {}
 
   int NextToken();
   int SectionList();
@@ -117,27 +122,28 @@ class zontScanner {
   int String();
   int Filename();
 
-  /** Skips white space and comments. Returns the next character, not consumed. */
+  // Skips white space and comments. Returns the next character, not consumed.
   int PeekSignificant() {
     if (*input_.cursor_ == ' ') ++input_.cursor_;  // most often there is one blank or none
     const unsigned char c = *input_.cursor_;
     return Is(c, kPlain) ? c : PeekFurther();
   }
 
-  /** Consumes the word if it is next. */
-  bool Consume(const char* word) {
-    const unsigned char* next = input_.cursor_;
-    const char* letter = word;
-    while (*letter && *next == static_cast<unsigned char>(*letter)) ++next, ++letter;
-    if (*letter && next == input_.end_) return ConsumeByCharacter(word);
-    if (!*letter) input_.cursor_ += letter - word;
-    return !*letter;
+  // Consumes the word if it is next. There must be no newline in it.
+  bool Consume(std::string_view word) {
+    if (static_cast<std::size_t>(input_.end_ - input_.cursor_) < word.size()) {
+      return ConsumeByCharacter(word);
+    }
+    if (std::memcmp(input_.cursor_, word.data(), word.size()) != 0) return false;
+    input_.cursor_ += word.size();
+    return true;
   }
 
-  __attribute__((noinline)) bool ConsumeByCharacter(const char* word);
+  // The same for any word, also one that continues after the end of the buffer.
+  __attribute__((noinline)) bool ConsumeByCharacter(std::string_view word);
 
-  void PutBack(const char* begin, const char* end) {
-    while (end != begin) input_.putback(*--end);
+  void PutBack(std::string_view word) {
+    for (std::size_t at = word.size(); at > 0; --at) input_.putback(word[at - 1]);
   }
 
   int FailComment(int c) {
@@ -145,9 +151,9 @@ class zontScanner {
   }
 
  private:
-  /** Consumes as many characters as length(const char* begin, const char* end) returns and passes
-   *  them to use(const char*, std::size_t), in several calls if the buffer ends between them. There
-   *  must be no newline among them. */
+  // Consumes as many characters as length(const char* begin, const char* end) returns and passes
+  // them to use(const char*, std::size_t), in several calls if the buffer ends between them. There
+  // must be no newline among them.
   template <class Length, class Use>
   void ConsumeAhead(Length length, Use use) {
     do {
@@ -158,8 +164,7 @@ class zontScanner {
     } while (input_.cursor_ == input_.end_ && input_.Fill());
   }
 
-  /** Consumes characters while accept(unsigned char) holds. It must not accept a newline or a
-   *  zero. */
+  // Consumes characters while accept(unsigned char) holds. It must not accept a newline or a zero.
   template <class Accept, class Use>
   void ConsumeRun(Accept accept, Use use) {
     const auto length = [&accept](const char* begin, const char*) {
@@ -175,7 +180,7 @@ class zontScanner {
                [](const char*, std::size_t) {});
   }
 
-  /** Consumes characters of the classes and appends them to the token text. */
+  // Consumes characters of the classes and appends them to the token text.
   void Collect(Classes classes) {
     ConsumeRun([classes](unsigned char c) { return Is(c, classes); },
                [this](const char* run, std::size_t size) { Append(run, size); });
@@ -183,7 +188,7 @@ class zontScanner {
 
   void CollectName() {
     const auto length = [](const char* begin, const char* end) {
-      return static_cast<std::size_t>(zon::SkipWord(begin, end) - begin);
+      return static_cast<std::size_t>(SkipWord(begin, end) - begin);
     };
     ConsumeAhead(length, [this](const char* run, std::size_t size) { Append(run, size); });
   }
@@ -203,7 +208,7 @@ class zontScanner {
     return kError;
   }
 
-  /** Consumes the character that does not fit, then fails. */
+  // Consumes the character that does not fit, then fails.
   int FailAfter(const char* message) {
     input_.get();
     return Fail(message);
@@ -213,9 +218,9 @@ class zontScanner {
 
   int RunState(EParseState state);
   __attribute__((noinline)) int PeekFurther();
-  bool SkipComment(int& c);
-  bool SkipLine();
-  bool SkipSlash(int& c);
+  int SkipGap(int c);
+  int SkipLine();
+  int SkipSlash();
   bool SkipTo(char closer, Classes classes);
   bool CollectTo(char closer, Classes classes);
 
@@ -223,7 +228,7 @@ class zontScanner {
   CzonInput& input_;
 };
 
-int zontScanner::NextToken() {
+int TokenScanner::NextToken() {
   reader_.text_.clear();
   reader_.textLost_ = false;
   int token = kContinue;
@@ -238,7 +243,7 @@ int zontScanner::NextToken() {
 }
 
 // kSection and kKeyword are never pushed: the state that sees a section or keyword reads its start.
-inline int zontScanner::RunState(EParseState state) {
+inline int TokenScanner::RunState(EParseState state) {
   switch (state) {
     case EParseState::kSectionBody:
       return SectionBody();
@@ -253,7 +258,7 @@ inline int zontScanner::RunState(EParseState state) {
   }
 }
 
-int zontScanner::SectionList() {
+int TokenScanner::SectionList() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
@@ -262,14 +267,14 @@ int zontScanner::SectionList() {
   return Section();
 }
 
-int zontScanner::Section() {
+int TokenScanner::Section() {
   if (!SectionHeader()) return kError;
   Push(EParseState::kEndSection);
   Push(EParseState::kSectionBody);
   return kSection;
 }
 
-bool zontScanner::SectionHeader() {
+bool TokenScanner::SectionHeader() {
   const char* message = "Bad section, expected [";
   if (input_.get() == '[') {
     CollectName();
@@ -281,23 +286,23 @@ bool zontScanner::SectionHeader() {
   return false;
 }
 
-int zontScanner::SectionBody() {
+int TokenScanner::SectionBody() {
   const int c = PeekSignificant();
   if (c < kEnd) return FailComment(c);
   if (c == '[') {
     Push(EParseState::kSectionBody);
     return Section();
   }
-  if (c == kEnd || !Is(static_cast<unsigned char>(c), kLetter)) return kContinue;
+  if (!IsClass(c, kAlpha)) return kContinue;
   if (c == 'E' && Consume(kEndWord)) {
-    PutBack(kEndWord, kEndWord + std::strlen(kEndWord));
+    PutBack(kEndWord);
     return kContinue;
   }
   Push(EParseState::kSectionBody);
   return Keyword();
 }
 
-int zontScanner::EndSection() {
+int TokenScanner::EndSection() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEndOfFile;
   if (c < kEnd) return FailComment(c);
@@ -306,7 +311,7 @@ int zontScanner::EndSection() {
   return Consume(kEndWord) ? kEndSect : Fail("Expected EndSect definition");
 }
 
-int zontScanner::Keyword() {
+int TokenScanner::Keyword() {
   CollectName();
   if (reader_.text_.empty() && !reader_.textLost_) return FailAfter("Expected keyword string");
   const int c = PeekSignificant();
@@ -318,7 +323,7 @@ int zontScanner::Keyword() {
   return kKeyword;
 }
 
-int zontScanner::MoreParameter() {
+int TokenScanner::MoreParameter() {
   const int c = PeekSignificant();
   if (c < kEnd) return FailComment(c);
   if (c != ',') return kContinue;
@@ -327,11 +332,11 @@ int zontScanner::MoreParameter() {
   return SimParameter();
 }
 
-int zontScanner::SimParameter() {
+int TokenScanner::SimParameter() {
   const int c = PeekSignificant();
   if (c == kEnd) return kEmpty;
   if (c < kEnd) return FailComment(c);
-  if (Is(static_cast<unsigned char>(c), kNumber)) return Number();
+  if (BeginsNumber(c)) return Number();
   // Compatibility: for the same reason "trueish" is true and then a keyword "ish".
   if (c == 'f' && Consume("false")) return kFalse;
   if (c == 't' && Consume("true")) return kTrue;
@@ -340,14 +345,14 @@ int zontScanner::SimParameter() {
   return c == '|' ? Filename() : String();
 }
 
-/** Reads a number, of which nothing is consumed yet. */
-int zontScanner::Number() {
+// Reads a number, of which nothing is consumed yet.
+int TokenScanner::Number() {
   // Most often the number is well formed and ends inside the buffer.
   const auto* const start = reinterpret_cast<const char*>(input_.cursor_);
   const auto* const end = reinterpret_cast<const char*>(input_.end_);
   const bool hasSign = *start == '-' || *start == '+';
   bool isWhole = false;
-  const char* const after = zon::SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
+  const char* const after = SkipNumber(start + (hasSign ? 1 : 0), end, &isWhole);
   if (after == nullptr || after == end) return NumberStepByStep();
   const auto size = static_cast<std::size_t>(after - start);
   input_.cursor_ += size;
@@ -355,8 +360,8 @@ int zontScanner::Number() {
   return isWhole ? kInteger : kReal;
 }
 
-int zontScanner::NumberStepByStep() {
-  zon::NumberScan number;
+int TokenScanner::NumberStepByStep() {
+  NumberScan number;
   ConsumeRun([&number](unsigned char c) { return number.Accept(c); },
              [this](const char* run, std::size_t size) { Append(run, size); });
   if (number.IsComplete()) return number.IsWhole() ? kInteger : kReal;
@@ -364,7 +369,7 @@ int zontScanner::NumberStepByStep() {
                                            : "Bad floating point exponent definition (e/E)");
 }
 
-int zontScanner::String() {
+int TokenScanner::String() {
   while (CollectTo('\'', kInString)) {
     if (input_.peek() != '\'') return kString;
     input_.get();
@@ -373,66 +378,67 @@ int zontScanner::String() {
   return Fail("Bad string, missing closing quote '");
 }
 
-int zontScanner::Filename() {
+int TokenScanner::Filename() {
   if (CollectTo('|', kInFilename)) return kFilename;
   return Fail("Bad filename string, missing closing bar |");
 }
 
-int zontScanner::PeekFurther() {
-  for (;;) {
+int TokenScanner::PeekFurther() {
+  int c = kSkipped;
+  while (c == kSkipped) {
     SkipRun(kBlank);
-    int c = input_.peek();
-    if (c == '\n') {
+    c = SkipGap(input_.peek());
+  }
+  return c;
+}
+
+// Skips the newline or the comment that begins with `c`, the next character, and returns kSkipped.
+// Returns `c` if it begins none, kOpenBlock or kOpenBraces if the comment does not end.
+int TokenScanner::SkipGap(int c) {
+  switch (c) {
+    case '\n':
       input_.get();
-    } else if (!SkipComment(c)) {
+      return kSkipped;
+    case ';':
+      return SkipLine();
+    case '/':
+      return SkipSlash();
+    case '{':
+      input_.get();
+      // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token
+      // streams of existing files depend on it.
+      input_.get();
+      return SkipTo('}', kInBraces) ? kSkipped : kOpenBraces;
+    default:
       return c;
-    }
   }
 }
 
-/** Skips a comment if the next character, `c`, begins one. Returns false if there is none, and if
- *  it does not end; `c` is then kOpenBlock or kOpenBraces. */
-bool zontScanner::SkipComment(int& c) {
-  if (c == ';') return SkipLine();
-  if (c == '/') return SkipSlash(c);
-  if (c != '{') return false;
-  input_.get();
-  // Compatibility: the character after the brace is skipped unseen, so "{}" does not end. Token
-  // streams of existing files depend on it.
-  input_.get();
-  if (SkipTo('}', kInBraces)) return true;
-  c = kOpenBraces;
-  return false;
+int TokenScanner::SkipLine() {
+  SkipTo('\n', kInLine);  // without a newline the comment ends with the file
+  return kSkipped;
 }
 
-bool zontScanner::SkipLine() {
-  for (int c = input_.peek(); c != '\n' && c != kEnd; c = input_.peek()) {
-    input_.get();
-    SkipRun(kInLine);
-  }
-  return true;
-}
-
-bool zontScanner::SkipSlash(int& c) {
+int TokenScanner::SkipSlash() {
   input_.get();
-  if (input_.peek() == '/') return SkipLine();
-  if (input_.peek() != '*') {
+  const int c = input_.peek();
+  if (c == '/') return SkipLine();
+  if (c != '*') {
     input_.putback('/');
-    return false;
+    return '/';
   }
   input_.get();  // this star cannot end the comment: "/*/" is open
   while (SkipTo('*', kInBlock)) {
     if (input_.peek() != '/') continue;
     input_.get();
-    return true;
+    return kSkipped;
   }
-  c = kOpenBlock;
-  return false;
+  return kOpenBlock;
 }
 
-/** Skips everything up to and including `closer`. `classes` are the characters that are skipped in
- *  runs. Returns false at the end of the file. */
-bool zontScanner::SkipTo(char closer, Classes classes) {
+// Skips everything up to and including `closer`. `classes` are the characters that are skipped in
+// runs. Returns false at the end of the file.
+bool TokenScanner::SkipTo(char closer, Classes classes) {
   for (;;) {
     SkipRun(classes);
     const int c = input_.get();
@@ -440,8 +446,8 @@ bool zontScanner::SkipTo(char closer, Classes classes) {
   }
 }
 
-/** As SkipTo, but appends everything before `closer` to the token text. */
-bool zontScanner::CollectTo(char closer, Classes classes) {
+// As SkipTo, but appends everything before `closer` to the token text.
+bool TokenScanner::CollectTo(char closer, Classes classes) {
   for (;;) {
     Collect(classes);
     const int c = input_.get();
@@ -451,11 +457,10 @@ bool zontScanner::CollectTo(char closer, Classes classes) {
   }
 }
 
-/** Consume for a word that continues after the end of the buffer, or that contains a newline. */
-bool zontScanner::ConsumeByCharacter(const char* word) {
-  for (const char* letter = word; *letter; ++letter) {
-    if (input_.peek() != static_cast<unsigned char>(*letter)) {
-      PutBack(word, letter);
+bool TokenScanner::ConsumeByCharacter(std::string_view word) {
+  for (std::size_t at = 0; at < word.size(); ++at) {
+    if (input_.peek() != static_cast<unsigned char>(word[at])) {
+      PutBack(word.substr(0, at));
       return false;
     }
     input_.get();
@@ -463,8 +468,10 @@ bool zontScanner::ConsumeByCharacter(const char* word) {
   return true;
 }
 
+}  // namespace zon
+
 CzonTokenReader::CzonTokenReader(CzonInput* input)
-    : input_(input ? input : new CzonInput), hasInput_(input != nullptr) {
+    : input_(input != nullptr ? input : new CzonInput), hasInput_(input != nullptr) {
   states_.reserve(64);
   states_.push_back(EParseState::kParFile);
   text_.reserve(1024);
@@ -475,68 +482,68 @@ CzonTokenReader::~CzonTokenReader() = default;
 
 // Inlined into one function, the scanner is kept in registers: 20 % less time per token.
 __attribute__((flatten)) int CzonTokenReader::NextToken() {
-  return zontScanner(*this).NextToken();
+  return zon::TokenScanner(*this).NextToken();
 }
 
 int CzonTokenReader::ParseParFile() {
-  return zontScanner(*this).SectionList();
+  return zon::TokenScanner(*this).SectionList();
 }
 int CzonTokenReader::ParseSectionList() {
-  return zontScanner(*this).SectionList();
+  return zon::TokenScanner(*this).SectionList();
 }
 int CzonTokenReader::ParseSection() {
-  return zontScanner(*this).Section();
+  return zon::TokenScanner(*this).Section();
 }
 int CzonTokenReader::ParseEndSection() {
-  return zontScanner(*this).EndSection();
+  return zon::TokenScanner(*this).EndSection();
 }
 int CzonTokenReader::ParseKeyword() {
-  return zontScanner(*this).Keyword();
+  return zon::TokenScanner(*this).Keyword();
 }
 int CzonTokenReader::ParseSimParameter() {
-  return zontScanner(*this).SimParameter();
+  return zon::TokenScanner(*this).SimParameter();
 }
 bool CzonTokenReader::ParseSectionHeader() {
-  return zontScanner(*this).SectionHeader();
+  return zon::TokenScanner(*this).SectionHeader();
 }
 int CzonTokenReader::ParseString() {
-  return zontScanner(*this).String();
+  return zon::TokenScanner(*this).String();
 }
 int CzonTokenReader::ParseFilename() {
-  return zontScanner(*this).Filename();
+  return zon::TokenScanner(*this).Filename();
 }
 
 int CzonTokenReader::ParseSectionBody() {
-  const int token = zontScanner(*this).SectionBody();
-  return token == kContinue ? NextToken() : token;
+  const int token = zon::TokenScanner(*this).SectionBody();
+  return token == zon::kContinue ? NextToken() : token;
 }
 
 int CzonTokenReader::ParseMoreParameter() {
-  const int token = zontScanner(*this).MoreParameter();
-  return token == kContinue ? NextToken() : token;
+  const int token = zon::TokenScanner(*this).MoreParameter();
+  return token == zon::kContinue ? NextToken() : token;
 }
 
 int CzonTokenReader::ParseNumber(int c) {
   if (c >= 0) input_->putback(static_cast<char>(c));
-  return zontScanner(*this).Number();
+  return zon::TokenScanner(*this).Number();
 }
 
 int CzonTokenReader::GetChSkipBlanks() {
-  zontScanner scanner(*this);
+  zon::TokenScanner scanner(*this);
   const int c = scanner.PeekSignificant();
-  if (c >= kEnd) return input_->get();
+  if (c >= zon::kEnd) return input_->get();
   scanner.FailComment(c);
-  return kEnd;
+  return zon::kEnd;
 }
 
 bool CzonTokenReader::InputIs(int c, const char* word) {
-  if (!word || !*word || c != static_cast<unsigned char>(*word)) return false;
-  return zontScanner(*this).ConsumeByCharacter(word + 1);
+  if (word == nullptr || *word == 0 || c != static_cast<unsigned char>(*word)) return false;
+  return zon::TokenScanner(*this).ConsumeByCharacter(word + 1);
 }
 
 bool CzonTokenReader::InputPeak(int c, const char* word) {
   if (!InputIs(c, word)) return false;
-  zontScanner(*this).PutBack(word + 1, word + std::strlen(word));
+  zon::TokenScanner(*this).PutBack(word + 1);
   return true;
 }
 
@@ -544,7 +551,7 @@ void CzonTokenReader::Error(const char* message) {
   errorLine_ = hasInput_ ? input_->Lines() : ~0U;
   errorPosition_ = hasInput_ ? input_->Position() : ~0U;
   try {
-    errorText_ = message ? message : "";
+    errorText_ = message != nullptr ? message : "";
   } catch (const std::exception& failure) {
     const char* what = failure.what();
     errorText_.assign(what, std::min(std::strlen(what), errorText_.capacity()));

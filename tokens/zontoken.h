@@ -1,11 +1,11 @@
-/* The token reader: a parameter file as a stream of tokens, without a tree.
- *
- * It is independent of the loader and accepts less: no templates, defaults, date-times or
- * substitutions; text in braces is a comment, comments do not nest, and EndSect, true and false are
- * case-sensitive. Each call of NextToken returns one token; a stack of states stores what is
- * expected after it (see zontoken.cpp). Letters, digits and white space are those of the "C"
- * locale, whatever locale the host has set. Tested by tests/tokens_test.cpp and
- * fuzz/tokens_fuzz.cpp. */
+// The token reader: a parameter file as a stream of tokens, without a tree.
+//
+// It is independent of the loader and accepts less: no templates, defaults, date-times or
+// substitutions; text in braces is a comment, comments do not nest, and EndSect, true and false are
+// case-sensitive. Each call of NextToken returns one token; a stack of states stores what is
+// expected after it (see zontoken.cpp). Letters, digits and white space are those of the "C"
+// locale, whatever locale the host has set. Tested by tests/tokens_test.cpp and
+// fuzz/tokens_fuzz.cpp.
 #ifndef ZON_TOKENS_ZONTOKEN_H
 #define ZON_TOKENS_ZONTOKEN_H
 
@@ -97,7 +97,7 @@ class ZON_API CzonTokenReader {
   /** @} */
 
  private:
-  friend class zontScanner;
+  friend class zon::TokenScanner;
 
   std::vector<EParseState> states_;  // the stack; the last one is next
   std::unique_ptr<CzonInput> input_;
