@@ -36,6 +36,11 @@ bool operator==(const ResultSettings& a, const ResultSettings& b) {
          a.usesCustom == b.usesCustom;
 }
 
+CzonData* HandleAccess::OfTree(const CzonNode& node) {
+  const auto* root = dynamic_cast<const CzonTargetList*>(node.GetTopNode());
+  return root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
+}
+
 bool HandleAccess::IsSound(const CzonData& data) {
   if (data.GetRoot() == nullptr) return false;
   const auto* load = dynamic_cast<const CzonLoad*>(&data);

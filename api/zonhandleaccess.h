@@ -12,6 +12,9 @@
 namespace zon {
 
 struct HandleAccess {
+  // The handle of the tree that the node is in; null if the tree has none.
+  static CzonData* OfTree(const CzonNode& node);
+
   // The memory for nodes of the tree. The handle must have a tree.
   static Arena& GetArena(CzonData& data) { return *data.arena_; }
 

@@ -2,7 +2,6 @@
 
 #include "api/zonhandleaccess.h"
 #include "tree/zonnodeaccess.h"
-#include "tree/zonsection.h"
 
 namespace zon {
 namespace {
@@ -21,9 +20,8 @@ void MarkRead(const CzonNode& node) {
 }
 
 void RecordMissing(const CzonNode& node, std::string_view name) {
-  const auto* root = dynamic_cast<const CzonTargetList*>(node.GetTopNode());
-  if (root == nullptr || name.empty()) return;
-  const auto* data = dynamic_cast<const CzonData*>(root->GetHandle());
+  if (name.empty()) return;
+  const CzonData* data = HandleAccess::OfTree(node);
   Watch* watch = data != nullptr ? HandleAccess::GetWatch(*data) : nullptr;
   if (watch == nullptr || watch->missing.size() >= kMostMissing) return;
   if (watch->missing.find(name) == watch->missing.end()) watch->missing.emplace(name);

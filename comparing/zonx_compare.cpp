@@ -25,12 +25,6 @@ struct Comparand {
   std::string fileName;  // absolute; empty for none
 };
 
-// The handle of the tree that the section is in; null for none.
-CzonData* HandleOfTree(const CzonNode& section) {
-  const auto* root = dynamic_cast<const CzonTargetList*>(section.GetTopNode());
-  return root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
-}
-
 std::string FileNameOf(const CzonNode& section, const CzonData* handle) {
   const LoadedFile* file = handle != nullptr ? HandleAccess::GetFile(*handle) : nullptr;
   if (file != nullptr) return file->path;
@@ -47,7 +41,7 @@ Comparand FindComparand(void* handleOrNode) {
   found.isFile = node == nullptr || !NodeAccess::IsSection(*node);
   found.status = ZONX_FAULTY;
   if (node == nullptr) return found;
-  const CzonData* handle = HandleOfTree(*node);
+  const CzonData* handle = HandleAccess::OfTree(*node);
   if (handle != nullptr && !HandleAccess::IsSound(*handle)) return found;
   found.status = ZONX_OK;
   found.top = static_cast<const CzonNamedNode*>(node);

@@ -5,25 +5,13 @@
 #include "comparing/zonvalidation.h"
 #include "comparing/zonvalidationreport.h"
 #include "tree/zonsection.h"
+#include "zonx/zoncheckreport.h"
 #include "zonx/zonnodeplace.h"
 #include "zonx/zonreporter.h"
 #include "zonx/zonstatus.h"
 
 namespace zon {
 namespace {
-
-// Whether the handle has the tree of a whole file. Reports it otherwise.
-bool RequireLoaded(const CzonData& data, Reporter& reporter) {
-  const auto* load = dynamic_cast<const CzonLoad*>(&data);
-  const bool hasError =
-      load != nullptr && load->GetParser() != nullptr && load->GetParser()->HasError();
-  if (data.GetRoot() != nullptr && !hasError) return true;
-  Finding finding;
-  finding.rule = "not-loaded";
-  finding.message = "the file was not loaded without errors";
-  reporter.Report(nullptr, finding);
-  return false;
-}
 
 int Fail(const std::vector<TemplateFault>& faults, const NodeFile& file, Reporter& reporter) {
   if (reporter.IsOn()) ReportFaults(faults, file, reporter);
@@ -36,9 +24,9 @@ int Validate(const CzonData& definition, const CzonData& candidate, zonxReporter
   const NodeFile file = FileOf(candidate);
   Reporter ofTemplate(function, context, templateFile.name);
   Reporter ofCandidate(function, context, file.name);
-  const bool hasTemplate = RequireLoaded(definition, ofTemplate);
+  const bool hasTemplate = RequireSound(definition, ofTemplate);
   if (&definition == &candidate && !hasTemplate) return ZONX_FAULTY;
-  if (!RequireLoaded(candidate, ofCandidate) || !hasTemplate) return ZONX_FAULTY;
+  if (!RequireSound(candidate, ofCandidate) || !hasTemplate) return ZONX_FAULTY;
 
   const CzonTargetList& root = *definition.GetRoot();
   const TemplateRules rules(root);

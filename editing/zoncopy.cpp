@@ -12,7 +12,7 @@
 #include <memory>
 #include <typeinfo>
 
-#include "api/zonfilehandle.h"
+#include "api/zonhandleaccess.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 
@@ -21,8 +21,7 @@ namespace {
 
 // Moves the cursor of the builder out of everything below the node.
 void LeaveChildren(const CzonNamedNode& node) {
-  const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
-  auto* handle = root != nullptr ? dynamic_cast<CzonData*>(root->GetHandle()) : nullptr;
+  CzonData* const handle = HandleAccess::OfTree(node);
   if (handle == nullptr) return;
   for (CzonNode* child : NodeAccess::Children(node)) handle->UpdateCurrentNode(child);
 }

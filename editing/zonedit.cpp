@@ -6,7 +6,7 @@
 // tests/edit_test.cpp and, against a model, by fuzz/edit_fuzz.cpp.
 #include "editing/zonedit.h"
 
-#include "api/zonfilehandle.h"
+#include "api/zonhandleaccess.h"
 #include "tree/zonnodeaccess.h"
 
 namespace zon {
@@ -14,9 +14,7 @@ namespace {
 
 // Moves the cursor of the builder out of the node and everything below it.
 void LeaveNode(CzonNode& node) {
-  const auto* root = dynamic_cast<CzonTargetList*>(node.GetTopNode());
-  if (root == nullptr) return;
-  if (auto* handle = dynamic_cast<CzonData*>(root->GetHandle())) handle->UpdateCurrentNode(&node);
+  if (CzonData* handle = HandleAccess::OfTree(node)) handle->UpdateCurrentNode(&node);
 }
 
 // Converts a position among the siblings of a kind to a place among all children. `sibling` is the

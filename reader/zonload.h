@@ -17,6 +17,9 @@ enum class LoadStatus {
 };
 
 struct Loading {
+  // Whether the text was read to its end without an error. The parser then has the tree.
+  bool IsSound() const { return status == LoadStatus::kLoaded && !parser->HasError(); }
+
   LoadStatus status;
   std::unique_ptr<CzonParser> parser;  // owns the tree
   bool isSuspect = false;              // a check may find warnings

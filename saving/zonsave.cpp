@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "api/zonx.h"
-#include "reader/zonload.h"
 #include "saving/zonrewriter.h"
 #include "saving/zonsavedtree.h"
 #include "saving/zonunwritable.h"
@@ -42,11 +41,6 @@ bool Rewrite(const CzonTargetList& root, const SaveSources& sources, SavedText* 
 }
 
 }  // namespace
-
-bool IsSound(const std::shared_ptr<FileText>& text) {
-  const Loading loading = Load(text, "");
-  return loading.status == LoadStatus::kLoaded && !loading.parser->HasError();
-}
 
 int MakeSavedText(const CzonTargetList& root, const SaveSources& sources, Reporter& reporter,
                   SavedText* saved) {

@@ -34,9 +34,6 @@ struct SavedText {
   bool isChanged = false;  // the text is not the present one
 };
 
-// Whether a text loads without an error.
-bool IsSound(const std::shared_ptr<FileText>& text);
-
 // Makes the text of a tree. Returns ZONX_OK; ZONX_FAULTY if the present text does not load;
 // ZONX_UNWRITABLE. Both are reported. Throws std::bad_alloc.
 int MakeSavedText(const CzonTargetList& root, const SaveSources& sources, Reporter& reporter,

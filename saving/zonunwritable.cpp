@@ -20,8 +20,7 @@ std::unique_ptr<CzonParser> LoadText(const std::string& text) {
   auto copy = std::make_shared<FileText>();
   copy->Assign(text);
   Loading loading = Load(copy, "");
-  const bool isSound = loading.status == LoadStatus::kLoaded && !loading.parser->HasError();
-  return isSound ? std::move(loading.parser) : nullptr;
+  return loading.IsSound() ? std::move(loading.parser) : nullptr;
 }
 
 // The only section that a text has; null if it has none or more.

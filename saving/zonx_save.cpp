@@ -16,9 +16,11 @@
 #include "base/zonenvironment.h"
 #include "base/zonfilereplacement.h"
 #include "paths/zonfilepath.h"
+#include "reader/zonload.h"
 #include "saving/zonsave.h"
 #include "saving/zonsettings.h"
 #include "tree/zonsection.h"
+#include "zonx/zoncheckreport.h"
 #include "zonx/zonstatus.h"
 
 namespace zon {
@@ -108,9 +110,7 @@ class Save {
   }
 
   int Begin() {
-    if (!HandleAccess::IsSound(data_)) {
-      return Report(ZONX_FAULTY, "not-loaded", "the file was not loaded without errors");
-    }
+    if (!RequireSound(data_, reporter_)) return ZONX_FAULTY;
     text_ = HandleAccess::GetText(data_);
     return ZONX_OK;
   }
@@ -198,7 +198,7 @@ int Save::ReadPresent(std::shared_ptr<FileText>* present) {
   if (text->Error() != 0) {
     return Fail(ZONX_CANNOT_READ, "cannot-read", "the file cannot be read", text->Error());
   }
-  if (target_.isLoaded || IsSound(text)) *present = std::move(text);
+  if (target_.isLoaded || Load(text, "").IsSound()) *present = std::move(text);
   return ZONX_OK;
 }
 

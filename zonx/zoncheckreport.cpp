@@ -1,5 +1,6 @@
 #include "zonx/zoncheckreport.h"
 
+#include "api/zonhandleaccess.h"
 #include "reader/zoncheck.h"
 
 namespace zon {
@@ -15,6 +16,15 @@ int CheckAndReport(const std::shared_ptr<FileText>& text, Reporter& reporter) {
   if (!text->HasFailed()) return result.hasErrors ? ZONX_FAULTY : ZONX_OK;
   reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
   return ZONX_CANNOT_READ;
+}
+
+bool RequireSound(const CzonData& data, Reporter& reporter) {
+  if (HandleAccess::IsSound(data)) return true;
+  Finding finding;
+  finding.rule = "not-loaded";
+  finding.message = "the file was not loaded without errors";
+  reporter.Report(nullptr, finding);
+  return false;
 }
 
 }  // namespace zon

@@ -112,11 +112,9 @@ NodeFile FileOf(const CzonData& data) {
 }
 
 NodeFile FileOf(const CzonNode& node) {
+  if (const CzonData* data = HandleAccess::OfTree(node)) return FileOf(*data);
   const auto* root = dynamic_cast<const CzonTargetList*>(node.GetTopNode());
-  if (root == nullptr) return {};
-  const auto* data = dynamic_cast<const CzonData*>(root->GetHandle());
-  if (data != nullptr) return FileOf(*data);
-  return {nullptr, root->GetOwnFilename().c_str()};
+  return root != nullptr ? NodeFile{nullptr, root->GetOwnFilename().c_str()} : NodeFile{};
 }
 
 Span PlaceOf(const CzonNode& node, const FileText& text) {

@@ -26,8 +26,7 @@ int LoadAndCheck(const std::shared_ptr<FileText>& text, const char* fileName, bo
     reporter.ReportFile("cannot-read", "the file cannot be read to its end", text->Error());
     return ZONX_CANNOT_READ;
   }
-  const bool isCutOff = loading.parser->HasError();
-  const int status = isCutOff || loading.status == LoadStatus::kFaulty ? ZONX_FAULTY : ZONX_OK;
+  const int status = loading.IsSound() ? ZONX_OK : ZONX_FAULTY;
   if (reporter.IsOn() && (status == ZONX_FAULTY || loading.isSuspect))
     CheckAndReport(text, reporter);
   text->Close();
