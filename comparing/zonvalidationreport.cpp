@@ -5,9 +5,11 @@
 #include "comparing/zonvalidationreport.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "api/zonx.h"
 #include "base/zonnearest.h"
@@ -256,14 +258,21 @@ void ReportProblems(std::vector<Problem> problems, const NodeFile& candidate,
   for (const Problem& problem : problems) texts.Report(problem);
 }
 
-void ReportFaults(const std::vector<TemplateFault>& faults, const NodeFile& definition,
+void ReportFaults(std::vector<TemplateFault> faults, const NodeFile& definition,
                   Reporter& reporter) {
-  for (const TemplateFault& fault : faults) {
+  std::vector<std::pair<Span, TemplateFault>> placed;
+  for (TemplateFault& fault : faults) {
+    placed.emplace_back(NearestPlace(fault.node, definition.text), std::move(fault));
+  }
+  std::stable_sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) {
+    return std::less<>()(a.first.begin, b.first.begin);
+  });
+  for (const auto& [place, fault] : placed) {
     Finding finding;
     finding.rule = fault.rule;
     finding.message = fault.message;
     finding.hint = fault.hint;
-    finding.place = NearestPlace(fault.node, definition.text);
+    finding.place = place;
     if (fault.first != nullptr && definition.text != nullptr) {
       finding.related = PlaceOf(*fault.first, *definition.text);
       finding.relatedMessage = "the first one is here";

@@ -16,7 +16,7 @@ void ReportProblems(std::vector<Problem> problems, const NodeFile& candidate,
                     const NodeFile& definition, Reporter& reporter);
 
 // Reports what is wrong with a template.
-void ReportFaults(const std::vector<TemplateFault>& faults, const NodeFile& definition,
+void ReportFaults(std::vector<TemplateFault> faults, const NodeFile& definition,
                   Reporter& reporter);
 
 }  // namespace zon

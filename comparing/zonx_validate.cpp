@@ -1,4 +1,7 @@
 // Exported functions: a file against a template. Tested by tests/zonxvalidate_test.cpp.
+#include <utility>
+#include <vector>
+
 #include "api/zonfilehandle.h"
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
@@ -13,11 +16,6 @@
 namespace zon {
 namespace {
 
-int Fail(const std::vector<TemplateFault>& faults, const NodeFile& file, Reporter& reporter) {
-  if (reporter.IsOn()) ReportFaults(faults, file, reporter);
-  return ZONX_FAULTY;
-}
-
 int Validate(const CzonData& definition, const CzonData& candidate, zonxReporter function,
              void* context) {
   const NodeFile templateFile = FileOf(definition);
@@ -30,10 +28,17 @@ int Validate(const CzonData& definition, const CzonData& candidate, zonxReporter
 
   const CzonTargetList& root = *definition.GetRoot();
   const TemplateRules rules(root);
-  if (!rules.Faults().empty()) return Fail(rules.Faults(), templateFile, ofTemplate);
   Validation validation(rules, ofCandidate.IsOn());
   CompareRoots(root, *candidate.GetRoot(), validation);
-  if (validation.IsTemplateFaulty()) return Fail(FindNameFaults(root), templateFile, ofTemplate);
+  std::vector<TemplateFault> faults = rules.Faults();
+  if (validation.IsTemplateFaulty()) {
+    const std::vector<TemplateFault> ofNames = FindNameFaults(root);
+    faults.insert(faults.end(), ofNames.begin(), ofNames.end());
+  }
+  if (!faults.empty()) {
+    if (ofTemplate.IsOn()) ReportFaults(std::move(faults), templateFile, ofTemplate);
+    return ZONX_FAULTY;
+  }
   if (validation.Conforms()) return ZONX_OK;
   ReportProblems(std::move(validation.Problems()), file, templateFile, ofCandidate);
   return ZONX_MISMATCH;

@@ -198,7 +198,10 @@ TEST_F(Validate, FaultyTemplates) {
        {"1:23 ambiguous-name: a template cannot have two of `k` @1:5" + twice,
         "1:29 ambiguous-name: a template cannot have two of `k` @1:5" + twice,
         "1:35+3 ambiguous-name: a template cannot have two of `b` @1:11" + twice,
-        "1:55+3 ambiguous-name: a template cannot have two of `A` @1:1" + twice}}};
+        "1:55+3 ambiguous-name: a template cannot have two of `A` @1:1" + twice}},
+      {"[A] k = 1 k = 2 EndSect [B] l = 'x' {> 0} EndSect",
+       {"1:11 ambiguous-name: a template cannot have two of `k` @1:5" + twice,
+        "1:33+3 bad-condition: `B/l`: `> 0` needs a number, and the value is a string" + hint}}};
   for (auto [wanted, reports] : rows) {
     reports.push_back("status 6");
     EXPECT_EQ(ReportsOf(FromText(wanted), FromText("[A] k = 'y' j = 1 EndSect")), reports);
