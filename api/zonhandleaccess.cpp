@@ -3,7 +3,6 @@
 #include <typeinfo>
 #include <utility>
 
-#include "base/zonenvironment.h"
 #include "base/zonfiletext.h"
 #include "paths/zonfilepath.h"
 #include "reader/zonsource.h"
@@ -56,7 +55,7 @@ void HandleAccess::SetParser(CzonLoad& load, std::unique_ptr<CzonParser> parser)
 void HandleAccess::SetFile(CzonData& data, const char* fileName, bool isInMemory) {
   auto file = std::make_unique<LoadedFile>();
   const std::string name = fileName != nullptr ? fileName : "";
-  if (!name.empty()) file->path = IsAbsolutePath(name) ? name : CurrentDirectory() + "/" + name;
+  if (!name.empty()) file->path = AbsoluteName(name);
   file->isInMemory = isInMemory;
   data.file_ = std::move(file);
 }

@@ -8,8 +8,8 @@
 
 #include "api/zonx.h"
 #include "comparing/zonvaluecomparison.h"
+#include "paths/zonfilepath.h"
 #include "saving/zonsavedvalue.h"
-#include "saving/zonsettings.h"
 #include "tree/zonclob.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonreference.h"

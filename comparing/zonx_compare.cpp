@@ -8,7 +8,6 @@
 #include "comparing/zonmerging.h"
 #include "comparing/zontreedifference.h"
 #include "paths/zonfilepath.h"
-#include "saving/zonsettings.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 #include "zonx/zonnodepath.h"

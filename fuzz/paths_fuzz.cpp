@@ -24,8 +24,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string anchor = text.substr(0, end);
   std::string name = end < text.size() ? text.substr(end + 1) : text;
   if (name[0] == '~') name.replace(0, 1, here);
-  // These names select the working directory; they are not names of files.
-  if (anchor == "$PWD" || anchor == "$CDD") return -1;
   const std::string full = model::SlowJoined(here, model::SlowJoined(here, anchor));
   const std::string both = file.Both(name, anchor);
   const std::string slow = model::SlowResolved(name, full) + model::SlowWritten(name, full);

@@ -14,8 +14,10 @@ inline bool IsAbsolutePath(std::string_view path) {
   return !path.empty() && path.front() == '/';
 }
 
+// Returns the name, after the working directory unless it is absolute; not normalised.
+std::string AbsoluteName(const std::string& name);
+
 // Returns the path `text`, resolved against the directory `base` unless it is absolute; normalised.
-// The bases "$PWD" and "$CDD" are the working directory at the time of the call.
 std::string AbsolutePath(std::string_view text, std::string_view base);
 
 // Returns the name of a parameter file, resolved against the working directory.
@@ -33,6 +35,14 @@ std::string PathOf(const CzonFilename& name);
 
 // Returns the path `text` relative to the parameter file. Both are absolute and normalised.
 std::string RelativeForm(std::string_view text, std::string_view fileName);
+
+// Whether relative names mean the same in two parameter files. One without a name has no folder,
+// and names in it keep their text.
+bool AreInOneFolder(std::string_view a, std::string_view b);
+
+// Returns how the file that is called `text` in the parameter file `from` is called in `to`. An
+// absolute name stays.
+std::string MovedFilename(std::string_view text, std::string_view from, std::string_view to);
 
 }  // namespace zon
 

@@ -1,6 +1,5 @@
 #include "saving/zonsettings.h"
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -88,23 +87,6 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
 
 namespace {
 
-std::string FolderOf(const std::string& path) {
-  return path.substr(0, path.rfind('/') + 1);
-}
-
-// The path from one folder to a file. Both are absolute and normalised, the folder ends with "/".
-std::string RelativeTo(const std::string& folder, const std::string& path) {
-  std::size_t common = 0;
-  for (std::size_t at = 0; at < folder.size() && at < path.size() && folder[at] == path[at]; ++at) {
-    if (folder[at] == '/') common = at + 1;
-  }
-  std::string relative;
-  const auto ups =
-      std::count(folder.begin() + static_cast<std::ptrdiff_t>(common), folder.end(), '/');
-  for (auto n = ups; n > 0; --n) relative += "../";
-  return relative + path.substr(common);
-}
-
 bool MayHaveFilenames(const CzonNamedNode& keyword) {
   const std::string_view text = NodeAccess::DeferredText(keyword);
   return text.empty() || text.find('|') != std::string_view::npos;
@@ -123,23 +105,6 @@ void MoveInKeyword(const CzonNamedNode& keyword, const std::string& from, const 
 }
 
 }  // namespace
-
-bool AreInOneFolder(const std::string& from, const std::string& to) {
-  return from.empty() || to.empty() ||
-         FolderOf(AbsoluteAnchor(from)) == FolderOf(AbsoluteAnchor(to));
-}
-
-// The form that is resolved to the target is taken; if a relative one is not, the absolute one.
-std::string MovedFilename(std::string_view text, const std::string& from, const std::string& to) {
-  if (text.empty() || text.front() == '/' || text.front() == '\\') return std::string(text);
-  std::string target = ResolveFilename(text, from);
-  std::string moved = RelativeTo(FolderOf(AbsoluteAnchor(to)), target);
-  if (ResolveFilename(moved, to) != target) return target;
-  if (text.find('/') == std::string_view::npos) {
-    std::replace(moved.begin(), moved.end(), '/', '\\');
-  }
-  return moved;
-}
 
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes) {

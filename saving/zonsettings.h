@@ -4,7 +4,6 @@
 #define ZON_SAVING_ZONSETTINGS_H
 
 #include <string>
-#include <string_view>
 
 #include "api/zonloadedfile.h"
 #include "saving/zontreechanges.h"
@@ -18,14 +17,6 @@ namespace zon {
 // against.
 void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const std::string& fileName,
                     TreeChanges& changes);
-
-// Whether relative names mean the same in both files. Their names are absolute; one without a name
-// has no folder, and names in it keep their text.
-bool AreInOneFolder(const std::string& from, const std::string& to);
-
-// How the file that is called `text` in the file `from` is called in the file `to`. An absolute
-// name stays.
-std::string MovedFilename(std::string_view text, const std::string& from, const std::string& to);
 
 // Rewrites relative file names, which are relative to the folder of `from`, so that in the file
 // `to` they have the same target.

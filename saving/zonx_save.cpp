@@ -13,7 +13,6 @@
 #include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
-#include "base/zonenvironment.h"
 #include "base/zonfilereplacement.h"
 #include "paths/zonfilepath.h"
 #include "reader/zonload.h"
@@ -25,10 +24,6 @@
 
 namespace zon {
 namespace {
-
-std::string AbsoluteName(const std::string& name) {
-  return IsAbsolutePath(name) ? name : CurrentDirectory() + "/" + name;
-}
 
 bool Exists(const std::string& name) {
   struct stat facts {};

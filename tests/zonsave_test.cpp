@@ -660,24 +660,27 @@ TEST_F(Save, WhatTheFormatCannotExpress) {
 
 TEST_F(Save, FileNamesKeepTheirTargets) {
   const std::string text =
-      "[A]\n  k = |a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'\nEndSect\n";
+      "[A]\n  k = |a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, |..|, ||, "
+      "'a.dat'\nEndSect\n";
   const struct {
     const char* name;
     unsigned flags;
     const char* values;
   } rows[] = {
-      {"./x/../x//b.zon", 0, "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'"},
-      {"x/b.zon", 0, "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'"},
-      {"b/f.zon", 0, "|..\\x\\a.dat|, |a.dat| {r}, |/abs/a.dat|, |../x/sub/a.dat|, ||, 'a.dat'"},
-      {"f.zon", 0, "|x\\a.dat|, |b\\a.dat| {r}, |/abs/a.dat|, |x/sub/a.dat|, ||, 'a.dat'"},
+      {"./x/../x//b.zon", 0,
+       "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, |..|, ||, 'a.dat'"},
+      {"x/b.zon", 0, "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, |..|, ||, 'a.dat'"},
+      {"b/f.zon", 0,
+       "|..\\x\\a.dat|, |a.dat| {r}, |/abs/a.dat|, |../x/sub/a.dat|, |..\\|, ||, 'a.dat'"},
+      {"f.zon", 0, "|x\\a.dat|, |b\\a.dat| {r}, |/abs/a.dat|, |x/sub/a.dat|, |.|, ||, 'a.dat'"},
       {"b/f.zon", ZONX_NAMES_AS_WRITTEN,
-       "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, ||, 'a.dat'"}};
+       "|a.dat|, |..\\b\\a.dat| {r}, |/abs/a.dat|, |sub/a.dat|, |..|, ||, 'a.dat'"}};
   for (const auto& row : rows) {
     NewPath("");
     std::filesystem::create_directories(host::FolderPath() + "/save/b");
     const host::File file(zonLoadFile(host::WriteFile("save/x/f.zon", text).c_str(), 0));
     Texts targets;
-    for (unsigned n = 1; n <= 4; ++n) {
+    for (unsigned n = 1; n <= 5; ++n) {
       targets.push_back(zonGetFilename(zonParamByNum(Find(file, "A/k"), n)));
     }
     const std::string path = host::FolderPath() + "/save/" + row.name;
@@ -685,7 +688,7 @@ TEST_F(Save, FileNamesKeepTheirTargets) {
     const std::string expected = std::string("[A]\n  k = ") + row.values + "\nEndSect\n";
     EXPECT_EQ(host::ReadFile(path), expected);
     EXPECT_EQ(TextOf(file), expected);
-    for (unsigned n = 1; n <= 4 && row.flags == 0; ++n) {
+    for (unsigned n = 1; n <= 5 && row.flags == 0; ++n) {
       EXPECT_EQ(zonGetFilename(zonParamByNum(Find(file, "A/k"), n)), targets[n - 1]);
     }
   }
