@@ -81,14 +81,20 @@ Status ReportLosses(const Source& source, const std::string& name) {
 }
 
 // Copies with the library's function for files; the content of a pipe is written from its tree. The
-// library leaves an empty file after a failure, which is removed. Returns whether there is a copy.
-bool WriteCopy(const Source& source, const std::string& target) {
+// library leaves an empty file after a failure, which is removed. Returns whether there is a copy;
+// if not, `error` is the errno, or 0.
+bool WriteCopy(const Source& source, const std::string& target, int* error) {
   const Progress progress(target);
   errno = 0;
   const bool inMemory = source.GetInput().IsInMemory();
   if (!inMemory) zonFileCopy(source.GetInput().Path().c_str(), target.c_str());
+  *error = errno;
   zonExplore(source.File(), Resolve);
-  if (inMemory) zonWrite(source.File(), target.c_str());
+  if (inMemory) {
+    errno = 0;
+    zonWrite(source.File(), target.c_str());
+    *error = errno;
+  }
   struct stat facts {};
   const bool exists = stat(target.c_str(), &facts) == 0;
   if (exists && facts.st_size == 0) unlink(target.c_str());
@@ -114,8 +120,9 @@ Status Copy(const std::string& source, const std::string& target) {
   }
   const Source loaded(source);
   if (loaded.GetStatus() != kFine) return loaded.GetStatus();
-  if (WriteCopy(loaded, target)) return ReportLosses(loaded, target);
-  PrintMessage(target + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
+  int error = 0;
+  if (WriteCopy(loaded, target, &error)) return ReportLosses(loaded, target);
+  PrintMessage(target + ": " + (error != 0 ? std::strerror(error) : "cannot be written"));
   return kTrouble;
 }
 

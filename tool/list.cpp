@@ -4,6 +4,8 @@
 #include <zonclasses.h>
 
 #include "tool/commands.h"
+#include "tool/paths.h"
+#include "tool/report.h"
 #include "tool/source.h"
 #include "tool/values.h"
 
@@ -51,6 +53,12 @@ void Print(void* section, const std::string& path, const ListOptions& options) {
 Status List(const ListOptions& options) {
   const Source source(options.file);
   if (source.GetStatus() != kFine) return source.GetStatus();
+  void* node = nullptr;
+  const bool hasNumber = options.path.find(':') != std::string::npos;
+  if (hasNumber && Find(source.File(), options.path, &node) == ZONX_BAD_ARGUMENT) {
+    ReportPath(source, options.path, ZONX_BAD_ARGUMENT);
+    return kTrouble;
+  }
   void* section = options.path.empty()
                       ? source.Root()
                       : zonFindSectionByHandle(source.File(), options.path.c_str());

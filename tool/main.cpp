@@ -191,6 +191,10 @@ void AddFormat(CLI::App& app) {
   });
 }
 
+std::string IsGiven(const std::string& value) {
+  return value.empty() ? "must not be empty" : "";
+}
+
 void AddFilesCommand(CLI::App& app) {
   CLI::App* command = Add(app, "files", "List the files that each file refers to, or copy them",
                           "zon files --missing *.zon");
@@ -202,7 +206,8 @@ void AddFilesCommand(CLI::App& app) {
   command
       ->add_option("--copy-to", options.folder, "a folder that receives the files and all of those")
       ->excludes(missing)
-      ->excludes(json);
+      ->excludes(json)
+      ->check(IsGiven);
   Choose(command, [] {
     return ReadsInputTwice(options.files) ? RefuseSecondInput() : tool::Files(options);
   });
@@ -271,7 +276,10 @@ void AddEditOptions(CLI::App* command, tool::EditOptions& options) {
 
 Status Set(tool::SetOptions& options, const std::vector<std::string>& words) {
   if (!options.changes.empty()) {
-    for (const std::string& word : words) options.files.push_back(WithoutMark(word));
+    for (const std::string& word : words) {
+      if (word == kGroupEnd) return RefuseUsage("--and does not go with -f; see zon set --help");
+      options.files.push_back(WithoutMark(word));
+    }
     return ReadsInputTwice(options.files, options.changes) ? RefuseSecondInput()
                                                            : tool::Set(options);
   }
@@ -361,8 +369,10 @@ void AddDiff(CLI::App& app) {
     const double number = std::strtod(text.c_str(), nullptr);
     return number >= 0 ? std::string() : text + " is no tolerance";
   };
-  command->add_option("--key", options.key,
-                      "a keyword whose value says which sections of one name belong together");
+  command
+      ->add_option("--key", options.key,
+                   "a keyword whose value says which sections of one name belong together")
+      ->check(IsGiven);
   command->add_option("--tolerance", options.relative, "relative tolerance of reals; default: 0")
       ->check(isTolerance);
   command->add_option("--absolute", options.absolute, "absolute tolerance of reals; default: 0")
@@ -465,19 +475,25 @@ void FillClosedStreams() {
   }
 }
 
+// Whether all output has arrived; else says why not.
+bool HasArrived() {
+  if (std::cout.flush()) return true;
+  tool::PrintMessage(std::string("standard output: ") + std::strerror(errno));
+  return false;
+}
+
 // CLI11's own message for an unknown subcommand does not name it.
 int Refuse(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
   if (argc > 1 && *argv[1] != '-' && app.get_subcommands().empty()) {
     return RefuseUnknown(argv[1]);
   }
-  return app.exit(error) == 0 ? tool::kFine : tool::kTrouble;
+  return app.exit(error) == 0 && HasArrived() ? tool::kFine : tool::kTrouble;
 }
 
 Status Run() {
   try {
     const Status status = chosen();
-    if (std::cout.flush()) return status;
-    tool::PrintMessage(std::string("standard output: ") + std::strerror(errno));
+    if (HasArrived()) return status;
   } catch (const std::bad_alloc&) {
     tool::PrintMessage("out of memory");
   } catch (const std::exception& error) {

@@ -124,6 +124,10 @@ Paths that are malformed or missing; the values of the others are printed:
   $ zon list harbour.zon Run/Entrance
   zon: harbour.zon: no section Run/Entrance; see zon list
   [1]
+  $ zon list harbour.zon 'Quay:*'
+  harbour.zon: error: `Quay:*` is no path here
+  hint: a path has the form Section:2/Keyword[3]
+  [2]
 
 Listings consist of paths:
 

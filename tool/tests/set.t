@@ -290,3 +290,15 @@ Renaming keeps values, remarks and places:
      Step {seconds} = 60
                       ^~
   [1]
+
+What makes no sense is refused before anything is read or written:
+
+  $ echo 'Run/Step = 5' > ch; zon set -f ch harbour.zon --and Run/Step 3
+  zon: --and does not go with -f; see zon set --help
+  [2]
+  $ zon diff --key '' harbour.zon harbour.zon 2>&1 | head -1; zon files --copy-to '' harbour.zon 2>&1 | head -1
+  --key: must not be empty
+  --copy-to: must not be empty
+  $ zon --version > /dev/full
+  zon: standard output: No space left on device
+  [2]
