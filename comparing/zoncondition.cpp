@@ -275,7 +275,7 @@ std::string WhyUnfit(const Conditions& conditions, int kind) {
   }
   const Choice& choice = conditions.choice;
   if (choice.text.empty()) return {};
-  if (IsNumber(kind)) return choice.numbers.empty() ? needs(choice.text, "numbers") : "";
+  if (IsNumber(kind)) return choice.numbers.empty() ? needs(choice.text, "a text") : "";
   if (kind == ZONX_BOOLEAN) {
     const bool areTruths = std::all_of(choice.texts.begin(), choice.texts.end(), IsTruth);
     return areTruths ? "" : needs(choice.text, "true or false");

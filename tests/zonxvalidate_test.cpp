@@ -182,8 +182,7 @@ TEST_F(Validate, FaultyTemplates) {
       {"[A] k = 'x' {>= 0} l = 1 {one of a, b} m = #d# {exists} n = {< 1} b = true {one of a, b}"
        " EndSect",
        {"1:9+3 bad-condition: `A/k`: `>= 0` needs a number, and the value is a string" + hint,
-        "1:24 bad-condition: `A/l`: `one of a, b` needs numbers, and the value is an integer" +
-            hint,
+        "1:24 bad-condition: `A/l`: `one of a, b` needs a text, and the value is an integer" + hint,
         "1:44+3 bad-condition: `A/m`: `exists` needs a file name, and the value is a date-time" +
             hint,
         "1:60+0 bad-condition: `A/n`: `< 1` needs a number, and the value is a remark alone" + hint,
