@@ -348,7 +348,7 @@ enum {
   ZONX_PLAIN = 1,     /**< in the layout of zonWrite, without comments */
   ZONX_NEW = 2,       /**< only if nothing has the name, also no dangling link */
   ZONX_OVERWRITE = 4, /**< also a file that has changed since it was loaded, and another file */
-  ZONX_BACKUP = 8,    /**< the old file stays, as its name and "~" */
+  ZONX_BACKUP = 8,    /**< the old file stays, as its name and "~", beside the target of a link */
   ZONX_NAMES_AS_WRITTEN = 16 /**< file names stay as they are, also in a file in another folder */
 };
 
@@ -379,12 +379,12 @@ enum {
  *      differ; so does another file, if it loads and the loaded one is not there any more as it
  *      was.
  *  @param reporter  receives every failure but ZONX_BAD_ARGUMENT and ZONX_NO_MEMORY; may be null
- *  @return ZONX_OK; ZONX_FAULTY: the handle has no tree, its load met an error, or the file that is
- *      to be overwritten does not load; ZONX_UNWRITABLE: the tree has what the format cannot
- *      express, such as an infinite number; ZONX_CHANGED: the file has another content than the one
- *      that was loaded, was removed, or is another existing file; ZONX_EXISTS; ZONX_CANNOT_READ and
- *      ZONX_CANNOT_WRITE, with errno; ZONX_BAD_ARGUMENT: no file handle, unknown flags, or no name
- *      for a tree that has no file; ZONX_NO_MEMORY */
+ *  @return ZONX_OK; ZONX_FAULTY: the handle has no tree, its load met an error, or the file that
+ *      was loaded has changed and does not load any more; ZONX_UNWRITABLE: the tree has what the
+ *      format cannot express, such as an infinite number; ZONX_CHANGED: the file has another
+ *      content than the one that was loaded, was removed, or is another existing file; ZONX_EXISTS;
+ *      ZONX_CANNOT_READ and ZONX_CANNOT_WRITE, with errno; ZONX_BAD_ARGUMENT: no file handle,
+ *      unknown flags, or no name for a tree that has no file; ZONX_NO_MEMORY */
 ZON_API int zonxSave(void* handle, const char* fileName, unsigned int flags, zonxReporter reporter,
                      void* context);
 
@@ -414,7 +414,7 @@ ZON_API void zonxFree(void* memory);
  *    value, the same for its keyword
  *  - open: at a keyword or its last value, that the last value may repeat, as SetOpenList says it
  *  - >= 0, > 0, <= 1, < 100, 0 .. 1: limits of numbers, both ends of ".." included. Integers are
- *    compared exactly, reals as the doubles that they are
+ *    compared exactly, up to 64 bits, reals as the doubles that they are
  *  - one of a, b, 'c, d': numbers by value; strings, file names and date-times as they are written,
  *    letter case included
  *  - exists: a file or folder is at the path of the file name
@@ -497,10 +497,10 @@ ZON_API int zonxDiff(void* before, void* after, const zonxCompare* options,
                      void* context, size_t* count);
 
 /** As zonxDiff, but sections of a name that occurs more than once in `before` or `after` are paired
- *  by the values of their keyword `key` before anything else: those with equal values, however else
- *  they differ. One whose values no section of the other tree has was added or removed. A section
- *  without the keyword, or with several, with empty places alone, or with values that another
- *  section of that name in its list has too, is paired as by zonxDiff.
+ *  by the values of their keyword `key` before anything else: those with equal values, whatever the
+ *  tolerance, however else they differ. One whose values no section of the other tree has was added
+ *  or removed. A section without the keyword, or with several, with empty places alone, or with
+ *  values that another section of that name in its list has too, is paired as by zonxDiff.
  *      zonxDiffByKey(before, after, "Name", NULL, print, stdout, &count);
  *  @param key  the name of a keyword; null or empty: as zonxDiff
  *  @return as zonxDiff */
