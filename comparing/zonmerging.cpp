@@ -294,10 +294,7 @@ void Merge::MoveToPlaces(Addition& addition) {
 void Merge::Commit() {
   for (Addition& addition : additions_) MoveToPlaces(addition);
   for (const FlagChange& change : flags_) {
-    const unsigned int flags = change.node->GetFlags() | change.flags;
-    change.node->SetMultiMandat((flags & CzonNamedNode::kMulti) != 0,
-                                (flags & CzonNamedNode::kMandat) != 0);
-    if ((flags & CzonNamedNode::kOpenList) != 0) change.node->SetOpenList();
+    NodeAccess::SetFlags(*change.node, change.node->GetFlags() | change.flags);
   }
   for (ValueChange& change : values_) change.Apply(&target_);
   for (ListChange& change : lists_) CommitList(change);

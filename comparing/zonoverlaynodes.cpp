@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <string_view>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -19,11 +18,6 @@ namespace zon {
 namespace {
 
 template <class T>
-bool Is(const CzonNode& value) {
-  return typeid(value) == typeid(T);
-}
-
-template <class T>
 NewValue Make(std::string_view text) {
   auto value = std::make_unique<T>();
   NodeAccess::SetText(*value, text, nullptr);
@@ -32,7 +26,8 @@ NewValue Make(std::string_view text) {
 
 // Plain numbers, truth values and strings keep their spelling.
 bool IsPlain(const CzonNode& value) {
-  return Is<CzonInt>(value) || Is<CzonReal>(value) || Is<CzonBool>(value) || Is<CzonString>(value);
+  return IsExactly<CzonInt>(value) || IsExactly<CzonReal>(value) || IsExactly<CzonBool>(value) ||
+         IsExactly<CzonString>(value);
 }
 
 NewValue CopyReal(const CzonNode& value) {
@@ -46,9 +41,7 @@ NewValue CopyReal(const CzonNode& value) {
 }
 
 void CopyHead(const CzonNamedNode& node, CzonNamedNode* copy) {
-  const unsigned int flags = node.GetFlags();
-  copy->SetMultiMandat((flags & CzonNamedNode::kMulti) != 0, (flags & CzonNamedNode::kMandat) != 0);
-  if ((flags & CzonNamedNode::kOpenList) != 0) copy->SetOpenList();
+  NodeAccess::SetFlags(*copy, node.GetFlags());
   NodeAccess::SetName(*copy, NodeAccess::GetNameView(node));
   if (!node.GetRemark().empty()) NodeAccess::SetRemark(*copy, node.GetRemark(), nullptr);
 }

@@ -10,8 +10,6 @@
 #include <string>
 #include <utility>
 
-#include "base/zoncancel.h"
-#include "base/zonsilence.h"
 #include "comparing/zonsiblingpairs.h"
 #include "comparing/zontreeoutline.h"
 #include "saving/zonsavedtree.h"
@@ -19,6 +17,7 @@
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
 #include "zonx/zonnodepath.h"
+#include "zonx/zonstatus.h"
 
 namespace zon {
 namespace {
@@ -369,12 +368,7 @@ void DifferenceWalk::Report(zonxChange change, const CzonNode* before, const Czo
     return static_cast<CzonBase*>(const_cast<CzonNode*>(node));
   };
   const zonxDifference difference{change, text.c_str(), handleOf(before), handleOf(after)};
-  try {
-    const Silence off(false);
-    visitor_.function(&difference, visitor_.context);
-  } catch (...) {
-    if (IsCancellation()) throw;
-  }
+  CallHost([&] { visitor_.function(&difference, visitor_.context); });
 }
 
 }  // namespace

@@ -67,7 +67,6 @@ class Proof : public ItemVisitor {
     std::uint32_t next;
   };
 
-  bool HasMore() const { return isSame_ && !levels_.empty(); }
   void NoteNames(const CzonNamedNode& node, const CzonNamedNode& loaded);
   void NoteValues(const CzonNamedNode& keyword, const CzonNamedNode& loaded);
   bool NotePlainList(const CzonNamedNode& keyword, const CzonNamedNode& loaded);

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string_view>
-#include <typeinfo>
 
 #include "api/zonx.h"
 #include "base/zonlexeme.h"
@@ -16,24 +15,17 @@
 namespace zon {
 namespace {
 
-// Whether a value is of the class itself. Compares addresses: a second copy of a type_info takes
-// the general way.
-template <class T>
-bool Is(const CzonNode& value) {
-  return &typeid(value) == &typeid(T);
-}
-
 std::string_view TextOf(const CzonNode& value) {
   const CzonParam* param = AsParam(&value);
   return param != nullptr ? NodeAccess::GetTextView(*param) : std::string_view();
 }
 
 bool IsSingle(const CzonNode& value) {
-  return !Is<CzonReal>(value) && dynamic_cast<const CzonFloat*>(&value) != nullptr;
+  return !IsExactly<CzonReal>(value) && dynamic_cast<const CzonFloat*>(&value) != nullptr;
 }
 
 double RealOf(const CzonNode& value) {
-  if (Is<CzonReal>(value)) return static_cast<const CzonReal&>(value).CzonReal::GetDouble();
+  if (IsExactly<CzonReal>(value)) return static_cast<const CzonReal&>(value).CzonReal::GetDouble();
   if (dynamic_cast<const CzonFloatRef*>(&value) != nullptr) {
     return static_cast<double>(value.GetFloat());
   }
@@ -49,7 +41,8 @@ bool IsWholeText(std::string_view text) {
 // The digits of an integer. One that is no number of a file has its integer view alone.
 std::string DigitsOf(const CzonNode& value) {
   const std::string_view text = TextOf(value);
-  const bool isVariable = !Is<CzonInt>(value) && dynamic_cast<const CzonIntRef*>(&value) != nullptr;
+  const bool isVariable =
+      !IsExactly<CzonInt>(value) && dynamic_cast<const CzonIntRef*>(&value) != nullptr;
   return !isVariable && IsWholeText(text) ? std::string(text) : std::to_string(value.GetInt());
 }
 
@@ -70,7 +63,7 @@ std::string RealText(const CzonNode& value) {
   const double real = RealOf(value);
   if (IsSingle(value)) return std::string(NumberText::Shortest(static_cast<float>(real)).View());
   const std::string_view text = TextOf(value);
-  if (Is<CzonReal>(value) && !text.empty() && AreSameReals(TextToDouble(text), real)) {
+  if (IsExactly<CzonReal>(value) && !text.empty() && AreSameReals(TextToDouble(text), real)) {
     const std::size_t sign = text.front() == '-' || text.front() == '+' ? 1 : 0;
     bool isWhole = false;
     const char* const end = text.data() + text.size();
@@ -80,7 +73,7 @@ std::string RealText(const CzonNode& value) {
 }
 
 std::string_view StringOf(const CzonNode& value) {
-  return Is<CzonString>(value) ? TextOf(value) : std::string_view(value.GetString());
+  return IsExactly<CzonString>(value) ? TextOf(value) : std::string_view(value.GetString());
 }
 
 std::string_view CharactersOf(const CzonNode& value, int kind) {
@@ -146,14 +139,14 @@ void AppendValue(std::string* out, const CzonNode& value) {
 }
 
 bool IsSameValue(const CzonNode& wanted, const CzonNode& loaded) {
-  if (Is<CzonReal>(wanted) && Is<CzonReal>(loaded)) {
+  if (IsExactly<CzonReal>(wanted) && IsExactly<CzonReal>(loaded)) {
     return AreSameReals(RealOf(wanted), RealOf(loaded));
   }
   const int kind = SavedKind(wanted);
   if (kind != SavedKind(loaded)) return false;
   switch (kind) {
     case ZONX_INTEGER:
-      if (Is<CzonInt>(wanted) && TextOf(wanted) == TextOf(loaded)) return true;
+      if (IsExactly<CzonInt>(wanted) && TextOf(wanted) == TextOf(loaded)) return true;
       return NormalDigits(wanted) == NormalDigits(loaded);
     case ZONX_REAL:
       if (IsSingle(wanted)) {

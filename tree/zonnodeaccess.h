@@ -175,6 +175,7 @@ struct NodeAccess {
   }
 
   // Names. ReferToName and ReferToText do not copy: the text must live as long as the tree.
+  static void SetFlags(CzonNamedNode& node, unsigned int flags) { node.SetFlags(flags); }
   static std::string_view GetNameView(const CzonNamedNode& node) { return node.GetNameView(); }
   static bool HaveSameName(const CzonNamedNode& a, const CzonNamedNode& b) {
     return EqualNoCase(a.GetNameView(), b.GetNameView());

@@ -19,15 +19,11 @@
 #include "tree/zonnodeaccess.h"
 #include "tree/zonreal.h"
 #include "tree/zonstring.h"
+#include "zonx/zonkind.h"
 #include "zonx/zonvalue.h"
 
 namespace zon {
 namespace {
-
-template <class T>
-bool Is(const CzonNode& value) {
-  return typeid(value) == typeid(T);
-}
 
 // Makes a value with a text.
 template <class T>
@@ -49,7 +45,6 @@ std::string_view TextOf(const CzonNode& value) {
   return NodeAccess::GetTextView(static_cast<const CzonParam&>(value));
 }
 
-// 0.0 and -0.0 are two numbers.
 // A float is written with six digits, and keeps its node only if these are the whole number.
 bool FitsFloat(double value) {
   const float narrow = NodeAccess::GetFloatView<CzonNumeric>(value);
@@ -62,16 +57,16 @@ bool HasNumberOfText(const CzonParam& real) {
 }
 
 bool CanHold(const CzonNode& old, const CzonParam& by) {
-  if (Is<CzonReal>(by) && !HasNumberOfText(by)) return false;
+  if (IsExactly<CzonReal>(by) && !HasNumberOfText(by)) return false;
   if (typeid(old) == typeid(by)) return true;
-  if (Is<CzonInt>(by)) return Is<CzonIntDef>(old);
-  if (!Is<CzonReal>(by)) return false;
-  if (Is<CzonFloat>(old) || Is<CzonFloatDef>(old)) return FitsFloat(by.GetDouble());
-  return Is<CzonDouble>(old) || Is<CzonDoubleDef>(old);
+  if (IsExactly<CzonInt>(by)) return IsExactly<CzonIntDef>(old);
+  if (!IsExactly<CzonReal>(by)) return false;
+  if (IsExactly<CzonFloat>(old) || IsExactly<CzonFloatDef>(old)) return FitsFloat(by.GetDouble());
+  return IsExactly<CzonDouble>(old) || IsExactly<CzonDoubleDef>(old);
 }
 
 bool IsEmpty(const CzonNode& value) {
-  return Is<CzonUndefinedPar>(value) || Is<CzonDefaultPar>(value);
+  return IsExactly<CzonUndefinedPar>(value) || IsExactly<CzonDefaultPar>(value);
 }
 
 // The views count too: a host can have set them apart from the text. A number too large for its
@@ -100,10 +95,10 @@ bool AreEqualNames(std::string_view a, std::string_view b) {
 bool AreEqual(const CzonNode& old, const CzonParam& by) {
   const std::string_view text = TextOf(old);
   const bool hasText = !text.empty();  // a number of a host can be without
-  if (Is<CzonInt>(by)) return hasText && AreEqualIntegers(old, by);
-  if (Is<CzonReal>(by)) return hasText && AreEqualReals(old, by);
-  if (Is<CzonBool>(by)) return hasText && old.GetBool() == by.GetBool();
-  return text == TextOf(by) || (Is<CzonFilename>(by) && AreEqualNames(text, TextOf(by)));
+  if (IsExactly<CzonInt>(by)) return hasText && AreEqualIntegers(old, by);
+  if (IsExactly<CzonReal>(by)) return hasText && AreEqualReals(old, by);
+  if (IsExactly<CzonBool>(by)) return hasText && old.GetBool() == by.GetBool();
+  return text == TextOf(by) || (IsExactly<CzonFilename>(by) && AreEqualNames(text, TextOf(by)));
 }
 
 }  // namespace
@@ -154,7 +149,7 @@ ValueChange::ValueChange(CzonNode& old, NewValue by)
 }
 
 ValueChange::Fit ValueChange::FitOf(const CzonNode& old, const CzonParam& by) {
-  if (IsEmpty(by) && Is<CzonUnknown>(old)) return Fit::kEqual;
+  if (IsEmpty(by) && IsExactly<CzonUnknown>(old)) return Fit::kEqual;
   if (!CanHold(old, by)) return Fit::kOtherKind;
   return AreEqual(old, by) ? Fit::kEqual : Fit::kSameKind;
 }
@@ -174,13 +169,13 @@ void ValueChange::Apply(CzonData* handle) {
 
 void ValueChange::KeepNode() {
   NodeAccess::SwapTexts(static_cast<CzonParam&>(old_), *by_);
-  if (Is<CzonInt>(*by_)) {
+  if (IsExactly<CzonInt>(*by_)) {
     NodeAccess::ReadText(static_cast<CzonInt&>(old_));
-  } else if (Is<CzonReal>(*by_)) {
+  } else if (IsExactly<CzonReal>(*by_)) {
     NodeAccess::ReadText(static_cast<CzonReal&>(old_));
-  } else if (Is<CzonBool>(*by_)) {
+  } else if (IsExactly<CzonBool>(*by_)) {
     NodeAccess::ReadText(static_cast<CzonBool&>(old_));
-  } else if (Is<CzonClob>(*by_)) {
+  } else if (IsExactly<CzonClob>(*by_)) {
     NodeAccess::SwapItems(static_cast<CzonClob&>(old_), static_cast<CzonClob&>(*by_));
   }
 }

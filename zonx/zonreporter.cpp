@@ -7,8 +7,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "base/zoncancel.h"
-#include "base/zonsilence.h"
+#include "zonx/zonstatus.h"
 
 namespace zon {
 namespace {
@@ -97,12 +96,7 @@ void Reporter::ReportFile(const char* rule, const char* message, int systemError
 void Reporter::Pass(const zonxReport& report) {
   if (!IsOn()) return;
   const int before = errno;
-  try {
-    const Silence off(false);
-    function_(&report, context_);
-  } catch (...) {
-    if (IsCancellation()) throw;
-  }
+  CallHost([&] { function_(&report, context_); });
   errno = before;
 }
 

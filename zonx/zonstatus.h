@@ -23,6 +23,17 @@ int WithStatus(F&& body) {
   }
 }
 
+// Calls a function of the host, which may use zon.h with its hooks. An exception of it ends there.
+template <class F>
+void CallHost(F&& call) {
+  try {
+    const Silence off(false);
+    call();
+  } catch (...) {
+    if (IsCancellation()) throw;
+  }
+}
+
 }  // namespace zon
 
 #endif

@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdint>
 #include <sstream>
-#include <typeinfo>
 
 #include "api/zonx.h"
 #include "base/zonlexeme.h"
@@ -37,16 +36,9 @@ int StatusOfOther(const CzonNode& value) {
   }
 }
 
-// Whether a value is of the class itself. Compares addresses: a comparison of different type_infos
-// compares their names. A second copy of a type_info takes the general way.
-template <class T>
-bool Is(const CzonNode& value) {
-  return &typeid(value) == &typeid(T);
-}
-
 // An integer has its whole number as text, unless it is a variable of the host.
 bool HasWholeText(const CzonNode& value) {
-  return Is<CzonInt>(value) || Is<CzonIntDef>(value);
+  return IsExactly<CzonInt>(value) || IsExactly<CzonIntDef>(value);
 }
 
 double RealOf(const CzonNode& value) {
@@ -58,7 +50,8 @@ double RealOf(const CzonNode& value) {
 
 // The doubles of the builder, which zonWrite would write with 16 digits.
 bool IsBuiltDouble(const CzonNode& value) {
-  return (Is<CzonDouble>(value) || Is<CzonDoubleDef>(value)) && std::isfinite(value.GetDouble());
+  return (IsExactly<CzonDouble>(value) || IsExactly<CzonDoubleDef>(value)) &&
+         std::isfinite(value.GetDouble());
 }
 
 int Narrow(long long wide, int* out) {
@@ -199,7 +192,7 @@ int ReadValue(const CzonNode& value, int* out) {
 
 int ReadValue(const CzonNode& value, double* out) {
   // Most reals are of this class, so their operation need not be looked up.
-  if (Is<CzonReal>(value))
+  if (IsExactly<CzonReal>(value))
     return Finite(static_cast<const CzonReal&>(value).CzonReal::GetDouble(), out);
   const int kind = KindOf(value);
   if (kind == ZONX_REAL) return Finite(RealOf(value), out);
@@ -216,8 +209,8 @@ int ReadValue(const CzonNode& value, bool* out) {
 int ReadValue(const CzonNode& value, const char** out) {
   if (KindOf(value) != ZONX_STRING) return StatusOfOther(value);
   // GetString makes a std::string. A class of the host can override it.
-  *out = Is<CzonString>(value) ? NodeAccess::GetChars(static_cast<const CzonString&>(value))
-                               : value.GetString().c_str();
+  *out = IsExactly<CzonString>(value) ? NodeAccess::GetChars(static_cast<const CzonString&>(value))
+                                      : value.GetString().c_str();
   return ZONX_OK;
 }
 
@@ -243,7 +236,7 @@ int ReadText(const CzonNode& value, std::string* out) {
     case ZONX_INTEGER:
     case ZONX_REAL:
     case ZONX_BOOLEAN:
-      if (HasWholeText(value) || Is<CzonReal>(value) || Is<CzonBool>(value)) {
+      if (HasWholeText(value) || IsExactly<CzonReal>(value) || IsExactly<CzonBool>(value)) {
         *out = std::string(text);
         return ZONX_OK;
       }

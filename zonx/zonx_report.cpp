@@ -36,6 +36,8 @@ constexpr const char* kStatusTexts[] = {
     "the value does not fit the type",
     "the candidate does not conform to the template"};
 
+static_assert(std::size(kStatusTexts) == ZONX_MISMATCH + 1, "one text for each status");
+
 // Words for the rules of reports about a path.
 constexpr const char* RuleOf(int status) {
   switch (status) {
