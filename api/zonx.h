@@ -110,8 +110,8 @@ typedef struct zonxPlace {
   const char* file;       /**< as it was given to the load; null: no place is known */
   unsigned int line;      /**< of the first character */
   unsigned int column;    /**< of the first character */
-  unsigned int endLine;   /**< behind the last character */
-  unsigned int endColumn; /**< behind the last character */
+  unsigned int endLine;   /**< after the last character */
+  unsigned int endColumn; /**< after the last character */
   size_t offset;          /**< of the first character, in bytes from the start of the text */
   size_t length;          /**< in bytes */
 } zonxPlace;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kBlock = 8192;
 
-// Behind the last newline; null if there is none.
+// After the last newline; null if there is none.
 const char* AfterLastNewline(const char* begin, const char* end) {
   const void* newline = memrchr(begin, '\n', static_cast<std::size_t>(end - begin));
   return newline != nullptr ? static_cast<const char*>(newline) + 1 : nullptr;

@@ -105,7 +105,7 @@ class Merge {
   void PlanValue(CzonNode& value, const CzonNode* overlay, bool isInDefinition);
   bool IsKept(const CzonNode& value, const CzonNode& overlay) const;
   void FileAdditions();
-  void TakeBack();
+  void Undo();
   static void MoveToPlaces(Addition& addition);
   void Commit();
   void CommitList(ListChange& change);
@@ -262,12 +262,12 @@ void Merge::FileAdditions() {
       }
     }
   } catch (...) {
-    TakeBack();
+    Undo();
     throw;
   }
 }
 
-void Merge::TakeBack() {
+void Merge::Undo() {
   for (; !filed_.empty(); filed_.pop_back()) {
     NodeAccess::Unfile(filed_.back());
     NodeAccess::Free(filed_.back());

@@ -135,7 +135,7 @@ class DifferenceWalk {
       if (frame.next == frame.steps.size()) {
         frames_.pop_back();
       } else {
-        TakeStep(frame.steps[frame.next++]);
+        CompareStep(frame.steps[frame.next++]);
       }
     }
     return count_;
@@ -150,7 +150,7 @@ class DifferenceWalk {
   };
 
   void Enter(std::size_t before, std::size_t after);
-  void TakeStep(SiblingStep step);
+  void CompareStep(SiblingStep step);
   bool IsSameLine(const CzonNamedNode& before, const CzonNamedNode& after) const;
   bool ComparePlainLines(const CzonNamedNode& before, const CzonNamedNode& after);
   void CompareLines(const CzonNamedNode& before, const CzonNamedNode& after);
@@ -187,7 +187,7 @@ void DifferenceWalk::Enter(std::size_t before, std::size_t after) {
   frames_.push_back({std::move(steps), 0, {paths_[kBefore].size(), paths_[kAfter].size()}});
 }
 
-void DifferenceWalk::TakeStep(SiblingStep step) {
+void DifferenceWalk::CompareStep(SiblingStep step) {
   if (step.before == kNone) {
     const CzonNamedNode& added = outlines_[kAfter].Section(step.after);
     return Report(ZONX_ADDED, nullptr, &added, SectionPath{added});

@@ -60,7 +60,7 @@ class ListWalk {
   const char* At() const { return at_; }
   bool IsAtEnd() const { return at_ == end_; }
 
-  // Goes to the next value, behind its comma; false if there is none.
+  // Goes to the next value, after its comma; false if there is none.
   bool FindNext() {
     if (!isFirst_ && (at_ == end_ || *at_++ != ',')) return false;
     isFirst_ = false;
@@ -68,7 +68,7 @@ class ListWalk {
     return at_ < end_;
   }
 
-  // Goes behind the value; false if it is another one.
+  // Goes to the end of the value; false if it is another one.
   bool Skip(const PlainText& plain) {
     const std::size_t marks = plain.mark != 0 ? 1 : 0;
     const std::size_t size = plain.text.size();
@@ -81,7 +81,7 @@ class ListWalk {
     return true;
   }
 
-  // Goes behind any value, and returns its text with its marks.
+  // Goes to the end of any value, and returns its text with its marks.
   std::string_view SkipOther() {
     const char* const begin = at_;
     const bool hasMark = *at_ == '\'' || *at_ == '|' || *at_ == '#';

@@ -340,9 +340,9 @@ void Rewriter::RewriteValues(const KeywordLayout& layout, const Values& before,
   std::size_t b = 0;
   std::size_t a = 0;
   const auto eraseAndInsert = [&](std::size_t beforeEnd, std::size_t afterEnd) {
-    const bool isBehindOthers = a > 0;
+    const bool followsValue = a > 0;
     const std::size_t place = b;
-    for (; b < beforeEnd; ++b) EraseValue(layout, b, isBehindOthers);
+    for (; b < beforeEnd; ++b) EraseValue(layout, b, followsValue);
     if (a == afterEnd) return;
     InsertValues(layout, place, Range(after, a, afterEnd));
     a = afterEnd;
@@ -373,11 +373,11 @@ void Rewriter::RewriteValue(const ValueLayout& layout, const CzonNode* before,
 }
 
 // Comments between a value and its comma stay.
-void Rewriter::EraseValue(const KeywordLayout& layout, std::size_t n, bool isBehindOthers) {
+void Rewriter::EraseValue(const KeywordLayout& layout, std::size_t n, bool followsValue) {
   const ValueLayout& value = layout.values[n];
   const char* const end = value.remark.end;
   const char* begin = value.value.begin;
-  if (isBehindOthers) {
+  if (followsValue) {
     if (SkipBlanks(value.comma + 1, layout_.End()) == begin) {
       begin = value.comma;
     } else {
@@ -488,10 +488,10 @@ std::string Rewriter::InnerIndentation(const Level& level, const Item* next) con
   return std::string(layout_.IndentationAt(level.item.begin)) + "   ";
 }
 
-void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
+void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool followsSection,
                            const Nodes& nodes) {
   const std::string_view lineEnd = layout_.LineEnd();
-  const char* const endOfLine = layout_.EndBehindComments(place);
+  const char* const endOfLine = layout_.EndAfterComments(place);
   const bool isAtEnd = endOfLine == layout_.End();
   std::string text;
   bool startsLine = place == layout_.Begin() || (isAtEnd && endOfLine[-1] == '\n');
@@ -499,8 +499,8 @@ void Rewriter::InsertAfter(const char* place, std::string_view indentation, bool
     if (!startsLine) text += lineEnd;
     startsLine = false;
     const bool isSection = NodeAccess::IsSection(*node);
-    if (isSection && isBehindSection) text += lineEnd;
-    isBehindSection = isSection;
+    if (isSection && followsSection) text += lineEnd;
+    followsSection = isSection;
     if (isSection) {
       AppendSection(&text, *node, indentation, lineEnd);
     } else {

@@ -90,14 +90,14 @@ class Rewriter : public ItemVisitor {
   void RewriteValues(const KeywordLayout& layout, const Values& before, const Values& after);
   void RewriteValue(const ValueLayout& layout, const CzonNode* before, const CzonNode* after);
   void RewriteRemark(const Span& place, const CzonNode* before, const CzonNode* after);
-  void EraseValue(const KeywordLayout& layout, std::size_t n, bool isBehindOthers);
+  void EraseValue(const KeywordLayout& layout, std::size_t n, bool followsValue);
   void InsertValues(const KeywordLayout& layout, std::size_t n, const Values& values);
 
   void Change(const char* begin, const char* end, std::string by);
   void Erase(const Item& item);
   void EraseLines(const Item& item, const char* line, const char* next);
   void Insert(const Level& level, const Row& row, const Nodes& nodes, const Item* next);
-  void InsertAfter(const char* place, std::string_view indentation, bool isBehindSection,
+  void InsertAfter(const char* place, std::string_view indentation, bool followsSection,
                    const Nodes& nodes);
   void InsertBefore(const Item& next, const Nodes& sections);
   std::string InnerIndentation(const Level& level, const Item* next) const;

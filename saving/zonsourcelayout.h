@@ -54,9 +54,9 @@ class SourceLayout {
   const char* BeginOfLine(const char* previousEnd, const char* token) const;
 
   // The end of the line, before its line end, if no token and no comment of several lines follows
-  // the place on the line. Else null. EndBehindComments goes on behind a comment of several lines.
+  // the place on the line. Else null. EndAfterComments goes on after a comment of several lines.
   const char* EndOfLine(const char* place) const { return FindEnd(place, false); }
-  const char* EndBehindComments(const char* place) const { return FindEnd(place, true); }
+  const char* EndAfterComments(const char* place) const { return FindEnd(place, true); }
 
   // The first line between two tokens that holds nothing but a comment, with its line end; no place
   // if there is none.
@@ -65,7 +65,7 @@ class SourceLayout {
   // The end of the token at a place.
   const char* SkipToken(const char* token) const;
 
-  // Behind the line end at the end of a line.
+  // After the line end at the end of a line.
   const char* NextLine(const char* endOfLine) const;
 
   // The blanks before the first token of the line that holds the place.

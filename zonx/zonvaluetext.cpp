@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view kKeyword = "[s] k =\n";
 constexpr std::string_view kDefinition = "[s] default(k) =\n";
-constexpr std::string_view kBehind = "\nend =\nEndSect";
+constexpr std::string_view kAfterText = "\nend =\nEndSect";
 
 bool HasComment(std::string_view text) {
   const char* const end = text.data() + text.size();
@@ -46,15 +46,15 @@ bool HasComment(std::string_view text) {
   return false;
 }
 
-// The keyword of the text; null if there is more in the file. `behind` is the place of what
+// The keyword of the text; null if there is more in the file. `after` is the place of what
 // follows.
-const CzonNamedNode* FindValues(const CzonTargetList& root, const char* behind) {
+const CzonNamedNode* FindValues(const CzonTargetList& root, const char* after) {
   const NodeSpan sections = NodeAccess::Children(root);
   if (sections.Size() != 1) return nullptr;
   const NodeSpan children = NodeAccess::Children(static_cast<CzonNamedNode&>(*sections[0]));
   if (children.Size() != 2) return nullptr;
   const auto& last = static_cast<const CzonNamedNode&>(*children[1]);
-  if (NodeAccess::GetNameView(last).data() != behind) return nullptr;
+  if (NodeAccess::GetNameView(last).data() != after) return nullptr;
   return static_cast<const CzonNamedNode*>(children[0]);
 }
 
@@ -64,13 +64,13 @@ int ParseValues(std::string_view text, bool isInDefinition, NewValues* values) {
   if (HasComment(text)) return ZONX_FAULTY;
   std::string whole(isInDefinition ? kDefinition : kKeyword);
   whole.append(text);
-  const std::size_t behind = whole.size() + 1;
-  whole.append(kBehind);
+  const std::size_t after = whole.size() + 1;
+  whole.append(kAfterText);
   const auto file = std::make_shared<FileText>();
   file->Assign(whole);
   const Loading loading = Load(file, nullptr);
   if (loading.status != LoadStatus::kLoaded) return ZONX_FAULTY;
-  const CzonNamedNode* keyword = FindValues(*loading.parser->GetRoot(), file->Begin() + behind);
+  const CzonNamedNode* keyword = FindValues(*loading.parser->GetRoot(), file->Begin() + after);
   if (keyword == nullptr) return ZONX_FAULTY;
   NewValues found;
   for (CzonNode* value : NodeAccess::Children(*keyword)) found.push_back(CopyOf(*value));

@@ -139,8 +139,8 @@ struct ZON_TYPE Place {
   std::string file;            /**< as it was passed to load() */
   unsigned int line = 0;       /**< of the first character */
   unsigned int column = 0;     /**< of the first character */
-  unsigned int end_line = 0;   /**< behind the last character */
-  unsigned int end_column = 0; /**< behind the last character */
+  unsigned int end_line = 0;   /**< after the last character */
+  unsigned int end_column = 0; /**< after the last character */
   std::size_t offset = 0;      /**< of the first character, in bytes from the start of the text */
   std::size_t length = 0;      /**< in bytes */
 };
@@ -548,7 +548,7 @@ class Range {
   Range() = default;
 
   iterator begin() const { return iterator(parent_, name_, 1); }        /**< the first */
-  iterator end() const { return iterator(parent_, name_, count_ + 1); } /**< behind the last */
+  iterator end() const { return iterator(parent_, name_, count_ + 1); } /**< after the last */
   std::size_t size() const { return count_; }                           /**< how many they are */
   bool empty() const { return count_ == 0; } /**< whether there is none */
 
