@@ -12,6 +12,7 @@
 #include "base/zonfile.h"
 #include "base/zontextstream.h"
 #include "paths/zonfilename.h"
+#include "paths/zonresultfolder.h"
 #include "tree/zonbool.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonnodeaccess.h"
@@ -21,7 +22,7 @@ namespace zon {
 namespace {
 
 template <class Value, class Fill>
-void AddSetting(CzonSection& section, const char* name, zon::Arena& arena, Fill&& fill) {
+void AddSetting(CzonSection& section, const char* name, Arena& arena, Fill&& fill) {
   auto* value = NodeAccess::Make<Value>(arena);
   fill(*value);
   auto* keyword = NodeAccess::Make<CzonKeyword>(arena);
@@ -41,22 +42,22 @@ CzonSection* AddSettings(CzonData& data) {
   root->GetCustomResultFolder(&use, &custom);
   if (resultRoot.empty() && custom.empty() && use == 0) return nullptr;
   if (data.GetCurrentSection() != nullptr) {
-    data.AddTarget("SYSTEM");  // is refused, with a report
+    data.AddTarget(kSettingsSection);  // is refused, with a report
     return nullptr;
   }
   Arena& arena = HandleAccess::GetArena(data);
   auto* section = NodeAccess::Make<CzonSection>(arena);
-  NodeAccess::SetName(*section, "SYSTEM");
-  AddSetting<CzonFilename>(*section, "ResultRootFolder", arena, [&](CzonFilename& value) {
+  NodeAccess::SetName(*section, kSettingsSection);
+  AddSetting<CzonFilename>(*section, kResultRootSetting, arena, [&](CzonFilename& value) {
     NodeAccess::SetText(value, resultRoot, &arena);
   });
-  AddSetting<CzonBool>(*section, "UseCustomResultFolder", arena, [&](CzonBool& value) {
-    zon::NodeAccess::SetValue(value, use != 0, &arena);
+  AddSetting<CzonBool>(*section, kUseCustomSetting, arena, [&](CzonBool& value) {
+    NodeAccess::SetValue(value, use != 0, &arena);
   });
-  AddSetting<CzonFilename>(*section, "CustomResultFolder", arena, [&](CzonFilename& value) {
-    zon::NodeAccess::SetText(value, custom, &arena);
+  AddSetting<CzonFilename>(*section, kCustomFolderSetting, arena, [&](CzonFilename& value) {
+    NodeAccess::SetText(value, custom, &arena);
   });
-  zon::NodeAccess::SetHandle(*root, &data);
+  NodeAccess::SetHandle(*root, &data);
   root->AddSection(section);  // last: throws if out of memory
   return section;
 }

@@ -2,6 +2,7 @@
 
 #include "saving/zonsavedtree.h"
 #include "tree/zonnodeaccess.h"
+#include "tree/zontreewalk.h"
 
 namespace zon {
 namespace {
@@ -25,28 +26,18 @@ struct KeySum {
 }  // namespace
 
 TreeOutline::TreeOutline(const CzonNamedNode& top, Side side) : side_(side) {
-  struct Position {
-    std::size_t section;
-    std::uint32_t next;
+  keys_.emplace_back();           // 0 is none
+  std::vector<std::size_t> path;  // the numbers of the sections that are open
+  const auto enter = [&](const CzonNamedNode& section, std::size_t) {
+    path.push_back(sections_.size());
+    sections_.push_back({&section, 0, 0});
   };
-  std::vector<Position> path{{0, 0}};
-  sections_.push_back({&top, 0, 0});
-  keys_.emplace_back();  // 0 is none
-  while (!path.empty()) {
-    Position& position = path.back();
-    const NodeSpan children = NodeAccess::Children(*sections_[position.section].node);
-    while (position.next < children.Size() && !NodeAccess::IsSection(*children[position.next])) {
-      ++position.next;
-    }
-    if (position.next == children.Size()) {
-      sections_[position.section].end = sections_.size();
-      path.pop_back();
-      continue;
-    }
-    const auto* section = static_cast<const CzonNamedNode*>(children[position.next++]);
-    path.push_back({sections_.size(), 0});
-    sections_.push_back({section, 0, 0});
-  }
+  const auto leave = [&](const CzonNamedNode&, std::size_t) {
+    sections_[path.back()].end = sections_.size();
+    path.pop_back();
+  };
+  WalkTree(
+      top, enter, [](const CzonNamedNode&, std::size_t) {}, leave);
 }
 
 // From the last section of the range to the first: what is in a section is made before it.

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "base/zonenvironment.h"
+#include "tree/zonkeyword.h"
 
 namespace zon {
 namespace {
@@ -24,6 +25,11 @@ void LookUpPath(const char* path) {
 }
 
 }  // namespace
+
+CzonParam* FindSetting(const CzonSection* settings, const char* name) {
+  const CzonKeyword* keyword = settings != nullptr ? settings->KeywordByName(name) : nullptr;
+  return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
+}
 
 void ReadFolderTemplate() {
   // volatile: a compiler may remove a getenv whose result is not used.

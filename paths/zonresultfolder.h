@@ -1,4 +1,4 @@
-// The folder for the results of a parameter file.
+// The folder for the results of a parameter file, and where the file has its settings.
 #ifndef ZON_PATHS_ZONRESULTFOLDER_H
 #define ZON_PATHS_ZONRESULTFOLDER_H
 
@@ -8,6 +8,15 @@
 #include "tree/zonsection.h"
 
 namespace zon {
+
+// The section of a file that has its result settings, and the keywords in it.
+constexpr char kSettingsSection[] = "SYSTEM";
+constexpr char kResultRootSetting[] = "ResultRootFolder";
+constexpr char kUseCustomSetting[] = "UseCustomResultFolder";
+constexpr char kCustomFolderSetting[] = "CustomResultFolder";
+
+// Returns the first value of the first keyword of that name; null if there is none, or no section.
+CzonParam* FindSetting(const CzonSection* settings, const char* name);
 
 // Reads the environment variable VXRESULTFOLDERTEMPLATE. Compatibility: it is read for each result
 // folder, whichever rule determines it, and its value is not used.

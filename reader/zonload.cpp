@@ -6,6 +6,7 @@
 #include "base/zonerror.h"
 #include "base/zonfiletext.h"
 #include "base/zonhooks.h"
+#include "paths/zonresultfolder.h"
 #include "reader/zonsource.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonparam.h"
@@ -28,23 +29,17 @@ void ReportSyntaxError(const CzonParser& parser, const char* fileName) {
               static_cast<int>(parser.GetErrorPosition())});
 }
 
-// The first value of the first keyword of that name; null if either is missing.
-const CzonParam* Setting(const CzonSection& system, const char* name) {
-  const CzonKeyword* keyword = system.KeywordByName(name);
-  return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
-}
-
 // The section stays in the tree; the settings are copies of its values.
 void ApplySettings(CzonTargetList& root) {
-  const CzonSection* system = root.SectionByName("SYSTEM");
+  const CzonSection* system = root.SectionByName(kSettingsSection);
   if (system == nullptr) return;
-  if (const CzonParam* value = Setting(*system, "ResultRootFolder")) {
+  if (const CzonParam* value = FindSetting(system, kResultRootSetting)) {
     if (const char* folder = value->GetFilename()) root.SetResultRoot(folder);
   }
-  const CzonParam* use = Setting(*system, "UseCustomResultFolder");
+  const CzonParam* use = FindSetting(system, kUseCustomSetting);
   // A packed list is no truth value: to ask it for one would read an item.
   const int useCustomFolder = use != nullptr && !use->IsClob() ? use->GetBool() : 0;
-  if (const CzonParam* value = Setting(*system, "CustomResultFolder")) {
+  if (const CzonParam* value = FindSetting(system, kCustomFolderSetting)) {
     if (const char* folder = value->GetFilename()) {
       root.SetCustomResultFolder(useCustomFolder, folder);
     }

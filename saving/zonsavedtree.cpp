@@ -8,6 +8,7 @@
 #include "saving/zonsavedvalue.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
+#include "tree/zontreewalk.h"
 #include "zonx/zonkind.h"
 
 namespace zon {
@@ -22,40 +23,6 @@ void AppendValueWithRemark(std::string* out, const CzonNode& value) {
     out->append(1, '{').append(value.GetRemark()).append(1, '}');
   } else {
     AppendRemark(out, value);
-  }
-}
-
-// Visits a section and everything below it without recursion: `enter` before the parts of a section
-// and `leave` after them, `line` for each of its lines.
-template <class Enter, class Line, class Leave>
-void Walk(const CzonNamedNode& top, Enter&& enter, Line&& line, Leave&& leave) {
-  struct Position {
-    const CzonNamedNode* section;
-    std::uint32_t next;
-  };
-  std::vector<Position> path;
-  const auto open = [&](const CzonNamedNode& section) {
-    enter(section, path.size());
-    path.push_back({&section, 0});
-  };
-  open(top);
-  while (!path.empty()) {
-    Position& position = path.back();
-    const NodeSpan children = NodeAccess::Children(*position.section);
-    if (position.next >= children.Size()) {
-      const CzonNamedNode* section = position.section;
-      path.pop_back();
-      leave(*section, path.size());
-      continue;
-    }
-    const CzonNode* child = children[position.next++];
-    if (!NodeAccess::IsNamed(*child)) continue;
-    const auto& named = static_cast<const CzonNamedNode&>(*child);
-    if (NodeAccess::IsSection(named)) {
-      open(named);
-    } else {
-      line(named, path.size());
-    }
   }
 }
 
@@ -151,7 +118,7 @@ AlignmentKey KeyOfContent(const CzonNamedNode& node) {
     keys.back() = level > 0 ? MixKeys(keys.back(), key) : key;
   };
   if (NodeAccess::IsSection(node)) {
-    Walk(node, enter, line, leave);
+    WalkTree(node, enter, line, leave);
   } else {
     line(node, 0);
   }
@@ -204,7 +171,7 @@ void AppendSection(std::string* out, const CzonNamedNode& section, std::string_v
     out->append("EndSect  // ").append(NodeAccess::GetNameView(tail));
     if (level > 0) out->append(lineEnd).append(lineEnd);
   };
-  Walk(section, enter, line, leave);
+  WalkTree(section, enter, line, leave);
 }
 
 std::string PlainForm(const CzonTargetList& root) {

@@ -2,24 +2,18 @@
 
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "paths/zonfilename.h"
 #include "paths/zonfilepath.h"
-#include "saving/zonsavedtree.h"
+#include "paths/zonresultfolder.h"
 #include "tree/zonbool.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonnodeaccess.h"
 #include "tree/zonsection.h"
+#include "tree/zontreewalk.h"
 
 namespace zon {
 namespace {
-
-// The first value of the first keyword of that name; null if either is missing.
-CzonParam* FindSetting(const CzonSection* system, const char* name) {
-  const CzonKeyword* keyword = system != nullptr ? system->KeywordByName(name) : nullptr;
-  return keyword != nullptr ? keyword->ParamByNum(1) : nullptr;
-}
 
 std::unique_ptr<CzonKeyword> MakeSetting(const char* name, std::unique_ptr<CzonParam> value) {
   auto keyword = std::make_unique<CzonKeyword>(name, 0, 0);
@@ -61,26 +55,26 @@ void UpdateSettings(CzonTargetList& root, const ResultSettings& former, const st
                     TreeChanges& changes) {
   const ResultSettings settings = SettingsOf(root);
   if (settings == former) return;
-  CzonSection* system = root.SectionByName("SYSTEM");
+  CzonSection* system = root.SectionByName(kSettingsSection);
   const bool hasRoot =
-      GivesFolder(FindSetting(system, "ResultRootFolder"), settings.resultRoot, fileName);
+      GivesFolder(FindSetting(system, kResultRootSetting), settings.resultRoot, fileName);
   const bool isNew = system == nullptr;
   if (isNew) {
-    auto section = std::make_unique<CzonSection>("SYSTEM", 0, 0);
+    auto section = std::make_unique<CzonSection>(kSettingsSection, 0, 0);
     system = section.get();
     changes.Append(root, std::move(section));
   }
   if (!hasRoot) {
-    Set(*system, "ResultRootFolder", std::make_unique<CzonFilename>(settings.resultRoot), changes);
+    Set(*system, kResultRootSetting, std::make_unique<CzonFilename>(settings.resultRoot), changes);
   }
   const bool isSameCustom =
       settings.usesCustom == former.usesCustom && settings.customFolder == former.customFolder;
   if (isSameCustom && !isNew) return;
   // The use is only read together with a folder.
-  Set(*system, "UseCustomResultFolder", MakeUse(settings.usesCustom != 0), changes);
-  const CzonParam* custom = FindSetting(system, "CustomResultFolder");
+  Set(*system, kUseCustomSetting, MakeUse(settings.usesCustom != 0), changes);
+  const CzonParam* custom = FindSetting(system, kCustomFolderSetting);
   if (custom == nullptr || !GivesFolder(custom, settings.customFolder, fileName)) {
-    Set(*system, "CustomResultFolder", std::make_unique<CzonFilename>(settings.customFolder),
+    Set(*system, kCustomFolderSetting, std::make_unique<CzonFilename>(settings.customFolder),
         changes);
   }
 }
@@ -109,13 +103,8 @@ void MoveInKeyword(const CzonNamedNode& keyword, const std::string& from, const 
 void MoveFilenames(CzonTargetList& root, const std::string& from, const std::string& to,
                    TreeChanges& changes) {
   if (AreInOneFolder(from, to)) return;
-  std::vector<const CzonNamedNode*> open{&root};
-  while (!open.empty()) {
-    const SectionParts parts(*open.back());
-    open.pop_back();
-    for (const CzonNamedNode* line : parts.lines) MoveInKeyword(*line, from, to, changes);
-    open.insert(open.end(), parts.sections.begin(), parts.sections.end());
-  }
+  WalkKeywords(root,
+               [&](const CzonNamedNode& keyword) { MoveInKeyword(keyword, from, to, changes); });
 }
 
 }  // namespace zon

@@ -8,6 +8,7 @@
 #include "api/zonx.h"
 #include "base/zonnearest.h"
 #include "tree/zonnodeaccess.h"
+#include "tree/zontreewalk.h"
 #include "zonx/zonnodeplace.h"
 #include "zonx/zonreporter.h"
 #include "zonx/zonstatus.h"
@@ -15,28 +16,12 @@
 namespace zon {
 namespace {
 
-// Calls `visit` for each keyword of a tree, in the order of the file. Without recursion: trees can
-// be deep.
+// Default lines are no keywords of a program.
 template <class F>
 void VisitKeywords(const CzonNamedNode& root, F&& visit) {
-  struct Visit {
-    const CzonNamedNode* section;
-    std::uint32_t next;
-  };
-  std::vector<Visit> open{{&root, 0}};
-  while (!open.empty()) {
-    const NodeSpan children = NodeAccess::Children(*open.back().section);
-    if (open.back().next == children.Size()) {
-      open.pop_back();
-      continue;
-    }
-    CzonNode* child = children[open.back().next++];
-    if (NodeAccess::IsSection(*child)) {
-      open.push_back({static_cast<const CzonNamedNode*>(child), 0});
-    } else if (NodeAccess::IsKeyword(*child) && !child->IsDefaultDef()) {
-      visit(static_cast<CzonNamedNode&>(*child));
-    }
-  }
+  WalkKeywords(root, [&](CzonNamedNode& keyword) {
+    if (!keyword.IsDefaultDef()) visit(keyword);
+  });
 }
 
 void ReportUnread(const CzonNamedNode& keyword, const Watch& watch, const NodeFile& file,
