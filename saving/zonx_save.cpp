@@ -1,247 +1,18 @@
 // Exported functions: saving. Tested by tests/zonsave_test.cpp and tests/replace.
-//
-// The order of a save: what may be written is decided, the text is made and proved, everything that
-// the handle keeps is prepared, the file is replaced, and then nothing more can fail. Changes of
-// the tree that belong to the save are taken back if it does not come to its end.
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
+#include <string>
+#include <string_view>
 
-#include "api/zonhandleaccess.h"
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
-#include "base/zonfilereplacement.h"
-#include "paths/zonfilepath.h"
-#include "reader/zonload.h"
-#include "saving/zonsave.h"
-#include "saving/zonsettings.h"
+#include "saving/zonfilesave.h"
 #include "tree/zonsection.h"
-#include "zonx/zoncheckreport.h"
 #include "zonx/zonstatus.h"
 
 namespace zon {
 namespace {
-
-bool Exists(const std::string& name) {
-  struct stat facts {};
-  return lstat(name.c_str(), &facts) == 0;
-}
-
-// The name of the file that the root holds, for the time of a save.
-class FileNameChange {
- public:
-  FileNameChange(CzonTargetList& root, const char* name)
-      : root_(root), former_(root.GetOwnFilename()) {
-    if (name != nullptr) root_.SetZonFilename(name);
-  }
-  FileNameChange(const FileNameChange&) = delete;
-  FileNameChange& operator=(const FileNameChange&) = delete;
-  ~FileNameChange() {
-    // Needs no memory: the string of the root had this text before.
-    if (!isKept_) root_.SetZonFilename(former_);
-  }
-  void Keep() { isKept_ = true; }
-
- private:
-  CzonTargetList& root_;
-  const std::string former_;
-  bool isKept_ = false;
-};
-
-// A file that is replaced, and what is known of it.
-struct Target {
-  std::string path;  // absolute
-  bool isLoaded = false;
-  Content content = Content::kMissing;  // compared with the text that was loaded or last saved
-  int systemError = 0;
-};
-
-class Save {
- public:
-  Save(CzonData& data, unsigned int flags, Reporter& reporter)
-      : data_(data), flags_(flags), reporter_(reporter), file_(HandleAccess::GetFile(data)) {}
-
-  // Makes the file of the tree. A null name is the file that was loaded.
-  int ToFile(const char* fileName) {
-    int status = Begin();
-    if (status == ZONX_OK) status = FindTarget(fileName);
-    if (status == ZONX_OK) status = MakeText();
-    return status == ZONX_OK ? Write(fileName) : status;
-  }
-
-  // Makes the text that a save to the loaded file would write. The tree stays as it is.
-  int ToText(SavedText* saved) {
-    int status = Begin();
-    if (status == ZONX_OK) {
-      target_.path = file_ != nullptr ? file_->path : std::string();
-      target_.content = Content::kSame;
-      status = MakeText();
-    }
-    *saved = std::move(saved_);
-    return status;
-  }
-
-  int SystemError() const { return target_.systemError; }
-
- private:
-  bool Has(unsigned int flag) const { return (flags_ & flag) != 0; }
-
-  int Report(int status, const char* rule, std::string message, std::string hint = {}) {
-    Finding finding;
-    finding.rule = rule;
-    finding.message = std::move(message);
-    finding.hint = std::move(hint);
-    reporter_.Report(nullptr, finding);
-    return status;
-  }
-
-  int Fail(int status, const char* rule, const char* message, int systemError) {
-    target_.systemError = systemError;
-    reporter_.ReportFile(rule, message, systemError);
-    return status;
-  }
-
-  int Begin() {
-    if (!RequireSound(data_, reporter_)) return ZONX_FAULTY;
-    text_ = HandleAccess::GetText(data_);
-    return ZONX_OK;
-  }
-
-  int FindTarget(const char* fileName);
-  int CheckPresent();
-  int MakeText();
-  bool IsRescue() const;
-  int ReadPresent(std::shared_ptr<FileText>* present);
-  int Write(const char* fileName);
-  bool IsWritten() const;
-
-  CzonData& data_;
-  const unsigned int flags_;
-  Reporter& reporter_;
-  LoadedFile* const file_;
-  std::shared_ptr<FileText> text_;  // that was loaded or last saved; null for none
-  Target target_;
-  TreeChanges changes_;
-  SavedText saved_;
-};
-
-// Decides whether the file may be written.
-int Save::FindTarget(const char* fileName) {
-  if (fileName == nullptr && file_ == nullptr) return ZONX_BAD_ARGUMENT;
-  target_.path = fileName != nullptr ? AbsoluteName(fileName) : file_->path;
-  target_.isLoaded =
-      file_ != nullptr && (target_.path == file_->path || IsSameFile(target_.path, file_->path));
-  const std::string_view text = text_ != nullptr ? text_->View() : std::string_view();
-  target_.content = CompareContent(target_.path, text, &target_.systemError);
-  if (target_.isLoaded && file_->isInMemory && target_.content != Content::kSame) {
-    if (fileName == nullptr) return ZONX_BAD_ARGUMENT;
-    target_.isLoaded = false;
-  }
-  if (Has(ZONX_NEW) && Exists(target_.path)) {
-    return Report(ZONX_EXISTS, "exists", "the file exists");
-  }
-  return CheckPresent();
-}
-
-int Save::CheckPresent() {
-  if (Has(ZONX_OVERWRITE)) return ZONX_OK;
-  switch (target_.content) {
-    case Content::kSame:
-    case Content::kDifferent:
-      if (target_.isLoaded && target_.content == Content::kSame) return ZONX_OK;
-      return Report(ZONX_CHANGED, "changed",
-                    target_.isLoaded ? "the file has changed since it was loaded"
-                                     : "there is another file of this name",
-                    "save with the flag to overwrite it, or to another name");
-    case Content::kMissing:
-      if (!target_.isLoaded) return ZONX_OK;
-      return Report(ZONX_CHANGED, "changed", "the file was removed since it was loaded",
-                    "save with the flag to overwrite it, or to another name");
-    case Content::kUnreadable:
-      if (!target_.isLoaded && Exists(target_.path)) {
-        return Report(ZONX_CHANGED, "changed", "there is another file of this name");
-      }
-      if (!target_.isLoaded) {
-        return Fail(ZONX_CANNOT_WRITE, "cannot-write", "the file cannot be written",
-                    target_.systemError);
-      }
-      return Fail(ZONX_CANNOT_READ, "cannot-read", "the file cannot be compared",
-                  target_.systemError);
-    default:
-      return ZONX_OK;
-  }
-}
-
-// Whether a file is overwritten although the loaded one is not there any more as it was.
-bool Save::IsRescue() const {
-  if (!Has(ZONX_OVERWRITE) || target_.content != Content::kDifferent) return false;
-  if (target_.isLoaded) return true;
-  if (file_ == nullptr || file_->isInMemory || text_ == nullptr) return false;
-  return CompareContent(file_->path, text_->View(), nullptr) != Content::kSame;
-}
-
-// The text that is to be changed: null for the plain form. Another file than the loaded one keeps
-// its text only if it loads.
-int Save::ReadPresent(std::shared_ptr<FileText>* present) {
-  *present = Has(ZONX_PLAIN) ? nullptr : text_;
-  if (Has(ZONX_PLAIN) || !IsRescue()) return ZONX_OK;
-  auto text = std::make_shared<FileText>();
-  if (text->Open(target_.path.c_str())) text->ReadAll();
-  if (text->Error() != 0) {
-    return Fail(ZONX_CANNOT_READ, "cannot-read", "the file cannot be read", text->Error());
-  }
-  if (target_.isLoaded || Load(text, "").IsSound()) *present = std::move(text);
-  return ZONX_OK;
-}
-
-int Save::MakeText() {
-  CzonTargetList& root = *data_.GetRoot();
-  UpdateSettings(root, file_ != nullptr ? file_->settings : ResultSettings(),
-                 file_ != nullptr ? file_->path : target_.path, changes_);
-  if (file_ != nullptr && !Has(ZONX_NAMES_AS_WRITTEN)) {
-    MoveFilenames(root, file_->path, target_.path, changes_);
-  }
-  SaveSources sources{text_, file_, nullptr};
-  const int status = ReadPresent(&sources.present);
-  return status == ZONX_OK ? MakeSavedText(root, sources, reporter_, &saved_) : status;
-}
-
-// Whether the file has the text already.
-bool Save::IsWritten() const {
-  const bool isSame = target_.isLoaded && target_.content == Content::kSame;
-  if (isSame && !Has(ZONX_PLAIN)) return !saved_.isChanged;
-  return CompareContent(target_.path, saved_.text->View(), nullptr) == Content::kSame;
-}
-
-int Save::Write(const char* fileName) {
-  CzonTargetList& root = *data_.GetRoot();
-  auto file = std::make_unique<LoadedFile>();
-  file->path = target_.path;
-  file->settings = SettingsOf(root);
-  const auto empty = std::make_shared<FileText>();
-  FileNameChange name(root, fileName);
-  if (!IsWritten()) {
-    ReplaceOptions options;
-    options.mustBeNew = Has(ZONX_NEW);
-    options.keepsBackup = Has(ZONX_BACKUP);
-    const int error = ReplaceFile(target_.path, saved_.text->View(), options);
-    if (error != 0) {
-      if (error == EEXIST && options.mustBeNew) {
-        return Report(ZONX_EXISTS, "exists", "the file exists");
-      }
-      return Fail(ZONX_CANNOT_WRITE, "cannot-write", "the file cannot be written", error);
-    }
-  }
-  name.Keep();
-  changes_.Keep();
-  saved_.proof->Move(*file);
-  HandleAccess::ReplaceText(data_, empty);
-  HandleAccess::SetFile(data_, std::move(file));
-  return ZONX_OK;
-}
 
 // A copy that zonxFree releases, with a zero after it.
 int CopyText(std::string_view view, char** text, size_t* size) {
@@ -275,7 +46,7 @@ int zonxSave(void* handle, const char* fileName, unsigned int flags, zonxReporte
     if (data == nullptr || (flags & ~zon::kAllFlags) != 0) return ZONX_BAD_ARGUMENT;
     const std::string name = zon::NameInReports(*data, fileName);
     zon::Reporter reporter(function, context, name.c_str());
-    zon::Save save(*data, flags, reporter);
+    zon::FileSave save(*data, flags, reporter);
     const int saved = save.ToFile(fileName);
     systemError = save.SystemError();
     return saved;
@@ -293,7 +64,7 @@ int zonxText(void* handle, unsigned int flags, char** text, size_t* size, zonxRe
     const std::string name = zon::NameInReports(*data, nullptr);
     zon::Reporter reporter(function, context, name.c_str());
     zon::SavedText saved;
-    const int status = zon::Save(*data, flags, reporter).ToText(&saved);
+    const int status = zon::FileSave(*data, flags, reporter).ToText(&saved);
     return status == ZONX_OK ? zon::CopyText(saved.text->View(), text, size) : status;
   });
 }
