@@ -31,6 +31,10 @@ void EditedFile::PrintForOutput(const zonxReport* report, void* context) {
 }
 
 bool EditedFile::Load() {
+  if (options_.backup && argument_ == "-" && options_.target == EditOptions::Target::kFile) {
+    PrintMessage("--backup needs a file, and standard input is none");
+    return false;
+  }
   loaded_.emplace(argument_);
   if (!loaded_->IsSound()) return false;
   const bool isReplaced = options_.target == EditOptions::Target::kFile && argument_ != "-";

@@ -58,6 +58,11 @@ Status RefuseSecondInput() {
   return tool::kTrouble;
 }
 
+// A check of an option.
+std::string IsGiven(const std::string& value) {
+  return value.empty() ? "must not be empty" : "";
+}
+
 // Variables of options are static in these functions: the parser stores into them after the return.
 void AddFile(CLI::App* command, const char* label, std::string& file) {
   command->add_option(label, file, "a parameter file, or - for standard input")->required();
@@ -191,10 +196,6 @@ void AddFormat(CLI::App& app) {
   });
 }
 
-std::string IsGiven(const std::string& value) {
-  return value.empty() ? "must not be empty" : "";
-}
-
 void AddFilesCommand(CLI::App& app) {
   CLI::App* command = Add(app, "files", "List the files that each file refers to, or copy them",
                           "zon files --missing *.zon");
@@ -308,9 +309,12 @@ void AddSet(CLI::App& app) {
                    "a file, a path and its value; several values replace all of a keyword; further "
                    "paths with values follow after --and. With -f: files")
       ->required();
-  CLI::Option* changes = command->add_option(
-      "-f,--changes", options.changes,
-      "a file of lines PATH = VALUES, add PATH, move PATH or unset PATH, for many files");
+  CLI::Option* changes =
+      command
+          ->add_option(
+              "-f,--changes", options.changes,
+              "a file of lines PATH = VALUES, add PATH, move PATH or unset PATH, for many files")
+          ->check(IsGiven);
   command->add_option("--type", options.type, "string, filename or text; default: as it was")
       ->check(CLI::IsMember({"string", "filename", "text"}))
       ->excludes(changes);
@@ -405,9 +409,10 @@ void AddMerge(CLI::App& app) {
   static tool::MergeOptions options;
   AddFile(command, "BASE", options.base);
   command->add_option("OVERLAY", options.overlays, "parameter files; later ones win")->required();
-  command->add_option(
-      "-o,--output", options.edit.output,
-      "the file to write; BASE is changed in place. Default, and -: print the result");
+  command
+      ->add_option("-o,--output", options.edit.output,
+                   "the file to write; BASE is changed in place. Default, and -: print the result")
+      ->check(IsGiven);
   AddEditOptions(command, options.edit);
   Choose(command, [] { return Merge(options); });
 }

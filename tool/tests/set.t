@@ -299,6 +299,12 @@ What makes no sense is refused before anything is read or written:
   $ zon diff --key '' harbour.zon harbour.zon 2>&1 | head -1; zon files --copy-to '' harbour.zon 2>&1 | head -1
   --key: must not be empty
   --copy-to: must not be empty
+  $ zon set -f '' harbour.zon 2>&1 | head -1; zon merge harbour.zon harbour.zon -o '' 2>&1 | head -1
+  --changes: must not be empty
+  --output: must not be empty
+  $ echo '[A] k = 1 EndSect' | zon set - A/k 2 --backup
+  zon: --backup needs a file, and standard input is none
+  [2]
   $ zon --version > /dev/full
   zon: standard output: No space left on device
   [2]
