@@ -542,7 +542,8 @@ ZON_API int zonxMerge(void* target, void* overlay);
 ZON_API int zonxWatch(void* handle, int on);
 
 /** Reports, as warnings, each keyword of which no value was read since watching started, with its
- *  place and the nearest name that was requested but not found.
+ *  place and the nearest name that was requested but not found. The first 1,000 such names are
+ *  kept, and after a million comparisons of names reports have no hint.
  *  @param count  receives how many they are; may be null
  *  @return ZONX_OK, also if there are some; ZONX_MISSING if the file is not watched or has no tree;
  *      ZONX_BAD_ARGUMENT; ZONX_NO_MEMORY */

@@ -359,4 +359,31 @@ TEST(Zonx, WatchesWhatIsRead) {
   EXPECT_EQ(zonxReportUnread(file, nullptr, nullptr, &count), ZONX_MISSING);
 }
 
+// The limit grows with the length of a name. A name may be given up early only if no letters that
+// follow can bring it below the limit.
+TEST(Zonx, HintsAtTheNearestNameThatWasAskedFor) {
+  const auto hintFor = [](const std::string& present, const Texts& asked) {
+    const Loaded file("[A] " + present + " = 1 EndSect");
+    zonxWatch(file, 1);
+    for (const std::string& name : asked) {
+      int value = 0;
+      EXPECT_EQ(zonxGetInt(file, ("A/" + name).c_str(), &value), ZONX_MISSING);
+    }
+    std::string hint;
+    const auto keep = [](const zonxReport* report, void* kept) {
+      *static_cast<std::string*>(kept) = report->hint;
+    };
+    EXPECT_EQ(zonxReportUnread(file, keep, &hint, nullptr), ZONX_OK);
+    const std::string start = "the program asked for ";
+    return hint.empty() ? hint : hint.substr(start.size());
+  };
+  EXPECT_EQ(hintFor("Draught", {"Length", "draugth"}), "draugth");
+  EXPECT_EQ(hintFor("Draught", {"rdaugth", "rdaugtz"}), "rdaugth");
+  EXPECT_EQ(hintFor("Draught", {"rdahgtu"}), "");
+  EXPECT_EQ(hintFor("StartOfTide", {"EndOfTide", "StratFoTied"}), "StratFoTied");
+  EXPECT_EQ(hintFor("StartOfTide", {"xxxStartOfTide"}), "xxxStartOfTide");
+  EXPECT_EQ(hintFor("StartOfTide", {"xxxxStartOfTide"}), "");
+  EXPECT_EQ(hintFor("ab", {"b", "cd"}), "");
+}
+
 }  // namespace

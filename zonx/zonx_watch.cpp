@@ -24,18 +24,27 @@ void VisitKeywords(const CzonNamedNode& root, F&& visit) {
   });
 }
 
-void ReportUnread(const CzonNamedNode& keyword, const Watch& watch, const NodeFile& file,
-                  Reporter& reporter) {
-  const std::string_view name = NodeAccess::GetNameView(keyword);
+// So many comparisons of names one call makes for hints: some 0.3 seconds.
+constexpr std::size_t kMostComparisons = 1000000;
+
+// The missing name that is nearest to a name; empty for none.
+std::string_view NearestMissing(std::string_view name, const Watch& watch,
+                                std::size_t* comparisons) {
+  if (*comparisons + watch.missing.size() > kMostComparisons) return {};
+  *comparisons += watch.missing.size();
   NearestName nearest(name);
   for (const std::string& missing : watch.missing) nearest.Offer(missing);
+  return nearest.Name();
+}
+
+void ReportUnread(const CzonNamedNode& keyword, std::string_view nearest, const NodeFile& file,
+                  Reporter& reporter) {
+  const std::string_view name = NodeAccess::GetNameView(keyword);
   Finding finding;
   finding.severity = Severity::kWarning;
   finding.rule = "unread-keyword";
   finding.message = "the keyword `" + std::string(name) + "` was not read";
-  if (!nearest.Name().empty()) {
-    finding.hint = "the program asked for " + std::string(nearest.Name());
-  }
+  if (!nearest.empty()) finding.hint = "the program asked for " + std::string(nearest);
   if (file.text != nullptr) finding.place = PlaceOf(keyword, *file.text);
   reporter.Report(file.text, finding);
 }
@@ -70,10 +79,13 @@ int zonxReportUnread(void* handle, zonxReporter function, void* context, size_t*
     const zon::NodeFile file = zon::FileOf(*data);
     zon::Reporter reporter(function, context, file.name);
     size_t unread = 0;
+    size_t comparisons = 0;
     zon::VisitKeywords(*data->GetRoot(), [&](const CzonNamedNode& keyword) {
       if (zon::NodeAccess::WasRead(keyword)) return;
       ++unread;
-      if (reporter.IsOn()) zon::ReportUnread(keyword, *watch, file, reporter);
+      if (!reporter.IsOn()) return;
+      const std::string_view name = zon::NodeAccess::GetNameView(keyword);
+      zon::ReportUnread(keyword, zon::NearestMissing(name, *watch, &comparisons), file, reporter);
     });
     if (count != nullptr) *count = unread;
     return ZONX_OK;
