@@ -25,7 +25,7 @@ def test_save_keeps_everything_else(harbour):
 def test_save_to_a_name(harbour, tmp_path):
     with zon.parse("[A] f = |a.csv| EndSect") as file, zon.load(harbour) as other:
         assert (file.filename, file.name) == (None, "")
-        with pytest.raises(zon.ArgumentError):
+        with pytest.raises(zon.ArgumentError, match="no name yet"):
             file.save()
         name = tmp_path / "new.zon"
         file.save(name, new=True)
@@ -88,7 +88,7 @@ def test_unread():
     report, = file.unread()
     assert (report.place.line, report.hint) == (3, "the program asked for Tolerance")
     file.watch(False)
-    with pytest.raises(zon.Error):
+    with pytest.raises(zon.MissingError, match="call watch"):
         file.unread()
 
 

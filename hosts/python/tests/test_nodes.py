@@ -50,13 +50,14 @@ ERRORS = [
     (lambda file: file["Run"]["Step"].sections(), zon.KindError, "23:21: error: `Run/Step` is a keyword"),
     (lambda file: file["Run"].value, TypeError, "16:1: error: `Run` is a section, not a keyword"),
     (lambda file: file["Run"][0], zon.KindError, "16:1: error: `Run` is a section, not a keyword"),
+    (lambda file: file[5], zon.KindError, " error: this is a file, not a keyword"),
     (lambda file: file.keyword("Quay"), zon.KindError, "79:1: error: `Quay` is a section, not a keyword"),
     (lambda file: file["Run"].section("Step"), zon.MissingError, "16:1: error: the section `Run` has no section"),
     (lambda file: file["Run/Step"].to(str), zon.KindError, "23:21: error: the keyword `Step` is an integer"),
     (lambda file: file["Run/Tolerance"].values(int), zon.KindError, "24:16: error: the value is a real"),
     (lambda file: file["a//b"], ValueError, " error: `a//b` is no path here"),
     (lambda file: file["Quay", 0], zon.ArgumentError, " error: `Quay:0` is no path here"),
-    (lambda file: file.remove(), zon.ArgumentError, " error: the file: bad argument"),
+    (lambda file: file.remove(), zon.ArgumentError, " error: the file does not allow this call"),
 ]
 
 
@@ -71,7 +72,10 @@ def test_errors_have_places(file, use, error, text):
 
 @pytest.mark.parametrize("use", [lambda file: file[1.5], lambda file: file["Run", "x"], lambda file: file["Run"].get(3),
                                  lambda file: file["Run/Step"].to(list), lambda file: bool(file["Run/Verbose"]),
-                                 lambda file: None in file])
+                                 lambda file: None in file, lambda file: setattr(file["Run/Step"], "text", 5),
+                                 lambda file: file["Run"].rename(5), lambda file: zon.parse(5),
+                                 lambda file: zon.diff(file, 5), lambda file: zon.diff(file, file, key=5),
+                                 lambda file: zon.validate("x.zon", file), lambda file: file.merge("x.zon")])
 def test_wrong_types(file, use):
     with pytest.raises(TypeError) as caught:
         use(file)

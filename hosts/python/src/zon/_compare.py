@@ -5,13 +5,13 @@ import ctypes
 import enum
 from ctypes import c_void_p
 from dataclasses import dataclass
-from typing import Any, List, Optional, Tuple
+from typing import Any, List, Optional, Tuple, Type
 
 from ._file import File
 from ._library import CCompare, Visitor, lib
 from ._nodes import Node
 from ._reading import split_path
-from ._reports import Collector, Report, Status, collect, decoded, encoded, make_error
+from ._reports import ArgumentError, Collector, Report, Status, collect, decoded, encoded, make_error
 from ._tree import locked, start_of
 from ._values import Kind
 from ._view import KEYWORDS
@@ -39,9 +39,17 @@ class Difference:
         return f"{self.path}: {self.change.name.lower()} {' -> '.join(node.text for node in nodes)}".rstrip()
 
 
+def _require(type_: Type[Node], *nodes: object) -> None:
+    for node in nodes:
+        if not isinstance(node, type_):
+            wanted = "file" if type_ is File else "file or section"
+            raise TypeError(f"a {wanted} is needed, not {type(node).__name__}")
+
+
 def validate(template: File, candidate: File) -> List[Report]:
     """Compares a file with a template. Returns every mismatch, with the place in the file and, as the related place,
     that in the template; an empty list if the file conforms."""
+    _require(File, template, candidate)
     with locked(template._tree, candidate._tree):
         for file in (template, candidate):
             start_of(file)
@@ -57,6 +65,7 @@ def diff(before: Node, after: Node, *, key: str = "", relative: float = 0.0, abs
     """What differs as data between two files or two sections. Spelling and layout do not count. Sections are paired
     by name and content, or by the values of their keyword `key`. Reals that differ by less than a tolerance, absolute
     or relative to the larger one, are equal."""
+    _require(Node, before, after)
     encoded_key = encoded(key)
     options = CCompare(relative, absolute)
     with locked(before._tree, after._tree):
@@ -66,6 +75,9 @@ def diff(before: Node, after: Node, *, key: str = "", relative: float = 0.0, abs
         status = lib.zonxDiffByKey(*nodes, encoded_key, ctypes.byref(options), _collect_function, found, None)
         if found.failure is not None:
             raise found.failure
+        if status == Status.BAD_ARGUMENT:
+            raise ArgumentError("two files or two sections can be compared, with tolerances of 0 or more",
+                                Status.BAD_ARGUMENT)
         if status:
             raise make_error(status, [])
         old, new = _Finder(before, starts[0]), _Finder(after, starts[1])
@@ -76,6 +88,7 @@ def diff(before: Node, after: Node, *, key: str = "", relative: float = 0.0, abs
 def merge(target: File, overlay: File) -> None:
     """Gives every keyword of `overlay` to `target`: the values of such a keyword are replaced as a whole, sections and
     keywords that are missing are added."""
+    _require(File, target, overlay)
     tree = target._tree
     tree.exclusive()
     with locked(tree, overlay._tree):

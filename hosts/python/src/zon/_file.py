@@ -1,7 +1,7 @@
 """Files: loading, checking and saving.
 
 The functions that read or write a file release the lock of the interpreter, and hold the lock of the tree that they
-work on. Tested by tests/test_file.py, tests/test_errors.py and tests/test_threads.py.
+work on. Tested by tests/test_file.py and tests/test_threads.py.
 """
 from __future__ import annotations
 
@@ -14,7 +14,8 @@ from typing import Iterator, List, Optional, Type, Union
 
 from ._library import lib
 from ._nodes import Node, Section
-from ._reports import Collector, Report, collect, decoded, encoded_name, make_error, utf8
+from ._reports import (ArgumentError, Collector, MissingError, Report, Status, collect, decoded, encoded_name,
+                       make_error, utf8)
 from ._tree import Tree, start_of
 
 FileName = Union[str, "os.PathLike[str]"]
@@ -109,6 +110,8 @@ class File(Node):
             start_of(self)
             collector = Collector()
             status = lib.zonxSave(self._tree.handle, name, flags, collect, collector)
+            if status == Status.BAD_ARGUMENT:
+                raise ArgumentError("the file has no name yet: save(filename)", Status.BAD_ARGUMENT)
             collector.check(status, self.name if name is None else os.fsdecode(name))
             if name is not None:
                 self._filename = Path(os.fsdecode(name))
@@ -140,6 +143,8 @@ class File(Node):
             start_of(self)
             collector = Collector()
             status = lib.zonxReportUnread(self._tree.handle, collect, collector, None)
+            if status == Status.MISSING:
+                raise MissingError("the file is not watched: call watch() before reading", Status.MISSING)
             collector.check(status)
             return collector.reports
 

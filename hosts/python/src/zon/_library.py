@@ -4,7 +4,7 @@ The library is beside this file in a wheel, and on the system otherwise; the env
 names another one. Calls that read or write a file, and those that visit a whole tree, release the lock of the
 interpreter. All others keep it: they take less time than to release it and to wait for it again. With a busy thread
 beside this one a search took half the time. Every call on a handle is made with the lock of its tree (see _tree).
-Tested by tests/test_library.py.
+Tested by tests/test_file.py.
 """
 from __future__ import annotations
 

@@ -3,7 +3,7 @@
 A report is copied out of the library while the reporter runs; the text of it is the form that zonxFormatReport
 gives it. A status of the library becomes an exception by the table at the end. Each exception is an Error, and
 also the exception that a program which knows nothing of zon would catch: KeyError, TypeError, OSError and so on.
-Tested by tests/test_errors.py.
+Tested by tests/test_file.py and tests/test_nodes.py.
 """
 from __future__ import annotations
 
@@ -163,6 +163,8 @@ def decoded(text: Optional[bytes]) -> str:
 
 def utf8(text: str) -> bytes:
     """A text for a file."""
+    if not isinstance(text, str):
+        raise TypeError(f"a text is a str, not {type(text).__name__}")
     try:
         return text.encode("utf-8", "surrogateescape")
     except UnicodeEncodeError as error:

@@ -152,5 +152,6 @@ class View:
         if lib.zonxGetKind(node) not in kinds:
             found = self.kind.name.lower() if self.kind in KEYWORDS + GROUPS else "value"
             wanted = "keyword" if kinds is KEYWORDS else "section"
-            raise self._error(KindError, Status.WRONG_KIND, f"`{self.path}` is a {found}, not a {wanted}")
+            name = f"`{self.path}`" if self._owner is not None else "this"
+            raise self._error(KindError, Status.WRONG_KIND, f"{name} is a {found}, not a {wanted}")
         return node
