@@ -368,11 +368,15 @@ TEST(ZonxSet, FailuresAreReported) {
   EXPECT_EQ(report("A/new", zonxSetDouble(file, "A/new", kInfinity)),
             "out-of-range: the value of `A/new` does not fit the type");
   EXPECT_EQ(report("A/new", zonxSetText(file, "A/new", "'")),
-            "failed: `A/new`: the text has errors");
+            "failed: the text for `A/new` is no list of values");
   EXPECT_EQ(report("A/k[3]", zonxSetInt64(file, "A/k[3]", 1)),
             "missing: the keyword `k` has no value 3");
-  EXPECT_EQ(report("A/true", zonxSetInt64(file, "A/true", 1)).substr(0, 36),
-            "bad-argument: `A/true`: bad argument");
+  EXPECT_EQ(report("A/true", zonxSetInt64(file, "A/true", 1)),
+            "bad-argument: `A/true` cannot be made");
+  EXPECT_EQ(report("k", zonxSetInt64(file, "k", 1)), "bad-argument: `k` cannot be made");
+  EXPECT_EQ(report("A/k[1]", zonxSetText(file, "A/k[1]", "1")),
+            "bad-argument: `A/k[1]` is one value, not a list");
+  EXPECT_EQ(report("", zonxRemove(file, "")), "bad-argument: the file does not allow this call");
 }
 
 TEST(ZonxSet, IsNoReading) {

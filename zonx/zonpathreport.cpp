@@ -77,6 +77,25 @@ Finding DescribeMissing(const FoundNode& found) {
   return finding;
 }
 
+// Why a path is no argument of a call.
+Finding DescribeBadArgument(const FoundNode& found, const std::string& name) {
+  Finding finding;
+  if (found.status == ZONX_BAD_ARGUMENT) {
+    finding.message = name + " is no path here";
+    finding.hint = "a path has the form Section:2/Keyword[3]";
+  } else if (found.status == ZONX_MISSING && found.missing.isRead) {
+    finding.message = name + " cannot be made";
+    finding.hint =
+        "keywords are in sections; names begin with a letter, have letters, digits and _, and are "
+        "no reserved words";
+  } else if (found.valueNumber != 0) {
+    finding.message = name + " is one value, not a list";
+  } else {
+    finding.message = name + " does not allow this call";
+  }
+  return finding;
+}
+
 }  // namespace
 
 Finding DescribePath(const FoundNode& found, const char* path, int status) {
@@ -86,15 +105,17 @@ Finding DescribePath(const FoundNode& found, const char* path, int status) {
     value = value->NodeByNum(1);
   }
   const std::string name = *path != '\0' ? InQuotes(path) : NameOfNode(found.node);
-  if (found.status == ZONX_BAD_ARGUMENT) {
-    finding.message = name + " is no path here";
-    finding.hint = "a path has the form Section:2/Keyword[3]";
+  if (found.status == ZONX_BAD_ARGUMENT || status == ZONX_BAD_ARGUMENT) {
+    finding = DescribeBadArgument(found, name);
   } else if (status == ZONX_MISSING) {
     finding = DescribeMissing(found);
   } else if (status == ZONX_WRONG_KIND && value != nullptr) {
     finding.message = name + " is " + KindText(KindOf(*value));
   } else if (status == ZONX_OUT_OF_RANGE) {
     finding.message = "the value of " + name + " does not fit the type";
+  } else if (status == ZONX_FAULTY) {
+    finding.message = "the text for " + name + " is no list of values";
+    finding.hint = "write values as in a file, with commas between them";
   } else {
     finding.message = name + ": " + zonxStatusText(status);
   }

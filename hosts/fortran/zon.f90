@@ -1107,6 +1107,8 @@ contains
       its_name = c_loc(letters)
     end if
     status = zonxSave(handle_of(self), its_name, its_flags, c_funloc(collect), c_loc(found))
+    if (status == zon_bad_argument .and. c_associated(handle_of(self))) &
+      call add_report(found, 'the file is not saved: it has no name yet, or the flags are unknown')
     call finish_reports(self, 'the file is not saved', status, found, stat)
   end subroutine
 

@@ -933,6 +933,8 @@ begin
   { The options are numbered as the flags of C are: 1, 2, 4, 8, 16. }
   Status := zonxSave(FHandle, Name, LongWord(Options), @CollectReport, @Collector);
   Leave;
+  if Status = ZONX_BAD_ARGUMENT then
+    raise EZon.Create(Status, OwnReport('the file is not saved: it has no name yet'));
   if Status <> ZONX_OK then RaiseReports(Status, ReportsOf(Collector), 'the file is not saved');
 end;
 

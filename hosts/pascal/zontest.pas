@@ -271,7 +271,7 @@ begin
   CheckError(@SaveZero, ZONX_BAD_ARGUMENT, 'zero byte');
   FreeAndNil(F);
   F := TZonFile.CreateEmpty;
-  CheckError(@SaveNameless, ZONX_BAD_ARGUMENT, 'not saved');
+  CheckError(@SaveNameless, ZONX_BAD_ARGUMENT, 'it has no name yet');
   F.Ints['A/K'] := 1;
   F.Save(Folder + '/empty.zon', [zsOverwrite]);
   Check(Length(TZonFile.Check(Folder + '/empty.zon')) = 0, 'a file from nothing');
