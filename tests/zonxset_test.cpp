@@ -310,6 +310,26 @@ TEST(ZonxSet, BuiltNumbersAndVariables) {
   EXPECT_STREQ(text, "text");
 }
 
+// zonWrite rounds them to 6 and 16 digits.
+TEST(ZonxSet, NumbersOfAProgramHaveAllTheirDigits) {
+  const host::Built file;
+  float single = 0.1F;
+  double wide = 0.1 + 0.2;
+  zonAddFloat(file, 0.123456789F);
+  zonAddDouble(file, 0.1 + 0.2);
+  zonAddFloatRef(file, &single);
+  zonAddDoubleRef(file, &wide);
+  zonAddFloat(file, 16777216.0F);
+  single = 0.123456789F;
+  const char* const expected[] = {"0.12345679", "0.30000000000000004", "0.12345679",
+                                  "0.30000000000000004", "16777216.0"};
+  for (int n = 1; n <= 5; ++n) {
+    EXPECT_EQ(TextAt(file, ("A/k[" + std::to_string(n) + "]").c_str()), expected[n - 1]);
+  }
+  wide = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(TextAt(file, "A/k[4]"), "inf");
+}
+
 // The cursor leaves what is removed or replaced.
 TEST(ZonxSet, TheBuilderGoesOn) {
   const host::Built file;

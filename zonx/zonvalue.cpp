@@ -48,10 +48,20 @@ double RealOf(const CzonNode& value) {
   return value.GetDouble();
 }
 
-// The doubles of the builder, which zonWrite would write with 16 digits.
-bool IsBuiltDouble(const CzonNode& value) {
-  return (IsExactly<CzonDouble>(value) || IsExactly<CzonDoubleDef>(value)) &&
-         std::isfinite(value.GetDouble());
+// A real of a program, which zonWrite would write with 6 or 16 digits, with all digits that it has.
+// False for any other value.
+bool ReadBuiltReal(const CzonNode& value, std::string* out) {
+  const bool isSingle = IsExactly<CzonFloat>(value) || IsExactly<CzonFloatDef>(value) ||
+                        IsExactly<CzonFloatRef>(value);
+  const bool isDouble = IsExactly<CzonDouble>(value) || IsExactly<CzonDoubleDef>(value) ||
+                        IsExactly<CzonDoubleRef>(value);
+  if (!isSingle && !isDouble) return false;
+  const double real =
+      IsExactly<CzonFloatRef>(value) ? static_cast<double>(value.GetFloat()) : value.GetDouble();
+  if (!std::isfinite(real)) return false;
+  *out = isSingle ? NumberText::Shortest(static_cast<float>(real)).View()
+                  : NumberText::Shortest(real).View();
+  return true;
 }
 
 int Narrow(long long wide, int* out) {
@@ -240,10 +250,7 @@ int ReadText(const CzonNode& value, std::string* out) {
         *out = std::string(text);
         return ZONX_OK;
       }
-      if (IsBuiltDouble(value)) {
-        *out = std::string(NumberText::Shortest(value.GetDouble()).View());
-        return ZONX_OK;
-      }
+      if (ReadBuiltReal(value, out)) return ZONX_OK;
       break;
     default:
       break;
