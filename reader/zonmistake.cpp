@@ -279,7 +279,8 @@ bool MistakeFinder::FindLexerMistake() {
     return FindBadNumber(scene_.tokenBegin, "digits must follow the e of the exponent");
   }
   if (FindQuoteInText()) return true;
-  mistake_.isOpen = true;
+  // File names and date-times end with their lines.
+  mistake_.isOpen = scene_.lexerError != "Missing |" && scene_.lexerError != "Missing #";
   for (const LexerMistake& mistake : kLexerMistakes) {
     if (scene_.lexerError != mistake.error) continue;
     At(scene_.tokenBegin,
