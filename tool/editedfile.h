@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <zonx.h>
 
@@ -15,8 +16,8 @@ namespace tool {
 
 class EditedFile {
  public:
-  EditedFile(const std::string& argument, const EditOptions& options)
-      : options_(options), argument_(argument) {}
+  EditedFile(std::string argument, const EditOptions& options)
+      : options_(options), argument_(std::move(argument)) {}
 
   // Loads the file, with reports. False if it cannot be edited.
   bool Load();
