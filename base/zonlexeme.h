@@ -29,6 +29,12 @@ inline const char* SkipSpace(const char* at, const char* end) {
   return SkipClass(at, end, kSpace);
 }
 
+// The end of a text that ends at `end`, without the white space before it.
+inline const char* TrimEnd(const char* begin, const char* end) {
+  while (end > begin && IsClass(end[-1], kSpace)) --end;
+  return end;
+}
+
 // The place of the character; null if it is missing.
 inline const char* FindChar(char c, const char* at, const char* end) {
   if (at == end) return nullptr;

@@ -58,7 +58,7 @@ std::string_view LineIndex::Line(const char* at) const {
   const char* newline = FindChar('\n', begin, end);
   if (newline == nullptr) newline = end;
   if (newline > begin && newline[-1] == '\r') --newline;
-  return {begin, static_cast<std::size_t>(newline - begin)};
+  return TextBetween(begin, newline);
 }
 
 }  // namespace zon

@@ -24,9 +24,7 @@ namespace {
 
 std::string_view Trim(std::string_view text) {
   const char* const begin = SkipSpace(text.data(), text.data() + text.size());
-  const char* end = text.data() + text.size();
-  while (end > begin && IsClass(end[-1], kSpace)) --end;
-  return {begin, static_cast<std::size_t>(end - begin)};
+  return TextBetween(begin, TrimEnd(begin, text.data() + text.size()));
 }
 
 // Removes the word and the space after it from the start of the text.

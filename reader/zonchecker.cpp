@@ -25,7 +25,7 @@ bool IsBetweenLines(ParseContext context) {
 }
 
 bool EndsWithComma(const char* begin, const char* end) {
-  while (end > begin && IsClass(end[-1], kSpace)) --end;
+  end = TrimEnd(begin, end);
   return end > begin && end[-1] == ',';
 }
 

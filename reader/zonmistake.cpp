@@ -382,9 +382,7 @@ bool MistakeFinder::FindInHeader() {
   At(bracket, closer + 1);
   if (name == closer)
     return Report("bad-name", "the section has no name", "write it in the brackets");
-  const char* end = closer;
-  while (end > name && IsClass(end[-1], kSpace)) --end;
-  const std::string_view text = TextBetween(name, end);
+  const std::string_view text = TextBetween(name, TrimEnd(name, closer));
   if (failure_.token == ENDSECT && EqualNoCase(text, "endsect"))
     return FindEndInBrackets(TextBetween(bracket, closer + 1));
   return Report("bad-name", Quoted(text) + " is no name of a section", kNameHint);
@@ -443,8 +441,7 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
                          "a number has decimal digits, a point and an exponent");
   }
   if (FindQuoteInText()) return true;
-  const char* last = name;
-  while (last > lineBegin && IsClass(last[-1], kSpace)) --last;
+  const char* const last = TrimEnd(lineBegin, name);
   if (last > lineBegin && (last[-1] == '=' || last[-1] == ',') && scene_.emptyPlace == last - 1) {
     return FindWordAsValue(name, nameEnd);
   }
@@ -459,8 +456,7 @@ bool MistakeFinder::FindAfterValueOrPlace(const char* name, const char* nameEnd,
 
 // What is before an equals sign.
 bool MistakeFinder::ReportKeywordName(const char* begin, const char* equals) {
-  const char* end = equals;
-  while (end > begin && IsClass(end[-1], kSpace)) --end;
+  const char* const end = TrimEnd(begin, equals);
   At(begin, end);
   return Report("bad-name", Quoted(TextBetween(begin, end)) + " is no name of a keyword",
                 kNameHint);

@@ -86,10 +86,9 @@ class ListWalk {
     const char* const begin = at_;
     const bool hasMark = *at_ == '\'' || *at_ == '|' || *at_ == '#';
     const char* const closer = hasMark ? FindChar(*at_, at_ + 1, end_) : FindChar(',', at_, end_);
-    const char* end = closer != nullptr ? closer + (hasMark ? 1 : 0) : end_;
+    const char* const end = closer != nullptr ? closer + (hasMark ? 1 : 0) : end_;
     at_ = SkipSpace(end, end_);
-    while (end > begin && IsClass(end[-1], kSpace)) --end;
-    return {begin, static_cast<std::size_t>(end - begin)};
+    return TextBetween(begin, TrimEnd(begin, end));
   }
 
  private:

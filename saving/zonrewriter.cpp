@@ -41,7 +41,7 @@ std::string_view WordOfComment(const char* at, const char* end) {
   const char* const rest = SkipBlanks(endOfWord, endOfComment);
   const bool isBlock = *at == '/' && at[1] == '*';
   if (endOfComment - rest != (isBlock ? 2 : 0)) return {};
-  return {begin, static_cast<std::size_t>(endOfWord - begin)};
+  return TextBetween(begin, endOfWord);
 }
 
 // The number of the value that alone differs from the one in its place, which is most usual; the

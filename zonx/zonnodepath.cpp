@@ -13,6 +13,7 @@
 #include "api/zonhandlecheck.h"
 #include "api/zonx.h"
 #include "base/zonchars.h"
+#include "base/zonlexeme.h"
 #include "base/zonnumberscan.h"
 #include "tree/zonkeyword.h"
 #include "tree/zonnameindex.h"
@@ -115,7 +116,7 @@ bool PathReader::ReadStep(PathStep* step) {
   while (*end != '\0' && *end != '/' && *end != ':' && *end != '[') ++end;
   at_ = end;
   if (end == name) return Fail();
-  step->name = {name, static_cast<std::size_t>(at_ - name)};
+  step->name = TextBetween(name, at_);
   if (*name == '(' && step->name == "()") step->name = step->name.substr(0, 0);
   if (*at_ == ':') {
     step->instance = ReadNumber();

@@ -33,7 +33,7 @@ class PlaceFinder {
   bool IsName(std::string_view name, const char* at) const {
     if (At(at, '[')) at = SkipGaps(at + 1, end_);
     if (name.empty()) return At(at, '(');
-    return std::string_view(at, static_cast<std::size_t>(SkipWord(at, end_) - at)) == name;
+    return TextBetween(at, SkipWord(at, end_)) == name;
   }
 
   // `[name]` or `[name()]`.
@@ -118,7 +118,7 @@ NodeFile FileOf(const CzonNode& node) {
 }
 
 Span PlaceOf(const CzonNode& node, const FileText& text) {
-  const std::string_view file(text.Begin(), static_cast<std::size_t>(text.End() - text.Begin()));
+  const std::string_view file = text.View();
   const PlaceFinder finder(text);
   if (NodeAccess::IsNamed(node)) {
     const auto& named = static_cast<const CzonNamedNode&>(node);

@@ -95,7 +95,7 @@ int ReadPlainValue(const char* at, const char* end, const char** next, long long
   const PlainNumber number = SkipPlainNumber(at, end);
   if (number.end == nullptr || !number.isWhole) return ZONX_WRONG_KIND;
   *next = number.end;
-  return ReadWhole({at, static_cast<std::size_t>(number.end - at)}, out);
+  return ReadWhole(TextBetween(at, number.end), out);
 }
 
 int ReadPlainValue(const char* at, const char* end, const char** next, int* out) {
@@ -115,7 +115,7 @@ int ReadPlainValue(const char* at, const char* end, const char** next, double* o
   endOfNumber = SkipPlainNumber(at, end).end;
   if (endOfNumber == nullptr) return ZONX_WRONG_KIND;
   *next = endOfNumber;
-  return Finite(TextToDouble({at, static_cast<std::size_t>(endOfNumber - at)}), out);
+  return Finite(TextToDouble(TextBetween(at, endOfNumber)), out);
 }
 
 // Reads the first values of the block at `at` and adds their number to *count. Returns the end of
