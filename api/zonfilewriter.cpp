@@ -51,9 +51,8 @@ CzonSection* AddSettings(CzonData& data) {
   AddSetting<CzonFilename>(*section, kResultRootSetting, arena, [&](CzonFilename& value) {
     NodeAccess::SetText(value, resultRoot, &arena);
   });
-  AddSetting<CzonBool>(*section, kUseCustomSetting, arena, [&](CzonBool& value) {
-    NodeAccess::SetValue(value, use != 0, &arena);
-  });
+  AddSetting<CzonBool>(*section, kUseCustomSetting, arena,
+                       [&](CzonBool& value) { NodeAccess::SetValue(value, use != 0, &arena); });
   AddSetting<CzonFilename>(*section, kCustomFolderSetting, arena, [&](CzonFilename& value) {
     NodeAccess::SetText(value, custom, &arena);
   });
