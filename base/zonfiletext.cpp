@@ -21,9 +21,8 @@ namespace zon {
 namespace {
 
 constexpr std::size_t kPage = 4096;
-// Before the text. The system copies from the begin of a page. If the target is 1 to 31 bytes into
-// its page, that takes ten times as long on some processors: they take each read for one of what
-// was just written.
+// Before the text. The system copies from the beginning of a page. To a place 1 to 31 bytes into
+// its page that takes ten times as long on some processors.
 constexpr std::size_t kLead = 64;
 static_assert(kLead >= FileText::kFront, "a look at the bytes before the text is allowed");
 

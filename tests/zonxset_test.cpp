@@ -394,6 +394,9 @@ TEST(ZonxSet, FailuresAreReported) {
   EXPECT_EQ(report("A/true", zonxSetInt64(file, "A/true", 1)),
             "bad-argument: `A/true` cannot be made");
   EXPECT_EQ(report("k", zonxSetInt64(file, "k", 1)), "bad-argument: `k` cannot be made");
+  EXPECT_EQ(report("A/new", zonxSetString(file, "A/new", nullptr)),
+            "bad-argument: `A/new` does not allow this call");
+  EXPECT_EQ(report("A", zonxSetInt64(file, "A", 1)), "bad-argument: `A` is a section");
   EXPECT_EQ(report("A/k[1]", zonxSetText(file, "A/k[1]", "1")),
             "bad-argument: `A/k[1]` is one value, not a list");
   EXPECT_EQ(report("", zonxRemove(file, "")), "bad-argument: the file does not allow this call");

@@ -7,6 +7,7 @@
 #include "base/zonnearest.h"
 #include "tree/zonnodeaccess.h"
 #include "zonx/zonkind.h"
+#include "zonx/zonnodeedit.h"
 
 namespace zon {
 namespace {
@@ -77,19 +78,21 @@ Finding DescribeMissing(const FoundNode& found) {
   return finding;
 }
 
-// Why a path is no argument of a call.
-Finding DescribeBadArgument(const FoundNode& found, const std::string& name) {
+// Why a path is no argument of a call. `canBeSet`: the path leads to a value, or one can be made.
+Finding DescribeBadArgument(const FoundNode& found, const std::string& name, bool canBeSet) {
   Finding finding;
   if (found.status == ZONX_BAD_ARGUMENT) {
     finding.message = name + " is no path here";
     finding.hint = "a path has the form Section:2/Keyword[3]";
-  } else if (found.status == ZONX_MISSING && found.missing.isRead) {
+  } else if (found.status == ZONX_MISSING && !canBeSet) {
     finding.message = name + " cannot be made";
     finding.hint =
         "keywords are in sections; names begin with a letter, have letters, digits and _, and are "
         "no reserved words";
   } else if (found.valueNumber != 0) {
     finding.message = name + " is one value, not a list";
+  } else if (found.node != nullptr && KindOf(*found.node) == ZONX_SECTION) {
+    finding.message = name + " is a section";
   } else {
     finding.message = name + " does not allow this call";
   }
@@ -98,7 +101,7 @@ Finding DescribeBadArgument(const FoundNode& found, const std::string& name) {
 
 }  // namespace
 
-Finding DescribePath(const FoundNode& found, const char* path, int status) {
+Finding DescribePath(void* fileOrNode, const char* path, const FoundNode& found, int status) {
   Finding finding;
   const CzonNode* value = found.node;
   if (value != nullptr && value->IsKeyword() && value->NodeByNum(1) != nullptr) {
@@ -106,7 +109,8 @@ Finding DescribePath(const FoundNode& found, const char* path, int status) {
   }
   const std::string name = *path != '\0' ? InQuotes(path) : NameOfNode(found.node);
   if (found.status == ZONX_BAD_ARGUMENT || status == ZONX_BAD_ARGUMENT) {
-    finding = DescribeBadArgument(found, name);
+    const bool canBeSet = FindSetPlace(fileOrNode, path).status != ZONX_BAD_ARGUMENT;
+    finding = DescribeBadArgument(found, name, canBeSet);
   } else if (status == ZONX_MISSING) {
     finding = DescribeMissing(found);
   } else if (status == ZONX_WRONG_KIND && value != nullptr) {

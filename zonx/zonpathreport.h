@@ -1,4 +1,5 @@
-// Why a path leads to no value that can be read. Tested by tests/reports_test.cpp.
+// Why a call cannot read or set what a path leads to. Tested by tests/reports_test.cpp and
+// tests/zonxset_test.cpp.
 #ifndef ZON_ZONX_ZONPATHREPORT_H
 #define ZON_ZONX_ZONPATHREPORT_H
 
@@ -7,8 +8,8 @@
 
 namespace zon {
 
-// `found`: where the search for `path` ended. `status`: of the call that failed.
-Finding DescribePath(const FoundNode& found, const char* path, int status);
+// `found`: where the search for the path ended. `status`: of the call that failed.
+Finding DescribePath(void* fileOrNode, const char* path, const FoundNode& found, int status);
 
 // The node that a report shows: the deepest of the path that exists. A value that cannot be read is
 // shown itself. `start` if the path could not be followed.

@@ -56,8 +56,7 @@ bool ReadBuiltReal(const CzonNode& value, std::string* out) {
   const bool isDouble = IsExactly<CzonDouble>(value) || IsExactly<CzonDoubleDef>(value) ||
                         IsExactly<CzonDoubleRef>(value);
   if (!isSingle && !isDouble) return false;
-  const double real =
-      IsExactly<CzonFloatRef>(value) ? static_cast<double>(value.GetFloat()) : value.GetDouble();
+  const double real = RealOf(value);
   if (!std::isfinite(real)) return false;
   *out = isSingle ? NumberText::Shortest(static_cast<float>(real)).View()
                   : NumberText::Shortest(real).View();

@@ -113,7 +113,7 @@ int zonxReportPath(void* fileOrNode, const char* path, int status, zonxReporter 
     if (status == ZONX_OK) return ZONX_OK;
     const zon::FoundNode found = zon::FindNode(fileOrNode, path);
     zon::ReportAt(zon::NodeToShow(found, status, start), file,
-                  zon::DescribePath(found, path, status), reporter, context);
+                  zon::DescribePath(fileOrNode, path, found, status), reporter, context);
     return ZONX_OK;
   });
 }
